@@ -1,0 +1,27 @@
+#pragma once
+
+#include "Core/CClassDescriptor.h"
+
+namespace tarv {
+
+/// One row of the table of creators: the tag, the function that makes the object, and the one that fills its class's
+/// descriptor with handlers (null for none of its own).
+struct CCreatorRow {
+    const char* tag;
+    CObject* (*create)();
+    CError* (*initClass)(CClassDescriptor& descriptor);
+};
+
+/// Process-wide map from tag to creator, filled at application start, read-only afterwards.
+class CCreatorRegistry {
+public:
+    /// Enters a creator; fails if the tag stands already. Takes the descriptor over.
+    [[nodiscard]] static CError* registerCreator(const CString& tag, CObject* (*create)(), CClassDescriptor* descriptor);
+    /// Registers rows in order, each with a descriptor of its own. Tests use it with rows of their own.
+    [[nodiscard]] static CError* registerRows(const CCreatorRow* rows, int32_t count);
+    /// A new object of the tag's class with its descriptor, or null for an unknown tag.
+    static CObject* create(const CString& tag);
+    static void clear();
+};
+
+}  // namespace tarv

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <cstdint>
+
+#include "Core/CArray.h"
+#include "Core/CCheckedObject.h"
+#include "Core/CError.h"
+
+namespace tarv {
+
+/// Bytes owned by a caller; up to 32 lie inline.
+using CByteBuffer = CArray<uint8_t, 32>;
+
+/// Blocking, unbuffered source of bytes. All integers are little-endian. One thread at a time.
+class CInputStream : public CCheckedObject {
+public:
+    [[nodiscard]] virtual CError* close() { return nullptr; }
+    [[nodiscard]] virtual CError* consume(int64_t count) = 0;
+    /// Exactly `count` bytes or a failure.
+    [[nodiscard]] virtual CError* read(void* buffer, int64_t count) = 0;
+    /// Up to `count` bytes; gives the number read, 0 at the end.
+    [[nodiscard]] virtual CError* readStreamed(void* buffer, int64_t& count) { return read(buffer, count); }
+
+    [[nodiscard]] CError* readValue(uint32_t& value);
+    [[nodiscard]] CError* readDouble(double& value);
+    [[nodiscard]] CError* readString(CString& text);
+    /// One compressed block of the id given; see CompressedBlock.h for the layout.
+    [[nodiscard]] CError* readCompressedData(CByteBuffer& buffer, uint32_t id);
+};
+
+class CPosInputStream : public CInputStream {
+public:
+    [[nodiscard]] virtual CError* getPosition(int64_t& position) = 0;
+    [[nodiscard]] virtual CError* setPosition(int64_t position) = 0;
+    [[nodiscard]] virtual CError* getSize(int64_t& size) = 0;
+};
+
+/// Blocking, unbuffered target of bytes. One thread at a time.
+class COutputStream : public CCheckedObject {
+public:
+    [[nodiscard]] virtual CError* write(const void* buffer, int64_t count) = 0;
+
+    [[nodiscard]] CError* writeValue(uint32_t value);
+    [[nodiscard]] CError* writeDouble(double value);
+    [[nodiscard]] CError* writeString(const CString& text);
+    [[nodiscard]] CError* writeCompressedData(const CByteBuffer& buffer, uint32_t id);
+};
+
+class CPosOutputStream : public COutputStream {
+public:
+    [[nodiscard]] virtual CError* getPosition(int64_t& position) = 0;
+    [[nodiscard]] virtual CError* setPosition(int64_t position) = 0;
+    [[nodiscard]] virtual CError* getSize(int64_t& size) = 0;
+};
+
+/// Reads a range of memory that the caller keeps alive.
+class CMemoryReader : public CPosInputStream {
+public:
+    CMemoryReader(const void* data, uint32_t size);
+    [[nodiscard]] CError* consume(int64_t count) override;
+    [[nodiscard]] CError* read(void* buffer, int64_t count) override;
+    [[nodiscard]] CError* readStreamed(void* buffer, int64_t& count) override;
+    [[nodiscard]] CError* getPosition(int64_t& position) override;
+    [[nodiscard]] CError* setPosition(int64_t position) override;
+    [[nodiscard]] CError* getSize(int64_t& size) override;
+
+private:
+    const uint8_t* data_;
+    uint32_t size_;
+    uint32_t position_ = 0;
+};
+
+/// Grows in a chain of blocks of at least 128 bytes.
+class CMemoryWriteBuffer : public CPosOutputStream {
+public:
+    CMemoryWriteBuffer() = default;
+    ~CMemoryWriteBuffer() override;
+    [[nodiscard]] CError* write(const void* buffer, int64_t count) override;
+    [[nodiscard]] CError* getPosition(int64_t& position) override;
+    [[nodiscard]] CError* setPosition(int64_t position) override;
+    [[nodiscard]] CError* getSize(int64_t& size) override;
+    /// All bytes in one run.
+    void copyTo(CByteBuffer& buffer) const;
+
+private:
+    struct CBlock;
+    CBlock* blockAt(int64_t position);
+    CBlock* head_ = nullptr;
+    CBlock* tail_ = nullptr;
+    CBlock* current_ = nullptr;
+    int64_t position_ = 0;
+    int64_t size_ = 0;
+};
+
+}  // namespace tarv
