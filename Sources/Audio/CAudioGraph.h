@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+
+namespace tarv {
+
+class CAudioEnv;
+class CAudioParamCollector;
+class CAudioProcessBase;
+class CQPLEXContext;
+
+/// Watches a graph from outside: called behind each process that ran. Used by tools; null in a host.
+class CAudioGraphObserver {
+public:
+    virtual ~CAudioGraphObserver() = default;
+    /// The outputs of `process` are complete and may be read through the context after a flush.
+    virtual void processed(CAudioProcessBase& process) = 0;
+};
+
+/// What all processes of one instance's graph share. Filled by the core; audio thread afterwards.
+struct CAudioGraph {
+    CQPLEXContext* context = nullptr;
+    CAudioParamCollector* collector = nullptr;
+    CAudioEnv* env = nullptr;
+    CAudioGraphObserver* observer = nullptr;
+    /// Channels inside the graph and groups that they can belong to.
+    int32_t channelCount = 8;
+    int32_t groupCount = 8;
+    /// Channels on the host's side.
+    int32_t hostOutputs = 2;
+    /// Time of the first sample of the current run, in host samples since the instance was made.
+    double now = 0.0;
+    /// Audio is running: changes are faded. While false (preparation) they are taken in place.
+    bool isRunning = false;
+};
+
+}  // namespace tarv
