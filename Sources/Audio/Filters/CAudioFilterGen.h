@@ -1,0 +1,46 @@
+#pragma once
+
+#include <initializer_list>
+
+#include "Audio/Filters/CFilterSection.h"
+#include "Core/CObject.h"
+
+namespace tarv {
+
+/// Base of the filter generators: objects of the tree that turn a rate and a few design numbers into sections.
+/// They hold no audio state. Thread: a design runs on any thread once the tree is built (the audio thread in practice).
+class CAudioFilterGen : public CObject {
+public:
+    /// Empties `list` and fills it. `sampleRate` is in Hz, that of the place where the filter runs. `values` holds
+    /// `count` design numbers: [0] frequency in Hz, [1] linear gain, [2] bandwidth in octaves, Q or pole radius.
+    /// Too few values leave the list empty, which makes a pass-through. Numbers that no filter can have give
+    /// coefficients that no filter can have; a design never fails.
+    virtual void design(CSectionList& list, double sampleRate, const double* values, int32_t count) const = 0;
+
+    /// Whether a design of this generator may call one of `other`.
+    virtual bool uses(const CAudioFilterGen& other) const { return this == &other; }
+
+protected:
+    /// Reads the attribute `type` as a number of 0 to `maximum`; absent or empty is 0. False when it is anything else.
+    bool readType(int32_t maximum, int32_t& type) const;
+    /// The list as every design begins: no section, not parallel, no latency.
+    static void restart(CSectionList& list);
+    /// Appends a section. Up to four sections of up to four coefficients a list need no memory.
+    static CFilterSection& addSection(CSectionList& list, int32_t type, double gain,
+                                      std::initializer_list<double> numerators,
+                                      std::initializer_list<double> denominators);
+};
+
+/// Delivers no section: the filter's output is its input.
+class CAudioFilterBypassGen : public CAudioFilterGen {
+public:
+    void design(CSectionList& list, double sampleRate, const double* values, int32_t count) const override;
+};
+
+/// Where pass and shelf designs stand at most, as a part of their rate: above it their poles reach the unit circle.
+constexpr double kHighestPlace = 0.48;
+
+/// The coefficient k of v += (x - v) k for a one-pole low-pass at `angle` radians a sample.
+double onePoleCoefficient(double angle);
+
+}  // namespace tarv
