@@ -1,0 +1,113 @@
+#pragma once
+
+#include "Audio/VST/Vst2.h"
+#include "Core/CHeap.h"
+
+namespace tarv {
+
+/// The editor of an effect as the interface knows it. Thread: the host's user interface.
+class AEffEditor : public CHeapObject {
+public:
+    virtual ~AEffEditor() = default;
+    /// The place in pixels; it lives as long as the editor. False without one.
+    virtual bool getRect(vst::Rect** rect) = 0;
+    /// Opens in the host's window. False on failure or when already open.
+    virtual bool open(void* parent) = 0;
+    virtual void close() = 0;
+    virtual bool isOpen() const = 0;
+    virtual void idle() = 0;
+    /// A report of the mouse wheel, down when negative. True when used.
+    virtual bool onWheel(float distance) = 0;
+};
+
+/// The effect's side of the VST 2 interface: an AEffect for the host, whose calls arrive at the virtuals below with
+/// their pointers checked for null. Texts are written into the host's buffers, whose sizes stand in Vst2.h.
+/// Thread: process calls on the host's audio thread, parameters from any, all else on the user interface's.
+class AudioEffectX {
+public:
+    /// `host` may be null: then every question to the host is answered by 0.
+    AudioEffectX(vst::HostCallback host, int32_t numPrograms, int32_t numParams);
+    virtual ~AudioEffectX();
+    AudioEffectX(const AudioEffectX&) = delete;
+    AudioEffectX& operator=(const AudioEffectX&) = delete;
+
+    vst::AEffect* getAeffect() { return &effect_; }
+
+    virtual void suspend() {}
+    virtual void resume() {}
+    /// Audio in channels of `frames` samples each; the arrays have as many pointers as channels were announced.
+    virtual void processReplacing(float** inputs, float** outputs, int32_t frames) = 0;
+    virtual void processDoubleReplacing(double** inputs, double** outputs, int32_t frames) = 0;
+    virtual void setParameter(int32_t index, float value) = 0;
+    virtual float getParameter(int32_t index) = 0;
+    virtual int32_t getProgram() { return 0; }
+    virtual void setProgram(int32_t) {}
+    virtual void setProgramName(const char*) {}
+    virtual void getProgramName(char* text) { *text = 0; }
+    virtual void getParameterLabel(int32_t, char*) {}
+    virtual void getParameterDisplay(int32_t, char*) {}
+    virtual void getParameterName(int32_t, char*) {}
+    virtual bool getProgramNameIndexed(int32_t, char*) { return false; }
+    virtual bool setSpeakerArrangement(const vst::SpeakerArrangement*, const vst::SpeakerArrangement*) { return false; }
+    virtual bool getSpeakerArrangement(vst::SpeakerArrangement** input, vst::SpeakerArrangement** output);
+    /// 0 is 32-bit, 1 is 64-bit; false for what is not supported.
+    virtual bool setProcessPrecision(int32_t) { return false; }
+    virtual int32_t processEvents(const vst::Events*) { return 0; }
+    virtual bool getEffectName(char*) { return false; }
+    virtual bool getVendorString(char*) { return false; }
+    virtual bool getProductString(char*) { return false; }
+    virtual int32_t getVendorVersion() { return 0; }
+    virtual intptr_t vendorSpecific(int32_t, intptr_t, void*, float) { return 0; }
+    virtual intptr_t canDo(const char*) { return 0; }
+    virtual int32_t getPlugCategory() { return vst::kCategoryUnknown; }
+
+    /// The rate in Hz and the longest block that the host announced last. What makes no sense is not taken over.
+    float sampleRate() const { return sampleRate_; }
+    int32_t blockSize() const { return blockSize_; }
+
+protected:
+    void setUniqueID(uint32_t id) { effect_.uniqueId = static_cast<int32_t>(id); }
+    void setVersion(int32_t version) { effect_.version = version; }
+    void setNumPrograms(int32_t count) { effect_.numPrograms = count; }
+    void setNumParams(int32_t count) { effect_.numParams = count; }
+    void setNumInputs(int32_t count) { effect_.numInputs = count; }
+    void setNumOutputs(int32_t count) { effect_.numOutputs = count; }
+    void setInitialDelay(int32_t frames) { effect_.initialDelay = frames; }
+    void canProcessReplacing(bool can) { setFlag(vst::kFlagCanReplacing, can); }
+    void canDoubleReplacing(bool can) { setFlag(vst::kFlagCanDoubleReplacing, can); }
+    void programsAreChunks(bool are) { setFlag(vst::kFlagProgramChunks, are); }
+    /// Takes the editor over and tells the host of it; null takes it away.
+    void setEditor(AEffEditor* editor);
+    AEffEditor* editor() const { return editor_; }
+
+    /// Questions to the host. Texts give at most 64 characters and their end into `text[65]`.
+    intptr_t callHost(int32_t opcode, int32_t index = 0, intptr_t value = 0, void* ptr = nullptr, float opt = 0.0f);
+    int32_t getMasterVersion();
+    bool getHostVendorString(char (&text)[65]) { return getHostText(vst::kHostGetVendorString, text); }
+    bool getHostProductString(char (&text)[65]) { return getHostText(vst::kHostGetProductString, text); }
+    int32_t getCurrentProcessLevel();
+    /// Null when the host has none. Valid until the end of the block.
+    const vst::TimeInfo* getTimeInfo(int32_t wantedFlags);
+    bool ioChanged() { return callHost(vst::kHostIoChanged) != 0; }
+    void setParameterAutomated(int32_t index, float value);
+
+private:
+    friend struct AudioEffectDispatch;
+
+    static constexpr int32_t kAccumulateFrames = 256;
+    static constexpr int32_t kMaxAccumulated = 32;
+
+    void setFlag(vst::EffectFlag flag, bool on);
+    bool getHostText(int32_t opcode, char (&text)[65]);
+    void setSampleRate(float rate);
+    void setBlockSize(intptr_t frames);
+    void processAccumulating(float** inputs, float** outputs, int32_t frames);
+
+    vst::AEffect effect_{};
+    vst::HostCallback host_;
+    AEffEditor* editor_ = nullptr;
+    float sampleRate_ = 44100.0f;
+    int32_t blockSize_ = 1024;
+};
+
+}  // namespace tarv
