@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+
+namespace tarv {
+
+struct CKernel;
+
+/// Names a buffer of the context: the low 12 bits are the table index, the bits above a byte offset into the storage.
+using CBufferHandle = int32_t;
+constexpr CBufferHandle kNoBuffer = -1;
+
+constexpr int32_t kMaxOperands = 8;
+
+/// One call of a kernel. A kernel reads `count`, `immediate` and `pointers` and nothing else; the rest is the
+/// context's.
+struct COperation {
+    void* pointers[kMaxOperands];  ///< operands as addresses, fixed when the operation is issued; 0 is the destination
+    double immediate;              ///< the operation's constant: a gain, a sample rate, a phase
+    int32_t count;                 ///< samples, 0 and up
+
+    int32_t next;     // free list, or the kernel's list of ready operations
+    int32_t pending;  // operands that it still waits for
+    CKernel* kernel;
+    CBufferHandle handles[kMaxOperands];
+
+    /// Operand `j` as 64-bit floats.
+    double* signal(int32_t j) const { return static_cast<double*>(pointers[j]); }
+    template <class T>
+    T* operand(int32_t j) const {
+        return static_cast<T*>(pointers[j]);
+    }
+};
+
+/// A kernel: any count, also 0; writes nothing beyond it; never allocates; operands may be the same buffer.
+using CKernelFunction = void (*)(COperation& operation);
+
+/// The same for `count` (1 and up) independent operations of equal sample count, with the same bits as one by one.
+using CKernelBatchFunction = void (*)(COperation* const* operations, int32_t count);
+
+}  // namespace tarv

@@ -1,0 +1,157 @@
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+
+#include "Audio/Processes/COperation.h"
+#include "Core/CHeap.h"
+
+namespace tarv {
+
+/// The kernels that every module finds by number, in the order of their registration.
+enum class CCommonKernel : int32_t {
+    Copy,
+    Addc,
+    Addcid,
+    Add2,
+    Add2i,
+    Add3,
+    Add4,
+    Sub2,
+    Max2,
+    Max2i,
+    Max3,
+    Max4,
+    Min2,
+    Min3,
+    Min4,
+    Mix,
+    Mix2,
+    Mixb,
+    Add2mul,
+    Add3mul,
+    Mulc,
+    Mulci,
+    Mul2,
+    Mul2i,
+    Mul2addi,
+    Abs,
+    Sqrt,
+    Fill0,
+    Fillc,
+    Filld,
+    Xfadei,
+    Xfade,
+    Count
+};
+
+/// A registered kernel.
+struct CKernel {
+    char name[65];
+    CKernelFunction function;
+    CKernelBatchFunction batch;  ///< null: the context calls `function` for each operation
+    int32_t operandCount;
+    uint32_t writeMask;  ///< bit j: operand j is written (it may be read too)
+    uint64_t extra;
+    int32_t next;       // of the same hash
+    int32_t readyHead;  // operations that wait for nothing any more, oldest first
+    int32_t readyTail;
+    int32_t nextActive;
+};
+
+/// Section types 0 to 23: CFilterSection tells what each stands for.
+constexpr int32_t kSectionTypeCount = 24;
+constexpr int32_t kSectionTypeFir = 21;
+
+/// The kernels of one filter section type; -1 where there is none.
+struct CSectionKernels {
+    int32_t init;              ///< operands: new state block, coefficients
+    int32_t update;            ///< operands: new state block, coefficients, old state block
+    int32_t run;               ///< operands: destination, state block, source
+    int32_t runGain;           ///< the same; the immediate multiplies the output
+    int32_t stateSize;         ///< 64-bit floats of a state block
+    int32_t coefficientCount;  ///< 64-bit floats that init and update read: numerators, then denominators
+};
+
+/// Figures for tests and for the tool that looks inside.
+struct CContextCounters {
+    uint64_t operations;  ///< issued
+    uint64_t calls;       ///< kernel calls: a batch counts once
+    uint64_t flushes;
+    uint64_t forcedFlushes;   ///< of these, because a table was full
+    uint64_t rejected;        ///< operations that could not be issued
+    uint64_t storageGrowths;  ///< allocations of buffer storage
+    uint64_t storageBytes;
+    int32_t buffersInUse;
+    int32_t operationsWaiting;  ///< issued and not run yet
+};
+
+/// Runs a process graph as a stream of vector operations. `issue` queues; `flush` runs what is queued. In between the
+/// context keeps the data flow right: an operation runs after every earlier one that writes what it reads or writes,
+/// and after every earlier one that reads what it writes. Ready operations of one kernel and count are handed to the
+/// kernel together, so that independent channels run side by side. Thread: the audio thread alone (or any one while no
+/// audio runs); there is no lock. No call allocates in steady state.
+class CQPLEXContext : public CHeapObject {
+public:
+    CQPLEXContext();
+    ~CQPLEXContext();
+    CQPLEXContext(const CQPLEXContext&) = delete;
+    CQPLEXContext& operator=(const CQPLEXContext&) = delete;
+
+    /// Number of the kernel; -1 if the table of 512 is full, the operand count is not 1 to 8, or the name stands
+    /// already with other values. Equal values give the old number. Names are cut to 64 characters.
+    int32_t registerKernel(const char* name, CKernelFunction function, int32_t operandCount, uint32_t writeMask,
+                           uint64_t extra = 0, CKernelBatchFunction batch = nullptr);
+    /// Number of a kernel by its full name, or -1.
+    int32_t findKernel(const char* name) const;
+    const CKernel& kernel(int32_t number) const { return kernels_[number]; }
+    int32_t commonKernel(CCommonKernel kernel) const { return commonKernels_[static_cast<int32_t>(kernel)]; }
+    /// `type` 0 to kSectionTypeCount - 1.
+    const CSectionKernels& sectionKernels(int32_t type) const { return sectionKernels_[type]; }
+
+    /// A buffer of at least `bytes`, contents undefined, one reference. kNoBuffer when all 2048 are in use.
+    CBufferHandle takeBuffer(int32_t bytes);
+    /// Handles with an offset name the same buffer. kNoBuffer does nothing.
+    void addReference(CBufferHandle handle);
+    void releaseReference(CBufferHandle handle);
+    int32_t references(CBufferHandle handle) const { return buffers_[indexOf(handle)].refs; }
+    /// Address of a buffer. Contents may be written right after takeBuffer, before any operation names the buffer;
+    /// whoever reads them calls flush first.
+    void* data(CBufferHandle handle) const { return buffers_[indexOf(handle)].data + offsetOf(handle); }
+    double* signal(CBufferHandle handle) const { return static_cast<double*>(data(handle)); }
+    int32_t capacity(CBufferHandle handle) const { return buffers_[indexOf(handle)].capacity; }
+    /// A handle `bytes` further into the storage. The sum of offsets must stay below 512 KiB.
+    static CBufferHandle offsetBy(CBufferHandle handle, int32_t bytes) {
+        return handle == kNoBuffer ? kNoBuffer : handle + bytes * (kIndexMask + 1);
+    }
+    static int32_t indexOf(CBufferHandle handle) { return handle & kIndexMask; }
+    static int32_t offsetOf(CBufferHandle handle) { return handle >> kIndexBits; }
+    /// Sets both bytes to 1 when the next write of the buffer completes.
+    void notifyOnWrite(CBufferHandle handle, uint8_t* first, uint8_t* second);
+    /// Makes sure that `count` free buffers of `bytes` exist, so that later takeBuffer calls do not allocate.
+    /// Allocates; called at resume. State blocks (up to 1 KiB) and signals have storages of their own: reserve both.
+    void reserveBuffers(int32_t count, int32_t bytes);
+
+    /// Queues an operation, which takes a reference of each operand until it has run. A kernel number of -1, a count
+    /// below 0, a wrong number of operands or an operand kNoBuffer: nothing happens.
+    void issue(int32_t kernelNumber, int32_t count, double immediate, std::initializer_list<CBufferHandle> operands);
+    /// Runs everything that is queued.
+    void flush();
+
+    CContextCounters counters() const;
+
+private:
+    static constexpr int32_t kIndexBits = 12;
+    static constexpr int32_t kIndexMask = (1 << kIndexBits) - 1;
+    struct CBuffer {
+        uint8_t* data;
+        int32_t refs;
+        int32_t capacity;
+    };
+    int32_t commonKernels_[static_cast<int32_t>(CCommonKernel::Count)];
+    CSectionKernels sectionKernels_[kSectionTypeCount];
+    CKernel* kernels_;
+    CBuffer* buffers_;
+};
+
+}  // namespace tarv
