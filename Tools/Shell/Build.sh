@@ -1,0 +1,23 @@
+# Sourced after Setup.sh: configures a preset once, builds what is out of date, and shows a log only when it fails.
+
+# buildPreset PRESET [TARGET...]: all targets when none is named.
+buildPreset() {
+    local preset=$1 log=$TARV_ROOT/build/$1.log start=$SECONDS target
+    shift
+    mkdir -p "$TARV_ROOT/build"
+    cd "$TARV_ROOT" || die "cannot enter $TARV_ROOT"
+    if [ ! -f "build/$preset/build.ninja" ]; then
+        say "Configuring $preset ..."
+        cmake --preset "$preset" > "$log" 2>&1 || failedStep "configuring $preset" "$log"
+    fi
+    # A tree that is up to date says so in one line: only real work is announced.
+    set -- $(for target in "$@"; do printf -- '--target %s ' "$target"; done)
+    [ -t 2 ] && say "Building $preset ..."
+    cmake --build --preset "$preset" -j "$(nproc)" "$@" > "$log" 2>&1 || failedStep "building $preset" "$log"
+    grep -q 'no work to do' "$log" || say "Built $preset in $((SECONDS - start)) s."
+}
+
+failedStep() {
+    grep -E -A 12 'FAILED|[Ee]rror' "$2" | head -n 60 >&2
+    die "$1 failed; ${2#"$TARV_ROOT"/} tells more"
+}

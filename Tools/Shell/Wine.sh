@@ -1,0 +1,47 @@
+# Sourced after Setup.sh: a Wine prefix of the project's own under build/wine, made once, and its server kept warm
+# while a command runs (a program then starts in 0.03 s instead of 0.6 s).
+
+export WINEARCH=win64 WINEDEBUG=-all WINEPREFIX=$TARV_ROOT/build/wine
+# winedbg.exe: without it a crash is an exit code, with it a dialog that nobody sees. The others are downloads.
+export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=;winedbg.exe="
+TARV_WINE_LIBRARIES=/usr/lib/x86_64-linux-gnu/wine/x86_64-windows
+TARV_WINE_SERVER=/usr/lib/wine/wineserver64
+tarvWineServerId=
+
+# startWine: makes the prefix if there is none, and starts the server; stopWine ends the one that was started here.
+startWine() {
+    [ -f "$WINEPREFIX/ready" ] || makeWinePrefix
+    "$TARV_WINE_SERVER" -f -p > /dev/null 2>&1 &
+    tarvWineServerId=$!
+}
+
+stopWine() {
+    [ -n "$tarvWineServerId" ] || return 0
+    kill "$tarvWineServerId" 2> /dev/null
+    wait "$tarvWineServerId" 2> /dev/null
+    tarvWineServerId=
+}
+
+makeWinePrefix() {
+    say "Making a Wine prefix in build/wine (once, some 15 s) ..."
+    rm -rf "$WINEPREFIX"
+    mkdir -p "$WINEPREFIX"
+    {
+        wine wineboot -i &&
+            # Windows, timers and messages work without any display on the null driver.
+            wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f
+    } > "$TARV_ROOT/build/wine.log" 2>&1 || die "Wine did not start; build/wine.log tells more"
+    "$TARV_WINE_SERVER" -w
+    linkIdenticalLibraries
+    touch "$WINEPREFIX/ready"
+}
+
+# A fresh prefix holds 700 MB of copies of what the package has: those that are the same bytes become links.
+linkIdenticalLibraries() {
+    local file twin
+    for file in "$WINEPREFIX"/drive_c/windows/system32/*.*; do
+        twin=$TARV_WINE_LIBRARIES/${file##*/}
+        [ -f "$twin" ] && cmp -s "$file" "$twin" && ln -sf "$twin" "$file"
+    done
+    return 0
+}
