@@ -1,0 +1,104 @@
+#pragma once
+
+#include <map>
+
+#include "Audio/CAudioParam.h"
+#include "Audio/CAudioParamChangePool.h"
+#include "Core/CObject.h"
+
+namespace tarv {
+
+class CAudioEnv;
+class CAudioParamRegistry;
+
+/// Owns every named parameter of one instance and carries changes from the threads that make them to the processes
+/// (`audio:param-collector`). Order of locks: a parameter's, then the pool's, then the environment's.
+class CAudioParamCollector : public CObject {
+public:
+    ~CAudioParamCollector() override;
+    [[nodiscard]] CError* init() override;
+
+    /// The parameter of a full name, made if there is none. Takes the collector's lock.
+    CAudioParam* getParam(const CString& name);
+    /// The parameter of a full name or null.
+    CAudioParam* findParam(const CString& name) const;
+    /// Whether a parameter of that name was defined and the name differs from its display path.
+    bool hasParam(const CString& name) const;
+    /// Binds a definition's information to the parameter of that name; a second bind keeps the first. Its values are at
+    /// the defaults from then on, and slots that consume it already get them.
+    CAudioParam* define(const CString& name, const CAudioParamInfo& info);
+
+    /// Makes `slot` consume `param`: sets its data up, queues the current values with time -1.0 and sets `changedFlag`.
+    /// `group` -1 (or -2) and `element` -1 take every one. While the graph is built or on the audio thread; allocates.
+    void addConsumer(CAudioParam& param, CAudioParamSlot& slot, CAudioParamQueue& queue, uint8_t& changedFlag,
+                     int32_t group, int32_t element);
+    /// Takes the consumers of one process out (its queue tells which they are) and empties the queue. Same threads.
+    void removeConsumers(CAudioParamQueue& queue);
+    /// Takes all consumers out: the graph is going. No audio thread runs.
+    void detachConsumers();
+
+    /// A record for postChange with the parameter's shape and `count` elements, values zero. Any thread; allocates
+    /// until the pool has grown.
+    CAudioParamChange* createChange(CAudioParam& param, int32_t group, int32_t first, int32_t count,
+                                    bool resize = false);
+    /// The same on the audio side: takes no lock, and does not allocate while the few records that it keeps are enough.
+    CAudioParamChange* createEngineChange(CAudioParam& param, int32_t group, int32_t first, int32_t count,
+                                          bool resize = false);
+    /// The one way to change a value; takes the record over. Queued: any thread but the audio thread; the user-side
+    /// value follows at once, the processes with the next round. Not queued: the audio side itself, straight to the
+    /// processes (the user-side value stays). `time` counts from the start of the round that takes it. A change of
+    /// another group than 0 of a single-group parameter, and one of an undefined parameter, is dropped.
+    void postChange(CAudioParam& param, CAudioParamChange* change, bool queued, double time,
+                    const CAudioParamListener* origin = nullptr);
+    /// One round: hands what was posted to the processes' queues, `timeOffset` added to each time. Audio thread, once a
+    /// block, or the core at resume. Takes the environment's lock for a swap, nothing else.
+    void applyPendingChanges(double timeOffset);
+
+    /// Hands every parameter to the registries, enumerated ones first. A second call does nothing.
+    void closeCollection();
+    bool isClosed() const { return closed_; }
+    void addRegistry(CAudioParamRegistry& registry);
+    void removeRegistry(CAudioParamRegistry& registry);
+    /// The first registry whose `id` is that text, or null.
+    CAudioParamRegistry* getRegistry(const CString& id) const;
+
+    /// Every parameter in the order of the names.
+    template <class Visit>
+    void forEachParam(Visit&& visit) const {
+        CLockScope scope(lock_);
+        for (const auto& entry : params_) {
+            visit(*entry.second);
+        }
+    }
+
+private:
+    using CParamMap =
+        std::map<CString, CAudioParam*, std::less<CString>, CHeapAllocator<std::pair<const CString, CAudioParam*>>>;
+    struct CConsumerBlock;
+
+    void offerParam(CAudioParam& param);
+    void prepareSlot(CAudioParam& param, CAudioParamConsumer& consumer);
+    void queueInitialValues(CAudioParam& param, CAudioParamConsumer& consumer);
+    void queueCopy(CAudioParamConsumer& consumer, CAudioParam& param, const CAudioParamChange& source);
+    void postQueued(CAudioParam& param, CAudioParamChange* change);
+    void enqueue(CAudioParam& param, CAudioParamChange* change);
+    void applyTouched();
+    void deliver(CAudioParamChange& change);
+    CAudioParamConsumer* takeConsumer();
+
+    CAudioEnv* env_ = nullptr;
+    mutable CLock lock_;
+    CParamMap params_;
+    CArray<CAudioParamRegistry*, 4> registries_;
+    CLock poolLock_;
+    CAudioParamChangePool pool_;
+    CAudioParamChangePool enginePool_;
+    CAudioParamChangeList batch_;
+    CAudioParam* touched_ = nullptr;
+    uint32_t generation_ = 0;
+    CAudioParamConsumer* freeConsumers_ = nullptr;
+    CConsumerBlock* consumerBlocks_ = nullptr;
+    bool closed_ = false;
+};
+
+}  // namespace tarv

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Core/CObject.h"
+
+namespace tarv {
+
+class CAudioParamData;
+class CAudioParamInfo;
+
+/// How much room a text has.
+enum class CAudioTextMode : int32_t { Full = 0, Short = 1, ShortNames = 2 };
+
+/// A value to be shown: a number in real units, and for a text parameter the store in which the number is an id.
+struct CAudioParamShown {
+    CAudioParamShown(double shownNumber) : number(shownNumber) {}  // NOLINT: a plain number is the common argument
+    CAudioParamShown(double shownNumber, const CAudioParamData& shownData) : number(shownNumber), data(&shownData) {}
+    double number;
+    const CAudioParamData* data = nullptr;
+};
+
+/// Knows one unit: real value (the engine's own), normalised value (0..1) and text. Shared, holds no range: that comes
+/// with `info`, at position `index` of the element. Any thread, read-only after the tree is built.
+class CAudioParamConverter : public CObject {
+public:
+    [[nodiscard]] CError* init() override;
+
+    /// Real value of a typed text, clamped; the minimum and false if it does not parse. `ok` may be null.
+    virtual double textToValue(const CAudioParamInfo& info, int32_t index, const CString& text, bool* ok) const = 0;
+    /// The same without a range: reads the limits themselves.
+    virtual double textToLimit(const CAudioParamInfo& info, int32_t index, const CString& text, bool* ok) const = 0;
+    /// Text of a real value, without the unit.
+    virtual void valueToText(CString& result, const CAudioParamInfo& info, int32_t index, const CAudioParamShown& value,
+                             CAudioTextMode mode) const = 0;
+    /// Linear unless a subclass says otherwise; `norm` in 0..1.
+    virtual double normToValue(const CAudioParamInfo& info, int32_t index, double norm) const;
+    virtual double valueToNorm(const CAudioParamInfo& info, int32_t index, double value) const;
+
+    /// The unit shown beside a value, may be empty.
+    const CString& label() const { return label_; }
+
+private:
+    CString label_;
+};
+
+}  // namespace tarv
