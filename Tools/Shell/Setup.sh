@@ -9,7 +9,7 @@ TARV_BUILD_PACKAGES="build-essential cmake ninja-build zlib1g-dev libpugixml-dev
 # What a Windows program runs on, here.
 TARV_WINE_PACKAGES="wine wine64"
 # Files in, files and pictures out, and the recording that ./run takes when none is given.
-TARV_SOUND_PACKAGES="sox libsox-fmt-all sonic-pi-samples gnuplot-nox"
+TARV_SOUND_PACKAGES="libkissfft-dev sox libsox-fmt-all sonic-pi-samples gnuplot-nox"
 # The fuzzers' compiler, and what the architecture test looks with.
 TARV_CHECK_PACKAGES="clang libclang-rt-14-dev clang-format binutils git"
 
