@@ -8,10 +8,12 @@
 
 namespace tarv {
 
-/// Growable array with N inline elements; capacity goes 0, 1, 3, 7, 15 ... and elements lie inline while it is at most N.
-/// Never shrinks by itself. Elements may be any movable type. Not safe by itself: the owner guards it.
+/// Growable array with N inline elements; capacity goes 0, 1, 3, 7, 15 ... and elements lie inline while it is at most
+/// N. Never shrinks by itself. Elements may be any movable type. Not safe by itself: the owner guards it.
 template <class T, int32_t N = 4>
 class CArray {
+    static_assert(alignof(T) <= 8, "blocks of the pool heap are 8-aligned");
+
 public:
     CArray() = default;
     CArray(const CArray& other) { *this = other; }

@@ -44,15 +44,14 @@ inline CString errorContextName() {
 
 // NOLINTBEGIN: the three treatments of a failure; a macro, since the place must be the caller's.
 /// Passes a failure of `expression` on with this place added.
-#define TARV_TRY(expression)                                                                                  \
-    do {                                                                                                      \
-        if (::tarv::CError* tarvError = (expression)) {                                                       \
+#define TARV_TRY(expression)                                                                                       \
+    do {                                                                                                           \
+        if (::tarv::CError* tarvError = (expression)) {                                                            \
             return ::tarv::addErrorLocation(tarvError, __FILE__, __LINE__, errorContextName(), ::tarv::CString()); \
-        }                                                                                                     \
+        }                                                                                                          \
     } while (false)
 /// Fails with a message and its arguments (texts).
-#define TARV_FAIL(...) \
-    return ::tarv::addErrorLocation(nullptr, __FILE__, __LINE__, errorContextName(), __VA_ARGS__)
+#define TARV_FAIL(...) return ::tarv::addErrorLocation(nullptr, __FILE__, __LINE__, errorContextName(), __VA_ARGS__)
 /// Consumes a failure: logs it and goes on.
 #define TARV_CONSUME(expression) ::tarv::logError(expression)
 // NOLINTEND

@@ -10,7 +10,7 @@ namespace tarv {
 struct CHeapCounters {
     uint64_t allocations;  ///< calls of alloc, and of realloc that moved
     uint64_t frees;
-    uint64_t platformBytes;  ///< bytes taken from the platform heap and not given back
+    uint64_t platformBytes;  ///< bytes taken from the platform heap and not given back; 0 in sanitizer builds
 };
 
 /// The pool heap: 255 size classes of 16 bytes, each with its own lock; larger blocks come from the platform heap.

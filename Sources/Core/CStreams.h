@@ -23,6 +23,7 @@ public:
 
     [[nodiscard]] CError* readValue(uint32_t& value);
     [[nodiscard]] CError* readDouble(double& value);
+    /// Byte count and UTF-8 (see Utf8.h) of at most 61440 bytes. A negative count gives an empty text.
     [[nodiscard]] CError* readString(CString& text);
     /// One compressed block of the id given; see CompressedBlock.h for the layout.
     [[nodiscard]] CError* readCompressedData(CByteBuffer& buffer, uint32_t id);
@@ -42,6 +43,7 @@ public:
 
     [[nodiscard]] CError* writeValue(uint32_t value);
     [[nodiscard]] CError* writeDouble(double value);
+    /// UTF-8 behind its byte count; surrogates have no code and are dropped.
     [[nodiscard]] CError* writeString(const CString& text);
     [[nodiscard]] CError* writeCompressedData(const CByteBuffer& buffer, uint32_t id);
 };
@@ -85,6 +87,7 @@ public:
 private:
     struct CBlock;
     CBlock* blockAt(int64_t position);
+    void extend(int64_t wanted);
     CBlock* head_ = nullptr;
     CBlock* tail_ = nullptr;
     CBlock* current_ = nullptr;

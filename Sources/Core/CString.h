@@ -5,16 +5,17 @@
 #include <string>
 
 #include "Core/CArray.h"
+#include "Core/CHeap.h"
 
 namespace tarv {
 
 /// Text with value semantics, of 8-bit or 16-bit code units, with a 48-byte inline buffer. Mixed widths are accepted
 /// everywhere and compared by value of the code unit. Not safe by itself: the owner guards it.
-class CString {
+class CString : public CHeapObject {
 public:
     CString();
-    CString(const char* text);          // NOLINT: literals are the common argument
-    CString(const char16_t* text);      // NOLINT
+    CString(const char* text);      // NOLINT: literals are the common argument
+    CString(const char16_t* text);  // NOLINT
     CString(const char* text, int32_t length);
     CString(const CString& other);
     CString(CString&& other) noexcept;
@@ -34,10 +35,13 @@ public:
     const char16_t* wideData() const { return static_cast<const char16_t*>(data_); }
 
     void clear();
+    /// Makes room for `length` units and writes the terminator; the old units survive a move only if `preserve`.
+    /// Bytes of the room grow by the need and 8 (wide: 16), and shrink to the need when twice as many were held.
     void setLength(int32_t length, bool preserve);
     void widen();
     /// Drops the high byte of each unit.
     void narrow();
+    /// A wide text with units above 255 widens a narrow one.
     void append(const CString& other);
     void appendChar(uint16_t unit);
     CString& operator+=(const CString& other) {
@@ -50,7 +54,9 @@ public:
         return sum;
     }
 
-    /// Ranges outside the text give an empty string; count -1 runs to the end.
+    void set(int32_t index, uint16_t unit);
+
+    /// Ranges that reach outside the text give an empty string; count -1 runs to the end.
     CString substring(int32_t start, int32_t count = -1) const;
     /// Position of the first (last) unit equal to `unit`, or -1.
     int32_t indexOf(uint16_t unit, int32_t from = 0) const;
@@ -62,15 +68,22 @@ public:
     friend bool operator==(const CString& a, const CString& b);
     friend std::strong_ordering operator<=>(const CString& a, const CString& b);
 
-    /// Appends the template with %1 to %9 replaced by arguments and %% by %; anything else after % is dropped.
+    /// In the width that this text has. Appends the template with %1 to %9 replaced by arguments and %% by %; anything
+    /// else after % is dropped.
     void format(const CString& textTemplate, const CString* arguments, int32_t argumentCount);
 
     /// Padded with zeros on the left to `width` digits; radix 2 to 16, digits above 9 in capitals.
     static CString fromInt(int64_t value, int32_t width = 0, int32_t radix = 10);
-    /// Fixed notation, halves away from zero in the last decimal.
+    /// Fixed notation with 0 to 15 decimals, halves away from zero in the last one; no sign on a zero.
     static CString fromDouble(double value, int32_t decimals);
+    /// Optional "-"; then "0x", "0X", "#" or "$" before hexadecimal digits, "0" before octal ones, else decimal ones.
+    /// Values wrap to 32 bits. Failure, also of a text without digits, gives 0.
     static int32_t toInt(const CString& text, bool* ok = nullptr);
+    /// Optional "-", digits, optionally "," or "." and digits; any of the runs may be empty, so that "" and "-" are 0.
+    /// No exponent. Runs are gathered in 64 bits: an integer part beyond them stays at their limit, fraction digits
+    /// behind the 18th do not count. Failure gives 0.
     static double toDouble(const CString& text, bool* ok = nullptr);
+    /// "0", "false", "1", "true"; anything else is false and a failure.
     static bool toBool(const CString& text, bool* ok = nullptr);
 
     /// UTF-8, decoded by the rules of the streams (no surrogates; code points above 0xffff keep their low 16 bits).
@@ -79,6 +92,12 @@ public:
 
 private:
     static constexpr int32_t kInlineBytes = 48;
+    bool isInline() const { return data_ == inline_; }
+    int64_t bytesFor(int32_t length) const { return wide_ ? int64_t{length} * 2 + 2 : int64_t{length} + 1; }
+    void fit(int64_t need, size_t preservedBytes);
+    void terminate();
+    void assignUnits(const CString& other, int32_t start, int32_t count);
+
     char inline_[kInlineBytes];
     void* data_;
     int32_t capacity_;

@@ -20,7 +20,7 @@ public:
 
 private:
     // Room for either platform's object, so that no header of a platform is needed here.
-    alignas(16) unsigned char storage_[64];
+    alignas(8) unsigned char storage_[40];
 };
 
 /// Holds a lock for a scope.

@@ -1,0 +1,108 @@
+#include "Core/CStreams.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+#include "Core/Utf8.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr uint32_t kStringLimit = 61441;
+constexpr size_t kStringStaging = 128;
+// Free bytes below which the staging of a string is flushed; no code of a unit is longer.
+constexpr size_t kStagingReserve = 4;
+
+template <class T>
+T fromLittleEndian(const uint8_t* bytes) {
+    T value = 0;
+    for (size_t i = sizeof(T); i-- > 0;) {
+        value = value << 8 | bytes[i];
+    }
+    return value;
+}
+
+template <class T>
+void toLittleEndian(T value, uint8_t* bytes) {
+    for (size_t i = 0; i < sizeof(T); ++i) {
+        bytes[i] = static_cast<uint8_t>(value >> (8 * i));
+    }
+}
+
+/// Bytes that the text takes in UTF-8.
+uint32_t utf8Size(const CString& text) {
+    char unit[kMaxUtf8Bytes];
+    uint32_t size = 0;
+    for (int32_t i = 0; i < text.length(); ++i) {
+        size += static_cast<uint32_t>(encodeUtf8(text.at(i), unit));
+    }
+    return size;
+}
+
+}  // namespace
+
+CError* CInputStream::readValue(uint32_t& value) {
+    uint8_t bytes[sizeof(value)];
+    TARV_TRY(read(bytes, sizeof(bytes)));
+    value = fromLittleEndian<uint32_t>(bytes);
+    return nullptr;
+}
+
+CError* CInputStream::readDouble(double& value) {
+    uint8_t bytes[sizeof(value)];
+    TARV_TRY(read(bytes, sizeof(bytes)));
+    value = std::bit_cast<double>(fromLittleEndian<uint64_t>(bytes));
+    return nullptr;
+}
+
+CError* CInputStream::readString(CString& text) {
+    text = CString();
+    uint32_t stored = 0;
+    TARV_TRY(readValue(stored));
+    const auto length = static_cast<int32_t>(stored);
+    if (length < 0) {
+        return nullptr;
+    }
+    if (stored >= kStringLimit) {
+        TARV_FAIL("@tarvstr_CInputStream_readString_TooLong String length %1 too long in readString().",
+                  CString::fromInt(length));
+    }
+    CByteBuffer bytes;
+    bytes.resize(length);
+    TARV_TRY(read(bytes.data(), length));
+    appendUtf8(text, reinterpret_cast<const char*>(bytes.data()), stored);
+    return nullptr;
+}
+
+CError* COutputStream::writeValue(uint32_t value) {
+    uint8_t bytes[sizeof(value)];
+    toLittleEndian(value, bytes);
+    TARV_TRY(write(bytes, sizeof(bytes)));
+    return nullptr;
+}
+
+CError* COutputStream::writeDouble(double value) {
+    uint8_t bytes[sizeof(value)];
+    toLittleEndian(std::bit_cast<uint64_t>(value), bytes);
+    TARV_TRY(write(bytes, sizeof(bytes)));
+    return nullptr;
+}
+
+CError* COutputStream::writeString(const CString& text) {
+    TARV_TRY(writeValue(utf8Size(text)));
+    char staging[kStringStaging];
+    size_t used = 0;
+    for (int32_t i = 0; i < text.length(); ++i) {
+        if (kStringStaging - used < kStagingReserve) {
+            TARV_TRY(write(staging, static_cast<int64_t>(used)));
+            used = 0;
+        }
+        used += encodeUtf8(text.at(i), staging + used);
+    }
+    TARV_TRY(write(staging, static_cast<int64_t>(used)));
+    return nullptr;
+}
+
+}  // namespace tarv

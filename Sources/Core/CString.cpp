@@ -1,0 +1,281 @@
+#include "Core/CString.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "Core/Utf8.h"
+
+namespace tarv {
+
+CString::CString() : data_(inline_), capacity_(0), length_(0), wide_(0) {
+    terminate();
+}
+
+CString::CString(const char* text) : CString(text, text ? static_cast<int32_t>(std::strlen(text)) : 0) {}
+
+CString::CString(const char16_t* text) : CString() {
+    wide_ = 1;
+    const int32_t length = text ? static_cast<int32_t>(std::char_traits<char16_t>::length(text)) : 0;
+    setLength(length, false);
+    std::copy_n(text, length, static_cast<char16_t*>(data_));
+}
+
+CString::CString(const char* text, int32_t length) : CString() {
+    setLength(length, false);
+    std::copy_n(text, length_, static_cast<char*>(data_));
+}
+
+CString::CString(const CString& other) : CHeapObject(), data_(inline_), capacity_(0), length_(0), wide_(other.wide_) {
+    assignUnits(other, 0, other.length_);
+}
+
+CString::CString(CString&& other) noexcept : CString() {
+    *this = std::move(other);
+}
+
+CString::~CString() {
+    if (!isInline()) {
+        CHeap::free(data_);
+    }
+}
+
+CString& CString::operator=(const CString& other) {
+    if (this != &other) {
+        wide_ = other.wide_;
+        assignUnits(other, 0, other.length_);
+    }
+    return *this;
+}
+
+CString& CString::operator=(CString&& other) noexcept {
+    if (this == &other) {
+        return *this;
+    }
+    if (other.isInline()) {
+        *this = static_cast<const CString&>(other);
+        return *this;
+    }
+    if (!isInline()) {
+        CHeap::free(data_);
+    }
+    data_ = std::exchange(other.data_, other.inline_);
+    capacity_ = std::exchange(other.capacity_, 0);
+    length_ = std::exchange(other.length_, 0);
+    wide_ = std::exchange(other.wide_, uint8_t{0});
+    other.terminate();
+    return *this;
+}
+
+uint16_t CString::at(int32_t index) const {
+    return wide_ ? static_cast<const char16_t*>(data_)[index] : static_cast<const uint8_t*>(data_)[index];
+}
+
+void CString::set(int32_t index, uint16_t unit) {
+    if (wide_) {
+        static_cast<char16_t*>(data_)[index] = unit;
+    } else {
+        static_cast<uint8_t*>(data_)[index] = static_cast<uint8_t>(unit);
+    }
+}
+
+int32_t CString::heapCapacity() const {
+    return isInline() ? 0 : capacity_;
+}
+
+void CString::clear() {
+    setLength(0, false);
+}
+
+void CString::fit(int64_t need, size_t preservedBytes) {
+    const int64_t roomy = need + (wide_ ? 16 : 8);
+    if (isInline()) {
+        if (need > kInlineBytes) {
+            void* block = CHeap::alloc(static_cast<size_t>(roomy));
+            std::memcpy(block, data_, preservedBytes);
+            data_ = block;
+            capacity_ = static_cast<int32_t>(roomy);
+        }
+        return;
+    }
+    const bool isShort = need > capacity_;
+    if (!isShort && capacity_ < need * 2) {
+        return;
+    }
+    const int64_t capacity = isShort ? roomy : need;
+    if (preservedBytes) {
+        data_ = CHeap::realloc(data_, static_cast<size_t>(capacity));
+    } else {
+        CHeap::free(data_);
+        data_ = CHeap::alloc(static_cast<size_t>(capacity));
+    }
+    capacity_ = static_cast<int32_t>(capacity);
+}
+
+void CString::terminate() {
+    set(length_, 0);
+}
+
+void CString::setLength(int32_t length, bool preserve) {
+    length = std::max(length, 0);
+    fit(bytesFor(length), preserve ? static_cast<size_t>(bytesFor(length_)) : 0);
+    length_ = length;
+    terminate();
+}
+
+void CString::assignUnits(const CString& other, int32_t start, int32_t count) {
+    setLength(count, false);
+    const size_t width = wide_ ? 2 : 1;
+    std::memcpy(data_, static_cast<const char*>(other.data_) + static_cast<size_t>(start) * width,
+                static_cast<size_t>(count) * width);
+}
+
+void CString::widen() {
+    if (wide_) {
+        return;
+    }
+    const auto narrowBytes = static_cast<size_t>(bytesFor(length_));
+    wide_ = 1;
+    fit(bytesFor(length_), narrowBytes);
+    // From the end, since each wide unit lies over narrow ones that are read before.
+    for (int32_t i = length_; i >= 0; --i) {
+        static_cast<char16_t*>(data_)[i] = static_cast<const uint8_t*>(data_)[i];
+    }
+}
+
+void CString::narrow() {
+    if (!wide_) {
+        return;
+    }
+    for (int32_t i = 0; i <= length_; ++i) {
+        static_cast<uint8_t*>(data_)[i] = static_cast<uint8_t>(static_cast<const char16_t*>(data_)[i]);
+    }
+    wide_ = 0;
+}
+
+void CString::append(const CString& other) {
+    const int32_t added = other.length_;
+    for (int32_t i = 0; !wide_ && i < added; ++i) {
+        if (other.at(i) > 0xff) {
+            widen();
+        }
+    }
+    const int32_t before = length_;
+    setLength(before + added, true);
+    for (int32_t i = 0; i < added; ++i) {
+        set(before + i, other.at(i));
+    }
+}
+
+void CString::appendChar(uint16_t unit) {
+    if (unit > 0xff) {
+        widen();
+    }
+    setLength(length_ + 1, true);
+    set(length_ - 1, unit);
+}
+
+CString CString::substring(int32_t start, int32_t count) const {
+    CString piece;
+    piece.wide_ = wide_;
+    const bool isInside = start >= 0 && start <= length_ && count >= -1 && count <= length_ - start;
+    piece.assignUnits(*this, isInside ? start : 0, !isInside ? 0 : count < 0 ? length_ - start : count);
+    return piece;
+}
+
+int32_t CString::indexOf(uint16_t unit, int32_t from) const {
+    for (int32_t i = std::max(from, 0); i < length_; ++i) {
+        if (at(i) == unit) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+int32_t CString::lastIndexOf(uint16_t unit) const {
+    int32_t i = length_ - 1;
+    while (i >= 0 && at(i) != unit) {
+        --i;
+    }
+    return i;
+}
+
+bool CString::startsWith(const CString& prefix) const {
+    for (int32_t i = 0; i < prefix.length_; ++i) {
+        if (i >= length_ || at(i) != prefix.at(i)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+CArray<CString, 4> CString::split(uint16_t separator, bool keepEmpty) const {
+    CArray<CString, 4> pieces;
+    for (int32_t start = 0; start <= length_;) {
+        const int32_t found = indexOf(separator, start);
+        const int32_t end = found < 0 ? length_ : found;
+        if (keepEmpty || end > start) {
+            pieces.append(substring(start, end - start));
+        }
+        start = end + 1;
+    }
+    return pieces;
+}
+
+bool operator==(const CString& a, const CString& b) {
+    return a.length_ == b.length_ && a.startsWith(b);
+}
+
+std::strong_ordering operator<=>(const CString& a, const CString& b) {
+    const int32_t shared = std::min(a.length_, b.length_);
+    for (int32_t i = 0; i < shared; ++i) {
+        if (a.at(i) != b.at(i)) {
+            return a.at(i) <=> b.at(i);
+        }
+    }
+    return a.length_ <=> b.length_;
+}
+
+void CString::format(const CString& textTemplate, const CString* arguments, int32_t argumentCount) {
+    CString result;
+    result.wide_ = wide_;
+    const auto emit = [&](const CString& text, int32_t from, int32_t to) {
+        const int32_t before = result.length_;
+        result.setLength(before + to - from, true);
+        for (int32_t i = from; i < to; ++i) {
+            result.set(before + i - from, text.at(i));
+        }
+    };
+    for (int32_t i = 0; i < textTemplate.length_; ++i) {
+        if (textTemplate.at(i) != '%') {
+            emit(textTemplate, i, i + 1);
+            continue;
+        }
+        if (++i == textTemplate.length_) {
+            break;
+        }
+        const int32_t argument = textTemplate.at(i) - '1';
+        if (textTemplate.at(i) == '%') {
+            emit(textTemplate, i, i + 1);
+        } else if (argument >= 0 && argument < std::min(argumentCount, 9)) {
+            emit(arguments[argument], 0, arguments[argument].length_);
+        }
+    }
+    append(result);
+}
+
+CString CString::fromUtf8(const char* bytes, size_t count) {
+    CString text;
+    appendUtf8(text, bytes, count);
+    return text;
+}
+
+std::string CString::toUtf8() const {
+    std::string bytes;
+    char encoded[kMaxUtf8Bytes];
+    for (int32_t i = 0; i < length_; ++i) {
+        bytes.append(encoded, encodeUtf8(at(i), encoded));
+    }
+    return bytes;
+}
+
+}  // namespace tarv

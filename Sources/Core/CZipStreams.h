@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Core/CStreams.h"
+
+struct z_stream_s;
+
+namespace tarv {
+
+/// Inflates a zlib stream from a source that the caller keeps alive until close. Reads ahead and gives nothing back.
+class CInputZipStream : public CInputStream {
+public:
+    CInputZipStream() = default;
+    ~CInputZipStream() override;
+    [[nodiscard]] CError* open(CInputStream& source);
+    [[nodiscard]] CError* close() override;
+    [[nodiscard]] CError* consume(int64_t count) override;
+    [[nodiscard]] CError* read(void* buffer, int64_t count) override;
+    /// Fails unless the stream ends here, with the check value of its data in order.
+    [[nodiscard]] CError* expectEnd();
+
+private:
+    [[nodiscard]] CError* fill();
+    [[nodiscard]] CError* inflateSome(uint8_t* target, int64_t& count, bool& isEnded);
+
+    CInputStream* source_ = nullptr;
+    z_stream_s* zip_ = nullptr;
+    CArray<uint8_t, 8> staging_;
+};
+
+/// Deflates into a target that the caller keeps alive until close, which finishes the stream.
+class COutputZipStream : public COutputStream {
+public:
+    COutputZipStream() = default;
+    ~COutputZipStream() override;
+    [[nodiscard]] CError* open(COutputStream& target);
+    [[nodiscard]] CError* close();
+    [[nodiscard]] CError* write(const void* buffer, int64_t count) override;
+
+private:
+    [[nodiscard]] CError* deflateAll(int flush);
+    [[nodiscard]] CError* flushStaging();
+
+    COutputStream* target_ = nullptr;
+    z_stream_s* zip_ = nullptr;
+    CArray<uint8_t, 8> staging_;
+};
+
+}  // namespace tarv

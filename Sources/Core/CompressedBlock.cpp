@@ -1,0 +1,99 @@
+#include "Core/CompressedBlock.h"
+
+#include <zlib.h>
+
+#include <algorithm>
+
+#include "Core/CZipStreams.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr int64_t kMaxBlockBytes = 256 << 20;
+// A damaged count must not take more memory than its data can fill: the buffer grows with what was inflated.
+constexpr int64_t kGrowthStep = 1 << 20;
+
+uint32_t checkOf(const uint8_t (&sizeBytes)[4]) {
+    return static_cast<uint32_t>(adler32(1, sizeBytes, sizeof(sizeBytes)));
+}
+
+/// Bytes of a count as they stand in the header.
+CError* serializeCount(uint32_t count, uint8_t (&bytes)[4]) {
+    CMemoryWriteBuffer serialized;
+    TARV_TRY(serialized.writeValue(count));
+    CByteBuffer run;
+    serialized.copyTo(run);
+    std::copy_n(run.data(), sizeof(bytes), bytes);
+    return nullptr;
+}
+
+CError* readInflated(CInputStream& source, CByteBuffer& buffer, uint32_t size) {
+    CInputZipStream zip;
+    TARV_TRY(zip.open(source));
+    CError* error = nullptr;
+    for (int64_t done = 0; !error && done < size;) {
+        const int64_t step = std::min<int64_t>(size - done, std::max<int64_t>(kGrowthStep, done));
+        buffer.resize(static_cast<int32_t>(done + step));
+        error = zip.read(buffer.data() + done, step);
+        done += step;
+    }
+    if (!error) {
+        error = zip.expectEnd();
+    }
+    if (error) {
+        buffer.clear();
+        TARV_CONSUME(zip.close());
+        TARV_TRY(error);
+    }
+    TARV_TRY(zip.close());
+    return nullptr;
+}
+
+}  // namespace
+
+CError* CInputStream::readCompressedData(CByteBuffer& buffer, uint32_t id) {
+    buffer.clear();
+    uint32_t storedId = 0;
+    TARV_TRY(readValue(storedId));
+    if (storedId != id) {
+        TARV_FAIL(
+            "@tarvstr_CInputStream_readCompressedData_InvalidId Invalid ID encountered when reading compressed data "
+            "(expected %1, read %2).",
+            CString::fromInt(id), CString::fromInt(storedId));
+    }
+    uint32_t size = 0;
+    uint32_t storedCheck = 0;
+    TARV_TRY(readValue(size));
+    TARV_TRY(readValue(storedCheck));
+    uint8_t sizeBytes[4];
+    TARV_TRY(serializeCount(size, sizeBytes));
+    const uint32_t check = checkOf(sizeBytes);
+    if (check != storedCheck) {
+        TARV_FAIL(
+            "@tarvstr_CInputStream_readCompressedData_InvalidCrc Invalid CRC encountered when reading compressed data "
+            "(expected %1, read %2).",
+            CString::fromInt(storedCheck), CString::fromInt(check));
+    }
+    if (size > kMaxBlockBytes) {
+        TARV_FAIL("@tarvstr_CInputStream_readCompressedData_TooLong Compressed data too long (%1 bytes).",
+                  CString::fromInt(size));
+    }
+    TARV_TRY(readInflated(*this, buffer, size));
+    return nullptr;
+}
+
+CError* COutputStream::writeCompressedData(const CByteBuffer& buffer, uint32_t id) {
+    uint8_t sizeBytes[4];
+    TARV_TRY(writeValue(id));
+    TARV_TRY(serializeCount(static_cast<uint32_t>(buffer.count()), sizeBytes));
+    TARV_TRY(write(sizeBytes, sizeof(sizeBytes)));
+    TARV_TRY(writeValue(checkOf(sizeBytes)));
+    COutputZipStream zip;
+    TARV_TRY(zip.open(*this));
+    TARV_TRY(zip.write(buffer.data(), buffer.count()));
+    TARV_TRY(zip.close());
+    return nullptr;
+}
+
+}  // namespace tarv
