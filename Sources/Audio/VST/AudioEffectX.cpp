@@ -310,7 +310,6 @@ const vst::TimeInfo* AudioEffectX::getTimeInfo(int32_t wantedFlags) {
 }
 
 void AudioEffectX::setParameterAutomated(int32_t index, float value) {
-    setParameter(index, value);
     callHost(vst::kHostAutomate, index, 0, nullptr, value);
 }
 

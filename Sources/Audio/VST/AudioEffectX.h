@@ -89,6 +89,7 @@ protected:
     /// Null when the host has none. Valid until the end of the block.
     const vst::TimeInfo* getTimeInfo(int32_t wantedFlags);
     bool ioChanged() { return callHost(vst::kHostIoChanged) != 0; }
+    /// Tells the host that the effect itself changed a parameter.
     void setParameterAutomated(int32_t index, float value);
 
 private:

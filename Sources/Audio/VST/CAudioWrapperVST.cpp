@@ -1,0 +1,308 @@
+#include "Audio/VST/CAudioWrapperVST.h"
+
+#include <atomic>
+#include <cstring>
+#include <utility>
+
+#include "Audio/CAudioEnv.h"
+#include "Audio/CAudioExtParam.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr int32_t kManyChannelsVersion = 2300;
+constexpr const char* kTwoChannelProduct = "Sony ACID Pro";
+constexpr const char* kLockedProduct = "WaveLab";
+constexpr const char* kFocusKeepingVendor = "Steinberg";
+constexpr const char* kProgramName = "Default";
+constexpr int32_t kProgramCount = 1;
+
+std::atomic<bool> focusIsTaken{true};
+
+struct CNamedValue {
+    const char* name;
+    intptr_t value;
+};
+
+constexpr CNamedValue kCanDo[] = {
+    {vst::kCanCockosExtensions, vst::kCockosExtensionsAnswer},
+    {vst::kCanReceiveMidiEvent, 1},
+    {vst::kCanReceiveTimeInfo, 1},
+};
+
+constexpr CNamedValue kCategories[] = {
+    {"kPlugCategUnknown", vst::kCategoryUnknown},
+    {"kPlugCategEffect", vst::kCategoryEffect},
+    {"kPlugCategSynth", vst::kCategorySynth},
+    {"kPlugCategAnalysis", vst::kCategoryAnalysis},
+    {"kPlugCategMastering", vst::kCategoryMastering},
+    {"kPlugCategSpacializer", vst::kCategorySpacializer},
+    {"kPlugCategRoomFx", vst::kCategoryRoomFx},
+    {"kPlugSurroundFx", vst::kCategorySurroundFx},
+    {"kPlugCategRestoration", vst::kCategoryRestoration},
+    {"kPlugCategOfflineProcess", vst::kCategoryOfflineProcess},
+    {"kPlugCategShell", vst::kCategoryShell},
+    {"kPlugCategGenerator", vst::kCategoryGenerator},
+};
+
+template <size_t count>
+intptr_t valueOf(const CNamedValue (&table)[count], const CString& name) {
+    for (const CNamedValue& row : table) {
+        if (name == row.name) {
+            return row.value;
+        }
+    }
+    return 0;
+}
+
+/// Writes at most `size` bytes, the terminator included; a character that would not fit whole is left out.
+void copyText(char* to, const CString& text, int32_t size) {
+    const std::string bytes = text.toUtf8();
+    size_t count = std::min(bytes.size(), static_cast<size_t>(size - 1));
+    while (count > 0 && count < bytes.size() && (static_cast<unsigned char>(bytes[count]) & 0xc0) == 0x80) {
+        --count;
+    }
+    std::memcpy(to, bytes.data(), count);
+    to[count] = 0;
+}
+
+}  // namespace
+
+/// Holds the process lock where the host needs one.
+class CAudioWrapperVST::CProcessScope {
+public:
+    explicit CProcessScope(CAudioWrapperVST& wrapper) : lock_(wrapper.processLock_.get()) {
+        if (lock_) {
+            lock_->enter();
+        }
+    }
+    ~CProcessScope() {
+        if (lock_) {
+            lock_->leave();
+        }
+    }
+    CProcessScope(const CProcessScope&) = delete;
+    CProcessScope& operator=(const CProcessScope&) = delete;
+
+private:
+    CLock* lock_;
+};
+
+vst::AEffect* CAudioWrapperVST::create(vst::HostCallback host) {
+    if (!host || host(nullptr, vst::kHostVersion, 0, 0, nullptr, 0.0f) == 0) {
+        return nullptr;
+    }
+    auto* wrapper = new CAudioWrapperVST(host);
+    if (CError* error = wrapper->init()) {
+        showError(error);
+        delete wrapper;
+        return nullptr;
+    }
+    return wrapper->getAeffect();
+}
+
+// The true counts are known when the tree is built.
+CAudioWrapperVST::CAudioWrapperVST(vst::HostCallback host) : AudioEffectX(host, 1, 1) {}
+
+CAudioWrapperVST::~CAudioWrapperVST() {
+    CAudioWrapper::suspend();
+    setEditor(nullptr);
+}
+
+bool CAudioWrapperVST::isFocusTaken() {
+    return focusIsTaken.load(std::memory_order_relaxed);
+}
+
+CError* CAudioWrapperVST::init() {
+    TARV_TRY(CAudioWrapper::init());
+    askHost();
+    setUniqueID(pluginCode());
+    setVersion(getVendorVersion());
+    setNumPrograms(kProgramCount);
+    setNumParams(extParamList()->count());
+    canProcessReplacing(true);
+    canDoubleReplacing(true);
+    const int32_t channels = isManyChannels_ ? internalChannelCount() : 2;
+    setNumInputs(channels);
+    setNumOutputs(channels);
+    return nullptr;
+}
+
+void CAudioWrapperVST::askHost() {
+    char text[65];
+    const int32_t masterVersion = getMasterVersion();
+    getHostVendorString(text);
+    hostVendor_ = text;
+    getHostProductString(text);
+    hostProduct_ = text;
+    isManyChannels_ = masterVersion >= kManyChannelsVersion && hostProduct_ != kTwoChannelProduct;
+    if (std::strstr(text, kLockedProduct)) {
+        processLock_ = std::make_unique<CLock>();
+    }
+    focusIsTaken.store(hostVendor_ != kFocusKeepingVendor, std::memory_order_relaxed);
+}
+
+void CAudioWrapperVST::suspend() {
+    CProcessScope scope(*this);
+    CAudioWrapper::suspend();
+}
+
+void CAudioWrapperVST::resume() {
+    CProcessScope scope(*this);
+    CAudioWrapper::setBlockSize(AudioEffectX::blockSize());
+    CAudioWrapper::setSampleRate(static_cast<double>(AudioEffectX::sampleRate()));
+    setOffline(hostProcessLevel() == vst::kLevelOffline);
+    setChannelCounts(getAeffect()->numInputs, getAeffect()->numOutputs);
+    CAudioWrapper::resume();
+    setInitialDelay(latency());
+}
+
+void CAudioWrapperVST::processReplacing(float** inputs, float** outputs, int32_t frames) {
+    CProcessScope scope(*this);
+    processBlock(inputs, outputs, frames);
+}
+
+void CAudioWrapperVST::processDoubleReplacing(double** inputs, double** outputs, int32_t frames) {
+    CProcessScope scope(*this);
+    processBlock(inputs, outputs, frames);
+}
+
+void CAudioWrapperVST::setParameter(int32_t index, float value) {
+    extParamList()->setParameter(index, static_cast<double>(value));
+}
+
+float CAudioWrapperVST::getParameter(int32_t index) {
+    return static_cast<float>(extParamList()->getParameter(index));
+}
+
+void CAudioWrapperVST::getProgramName(char* text) {
+    copyText(text, kProgramName, vst::kMaxProgramName);
+}
+
+bool CAudioWrapperVST::getProgramNameIndexed(int32_t index, char* text) {
+    if (index < 0 || index >= kProgramCount) {
+        return false;
+    }
+    copyText(text, kProgramName, vst::kMaxProgramName);
+    return true;
+}
+
+void CAudioWrapperVST::getParameterLabel(int32_t index, char* text) {
+    if (const CAudioExtParam* param = extParamList()->param(index)) {
+        CString label;
+        param->getLabel(label);
+        copyText(text, label, vst::kMaxParamText);
+    }
+}
+
+void CAudioWrapperVST::getParameterDisplay(int32_t index, char* text) {
+    if (const CAudioExtParam* param = extParamList()->param(index)) {
+        CString display;
+        param->getDisplay(display);
+        copyText(text, display, vst::kMaxParamText);
+    }
+}
+
+void CAudioWrapperVST::getParameterName(int32_t index, char* text) {
+    if (const CAudioExtParam* param = extParamList()->param(index)) {
+        copyText(text, param->extName(), vst::kMaxParamText);
+    }
+}
+
+bool CAudioWrapperVST::setSpeakerArrangement(const vst::SpeakerArrangement* input,
+                                             const vst::SpeakerArrangement* output) {
+    if (!input || !output) {
+        return false;
+    }
+    // Made outside the lock, which the audio thread waits for.
+    CSpeakerLabels newInput;
+    CSpeakerLabels newOutput;
+    newInput.assign(*input);
+    newOutput.assign(*output);
+    CLockScope scope(env()->lock());
+    std::swap(inputSpeakers_, newInput);
+    std::swap(outputSpeakers_, newOutput);
+    hasSpeakers_ = true;
+    return true;
+}
+
+bool CAudioWrapperVST::getSpeakerArrangement(vst::SpeakerArrangement** input, vst::SpeakerArrangement** output) {
+    *input = hasSpeakers_ ? &inputSpeakers_.arrangement : nullptr;
+    *output = hasSpeakers_ ? &outputSpeakers_.arrangement : nullptr;
+    return hasSpeakers_;
+}
+
+bool CAudioWrapperVST::setProcessPrecision(int32_t precision) {
+    if (precision != vst::kPrecision32 && precision != vst::kPrecision64) {
+        return false;
+    }
+    isDoublePrecision_ = precision == vst::kPrecision64;
+    return true;
+}
+
+// Events are accepted, since hosts route notes to what takes them, but nothing here listens to a controller yet.
+int32_t CAudioWrapperVST::processEvents(const vst::Events*) {
+    return 1;
+}
+
+bool CAudioWrapperVST::getEffectName(char* text) {
+    copyText(text, pluginName(), vst::kMaxEffectName);
+    return true;
+}
+
+bool CAudioWrapperVST::getVendorString(char* text) {
+    copyText(text, vendorName(), vst::kMaxVendorText);
+    return true;
+}
+
+bool CAudioWrapperVST::getProductString(char* text) {
+    copyText(text, vendorName() + " " + pluginName(), vst::kMaxProductText);
+    return true;
+}
+
+int32_t CAudioWrapperVST::getVendorVersion() {
+    const int32_t(&v)[3] = version();
+    return v[0] << 16 | v[1] << 8 | v[2];
+}
+
+intptr_t CAudioWrapperVST::vendorSpecific(int32_t index, intptr_t value, void* ptr, float opt) {
+    if (index == vst::kVendorMagic && value == vst::kVendorMouseWheel && editor()) {
+        return editor()->onWheel(opt);
+    }
+    if (index != vst::kCockosDisplayRequest || !ptr) {
+        return 0;
+    }
+    const bool isIndex = value >= 0 && value < extParamList()->count();
+    if (const CAudioExtParam* param = isIndex ? extParamList()->param(static_cast<int32_t>(value)) : nullptr) {
+        CString text;
+        CString label;
+        param->getDisplayFor(text, static_cast<double>(opt));
+        param->getLabel(label);
+        copyText(static_cast<char*>(ptr), text + label, vst::kMaxParamText);
+    }
+    return vst::kCockosDisplayAnswer;
+}
+
+intptr_t CAudioWrapperVST::canDo(const char* text) {
+    return valueOf(kCanDo, text);
+}
+
+int32_t CAudioWrapperVST::getPlugCategory() {
+    return static_cast<int32_t>(valueOf(kCategories, project()->getAttrString("plugin-category-vst")));
+}
+
+bool CAudioWrapperVST::hostTempo(double& bpm) {
+    const vst::TimeInfo* time = getTimeInfo(vst::kTimeTempoValid);
+    if (!time || !(time->flags & vst::kTimeTempoValid)) {
+        return false;
+    }
+    bpm = time->tempo;
+    return true;
+}
+
+void CAudioWrapperVST::hostParamChanged(int32_t index, double normalised) {
+    setParameterAutomated(index, static_cast<float>(normalised));
+}
+
+}  // namespace tarv

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <memory>
+
+#include "Audio/CAudioWrapper.h"
+#include "Audio/VST/AudioEffectX.h"
+#include "Audio/VST/CSpeakerLabels.h"
+
+namespace tarv {
+
+/// The VST 2 effect: joins the host's interface with the core of an instance, and is the only place that knows hosts by
+/// name. Owned by the host from create to its close call. Threads are those of AudioEffectX.
+class CAudioWrapperVST : public AudioEffectX, public CAudioWrapper {
+public:
+    /// What the exported entry point does: an effect for `host`, or null when the host has no version or the instance
+    /// cannot be built (which is shown to the user).
+    static vst::AEffect* create(vst::HostCallback host);
+
+    explicit CAudioWrapperVST(vst::HostCallback host);
+    ~CAudioWrapperVST() override;
+    static void* operator new(size_t size) { return CHeapObject::operator new(size); }
+    static void operator delete(void* p) { CHeapObject::operator delete(p); }
+
+    [[nodiscard]] CError* init() override;
+
+    void suspend() override;
+    void resume() override;
+    void processReplacing(float** inputs, float** outputs, int32_t frames) override;
+    void processDoubleReplacing(double** inputs, double** outputs, int32_t frames) override;
+    void setParameter(int32_t index, float value) override;
+    float getParameter(int32_t index) override;
+    void getProgramName(char* text) override;
+    void getParameterLabel(int32_t index, char* text) override;
+    void getParameterDisplay(int32_t index, char* text) override;
+    void getParameterName(int32_t index, char* text) override;
+    bool getProgramNameIndexed(int32_t index, char* text) override;
+    bool setSpeakerArrangement(const vst::SpeakerArrangement* input, const vst::SpeakerArrangement* output) override;
+    bool getSpeakerArrangement(vst::SpeakerArrangement** input, vst::SpeakerArrangement** output) override;
+    bool setProcessPrecision(int32_t precision) override;
+    int32_t processEvents(const vst::Events* events) override;
+    bool getEffectName(char* text) override;
+    bool getVendorString(char* text) override;
+    bool getProductString(char* text) override;
+    int32_t getVendorVersion() override;
+    intptr_t vendorSpecific(int32_t index, intptr_t value, void* ptr, float opt) override;
+    intptr_t canDo(const char* text) override;
+    int32_t getPlugCategory() override;
+
+    int32_t hostProcessLevel() override { return getCurrentProcessLevel(); }
+    bool hostTempo(double& bpm) override;
+    void hostIoChanged() override { ioChanged(); }
+    void hostParamChanged(int32_t index, double normalised) override;
+
+    const CString& hostVendor() const { return hostVendor_; }
+    const CString& hostProduct() const { return hostProduct_; }
+    bool isManyChannels() const { return isManyChannels_; }
+    bool isDoublePrecision() const { return isDoublePrecision_; }
+    bool hasProcessLock() const { return processLock_ != nullptr; }
+    /// Names of the host's channels as it described them, under the environment's lock.
+    const CSpeakerLabels& inputSpeakers() const { return inputSpeakers_; }
+    const CSpeakerLabels& outputSpeakers() const { return outputSpeakers_; }
+
+    /// Whether a mouse press in an editor takes the keyboard focus: in every host but one. Of the whole process.
+    static bool isFocusTaken();
+
+private:
+    class CProcessScope;
+
+    void askHost();
+
+    CString hostVendor_;
+    CString hostProduct_;
+    bool isManyChannels_ = false;
+    bool isDoublePrecision_ = false;
+    bool hasSpeakers_ = false;
+    CSpeakerLabels inputSpeakers_;
+    CSpeakerLabels outputSpeakers_;
+    std::unique_ptr<CLock> processLock_;
+};
+
+}  // namespace tarv

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Audio/VST/Vst2.h"
+
+namespace tarv::host {
+
+/// What the host tells a plug-in about itself. May be changed at any time between two calls.
+struct CHostAnswers {
+    int32_t masterVersion = vst::kInterfaceVersion;
+    std::string vendor = "Tarvelo";
+    std::string product = "Renderer";
+    int32_t processLevel = vst::kLevelOffline;
+    double rate = 44100.0;
+    int32_t blockSize = 512;
+    double tempo = 120.0;
+    bool hasTempo = true;
+};
+
+/// One effect and the host around it, as a small real host does it. Closes the effect when destroyed.
+/// Thread: the one that made it, except that process calls may come from a thread of their own.
+class CVstHost {
+public:
+    CVstHost() = default;
+    explicit CVstHost(const CHostAnswers& answers) : answers(answers) {}
+    ~CVstHost();
+    CVstHost(const CVstHost&) = delete;
+    CVstHost& operator=(const CVstHost&) = delete;
+
+    /// Makes the effect and opens it. False when the plug-in gives none, or one of another kind.
+    bool open(vst::EntryProc entry);
+    void close();
+
+    vst::AEffect* effect() const { return effect_; }
+    intptr_t dispatch(int32_t opcode, int32_t index = 0, intptr_t value = 0, void* ptr = nullptr, float opt = 0.0f);
+    /// A question that the plug-in answers by a text.
+    std::string text(int32_t opcode, int32_t index = 0);
+    bool canDo(const char* question, intptr_t answer = 1);
+
+    float parameter(int32_t index) const { return effect_->getParameter(effect_, index); }
+    void setParameter(int32_t index, float value) { effect_->setParameter(effect_, index, value); }
+    /// Number of the parameter with this name, or -1.
+    int32_t findParameter(const std::string& name);
+
+    /// Suspended set-up and back: rate in Hz, the longest block, 0 or 1 for 32- or 64-bit samples.
+    void prepare(double rate, int32_t blockSize, int32_t precision);
+    void resume() { dispatch(vst::kEffectMainsChanged, 0, 1); }
+    void suspend() { dispatch(vst::kEffectMainsChanged, 0, 0); }
+    void process(float** inputs, float** outputs, int32_t frames) {
+        effect_->processReplacing(effect_, inputs, outputs, frames);
+    }
+    void process(double** inputs, double** outputs, int32_t frames) {
+        effect_->processDoubleReplacing(effect_, inputs, outputs, frames);
+    }
+
+    CHostAnswers answers;
+    /// Parameters that the plug-in reported as changed by itself.
+    std::vector<int32_t> automated;
+    int32_t ioChanges = 0;
+
+private:
+    static intptr_t callback(vst::AEffect* effect, int32_t opcode, int32_t index, intptr_t value, void* ptr, float opt);
+    intptr_t answer(int32_t opcode, int32_t index, intptr_t value, void* ptr);
+    intptr_t timeInfo(intptr_t wanted);
+
+    vst::AEffect* effect_ = nullptr;
+    vst::TimeInfo time_{};
+};
+
+}  // namespace tarv::host
