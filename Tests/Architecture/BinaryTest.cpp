@@ -1,0 +1,70 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <set>
+
+#include "Tests/Architecture/CSourceTree.h"
+
+namespace tarv {
+namespace {
+
+const std::string kDll = "build/windows/BrindleXEQ.dll";
+const std::string kTwin = "build/native/BrindleXEQ.so";
+
+std::string bytesOf(const std::string& path) {
+    std::ifstream in(std::filesystem::path(TARV_SOURCE_DIR) / path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+std::set<std::string> matches(const std::string& text, const std::regex& pattern) {
+    std::set<std::string> found;
+    for (std::sregex_iterator it(text.begin(), text.end(), pattern), end; it != end; ++it)
+        found.insert((*it)[1]);
+    return found;
+}
+
+TEST(Binary, TheDllImportsOnlyLibrariesThatWindowsBrings) {
+    static const std::set<std::string> kWindows = {"KERNEL32.dll", "msvcrt.dll", "USER32.dll",   "GDI32.dll",
+                                                   "SHELL32.dll",  "ole32.dll",  "ADVAPI32.dll", "COMDLG32.dll"};
+    int state = 0;
+    const std::string dump = runCommand("x86_64-w64-mingw32-objdump -p " + kDll, state);
+    ASSERT_EQ(state, 0) << dump;
+    const auto imports = matches(dump, std::regex(R"(DLL Name: (\S+))"));
+    EXPECT_FALSE(imports.empty());
+    for (const std::string& name : imports)
+        EXPECT_TRUE(kWindows.count(name)) << name;
+}
+
+TEST(Binary, TheDllExportsItsTwoEntryPointsAtOneAddressAndNothingElse) {
+    int state = 0;
+    const std::string dump = runCommand("x86_64-w64-mingw32-objdump -p " + kDll, state);
+    ASSERT_EQ(state, 0) << dump;
+    const std::string table = dump.substr(std::min(dump.find("[Ordinal/Name Pointer] Table"), dump.size()));
+    EXPECT_EQ(matches(table, std::regex(R"(\[\s*\d+\]\s+(?:\+base\[\s*\d+\]\s+)?(?:[0-9a-f]{4}\s+)?([A-Za-z]\w*))")),
+              (std::set<std::string>{"VSTPluginMain", "main"}));
+    const auto addresses = matches(dump, std::regex(R"(\[\s*\d+\] \+base\[\s*\d+\] ([0-9a-f]+) Export RVA)"));
+    EXPECT_EQ(addresses.size(), 1u);
+}
+
+TEST(Binary, TheNativeTwinHasTheSameExports) {
+    int state = 0;
+    const std::string dump = runCommand("nm -D --defined-only " + kTwin, state);
+    ASSERT_EQ(state, 0) << dump;
+    EXPECT_EQ(matches(dump, std::regex(R"([0-9a-f]+ T (\w+))")), (std::set<std::string>{"VSTPluginMain", "main"}));
+}
+
+TEST(Binary, NoPathOfThisMachineIsInABinary) {
+    const std::string top = TARV_SOURCE_DIR;
+    for (const std::string& path : {kDll, kTwin}) {
+        const std::string bytes = bytesOf(path);
+        ASSERT_GT(bytes.size(), 100000u) << path;
+        EXPECT_EQ(bytes.find(top), std::string::npos) << path << " holds " << bytes.substr(bytes.find(top), 120);
+    }
+}
+
+}  // namespace
+}  // namespace tarv

@@ -1,0 +1,105 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <regex>
+#include <set>
+
+#include "Tests/Architecture/CSourceTree.h"
+
+namespace tarv {
+namespace {
+
+// A file or a function that is longer than these says here why.
+constexpr size_t kLongFile = 400;
+constexpr size_t kLongFunction = 60;
+const std::map<std::string, const char*> kLongFiles = {};
+const std::map<std::string, const char*> kLongFunctions = {};
+
+TEST(Style, FilesAreShortOrSayWhy) {
+    for (const CSourceFile* file : codeFiles())
+        if (file->lines.size() > kLongFile)
+            EXPECT_TRUE(kLongFiles.count(file->path)) << file->path << ": " << file->lines.size() << " lines";
+    for (const auto& [path, why] : kLongFiles) {
+        const auto files = codeFiles();
+        const auto it =
+            std::find_if(files.begin(), files.end(), [&, &name = path](auto* f) { return f->path == name; });
+        ASSERT_NE(it, files.end()) << path << " is listed and not there";
+        EXPECT_GT((*it)->lines.size(), kLongFile) << path << " is listed and short";
+    }
+}
+
+/// Bodies of functions as the formatter lays them out: from a line that ends in `) ... {` to the brace under it.
+void forEachFunction(const CSourceFile& file, const std::function<void(const std::string&, size_t)>& report) {
+    static const std::regex kHead(
+        R"(^(\s{0,4})(?!namespace|class|struct|enum|union|if|for|while|switch|do|else|return|\}|extern)\S.*\).*\{$)");
+    std::smatch match;
+    for (size_t i = 0; i < file.lines.size(); ++i) {
+        if (!std::regex_match(file.lines[i], match, kHead))
+            continue;
+        const std::string end = match[1].str() + "}";
+        for (size_t k = i + 1; k < file.lines.size(); ++k)
+            if (startsWith(file.lines[k], end)) {
+                report(file.path + ": " + file.lines[i], k - i - 1);
+                i = k;
+                break;
+            }
+    }
+}
+
+TEST(Style, FunctionsAreShortOrSayWhy) {
+    for (const CSourceFile* file : codeFiles())
+        forEachFunction(*file, [](const std::string& name, size_t lines) {
+            EXPECT_TRUE(lines <= kLongFunction || kLongFunctions.count(name)) << name << ": " << lines << " lines";
+        });
+}
+
+TEST(Style, EveryFolderOfCodeHasAMap) {
+    std::set<std::string> folders, mapped;
+    for (const CSourceFile& file : projectFiles()) {
+        const std::string folder = file.path.substr(0, file.path.rfind('/'));
+        const bool isCode = endsWith(file.path, ".h") || endsWith(file.path, ".cpp");
+        const bool isSeamSide = folder == "Sources/Platform/Win32" || folder == "Sources/Platform/Posix";
+        if (isCode && !isSeamSide && (startsWith(folder, "Sources/") || startsWith(folder, "Tools/")))
+            folders.insert(folder);
+        if (endsWith(file.path, "/README.md"))
+            mapped.insert(folder);
+    }
+    for (const std::string& folder : folders)
+        EXPECT_TRUE(mapped.count(folder)) << folder << " has no README.md";
+}
+
+TEST(Style, LinesEndInOneFeedAndHoldNoTabsOrBlanksAtTheEnd) {
+    for (const CSourceFile* file : codeFiles())
+        for (size_t i = 0; i < file->lines.size(); ++i) {
+            const std::string& line = file->lines[i];
+            EXPECT_EQ(line.find_first_of("\t\r"), std::string::npos) << file->path << ':' << i + 1;
+            EXPECT_FALSE(endsWith(line, " ")) << file->path << ':' << i + 1;
+        }
+}
+
+TEST(Style, TheProductTalksOfItselfOnly) {
+    // No letter of a word may stand for itself, or this line would be found: [x] is x.
+    const std::regex kForeign(
+        R"(\b[P]arts? [0-9]+\.[0-9]|\bthe [s]pec\b|\b(per|by|in|see|from) the [s]pecification|[T]ODO|[F]IXME)"
+        R"(|/[w]ork/|/[r]oot/|/[h]ome/[a-z]|\.\./[s]hared|\b[a]ssistant\b|[Cc]o-[a]uthored-by)");
+    for (const CSourceFile& file : projectFiles()) {
+        if (startsWith(file.path, "Docs/licences/"))
+            continue;
+        for (size_t i = 0; i < file.lines.size(); ++i)
+            EXPECT_FALSE(std::regex_search(file.lines[i], kForeign))
+                << file.path << ':' << i + 1 << ' ' << file.lines[i];
+    }
+}
+
+TEST(Style, EveryFileIsFormatted) {
+    int state = 0;
+    const std::string output = runCommand(
+        "find Sources Tools Tests Benchmarks -name '*.h' -o -name '*.cpp' | "
+        "xargs -P 2 -n 20 clang-format --dry-run --Werror",
+        state);
+    EXPECT_EQ(state, 0) << output.substr(0, 4000);
+}
+
+}  // namespace
+}  // namespace tarv
