@@ -28,6 +28,8 @@ public:
     int32_t asInt() const;
     const CString& asString() const;
     void* asPointer() const;
+    /// Makes every representation that exists, so that later reads store nothing and any thread may read.
+    void convertAll() const;
 
 private:
     mutable uint32_t mask_ = 8;
@@ -40,7 +42,7 @@ private:
 };
 
 /// Attributes by name, in ascending order of the names.
-using CAttributeMap = std::map<CString, CAttributeValue, std::less<CString>,
-                               CHeapAllocator<std::pair<const CString, CAttributeValue>>>;
+using CAttributeMap =
+    std::map<CString, CAttributeValue, std::less<CString>, CHeapAllocator<std::pair<const CString, CAttributeValue>>>;
 
 }  // namespace tarv

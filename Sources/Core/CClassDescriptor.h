@@ -16,11 +16,13 @@ using CHandlerFunction = CError* (*)(CObject& object, CAttributeMap* params);
 /// listener can name it. Filled at application start, read-only afterwards.
 class CClassDescriptor : public CHeapObject {
 public:
-    /// Registers a method in its short form, `CError* T::method()`, or with parameters, `CError* T::method(CAttributeMap&)`.
+    /// Registers a method in its short form, `CError* T::method()`, or with parameters, `CError*
+    /// T::method(CAttributeMap&)`.
     template <auto Method>
     void addHandler(const char* name) {
         add(name, &CThunk<Method, decltype(Method)>::call);
     }
+    /// A name that stands already gets the new function and keeps its index.
     void add(const CString& name, CHandlerFunction function);
 
     int32_t handlerCount() const { return handlers_.count(); }

@@ -16,11 +16,15 @@ struct CCreatorRow {
 class CCreatorRegistry {
 public:
     /// Enters a creator; fails if the tag stands already. Takes the descriptor over.
-    [[nodiscard]] static CError* registerCreator(const CString& tag, CObject* (*create)(), CClassDescriptor* descriptor);
+    [[nodiscard]] static CError* registerCreator(const CString& tag, CObject* (*create)(),
+                                                 CClassDescriptor* descriptor);
     /// Registers rows in order, each with a descriptor of its own. Tests use it with rows of their own.
     [[nodiscard]] static CError* registerRows(const CCreatorRow* rows, int32_t count);
     /// A new object of the tag's class with its descriptor, or null for an unknown tag.
     static CObject* create(const CString& tag);
+    /// What objects without a class of their own have.
+    static const CClassDescriptor& objectDescriptor();
+    /// Forgets all creators. No object that one of them made may be left.
     static void clear();
 };
 

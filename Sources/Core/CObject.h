@@ -6,10 +6,12 @@
 #include "Core/CCheckedObject.h"
 #include "Core/CClassDescriptor.h"
 #include "Core/CError.h"
+#include "Core/CTreeCursor.h"
 
 namespace tarv {
 
 class CNotifyServer;
+class CObjectEventBridge;
 
 /// Makes an object of one class with the default constructor; addChild gives it its descriptor and place.
 template <class T>
@@ -18,7 +20,13 @@ CObject* createObject() {
 }
 
 /// Where an object stands in its life.
-enum class CObjectState : uint32_t { Created = 0, AttributesLoaded = 1, ChildrenCreated = 2, Finished = 3, Template = 4 };
+enum class CObjectState : uint32_t {
+    Created = 0,
+    AttributesLoaded = 1,
+    ChildrenCreated = 2,
+    Finished = 3,
+    Template = 4
+};
 
 /// Node of the named object tree, base of everything that the definitions declare. Owns its children.
 /// Thread: the one that builds the tree. Audio code stores pointers at set-up and never looks anything up.
@@ -63,12 +71,27 @@ public:
     int32_t getAttrIntOr(const CString& name, int32_t fallback) const;
     const CAttributeMap& attributes() const { return attributes_; }
 
-    /// Adds a child of the class that `tag` (or, with `useTemplates`, a template of that name) stands for. Not initialised.
+    /// Adds a child of the class that `tag` (or, with `useTemplates`, a template of that name) stands for. Not
+    /// initialised.
     [[nodiscard]] CError* addChild(CObject*& child, const CString& tag, const CString& name, bool useTemplates);
     /// Run-time creation from a template, initialised whole. See CObjectTemplates.cpp.
     [[nodiscard]] CError* createChild(CObject*& child, const CString& tag, const CString& name, bool requireTemplate,
                                       const CAttributeMap* instanceAttributes = nullptr,
                                       const CAttributeMap* extraAttributes = nullptr);
+    /// The same with a check of the class: an object of another class is destroyed, and `child` is null.
+    template <class T>
+    [[nodiscard]] CError* createChildOf(T*& child, const CString& tag, const CString& name, bool requireTemplate,
+                                        const CAttributeMap* instanceAttributes = nullptr,
+                                        const CAttributeMap* extraAttributes = nullptr) {
+        child = nullptr;
+        CObject* made = nullptr;
+        CError* error = startChild(made, tag, name, requireTemplate);
+        if (error) {
+            return error;
+        }
+        child = dynamic_cast<T*>(made);
+        return child ? finishChild(*made, instanceAttributes, extraAttributes) : failInvalidClass(made);
+    }
     CObject* findChild(const CString& name) const;
     /// Resolves a path from this object; null when nothing stands there. The forms are told in Docs/definitions.md.
     CObject* findObject(const CString& path) const;
@@ -78,9 +101,26 @@ public:
         return dynamic_cast<T*>(findObject(path));
     }
 
-    /// Events: registers this object's handler for a sender's event; sends one of this object's.
+    /// Definition of the template that `name` stands for: nearest first, from this object up to the root, then the
+    /// shared tree's; null if there is none.
+    CObject* findTemplate(const CString& name) const;
+    /// Child of lowest index with this base name, or null.
+    CObject* firstChildNamed(const CString& baseName) const;
+
+    /// Tells `observer` of each later setting of `sourceAttr` under the name `targetAttr`, until either dies.
+    void linkObserver(CObject& observer, const CString& sourceAttr, const CString& targetAttr);
+    /// Tells `observer` of each later setting of any attribute, under the attribute's own name.
+    void addObserver(CObject& observer);
+
+    /// Events: registers this object's handler for a sender's event. An unknown handler is logged and ignored.
     void listenObject(const CString& senderName, const CString& eventName, const CString& handlerName);
+    /// Sends one of this object's events; `params` gets the sender and the event's name. See CNotifyServer::send.
     [[nodiscard]] CError* sendEvent(const CString& eventName, CAttributeMap& params, bool synchronous);
+    /// Asks the thread anchor above to destroy this object once the calls that run now have returned. Without an
+    /// anchor, or on one, nothing happens.
+    [[nodiscard]] CError* releaseBridged();
+    /// Handlers that every class has: `release-child-bridged`.
+    [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
 
     const CString& tag() const { return tag_; }
     const CString& realTag() const { return realTag_; }
@@ -92,27 +132,68 @@ public:
     CObjectState state() const { return state_; }
     bool isReadOnly() const { return readOnly_; }
     void setReadOnly(bool readOnly) { readOnly_ = readOnly; }
-    bool isTemplate() const { return template_; }
+    bool isTemplate() const { return isTemplate_; }
     CNotifyServer* notifyServer() const { return notifyServer_; }
     const CClassDescriptor* descriptor() const { return descriptor_; }
     /// Whether events are passed to the parent's thread anchor (false on an anchor).
     bool isEventForward() const { return eventForward_; }
+    /// The nearest thread anchor from this object up, or null. Any thread, while the tree stands.
+    CObjectEventBridge* eventAnchor() const;
 
     /// Interprets one node of a compiled tree for this object, moving the cursor; see CObjectLoader.cpp.
-    [[nodiscard]] CError* createFromBinary(const uint8_t*& cursor, bool runInit, bool skipHead, bool skipAttributes,
+    [[nodiscard]] CError* createFromBinary(CTreeCursor& cursor, bool runInit, bool skipHead, bool skipAttributes,
                                            bool skipChildren);
     /// Reads the named resource, a compressed block of id 'cxml', into this object.
     [[nodiscard]] CError* loadFromResource(const CString& resourceName, bool runInit);
+    /// Calls the handlers of the attributes that were set without, in the order of the class's handlers.
+    [[nodiscard]] CError* runPendingHandlers();
 
     /// The name that location lines carry (used by TARV_TRY and TARV_FAIL inside methods).
     const CString& errorContextName() const { return fullName_; }
 
 protected:
-    bool eventForward_ = true;
+    /// Destroys the children from last to first. For destructors whose class the children still need whole.
+    void destroyChildren();
+    /// Makes this object a thread anchor.
+    void setEventBridge(CObjectEventBridge* bridge);
 
 private:
     friend class CApplication;
-    // The members of the data model are completed in the implementation of the tree.
+    friend class CCreatorRegistry;
+
+    template <class K, class V>
+    using CMap = std::map<K, V, std::less<K>, CHeapAllocator<std::pair<const K, V>>>;
+    /// Source attribute to target attribute; empty for an observer of everything.
+    struct CObserver : CHeapObject {
+        explicit CObserver(CObject& object) : observer(&object) {}
+        CObject* observer;
+        CMap<CString, CString> links;
+    };
+
+    [[nodiscard]] CError* startChild(CObject*& child, const CString& tag, const CString& name, bool requireTemplate);
+    [[nodiscard]] CError* finishChild(CObject& child, const CAttributeMap* instanceAttributes,
+                                      const CAttributeMap* extraAttributes);
+    [[nodiscard]] CError* failInvalidClass(CObject* child);
+    void setDescriptor(const CClassDescriptor* descriptor);
+    void place(CObject& child, const CString& tag, const CString& requestedName, CObject* definition);
+    int32_t uniqueIndex(const CString& baseName, int32_t wanted);
+    CObserver* findObserver(const CObject* observer) const;
+    void dropObserver(const CObject* observer);
+    [[nodiscard]] CError* tellObservers(const CString& name, const CAttributeValue& value);
+    [[nodiscard]] CError* tellObserver(CObject* observer, const CString& name, const CAttributeValue& value);
+    [[nodiscard]] CError* callHandler(const CString& name, bool immediate);
+    void leaveObservation();
+    CObject* findObjectFrom(const CString& path, int32_t variables) const;
+    CObject* followVariable(const CString& path, int32_t nameStart, int32_t variables) const;
+    [[nodiscard]] CError* readDefinition(CTreeCursor& cursor);
+    [[nodiscard]] CError* readAttributes(CTreeCursor& cursor, bool skip);
+    [[nodiscard]] CError* readChildren(CTreeCursor& cursor);
+    [[nodiscard]] CError* readTemplateBody(bool skipAttributes, bool skipChildren);
+    [[nodiscard]] CError* releaseChildBridged(CAttributeMap& params);
+    /// Makes every representation of every attribute below and here, and refuses changes from then on, so that any
+    /// thread may read.
+    void freeze();
+
     const CClassDescriptor* descriptor_ = nullptr;
     CAttributeMap attributes_;
     CArray<uint8_t, 16> pendingHandlers_;
@@ -120,12 +201,26 @@ private:
     CString fullName_;
     CObjectState state_ = CObjectState::Created;
     bool readOnly_ = false;
-    bool template_ = false;
+    bool isTemplate_ = false;
+    bool eventForward_ = true;
+    CObject* definition_ = nullptr;
+    const CAttributeMap* instanceAttributes_ = nullptr;
+    CString baseName_;
+    int32_t nameIndex_ = 0;
+    CMap<CString, int32_t> nextIndexes_;
+    CMap<CString, CMap<int32_t, CObject*>> childMap_;
+    CMap<CString, CMap<CString, bool>> listeners_;
     CNotifyServer* notifyServer_ = nullptr;
+    CObjectEventBridge* eventBridge_ = nullptr;
     CObject* parent_ = nullptr;
-    CObject* root_ = nullptr;
+    CObject* root_ = this;
     CString tag_;
     CString realTag_;
+    CArray<uint8_t, 1> templateBody_;
+    CMap<CString, CObject*> templates_;
+    COwnedArray<CObserver, 1> observers_;
+    CArray<CObject*, 1> observed_;
+    CArray<CString, 1> telling_;
 };
 
 }  // namespace tarv

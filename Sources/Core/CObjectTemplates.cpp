@@ -1,0 +1,68 @@
+// Templates: their definitions up the tree, and objects made from them at run time.
+
+#include "Core/CApplication.h"
+#include "Core/CObject.h"
+
+namespace tarv {
+
+CObject* CObject::findTemplate(const CString& name) const {
+    for (const CObject* object = this; object; object = object->parent_) {
+        auto found = object->templates_.find(name);
+        if (found != object->templates_.end()) {
+            return found->second;
+        }
+    }
+    const CObject* shared = CApplication::sharedRoot();
+    if (!shared) {
+        return nullptr;
+    }
+    auto found = shared->templates_.find(name);
+    return found == shared->templates_.end() ? nullptr : found->second;
+}
+
+CError* CObject::createChild(CObject*& child, const CString& tag, const CString& name, bool requireTemplate,
+                             const CAttributeMap* instanceAttributes, const CAttributeMap* extraAttributes) {
+    return createChildOf<CObject>(child, tag, name, requireTemplate, instanceAttributes, extraAttributes);
+}
+
+CError* CObject::startChild(CObject*& child, const CString& tag, const CString& name, bool requireTemplate) {
+    child = nullptr;
+    if (requireTemplate && !findTemplate(tag)) {
+        TARV_FAIL("@tarvstr_CObject_createChild_NoTemplate Run-time template '%1' does not exist.", tag);
+    }
+    TARV_TRY(addChild(child, tag, name, true));
+    return nullptr;
+}
+
+CError* CObject::finishChild(CObject& child, const CAttributeMap* instanceAttributes,
+                             const CAttributeMap* extraAttributes) {
+    child.instanceAttributes_ = instanceAttributes;
+    if (extraAttributes) {
+        TARV_TRY(child.setAttributes(*extraAttributes, false));
+    }
+    CError* error = child.init();
+    child.instanceAttributes_ = nullptr;
+    TARV_TRY(error);
+    TARV_TRY(child.initChildren());
+    TARV_TRY(child.runPendingHandlers());
+    TARV_TRY(child.finishInit());
+    return nullptr;
+}
+
+CError* CObject::failInvalidClass(CObject* child) {
+    CString tag = child->tag_;
+    CString name = child->name();
+    delete child;
+    TARV_FAIL(
+        "@tarvstr_CObject_createChild_InvalidClass Object of invalid class created (child tag '%1', child name "
+        "'%2').",
+        tag, name);
+}
+
+CError* CObject::readTemplateBody(bool skipAttributes, bool skipChildren) {
+    const CArray<uint8_t, 1>& body = definition_->templateBody_;
+    CTreeCursor cursor{body.data(), body.data() + body.count()};
+    return createFromBinary(cursor, false, true, skipAttributes, skipChildren);
+}
+
+}  // namespace tarv
