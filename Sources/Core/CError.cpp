@@ -89,7 +89,7 @@ void logError(CError* error) {
         return;
     }
     for (const CString* line : error->lines()) {
-        logLine(*line);
+        logErrorLine(*line);
     }
     delete error;
 }

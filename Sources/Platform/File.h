@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace tarv {
+
+/// 0 for success, otherwise the operating system's number of the failure.
+using CPlatformError = uint32_t;
+
+enum class CFileAccess : uint8_t {
+    kRead,     ///< an existing file
+    kRewrite,  ///< made anew or emptied
+    kAppend,   ///< made or kept, written behind its end
+};
+
+/// What others may do with the file while it is open. Only advisory where the system knows no sharing.
+struct CFileSharing {
+    bool read;
+    bool write;
+};
+
+/// An open file of the operating system, unbuffered. Paths are UTF-16 with `/` or `\`, ended by 0. One thread at a
+/// time. Positions and counts are bytes; a count of a read or write beyond 1 GiB is done in part.
+class CFile {
+public:
+    CFile() = default;
+    CFile(const CFile&) = delete;
+    CFile& operator=(const CFile&) = delete;
+    /// Closes without a report.
+    ~CFile();
+
+    [[nodiscard]] CPlatformError open(const char16_t* path, CFileAccess access, CFileSharing sharing);
+    [[nodiscard]] CPlatformError close();
+    bool isOpen() const { return handle_ != kNoHandle; }
+    /// Gives the number done in `count`; 0 at the end of the file.
+    [[nodiscard]] CPlatformError read(void* buffer, int64_t& count);
+    [[nodiscard]] CPlatformError write(const void* buffer, int64_t& count);
+    [[nodiscard]] CPlatformError getSize(int64_t& size) const;
+    [[nodiscard]] CPlatformError getPosition(int64_t& position) const;
+    [[nodiscard]] CPlatformError setPosition(int64_t position);
+    /// Moves relative to the present position.
+    [[nodiscard]] CPlatformError skip(int64_t count);
+
+private:
+    static constexpr intptr_t kNoHandle = -1;
+    intptr_t handle_ = kNoHandle;
+};
+
+}  // namespace tarv

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+namespace tarv {
+
+/// UTF-8 of a path in UTF-16, with `/` for `\`.
+std::string pathToUtf8(const char16_t* path);
+/// UTF-16 of a path in UTF-8; what is no UTF-8 becomes U+FFFD.
+std::u16string pathToUtf16(const char* path);
+
+}  // namespace tarv

@@ -1,0 +1,86 @@
+#include "Platform/EventPost.h"
+
+#include <windows.h>
+
+#include "Platform/ProcessHeap.h"
+#include "Platform/Win32/Module.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr UINT kPostMessage = WM_APP + 1;
+constexpr wchar_t kClassName[] = L"TarveloBrindleXEQEvents";
+
+struct CEventReceiver {
+    CEventHandler handler;
+    void* user;
+};
+
+LRESULT CALLBACK eventProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == kPostMessage) {
+        // A copy, since the handler may close the window.
+        const auto* receiver = reinterpret_cast<const CEventReceiver*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (receiver) {
+            const CEventReceiver target = *receiver;
+            target.handler(target.user, static_cast<uintptr_t>(lParam));
+        }
+        return 0;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+/// Taken is good: another thread or an earlier window made it.
+CPlatformError ensureClass() {
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof(windowClass);
+    windowClass.lpfnWndProc = &eventProc;
+    windowClass.hInstance = ownModule();
+    windowClass.lpszClassName = kClassName;
+    if (RegisterClassExW(&windowClass)) {
+        return 0;
+    }
+    const CPlatformError error = GetLastError();
+    return error == ERROR_CLASS_ALREADY_EXISTS ? 0 : error;
+}
+
+}  // namespace
+
+CPlatformError openEventWindow(CEventHandler handler, void* user, CEventWindow& window) {
+    window = 0;
+    if (const CPlatformError error = ensureClass()) {
+        return error;
+    }
+    const HWND made = CreateWindowExW(0, kClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, ownModule(), nullptr);
+    if (!made) {
+        return GetLastError();
+    }
+    auto* receiver = static_cast<CEventReceiver*>(processHeapAlloc(sizeof(CEventReceiver)));
+    *receiver = {handler, user};
+    SetWindowLongPtrW(made, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(receiver));
+    window = reinterpret_cast<CEventWindow>(made);
+    return 0;
+}
+
+void closeEventWindow(CEventWindow window) {
+    const auto handle = reinterpret_cast<HWND>(window);
+    if (!IsWindow(handle)) {
+        return;
+    }
+    auto* receiver = reinterpret_cast<void*>(SetWindowLongPtrW(handle, GWLP_USERDATA, 0));
+    DestroyWindow(handle);
+    processHeapFree(receiver);
+    // Succeeds with the last window only; a class of an unloaded library would keep a dangling procedure.
+    UnregisterClassW(kClassName, ownModule());
+}
+
+CPlatformError postEvent(CEventWindow window, uintptr_t cookie) {
+    const auto handle = reinterpret_cast<HWND>(window);
+    // A null handle would post to the thread itself.
+    if (!handle) {
+        return ERROR_INVALID_WINDOW_HANDLE;
+    }
+    return PostMessageA(handle, kPostMessage, 0, static_cast<LPARAM>(cookie)) ? 0 : GetLastError();
+}
+
+}  // namespace tarv
