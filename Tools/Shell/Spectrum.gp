@@ -1,10 +1,12 @@
 # gnuplot: the long-term spectrum before and after, and below it the difference. Called by ./run, which sets
-# before, after (reports of SignalMeter), picture (PNG to write) and rate (Hz).
+# before, after (reports of SignalMeter), marks (lines of Hz and dB), picture (PNG to write) and rate (Hz).
 
 set terminal pngcairo size 1200,800 font "DejaVu Sans,11"
 set output picture
 set multiplot layout 2,1 title "Brindle XEQ: long-term spectrum"
 set logscale x
+set lmargin 9
+set rmargin 4
 set xrange [20:rate/2 < 20000 ? rate/2 : 20000]
 set xtics ("20" 20, "64" 64, "150" 150, "350" 350, "1k" 1000, "2k" 2000, "6k" 6000, "12k" 12000, "20k" 20000)
 set grid xtics ytics lc rgb "#d8d8d8"
@@ -21,6 +23,7 @@ set ylabel "change, dB"
 set yrange [-14:14]
 set ytics 4
 set xzeroaxis lt 1 lc rgb "#606060"
-set key off
-plot "< paste ".before." ".after." | grep -v '#'" using 1:($4-$2) with lines lw 2 lc rgb "#c04010"
+set key bottom right
+plot "< paste ".before." ".after." | grep -v '#'" using 1:($4-$2) with lines lw 2 lc rgb "#c04010" title "after - before", \
+     marks using 1:2 with points pt 6 ps 2 lw 2 lc rgb "#204080" title "gain set"
 unset multiplot
