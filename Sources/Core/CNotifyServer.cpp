@@ -4,6 +4,7 @@
 
 #include "Core/CObjectEventBridge.h"
 #include "Core/Log.h"
+#include "Platform/ThreadId.h"
 
 namespace tarv {
 

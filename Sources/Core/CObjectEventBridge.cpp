@@ -1,18 +1,18 @@
 #include "Core/CObjectEventBridge.h"
 
 #include "Core/CNotifyServer.h"
+#include "Platform/ThreadId.h"
 
 namespace tarv {
 
 namespace {
 
-constexpr uint32_t kEventMessage = 1;
 constexpr const char* kReleaseHandler = "release-child-bridged";
 
 }  // namespace
 
-CError* CSystem::sendEvent(CEventWindow& window, uint32_t message, uintptr_t cookie) {
-    if (uint32_t code = window.post(message, cookie)) {
+CError* CSystem::sendEvent(CEventWindow window, uintptr_t cookie) {
+    if (CPlatformError code = postEvent(window, cookie)) {
         TARV_FAIL("@tarvstr_CSystem_sendEvent_PostError Post message error %1.", CString::fromInt(code));
     }
     return nullptr;
@@ -20,8 +20,13 @@ CError* CSystem::sendEvent(CEventWindow& window, uint32_t message, uintptr_t coo
 
 CObjectEventBridge::CObjectEventBridge() : threadId_(currentThreadId()) {}
 
+CObjectEventBridge::~CObjectEventBridge() {
+    closeWindow();
+}
+
 CError* CObjectEventBridge::openWindow() {
-    if (uint32_t code = window_.open(&CObjectEventBridge::receive, this)) {
+    closeWindow();
+    if (CPlatformError code = openEventWindow(&CObjectEventBridge::receive, this, window_)) {
         TARV_FAIL("@tarvstr_CObjectEventBridge_openWindow_Error Event window creation error %1.",
                   CString::fromInt(code));
     }
@@ -29,7 +34,10 @@ CError* CObjectEventBridge::openWindow() {
 }
 
 void CObjectEventBridge::closeWindow() {
-    window_.close();
+    if (window_) {
+        closeEventWindow(window_);
+        window_ = 0;
+    }
     CLockScope scope(queueLock_);
     queue_.clear();
 }
@@ -41,7 +49,7 @@ CError* CObjectEventBridge::post(const CAttributeMap& params) {
         serial = ++lastSerial_;
         queue_[serial] = params;
     }
-    if (CError* error = CSystem::sendEvent(window_, kEventMessage, serial)) {
+    if (CError* error = CSystem::sendEvent(window_, serial)) {
         CLockScope scope(queueLock_);
         queue_.erase(serial);
         return addErrorLocation(error, __FILE__, __LINE__, CString(), CString());
@@ -49,7 +57,7 @@ CError* CObjectEventBridge::post(const CAttributeMap& params) {
     return nullptr;
 }
 
-void CObjectEventBridge::receive(void* user, uint32_t, uintptr_t cookie) {
+void CObjectEventBridge::receive(void* user, uintptr_t cookie) {
     auto* bridge = static_cast<CObjectEventBridge*>(user);
     CAttributeMap params;
     {

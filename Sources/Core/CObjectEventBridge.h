@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Core/CObject.h"
-#include "Platform/EventWindow.h"
+#include "Platform/EventPost.h"
 
 namespace tarv {
 
@@ -9,7 +9,7 @@ namespace tarv {
 class CSystem {
 public:
     /// Posts a cookie to a window; any thread.
-    [[nodiscard]] static CError* sendEvent(CEventWindow& window, uint32_t message, uintptr_t cookie);
+    [[nodiscard]] static CError* sendEvent(CEventWindow window, uintptr_t cookie);
 };
 
 /// Anchor of a subtree to the thread that made it: events from other threads arrive there through a hidden window.
@@ -18,7 +18,7 @@ public:
     CObjectEventBridge();
     CObjectEventBridge(const CObjectEventBridge&) = delete;
     CObjectEventBridge& operator=(const CObjectEventBridge&) = delete;
-    virtual ~CObjectEventBridge() = default;
+    virtual ~CObjectEventBridge();
 
     uint64_t threadId() const { return threadId_; }
     /// Queues a copy of the parameters of an event and posts it. Any thread.
@@ -33,12 +33,12 @@ protected:
     void closeWindow();
 
 private:
-    static void receive(void* user, uint32_t message, uintptr_t cookie);
+    static void receive(void* user, uintptr_t cookie);
 
     using CQueue = std::map<uint32_t, CAttributeMap, std::less<uint32_t>,
                             CHeapAllocator<std::pair<const uint32_t, CAttributeMap>>>;
     const uint64_t threadId_;
-    CEventWindow window_;
+    CEventWindow window_ = 0;
     CLock queueLock_;
     uint32_t lastSerial_ = 0;
     CQueue queue_;
