@@ -109,6 +109,10 @@ bool parseOptions(int argc, const char* const* argv, CRenderOptions& options, st
     for (int i = 1; i < argc; ++i) {
         const std::string name = argv[i];
         const COptionRow* row = findRow(name);
+        if (!row && options.plugin.empty() && name.compare(0, 1, "-") != 0) {
+            options.plugin = name;
+            continue;
+        }
         if (!row) {
             error = "unknown option '" + name + "'";
             return false;
@@ -124,18 +128,18 @@ bool parseOptions(int argc, const char* const* argv, CRenderOptions& options, st
         }
     }
     if (options.plugin.empty() && !options.isHelp) {
-        error = "--plugin is missing";
+        error = "which plug-in?";
         return false;
     }
     return true;
 }
 
 const char* renderHelp() {
-    return "Renderer --plugin FILE [options] <input >output\n"
+    return "Renderer FILE [options] <input >output\n"
            "\n"
            "Runs a VST 2 effect over raw audio: 64-bit floats, channels interleaved, on standard input and output.\n"
            "\n"
-           "  --plugin FILE             the effect\n"
+           "  --plugin FILE             the effect, if it isn't the first argument\n"
            "  --list                    print what the effect is and its parameters, and stop\n"
            "  --channels N              channels in the stream (2)\n"
            "  --rate HZ                 sample rate (44100)\n"
