@@ -4,8 +4,6 @@
 
 namespace tarv {
 
-struct CKernel;
-
 /// Names a buffer of the context: the low 12 bits are the table index, the bits above a byte offset into the storage.
 using CBufferHandle = int32_t;
 constexpr CBufferHandle kNoBuffer = -1;
@@ -21,7 +19,9 @@ struct COperation {
 
     int32_t next;     // free list, or the kernel's list of ready operations
     int32_t pending;  // operands that it still waits for
-    CKernel* kernel;
+    int32_t kernelNumber;
+    uint8_t claims;       // operand j is the first that names its buffer
+    uint8_t writeClaims;  // ... and the operation writes that buffer
     CBufferHandle handles[kMaxOperands];
 
     /// Operand `j` as 64-bit floats.

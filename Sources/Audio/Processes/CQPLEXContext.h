@@ -138,20 +138,65 @@ public:
     /// Runs everything that is queued.
     void flush();
 
-    CContextCounters counters() const;
+    const CContextCounters& counters() const { return counters_; }
 
 private:
     static constexpr int32_t kIndexBits = 12;
     static constexpr int32_t kIndexMask = (1 << kIndexBits) - 1;
+    static constexpr int32_t kBufferCount = 2048;
+    static constexpr int32_t kOperationCount = 512;
+    static constexpr int32_t kWaiterCount = 4096;
+    static constexpr int32_t kKernelCount = 512;
+    static constexpr int32_t kHashCount = 1024;
+    static constexpr int32_t kSizeClassCount = 25;  // storages of 64 bytes, 128, 256 ...
+    // Each operand waits at most once, so the waiter table can't run out before the operation table does.
+    static_assert(kOperationCount * kMaxOperands <= kWaiterCount && kBufferCount <= kIndexMask + 1);
+
     struct CBuffer {
-        uint8_t* data;
-        int32_t refs;
-        int32_t capacity;
+        uint8_t* data;     // where the contents start within the allocation
+        int32_t refs;      // while free: the next free entry
+        int32_t capacity;  // bytes
+        uint32_t flags;    // kWriterHolds, kNotify
+        int32_t readers;   // operations that have it for reading and have not run
+        int32_t waitHead;  // operations that wait for it, in order of issue
+        int32_t waitTail;
+        uint8_t* notify[2];
+        void* allocation;
+        int32_t sizeClass;
     };
+    struct CWaiter {
+        int16_t operation;
+        int16_t isWrite;
+        int32_t next;
+    };
+
+    int32_t findHashed(const char* name, uint32_t hash) const;
+    bool isIssuable(int32_t kernelNumber, int32_t count, std::initializer_list<CBufferHandle> operands) const;
+    void claim(COperation& operation, int32_t operationIndex, int32_t operand, bool isWrite);
+    void makeReady(COperation& operation, int32_t operationIndex);
+    void runReady(CKernel& kernel);
+    void complete(COperation& operation);
+    void grantWaiters(CBuffer& buffer);
+    int32_t takeFree(int32_t sizeClass);
+    int32_t takeUnused(int32_t sizeClass);
+    int32_t popFree(int32_t sizeClass);
+    void allocateStorage(int32_t index, int32_t sizeClass);
+
+    CBuffer buffers_[kBufferCount];
+    COperation operations_[kOperationCount];
+    CWaiter waiters_[kWaiterCount];
+    CKernel kernels_[kKernelCount];
+    int32_t hashHeads_[kHashCount];
+    int32_t freeBuffers_[kSizeClassCount];
+    int32_t unusedBuffers_ = 0;  // entries that never had storage, in the order of their indexes
+    int32_t freeOperations_ = 0;
+    int32_t freeWaiters_ = 0;
+    int32_t kernelCount_ = 0;
+    int32_t activeHead_ = -1;  // kernels with ready operations
+    int32_t activeTail_ = -1;
     int32_t commonKernels_[static_cast<int32_t>(CCommonKernel::Count)];
     CSectionKernels sectionKernels_[kSectionTypeCount];
-    CKernel* kernels_;
-    CBuffer* buffers_;
+    CContextCounters counters_ = {};
 };
 
 }  // namespace tarv

@@ -1,0 +1,422 @@
+#include "Audio/Processes/CQPLEXContext.h"
+
+#include <bit>
+#include <cstring>
+
+#include "Audio/Processes/CommonKernels.h"
+#include "Audio/Processes/FilterKernels.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr uint32_t kWriterHolds = 1;
+constexpr uint32_t kNotify = 2;
+constexpr int32_t kNone = -1;
+constexpr size_t kNameLength = 64;
+constexpr int32_t kMaxBatch = 16;
+
+constexpr int32_t kSmallestStorage = 64;
+constexpr int32_t kLargestSmallClass = 4;  // up to 1 KiB: state blocks
+constexpr uintptr_t kPage = 4096;
+constexpr uintptr_t kLine = 64;
+// Signals that start at equal places of their pages collide in the cache when several are walked side by side.
+// An odd number of lines gives 64 neighbours in the table 64 different places.
+constexpr uintptr_t kStagger = 9 * kLine;
+
+int32_t sizeClassOf(int32_t bytes) {
+    const auto size = static_cast<uint32_t>(bytes > kSmallestStorage ? bytes : kSmallestStorage);
+    return std::bit_width(size - 1) - std::bit_width(static_cast<uint32_t>(kSmallestStorage - 1));
+}
+
+uint32_t hashOf(const char* name) {
+    uint32_t hash = 5555;
+    for (size_t i = 0; i < kNameLength && name[i]; ++i) {
+        hash = hash * 33 + static_cast<uint8_t>(name[i]);
+    }
+    return hash & 0x3ff;
+}
+
+}  // namespace
+
+CQPLEXContext::CQPLEXContext() {
+    for (int32_t i = 0; i < kBufferCount; ++i) {
+        buffers_[i] = {
+            nullptr, i + 1 < kBufferCount ? i + 1 : kNone, 0, 0, 0, kNone, kNone, {nullptr, nullptr}, nullptr, 0};
+    }
+    for (int32_t i = 0; i < kOperationCount; ++i) {
+        operations_[i].next = i + 1 < kOperationCount ? i + 1 : kNone;
+    }
+    for (int32_t i = 0; i < kWaiterCount; ++i) {
+        waiters_[i].next = i + 1 < kWaiterCount ? i + 1 : kNone;
+    }
+    std::memset(hashHeads_, 0xff, sizeof(hashHeads_));
+    std::memset(freeBuffers_, 0xff, sizeof(freeBuffers_));
+    registerCommonKernels(*this, commonKernels_);
+    registerFilterKernels(*this, sectionKernels_);
+}
+
+CQPLEXContext::~CQPLEXContext() {
+    for (CBuffer& buffer : buffers_) {
+        CHeap::free(buffer.allocation);
+    }
+}
+
+int32_t CQPLEXContext::findHashed(const char* name, uint32_t hash) const {
+    int32_t number = hashHeads_[hash];
+    while (number != kNone && std::strncmp(kernels_[number].name, name, kNameLength) != 0) {
+        number = kernels_[number].next;
+    }
+    return number;
+}
+
+int32_t CQPLEXContext::registerKernel(const char* name, CKernelFunction function, int32_t operandCount,
+                                      uint32_t writeMask, uint64_t extra, CKernelBatchFunction batch) {
+    const uint32_t hash = hashOf(name);
+    const int32_t old = findHashed(name, hash);
+    if (old != kNone) {
+        const CKernel& k = kernels_[old];
+        const bool isEqual = k.function == function && k.batch == batch && k.operandCount == operandCount &&
+                             k.writeMask == writeMask && k.extra == extra;
+        return isEqual ? old : kNone;
+    }
+    if (kernelCount_ == kKernelCount || operandCount < 1 || operandCount > kMaxOperands) {
+        return kNone;
+    }
+    CKernel& k = kernels_[kernelCount_];
+    std::strncpy(k.name, name, kNameLength);
+    k.name[kNameLength] = 0;
+    k.function = function;
+    k.batch = batch;
+    k.operandCount = operandCount;
+    k.writeMask = writeMask;
+    k.extra = extra;
+    k.next = hashHeads_[hash];
+    k.readyHead = kNone;
+    k.readyTail = kNone;
+    k.nextActive = kNone;
+    hashHeads_[hash] = kernelCount_;
+    return kernelCount_++;
+}
+
+int32_t CQPLEXContext::findKernel(const char* name) const {
+    return findHashed(name, hashOf(name));
+}
+
+// Buffers
+
+void CQPLEXContext::allocateStorage(int32_t index, int32_t sizeClass) {
+    CBuffer& buffer = buffers_[index];
+    const int32_t capacity = kSmallestStorage << sizeClass;
+    const bool isSignal = sizeClass > kLargestSmallClass;
+    const size_t bytes = static_cast<size_t>(capacity) + (isSignal ? kPage + kLine : 0);
+    counters_.storageBytes += bytes;
+    if (buffer.allocation) {
+        const int32_t oldCapacity = buffer.capacity;
+        const bool wasSignal = buffer.sizeClass > kLargestSmallClass;
+        counters_.storageBytes -= static_cast<size_t>(oldCapacity) + (wasSignal ? kPage + kLine : 0);
+        CHeap::free(buffer.allocation);
+    }
+    buffer.allocation = CHeap::alloc(bytes);
+    buffer.data = static_cast<uint8_t*>(buffer.allocation);
+    if (isSignal) {
+        const auto base = reinterpret_cast<uintptr_t>(buffer.allocation);
+        const uintptr_t wanted = static_cast<uintptr_t>(index) * kStagger;
+        buffer.data += (wanted - base) & (kPage - 1);
+    }
+    buffer.capacity = capacity;
+    buffer.sizeClass = sizeClass;
+    ++counters_.storageGrowths;
+}
+
+int32_t CQPLEXContext::popFree(int32_t sizeClass) {
+    const int32_t index = freeBuffers_[sizeClass];
+    if (index != kNone) {
+        freeBuffers_[sizeClass] = buffers_[index].refs;
+    }
+    return index;
+}
+
+int32_t CQPLEXContext::takeUnused(int32_t sizeClass) {
+    const int32_t index = unusedBuffers_;
+    if (index != kNone) {
+        unusedBuffers_ = buffers_[index].refs;
+        allocateStorage(index, sizeClass);
+    }
+    return index;
+}
+
+/// A larger storage of the same kind serves before a new one is made; the other kind, or growth, only when the table
+/// has no unused entry any more.
+int32_t CQPLEXContext::takeFree(int32_t sizeClass) {
+    const int32_t kindEnd = sizeClass <= kLargestSmallClass ? kLargestSmallClass + 1 : kSizeClassCount;
+    for (int32_t c = sizeClass; c < kindEnd; ++c) {
+        if (freeBuffers_[c] != kNone) {
+            return popFree(c);
+        }
+    }
+    int32_t index = takeUnused(sizeClass);
+    for (int32_t c = kindEnd; c < kSizeClassCount && index == kNone; ++c) {
+        index = popFree(c);
+    }
+    for (int32_t c = sizeClass - 1; c >= 0 && index == kNone; --c) {
+        index = popFree(c);
+        if (index != kNone) {
+            allocateStorage(index, sizeClass);
+        }
+    }
+    return index;
+}
+
+CBufferHandle CQPLEXContext::takeBuffer(int32_t bytes) {
+    const int32_t sizeClass = sizeClassOf(bytes);
+    int32_t index = takeFree(sizeClass);
+    if (index == kNone) {
+        ++counters_.forcedFlushes;
+        flush();
+        index = takeFree(sizeClass);
+        if (index == kNone) {
+            return kNoBuffer;
+        }
+    }
+    buffers_[index].refs = 1;
+    buffers_[index].flags = 0;
+    ++counters_.buffersInUse;
+    return index;
+}
+
+void CQPLEXContext::addReference(CBufferHandle handle) {
+    if (handle != kNoBuffer) {
+        ++buffers_[indexOf(handle)].refs;
+    }
+}
+
+void CQPLEXContext::releaseReference(CBufferHandle handle) {
+    if (handle == kNoBuffer) {
+        return;
+    }
+    const int32_t index = indexOf(handle);
+    CBuffer& buffer = buffers_[index];
+    if (--buffer.refs == 0) {
+        buffer.refs = freeBuffers_[buffer.sizeClass];
+        freeBuffers_[buffer.sizeClass] = index;
+        --counters_.buffersInUse;
+    }
+}
+
+void CQPLEXContext::notifyOnWrite(CBufferHandle handle, uint8_t* first, uint8_t* second) {
+    CBuffer& buffer = buffers_[indexOf(handle)];
+    buffer.flags |= kNotify;
+    buffer.notify[0] = first;
+    buffer.notify[1] = second;
+}
+
+void CQPLEXContext::reserveBuffers(int32_t count, int32_t bytes) {
+    const int32_t sizeClass = sizeClassOf(bytes);
+    int32_t free = 0;
+    for (int32_t index = freeBuffers_[sizeClass]; index != kNone && free < count; index = buffers_[index].refs) {
+        ++free;
+    }
+    for (; free < count; ++free) {
+        const int32_t index = takeUnused(sizeClass);
+        if (index == kNone) {
+            return;
+        }
+        buffers_[index].refs = freeBuffers_[sizeClass];
+        freeBuffers_[sizeClass] = index;
+    }
+}
+
+// Operations
+
+bool CQPLEXContext::isIssuable(int32_t kernelNumber, int32_t count,
+                               std::initializer_list<CBufferHandle> operands) const {
+    if (kernelNumber < 0 || kernelNumber >= kernelCount_ || count < 0 ||
+        static_cast<int32_t>(operands.size()) != kernels_[kernelNumber].operandCount) {
+        return false;
+    }
+    for (const CBufferHandle handle : operands) {
+        if (handle == kNoBuffer) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void CQPLEXContext::issue(int32_t kernelNumber, int32_t count, double immediate,
+                          std::initializer_list<CBufferHandle> operands) {
+    if (!isIssuable(kernelNumber, count, operands)) {
+        ++counters_.rejected;
+        return;
+    }
+    if (freeOperations_ == kNone) {
+        ++counters_.forcedFlushes;
+        flush();
+    }
+    const int32_t operationIndex = freeOperations_;
+    COperation& operation = operations_[operationIndex];
+    freeOperations_ = operation.next;
+    operation.immediate = immediate;
+    operation.count = count;
+    operation.pending = 0;
+    operation.kernelNumber = kernelNumber;
+    const CBufferHandle* const handles = operands.begin();
+    const auto n = static_cast<int32_t>(operands.size());
+    const uint32_t writeMask = kernels_[kernelNumber].writeMask;
+    uint32_t claims = 0;
+    uint32_t writeClaims = 0;
+    for (int32_t j = 0; j < n; ++j) {
+        const int32_t index = indexOf(handles[j]);
+        CBuffer& buffer = buffers_[index];
+        operation.handles[j] = handles[j];
+        operation.pointers[j] = buffer.data + offsetOf(handles[j]);
+        ++buffer.refs;
+        // A buffer named more than once is claimed once, for writing if any of its operands is written.
+        int32_t first = 0;
+        while (indexOf(handles[first]) != index) {
+            ++first;
+        }
+        claims |= 1u << first;
+        writeClaims |= ((writeMask >> j) & 1u) << first;
+    }
+    operation.claims = static_cast<uint8_t>(claims);
+    operation.writeClaims = static_cast<uint8_t>(writeClaims);
+    for (int32_t j = 0; j < n; ++j) {
+        if ((claims >> j) & 1u) {
+            claim(operation, operationIndex, j, ((writeClaims >> j) & 1u) != 0);
+        }
+    }
+    ++counters_.operations;
+    ++counters_.operationsWaiting;
+    if (operation.pending == 0) {
+        makeReady(operation, operationIndex);
+    }
+}
+
+inline void CQPLEXContext::claim(COperation& operation, int32_t operationIndex, int32_t operand, bool isWrite) {
+    CBuffer& buffer = buffers_[indexOf(operation.handles[operand])];
+    const bool isFree = buffer.waitHead == kNone && !(buffer.flags & kWriterHolds);
+    if (isFree && !isWrite) {
+        ++buffer.readers;
+        return;
+    }
+    if (isFree && buffer.readers == 0) {
+        buffer.flags |= kWriterHolds;
+        return;
+    }
+    const int32_t link = freeWaiters_;
+    CWaiter& waiter = waiters_[link];
+    freeWaiters_ = waiter.next;
+    waiter.operation = static_cast<int16_t>(operationIndex);
+    waiter.isWrite = isWrite;
+    waiter.next = kNone;
+    if (buffer.waitHead == kNone) {
+        buffer.waitHead = link;
+    } else {
+        waiters_[buffer.waitTail].next = link;
+    }
+    buffer.waitTail = link;
+    ++operation.pending;
+}
+
+inline void CQPLEXContext::makeReady(COperation& operation, int32_t operationIndex) {
+    CKernel& kernel = kernels_[operation.kernelNumber];
+    operation.next = kNone;
+    if (kernel.readyHead != kNone) {
+        operations_[kernel.readyTail].next = operationIndex;
+        kernel.readyTail = operationIndex;
+        return;
+    }
+    kernel.readyHead = operationIndex;
+    kernel.readyTail = operationIndex;
+    kernel.nextActive = kNone;
+    if (activeHead_ == kNone) {
+        activeHead_ = operation.kernelNumber;
+    } else {
+        kernels_[activeTail_].nextActive = operation.kernelNumber;
+    }
+    activeTail_ = operation.kernelNumber;
+}
+
+void CQPLEXContext::flush() {
+    ++counters_.flushes;
+    while (activeHead_ != kNone) {
+        CKernel& kernel = kernels_[activeHead_];
+        activeHead_ = kernel.nextActive;
+        runReady(kernel);
+    }
+}
+
+void CQPLEXContext::runReady(CKernel& kernel) {
+    int32_t next = kernel.readyHead;
+    kernel.readyHead = kNone;
+    while (next != kNone) {
+        COperation* batch[kMaxBatch];
+        int32_t n = 0;
+        const int32_t count = operations_[next].count;
+        while (next != kNone && n < kMaxBatch && operations_[next].count == count) {
+            batch[n] = &operations_[next];
+            next = batch[n]->next;
+            ++n;
+        }
+        if (kernel.batch && n > 1) {
+            kernel.batch(batch, n);
+            ++counters_.calls;
+        } else {
+            for (int32_t i = 0; i < n; ++i) {
+                kernel.function(*batch[i]);
+            }
+            counters_.calls += static_cast<uint64_t>(n);
+        }
+        for (int32_t i = 0; i < n; ++i) {
+            complete(*batch[i]);
+        }
+    }
+}
+
+inline void CQPLEXContext::complete(COperation& operation) {
+    const int32_t n = kernels_[operation.kernelNumber].operandCount;
+    for (int32_t j = 0; j < n; ++j) {
+        CBuffer& buffer = buffers_[indexOf(operation.handles[j])];
+        if ((operation.writeClaims >> j) & 1) {
+            if (buffer.flags & kNotify) {
+                *buffer.notify[0] = 1;
+                *buffer.notify[1] = 1;
+            }
+            buffer.flags = 0;
+        } else if ((operation.claims >> j) & 1) {
+            --buffer.readers;
+        }
+        if (buffer.waitHead != kNone) {
+            grantWaiters(buffer);
+        }
+        releaseReference(operation.handles[j]);
+    }
+    operation.next = freeOperations_;
+    freeOperations_ = static_cast<int32_t>(&operation - operations_);
+    --counters_.operationsWaiting;
+}
+
+void CQPLEXContext::grantWaiters(CBuffer& buffer) {
+    while (buffer.waitHead != kNone && !(buffer.flags & kWriterHolds)) {
+        const int32_t link = buffer.waitHead;
+        CWaiter& waiter = waiters_[link];
+        if (waiter.isWrite) {
+            if (buffer.readers != 0) {
+                return;
+            }
+            buffer.flags |= kWriterHolds;
+        } else {
+            ++buffer.readers;
+        }
+        buffer.waitHead = waiter.next;
+        waiter.next = freeWaiters_;
+        freeWaiters_ = link;
+        COperation& operation = operations_[waiter.operation];
+        if (--operation.pending == 0) {
+            makeReady(operation, waiter.operation);
+        }
+    }
+}
+
+}  // namespace tarv
