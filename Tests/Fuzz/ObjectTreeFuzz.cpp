@@ -1,0 +1,44 @@
+// Any bytes as a compiled tree: expressions in braces, templates, paths and nesting included. They end in a message or
+// in a tree that can be walked and destroyed.
+
+#include "Core/CApplication.h"
+#include "Core/CApplicationData.h"
+#include "Core/CObject.h"
+#include "Tests/Fuzz/FuzzTools.h"
+
+using namespace tarv;
+
+namespace {
+
+void walk(const CObject& object, int depth) {
+    must(depth <= CTreeCursor::kMaxDepth + 1);
+    for (const CObject* child : object.children()) {
+        must(child->parent() == &object && child->root() == object.root());
+        // A name that holds a separator can't be followed; any other finds the child back.
+        if (child->name().indexOf('.') < 0 && !child->name().isEmpty())
+            must(object.findChild(child->name()) == child);
+        walk(*child, depth + 1);
+    }
+}
+
+const CCreatorRow kCreators[] = {{"core:object", &createObject<CObject>, &CObject::initClass}};
+const CProductTables kTables{kCreators, 1, nullptr, nullptr, nullptr};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    CGlobalData::instance().setFileAccess(false);
+    CLocalData::instance().setFileAccess(false);
+    mustSucceed(CApplication::start(kTables));
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    CObject* root = nullptr;
+    mustSucceed(CApplication::initRootObject(root));
+    CTreeCursor cursor{data, data + size};
+    if (!isFailure(root->createFromBinary(cursor, true, true, false, false)))
+        walk(*root, 0);
+    delete root;
+    return 0;
+}
