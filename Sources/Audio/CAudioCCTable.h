@@ -1,29 +1,36 @@
 #pragma once
 
+#include "Core/CApplicationData.h"
 #include "Core/CObject.h"
 
 namespace tarv {
 
-/// Assignments of MIDI controllers (`audio:cctable`), kept under the key `ccmap` of the product's data. Nothing sends
-/// controllers to this plug-in: the table is loaded and kept.
+/// Assignments of MIDI controllers (`audio:cctable`), kept in the product's data under the key `ccmap`: 128 pairs of
+/// 32-bit numbers. Nothing sends controllers to this plug-in: the table is loaded, follows what another instance
+/// writes, and has no further effect.
 class CAudioCCTable : public CObject {
 public:
     struct CSlot {
-        int32_t param;  ///< host index + 1, 0 for none
+        int32_t param;
         int32_t mode;
     };
     static constexpr int32_t kSlotCount = 128;
     static_assert(sizeof(CSlot) == 8);
+    /// Key and block id in CLocalData.
+    static constexpr const char* kDataName = "ccmap";
+    static constexpr const char kDataId[5] = "dccm";
 
     CAudioCCTable();
-    ~CAudioCCTable() override;
     [[nodiscard]] CError* init() override;
-    /// Slot of a controller number, 0..127.
-    const CSlot& slot(int32_t controller) const { return slots_[controller]; }
+    /// Slot of a controller number in 0..127.
+    CSlot slot(int32_t controller) const;
 
 private:
-    void read();
+    void read(CCheckedObject* sender);
+
+    mutable CLock lock_;
     CSlot slots_[kSlotCount] = {};
+    CApplicationDataBridge<CAudioCCTable> bridge_;
 };
 
 }  // namespace tarv

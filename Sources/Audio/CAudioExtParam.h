@@ -43,17 +43,18 @@ public:
     CAudioParam* param() const { return param_; }
     int32_t group() const { return group_; }
     int32_t elementIndex() const { return element_; }
-    /// Connects (null: disconnects) the host. Not while a change can be posted by another thread.
-    void setHostBridge(CAudioExtParamHostBridge* bridge) { hostBridge_ = bridge; }
+    /// Connects the host, which must outlive the connection; null disconnects it.
+    void setHostBridge(CAudioExtParamHostBridge* bridge) { hostBridge_.store(bridge, std::memory_order_release); }
 
 private:
+    void showValue(CString& text, double value) const;
     void onParamChanged(CAudioParam& param, int32_t group, int32_t first, int32_t count) override;
 
     CString extName_;
     CAudioParam* param_ = nullptr;
     int32_t group_ = 0;
     int32_t element_ = 0;
-    CAudioExtParamHostBridge* hostBridge_ = nullptr;
+    std::atomic<CAudioExtParamHostBridge*> hostBridge_{nullptr};
 };
 
 /// The host's flat list (`audio:ext-param-list`): its children in order.

@@ -12,6 +12,7 @@ class CAudioVizCollector;
 /// There: its attributes and the events that tell the engine's own tree of a change. Not there yet: messages.
 class CAudioInterfaceBase : public CAudioParamUndo {
 public:
+    ~CAudioInterfaceBase() override;
     [[nodiscard]] CError* init() override;
 
     CAudioInterfaceBaseConnector* connector() const { return connector_; }

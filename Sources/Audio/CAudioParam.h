@@ -42,6 +42,9 @@ protected:
 /// under its lock (hosts, editor, presets) and an engine-side value that only the audio side touches.
 class CAudioParam : public CCheckedObject {
 public:
+    /// Elements that a parameter's stores have room for from the start: enough for every channel and every band.
+    static constexpr int32_t kReadyElements = 16;
+
     CAudioParam(CAudioParamCollector& collector, const CString& fullName);
 
     const CString& fullName() const { return fullName_; }
@@ -75,6 +78,10 @@ public:
 
 private:
     friend class CAudioParamCollector;
+
+    bool takesNumber(double value, int32_t index) const;
+    void fillElement(CAudioParamChange& change, double value, int32_t index) const;
+    void notifyListeners(int32_t group, int32_t first, int32_t count, const CAudioParamListener* origin);
 
     CAudioParamCollector& collector_;
     CString fullName_;

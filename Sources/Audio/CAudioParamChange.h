@@ -8,6 +8,7 @@ namespace tarv {
 
 class CAudioParam;
 class CAudioParamChangePool;
+class CAudioParamQueue;
 struct CAudioParamSlot;
 
 /// A change's place in one list. Belongs to the change.
@@ -38,7 +39,9 @@ private:
     friend class CAudioParamChangePool;
     friend class CAudioParamChangeList;
     friend class CAudioParamCollector;
-    friend class CAudioParam;
+
+    /// Appends the change to a queue with the next of its nodes, which must be there, and one reference.
+    void linkTo(CAudioParamQueue& queue, CAudioParamSlot* slot);
 
     std::atomic<int32_t> references_{0};
     CAudioParamChangePool* pool_ = nullptr;
@@ -63,6 +66,15 @@ public:
     /// and drops them; later ones stay in their order. `take` must not touch this queue.
     template <class Take>
     void takeDue(double now, Take&& take);
+    /// Hands every entry over as takeDue does.
+    template <class Take>
+    void takeAll(Take&& take);
+    template <class Visit>
+    void forEach(Visit&& visit) const {
+        for (const CAudioParamQueueNode* node = head_; node; node = node->next) {
+            visit(static_cast<const CAudioParamChange&>(*node->change));
+        }
+    }
     /// The earliest time of a waiting entry, or `otherwise`.
     double nextTime(double otherwise) const;
     /// Drops all entries.
@@ -87,6 +99,16 @@ void CAudioParamQueue::takeDue(double now, Take&& take) {
             link = &node->next;
         }
     }
+}
+
+template <class Take>
+void CAudioParamQueue::takeAll(Take&& take) {
+    while (CAudioParamQueueNode* node = head_) {
+        head_ = node->next;
+        take(static_cast<const CAudioParamChange&>(*node->change), node->slot);
+        node->change->release();
+    }
+    tail_ = nullptr;
 }
 
 }  // namespace tarv

@@ -9,9 +9,12 @@ class CAudioParamChangeList {
 public:
     bool isEmpty() const { return head_ == nullptr; }
     int32_t count() const { return count_; }
-    CAudioParamChange* head() const { return head_; }
-    CAudioParamChange* tail() const { return tail_; }
+    CAudioParamChange* last() const { return tail_; }
+    CAudioParamChange* previous(const CAudioParamChange& change) const;
     void append(CAudioParamChange* change);
+    /// Puts `change` in the place of an entry, which leaves the list.
+    void replace(CAudioParamChange& entry, CAudioParamChange* change);
+    /// Takes the first entry out; null if there is none.
     CAudioParamChange* takeFirst();
     /// All entries, leaving none.
     CAudioParamChangeList takeAll();
@@ -31,7 +34,9 @@ public:
     CAudioParamChangePool& operator=(const CAudioParamChangePool&) = delete;
     ~CAudioParamChangePool();
 
-    /// A record with one reference and room for `nodes` list nodes.
+    /// Makes the first block ahead of the first use.
+    void prepare();
+    /// A record with one reference, no values and room for `nodes` list nodes.
     CAudioParamChange* take(int32_t nodes);
     /// Any thread; never allocates, frees or waits.
     void giveBack(CAudioParamChange* change);
@@ -39,14 +44,18 @@ public:
     int32_t madeCount() const { return made_; }
 
 private:
-    struct CBlock;
+    static constexpr int32_t kFirstBlock = 16;
+
+    struct CBlock {
+        CAudioParamChange* records;
+        int32_t count;
+    };
     void addBlock();
 
     CAudioParamChange* free_ = nullptr;
     std::atomic<CAudioParamChange*> returned_{nullptr};
-    CBlock* blocks_ = nullptr;
+    CArray<CBlock, 4> blocks_;
     int32_t made_ = 0;
-    int32_t nextBlock_ = 16;
 };
 
 }  // namespace tarv

@@ -13,6 +13,7 @@ class CAudioParamRegistry;
 
 /// Owns every named parameter of one instance and carries changes from the threads that make them to the processes
 /// (`audio:param-collector`). Order of locks: a parameter's, then the pool's, then the environment's.
+/// The graph's queues must be gone, or emptied by detachConsumers, before the collector is.
 class CAudioParamCollector : public CObject {
 public:
     ~CAudioParamCollector() override;
@@ -25,16 +26,18 @@ public:
     /// Whether a parameter of that name was defined and the name differs from its display path.
     bool hasParam(const CString& name) const;
     /// Binds a definition's information to the parameter of that name; a second bind keeps the first. Its values are at
-    /// the defaults from then on, and slots that consume it already get them.
+    /// the defaults from then on, and slots that consume it already get them. While the graph is built, or audio
+    /// thread.
     CAudioParam* define(const CString& name, const CAudioParamInfo& info);
 
     /// Makes `slot` consume `param`: sets its data up, queues the current values with time -1.0 and sets `changedFlag`.
-    /// `group` -1 (or -2) and `element` -1 take every one. While the graph is built or on the audio thread; allocates.
+    /// `group` -1 (or -2) and `element` -1 take every one; every group does for a parameter of a single group. The slot
+    /// of a string parameter gets its texts once. While the graph is built or on the audio thread; allocates.
     void addConsumer(CAudioParam& param, CAudioParamSlot& slot, CAudioParamQueue& queue, uint8_t& changedFlag,
                      int32_t group, int32_t element);
     /// Takes the consumers of one process out (its queue tells which they are) and empties the queue. Same threads.
     void removeConsumers(CAudioParamQueue& queue);
-    /// Takes all consumers out: the graph is going. No audio thread runs.
+    /// Takes all consumers out and empties their queues: the graph is going. No audio thread runs.
     void detachConsumers();
 
     /// A record for postChange with the parameter's shape and `count` elements, values zero. Any thread; allocates
@@ -46,13 +49,16 @@ public:
                                           bool resize = false);
     /// The one way to change a value; takes the record over. Queued: any thread but the audio thread; the user-side
     /// value follows at once, the processes with the next round. Not queued: the audio side itself, straight to the
-    /// processes (the user-side value stays). `time` counts from the start of the round that takes it. A change of
-    /// another group than 0 of a single-group parameter, and one of an undefined parameter, is dropped.
+    /// processes (the user-side value stays). `time` counts from the start of the round that takes it; while the engine
+    /// does not run it is 0. A change of another group than 0 of a single-group parameter, one of an undefined
+    /// parameter and one whose shape does not fit are dropped. Listeners but `origin` hear of a queued change.
     void postChange(CAudioParam& param, CAudioParamChange* change, bool queued, double time,
                     const CAudioParamListener* origin = nullptr);
     /// One round: hands what was posted to the processes' queues, `timeOffset` added to each time. Audio thread, once a
     /// block, or the core at resume. Takes the environment's lock for a swap, nothing else.
     void applyPendingChanges(double timeOffset);
+    /// Changes that wait for the next round.
+    int32_t pendingCount() const;
 
     /// Hands every parameter to the registries, enumerated ones first. A second call does nothing.
     void closeCollection();
@@ -62,7 +68,7 @@ public:
     /// The first registry whose `id` is that text, or null.
     CAudioParamRegistry* getRegistry(const CString& id) const;
 
-    /// Every parameter in the order of the names.
+    /// Every parameter in the order of the names, under the collector's lock.
     template <class Visit>
     void forEachParam(Visit&& visit) const {
         CLockScope scope(lock_);
@@ -72,19 +78,28 @@ public:
     }
 
 private:
+    friend class CAudioParam;
     using CParamMap =
         std::map<CString, CAudioParam*, std::less<CString>, CHeapAllocator<std::pair<const CString, CAudioParam*>>>;
+    static constexpr int32_t kConsumersPerBlock = 8;
     struct CConsumerBlock;
 
-    void offerParam(CAudioParam& param);
-    void prepareSlot(CAudioParam& param, CAudioParamConsumer& consumer);
-    void queueInitialValues(CAudioParam& param, CAudioParamConsumer& consumer);
-    void queueCopy(CAudioParamConsumer& consumer, CAudioParam& param, const CAudioParamChange& source);
-    void postQueued(CAudioParam& param, CAudioParamChange* change);
+    // Posting: CAudioParamCollectorPost.cpp.
+    bool postUnderLock(CAudioParam& param, CAudioParamChange* change, double time);
     void enqueue(CAudioParam& param, CAudioParamChange* change);
+    void enqueueEachGroup(CAudioParam& param, const CAudioParamChange& change);
+    CAudioParamChange* mergeOrAppend(CAudioParam& param, CAudioParamChange* change, bool isCrowded);
+    static void mergeInto(const CAudioParam& param, const CAudioParamChange& earlier, CAudioParamChange& later);
+
+    // The engine's side.
     void applyTouched();
     void deliver(CAudioParamChange& change);
+    void hand(CAudioParamChange& change, CAudioParamConsumer& consumer);
+    void prepareSlot(CAudioParam& param, CAudioParamConsumer& consumer);
+    void queueInitialGroup(CAudioParam& param, CAudioParamConsumer& consumer, int32_t group);
+    void queueCopy(CAudioParam& param, CAudioParamConsumer& consumer, const CAudioParamChange& source);
     CAudioParamConsumer* takeConsumer();
+    void offerParam(CAudioParam& param);
 
     CAudioEnv* env_ = nullptr;
     mutable CLock lock_;
@@ -95,7 +110,7 @@ private:
     CAudioParamChangePool enginePool_;
     CAudioParamChangeList batch_;
     CAudioParam* touched_ = nullptr;
-    uint32_t generation_ = 0;
+    uint32_t generation_ = 1;
     CAudioParamConsumer* freeConsumers_ = nullptr;
     CConsumerBlock* consumerBlocks_ = nullptr;
     bool closed_ = false;

@@ -5,7 +5,7 @@
 
 namespace tarv {
 
-/// An item of a parameter's string map, counted by the ids that use it.
+/// An item of a parameter's string map, counted by the elements that use its id.
 class CAudioParamDataItem : public CCheckedObject {
 public:
     virtual CAudioParamDataItem* clone() const = 0;
@@ -13,7 +13,7 @@ public:
     [[nodiscard]] virtual CError* save(COutputStream& stream) const = 0;
     virtual uint32_t type() const = 0;
 
-    /// Uses of the item's id.
+    /// Elements that hold the item's id.
     int32_t uses = 1;
 };
 

@@ -10,14 +10,11 @@ class CAudioParamDef : public CObject {
 public:
     [[nodiscard]] CError* init() override;
     const CAudioParamInfo& info() const { return info_; }
-    /// Name of the registry that the parameter is assigned to, empty for none.
-    const CString& paramRegistry() const { return paramRegistry_; }
 
 private:
     int32_t readFlags() const;
 
     CAudioParamInfo info_;
-    CString paramRegistry_;
 };
 
 /// Says through which slot number of the owning process its code reads a parameter (`audio:param-alloc`).

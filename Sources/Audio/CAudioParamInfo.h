@@ -44,6 +44,9 @@ public:
     const CString& displayPath() const { return displayPath_; }
     /// Full name of the definition in the shared tree.
     const CString& definitionPath() const { return definitionPath_; }
+    /// The `id` of the registry that the parameter is assigned to explicitly, empty for none.
+    const CString& registry() const { return registry_; }
+    void setRegistry(const CString& id) { registry_ = id; }
 
     const CArray<CString, 4>& converterNames() const { return converterNames_; }
     /// Converter of a position in the element; `position` in 0..elementSize-1.
@@ -73,6 +76,7 @@ private:
     CString visualName_;
     CString displayPath_;
     CString definitionPath_;
+    CString registry_;
     CArray<CString, 4> converterNames_;
     CArray<const CAudioParamConverter*, 4> converters_;
     CArray<double, 4> maximums_;

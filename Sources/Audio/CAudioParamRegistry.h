@@ -22,6 +22,8 @@ public:
 
     /// Takes the parameter if its full name lies under the hierarchy; tells whether it did.
     bool offerParam(const CString& name, CAudioParam& param);
+    /// Takes the parameter wherever it lies: it was assigned to this registry by name.
+    void takeParam(const CString& name, CAudioParam& param);
     int32_t paramCount() const;
     /// Entry of an index in 0..paramCount-1.
     CEntry param(int32_t index) const;

@@ -18,8 +18,10 @@ public:
                                       CString* definitionPath = nullptr);
 
 private:
+    [[nodiscard]] static CError* saveGroup(COutputStream& stream, const CAudioParamData& data, int32_t group);
     [[nodiscard]] static CError* loadHead(CInputStream& stream, const CAudioParamInfo& info, uint32_t& groupCount);
     [[nodiscard]] static CError* loadGroup(CInputStream& stream, CAudioParamData& data, int32_t group);
+    [[nodiscard]] static CError* loadText(CInputStream& stream, CAudioParamData& data, double& place);
 };
 
 }  // namespace tarv

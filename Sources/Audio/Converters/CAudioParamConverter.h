@@ -25,8 +25,8 @@ public:
     [[nodiscard]] CError* init() override;
 
     /// Real value of a typed text, clamped; the minimum and false if it does not parse. `ok` may be null.
-    virtual double textToValue(const CAudioParamInfo& info, int32_t index, const CString& text, bool* ok) const = 0;
-    /// The same without a range: reads the limits themselves.
+    virtual double textToValue(const CAudioParamInfo& info, int32_t index, const CString& text, bool* ok) const;
+    /// The same without a range: reads the limits themselves. What it gives on a failure is the class's own.
     virtual double textToLimit(const CAudioParamInfo& info, int32_t index, const CString& text, bool* ok) const = 0;
     /// Text of a real value, without the unit.
     virtual void valueToText(CString& result, const CAudioParamInfo& info, int32_t index, const CAudioParamShown& value,
@@ -37,6 +37,10 @@ public:
 
     /// The unit shown beside a value, may be empty.
     const CString& label() const { return label_; }
+
+protected:
+    /// What textToValue gives when the text does not parse.
+    virtual double failedValue(const CAudioParamInfo& info, int32_t index) const;
 
 private:
     CString label_;

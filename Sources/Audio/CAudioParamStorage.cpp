@@ -1,0 +1,138 @@
+#include "Audio/CAudioParamStorage.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tarv {
+
+namespace {
+
+/// The groups of a record that are written: up to the last that holds a value.
+int32_t storedGroupCount(const CAudioParamData& data) {
+    int32_t count = data.groupCount();
+    while (count > 0 && data.elementCount(count - 1) == 0) {
+        --count;
+    }
+    return count;
+}
+
+CError* refuse(int32_t line, const CString& what, uint32_t count) {
+    return addErrorLocation(nullptr, __FILE__, line, CString(), what, CString::fromInt(count));
+}
+
+}  // namespace
+
+CError* CAudioParamStorage::save(COutputStream& stream, const CAudioParamInfo& info, const CAudioParamData& data) {
+    const int32_t groups = storedGroupCount(data);
+    TARV_TRY(stream.writeString(info.definitionPath()));
+    TARV_TRY(stream.writeValue(kVersion));
+    TARV_TRY(stream.writeValue(static_cast<uint32_t>(data.elementSize())));
+    TARV_TRY(stream.writeValue(data.isString() ? 1 : 0));
+    TARV_TRY(stream.writeValue(static_cast<uint32_t>(groups)));
+    if (data.isString()) {
+        TARV_TRY(data.save(stream));
+    }
+    for (int32_t group = 0; group < groups; ++group) {
+        TARV_TRY(saveGroup(stream, data, group));
+    }
+    return nullptr;
+}
+
+CError* CAudioParamStorage::saveGroup(COutputStream& stream, const CAudioParamData& data, int32_t group) {
+    const CAudioParamData::CGroup& source = data.groups_[group];
+    TARV_TRY(stream.writeValue(static_cast<uint32_t>(source.elementCount)));
+    for (int32_t i = 0; i < source.elementCount * data.elementSize_; ++i) {
+        if (data.isString()) {
+            TARV_TRY(stream.writeValue(static_cast<uint32_t>(source.values[i])));
+        } else {
+            TARV_TRY(stream.writeDouble(source.values[i]));
+        }
+    }
+    return nullptr;
+}
+
+CError* CAudioParamStorage::loadHead(CInputStream& stream, const CAudioParamInfo& info, uint32_t& groupCount) {
+    uint32_t version = 0;
+    TARV_TRY(stream.readValue(version));
+    if (version != kVersion) {
+        TARV_FAIL("@tarvstr_CAudioParamStorage_load_VersionError Unsupported data set version %1.",
+                  CString::fromInt(version));
+    }
+    uint32_t elementSize = 0;
+    uint32_t dataType = 0;
+    TARV_TRY(stream.readValue(elementSize));
+    TARV_TRY(stream.readValue(dataType));
+    const uint32_t requiredType = info.isString() ? 1 : 0;
+    if (elementSize != static_cast<uint32_t>(info.elementSize()) || dataType != requiredType) {
+        TARV_FAIL(
+            "@tarvstr_CAudioParamStorage_load_FormatError Unsupported storage format (esize=%1, dtype=%2; should be: "
+            "esize=%3, dtype=%4).",
+            CString::fromInt(elementSize), CString::fromInt(dataType), CString::fromInt(info.elementSize()),
+            CString::fromInt(requiredType));
+    }
+    TARV_TRY(stream.readValue(groupCount));
+    if (groupCount > static_cast<uint32_t>(CAudioParamData::kGroupLimit)) {
+        return refuse(__LINE__, "@tarvstr_CAudioParamStorage_load_GroupError Invalid group count %1.", groupCount);
+    }
+    return nullptr;
+}
+
+CError* CAudioParamStorage::load(CInputStream& stream, const CAudioParamInfo& info, CAudioParamData& data,
+                                 CString* definitionPath) {
+    CString path;
+    uint32_t groupCount = 0;
+    TARV_TRY(stream.readString(path));
+    TARV_TRY(loadHead(stream, info, groupCount));
+    CAudioParamData loaded;
+    loaded.reset(info);
+    if (info.isString()) {
+        TARV_TRY(loaded.load(stream));
+    }
+    loaded.growGroups(static_cast<int32_t>(groupCount));
+    for (int32_t group = 0; group < loaded.groupCount(); ++group) {
+        TARV_TRY(loadGroup(stream, loaded, group));
+    }
+    loaded.strings_.dropUnused();
+    data = std::move(loaded);
+    if (definitionPath) {
+        *definitionPath = path;
+    }
+    return nullptr;
+}
+
+CError* CAudioParamStorage::loadGroup(CInputStream& stream, CAudioParamData& data, int32_t group) {
+    uint32_t count = 0;
+    TARV_TRY(stream.readValue(count));
+    if (count > static_cast<uint32_t>(CAudioParamData::kElementLimit)) {
+        return refuse(__LINE__, "@tarvstr_CAudioParamStorage_load_ElementError Invalid element count %1.", count);
+    }
+    for (int32_t element = 0; element < static_cast<int32_t>(count); ++element) {
+        // Room grows with what was really read: a record that only claims many elements takes no memory for them.
+        if ((element & (element + 1)) == 0) {
+            data.reserveGroup(group, std::min<int32_t>(element * 2 + 1, static_cast<int32_t>(count)));
+        }
+        for (int32_t index = 0; index < data.elementSize_; ++index) {
+            double& place = data.groups_[group].values[element * data.elementSize_ + index];
+            if (data.isString()) {
+                TARV_TRY(loadText(stream, data, place));
+            } else {
+                TARV_TRY(stream.readDouble(place));
+                place = std::isfinite(place) ? place : data.defaultValue(element, index);
+            }
+        }
+        data.groups_[group].elementCount = element + 1;
+    }
+    return nullptr;
+}
+
+CError* CAudioParamStorage::loadText(CInputStream& stream, CAudioParamData& data, double& place) {
+    uint32_t id = 0;
+    TARV_TRY(stream.readValue(id));
+    if (id > INT32_MAX || !data.strings_.use(static_cast<int32_t>(id))) {
+        return refuse(__LINE__, "@tarvstr_CAudioParamStorage_load_StringError Unknown string %1 encountered.", id);
+    }
+    place = id;
+    return nullptr;
+}
+
+}  // namespace tarv

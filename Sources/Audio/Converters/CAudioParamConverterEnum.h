@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Audio/Converters/CAudioParamConverter.h"
+
+namespace tarv {
+
+/// A state number; the state names stand in `state-names`, separated by ";", with a short form behind "|"
+/// (`audio:cvt-enum`). Texts are read as numbers only.
+class CAudioParamConverterEnum : public CAudioParamConverter {
+public:
+    static CError* initClass(CClassDescriptor& descriptor);
+    /// Runs when `state-names` is set.
+    [[nodiscard]] CError* attrStateNames();
+
+    double textToLimit(const CAudioParamInfo& info, int32_t index, const CString& text, bool* ok) const override;
+    void valueToText(CString& result, const CAudioParamInfo& info, int32_t index, const CAudioParamShown& value,
+                     CAudioTextMode mode) const override;
+    double normToValue(const CAudioParamInfo& info, int32_t index, double norm) const override;
+
+    int32_t stateCount() const { return longNames_.count(); }
+
+protected:
+    double failedValue(const CAudioParamInfo& info, int32_t index) const override;
+
+private:
+    CArray<CString, 4> longNames_;
+    CArray<CString, 4> shortNames_;
+};
+
+}  // namespace tarv

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "Audio/Converters/CAudioParamConverter.h"
+
+namespace tarv {
+
+/// Hertz, shown with "k" above a thousand; logarithmic (`audio:cvt-freq`).
+class CAudioParamConverterFreq : public CAudioParamConverter {
+public:
+    double textToLimit(const CAudioParamInfo& info, int32_t index, const CString& text, bool* ok) const override;
+    void valueToText(CString& result, const CAudioParamInfo& info, int32_t index, const CAudioParamShown& value,
+                     CAudioTextMode mode) const override;
+    double normToValue(const CAudioParamInfo& info, int32_t index, double norm) const override;
+    double valueToNorm(const CAudioParamInfo& info, int32_t index, double value) const override;
+};
+
+}  // namespace tarv

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Audio/Converters/CAudioParamConverter.h"
+
+namespace tarv {
+
+/// A fraction, shown as a percentage; linear (`audio:cvt-percent`).
+class CAudioParamConverterPercent : public CAudioParamConverter {
+public:
+    double textToLimit(const CAudioParamInfo& info, int32_t index, const CString& text, bool* ok) const override;
+    void valueToText(CString& result, const CAudioParamInfo& info, int32_t index, const CAudioParamShown& value,
+                     CAudioTextMode mode) const override;
+};
+
+}  // namespace tarv
