@@ -2,13 +2,13 @@
 
 #include <cstdio>
 
+#include "Platform/Posix/PathText.h"
+
 namespace tarv {
 
+// Nothing to wait for: whoever reads the stream reads it when he likes.
 void showErrorWindow(const char16_t* details) {
-    std::fprintf(stderr, "%s\n%s\n\n", kErrorTitle, kErrorExplanation);
-    for (; *details; ++details) {
-        std::fputc(*details < 0x80 ? static_cast<char>(*details) : '?', stderr);
-    }
+    std::fprintf(stderr, "%s\n%s\n\n%s\n", kErrorTitle, kErrorExplanation, utf16ToUtf8(details).c_str());
 }
 
 }  // namespace tarv

@@ -1,5 +1,6 @@
 #include "Platform/Posix/PathText.h"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace tarv {
@@ -29,16 +30,22 @@ void appendPoint(std::string& bytes, uint32_t point) {
 
 }  // namespace
 
-std::string pathToUtf8(const char16_t* path) {
+std::string utf16ToUtf8(const char16_t* text) {
     std::string bytes;
-    for (; *path; ++path) {
-        if (isHighSurrogate(*path) && isLowSurrogate(path[1])) {
-            appendPoint(bytes, 0x10000 + ((uint32_t{*path} & 0x3ff) << 10) + (uint32_t{path[1]} & 0x3ff));
-            ++path;
+    for (; *text; ++text) {
+        if (isHighSurrogate(*text) && isLowSurrogate(text[1])) {
+            appendPoint(bytes, 0x10000 + ((uint32_t{*text} & 0x3ff) << 10) + (uint32_t{text[1]} & 0x3ff));
+            ++text;
         } else {
-            appendPoint(bytes, *path == u'\\' ? u'/' : *path);
+            appendPoint(bytes, *text);
         }
     }
+    return bytes;
+}
+
+std::string pathToUtf8(const char16_t* path) {
+    std::string bytes = utf16ToUtf8(path);
+    std::replace(bytes.begin(), bytes.end(), '\\', '/');
     return bytes;
 }
 
