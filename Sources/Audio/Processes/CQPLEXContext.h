@@ -104,6 +104,7 @@ public:
                            uint64_t extra = 0, CKernelBatchFunction batch = nullptr);
     /// Number of a kernel by its full name, or -1.
     int32_t findKernel(const char* name) const;
+    int32_t kernelCount() const { return kernelCount_; }
     const CKernel& kernel(int32_t number) const { return kernels_[number]; }
     int32_t commonKernel(CCommonKernel kernel) const { return commonKernels_[static_cast<int32_t>(kernel)]; }
     /// `type` 0 to kSectionTypeCount - 1.
