@@ -17,8 +17,9 @@ CError* CAudioProcessDefBase::init() {
     isSmoothUpdate_ = getAttrBool("is-smooth-update");
     stackIndexShift_ = getAttrInt("stack-index-shift");
     if (stackIndexShift_ < 0) {
-        TARV_FAIL("@tarvstr_CAudioProcessDefBase_init_InvalidStackIndexShift Invalid stack index shift value '%1' specified.",
-                  getAttrString("stack-index-shift"));
+        TARV_FAIL(
+            "@tarvstr_CAudioProcessDefBase_init_InvalidStackIndexShift Invalid stack index shift value '%1' specified.",
+            getAttrString("stack-index-shift"));
     }
     isMultiband_ = getAttrBool("is-multiband");
     isWhole_ = getAttrBool("is-whole");

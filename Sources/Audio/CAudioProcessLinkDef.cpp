@@ -15,12 +15,14 @@ CError* CAudioProcessLinkDef::init() {
         TARV_FAIL("@tarvstr_CAudioProcessLinkDef_init_NoDst No 'dst' attribute defined.");
     }
     if (!parseEnd(src, srcName_, src_.port)) {
-        TARV_FAIL("@tarvstr_CAudioProcessLinkDef_init_SrcPortError Invalid port in the 'src' attribute value '%1' specified.",
-                  src);
+        TARV_FAIL(
+            "@tarvstr_CAudioProcessLinkDef_init_SrcPortError Invalid port in the 'src' attribute value '%1' specified.",
+            src);
     }
     if (!parseEnd(dst, dstName_, dst_.port)) {
-        TARV_FAIL("@tarvstr_CAudioProcessLinkDef_init_DstPortError Invalid port in the 'dst' attribute value '%1' specified.",
-                  dst);
+        TARV_FAIL(
+            "@tarvstr_CAudioProcessLinkDef_init_DstPortError Invalid port in the 'dst' attribute value '%1' specified.",
+            dst);
     }
     stateId_ = getAttrIntOr("state-id", -1);
     if (stateId_ < -1) {
@@ -32,12 +34,16 @@ CError* CAudioProcessLinkDef::init() {
 
 CError* CAudioProcessLinkDef::resolve(const CAudioProcessDef& owner) {
     if (!findEnd(owner, srcName_, src_)) {
-        TARV_FAIL("@tarvstr_CAudioProcessLinkDef_init_SrcNameError Invalid process in the 'src' attribute value '%1' specified.",
-                  getAttrString("src"));
+        TARV_FAIL(
+            "@tarvstr_CAudioProcessLinkDef_init_SrcNameError Invalid process in the 'src' attribute value '%1' "
+            "specified.",
+            getAttrString("src"));
     }
     if (!findEnd(owner, dstName_, dst_)) {
-        TARV_FAIL("@tarvstr_CAudioProcessLinkDef_init_DstNameError Invalid process in the 'dst' attribute value '%1' specified.",
-                  getAttrString("dst"));
+        TARV_FAIL(
+            "@tarvstr_CAudioProcessLinkDef_init_DstNameError Invalid process in the 'dst' attribute value '%1' "
+            "specified.",
+            getAttrString("dst"));
     }
     for (const CString& text : getAttrString("bypass-state-id").split(' ')) {
         bool ok = false;
@@ -110,13 +116,15 @@ CError* CAudioProcessBypassStateDef::init() {
         TARV_FAIL("@tarvstr_CAudioProcessBypassStateDef_init_InvalidParam Invalid parameter name specified.");
     }
     if (!readInterval("range", "value", condition_.interval)) {
-        TARV_FAIL("@tarvstr_CAudioProcessBypassStateDef_init_InvalidRange Invalid 'range' attribute value '%1' specified.",
-                  getAttrString("range"));
+        TARV_FAIL(
+            "@tarvstr_CAudioProcessBypassStateDef_init_InvalidRange Invalid 'range' attribute value '%1' specified.",
+            getAttrString("range"));
     }
     andCondition_.param = getAttrString("and-param");
     if (!readInterval("and-range", "and-value", andCondition_.interval)) {
         TARV_FAIL(
-            "@tarvstr_CAudioProcessBypassStateDef_init_InvalidAndRange Invalid 'and-range' attribute value '%1' specified.",
+            "@tarvstr_CAudioProcessBypassStateDef_init_InvalidAndRange Invalid 'and-range' attribute value '%1' "
+            "specified.",
             getAttrString("and-range"));
     }
     isMultiband_ = getAttrBool("is-multiband");
