@@ -1,0 +1,52 @@
+#include "Audio/Processes/CAudioProcessTerminal.h"
+
+#include <cmath>
+
+#include "Core/Log.h"
+
+namespace tarv {
+
+CError* CAudioProcessTerminalBase::init() {
+    TARV_TRY(CAudioProcessBase::init());
+    needInput(0);
+    needOutput(0);
+    fadeSeconds_ = def().getAttrRealOr("xfade-length", kDefaultFade);
+    if (!(fadeSeconds_ >= kShortestFade)) {
+        fadeSeconds_ = kShortestFade;
+    }
+    return nullptr;
+}
+
+void CAudioProcessTerminalBase::regModuleParam(int32_t index, const CAudioParamSlot*& binding) const {
+    binding = slot(index);
+    if (binding == nullptr) {
+        logLineIn(CString("regModuleParam error ") + CString::fromInt(index) + " " + def().name(), path());
+    }
+}
+
+CBufferHandle CAudioProcessTerminalBase::findBlock(int32_t port, int32_t group, int32_t element) const {
+    CBufferHandle block = kNoBuffer;
+    for (const CAudioChannel& channel : input(port).channels) {
+        if (channel.element == element) {
+            if (channel.group == group) {
+                return channel.handle;
+            }
+            block = channel.handle;
+        }
+    }
+    return block;
+}
+
+void CAudioProcessTerminalBase::noteUse(int32_t voices, double rate) const {
+    CAudioGraph& shared = graph();
+    shared.voiceCount += voices;
+    shared.channelsUsed = voices > shared.channelsUsed ? voices : shared.channelsUsed;
+    shared.widestRate = rate > shared.widestRate ? rate : shared.widestRate;
+}
+
+int32_t CAudioProcessTerminalBase::fadeSamples(double rate) const {
+    const double samples = std::round(fadeSeconds_ * rate);
+    return samples < 1.0 ? 1 : static_cast<int32_t>(samples);
+}
+
+}  // namespace tarv
