@@ -27,11 +27,19 @@ struct CAudioGraph {
     int32_t channelCount = 8;
     int32_t groupCount = 8;
     /// Channels on the host's side.
-    int32_t hostOutputs = 2;
+    int32_t hostInputs = 0;
+    int32_t hostOutputs = 0;
+    /// The host's rate in Hz.
+    double hostRate = 44100.0;
     /// Time of the first sample of the current run, in host samples since the instance was made.
     double now = 0.0;
     /// Audio is running: changes are faded. While false (preparation) they are taken in place.
     bool isRunning = false;
+    /// What a preparation found: the highest rate in Hz, the modules in use, and the most channels that one process
+    /// has.
+    double widestRate = 0.0;
+    int32_t voiceCount = 0;
+    int32_t channelsUsed = 0;
 };
 
 }  // namespace tarv

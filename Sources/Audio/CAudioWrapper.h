@@ -10,11 +10,13 @@ namespace tarv {
 class CAudioCCTable;
 class CAudioEnv;
 class CAudioExtParamList;
+class CAudioGlobalParam;
 class CAudioInterfaceBase;
 class CAudioParam;
 class CAudioParamCollector;
 class CAudioParamRegistry;
 class CAudioProcessBase;
+class CAudioProcessDefBase;
 class CAudioVizCollector;
 class CModOutput;
 class CQPLEXContext;
@@ -53,9 +55,9 @@ public:
     void setOffline(bool isOffline);
     void setHostBpm(double bpm);
 
-    /// Runs one host block of any length, cut into runs of at most kMaxSubBlock frames. Null channel pointers (or a null
-    /// array) are silence on the way in and dropped on the way out. While suspended it only clears the outputs.
-    /// In place is allowed. Audio thread.
+    /// Runs one host block of any length, cut into runs of at most kMaxSubBlock frames. Null channel pointers (or a
+    /// null array) are silence on the way in and dropped on the way out. While suspended it only clears the outputs. In
+    /// place is allowed. Audio thread.
     void processBlock(const float* const* inputs, float* const* outputs, int32_t frames);
     void processBlock(const double* const* inputs, double* const* outputs, int32_t frames);
 
@@ -88,19 +90,30 @@ public:
     [[nodiscard]] static CError* acquirePluginCode(const CString& text, uint32_t& code);
 
 private:
-    class CGlobalParam;
+    class CExtParamBridge;
+    static constexpr int32_t kMaxHostChannels = 32;
+    /// Blocks that a channel holds at most at one time: in, dry, both modules of a fade, their mix, and what is freed
+    /// only when a process has run.
+    static constexpr int32_t kBlocksPerChannel = 8;
+    static constexpr int32_t kStatesPerVoice = 3;
+
     template <class Sample>
     void processAny(const Sample* const* inputs, Sample* const* outputs, int32_t frames);
     template <class Sample>
-    void runSubBlock(const Sample* const* inputs, Sample* const* outputs, int32_t offset, int32_t frames);
+    void takeInputs(const Sample* const* inputs, int32_t offset, int32_t frames);
+    template <class Sample>
+    void giveOutputs(Sample* const* outputs, int32_t offset, int32_t frames);
+    template <class T>
+    [[nodiscard]] CError* findRequired(const char* path, const char* message, T*& found) const;
     [[nodiscard]] CError* readProject();
     [[nodiscard]] CError* findRequiredObjects();
     [[nodiscard]] CError* createProcesses();
     [[nodiscard]] CError* createGlobalParams();
-    void readOversamplingLevel();
+    static int32_t readOversamplingLevel();
+    void resetGraph();
     void prepareGraph();
+    void runGraph(int32_t frames);
     void pollHost();
-    void setParamValue(CAudioParam* param, double value);
 
     CObject* root_ = nullptr;
     CObject* plugin_ = nullptr;
@@ -122,6 +135,8 @@ private:
     CAudioExtParamList* extParamList_ = nullptr;
     CAudioCCTable* ccTable_ = nullptr;
     CAudioParamRegistry* paramRegistry_ = nullptr;
+    CAudioProcessDefBase* mainDef_ = nullptr;
+    CAudioProcessDefBase* outputDef_ = nullptr;
     CAudioProcessBase* mainProcess_ = nullptr;
     CModOutput* outputProcess_ = nullptr;
     CAudioGraph graph_;
@@ -131,7 +146,8 @@ private:
     CAudioParam* hostLatencyParam_ = nullptr;
     CAudioParam* hostBpmParam_ = nullptr;
     CAudioParam* bypassParam_ = nullptr;
-    COwnedArray<CGlobalParam> globalParams_;
+    COwnedArray<CAudioGlobalParam> globalParams_;
+    COwnedArray<CExtParamBridge, 32> extParamBridges_;
 
     bool isOffline_ = false;
     double lastBpm_ = 0.0;
