@@ -1,0 +1,54 @@
+# The compiled definitions, the table that embeds them, and the library itself.
+set(TARV_RESOURCE_DIR ${CMAKE_BINARY_DIR}/resources)
+file(MAKE_DIRECTORY ${TARV_RESOURCE_DIR})
+set(definitions ${CMAKE_SOURCE_DIR}/Definitions)
+tarv_host_tool(DefinitionCompiler definition_compiler definition_compiler_depends)
+tarv_host_tool(FactoryCompiler factory_compiler factory_compiler_depends)
+tarv_host_tool(ResourcePacker resource_packer resource_packer_depends)
+
+# tarv_compile_tree(output source args...): an object tree; what it includes is found by the compiler.
+function(tarv_compile_tree output source)
+    set(file ${TARV_RESOURCE_DIR}/${output})
+    add_custom_command(OUTPUT ${file}
+        COMMAND ${definition_compiler} ${source} ${file} --depfile ${file}.d ${ARGN}
+        DEPENDS ${source} ${definition_compiler_depends} DEPFILE ${file}.d VERBATIM COMMENT "Compiling ${output}")
+endfunction()
+
+function(tarv_compile_factory output source)
+    set(file ${TARV_RESOURCE_DIR}/${output})
+    add_custom_command(OUTPUT ${file} COMMAND ${factory_compiler} ${source} ${file}
+        DEPENDS ${source} ${factory_compiler_depends} VERBATIM COMMENT "Compiling ${output}")
+endfunction()
+
+tarv_compile_tree(SharedData.xml ${definitions}/SharedData/SharedData.xml)
+tarv_compile_tree(UserInterface.xml ${definitions}/UserInterface/UserInterface.xml
+    --templates ${definitions}/SharedData/SharedData.xml)
+tarv_compile_factory(FactoryROM.cbf ${definitions}/Factory/FactoryROM.xml)
+tarv_compile_factory(AppDataGlobal_routing-presets ${definitions}/Factory/RoutingPresets.xml)
+
+set(resource_files SharedData.xml UserInterface.xml FactoryROM.cbf AppDataGlobal_routing-presets)
+list(TRANSFORM resource_files PREPEND ${TARV_RESOURCE_DIR}/)
+set(resource_sources ${TARV_RESOURCE_DIR}/Resources.S ${TARV_RESOURCE_DIR}/ResourceRows.cpp)
+add_custom_command(OUTPUT ${resource_sources}
+    COMMAND ${resource_packer} ${definitions}/Resources.xml ${TARV_RESOURCE_DIR} ${resource_sources}
+    DEPENDS ${definitions}/Resources.xml ${resource_files} ${resource_packer_depends} VERBATIM
+    COMMENT "Packing resources")
+target_sources(TarvProduct PRIVATE ${resource_sources})
+
+add_library(BrindleXEQ MODULE)
+target_link_libraries(BrindleXEQ PRIVATE ${TARV_ALL_LAYERS})
+set_target_properties(BrindleXEQ PROPERTIES PREFIX "" LINKER_LANGUAGE CXX
+    LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR} RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+if(WIN32)
+    enable_language(RC)
+    target_sources(BrindleXEQ PRIVATE Sources/Product/BrindleXEQ.def Sources/Product/Version.rc)
+else()
+    set(export_map ${CMAKE_SOURCE_DIR}/Sources/Product/BrindleXEQ.map)
+    target_link_options(BrindleXEQ PRIVATE -Wl,--version-script=${export_map} -Wl,--defsym=main=VSTPluginMain)
+    set_target_properties(BrindleXEQ PROPERTIES LINK_DEPENDS ${export_map})
+endif()
+# What a crash report needs stays here; what is shipped is without it.
+add_custom_command(TARGET BrindleXEQ POST_BUILD WORKING_DIRECTORY ${CMAKE_BINARY_DIR} VERBATIM
+    COMMAND ${CMAKE_OBJCOPY} --only-keep-debug $<TARGET_FILE_NAME:BrindleXEQ> $<TARGET_FILE_NAME:BrindleXEQ>.debug
+    COMMAND ${CMAKE_OBJCOPY} --strip-debug --add-gnu-debuglink=$<TARGET_FILE_NAME:BrindleXEQ>.debug
+            $<TARGET_FILE_NAME:BrindleXEQ>)

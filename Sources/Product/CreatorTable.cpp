@@ -1,0 +1,85 @@
+#include "Product/CreatorTable.h"
+
+#include <iterator>
+
+#include "Audio/CAudioCCTable.h"
+#include "Audio/CAudioEnv.h"
+#include "Audio/CAudioExtParam.h"
+#include "Audio/CAudioInterfaceBase.h"
+#include "Audio/CAudioInterfaceBaseConnector.h"
+#include "Audio/CAudioParamCollector.h"
+#include "Audio/CAudioParamDef.h"
+#include "Audio/CAudioParamRegistry.h"
+#include "Audio/CAudioProcessDef.h"
+#include "Audio/CAudioProcessLinkDef.h"
+#include "Audio/CAudioVizCollector.h"
+#include "Audio/Converters/CAudioParamConverterBW.h"
+#include "Audio/Converters/CAudioParamConverterEnum.h"
+#include "Audio/Converters/CAudioParamConverterFreq.h"
+#include "Audio/Converters/CAudioParamConverterGain.h"
+#include "Audio/Converters/CAudioParamConverterPercent.h"
+#include "Audio/Converters/CAudioParamConverterRatio.h"
+#include "Audio/Converters/CAudioParamConverterReal.h"
+#include "Audio/Converters/CAudioParamConverterText.h"
+#include "Audio/Converters/CAudioParamConverterTime.h"
+#include "Audio/Filters/CAudioFilterAPF1Gen.h"
+#include "Audio/Filters/CAudioFilterFIRGen.h"
+#include "Audio/Filters/CAudioFilterGen.h"
+#include "Audio/Filters/CAudioFilterGenArray.h"
+#include "Audio/Filters/CAudioFilterHBFGen.h"
+#include "Audio/Filters/CAudioFilterLPHP1Gen.h"
+#include "Audio/Filters/CAudioFilterMagnusGen.h"
+#include "Audio/Filters/CAudioFilterRBJGen.h"
+#include "Audio/Filters/CAudioFilterSerialGen.h"
+#include "Audio/Processes/CQPLEXContextObject.h"
+#include "Core/CObject.h"
+#include "Core/CObjectEventBridge.h"
+
+namespace tarv {
+
+// The classes of the editor, and of settings and timers, come with it: until then their tags make plain objects.
+const CCreatorRow kCreatorRows[] = {
+    {"audio:audio-env", &createObject<CAudioEnv>, nullptr},
+    {"audio:cctable", &createObject<CAudioCCTable>, nullptr},
+    {"audio:cvt-bw", &createObject<CAudioParamConverterBW>, nullptr},
+    {"audio:cvt-enum", &createObject<CAudioParamConverterEnum>, &CAudioParamConverterEnum::initClass},
+    {"audio:cvt-freq", &createObject<CAudioParamConverterFreq>, nullptr},
+    {"audio:cvt-gain", &createObject<CAudioParamConverterGain>, &CAudioParamConverterGain::initClass},
+    {"audio:cvt-percent", &createObject<CAudioParamConverterPercent>, nullptr},
+    {"audio:cvt-ratio", &createObject<CAudioParamConverterRatio>, &CAudioParamConverterRatio::initClass},
+    {"audio:cvt-real", &createObject<CAudioParamConverterReal>, &CAudioParamConverterReal::initClass},
+    {"audio:cvt-text", &createObject<CAudioParamConverterText>, nullptr},
+    {"audio:cvt-time", &createObject<CAudioParamConverterTime>, nullptr},
+    {"audio:ext-param", &createObject<CAudioExtParam>, nullptr},
+    {"audio:ext-param-list", &createObject<CAudioExtParamList>, nullptr},
+    {"audio:fltgen-apf1", &createObject<CAudioFilterAPF1Gen>, nullptr},
+    {"audio:fltgen-array", &createObject<CAudioFilterGenArray>, nullptr},
+    {"audio:fltgen-array-item", &createObject<CAudioFilterGenArrayItem>, nullptr},
+    {"audio:fltgen-bypass", &createObject<CAudioFilterBypassGen>, nullptr},
+    {"audio:fltgen-firhilb", &createObject<CAudioFilterFIRHilbGen>, nullptr},
+    {"audio:fltgen-firlim", &createObject<CAudioFilterFIRLimGen>, nullptr},
+    {"audio:fltgen-firlp", &createObject<CAudioFilterFIRLPGen>, nullptr},
+    {"audio:fltgen-hbf", &createObject<CAudioFilterHBFGen>, nullptr},
+    {"audio:fltgen-lphp1", &createObject<CAudioFilterLPHP1Gen>, nullptr},
+    {"audio:fltgen-magnus", &createObject<CAudioFilterMagnusGen>, nullptr},
+    {"audio:fltgen-rbj", &createObject<CAudioFilterRBJGen>, nullptr},
+    {"audio:fltgen-serial", &createObject<CAudioFilterSerialGen>, nullptr},
+    {"audio:fltgen-serial-item", &createObject<CAudioFilterSerialGenItem>, nullptr},
+    {"audio:interface-base", &createObject<CAudioInterfaceBase>, nullptr},
+    {"audio:interface-base-connector-vst", &createObject<CAudioInterfaceBaseConnectorVST>, nullptr},
+    {"audio:param", &createObject<CAudioParamDef>, nullptr},
+    {"audio:param-alloc", &createObject<CAudioParamAllocDef>, nullptr},
+    {"audio:param-collector", &createObject<CAudioParamCollector>, nullptr},
+    {"audio:param-registry", &createObject<CAudioParamRegistry>, nullptr},
+    {"audio:param-remap", &createObject<CAudioParamRemapDef>, nullptr},
+    {"audio:process-bypass-state", &createObject<CAudioProcessBypassStateDef>, nullptr},
+    {"audio:process-def", &createObject<CAudioProcessDef>, nullptr},
+    {"audio:process-link", &createObject<CAudioProcessLinkDef>, nullptr},
+    {"audio:qplex-context", &createObject<CQPLEXContextObject>, nullptr},
+    {"audio:viz-collector", &createObject<CAudioVizCollector>, nullptr},
+    {"core:object", &createObject<CObject>, nullptr},
+    {"ui:ui-event-bridge", &createObject<CStdEventBridge>, nullptr},
+};
+const int32_t kCreatorRowCount = static_cast<int32_t>(std::size(kCreatorRows));
+
+}  // namespace tarv
