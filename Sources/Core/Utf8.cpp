@@ -34,10 +34,11 @@ void appendUtf8(CString& text, const char* bytes, size_t count) {
         for (int k = 0; k < followers; ++k) {
             point = point << 6 | (static_cast<uint8_t>(bytes[i++]) & 0x3fu);
         }
-        if (point == 0) {
+        const auto unit = static_cast<uint16_t>(point);
+        if (unit == 0) {
             return;
         }
-        text.appendChar(static_cast<uint16_t>(point));
+        text.appendChar(unit);
     }
 }
 

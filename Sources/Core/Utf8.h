@@ -8,7 +8,7 @@ namespace tarv {
 class CString;
 
 /// Appends text decoded from UTF-8 without validation of continuation bytes. A lead byte from 0xf8 and a stray
-/// continuation byte are skipped, a cut sequence or a decoded 0 ends the text, a code point above 0xffff keeps its low
+/// continuation byte are skipped, a cut sequence or a unit of 0 ends the text, a code point above 0xffff keeps its low
 /// 16 bits. `text` widens at the first code point of 256 or more.
 void appendUtf8(CString& text, const char* bytes, size_t count);
 

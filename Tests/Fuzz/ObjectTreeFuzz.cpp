@@ -30,6 +30,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     CGlobalData::instance().setFileAccess(false);
     CLocalData::instance().setFileAccess(false);
     mustSucceed(CApplication::start(kTables));
+    std::atexit(&CApplication::finish);
     return 0;
 }
 
