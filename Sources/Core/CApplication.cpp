@@ -29,8 +29,9 @@ CLock& creationLock() {
 
 double readScale() {
     bool ok = false;
-    double value = CString::toDouble(CLocalData::instance().readText("ui-scale", "1.0"), &ok);
-    return ok ? value : 1.0;
+    CString text = CLocalData::instance().readText("ui-scale", "1.0");
+    double value = CString::toDouble(text, &ok);
+    return ok && !text.isEmpty() ? value : 1.0;
 }
 
 }  // namespace

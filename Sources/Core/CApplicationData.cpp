@@ -1,6 +1,8 @@
 #include "Core/CApplicationData.h"
 
+#include "Core/CFileStreams.h"
 #include "Core/CResourceReader.h"
+#include "Platform/Folders.h"
 
 namespace tarv {
 
@@ -9,6 +11,12 @@ namespace {
 constexpr const char* kMakerPath = "Tarvelo/Audio Plug-Ins/";
 constexpr const char* kProductPath = "Tarvelo/Audio Plug-Ins/Brindle XEQ/";
 constexpr uint32_t kTextId = 0x72747364;  // 'dstr'
+
+CString wideCopy(const CString& path) {
+    CString copy(path);
+    copy.widen();
+    return copy;
+}
 
 }  // namespace
 
@@ -23,8 +31,50 @@ void CApplicationData::setFileAccess(bool allowed) {
 void CApplicationData::reset() {
     CLockScope scope(linkLock());
     foldersResolved_ = foldersFailed_ = foldersExist_ = false;
+    userFolder_.clear();
+    commonFolder_.clear();
     fileAccess_ = true;
     recent_.clear();
+}
+
+void CApplicationData::resolveFolders() {
+    if (foldersResolved_) {
+        return;
+    }
+    foldersResolved_ = true;
+    std::u16string root;
+    foldersFailed_ = dataRootPath(CDataRoot::kUser, root) != 0;
+    if (foldersFailed_) {
+        return;
+    }
+    userFolder_ = CString(root.c_str()) + "/" + subPath_;
+    foldersExist_ = folderExists(wideCopy(userFolder_).wideData());
+    if (dataRootPath(CDataRoot::kCommon, root) == 0) {
+        commonFolder_ = CString(root.c_str()) + "/" + subPath_;
+    }
+}
+
+bool CApplicationData::readFile(const CString& path, CByteBuffer& buffer, uint32_t id) {
+    CFileReader reader;
+    if (CError* error = reader.open(path, kShareRead)) {
+        delete error;
+        return false;
+    }
+    if (CError* error = reader.readCompressedData(buffer, id)) {
+        delete error;
+        buffer.clear();
+    }
+    return true;
+}
+
+bool CApplicationData::readFiles(const CString& name, CByteBuffer& buffer, uint32_t id) {
+    if (foldersFailed_) {
+        return false;
+    }
+    // The last one lets a file replace the embedded copy under the copy's own name.
+    return readFile(userFolder_ + name, buffer, id) ||
+           (!commonFolder_.isEmpty() && readFile(commonFolder_ + name, buffer, id)) ||
+           readFile(userFolder_ + prefix_ + name, buffer, id);
 }
 
 void CApplicationData::read(const CString& name, CByteBuffer& buffer, uint32_t id) {
@@ -33,27 +83,42 @@ void CApplicationData::read(const CString& name, CByteBuffer& buffer, uint32_t i
     if (!fileAccess_) {
         return;
     }
+    resolveFolders();
     auto recent = recent_.find(userFolder_ + name);
     if (recent != recent_.end() && recent->second.id == id) {
         buffer = recent->second.bytes;
         return;
     }
-    CInputStream* stream = nullptr;
-    CError* error = CResourceReader::open(prefix_ + name, stream);
+    CResourceMap::CRange range;
+    if (!readFiles(name, buffer, id) && CResourceMap::find(prefix_ + name, range)) {
+        CMemoryReader reader(range.bytes, range.size);
+        if (CError* error = reader.readCompressedData(buffer, id)) {
+            delete error;
+            buffer.clear();
+        }
+    }
+}
+
+void CApplicationData::writeFile(const CString& path, const CByteBuffer& buffer, uint32_t id) {
+    foldersExist_ = foldersExist_ || makeFolders(wideCopy(userFolder_).wideData()) == 0;
+    CFileWriter writer;
+    CError* error = writer.open(path, false);
     if (!error) {
-        error = stream->readCompressedData(buffer, id);
-        delete stream;
+        error = writer.writeCompressedData(buffer, id);
+        CError* closeError = writer.close();
+        delete closeError;
     }
-    if (error) {
-        delete error;
-        buffer.clear();
-    }
+    delete error;
 }
 
 void CApplicationData::write(const CString& name, const CByteBuffer& buffer, uint32_t id) {
     CLockScope scope(linkLock());
     if (!fileAccess_) {
         return;
+    }
+    resolveFolders();
+    if (!foldersFailed_) {
+        writeFile(userFolder_ + name, buffer, id);
     }
     recent_[userFolder_ + name] = CRecent{id, buffer};
     notifyBridges(name);
@@ -67,16 +132,17 @@ CString CApplicationData::readText(const CString& name, const CString& fallback)
     }
     CMemoryReader reader(buffer.data(), static_cast<uint32_t>(buffer.count()));
     CString text;
-    CError* error = reader.readString(text);
-    TARV_CONSUME(error);
-    return error ? fallback : text;
+    if (CError* error = reader.readString(text)) {
+        TARV_CONSUME(error);
+        return fallback;
+    }
+    return text;
 }
 
 void CApplicationData::writeText(const CString& name, const CString& text) {
     CMemoryWriteBuffer writer;
     CByteBuffer buffer;
-    CError* error = writer.writeString(text);
-    if (error) {
+    if (CError* error = writer.writeString(text)) {
         TARV_CONSUME(error);
         return;
     }

@@ -36,7 +36,10 @@ private:
     };
 
     void resolveFolders();
-    bool readFile(const CString& path, CByteBuffer& buffer, uint32_t id);
+    /// Whether a file is there; what is damaged gives an empty buffer.
+    static bool readFile(const CString& path, CByteBuffer& buffer, uint32_t id);
+    bool readFiles(const CString& name, CByteBuffer& buffer, uint32_t id);
+    void writeFile(const CString& path, const CByteBuffer& buffer, uint32_t id);
 
     CString subPath_;
     CString prefix_;

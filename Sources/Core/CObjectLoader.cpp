@@ -110,12 +110,11 @@ CError* CObject::readChildren(CTreeCursor& cursor) {
 }
 
 CError* CObject::loadFromResource(const CString& resourceName, bool runInit) {
-    CInputStream* stream = nullptr;
-    TARV_TRY(CResourceReader::open(resourceName, stream));
+    CResourceReader reader;
     CByteBuffer buffer;
-    CError* error = stream->readCompressedData(buffer, kTreeId);
-    delete stream;
-    TARV_TRY(error);
+    TARV_TRY(reader.open(resourceName));
+    TARV_TRY(reader.readCompressedData(buffer, kTreeId));
+    TARV_TRY(reader.close());
     CTreeCursor cursor{buffer.data(), buffer.data() + buffer.count()};
     TARV_TRY(createFromBinary(cursor, runInit, true, false, false));
     return nullptr;

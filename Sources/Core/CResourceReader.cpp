@@ -1,6 +1,9 @@
 #include "Core/CResourceReader.h"
 
 #include <map>
+#include <utility>
+
+#include "Core/CFileStreams.h"
 
 namespace tarv {
 
@@ -37,14 +40,72 @@ void CResourceMap::clear() {
     ranges().clear();
 }
 
-CError* CResourceReader::open(const CString& name, CInputStream*& stream) {
-    stream = nullptr;
+CResourceReader::~CResourceReader() {
+    TARV_CONSUME(close());
+}
+
+CError* CResourceReader::open(const CString& name) {
+    TARV_TRY(close());
     CResourceMap::CRange range;
     if (CResourceMap::find(name, range)) {
-        stream = new CMemoryReader(range.bytes, range.size);
+        source_ = new CMemoryReader(range.bytes, range.size);
         return nullptr;
     }
-    TARV_FAIL("@tarvstr_CResourceReader_open_NoFile Resource '%1' does not exist.", name);
+    auto* file = new CFileReader;
+    source_ = file;
+    TARV_TRY(file->open(name, kShareRead));
+    return nullptr;
+}
+
+CError* CResourceReader::close() {
+    CPosInputStream* source = std::exchange(source_, nullptr);
+    CError* error = source ? source->close() : nullptr;
+    delete source;
+    TARV_TRY(error);
+    return nullptr;
+}
+
+CError* CResourceReader::requireOpen() const {
+    if (!source_) {
+        TARV_FAIL("@tarvstr_CResourceReader_requireOpen_NotOpen Resource reader is not open.");
+    }
+    return nullptr;
+}
+
+CError* CResourceReader::consume(int64_t count) {
+    TARV_TRY(requireOpen());
+    TARV_TRY(source_->consume(count));
+    return nullptr;
+}
+
+CError* CResourceReader::read(void* buffer, int64_t count) {
+    TARV_TRY(requireOpen());
+    TARV_TRY(source_->read(buffer, count));
+    return nullptr;
+}
+
+CError* CResourceReader::readStreamed(void* buffer, int64_t& count) {
+    TARV_TRY(requireOpen());
+    TARV_TRY(source_->readStreamed(buffer, count));
+    return nullptr;
+}
+
+CError* CResourceReader::getPosition(int64_t& position) {
+    TARV_TRY(requireOpen());
+    TARV_TRY(source_->getPosition(position));
+    return nullptr;
+}
+
+CError* CResourceReader::setPosition(int64_t position) {
+    TARV_TRY(requireOpen());
+    TARV_TRY(source_->setPosition(position));
+    return nullptr;
+}
+
+CError* CResourceReader::getSize(int64_t& size) {
+    TARV_TRY(requireOpen());
+    TARV_TRY(source_->getSize(size));
+    return nullptr;
 }
 
 }  // namespace tarv

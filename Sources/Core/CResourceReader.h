@@ -27,11 +27,25 @@ public:
     static void clear();
 };
 
-/// Opens what a `file` attribute names.
-class CResourceReader {
+/// Reads what a `file` attribute names: the embedded range of that name, otherwise the file. One thread at a time.
+class CResourceReader : public CPosInputStream {
 public:
-    /// An embedded range of that name, otherwise a file. The caller owns the stream; on failure it is null.
-    [[nodiscard]] static CError* open(const CString& name, CInputStream*& stream);
+    CResourceReader() = default;
+    ~CResourceReader() override;
+    /// Once. A name that is neither fails in the file reader's words.
+    [[nodiscard]] CError* open(const CString& name);
+    [[nodiscard]] CError* close() override;
+    [[nodiscard]] CError* consume(int64_t count) override;
+    [[nodiscard]] CError* read(void* buffer, int64_t count) override;
+    [[nodiscard]] CError* readStreamed(void* buffer, int64_t& count) override;
+    [[nodiscard]] CError* getPosition(int64_t& position) override;
+    [[nodiscard]] CError* setPosition(int64_t position) override;
+    [[nodiscard]] CError* getSize(int64_t& size) override;
+
+private:
+    [[nodiscard]] CError* requireOpen() const;
+
+    CPosInputStream* source_ = nullptr;
 };
 
 }  // namespace tarv
