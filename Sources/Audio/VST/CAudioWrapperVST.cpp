@@ -106,8 +106,10 @@ vst::AEffect* CAudioWrapperVST::create(vst::HostCallback host) {
 CAudioWrapperVST::CAudioWrapperVST(vst::HostCallback host) : AudioEffectX(host, 1, 1) {}
 
 CAudioWrapperVST::~CAudioWrapperVST() {
-    CAudioWrapper::suspend();
     setEditor(nullptr);
+    if (isActive()) {
+        CAudioWrapper::suspend();
+    }
 }
 
 bool CAudioWrapperVST::isFocusTaken() {
@@ -150,9 +152,13 @@ void CAudioWrapperVST::suspend() {
 
 void CAudioWrapperVST::resume() {
     CProcessScope scope(*this);
+    const auto rate = static_cast<double>(AudioEffectX::sampleRate());
+    if (isActive() && rate != env()->sampleRate()) {
+        // A host that changes the rate and forgot to suspend shall not hear the filters of the old one.
+        CAudioWrapper::suspend();
+    }
     CAudioWrapper::setBlockSize(AudioEffectX::blockSize());
-    CAudioWrapper::setSampleRate(static_cast<double>(AudioEffectX::sampleRate()));
-    setOffline(hostProcessLevel() == vst::kLevelOffline);
+    CAudioWrapper::setSampleRate(rate);
     setChannelCounts(getAeffect()->numInputs, getAeffect()->numOutputs);
     CAudioWrapper::resume();
     setInitialDelay(latency());

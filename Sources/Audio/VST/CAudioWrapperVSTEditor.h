@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Audio/VST/AudioEffectX.h"
+#include "Core/CObject.h"
+
+namespace tarv {
+
+class CAudioWrapperVST;
+
+/// The editor of one effect: a second object tree, with a root of its own, which finds the engine by the pointer in
+/// its root's attribute `PluginRootPtrVar`. Not there yet: the window, without which open gives up; so the effect makes
+/// no editor. Thread: the host's user interface.
+class CAudioWrapperVSTEditor : public AEffEditor {
+public:
+    /// The effect outlives its editor. Reads `window-width` and `window-height` of the project, in pixels at scale 1.
+    explicit CAudioWrapperVSTEditor(CAudioWrapperVST& effect);
+    ~CAudioWrapperVSTEditor() override;
+
+    CAudioWrapperVST* getEffect() const { return &effect_; }
+    bool getRect(vst::Rect** rect) override;
+    bool open(void* parent) override;
+    void close() override;
+    bool isOpen() const override { return root_ != nullptr; }
+    void idle() override {}
+    bool onWheel(float) override { return false; }
+
+private:
+    [[nodiscard]] CError* buildTree(void* parent);
+    const CString& errorContextName() const;
+
+    CAudioWrapperVST& effect_;
+    vst::Rect rect_;
+    CObject* root_ = nullptr;
+};
+
+}  // namespace tarv
