@@ -191,7 +191,7 @@ void CAudioProcess::mergeChannel(CAudioPort& dst, const CAudioChannel& channel) 
     CQPLEXContext& ctx = context();
     for (CAudioChannel& there : dst.channels) {
         if (there.group == channel.group && there.element == channel.element) {
-            const CBufferHandle sum = ctx.takeBuffer(dst.samples * static_cast<int32_t>(sizeof(double)));
+            const CBufferHandle sum = ctx.takeSignal(dst.samples);
             ctx.issue(ctx.commonKernel(CCommonKernel::Add2), dst.samples, 0.0, {sum, there.handle, channel.handle});
             ctx.releaseReference(there.handle);
             ctx.releaseReference(channel.handle);

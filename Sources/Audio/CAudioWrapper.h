@@ -96,6 +96,7 @@ private:
     /// only when a process has run.
     static constexpr int32_t kBlocksPerChannel = 8;
     static constexpr int32_t kStatesPerVoice = 3;
+    static constexpr int32_t kLargeStateBytes = 256;
 
     template <class Sample>
     void processAny(const Sample* const* inputs, Sample* const* outputs, int32_t frames);

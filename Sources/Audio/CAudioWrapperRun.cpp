@@ -127,6 +127,7 @@ void CAudioWrapper::prepareGraph() {
     graph_.context->reserveBuffers(inputCount_ + kBlocksPerChannel * (graph_.channelsUsed + 1), blockBytes);
     // Each voice needs new states, coefficients and a ramp for a fade while the old ones are still in use.
     graph_.context->reserveBuffers(kStatesPerVoice * graph_.voiceCount, static_cast<int32_t>(sizeof(double)));
+    graph_.context->reserveBuffers(graph_.voiceCount, kLargeStateBytes);
 }
 
 void CAudioWrapper::runGraph(int32_t frames) {
@@ -159,7 +160,7 @@ void CAudioWrapper::takeInputs(const Sample* const* inputs, int32_t offset, int3
     for (int32_t i = 0; inputs != nullptr && i < graph_.hostInputs; ++i) {
         // An input without a buffer is left out: the router makes silence for whoever asks for it.
         if (inputs[i] != nullptr) {
-            const CBufferHandle block = graph_.context->takeBuffer(frames * static_cast<int32_t>(sizeof(double)));
+            const CBufferHandle block = graph_.context->takeSignal(frames);
             widen(graph_.context->signal(block), inputs[i] + offset, frames);
             mainProcess_->input(0).add(0, i, 0, block);
         }

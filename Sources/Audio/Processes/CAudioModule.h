@@ -36,7 +36,7 @@ protected:
     /// A fresh seed block, its one word 0.
     CBufferHandle takeSeed() const;
     CBufferHandle takeSignal(int32_t count) const {
-        return context().takeBuffer(count * static_cast<int32_t>(sizeof(double)));
+        return context().takeSignal(count);
     }
     /// The block itself with one more reference.
     CBufferHandle forward(CBufferHandle handle) const {

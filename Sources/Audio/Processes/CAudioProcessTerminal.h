@@ -305,7 +305,7 @@ CBufferHandle CAudioProcessTerminal<T>::runVoice(CVoice& voice, CBufferHandle in
         return current;
     }
     const CBufferHandle old = voice.old->run(in, second, count);
-    const CBufferHandle out = context().takeBuffer(count * static_cast<int32_t>(sizeof(double)));
+    const CBufferHandle out = context().takeSignal(count);
     context().issue(context().commonKernel(CCommonKernel::Xfade), count, 0.0, {out, voice.ramp, current, old});
     context().releaseReference(current);
     context().releaseReference(old);
@@ -331,7 +331,7 @@ void CAudioProcessTerminal<T>::runCut(int32_t count) {
     CAudioPort& out = output(0);
     constexpr auto kBytes = static_cast<int32_t>(sizeof(double));
     for (const CAudioChannel& channel : input(0).channels) {
-        out.add(channel.group, channel.element, channel.serial, context().takeBuffer(count * kBytes));
+        out.add(channel.group, channel.element, channel.serial, context().takeSignal(count));
     }
     for (int32_t position = 0; position < count;) {
         const int32_t length = segmentLength(count - position);

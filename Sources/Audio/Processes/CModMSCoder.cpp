@@ -58,9 +58,8 @@ int32_t CModMSCoder::findPartner(const CAudioPort& in, int32_t first) const {
 
 void CModMSCoder::code(CAudioChannel& first, CAudioChannel& second, int32_t samples) {
     CQPLEXContext& ctx = context();
-    const int32_t bytes = samples * static_cast<int32_t>(sizeof(double));
-    const CBufferHandle out1 = ctx.takeBuffer(bytes);
-    const CBufferHandle out2 = ctx.takeBuffer(bytes);
+    const CBufferHandle out1 = ctx.takeSignal(samples);
+    const CBufferHandle out2 = ctx.takeSignal(samples);
     ctx.issue(isDecoder_ ? decodeKernel_ : encodeKernel_, samples, 0.0, {out1, out2, first.handle, second.handle});
     ctx.releaseReference(first.handle);
     ctx.releaseReference(second.handle);

@@ -44,7 +44,7 @@ void CModInterpolator::process() {
     out.samples = 2 * count;
     out.rate = 2.0 * in.rate;
     for (const CAudioChannel& channel : in.channels) {
-        const CBufferHandle block = context().takeBuffer(2 * count * static_cast<int32_t>(sizeof(double)));
+        const CBufferHandle block = context().takeSignal(2 * count);
         context().issue(kernel_, count, 0.0, {block, channel.handle});
         out.add(channel.group, channel.element, channel.serial, block);
     }
@@ -75,7 +75,7 @@ void CModDecimator::process() {
     out.samples = kept;
     out.rate = 0.5 * in.rate;
     for (const CAudioChannel& channel : in.channels) {
-        const CBufferHandle block = context().takeBuffer(kept * static_cast<int32_t>(sizeof(double)));
+        const CBufferHandle block = context().takeSignal(kept);
         context().issue(offset_ == 0 ? evenKernel_ : oddKernel_, kept, 0.0, {block, channel.handle});
         out.add(channel.group, channel.element, channel.serial, block);
     }

@@ -48,7 +48,7 @@ const CAudioChannel* CModRouter::findElement(const CAudioPort& port, int32_t ele
 }
 
 CBufferHandle CModRouter::silence(int32_t samples) const {
-    const CBufferHandle block = context().takeBuffer(samples * static_cast<int32_t>(sizeof(double)));
+    const CBufferHandle block = context().takeSignal(samples);
     context().issue(context().commonKernel(CCommonKernel::Fill0), samples, 0.0, {block});
     return block;
 }

@@ -112,6 +112,12 @@ public:
 
     /// A buffer of at least `bytes`, contents undefined, one reference. kNoBuffer when all 2048 are in use.
     CBufferHandle takeBuffer(int32_t bytes);
+    /// A buffer for `samples` 64-bit floats of a signal. Short blocks take the storages of long ones, so that a host may
+    /// vary its blocks without a new storage.
+    CBufferHandle takeSignal(int32_t samples) {
+        constexpr int32_t kShortest = 256;
+        return takeBuffer((samples > kShortest ? samples : kShortest) * static_cast<int32_t>(sizeof(double)));
+    }
     /// Handles with an offset name the same buffer. kNoBuffer does nothing.
     void addReference(CBufferHandle handle);
     void releaseReference(CBufferHandle handle);
