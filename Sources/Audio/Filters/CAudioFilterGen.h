@@ -43,4 +43,7 @@ constexpr double kHighestPlace = 0.48;
 /// The coefficient k of v += (x - v) k for a one-pole low-pass at `angle` radians a sample.
 double onePoleCoefficient(double angle);
 
+/// Reads numbers separated by commas; false when a piece is no number. An empty text has no numbers.
+bool readNumbers(const CString& text, CArray<double, 8>& numbers);
+
 }  // namespace tarv

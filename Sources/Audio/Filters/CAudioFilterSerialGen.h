@@ -16,7 +16,7 @@ public:
 
 private:
     const CAudioFilterGen* generator_ = nullptr;
-    CArray<double, 4> adjust_;
+    CArray<double, 8> adjust_;
 };
 
 /// Lines up the designs of its items, each called with the design values times the item's factors.

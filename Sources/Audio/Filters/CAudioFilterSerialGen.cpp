@@ -1,0 +1,81 @@
+#include "Audio/Filters/CAudioFilterSerialGen.h"
+
+#include <algorithm>
+
+namespace tarv {
+
+CError* CAudioFilterSerialGenItem::init() {
+    TARV_TRY(CObject::init());
+    const CString& path = getAttrString("fltgen");
+    const CAudioFilterGen* found = findObjectOf<CAudioFilterGen>(path);
+    const CAudioFilterGen* owner = dynamic_cast<const CAudioFilterGen*>(parent());
+    if (!found || (owner && found->uses(*owner))) {
+        TARV_FAIL(
+            "@tarvstr_CAudioFilterSerialGenItem_init_InvalidFltGen Invalid filter generator with the name '%1' "
+            "specified.",
+            path);
+    }
+    if (!readNumbers(getAttrString("adjust"), adjust_)) {
+        TARV_FAIL("@tarvstr_CAudioFilterSerialGenItem_init_InvalidAdjust Invalid list of factors '%1' specified.",
+                  getAttrString("adjust"));
+    }
+    generator_ = found;
+    return nullptr;
+}
+
+CError* CAudioFilterSerialGen::init() {
+    TARV_TRY(CAudioFilterGen::init());
+    isParallel_ = getAttrBool("is-parallel");
+    return nullptr;
+}
+
+CError* CAudioFilterSerialGen::childAdded(CObject* child) {
+    TARV_TRY(CAudioFilterGen::childAdded(child));
+    if (const auto* item = dynamic_cast<const CAudioFilterSerialGenItem*>(child)) {
+        items_.append(item);
+    }
+    return nullptr;
+}
+
+void CAudioFilterSerialGen::removeChild(CObject* child) {
+    // A child that unlinks itself while it is destroyed is an item no longer, so its address alone is compared.
+    for (int32_t i = items_.count(); i-- > 0;) {
+        if (static_cast<const CObject*>(items_[i]) == child) {
+            items_.removeAt(i);
+        }
+    }
+    CAudioFilterGen::removeChild(child);
+}
+
+void CAudioFilterSerialGen::design(CSectionList& list, double sampleRate, const double* values, int32_t count) const {
+    restart(list);
+    CArray<double, 16> scaled;
+    scaled.resize(std::max(count, 0));
+    for (const CAudioFilterSerialGenItem* item : items_) {
+        if (!item->generator()) {
+            continue;
+        }
+        for (int32_t i = 0; i < count; ++i) {
+            scaled[i] = values[i] * item->factor(i);
+        }
+        CSectionList part;
+        item->generator()->design(part, sampleRate, scaled.data(), count);
+        for (CFilterSection& section : part.sections) {
+            list.sections.resize(list.sections.count() + 1);
+            list.sections.last() = std::move(section);
+        }
+        if (!isParallel_) {
+            list.latency += part.latency;
+        }
+    }
+    list.isParallel = isParallel_ && list.sections.count() > 1;
+}
+
+bool CAudioFilterSerialGen::uses(const CAudioFilterGen& other) const {
+    const auto leads = [&other](const CAudioFilterSerialGenItem* item) {
+        return item->generator() && item->generator()->uses(other);
+    };
+    return this == &other || std::any_of(items_.begin(), items_.end(), leads);
+}
+
+}  // namespace tarv
