@@ -46,6 +46,10 @@ else()
     set(export_map ${CMAKE_SOURCE_DIR}/Sources/Product/BrindleXEQ.map)
     target_link_options(BrindleXEQ PRIVATE -Wl,--version-script=${export_map} -Wl,--defsym=main=VSTPluginMain)
     set_target_properties(BrindleXEQ PROPERTIES LINK_DEPENDS ${export_map})
+    if(NOT TARV_SANITIZER)
+        # A sanitizer's runtime is in the program that loads the library; all else must be here.
+        target_link_options(BrindleXEQ PRIVATE -Wl,-z,defs)
+    endif()
 endif()
 # What a crash report needs stays here; what is shipped is without it.
 add_custom_command(TARGET BrindleXEQ POST_BUILD WORKING_DIRECTORY ${CMAKE_BINARY_DIR} VERBATIM

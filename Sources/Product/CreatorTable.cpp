@@ -31,6 +31,16 @@
 #include "Audio/Filters/CAudioFilterMagnusGen.h"
 #include "Audio/Filters/CAudioFilterRBJGen.h"
 #include "Audio/Filters/CAudioFilterSerialGen.h"
+#include "Audio/Processes/CModBypass.h"
+#include "Audio/Processes/CModDenorm.h"
+#include "Audio/Processes/CModFilter.h"
+#include "Audio/Processes/CModGain.h"
+#include "Audio/Processes/CModMSCoder.h"
+#include "Audio/Processes/CModMetaTube.h"
+#include "Audio/Processes/CModMute.h"
+#include "Audio/Processes/CModNode.h"
+#include "Audio/Processes/CModResampler.h"
+#include "Audio/Processes/CModRouter.h"
 #include "Audio/Processes/CQPLEXContextObject.h"
 #include "Core/CObject.h"
 #include "Core/CObjectEventBridge.h"
@@ -67,6 +77,20 @@ const CCreatorRow kCreatorRows[] = {
     {"audio:fltgen-serial-item", &createObject<CAudioFilterSerialGenItem>, nullptr},
     {"audio:interface-base", &createObject<CAudioInterfaceBase>, nullptr},
     {"audio:interface-base-connector-vst", &createObject<CAudioInterfaceBaseConnectorVST>, nullptr},
+    {"audio:modBypass", &createObject<CModBypassDef>, nullptr},
+    {"audio:modDecimator", &createObject<CModDecimatorDef>, nullptr},
+    {"audio:modDenorm", &createObject<CModDenormDef>, nullptr},
+    {"audio:modDownsampler", &createObject<CModDownsamplerDef>, nullptr},
+    {"audio:modFilter", &createObject<CModFilterDef>, nullptr},
+    {"audio:modGain", &createObject<CModGainDef>, nullptr},
+    {"audio:modInterpolator", &createObject<CModInterpolatorDef>, nullptr},
+    {"audio:modMSCoder", &createObject<CModMSCoderDef>, nullptr},
+    {"audio:modMetaTube", &createObject<CModMetaTubeDef>, nullptr},
+    {"audio:modMute", &createObject<CModMuteDef>, nullptr},
+    {"audio:modNode", &createObject<CModNodeDef>, nullptr},
+    {"audio:modOutput", &createObject<CModOutputDef>, nullptr},
+    {"audio:modRouter", &createObject<CModRouterDef>, nullptr},
+    {"audio:modUpsampler", &createObject<CModUpsamplerDef>, nullptr},
     {"audio:param", &createObject<CAudioParamDef>, nullptr},
     {"audio:param-alloc", &createObject<CAudioParamAllocDef>, nullptr},
     {"audio:param-collector", &createObject<CAudioParamCollector>, nullptr},
