@@ -124,8 +124,8 @@ CError* CObject::releaseBridged() {
 
 CError* CObject::releaseChildBridged(CAttributeMap& params) {
     auto* child = static_cast<CObject*>(params["child"].asPointer());
-    // A request may arrive twice, or after the child has gone another way.
-    if (children_.indexOf(child) >= 0) {
+    // A request may arrive twice, or after the child has gone another way and left its place to a new one.
+    if (children_.indexOf(child) >= 0 && child->fullName_ == params["sender"].asString()) {
         delete child;
     }
     return nullptr;
