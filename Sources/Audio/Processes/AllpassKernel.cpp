@@ -18,6 +18,7 @@ struct CAllpass {
 
     template <class... Operation>
     void load(Operation&... from) {
+#pragma GCC unroll 6
         for (int32_t k = 0; k < kSections; ++k) {
             loadMember(c[k], k, from...);
             loadMember(x1[k], kSections + k, from...);
@@ -27,12 +28,14 @@ struct CAllpass {
     }
     template <class... Operation>
     void store(Operation&... to) {
+#pragma GCC unroll 6
         for (int32_t k = 0; k < kSections; ++k) {
             storeMember(x1[k], kSections + k, to...);
             storeMember(y1[k], 2 * kSections + k, to...);
         }
     }
     T step(T x) {
+#pragma GCC unroll 6
         for (int32_t k = 0; k < kSections; ++k) {
             const T y = (x - y1[k]) * c[k] + x1[k];
             x1[k] = x;

@@ -30,15 +30,18 @@ struct CBranch {
     CPair lines[N + 1];
 
     void load(const double* c, const double* memory, int32_t index) {
+#pragma GCC unroll 8
         for (int32_t k = 0; k < N; ++k) {
             coefficients[k] = CPair(c[k]);
         }
+#pragma GCC unroll 9
         for (int32_t k = 0; k <= N; ++k) {
             const double* const line = memory + k * kLineLength;
             lines[k] = CPair(line[(index + 2) & 3], line[(index + 1) & 3]);
         }
     }
     void store(double* memory, int32_t index) const {
+#pragma GCC unroll 9
         for (int32_t k = 0; k <= N; ++k) {
             double* const line = memory + k * kLineLength;
             line[(index + 2) & 3] = lines[k].first();
@@ -56,6 +59,7 @@ struct CBranch {
         return x;
     }
     double stepOne(double x) {
+#pragma GCC unroll 8
         for (int32_t k = 0; k < N; ++k) {
             const double y = (x - lines[k + 1].first()) * coefficients[k].first() + lines[k].first();
             lines[k] = CPair(lines[k].second(), x);

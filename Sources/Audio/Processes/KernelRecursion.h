@@ -70,12 +70,14 @@ private:
     static void runOne(State<double>& state, COperation& operation) {
         double* const out = operation.signal(0);
         const double* in[kInputs];
+#pragma GCC unroll 2
         for (int32_t k = 0; k < kInputs; ++k) {
             in[k] = operation.signal(2 + k);
         }
         const int32_t count = operation.count;
         for (int32_t i = 0; i < count; ++i) {
             double x[kInputs];
+#pragma GCC unroll 2
             for (int32_t k = 0; k < kInputs; ++k) {
                 x[k] = in[k][i];
             }
@@ -87,6 +89,7 @@ private:
     static void runSquare(State<CPair>& state, double* const* out, const double* const (*in)[2], int32_t i) {
         CPair early[kInputs];
         CPair late[kInputs];
+#pragma GCC unroll 2
         for (int32_t k = 0; k < kInputs; ++k) {
             early[k] = loadPair(in[k][0] + i);
             late[k] = loadPair(in[k][1] + i);
@@ -104,10 +107,13 @@ private:
         State<CPair> state[Pairs];
         double* out[Pairs][2];
         const double* in[Pairs][kInputs][2];
+#pragma GCC unroll 4
         for (int32_t p = 0; p < Pairs; ++p) {
             state[p].load(*operations[2 * p], *operations[2 * p + 1]);
+#pragma GCC unroll 2
             for (int32_t c = 0; c < 2; ++c) {
                 out[p][c] = operations[2 * p + c]->signal(0);
+#pragma GCC unroll 2
                 for (int32_t k = 0; k < kInputs; ++k) {
                     in[p][k][c] = operations[2 * p + c]->signal(2 + k);
                 }
@@ -121,8 +127,13 @@ private:
                 runSquare(state[p], out[p], in[p], i);
             }
         }
-        for (int32_t p = 0; i < count && p < Pairs; ++p) {
+#pragma GCC unroll 4
+        for (int32_t p = 0; p < Pairs; ++p) {
+            if (i == count) {
+                break;
+            }
             CPair x[kInputs];
+#pragma GCC unroll 2
             for (int32_t k = 0; k < kInputs; ++k) {
                 x[k] = CPair(in[p][k][0][i], in[p][k][1][i]);
             }
@@ -130,6 +141,7 @@ private:
             out[p][0][i] = y.first();
             out[p][1][i] = y.second();
         }
+#pragma GCC unroll 4
         for (int32_t p = 0; p < Pairs; ++p) {
             state[p].store(*operations[2 * p], *operations[2 * p + 1]);
         }

@@ -18,6 +18,7 @@ struct COnePole {
     template <class... Operation>
     void load(Operation&... from) {
         loadMember(k, 0, from...);
+#pragma GCC unroll 4
         for (int32_t i = 0; i < Stages; ++i) {
             loadMember(v[i], 1 + i, from...);
         }
@@ -25,6 +26,7 @@ struct COnePole {
     }
     template <class... Operation>
     void store(Operation&... to) {
+#pragma GCC unroll 4
         for (int32_t i = 0; i < Stages; ++i) {
             storeMember(v[i], 1 + i, to...);
         }
