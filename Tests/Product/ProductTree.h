@@ -1,0 +1,72 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "Core/CApplication.h"
+#include "Product/CreatorTable.h"
+#include "Product/ResourceTable.h"
+
+namespace tarv {
+
+struct CAttributeRow {
+    const char* name;
+    const char* value;
+};
+
+/// An object as the tables tell it: all of its attributes, in any order.
+struct CObjectRow {
+    const char* name;
+    const char* tag;
+    std::vector<CAttributeRow> attributes;
+};
+
+/// The application with the product's own classes and resources.
+class CProductTree : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        CError* error = CApplication::start(
+            {.creators = kCreatorRows, .creatorCount = kCreatorRowCount, .resources = kResourceRows});
+        ASSERT_FALSE(error) << error->joined().toUtf8();
+    }
+    static void TearDownTestSuite() { CApplication::finish(); }
+    ~CProductTree() override { delete root_; }
+
+    static const CObject* sharedRoot() { return CApplication::sharedRoot(); }
+    static const CObject* shared(const std::string& path) {
+        return sharedRoot()->findObject(CString::fromUtf8(path.data(), path.size()));
+    }
+
+    /// The tree of one instance; null, with a failed test, if it can't be made.
+    const CObject* makePlugin() {
+        CError* error = CApplication::initRootObject(root_);
+        EXPECT_FALSE(error);
+        CObject* plugin = nullptr;
+        if (!error) {
+            error = root_->createChild(plugin, "plugin", "plugin", true);
+            EXPECT_FALSE(error) << error->joined().toUtf8();
+        }
+        delete error;
+        return plugin;
+    }
+
+    static void expectObject(const CObject* object, const CObjectRow& row) {
+        ASSERT_TRUE(object) << row.name;
+        EXPECT_EQ(object->name().toUtf8(), row.name);
+        EXPECT_EQ(object->tag().toUtf8(), row.tag) << row.name;
+        for (const CAttributeRow& attribute : row.attributes) {
+            EXPECT_TRUE(object->hasAttr(attribute.name)) << row.name << ' ' << attribute.name;
+            EXPECT_EQ(object->getAttrString(attribute.name).toUtf8(), attribute.value)
+                << row.name << ' ' << attribute.name;
+        }
+        // The object's name and full name are attributes too.
+        EXPECT_EQ(object->attributes().size(), row.attributes.size() + 2) << row.name;
+    }
+
+private:
+    CObject* root_ = nullptr;
+};
+
+}  // namespace tarv
