@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -141,6 +142,22 @@ double peak(const std::vector<Sample>& samples, size_t from = 0) {
         most = std::isfinite(samples[i]) ? std::max(most, std::abs(static_cast<double>(samples[i]))) : INFINITY;
     }
     return most;
+}
+
+/// Whether two signals are the same, and if not, where they first differ.
+template <class Sample>
+::testing::AssertionResult sameBits(const CSignal<Sample>& a, const CSignal<Sample>& b) {
+    if (a.size() != b.size() || a.empty()) {
+        return ::testing::AssertionFailure() << a.size() << " channels against " << b.size();
+    }
+    for (size_t c = 0; c < a.size(); ++c) {
+        for (size_t i = 0; i < std::max(a[c].size(), b[c].size()); ++i) {
+            if (i >= a[c].size() || i >= b[c].size() || std::memcmp(&a[c][i], &b[c][i], sizeof(Sample)) != 0) {
+                return ::testing::AssertionFailure() << "channel " << c << " differs from frame " << i;
+            }
+        }
+    }
+    return ::testing::AssertionSuccess();
 }
 
 }  // namespace tarv::host

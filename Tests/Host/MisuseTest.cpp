@@ -32,7 +32,7 @@ TEST_F(MisuseTest, MoreFramesThanAnnouncedSoundTheSame) {
     CCut tooLong;
     tooLong.block = 4500;
     tooLong.announced = 64;
-    EXPECT_EQ(render(library->entry(), input, 44100.0, tooLong), render(library->entry(), input, 44100.0));
+    EXPECT_TRUE(sameBits(render(library->entry(), input, 44100.0, tooLong), render(library->entry(), input, 44100.0)));
 }
 
 TEST_F(MisuseTest, NoFramesOrFewerTouchNothing) {
@@ -127,7 +127,7 @@ TEST_F(MisuseTest, ResumeAndSuspendMayComeTwice) {
     host.resume();
     host.resume();
     const auto output = process(host, input);
-    EXPECT_EQ(output, render(library->entry(), input, 48000.0));
+    EXPECT_TRUE(sameBits(output, render(library->entry(), input, 48000.0)));
     host.suspend();
     host.suspend();
 }
@@ -142,7 +142,7 @@ TEST_F(MisuseTest, InputsThatAreNoNumbersCountAsSilence) {
             clean[c][100 + 7 * i] = 0.0;
         }
     }
-    EXPECT_EQ(render(library->entry(), poisoned, 44100.0), render(library->entry(), clean, 44100.0));
+    EXPECT_TRUE(sameBits(render(library->entry(), poisoned, 44100.0), render(library->entry(), clean, 44100.0)));
 }
 
 TEST_F(MisuseTest, AnAbsurdLevelPassesAndTheEffectRecovers) {

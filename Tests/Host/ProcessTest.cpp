@@ -1,6 +1,4 @@
 // Audio as a host hears it: precisions, blocks, rates.
-#include <cstring>
-
 #include "HostTest.h"
 
 namespace tarv::host {
@@ -9,15 +7,6 @@ namespace {
 using ProcessTest = HostTest;
 
 constexpr float kOversamplingPositions[] = {0.25f, 0.5f, 0.75f, 1.0f};
-
-template <class Sample>
-bool sameBits(const CSignal<Sample>& a, const CSignal<Sample>& b) {
-    bool same = a.size() == b.size();
-    for (size_t c = 0; same && c < a.size(); ++c) {
-        same = a[c].size() == b[c].size() && std::memcmp(a[c].data(), b[c].data(), a[c].size() * sizeof(Sample)) == 0;
-    }
-    return same;
-}
 
 /// Amplitude of the sine of this frequency in the last `count` samples, which hold whole periods.
 double amplitude(const std::vector<double>& samples, double hz, double rate, size_t count) {

@@ -128,6 +128,8 @@ CError* CAudioWrapperVST::init() {
     const int32_t channels = isManyChannels_ ? internalChannelCount() : 2;
     setNumInputs(channels);
     setNumOutputs(channels);
+    // Before the first resume a host may process already: all of its outputs are to be silent.
+    setChannelCounts(channels, channels);
     return nullptr;
 }
 
@@ -159,7 +161,6 @@ void CAudioWrapperVST::resume() {
     }
     CAudioWrapper::setBlockSize(AudioEffectX::blockSize());
     CAudioWrapper::setSampleRate(rate);
-    setChannelCounts(getAeffect()->numInputs, getAeffect()->numOutputs);
     CAudioWrapper::resume();
     setInitialDelay(latency());
 }
