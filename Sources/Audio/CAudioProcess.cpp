@@ -151,6 +151,10 @@ void CAudioProcess::process() {
     if (isStructureDirty_) {
         rebuildOrder();
     }
+    for (int32_t port = 0; port < outputCount(); ++port) {
+        output(port).release(context());
+        output(port).samples = CAudioPort::kUnlimited;
+    }
     for (const CStep& step : steps_) {
         if (step.child != nullptr) {
             step.child->process();
