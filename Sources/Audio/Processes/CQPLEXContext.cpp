@@ -10,8 +10,7 @@ namespace tarv {
 
 namespace {
 
-constexpr uint32_t kWriterHolds = 1;
-constexpr uint32_t kNotify = 2;
+constexpr int32_t kWriterHolds = -1;
 constexpr int32_t kNone = -1;
 constexpr size_t kNameLength = 64;
 constexpr int32_t kMaxBatch = 16;
@@ -37,12 +36,33 @@ uint32_t hashOf(const char* name) {
     return hash & 0x3ff;
 }
 
+/// Operands of an operation that claim a buffer, and those of them that claim it for writing.
+struct CClaims {
+    uint8_t all;
+    uint8_t writing;
+};
+
+/// A buffer named more than once is claimed once, by its first operand, for writing if any of its operands is written.
+CClaims mergedClaims(const int32_t* indexes, int32_t operandCount, uint32_t writeMask) {
+    uint32_t all = 0;
+    uint32_t writing = 0;
+    for (int32_t j = 0; j < operandCount; ++j) {
+        int32_t first = 0;
+        while (indexes[first] != indexes[j]) {
+            ++first;
+        }
+        all |= 1u << first;
+        writing |= ((writeMask >> j) & 1u) << first;
+    }
+    return {static_cast<uint8_t>(all), static_cast<uint8_t>(writing)};
+}
+
 }  // namespace
 
 CQPLEXContext::CQPLEXContext() {
     for (int32_t i = 0; i < kBufferCount; ++i) {
-        buffers_[i] = {
-            nullptr, i + 1 < kBufferCount ? i + 1 : kNone, 0, 0, 0, kNone, kNone, {nullptr, nullptr}, nullptr, 0};
+        buffers_[i] = {nullptr, i + 1 < kBufferCount ? i + 1 : kNone, 0, 0, kNone, kNone, {nullptr, nullptr}, nullptr,
+                       0};
     }
     for (int32_t i = 0; i < kOperationCount; ++i) {
         operations_[i].next = i + 1 < kOperationCount ? i + 1 : kNone;
@@ -129,7 +149,7 @@ void CQPLEXContext::allocateStorage(int32_t index, int32_t sizeClass) {
     ++counters_.storageGrowths;
 }
 
-int32_t CQPLEXContext::popFree(int32_t sizeClass) {
+inline int32_t CQPLEXContext::popFree(int32_t sizeClass) {
     const int32_t index = freeBuffers_[sizeClass];
     if (index != kNone) {
         freeBuffers_[sizeClass] = buffers_[index].refs;
@@ -170,8 +190,11 @@ int32_t CQPLEXContext::takeFree(int32_t sizeClass) {
 
 CBufferHandle CQPLEXContext::takeBuffer(int32_t bytes) {
     const int32_t sizeClass = sizeClassOf(bytes);
-    int32_t index = takeFree(sizeClass);
-    if (index == kNone) {
+    int32_t index = popFree(sizeClass);
+    if (index == kNone) [[unlikely]] {
+        index = takeFree(sizeClass);
+    }
+    if (index == kNone) [[unlikely]] {
         ++counters_.forcedFlushes;
         flush();
         index = takeFree(sizeClass);
@@ -180,7 +203,7 @@ CBufferHandle CQPLEXContext::takeBuffer(int32_t bytes) {
         }
     }
     buffers_[index].refs = 1;
-    buffers_[index].flags = 0;
+    buffers_[index].notify[0] = nullptr;
     ++counters_.buffersInUse;
     return index;
 }
@@ -191,12 +214,7 @@ void CQPLEXContext::addReference(CBufferHandle handle) {
     }
 }
 
-void CQPLEXContext::releaseReference(CBufferHandle handle) {
-    if (handle == kNoBuffer) {
-        return;
-    }
-    const int32_t index = indexOf(handle);
-    CBuffer& buffer = buffers_[index];
+inline void CQPLEXContext::dropReference(CBuffer& buffer, int32_t index) {
     if (--buffer.refs == 0) {
         buffer.refs = freeBuffers_[buffer.sizeClass];
         freeBuffers_[buffer.sizeClass] = index;
@@ -204,9 +222,14 @@ void CQPLEXContext::releaseReference(CBufferHandle handle) {
     }
 }
 
+void CQPLEXContext::releaseReference(CBufferHandle handle) {
+    if (handle != kNoBuffer) {
+        dropReference(buffers_[indexOf(handle)], indexOf(handle));
+    }
+}
+
 void CQPLEXContext::notifyOnWrite(CBufferHandle handle, uint8_t* first, uint8_t* second) {
     CBuffer& buffer = buffers_[indexOf(handle)];
-    buffer.flags |= kNotify;
     buffer.notify[0] = first;
     buffer.notify[1] = second;
 }
@@ -229,23 +252,21 @@ void CQPLEXContext::reserveBuffers(int32_t count, int32_t bytes) {
 
 // Operations
 
-bool CQPLEXContext::isIssuable(int32_t kernelNumber, int32_t count,
-                               std::initializer_list<CBufferHandle> operands) const {
-    if (kernelNumber < 0 || kernelNumber >= kernelCount_ || count < 0 ||
-        static_cast<int32_t>(operands.size()) != kernels_[kernelNumber].operandCount) {
-        return false;
-    }
-    for (const CBufferHandle handle : operands) {
-        if (handle == kNoBuffer) {
-            return false;
+template <int32_t N>
+void CQPLEXContext::issueOperands(int32_t kernelNumber, int32_t count, double immediate, const CBufferHandle* handles) {
+    bool isIssuable = kernelNumber >= 0 && kernelNumber < kernelCount_ && count >= 0;
+    bool isRepeated = false;
+    int32_t indexes[N];
+#pragma GCC unroll 8
+    for (int32_t j = 0; j < N; ++j) {
+        isIssuable = isIssuable && handles[j] != kNoBuffer;
+        indexes[j] = indexOf(handles[j]);
+#pragma GCC unroll 8
+        for (int32_t k = 0; k < j; ++k) {
+            isRepeated |= indexes[k] == indexes[j];
         }
     }
-    return true;
-}
-
-void CQPLEXContext::issue(int32_t kernelNumber, int32_t count, double immediate,
-                          std::initializer_list<CBufferHandle> operands) {
-    if (!isIssuable(kernelNumber, count, operands)) {
+    if (!isIssuable || kernels_[kernelNumber].operandCount != N) {
         ++counters_.rejected;
         return;
     }
@@ -253,61 +274,57 @@ void CQPLEXContext::issue(int32_t kernelNumber, int32_t count, double immediate,
         ++counters_.forcedFlushes;
         flush();
     }
-    const int32_t operationIndex = freeOperations_;
-    COperation& operation = operations_[operationIndex];
+    COperation& operation = operations_[freeOperations_];
     freeOperations_ = operation.next;
     operation.immediate = immediate;
     operation.count = count;
     operation.pending = 0;
     operation.kernelNumber = kernelNumber;
-    const CBufferHandle* const handles = operands.begin();
-    const auto n = static_cast<int32_t>(operands.size());
     const uint32_t writeMask = kernels_[kernelNumber].writeMask;
-    uint32_t claims = 0;
-    uint32_t writeClaims = 0;
-    for (int32_t j = 0; j < n; ++j) {
-        const int32_t index = indexOf(handles[j]);
-        CBuffer& buffer = buffers_[index];
+    CClaims claims = {static_cast<uint8_t>((1u << N) - 1), static_cast<uint8_t>(writeMask)};
+    if (isRepeated) [[unlikely]] {
+        claims = mergedClaims(indexes, N, writeMask);
+    }
+    operation.claims = claims.all;
+    operation.writeClaims = claims.writing;
+#pragma GCC unroll 8
+    for (int32_t j = 0; j < N; ++j) {
+        CBuffer& buffer = buffers_[indexes[j]];
         operation.handles[j] = handles[j];
         operation.pointers[j] = buffer.data + offsetOf(handles[j]);
         ++buffer.refs;
-        // A buffer named more than once is claimed once, for writing if any of its operands is written.
-        int32_t first = 0;
-        while (indexOf(handles[first]) != index) {
-            ++first;
+        const bool isWrite = ((claims.writing >> j) & 1) != 0;
+        const int32_t claim = buffer.claim;
+        if (!((claims.all >> j) & 1)) [[unlikely]] {
+            continue;
         }
-        claims |= 1u << first;
-        writeClaims |= ((writeMask >> j) & 1u) << first;
-    }
-    operation.claims = static_cast<uint8_t>(claims);
-    operation.writeClaims = static_cast<uint8_t>(writeClaims);
-    for (int32_t j = 0; j < n; ++j) {
-        if ((claims >> j) & 1u) {
-            claim(operation, operationIndex, j, ((writeClaims >> j) & 1u) != 0);
+        if (buffer.waitHead != kNone || claim == kWriterHolds || (isWrite && claim != 0)) [[unlikely]] {
+            waitFor(buffer, operation, isWrite);
+        } else {
+            buffer.claim = isWrite ? kWriterHolds : claim + 1;
         }
     }
     ++counters_.operations;
     ++counters_.operationsWaiting;
     if (operation.pending == 0) {
-        makeReady(operation, operationIndex);
+        makeReady(operation);
     }
 }
 
-inline void CQPLEXContext::claim(COperation& operation, int32_t operationIndex, int32_t operand, bool isWrite) {
-    CBuffer& buffer = buffers_[indexOf(operation.handles[operand])];
-    const bool isFree = buffer.waitHead == kNone && !(buffer.flags & kWriterHolds);
-    if (isFree && !isWrite) {
-        ++buffer.readers;
-        return;
-    }
-    if (isFree && buffer.readers == 0) {
-        buffer.flags |= kWriterHolds;
-        return;
-    }
+template void CQPLEXContext::issueOperands<1>(int32_t, int32_t, double, const CBufferHandle*);
+template void CQPLEXContext::issueOperands<2>(int32_t, int32_t, double, const CBufferHandle*);
+template void CQPLEXContext::issueOperands<3>(int32_t, int32_t, double, const CBufferHandle*);
+template void CQPLEXContext::issueOperands<4>(int32_t, int32_t, double, const CBufferHandle*);
+template void CQPLEXContext::issueOperands<5>(int32_t, int32_t, double, const CBufferHandle*);
+template void CQPLEXContext::issueOperands<6>(int32_t, int32_t, double, const CBufferHandle*);
+template void CQPLEXContext::issueOperands<7>(int32_t, int32_t, double, const CBufferHandle*);
+template void CQPLEXContext::issueOperands<8>(int32_t, int32_t, double, const CBufferHandle*);
+
+void CQPLEXContext::waitFor(CBuffer& buffer, COperation& operation, bool isWrite) {
     const int32_t link = freeWaiters_;
     CWaiter& waiter = waiters_[link];
     freeWaiters_ = waiter.next;
-    waiter.operation = static_cast<int16_t>(operationIndex);
+    waiter.operation = static_cast<int16_t>(indexOf(operation));
     waiter.isWrite = isWrite;
     waiter.next = kNone;
     if (buffer.waitHead == kNone) {
@@ -319,7 +336,8 @@ inline void CQPLEXContext::claim(COperation& operation, int32_t operationIndex, 
     ++operation.pending;
 }
 
-inline void CQPLEXContext::makeReady(COperation& operation, int32_t operationIndex) {
+inline void CQPLEXContext::makeReady(COperation& operation) {
+    const int32_t operationIndex = indexOf(operation);
     CKernel& kernel = kernels_[operation.kernelNumber];
     operation.next = kNone;
     if (kernel.readyHead != kNone) {
@@ -369,52 +387,49 @@ void CQPLEXContext::runReady(CKernel& kernel) {
             counters_.calls += static_cast<uint64_t>(n);
         }
         for (int32_t i = 0; i < n; ++i) {
-            complete(*batch[i]);
+            complete(*batch[i], kernel.operandCount);
         }
     }
 }
 
-inline void CQPLEXContext::complete(COperation& operation) {
-    const int32_t n = kernels_[operation.kernelNumber].operandCount;
-    for (int32_t j = 0; j < n; ++j) {
-        CBuffer& buffer = buffers_[indexOf(operation.handles[j])];
-        if ((operation.writeClaims >> j) & 1) {
-            if (buffer.flags & kNotify) {
-                *buffer.notify[0] = 1;
-                *buffer.notify[1] = 1;
-            }
-            buffer.flags = 0;
-        } else if ((operation.claims >> j) & 1) {
-            --buffer.readers;
+inline void CQPLEXContext::complete(COperation& operation, int32_t operandCount) {
+    uint32_t claims = operation.claims;
+    uint32_t writing = operation.writeClaims;
+    for (int32_t j = 0; j < operandCount; ++j, claims >>= 1, writing >>= 1) {
+        const int32_t index = indexOf(operation.handles[j]);
+        CBuffer& buffer = buffers_[index];
+        // A writer counts -1 and goes up to 0, a reader counts 1 and goes.
+        buffer.claim += static_cast<int32_t>(2 * (writing & 1)) - static_cast<int32_t>(claims & 1);
+        if (buffer.notify[0] && (writing & 1)) [[unlikely]] {
+            *buffer.notify[0] = 1;
+            *buffer.notify[1] = 1;
+            buffer.notify[0] = nullptr;
         }
-        if (buffer.waitHead != kNone) {
-            grantWaiters(buffer);
+        if (buffer.waitHead != kNone) [[unlikely]] {
+            settle(buffer);
         }
-        releaseReference(operation.handles[j]);
+        dropReference(buffer, index);
     }
     operation.next = freeOperations_;
-    freeOperations_ = static_cast<int32_t>(&operation - operations_);
+    freeOperations_ = indexOf(operation);
     --counters_.operationsWaiting;
 }
 
-void CQPLEXContext::grantWaiters(CBuffer& buffer) {
-    while (buffer.waitHead != kNone && !(buffer.flags & kWriterHolds)) {
+/// Gives a buffer to those who wait for it, oldest first: one writer, or all readers up to the next writer.
+void CQPLEXContext::settle(CBuffer& buffer) {
+    while (buffer.waitHead != kNone && buffer.claim != kWriterHolds) {
         const int32_t link = buffer.waitHead;
         CWaiter& waiter = waiters_[link];
-        if (waiter.isWrite) {
-            if (buffer.readers != 0) {
-                return;
-            }
-            buffer.flags |= kWriterHolds;
-        } else {
-            ++buffer.readers;
+        if (waiter.isWrite && buffer.claim != 0) {
+            return;
         }
+        buffer.claim = waiter.isWrite ? kWriterHolds : buffer.claim + 1;
         buffer.waitHead = waiter.next;
         waiter.next = freeWaiters_;
         freeWaiters_ = link;
         COperation& operation = operations_[waiter.operation];
         if (--operation.pending == 0) {
-            makeReady(operation, waiter.operation);
+            makeReady(operation);
         }
     }
 }

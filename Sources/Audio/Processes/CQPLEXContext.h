@@ -112,8 +112,8 @@ public:
 
     /// A buffer of at least `bytes`, contents undefined, one reference. kNoBuffer when all 2048 are in use.
     CBufferHandle takeBuffer(int32_t bytes);
-    /// A buffer for `samples` 64-bit floats of a signal. Short blocks take the storages of long ones, so that a host may
-    /// vary its blocks without a new storage.
+    /// A buffer for `samples` 64-bit floats of a signal. Short blocks take the storages of long ones, so that a host
+    /// may vary its blocks without a new storage.
     CBufferHandle takeSignal(int32_t samples) {
         constexpr int32_t kShortest = 256;
         return takeBuffer((samples > kShortest ? samples : kShortest) * static_cast<int32_t>(sizeof(double)));
@@ -141,7 +141,30 @@ public:
 
     /// Queues an operation, which takes a reference of each operand until it has run. A kernel number of -1, a count
     /// below 0, a wrong number of operands or an operand kNoBuffer: nothing happens.
-    void issue(int32_t kernelNumber, int32_t count, double immediate, std::initializer_list<CBufferHandle> operands);
+    void issue(int32_t kernelNumber, int32_t count, double immediate, std::initializer_list<CBufferHandle> operands) {
+        // The number of operands stands at each call, so that this becomes one direct call of an unrolled form.
+        const CBufferHandle* const handles = operands.begin();
+        switch (operands.size()) {
+            case 1:
+                return issueOperands<1>(kernelNumber, count, immediate, handles);
+            case 2:
+                return issueOperands<2>(kernelNumber, count, immediate, handles);
+            case 3:
+                return issueOperands<3>(kernelNumber, count, immediate, handles);
+            case 4:
+                return issueOperands<4>(kernelNumber, count, immediate, handles);
+            case 5:
+                return issueOperands<5>(kernelNumber, count, immediate, handles);
+            case 6:
+                return issueOperands<6>(kernelNumber, count, immediate, handles);
+            case 7:
+                return issueOperands<7>(kernelNumber, count, immediate, handles);
+            case 8:
+                return issueOperands<8>(kernelNumber, count, immediate, handles);
+            default:
+                ++counters_.rejected;
+        }
+    }
     /// Runs everything that is queued.
     void flush();
 
@@ -163,11 +186,10 @@ private:
         uint8_t* data;     // where the contents start within the allocation
         int32_t refs;      // while free: the next free entry
         int32_t capacity;  // bytes
-        uint32_t flags;    // kWriterHolds, kNotify
-        int32_t readers;   // operations that have it for reading and have not run
+        int32_t claim;     // kWriterHolds, or how many operations have it for reading and have not run
         int32_t waitHead;  // operations that wait for it, in order of issue
         int32_t waitTail;
-        uint8_t* notify[2];
+        uint8_t* notify[2];  // null: nobody wants to know
         void* allocation;
         int32_t sizeClass;
     };
@@ -178,12 +200,15 @@ private:
     };
 
     int32_t findHashed(const char* name, uint32_t hash) const;
-    bool isIssuable(int32_t kernelNumber, int32_t count, std::initializer_list<CBufferHandle> operands) const;
-    void claim(COperation& operation, int32_t operationIndex, int32_t operand, bool isWrite);
-    void makeReady(COperation& operation, int32_t operationIndex);
+    template <int32_t N>
+    void issueOperands(int32_t kernelNumber, int32_t count, double immediate, const CBufferHandle* handles);
+    void waitFor(CBuffer& buffer, COperation& operation, bool isWrite);
+    void makeReady(COperation& operation);
     void runReady(CKernel& kernel);
-    void complete(COperation& operation);
-    void grantWaiters(CBuffer& buffer);
+    void complete(COperation& operation, int32_t operandCount);
+    void settle(CBuffer& buffer);
+    int32_t indexOf(const COperation& operation) const { return static_cast<int32_t>(&operation - operations_); }
+    void dropReference(CBuffer& buffer, int32_t index);
     int32_t takeFree(int32_t sizeClass);
     int32_t takeUnused(int32_t sizeClass);
     int32_t popFree(int32_t sizeClass);
