@@ -53,9 +53,18 @@ CAudioParamChangePool::~CAudioParamChangePool() {
     }
 }
 
-void CAudioParamChangePool::prepare() {
+void CAudioParamChangePool::prepare(int32_t nodes) {
     if (blocks_.isEmpty()) {
         addBlock();
+    }
+    for (const CBlock& block : blocks_) {
+        for (int32_t i = 0; i < block.count; ++i) {
+            CAudioParamChange& record = block.records[i];
+            // The nodes of a record in use stand in lists and cannot move.
+            if (record.references_.load(std::memory_order_acquire) == 0 && record.nodes_.count() < nodes) {
+                record.nodes_.resize(nodes);
+            }
+        }
     }
 }
 

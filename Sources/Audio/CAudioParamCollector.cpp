@@ -33,7 +33,7 @@ CError* CAudioParamCollector::init() {
         TARV_FAIL("@tarvstr_CAudioParamCollector_init_NoAudioEnv No audio environment object '%1' found.",
                   getAttrString("env"));
     }
-    enginePool_.prepare();
+    enginePool_.prepare(0);
     return nullptr;
 }
 
@@ -141,7 +141,8 @@ void CAudioParamCollector::prepareSlot(CAudioParam& param, CAudioParamConsumer& 
 
 void CAudioParamCollector::queueInitialGroup(CAudioParam& param, CAudioParamConsumer& consumer, int32_t group) {
     const int32_t elements = param.engineData_.elementCount(group);
-    CAudioParamChange* change = createEngineChange(param, group, 0, elements, true);
+    CAudioParamChange* change = initialPool_.take(1);
+    shape(*change, param, group, 0, elements, true);
     change->time = -1.0;
     for (int32_t i = 0; i < change->values.count(); ++i) {
         const int32_t size = param.info_.elementSize();
@@ -153,7 +154,8 @@ void CAudioParamCollector::queueInitialGroup(CAudioParam& param, CAudioParamCons
 
 void CAudioParamCollector::queueCopy(CAudioParam& param, CAudioParamConsumer& consumer,
                                      const CAudioParamChange& source) {
-    CAudioParamChange* change = createEngineChange(param, source.group, source.first, source.count, source.resize != 0);
+    CAudioParamChange* change = initialPool_.take(1);
+    shape(*change, param, source.group, source.first, source.count, source.resize != 0);
     change->time = source.time;
     change->values = source.values;
     hand(*change, consumer);
@@ -247,9 +249,12 @@ void CAudioParamCollector::closeCollection() {
         return;
     }
     closed_ = true;
+    int32_t consumers = 0;
     for (const auto& entry : params_) {
         offerParam(*entry.second);
+        consumers = std::max(consumers, entry.second->consumerCount_.load(std::memory_order_relaxed));
     }
+    enginePool_.prepare(consumers + 1);
 }
 
 void CAudioParamCollector::offerParam(CAudioParam& param) {

@@ -60,7 +60,8 @@ public:
     /// Changes that wait for the next round.
     int32_t pendingCount() const;
 
-    /// Hands every parameter to the registries, enumerated ones first. A second call does nothing.
+    /// Hands every parameter to the registries, enumerated ones first, and makes what the audio side's own changes
+    /// need. The graph is built. A second call does nothing.
     void closeCollection();
     bool isClosed() const { return closed_; }
     void addRegistry(CAudioParamRegistry& registry);
@@ -98,6 +99,8 @@ private:
     void prepareSlot(CAudioParam& param, CAudioParamConsumer& consumer);
     void queueInitialGroup(CAudioParam& param, CAudioParamConsumer& consumer, int32_t group);
     void queueCopy(CAudioParam& param, CAudioParamConsumer& consumer, const CAudioParamChange& source);
+    static void shape(CAudioParamChange& change, CAudioParam& param, int32_t group, int32_t first, int32_t count,
+                      bool resize);
     CAudioParamConsumer* takeConsumer();
     void offerParam(CAudioParam& param);
 
@@ -108,6 +111,8 @@ private:
     CLock poolLock_;
     CAudioParamChangePool pool_;
     CAudioParamChangePool enginePool_;
+    // For the first values of consumers, each of which goes to one queue only.
+    CAudioParamChangePool initialPool_;
     CAudioParamChangeList batch_;
     CAudioParam* touched_ = nullptr;
     uint32_t generation_ = 1;

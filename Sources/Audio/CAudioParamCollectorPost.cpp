@@ -15,7 +15,10 @@ namespace {
 /// that takes no blocks for hours does not fill the memory.
 constexpr int32_t kCrowd = 256;
 
-void shape(CAudioParamChange& change, CAudioParam& param, int32_t group, int32_t first, int32_t count, bool resize) {
+}  // namespace
+
+void CAudioParamCollector::shape(CAudioParamChange& change, CAudioParam& param, int32_t group, int32_t first,
+                                 int32_t count, bool resize) {
     change.param = &param;
     change.group = group;
     change.first = first;
@@ -25,8 +28,6 @@ void shape(CAudioParamChange& change, CAudioParam& param, int32_t group, int32_t
     change.isString = param.info().isString() ? 1 : 0;
     change.values.resize(change.count * change.elementSize);
 }
-
-}  // namespace
 
 CAudioParamChange* CAudioParamCollector::createChange(CAudioParam& param, int32_t group, int32_t first, int32_t count,
                                                       bool resize) {

@@ -1,0 +1,178 @@
+#include "Audio/CAudioParamStorage.h"
+
+#include <cmath>
+#include <limits>
+
+#include "Tests/Audio/ParamTree.h"
+
+namespace tarv {
+namespace {
+
+/// Writes records as the layout tells, field by field.
+class CRecord {
+public:
+    CRecord& text(const char* text) {
+        EXPECT_EQ(consumed(bytes_.writeString(text)), "");
+        return *this;
+    }
+    CRecord& words(const std::vector<uint32_t>& values) {
+        for (uint32_t value : values)
+            EXPECT_EQ(consumed(bytes_.writeValue(value)), "");
+        return *this;
+    }
+    CRecord& reals(const std::vector<double>& values) {
+        for (double value : values)
+            EXPECT_EQ(consumed(bytes_.writeDouble(value)), "");
+        return *this;
+    }
+    std::string bytes() const {
+        CByteBuffer buffer;
+        bytes_.copyTo(buffer);
+        return std::string(reinterpret_cast<const char*>(buffer.data()), static_cast<size_t>(buffer.count()));
+    }
+
+private:
+    CMemoryWriteBuffer bytes_;
+};
+
+class ParamStorage : public testing::Test {
+protected:
+    ParamStorage()
+        : tree_({paramNode("gains", "real", "-99", "99", "0"),
+                 paramNode("names", "text", "", "", "L,R", {{"data-type", "string"}})}) {}
+
+    std::string load(const char* name, const std::string& bytes, CAudioParamData& data) {
+        CMemoryReader reader(bytes.data(), static_cast<uint32_t>(bytes.size()));
+        return consumed(CAudioParamStorage::load(reader, tree_.info(name), data));
+    }
+    std::string save(const char* name, const CAudioParamData& data) {
+        CMemoryWriteBuffer stream;
+        EXPECT_EQ(consumed(CAudioParamStorage::save(stream, tree_.info(name), data)), "");
+        CByteBuffer buffer;
+        stream.copyTo(buffer);
+        return std::string(reinterpret_cast<const char*>(buffer.data()), static_cast<size_t>(buffer.count()));
+    }
+
+    CParamTree tree_;
+};
+
+TEST_F(ParamStorage, AFloatRecordHasTheLayoutTold) {
+    const std::string record =
+        CRecord().text("audio.gains").words({1, 1, 0, 2, 2}).reals({1.5, -2}).words({1}).reals({7}).bytes();
+    CAudioParamData data;
+    ASSERT_EQ(load("gains", record, data), "");
+    EXPECT_EQ(data.elementCount(0), 2);
+    EXPECT_EQ(data.value(0, 1), -2.0);
+    EXPECT_EQ(data.value(1, 0), 7.0);
+    EXPECT_EQ(save("gains", data), record);
+}
+
+TEST_F(ParamStorage, AStringRecordCarriesItsTextsBeforeTheGroups) {
+    const std::string record = CRecord()
+                                   .text("audio.names")
+                                   .words({1, 1, 1, 1, 2, 1, 1})
+                                   .text("left")
+                                   .words({2, 1})
+                                   .text("right")
+                                   .words({2, 1, 2})
+                                   .bytes();
+    CAudioParamData data;
+    ASSERT_EQ(load("names", record, data), "");
+    EXPECT_EQ(data.text(0, 0), "left");
+    EXPECT_EQ(data.text(0, 1), "right");
+    EXPECT_EQ(save("names", data), record);
+}
+
+TEST_F(ParamStorage, TextsThatNoElementUsesAreDroppedAndSharedOnesLiveAsLongAsTheirLast) {
+    const std::string record = CRecord()
+                                   .text("audio.names")
+                                   .words({1, 1, 1, 1, 2, 7, 1})
+                                   .text("both")
+                                   .words({9, 1})
+                                   .text("none")
+                                   .words({2, 7, 7})
+                                   .bytes();
+    CAudioParamData data;
+    ASSERT_EQ(load("names", record, data), "");
+    EXPECT_EQ(data.stringCount(), 1);
+    data.release(7);
+    EXPECT_EQ(data.text(0, 1), "both");
+    data.release(7);
+    EXPECT_EQ(data.stringCount(), 0);
+}
+
+TEST_F(ParamStorage, ARecordWithZeroGroupsRestoresAnEmptyValue) {
+    CAudioParamData data;
+    data.resetWithDefaults(tree_.info("gains"), 0, 3);
+    ASSERT_EQ(load("gains", CRecord().text("audio.gains").words({1, 1, 0, 0}).bytes(), data), "");
+    EXPECT_TRUE(data.isValid());
+    EXPECT_EQ(data.groupCount(), 0);
+}
+
+TEST_F(ParamStorage, OnlyGroupsUpToTheLastThatHoldsValuesAreWritten) {
+    CAudioParamData data;
+    data.reset(tree_.info("gains"));
+    CAudioParamChange change;
+    fillChange(change, 1, 0, {4});
+    data.apply(change);
+    change.count = 0;
+    change.group = 3;
+    data.apply(change);
+    EXPECT_EQ(data.groupCount(), 4);
+    EXPECT_EQ(save("gains", data), CRecord().text("audio.gains").words({1, 1, 0, 2, 0, 1}).reals({4}).bytes());
+}
+
+TEST_F(ParamStorage, NumbersThatAreNotFiniteCountAsTheDefault) {
+    CAudioParamData data;
+    const double inf = std::numeric_limits<double>::infinity();
+    ASSERT_EQ(load("gains", CRecord().text("").words({1, 1, 0, 1, 3}).reals({inf, std::nan(""), 2}).bytes(), data), "");
+    EXPECT_EQ(data.value(0, 0), 0.0);
+    EXPECT_EQ(data.value(0, 1), 0.0);
+    EXPECT_EQ(data.value(0, 2), 2.0);
+}
+
+TEST_F(ParamStorage, BadRecordsFailInWordsAndLeaveTheValueAsItWas) {
+    const struct {
+        const char* name;
+        const char* param;
+        std::string bytes;
+        const char* message;
+    } kBad[] = {
+        {"version", "gains", CRecord().text("x").words({2, 1, 0, 0}).bytes(), "Unsupported data set version 2."},
+        {"element size", "gains", CRecord().text("x").words({1, 2, 0, 0}).bytes(),
+         "Unsupported storage format (esize=2, dtype=0; should be: esize=1, dtype=0)."},
+        {"data type", "gains", CRecord().text("x").words({1, 1, 1, 0}).bytes(),
+         "Unsupported storage format (esize=1, dtype=1; should be: esize=1, dtype=0)."},
+        {"text type", "names", CRecord().text("x").words({1, 1, 1, 0, 1, 1, 5}).text("a").bytes(),
+         "Unknown data type 5 encountered"},
+        {"unknown text", "names", CRecord().text("x").words({1, 1, 1, 1, 0, 1, 4}).bytes(),
+         "Unknown string 4 encountered."},
+        {"group count", "gains", CRecord().text("x").words({1, 1, 0, 0xffffffff}).bytes(),
+         "Invalid group count 4294967295."},
+        {"element count", "gains", CRecord().text("x").words({1, 1, 0, 1, 0x7fffffff}).bytes(),
+         "Invalid element count 2147483647."},
+        {"cut", "gains", CRecord().text("x").words({1, 1, 0, 1, 2}).reals({1}).bytes(),
+         "Premature end of memory resource"},
+        {"cut in the texts", "names", CRecord().text("x").words({1, 1, 1, 1, 0xffffffff, 1, 1}).text("a").bytes(),
+         "Premature end of memory resource"},
+    };
+    for (const auto& bad : kBad) {
+        CAudioParamData data;
+        data.resetWithDefaults(tree_.info(bad.param), 0, 2);
+        const std::string before = save(bad.param, data);
+        EXPECT_EQ(load(bad.param, bad.bytes, data).substr(0, std::string(bad.message).size()), bad.message) << bad.name;
+        EXPECT_EQ(save(bad.param, data), before) << bad.name;
+    }
+}
+
+TEST_F(ParamStorage, EveryCutOfARecordFails) {
+    const std::string record =
+        CRecord().text("audio.names").words({1, 1, 1, 1, 1, 1, 1}).text("left").words({1, 1}).bytes();
+    CAudioParamData data;
+    for (size_t length = 0; length < record.size(); ++length)
+        EXPECT_NE(load("names", record.substr(0, length), data), "") << length;
+    EXPECT_EQ(load("names", record, data), "");
+}
+
+}  // namespace
+}  // namespace tarv
