@@ -21,8 +21,7 @@ TEST(WindowedSinc, HasTwiceItsLatencyAndOneTaps) {
 }
 
 TEST(WindowedSinc, AWholeLengthThatRoundingLeavesJustBelowCounts) {
-    // 0.7 x 44100 / 0.1 / 8 is 38587.5; of the whole ones 8 x 44100 / f for f = 44100 x 8 / n comes out a unit low for
-    // some n.
+    // 8 x rate / (rate / n) / 8 is n, but in 64-bit arithmetic a unit in the last place less for some n.
     CFilterTree tree;
     const CAudioFilterGen& generator = tree.generator("audio:fltgen-firlp");
     for (int n = 1; n < 2000; ++n) {

@@ -106,6 +106,11 @@ CFilterTree::CFilterTree() {
     root_.reset(CCreatorRegistry::create("core:object"));
 }
 
+CFilterTree::~CFilterTree() {
+    root_.reset();
+    CCreatorRegistry::clear();
+}
+
 CError* CFilterTree::add(CObject* parent, const char* tag, const char* name, CTexts attributes, CObject*& child) {
     TARV_TRY(parent->addChild(child, tag, name, false));
     for (const auto& [key, text] : attributes) {

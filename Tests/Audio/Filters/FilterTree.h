@@ -14,10 +14,12 @@ namespace tarv {
 /// Attributes of an object under test, by name.
 using CTexts = std::initializer_list<std::pair<const char*, const char*>>;
 
-/// A tree of filter generators, built object by object as the loader builds it.
+/// A tree of filter generators, built object by object as the loader builds it. One at a time: it fills the process's
+/// table of creators.
 class CFilterTree {
 public:
     CFilterTree();
+    ~CFilterTree();
 
     CObject* root() { return root_.get(); }
     /// Adds a child and loads it (init, initChildren). It is left open: without an application a finished object is

@@ -4,6 +4,8 @@
 
 #include <cmath>
 #include <complex>
+#include <fstream>
+#include <sstream>
 
 namespace tarv {
 namespace {
@@ -95,6 +97,29 @@ TEST(HalfBandDesign, AnOrderOrWidthOutsideItsRangeGivesNothing) {
     }
     for (long double width : {-0.1L, 0.0L, 0.5L, 2.0L}) {
         EXPECT_TRUE(designHalfBand(8, width).empty()) << static_cast<double>(width);
+    }
+}
+
+TEST(HalfBandDesign, TheDefinitionsHoldWhatItPrints) {
+    std::ifstream file(TARV_SOURCE_DIR "/Definitions/SharedData/HalfBandRows.xml");
+    std::stringstream text;
+    text << file.rdbuf();
+    const std::string source = text.str();
+    const std::pair<const char*, long double> widths[] = {
+        {"t100", 0.01L}, {"t50", 0.02L}, {"t33", 0.03L}, {"t20", 0.05L}};
+    for (const auto& [code, width] : widths) {
+        // Of the family of 0.05 the orders below 10 are older than the program, which differs in their last digits.
+        for (int order = width == 0.05L ? 10 : 6; order <= 16; order += 2) {
+            const std::vector<long double> design = designHalfBand(order, width);
+            const std::string name =
+                "hbf" + std::to_string(static_cast<int>(halfBandAttenuation(design, width))) + code;
+            const size_t row = source.find('"' + name + '"');
+            ASSERT_NE(row, std::string::npos) << name;
+            const std::string element = source.substr(row, source.find("/>", row) - row);
+            EXPECT_NE(element.find("order=\"" + std::to_string(order) + '"'), std::string::npos) << name;
+            EXPECT_NE(element.find("a=\"" + branchText(design, 0) + '"'), std::string::npos) << name;
+            EXPECT_NE(element.find("b=\"" + branchText(design, 1) + '"'), std::string::npos) << name;
+        }
     }
 }
 
