@@ -51,8 +51,10 @@ else()
         target_link_options(BrindleXEQ PRIVATE -Wl,-z,defs)
     endif()
 endif()
-# What a crash report needs stays here; what is shipped is without it.
+# What a crash report needs stays here; what is shipped is without it. The date goes into the header that objcopy writes:
+# a fixed one, so that the same sources give the same bytes.
+set(copy_object ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0 ${CMAKE_OBJCOPY})
 add_custom_command(TARGET BrindleXEQ POST_BUILD WORKING_DIRECTORY ${CMAKE_BINARY_DIR} VERBATIM
-    COMMAND ${CMAKE_OBJCOPY} --only-keep-debug $<TARGET_FILE_NAME:BrindleXEQ> $<TARGET_FILE_NAME:BrindleXEQ>.debug
-    COMMAND ${CMAKE_OBJCOPY} --strip-debug --add-gnu-debuglink=$<TARGET_FILE_NAME:BrindleXEQ>.debug
+    COMMAND ${copy_object} --only-keep-debug $<TARGET_FILE_NAME:BrindleXEQ> $<TARGET_FILE_NAME:BrindleXEQ>.debug
+    COMMAND ${copy_object} --strip-unneeded --add-gnu-debuglink=$<TARGET_FILE_NAME:BrindleXEQ>.debug
             $<TARGET_FILE_NAME:BrindleXEQ>)
