@@ -295,8 +295,12 @@ intptr_t CAudioWrapperVST::canDo(const char* text) {
     return valueOf(kCanDo, text);
 }
 
+int32_t CAudioWrapperVST::plugCategory(const CString& name) {
+    return static_cast<int32_t>(valueOf(kCategories, name));
+}
+
 int32_t CAudioWrapperVST::getPlugCategory() {
-    return static_cast<int32_t>(valueOf(kCategories, project()->getAttrString("plugin-category-vst")));
+    return plugCategory(project()->getAttrString("plugin-category-vst"));
 }
 
 bool CAudioWrapperVST::hostTempo(double& bpm) {

@@ -60,6 +60,8 @@ public:
     const CSpeakerLabels& inputSpeakers() const { return inputSpeakers_; }
     const CSpeakerLabels& outputSpeakers() const { return outputSpeakers_; }
 
+    /// The category behind its name in the project, 0 for an unknown one.
+    static int32_t plugCategory(const CString& name);
     /// Whether a mouse press in an editor takes the keyboard focus: in every host but one. Of the whole process.
     static bool isFocusTaken();
 

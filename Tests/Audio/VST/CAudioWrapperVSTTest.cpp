@@ -1,0 +1,215 @@
+#include "Audio/VST/CAudioWrapperVST.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "Audio/CAudioEnv.h"
+#include "Audio/CAudioExtParam.h"
+#include "Audio/VST/CAudioWrapperVSTEditor.h"
+#include "Product/Product.h"
+
+namespace tarv {
+namespace {
+
+struct CHostAnswers {
+    intptr_t version = 2400;
+    const char* vendor = "Any";
+    const char* product = "Any";
+    intptr_t level = vst::kLevelRealtime;
+    const vst::TimeInfo* time = nullptr;
+    int32_t automated = -1;
+    float automation = -1.0f;
+    int32_t timeRequest = 0;
+    int32_t ioChanges = 0;
+};
+CHostAnswers answers;
+
+intptr_t answerHost(vst::AEffect*, int32_t opcode, int32_t index, intptr_t value, void* ptr, float opt) {
+    switch (opcode) {
+        case vst::kHostVersion:
+            return answers.version;
+        case vst::kHostGetVendorString:
+            return std::strcpy(static_cast<char*>(ptr), answers.vendor) != nullptr;
+        case vst::kHostGetProductString:
+            return std::strcpy(static_cast<char*>(ptr), answers.product) != nullptr;
+        case vst::kHostGetProcessLevel:
+            return answers.level;
+        case vst::kHostGetTime:
+            answers.timeRequest = static_cast<int32_t>(value);
+            return reinterpret_cast<intptr_t>(answers.time);
+        case vst::kHostIoChanged:
+            return ++answers.ioChanges;
+        case vst::kHostAutomate:
+            answers.automated = index;
+            answers.automation = opt;
+            return 1;
+        default:
+            return 0;
+    }
+}
+
+class CAudioWrapperVSTTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ensureProductStarted();
+        answers = CHostAnswers();
+    }
+    CAudioWrapperVST& make() {
+        vst::AEffect* effect = CAudioWrapperVST::create(&answerHost);
+        EXPECT_NE(effect, nullptr);
+        wrapper.reset(static_cast<CAudioWrapperVST*>(static_cast<AudioEffectX*>(effect->object)));
+        return *wrapper;
+    }
+    std::unique_ptr<CAudioWrapperVST> wrapper;
+};
+
+TEST_F(CAudioWrapperVSTTest, OnlyOneMakersHostKeepsTheFocus) {
+    const struct {
+        const char* vendor;
+        bool isTaken;
+    } rows[] = {{"Steinberg", false}, {"steinberg", true}, {"Steinberg Media", true}, {"Any", true}, {"", true}};
+    for (const auto& row : rows) {
+        answers.vendor = row.vendor;
+        make();
+        EXPECT_EQ(CAudioWrapperVST::isFocusTaken(), row.isTaken) << row.vendor;
+    }
+}
+
+TEST_F(CAudioWrapperVSTTest, OnlyOneProductGetsTheProcessLock) {
+    const struct {
+        const char* product;
+        bool hasLock;
+    } rows[] = {{"WaveLab", true}, {"My WaveLab 6", true}, {"Wavelab", false}, {"Wave Lab", false}, {"", false}};
+    for (const auto& row : rows) {
+        answers.product = row.product;
+        EXPECT_EQ(make().hasProcessLock(), row.hasLock) << row.product;
+    }
+}
+
+TEST_F(CAudioWrapperVSTTest, TheHostsNamesAreKept) {
+    answers.vendor = "Some Vendor";
+    answers.product = "Some Product";
+    EXPECT_EQ(make().hostVendor(), CString("Some Vendor"));
+    EXPECT_EQ(wrapper->hostProduct(), CString("Some Product"));
+    EXPECT_TRUE(wrapper->isManyChannels());
+}
+
+TEST_F(CAudioWrapperVSTTest, RefusedPrecisionsChangeNothing) {
+    CAudioWrapperVST& w = make();
+    EXPECT_FALSE(w.isDoublePrecision());
+    EXPECT_TRUE(w.setProcessPrecision(1));
+    EXPECT_FALSE(w.setProcessPrecision(2));
+    EXPECT_TRUE(w.isDoublePrecision());
+    EXPECT_TRUE(w.setProcessPrecision(0));
+    EXPECT_FALSE(w.setProcessPrecision(-1));
+    EXPECT_FALSE(w.isDoublePrecision());
+}
+
+TEST_F(CAudioWrapperVSTTest, ResumeTakesRateAndBlockSizeFromTheHost) {
+    CAudioWrapperVST& w = make();
+    vst::AEffect* e = w.getAeffect();
+    e->dispatcher(e, vst::kEffectSetSampleRate, 0, 0, nullptr, 47999.5f);
+    e->dispatcher(e, vst::kEffectSetBlockSize, 0, 96, nullptr, 0.0f);
+    EXPECT_EQ(w.env()->sampleRate(), 44100.0);
+    w.resume();
+    EXPECT_EQ(w.env()->sampleRate(), 47999.5);
+    EXPECT_EQ(w.env()->blockSize(), 96);
+    EXPECT_TRUE(w.isActive());
+    e->dispatcher(e, vst::kEffectSetSampleRate, 0, 0, nullptr, 96000.0f);
+    w.resume();
+    EXPECT_EQ(w.env()->sampleRate(), 96000.0) << "without a suspend between";
+    w.suspend();
+    EXPECT_FALSE(w.isActive());
+}
+
+TEST_F(CAudioWrapperVSTTest, TheTempoCountsOnlyWhenTheHostSaysItIsValid) {
+    CAudioWrapperVST& w = make();
+    vst::TimeInfo time{};
+    time.tempo = 93.5;
+    double bpm = 0.0;
+    EXPECT_FALSE(w.hostTempo(bpm));
+    EXPECT_EQ(answers.timeRequest, 1024);
+    answers.time = &time;
+    time.flags = ~vst::kTimeTempoValid;
+    EXPECT_FALSE(w.hostTempo(bpm));
+    time.flags = vst::kTimeTempoValid;
+    EXPECT_TRUE(w.hostTempo(bpm));
+    EXPECT_EQ(bpm, 93.5);
+}
+
+TEST_F(CAudioWrapperVSTTest, AChangeFromInsideReachesTheHostsAutomation) {
+    CAudioWrapperVST& w = make();
+    w.hostParamChanged(3, 0.75);
+    EXPECT_EQ(answers.automated, 3);
+    EXPECT_EQ(answers.automation, 0.75f);
+    answers.automated = -1;
+    w.setParameter(3, 0.5f);
+    EXPECT_EQ(answers.automated, -1) << "the host knows what it set itself";
+}
+
+TEST_F(CAudioWrapperVSTTest, EventsAreAcceptedAlsoWhenThereAreNone) {
+    EXPECT_EQ(make().processEvents(nullptr), 1);
+}
+
+TEST_F(CAudioWrapperVSTTest, TheCategoryIsTheOneNamedInTheProject) {
+    EXPECT_EQ(make().getPlugCategory(), vst::kCategoryEffect);
+    const struct {
+        const char* name;
+        int32_t value;
+    } rows[] = {
+        {"kPlugCategUnknown", 0},     {"kPlugCategEffect", 1},
+        {"kPlugCategSynth", 2},       {"kPlugCategAnalysis", 3},
+        {"kPlugCategMastering", 4},   {"kPlugCategSpacializer", 5},
+        {"kPlugCategRoomFx", 6},      {"kPlugSurroundFx", 7},
+        {"kPlugCategRestoration", 8}, {"kPlugCategOfflineProcess", 9},
+        {"kPlugCategShell", 10},      {"kPlugCategGenerator", 11},
+        {"kPlugCategEffects", 0},     {"", 0},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(CAudioWrapperVST::plugCategory(row.name), row.value) << row.name;
+    }
+}
+
+TEST_F(CAudioWrapperVSTTest, ChannelLabelsComeFromTheHostsSpeakers) {
+    CAudioWrapperVST& w = make();
+    vst::SpeakerArrangement in{};
+    in.type = vst::kArrangementUserDefined;
+    in.numChannels = 4;
+    in.speakers[0].type = vst::kSpeakerL;
+    in.speakers[1].type = vst::kSpeakerLfe;
+    in.speakers[2].type = vst::kSpeakerUndefined;
+    in.speakers[3].type = vst::kSpeakerR;
+    std::strcpy(in.speakers[3].name, "Mine");
+    vst::SpeakerArrangement out{};
+    out.numChannels = 9;
+    std::memset(out.speakers[7].name, 'x', sizeof out.speakers[7].name);
+    ASSERT_TRUE(w.setSpeakerArrangement(&in, &out));
+    ASSERT_EQ(w.inputSpeakers().labelCount, 4);
+    const char* expected[] = {"L", "Lfe", "3", "Mine"};
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(w.inputSpeakers().labels[i], CString(expected[i]));
+    }
+    ASSERT_EQ(w.outputSpeakers().labelCount, 8);
+    EXPECT_EQ(w.outputSpeakers().labels[7].length(), 64);
+}
+
+TEST_F(CAudioWrapperVSTTest, TheEditorStandsInTheProjectsSizeAndGivesUpWithoutAWindow) {
+    CAudioWrapperVST& w = make();
+    CAudioWrapperVSTEditor editor(w);
+    EXPECT_EQ(editor.getEffect(), &w);
+    vst::Rect* rect = nullptr;
+    ASSERT_TRUE(editor.getRect(&rect));
+    EXPECT_EQ(rect->top, 0);
+    EXPECT_EQ(rect->left, 0);
+    EXPECT_EQ(rect->bottom, 400);
+    EXPECT_EQ(rect->right, 640);
+    int window = 0;
+    EXPECT_FALSE(editor.open(&window));
+    EXPECT_FALSE(editor.isOpen());
+    editor.close();
+    EXPECT_FALSE(w.getAeffect()->flags & vst::kFlagHasEditor);
+}
+
+}  // namespace
+}  // namespace tarv
