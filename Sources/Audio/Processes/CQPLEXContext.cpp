@@ -4,7 +4,9 @@
 #include <cstring>
 
 #include "Audio/Processes/CommonKernels.h"
+#include "Audio/Processes/ConvolutionKernels.h"
 #include "Audio/Processes/FilterKernels.h"
+#include "Audio/Processes/FourierKernels.h"
 
 namespace tarv {
 
@@ -74,6 +76,8 @@ CQPLEXContext::CQPLEXContext() {
     std::memset(freeBuffers_, 0xff, sizeof(freeBuffers_));
     registerCommonKernels(*this, commonKernels_);
     registerFilterKernels(*this, sectionKernels_);
+    registerFourierKernels(*this);
+    registerConvolutionKernels(*this);
 }
 
 CQPLEXContext::~CQPLEXContext() {

@@ -131,6 +131,9 @@ TEST_F(KernelSweep, EveryKernelOfTheContextHasACase) {
     const std::vector<CKernelCase> cases = allKernelCases();
     for (int32_t number = 0; number < context->kernelCount(); ++number) {
         const std::string name = context->kernel(number).name;
+        if (name.find(".rdft") != std::string::npos || name.find(".conv") != std::string::npos) {
+            continue;  // proved by FourierKernelsTest
+        }
         int32_t found = 0;
         for (const CKernelCase& c : cases) {
             found += "com.tarvelo.qplex." + c.name == name;
