@@ -1,0 +1,65 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+#include <typeinfo>
+
+#include "ProductTree.h"
+
+namespace tarv {
+
+namespace {
+
+/// Tags whose classes come with the editor, its messages, and settings and timers.
+constexpr const char* kNotYet[] = {"audio:interface-client",
+                                   "audio:interface-client-connector-vst",
+                                   "core:timer",
+                                   "core:shared-attribute",
+                                   "core:global-settings",
+                                   "core:attr-doubler",
+                                   "brushset",
+                                   "font",
+                                   "imageset",
+                                   "palette",
+                                   "ui:view",
+                                   "ui:control-surface"};
+
+bool isPlainByPurpose(const CObject* object) {
+    for (const char* tag : kNotYet) {
+        if (object->tag() == tag) {
+            return true;
+        }
+    }
+    return object->tag() == "core:object" || object->tag() == "template";
+}
+
+void expectClasses(const CObject* object) {
+    for (const CObject* child : object->children()) {
+        const bool isPlain = typeid(*child) == typeid(CObject);
+        EXPECT_EQ(isPlain, isPlainByPurpose(child)) << child->fullName().toUtf8() << ' ' << child->tag().toUtf8();
+        expectClasses(child);
+    }
+}
+
+class Creators : public CProductTree {};
+
+TEST_F(Creators, StandInAscendingOrderOfTheirTags) {
+    for (int32_t i = 1; i < kCreatorRowCount; ++i) {
+        EXPECT_LT(std::strcmp(kCreatorRows[i - 1].tag, kCreatorRows[i].tag), 0) << kCreatorRows[i].tag;
+    }
+}
+
+TEST_F(Creators, OfEveryAudioTagThatTheTreeUsesGiveAClassOfItsOwn) {
+    expectClasses(sharedRoot());
+    expectClasses(makePlugin());
+}
+
+TEST_F(Creators, DoNotYetKnowTheEditorsTags) {
+    for (const char* tag : kNotYet) {
+        EXPECT_EQ(std::unique_ptr<CObject>(CCreatorRegistry::create(tag)), nullptr) << tag;
+    }
+}
+
+}  // namespace
+
+}  // namespace tarv

@@ -1,0 +1,65 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "SourceFolder.h"
+
+namespace tarv {
+
+namespace {
+
+/// Runs the compiler in the test's folder; its messages go to the file "messages", its output to "out".
+int run(const CSourceFolder& folder, const std::string& arguments) {
+    const std::string command =
+        "cd " + folder.path("") + " && " + std::string(TARV_DEFINITION_COMPILER) + " " + arguments + " >out 2>messages";
+    return WEXITSTATUS(std::system(command.c_str()));
+}
+
+TEST(DefinitionCompilerProgram, LeavesNoOutputBehindABadSource) {
+    CSourceFolder folder;
+    folder.add("a.xml", "<definitions>\n<a></definitions>");
+    folder.add("result", "of an earlier source");
+    EXPECT_EQ(run(folder, "a.xml result"), 1);
+    EXPECT_FALSE(std::filesystem::exists(folder.path("result")));
+    EXPECT_EQ(folder.read("messages").substr(0, 19), "a.xml:2:6: error: m");
+}
+
+TEST(DefinitionCompilerProgram, DumpsWhatItCompiledAndCompilesTheDumpToTheSameBytes) {
+    CSourceFolder folder;
+    folder.add("a.xml", definitions("<template name='t'><a v='1'/></template><t name='b' v='2'/>"));
+    ASSERT_EQ(run(folder, "a.xml first"), 0) << folder.read("messages");
+    ASSERT_EQ(run(folder, "--dump first"), 0) << folder.read("messages");
+    folder.add("raw.xml", folder.read("out"));
+    ASSERT_EQ(run(folder, "raw.xml second"), 0) << folder.read("messages");
+    EXPECT_FALSE(folder.read("first").empty());
+    EXPECT_EQ(folder.read("first"), folder.read("second"));
+}
+
+TEST(DefinitionCompilerProgram, WritesWhatTheOutputDependsOn) {
+    CSourceFolder folder;
+    folder.add("b.xml", definitions("<b/>"));
+    folder.add("a.xml", definitions("<include file='b.xml'/>"));
+    ASSERT_EQ(run(folder, "a.xml result --depfile deps"), 0) << folder.read("messages");
+    EXPECT_EQ(folder.read("deps"), "result: a.xml b.xml\n");
+}
+
+TEST(DefinitionCompilerProgram, TellsItsUseWhenCalledWrongly) {
+    CSourceFolder folder;
+    for (const char* arguments : {"", "a.xml", "a b c", "--dump", "--dump a b", "--unknown", "a b --depfile"}) {
+        EXPECT_EQ(run(folder, arguments), 2) << arguments;
+        EXPECT_TRUE(folder.read("messages").starts_with("usage: ")) << arguments;
+    }
+}
+
+TEST(DefinitionCompilerProgram, SaysWhenTheOutputCannotBeWritten) {
+    CSourceFolder folder;
+    folder.add("a.xml", definitions("<a/>"));
+    EXPECT_EQ(run(folder, "a.xml missing/result"), 1);
+    EXPECT_EQ(folder.read("messages"), "missing/result: error: the file can't be written\n");
+}
+
+}  // namespace
+
+}  // namespace tarv
