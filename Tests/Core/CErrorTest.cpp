@@ -7,20 +7,10 @@
 #include <vector>
 
 #include "Core/Log.h"
+#include "Tests/Core/CoreTestHelp.h"
 
 namespace tarv {
 namespace {
-
-/// Gathers the log while it lives.
-class CGatheredLog {
-public:
-    CGatheredLog() {
-        setLogSink([](void* user, const char* line) { static_cast<CGatheredLog*>(user)->lines.emplace_back(line); },
-                   this);
-    }
-    ~CGatheredLog() { setLogSink(nullptr, nullptr); }
-    std::vector<std::string> lines;
-};
 
 std::vector<std::string> linesOf(CError* error) {
     std::vector<std::string> lines;
@@ -106,27 +96,6 @@ TEST(CError, LoggingWritesEachLineWithTheContextBehindIt) {
     logError(addErrorLocation(nullptr, "Sources/Core/A.cpp", 1, "", ""));
     setLogContext("");
     EXPECT_EQ(log.lines, (std::vector<std::string>{"Sources/Core/A( 1 ) // Brindle XEQ"}));
-}
-
-TEST(CError, ShowingNothingTellsThatThereAreNoDetails) {
-    CError* none = nullptr;
-    testing::internal::CaptureStderr();
-    showError(none);
-    const std::string shown = testing::internal::GetCapturedStderr();
-    EXPECT_NE(shown.find("Tarvelo Application Message"), std::string::npos);
-    EXPECT_NE(shown.find("An issue has happened when executing Tarvelo application."), std::string::npos);
-    EXPECT_NE(shown.find("<no details>"), std::string::npos);
-}
-
-TEST(CError, ShowingLogsTellsAndConsumes) {
-    CGatheredLog log;
-    CError* error = addErrorLocation(nullptr, "Sources/Core/A.cpp", 1, "", "@id Broken.");
-    testing::internal::CaptureStderr();
-    showError(error);
-    const std::string shown = testing::internal::GetCapturedStderr();
-    EXPECT_NE(shown.find("Broken.\r\nSources/Core/A( 1 )\r\n"), std::string::npos);
-    EXPECT_EQ(error, nullptr);
-    EXPECT_EQ(log.lines.size(), 2u);
 }
 
 }  // namespace

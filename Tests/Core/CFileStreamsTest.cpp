@@ -92,16 +92,18 @@ TEST_F(FileStreams, AWriterPatchesWhatItWrote) {
 }
 
 TEST_F(FileStreams, FailuresNameFileErrorAndFlags) {
-    const std::string missing = (folder_ / "none" / "a.bin").string();
-    const CString path = CString::fromUtf8(missing.data(), missing.size());
+    const std::string missing = (folder_ / "none").string();
     CFileReader reader;
     CFileWriter writer;
     // 2 is "no such file" for both systems' numbers.
-    EXPECT_EQ(messageOf(reader.open(path, 3)), "Unable to open file '" + missing + "' for reading (error 2, flags 3).");
+    EXPECT_EQ(messageOf(reader.open(pathOf("none"), 3)),
+              "Unable to open file '" + missing + "' for reading (error 2, flags 3).");
+    const std::string unmade = (folder_ / "none" / "a.bin").string();
+    const CString path = CString::fromUtf8(unmade.data(), unmade.size());
     const std::string rewriting = messageOf(writer.open(path, false));
-    EXPECT_TRUE(rewriting.starts_with("Unable to open file '" + missing + "' for rewriting (error ")) << rewriting;
+    EXPECT_TRUE(rewriting.starts_with("Unable to open file '" + unmade + "' for rewriting (error ")) << rewriting;
     const std::string appending = messageOf(writer.open(path, true));
-    EXPECT_TRUE(appending.starts_with("Unable to open file '" + missing + "' for appending (error ")) << appending;
+    EXPECT_TRUE(appending.starts_with("Unable to open file '" + unmade + "' for appending (error ")) << appending;
 }
 
 TEST_F(FileStreams, AShortReadTellsBothCounts) {

@@ -111,20 +111,29 @@ TEST(CHeap, ChunksDoubleUpTo128BlocksAndAreNeverGivenBack) {
     if (!kHasPools) {
         GTEST_SKIP() << "sanitizer builds have no pools";
     }
-    // A class that nothing else in this program uses: 4001 to 4016 bytes, stride 4024.
+    // 4001 to 4016 bytes: a class of which at most a few blocks were taken before.
     constexpr size_t kSize = 4010;
     constexpr uint64_t kStride = 4024;
-    std::vector<void*> blocks;
-    const auto grow = [&](int count) {
-        const uint64_t before = CHeap::counters().platformBytes;
-        for (int i = 0; i < count; ++i) {
-            blocks.push_back(CHeap::alloc(kSize));
-        }
-        return CHeap::counters().platformBytes - before;
+    struct CGrowth {
+        size_t atBlock;
+        uint64_t blocks;
     };
-    for (uint64_t count : {1u, 2u, 4u, 8u, 16u, 32u, 64u, 128u, 128u}) {
-        EXPECT_EQ(grow(1), kStride * count + 17) << count;
-        EXPECT_EQ(grow(static_cast<int>(count) - 1), 0u);
+    std::vector<CGrowth> growths;
+    std::vector<void*> blocks;
+    while (blocks.size() < 1000) {
+        const uint64_t before = CHeap::counters().platformBytes;
+        blocks.push_back(CHeap::alloc(kSize));
+        if (const uint64_t bytes = CHeap::counters().platformBytes - before) {
+            EXPECT_EQ((bytes - 17) % kStride, 0u) << bytes;
+            growths.push_back({blocks.size(), (bytes - 17) / kStride});
+        }
+    }
+    ASSERT_GT(growths.size(), 5u);
+    EXPECT_LT(growths[0].blocks, 16u);
+    EXPECT_EQ(growths.back().blocks, 128u);
+    for (size_t i = 1; i < growths.size(); ++i) {
+        EXPECT_EQ(growths[i].blocks, std::min<uint64_t>(growths[i - 1].blocks * 2, 128));
+        EXPECT_EQ(growths[i].atBlock - growths[i - 1].atBlock, growths[i - 1].blocks);
     }
     const uint64_t full = CHeap::counters().platformBytes;
     for (void* block : blocks) {

@@ -43,7 +43,7 @@ TEST_F(CResourceReaderTest, AnEmptyRangeIsThere) {
 
 TEST_F(CResourceReaderTest, AnUnknownNameFailsInTheFileReadersWords) {
     EXPECT_EQ(
-        consumed(reader.open("no/such/thing")).find("Unable to open file 'no/such/thing' for reading (error 2, flags"),
+        consumed(reader.open("no-such-thing")).find("Unable to open file 'no-such-thing' for reading (error 2, flags"),
         0u);
 }
 

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "Core/CError.h"
+#include "Core/Log.h"
 
 namespace tarv {
 
@@ -17,6 +19,17 @@ inline std::string messageOf(CError* error) {
     delete error;
     return message;
 }
+
+/// Gathers the log while it lives.
+class CGatheredLog {
+public:
+    CGatheredLog() {
+        setLogSink([](void* user, const char* line) { static_cast<CGatheredLog*>(user)->lines.emplace_back(line); },
+                   this);
+    }
+    ~CGatheredLog() { setLogSink(nullptr, nullptr); }
+    std::vector<std::string> lines;
+};
 
 }  // namespace tarv
 
