@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 #include "Core/CHeap.h"
@@ -147,8 +148,12 @@ void CArray<T, N>::removeAt(int32_t index) {
 
 template <class T, int32_t N>
 void CArray<T, N>::resize(int32_t count) {
-    while (count_ > count) {
-        data_[--count_].~T();
+    if constexpr (std::is_trivially_destructible_v<T>) {
+        count_ = count_ > count ? count : count_;
+    } else {
+        while (count_ > count) {
+            data_[--count_].~T();
+        }
     }
     if (count > capacity_) {
         reserve(count);
