@@ -38,6 +38,21 @@ CBufferHandle CFilterChain::makeState(CQPLEXContext& context, const CFilterSecti
     return block;
 }
 
+CFirSection* CFilterChain::makeFir(CQPLEXContext& context, const CFilterSection& section) {
+    const int32_t taps = section.numerators.count();
+    auto* const fir = new CFirSection(context, taps);
+    fir->setTaps(section.numerators.data(), taps);
+    return fir;
+}
+
+void CFilterChain::releaseStates(CQPLEXContext& context) {
+    for (const CState& state : states_) {
+        context.releaseReference(state.block);
+        delete state.fir;
+    }
+    states_.clear();
+}
+
 void CFilterChain::design(CQPLEXContext& context, const CAudioFilterGen* generator, const double* values, int32_t count,
                           double rate, const CFilterChain* from) {
     generator_ = generator;
@@ -66,20 +81,17 @@ void CFilterChain::design(CQPLEXContext& context, const CAudioFilterGen* generat
         state.type = section.type;
         if (section.type != kSectionTypeFir) {
             state.block = makeState(context, section, before);
+        } else {
+            state.fir = makeFir(context, section);
         }
         states.append(state);
     }
-    for (const CState& state : states_) {
-        context.releaseReference(state.block);
-    }
+    releaseStates(context);
     states_ = states;
 }
 
 void CFilterChain::release(CQPLEXContext& context) {
-    for (const CState& state : states_) {
-        context.releaseReference(state.block);
-    }
-    states_.clear();
+    releaseStates(context);
     list_.sections.clear();
     list_.isParallel = 0;
     list_.latency = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Audio/Filters/CAudioFilterGen.h"
+#include "Audio/Processes/CFirSection.h"
 #include "Audio/Processes/CQPLEXContext.h"
 
 namespace tarv {
@@ -11,6 +12,8 @@ public:
     const CAudioFilterGen* generator() const { return generator_; }
     const CSectionList& list() const { return list_; }
     CBufferHandle state(int32_t section) const { return states_[section].block; }
+    /// The convolution of a section of type kSectionTypeFir, null for any other.
+    CFirSection* fir(int32_t section) const { return states_[section].fir; }
     bool isDesignedWith(const CAudioFilterGen* generator, const double* values, int32_t count) const;
     /// Designs for a rate in Hz. A section takes its history from the section of `from` at the same position if the
     /// types match (`from` may be the chain itself or null).
@@ -22,7 +25,10 @@ private:
     struct CState {
         int32_t type = -1;
         CBufferHandle block = kNoBuffer;
+        CFirSection* fir = nullptr;  // owned
     };
+    static CFirSection* makeFir(CQPLEXContext& context, const CFilterSection& section);
+    void releaseStates(CQPLEXContext& context);
     static CBufferHandle makeState(CQPLEXContext& context, const CFilterSection& section, const CState* before);
 
     const CAudioFilterGen* generator_ = nullptr;

@@ -129,8 +129,17 @@ int32_t CModFilterModule::lastActiveChain() const {
 CBufferHandle CModFilterModule::runSection(const CFilterChain& chain, int32_t section, CBufferHandle in, int32_t count,
                                            bool useGain, double gain) const {
     const CSectionKernels& kernels = context().sectionKernels(chain.list().sections[section].type);
+    if (CFirSection* fir = chain.fir(section)) {
+        const CBufferHandle plain = fir->run(in, count);
+        const CBufferHandle scaled = takeSignal(count);
+        context().issue(context().commonKernel(CCommonKernel::Mulc), count, useGain ? gain : 1.0, {scaled, plain});
+        context().releaseReference(plain);
+        return scaled;
+    }
     const CBufferHandle out = takeSignal(count);
-    context().issue(useGain ? kernels.runGain : kernels.run, count, gain, {out, chain.state(section), in});
+    // The level-dependent section has one kernel for both forms: without gain its factor is 1.
+    context().issue(useGain ? kernels.runGain : kernels.run, count, useGain ? gain : 1.0,
+                    {out, chain.state(section), in});
     return out;
 }
 
