@@ -22,14 +22,17 @@ void makeAndRun(vst::EntryProc entry, int count) {
 }
 
 TEST_F(InstancesTest, OfFourHundredTheSecondHalfAddsNoMemory) {
+#ifdef TARV_SANITIZED
+    GTEST_SKIP() << "a sanitizer keeps what was freed; it reports leaks by itself";
+#endif
     makeAndRun(library->entry(), 200);
     const int64_t before = processMemory();
     makeAndRun(library->entry(), 200);
     const int64_t after = processMemory();
     RecordProperty("bytesBefore", std::to_string(before));
     RecordProperty("bytesAfter", std::to_string(after));
-    // The system counts in pages and keeps some of what it got back: a leak of 2 KB an instance would show.
-    EXPECT_LT(after - before, 400 * 1024);
+    ASSERT_GT(before, 0);
+    EXPECT_LE(after, before);
 }
 
 TEST_F(InstancesTest, TwoSideBySideDoNotTouchEachOther) {

@@ -4,32 +4,31 @@
 
 #ifdef _WIN32
 #include <windows.h>
-// Behind windows.h, whose types it needs.
-#include <psapi.h>
 #else
-#include <unistd.h>
-
-#include <cstdio>
+#include <malloc.h>
 #endif
 
 namespace tarv::host {
 
-/// Bytes of this process's own memory.
+/// Bytes that this process has allocated and not given back, over all of its heaps.
 inline int64_t processMemory() {
+    int64_t bytes = 0;
 #ifdef _WIN32
-    PROCESS_MEMORY_COUNTERS_EX counters{};
-    GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters), sizeof counters);
-    return static_cast<int64_t>(counters.PrivateUsage);
-#else
-    long pages = 0;
-    if (std::FILE* file = std::fopen("/proc/self/statm", "r")) {
-        if (std::fscanf(file, "%*d %ld", &pages) != 1) {
-            pages = 0;
+    HANDLE heaps[64];
+    const DWORD count = GetProcessHeaps(64, heaps);
+    for (DWORD i = 0; i < count && i < 64; ++i) {
+        PROCESS_HEAP_ENTRY entry{};
+        HeapLock(heaps[i]);
+        while (HeapWalk(heaps[i], &entry)) {
+            bytes += entry.wFlags & PROCESS_HEAP_ENTRY_BUSY ? static_cast<int64_t>(entry.cbData) : 0;
         }
-        std::fclose(file);
+        HeapUnlock(heaps[i]);
     }
-    return static_cast<int64_t>(pages) * sysconf(_SC_PAGESIZE);
+#else
+    const struct mallinfo2 info = mallinfo2();
+    bytes = static_cast<int64_t>(info.uordblks + info.hblkhd);
 #endif
+    return bytes;
 }
 
 }  // namespace tarv::host
