@@ -14,7 +14,8 @@ buildPreset() {
     set -- $(for target in "$@"; do printf -- '--target %s ' "$target"; done)
     [ -t 2 ] && say "Building $preset ..."
     cmake --build --preset "$preset" -j "$(nproc)" "$@" > "$log" 2>&1 || failedStep "building $preset" "$log"
-    grep -q 'no work to do' "$log" || say "Built $preset in $((SECONDS - start)) s."
+    grep -qE '^\[[0-9]+/[0-9]+\] (Building|Linking|Generating)' "$log" && say "Built $preset in $((SECONDS - start)) s."
+    return 0
 }
 
 failedStep() {

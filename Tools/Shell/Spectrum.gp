@@ -25,5 +25,5 @@ set ytics 4
 set xzeroaxis lt 1 lc rgb "#606060"
 set key bottom right
 plot "< paste ".before." ".after." | grep -v '#'" using 1:($4-$2) with lines lw 2 lc rgb "#c04010" title "after - before", \
-     marks using 1:2 with points pt 6 ps 2 lw 2 lc rgb "#204080" title "gain set"
+     marks using 1:2 with points pt 6 ps 2 lw 2 lc rgb "#204080" title "gain set (band and output)"
 unset multiplot
