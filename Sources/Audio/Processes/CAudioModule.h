@@ -35,9 +35,7 @@ protected:
     CBufferHandle noise(CBufferHandle& seed, int32_t kernel, int32_t count) const;
     /// A fresh seed block, its one word 0.
     CBufferHandle takeSeed() const;
-    CBufferHandle takeSignal(int32_t count) const {
-        return context().takeSignal(count);
-    }
+    CBufferHandle takeSignal(int32_t count) const { return context().takeSignal(count); }
     /// The block itself with one more reference.
     CBufferHandle forward(CBufferHandle handle) const {
         context().addReference(handle);
