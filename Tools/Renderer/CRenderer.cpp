@@ -29,6 +29,24 @@ struct CChannels {
     std::vector<Sample*> pointers;
 };
 
+template <class Sample>
+void split(const std::vector<double>& stream, const std::vector<Sample*>& to, int32_t channels, int32_t count) {
+    for (int32_t c = 0; c < channels; ++c) {
+        for (int32_t i = 0; i < count; ++i) {
+            to[c][i] = static_cast<Sample>(stream[static_cast<size_t>(i) * channels + c]);
+        }
+    }
+}
+
+template <class Sample>
+void join(const std::vector<Sample*>& from, std::vector<double>& stream, int32_t channels, int32_t count) {
+    for (int32_t c = 0; c < channels; ++c) {
+        for (int32_t i = 0; i < count; ++i) {
+            stream[static_cast<size_t>(i) * channels + c] = from[c][i];
+        }
+    }
+}
+
 }  // namespace
 
 bool CRenderer::resolve(std::string& error) {
@@ -97,15 +115,10 @@ bool CRenderer::run(std::FILE* input, std::FILE* output, std::string& error) {
         applyChanges();
         const int32_t wanted = cutAtChange(nextBlock());
         int32_t count = 0;
-        if (isInput) {
-            const size_t got = std::fread(stream.data(), sizeof(double), static_cast<size_t>(wanted) * channels, input);
-            count = static_cast<int32_t>(got / channels);
-            if (std::ferror(input) || got % channels) {
-                error = std::ferror(input) ? "cannot read the input" : "the input ends inside a frame";
-                return false;
-            }
-            isInput = count == wanted;
+        if (isInput && !readFrames(input, stream, wanted, count, error)) {
+            return false;
         }
+        isInput = isInput && count == wanted;
         if (count == 0) {
             count = static_cast<int32_t>(std::min<int64_t>(wanted, tail));
             tail -= count;
@@ -114,17 +127,9 @@ bool CRenderer::run(std::FILE* input, std::FILE* output, std::string& error) {
         if (count == 0) {
             break;
         }
-        for (int32_t i = 0; i < count; ++i) {
-            for (int32_t c = 0; c < channels; ++c) {
-                in.pointers[c][i] = static_cast<Sample>(stream[static_cast<size_t>(i) * channels + c]);
-            }
-        }
+        split(stream, in.pointers, channels, count);
         host_.process(in.pointers.data(), out.pointers.data(), count);
-        for (int32_t i = 0; i < count; ++i) {
-            for (int32_t c = 0; c < channels; ++c) {
-                stream[static_cast<size_t>(i) * channels + c] = out.pointers[c][i];
-            }
-        }
+        join(out.pointers, stream, channels, count);
         const size_t size = static_cast<size_t>(count) * channels;
         if (std::fwrite(stream.data(), sizeof(double), size, output) != size) {
             error = "cannot write the output";
@@ -135,11 +140,17 @@ bool CRenderer::run(std::FILE* input, std::FILE* output, std::string& error) {
             showProgress(false);
         }
     }
-    if (std::fflush(output) != 0) {
-        error = "cannot write the output";
-        return false;
-    }
-    return true;
+    error = "cannot write the output";
+    return std::fflush(output) == 0;
+}
+
+bool CRenderer::readFrames(std::FILE* input, std::vector<double>& stream, int32_t wanted, int32_t& count,
+                           std::string& error) const {
+    const auto channels = static_cast<size_t>(options_.channels);
+    const size_t got = std::fread(stream.data(), sizeof(double), static_cast<size_t>(wanted) * channels, input);
+    count = static_cast<int32_t>(got / channels);
+    error = std::ferror(input) ? "cannot read the input" : "the input ends inside a frame";
+    return !std::ferror(input) && got % channels == 0;
 }
 
 int32_t CRenderer::nextBlock() {

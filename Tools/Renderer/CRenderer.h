@@ -34,6 +34,9 @@ public:
 private:
     template <class Sample>
     bool run(std::FILE* input, std::FILE* output, std::string& error);
+    /// Reads up to `wanted` frames; fewer mean the end.
+    bool readFrames(std::FILE* input, std::vector<double>& stream, int32_t wanted, int32_t& count,
+                    std::string& error) const;
     int32_t nextBlock();
     int32_t cutAtChange(int32_t frames) const;
     void applyChanges();
