@@ -173,8 +173,13 @@ void CAudioProcess::runTransfers(const CStep& step) {
     for (; transfer != end; ++transfer) {
         CAudioPort& src = *transfer->src;
         CAudioPort& dst = *transfer->dst;
+        if (transfer->isLast && !transfer->mayMerge) {
+            dst.takeFrom(src, context());
+            continue;
+        }
         dst.samples = src.samples < dst.samples ? src.samples : dst.samples;
         dst.rate = src.rate;
+        dst.layout = transfer->mayMerge ? mixSerial(dst.layout, src.layout) : src.layout;
         for (const CAudioChannel& channel : src.channels) {
             if (!transfer->isLast) {
                 context().addReference(channel.handle);

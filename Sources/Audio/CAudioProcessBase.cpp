@@ -73,13 +73,13 @@ void CAudioProcessBase::visitChildren(void (*)(void*, CAudioProcessBase&), void*
 
 void CAudioProcessBase::needInput(int32_t port) {
     while (inputs_.count() <= port) {
-        inputs_.append(new CAudioPort);
+        inputs_.append(new CAudioPort(graph().channelCount));
     }
 }
 
 void CAudioProcessBase::needOutput(int32_t port) {
     while (outputs_.count() <= port) {
-        outputs_.append(new CAudioPort);
+        outputs_.append(new CAudioPort(graph().channelCount));
     }
 }
 
@@ -169,7 +169,6 @@ int32_t CAudioProcessBase::stepLength() const {
 
 void CAudioProcessBase::forwardInput() {
     output(0).takeFrom(input(0), context());
-    input(0).samples = CAudioPort::kUnlimited;
 }
 
 void CAudioProcessBase::releaseInputs() {

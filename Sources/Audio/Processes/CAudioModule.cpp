@@ -4,8 +4,9 @@
 
 namespace tarv {
 
-CQPLEXContext& CAudioModule::context() const {
-    return process_->context();
+void CAudioModule::attach(CAudioProcessTerminalBase& process) {
+    process_ = &process;
+    context_ = &process.context();
 }
 
 double CAudioModule::read(const CAudioParamSlot* slot, double unset, int32_t offset) const {

@@ -17,7 +17,7 @@ public:
     /// Looks up the kernels that the context's tables do not list.
     virtual void resolveKernels() {}
 
-    void attach(CAudioProcessTerminalBase& process) { process_ = &process; }
+    void attach(CAudioProcessTerminalBase& process);
     /// The channel whose parameters the module reads.
     void assign(int32_t group, int32_t element) {
         group_ = group;
@@ -28,7 +28,7 @@ public:
 
 protected:
     CAudioProcessTerminalBase& process() const { return *process_; }
-    CQPLEXContext& context() const;
+    CQPLEXContext& context() const { return *context_; }
     /// Number `offset` elements behind the one that the process reads; `unset` without data.
     double read(const CAudioParamSlot* slot, double unset, int32_t offset = 0) const;
     /// A block of noise in place of a signal, from a seed block that the module keeps: made on first need.
@@ -45,6 +45,7 @@ protected:
 
 private:
     CAudioProcessTerminalBase* process_ = nullptr;
+    CQPLEXContext* context_ = nullptr;
     int32_t group_ = 0;
     int32_t element_ = 0;
 };

@@ -24,14 +24,14 @@ void CAudioProcessTerminalBase::regModuleParam(int32_t index, const CAudioParamS
     }
 }
 
-CBufferHandle CAudioProcessTerminalBase::findBlock(int32_t port, int32_t group, int32_t element) const {
+CBufferHandle CAudioProcessTerminalBase::searchBlock(int32_t port, const CAudioChannel& channel) const {
     CBufferHandle block = kNoBuffer;
-    for (const CAudioChannel& channel : input(port).channels) {
-        if (channel.element == element) {
-            if (channel.group == group) {
-                return channel.handle;
+    for (const CAudioChannel& candidate : input(port).channels) {
+        if (candidate.element == channel.element) {
+            if (candidate.group == channel.group) {
+                return candidate.handle;
             }
-            block = channel.handle;
+            block = candidate.handle;
         }
     }
     return block;

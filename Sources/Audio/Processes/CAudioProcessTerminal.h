@@ -17,8 +17,15 @@ public:
     /// in the log.
     void regModuleParam(int32_t index, const CAudioParamSlot*& binding) const;
     /// The block of a port for a channel: of the same group and element, else the last one of the same element, else
-    /// kNoBuffer.
-    CBufferHandle findBlock(int32_t port, int32_t group, int32_t element) const;
+    /// kNoBuffer. `position` is where it most likely lies.
+    CBufferHandle findBlock(int32_t port, int32_t position, const CAudioChannel& channel) const {
+        const CChannelList& channels = input(port).channels;
+        if (position < channels.count() && channels[position].element == channel.element &&
+            channels[position].group == channel.group) {
+            return channels[position].handle;
+        }
+        return searchBlock(port, channel);
+    }
 
     /// Seconds.
     double fadeSeconds() const { return fadeSeconds_; }
@@ -34,6 +41,8 @@ protected:
     bool slotsChanged_ = false;
 
 private:
+    CBufferHandle searchBlock(int32_t port, const CAudioChannel& channel) const;
+
     double fadeSeconds_ = kDefaultFade;
 };
 
@@ -88,9 +97,15 @@ private:
     void runCut(int32_t count);
     void advanceFades(int32_t count);
 
+    /// The block of port 1 for the channel at a position of port 0.
+    CBufferHandle secondBlock(int32_t position, const CAudioChannel& channel) const {
+        return inputCount() > 1 ? findBlock(1, position, channel) : kNoBuffer;
+    }
+
     CArray<CVoice, 8> voices_;
     CArray<T*, 16> spares_;
     double rate_ = 0.0;
+    uint64_t layout_ = 0;
     int32_t fadeLength_ = 1;
     bool mayFade_ = false;  ///< a voice is in a fade or has a change waiting
 };
@@ -203,6 +218,7 @@ void CAudioProcessTerminal<T>::syncVoices(const CAudioPort& in) {
         rate_ = in.rate;
         fadeLength_ = fadeSamples(rate_);
     }
+    layout_ = in.layout;
     bool isSame = in.channels.count() == voices_.count();
     for (int32_t i = 0; isSame && i < voices_.count(); ++i) {
         isSame = voices_[i].channel.isSameAs(in.channels[i]);
@@ -314,12 +330,13 @@ CBufferHandle CAudioProcessTerminal<T>::runVoice(CVoice& voice, CBufferHandle in
 
 template <class T>
 void CAudioProcessTerminal<T>::runWhole(int32_t count) {
-    CAudioPort& out = output(0);
-    const bool hasSecond = inputCount() > 1;
+    CQPLEXContext& ctx = context();
+    CChannelList& channels = output(0).channels;
     for (int32_t i = 0; i < voices_.count(); ++i) {
-        const CAudioChannel& channel = input(0).channels[i];
-        const CBufferHandle second = hasSecond ? findBlock(1, channel.group, channel.element) : kNoBuffer;
-        out.add(channel.group, channel.element, channel.serial, runVoice(voices_[i], channel.handle, second, count));
+        CAudioChannel& channel = channels[i];
+        const CBufferHandle in = channel.handle;
+        channel.handle = runVoice(voices_[i], in, secondBlock(i, channel), count);
+        ctx.releaseReference(in);
     }
     if (mayFade_) {
         advanceFades(count);
@@ -328,28 +345,33 @@ void CAudioProcessTerminal<T>::runWhole(int32_t count) {
 
 template <class T>
 void CAudioProcessTerminal<T>::runCut(int32_t count) {
-    CAudioPort& out = output(0);
+    CQPLEXContext& ctx = context();
     constexpr auto kBytes = static_cast<int32_t>(sizeof(double));
-    for (const CAudioChannel& channel : input(0).channels) {
-        out.add(channel.group, channel.element, channel.serial, context().takeSignal(count));
+    CChannelList& channels = output(0).channels;
+    for (int32_t i = 0; i < voices_.count(); ++i) {
+        voices_[i].channel.handle = channels[i].handle;
+        channels[i].handle = ctx.takeSignal(count);
     }
     for (int32_t position = 0; position < count;) {
         const int32_t length = segmentLength(count - position);
         const int32_t offset = position * kBytes;
         for (int32_t i = 0; i < voices_.count(); ++i) {
-            const CAudioChannel& channel = input(0).channels[i];
-            const CBufferHandle second = inputCount() > 1 ? findBlock(1, channel.group, channel.element) : kNoBuffer;
-            const CBufferHandle piece = runVoice(voices_[i], CQPLEXContext::offsetBy(channel.handle, offset),
-                                                 CQPLEXContext::offsetBy(second, offset), length);
-            context().issue(context().commonKernel(CCommonKernel::Copy), length, 0.0,
-                            {CQPLEXContext::offsetBy(out.channels[i].handle, offset), piece});
-            context().releaseReference(piece);
+            const CBufferHandle in = CQPLEXContext::offsetBy(voices_[i].channel.handle, offset);
+            const CBufferHandle second = CQPLEXContext::offsetBy(secondBlock(i, channels[i]), offset);
+            const CBufferHandle piece = runVoice(voices_[i], in, second, length);
+            ctx.issue(ctx.commonKernel(CCommonKernel::Copy), length, 0.0,
+                      {CQPLEXContext::offsetBy(channels[i].handle, offset), piece});
+            ctx.releaseReference(piece);
         }
         advanceFades(length);
         position += length;
         if (position < count) {
             servePending();
         }
+    }
+    for (CVoice& voice : voices_) {
+        ctx.releaseReference(voice.channel.handle);
+        voice.channel.handle = kNoBuffer;
     }
 }
 
@@ -370,24 +392,28 @@ template <class T>
 void CAudioProcessTerminal<T>::process() {
     updateParams();
     const int32_t count = stepLength();
-    const CAudioPort& in = input(0);
+    CAudioPort& in = input(0);
     CAudioPort& out = output(0);
-    syncVoices(in);
+    if (in.layout != layout_ || in.rate != rate_ || in.channels.count() != voices_.count()) {
+        syncVoices(in);
+    }
     if (slotsChanged_) {
         applyChanges();
     }
     if (mayFade_) {
         servePending();
     }
-    out.release(context());
+    // The list goes over to the output; each block in it is then replaced by what its module makes of it.
+    out.takeFrom(in, context());
     out.samples = count;
-    out.rate = in.rate;
     if (!mayFade_ || segmentLength(count) == count) {
         runWhole(count);
     } else {
         runCut(count);
     }
-    releaseInputs();
+    if (inputCount() > 1) {
+        releaseInputs();
+    }
     context().flush();
 }
 

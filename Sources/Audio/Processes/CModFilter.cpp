@@ -83,6 +83,7 @@ void CModFilterModule::sizeChains(int32_t count) {
 
 void CModFilterModule::design(double rate, CModFilterModule* from) {
     sizeChains(wantedCount());
+    noteSingle();
     if (!hasDesignData()) {
         return;
     }
@@ -94,6 +95,7 @@ void CModFilterModule::design(double rate, CModFilterModule* from) {
             chains_[i]->design(context(), generator, values.data(), values.count(), rate, before);
         }
     }
+    noteSingle();
 }
 
 void CModFilterModule::retire() {
@@ -101,6 +103,7 @@ void CModFilterModule::retire() {
         chain->release(context());
     }
     count_ = 0;
+    isSingle_ = false;
 }
 
 void CModFilterModule::makeReady() {
@@ -176,7 +179,26 @@ CBufferHandle CModFilterModule::runParallel(const CFilterChain& chain, CBufferHa
     return sum;
 }
 
+void CModFilterModule::noteSingle() {
+    const int32_t last = lastActiveChain();
+    isSingle_ = last == 0 && chains_[0]->list().sections.count() == 1;
+    if (isSingle_) {
+        const CFilterSection& section = chains_[0]->list().sections[0];
+        singleKernel_ = context().sectionKernels(section.type).runGain;
+        singleGain_ = section.gain;
+    }
+}
+
 CBufferHandle CModFilterModule::run(CBufferHandle in, CBufferHandle, int32_t count) {
+    if (isSingle_) {
+        const CBufferHandle out = takeSignal(count);
+        context().issue(singleKernel_, count, singleGain_, {out, chains_[0]->state(0), in});
+        return out;
+    }
+    return runChains(in, count);
+}
+
+CBufferHandle CModFilterModule::runChains(CBufferHandle in, int32_t count) const {
     const int32_t last = lastActiveChain();
     CBufferHandle block = forward(in);
     double factor = 1.0;

@@ -50,6 +50,8 @@ private:
     const CAudioFilterGen* readChain(int32_t index, CDesignValues& values) const;
     void sizeChains(int32_t count);
     int32_t lastActiveChain() const;
+    void noteSingle();
+    CBufferHandle runChains(CBufferHandle in, int32_t count) const;
     CBufferHandle runSeries(const CFilterChain& chain, CBufferHandle in, int32_t count, bool isLast,
                             double& factor) const;
     CBufferHandle runParallel(const CFilterChain& chain, CBufferHandle in, int32_t count) const;
@@ -61,6 +63,10 @@ private:
     CArray<const CAudioParamSlot*, 4> designSlots_;
     COwnedArray<CFilterChain, 4> chains_;
     int32_t count_ = 0;
+    // A single section is the common case, and run without a look at the lists.
+    bool isSingle_ = false;
+    int32_t singleKernel_ = -1;
+    double singleGain_ = 1.0;
 };
 
 using CModFilter = CAudioProcessTerminal<CModFilterModule>;

@@ -30,8 +30,12 @@ void CModMSCoder::slotChanged(CAudioParamSlot&) {
 }
 
 void CModMSCoder::readTables() {
+    hasPairs_ = false;
+    tableStamp_ = 0;
     for (int32_t e = 0; e < kMaxElements; ++e) {
         pairs_[e] = static_cast<int32_t>(std::round(slotValue(slot(0), 0, e, 0.0)));
+        hasPairs_ |= pairs_[e] != 0;
+        tableStamp_ = mixSerial(tableStamp_, static_cast<uint64_t>(pairs_[e]));
     }
     isDecoder_ = std::round(slotValue(slot(1), 0, 0, 0.0)) == 1.0;
     isOff_ = slotValue(slot(2), 0, 0, 0.0) > 0.5;
@@ -76,9 +80,10 @@ void CModMSCoder::process() {
     updateParams();
     forwardInput();
     CAudioPort& out = output(0);
-    if (isOff_) {
+    if (isOff_ || !hasPairs_) {
         return;
     }
+    out.layout = mixSerial(out.layout, tableStamp_);
     for (int32_t i = 0; i < out.channels.count(); ++i) {
         const int32_t partner = out.channels[i].element < kMaxElements ? findPartner(out, i) : -1;
         if (partner >= 0) {

@@ -30,6 +30,8 @@ private:
     int32_t pairs_[kMaxElements] = {};
     bool isDecoder_ = false;
     bool isOff_ = false;
+    bool hasPairs_ = false;
+    uint64_t tableStamp_ = 0;
     int32_t encodeKernel_ = -1;
     int32_t decodeKernel_ = -1;
 };

@@ -20,7 +20,6 @@ void CModNode::process() {
     for (int32_t port = 0; port < inputCount(); ++port) {
         needOutput(port);
         output(port).takeFrom(input(port), context());
-        input(port).samples = CAudioPort::kUnlimited;
     }
 }
 

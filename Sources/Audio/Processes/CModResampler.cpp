@@ -43,6 +43,7 @@ void CModInterpolator::process() {
     out.release(context());
     out.samples = 2 * count;
     out.rate = 2.0 * in.rate;
+    out.layout = in.layout;
     for (const CAudioChannel& channel : in.channels) {
         const CBufferHandle block = context().takeSignal(2 * count);
         context().issue(kernel_, count, 0.0, {block, channel.handle});
@@ -74,6 +75,7 @@ void CModDecimator::process() {
     out.release(context());
     out.samples = kept;
     out.rate = 0.5 * in.rate;
+    out.layout = in.layout;
     for (const CAudioChannel& channel : in.channels) {
         const CBufferHandle block = context().takeSignal(kept);
         context().issue(offset_ == 0 ? evenKernel_ : oddKernel_, kept, 0.0, {block, channel.handle});

@@ -35,6 +35,7 @@ void CModRouter::readTables() {
             ++serials_[e];
         }
         grouping_[e] = group < 0 ? 0 : group < graph().groupCount ? group : graph().groupCount - 1;
+        layout_ = mixSerial(mixSerial(layout_, serials_[e]), static_cast<uint64_t>(grouping_[e]));
     }
 }
 
@@ -101,6 +102,7 @@ void CModRouter::process() {
     out.release(context());
     out.samples = stepLength();
     out.rate = input(0).rate;
+    out.layout = layout_;
     if (routerDef().isOutput()) {
         routeOutputs();
     } else {

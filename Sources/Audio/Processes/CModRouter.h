@@ -40,6 +40,7 @@ private:
     int32_t grouping_[kMaxElements] = {};
     /// Counts how often an element's source changed: the channel starts from silence behind each.
     uint64_t serials_[kMaxElements] = {};
+    uint64_t layout_ = 0;
 };
 
 }  // namespace tarv
