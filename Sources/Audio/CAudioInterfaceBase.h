@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 #include "Audio/CAudioParamUndo.h"
 
 namespace tarv {
@@ -31,7 +33,7 @@ private:
     CAudioInterfaceBaseConnector* connector_ = nullptr;
     CAudioParamCollector* paramCollector_ = nullptr;
     CAudioVizCollector* vizCollector_ = nullptr;
-    bool isGoing_ = false;
+    std::atomic<bool> isGoing_{false};
 };
 
 }  // namespace tarv

@@ -53,8 +53,8 @@ CAudioParamChangePool::~CAudioParamChangePool() {
     }
 }
 
-void CAudioParamChangePool::prepare(int32_t nodes) {
-    if (blocks_.isEmpty()) {
+void CAudioParamChangePool::prepare(int32_t records, int32_t nodes) {
+    while (made_ < records) {
         addBlock();
     }
     for (const CBlock& block : blocks_) {

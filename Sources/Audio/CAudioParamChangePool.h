@@ -34,9 +34,9 @@ public:
     CAudioParamChangePool& operator=(const CAudioParamChangePool&) = delete;
     ~CAudioParamChangePool();
 
-    /// Makes the first block ahead of the first use, and room for `nodes` list nodes in every record that is not in
-    /// use. The taker's thread.
-    void prepare(int32_t nodes);
+    /// Makes blocks ahead of the first use until there are `records` records, and room for `nodes` list nodes in each
+    /// that is not in use. The taker's thread.
+    void prepare(int32_t records, int32_t nodes);
     /// A record with one reference, no values and room for `nodes` list nodes.
     CAudioParamChange* take(int32_t nodes);
     /// Any thread; never allocates, frees or waits.

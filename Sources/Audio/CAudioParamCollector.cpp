@@ -7,6 +7,15 @@
 
 namespace tarv {
 
+namespace {
+
+/// Records that are ready when the graph starts. Hosts post from their audio thread, too: every external parameter a
+/// block, while those of the two blocks before are still held.
+constexpr int32_t kPosterRecords = 112;
+constexpr int32_t kEngineRecords = 16;
+
+}  // namespace
+
 struct CAudioParamCollector::CConsumerBlock : public CHeapObject {
     CConsumerBlock* next;
     CAudioParamConsumer consumers[kConsumersPerBlock];
@@ -33,7 +42,6 @@ CError* CAudioParamCollector::init() {
         TARV_FAIL("@tarvstr_CAudioParamCollector_init_NoAudioEnv No audio environment object '%1' found.",
                   getAttrString("env"));
     }
-    enginePool_.prepare(0);
     return nullptr;
 }
 
@@ -67,10 +75,11 @@ CAudioParam* CAudioParamCollector::define(const CString& name, const CAudioParam
         return param;
     }
     param->info_ = info;
-    param->userData_.resetWithDefaults(info, 0);
-    param->engineData_.reset(info);
-    param->engineData_.reserve(info.isSingleGroup() ? 0 : CAudioParamData::kAllGroups, CAudioParam::kReadyElements);
-    param->engineData_.resetWithDefaults(info, 0);
+    for (CAudioParamData* data : {&param->userData_, &param->engineData_}) {
+        data->reset(info);
+        data->reserve(info.isSingleGroup() ? 0 : CAudioParamData::kAllGroups, CAudioParam::kReadyElements);
+        data->resetWithDefaults(info, 0);
+    }
     param->defined_.store(true, std::memory_order_release);
     for (CAudioParamConsumer* consumer = param->consumers_; consumer; consumer = consumer->next) {
         prepareSlot(*param, *consumer);
@@ -254,7 +263,9 @@ void CAudioParamCollector::closeCollection() {
         offerParam(*entry.second);
         consumers = std::max(consumers, entry.second->consumerCount_.load(std::memory_order_relaxed));
     }
-    enginePool_.prepare(consumers + 1);
+    enginePool_.prepare(kEngineRecords, consumers + 1);
+    CLockScope poolScope(poolLock_);
+    pool_.prepare(kPosterRecords, consumers + 1);
 }
 
 void CAudioParamCollector::offerParam(CAudioParam& param) {

@@ -40,8 +40,8 @@ public:
     /// Takes all consumers out and empties their queues: the graph is going. No audio thread runs.
     void detachConsumers();
 
-    /// A record for postChange with the parameter's shape and `count` elements, values zero. Any thread; allocates
-    /// until the pool has grown.
+    /// A record for postChange with the parameter's shape and `count` elements, values zero. Any thread; allocates only
+    /// when more records are in use than ever before, or for more than 16 numbers.
     CAudioParamChange* createChange(CAudioParam& param, int32_t group, int32_t first, int32_t count,
                                     bool resize = false);
     /// The same on the audio side: takes no lock, and does not allocate while the few records that it keeps are enough.
@@ -60,8 +60,8 @@ public:
     /// Changes that wait for the next round.
     int32_t pendingCount() const;
 
-    /// Hands every parameter to the registries, enumerated ones first, and makes what the audio side's own changes
-    /// need. The graph is built. A second call does nothing.
+    /// Hands every parameter to the registries, enumerated ones first, and makes the records that changes need from the
+    /// first block on. The graph is built. A second call does nothing.
     void closeCollection();
     bool isClosed() const { return closed_; }
     void addRegistry(CAudioParamRegistry& registry);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 #include "Core/CObject.h"
 
 namespace tarv {
@@ -27,7 +29,7 @@ public:
 private:
     CAudioEnv* env_ = nullptr;
     CAudioParam* enableParam_ = nullptr;
-    bool isGoing_ = false;
+    std::atomic<bool> isGoing_{false};
     double position_ = 0.0;
 };
 
