@@ -1,4 +1,6 @@
 // Many effects in one process.
+#include <thread>
+
 #include "HostTest.h"
 #include "ProcessMemory.h"
 
@@ -68,6 +70,30 @@ TEST_F(InstancesTest, TwoSideBySideDoNotTouchEachOther) {
     }
     EXPECT_TRUE(sameBits(outFirst, expectedLoud));
     EXPECT_TRUE(sameBits(outSecond, expectedFlat));
+}
+
+TEST_F(InstancesTest, ThreadsOfTheirOwnMayMakeRunAndCloseInstances) {
+    const auto input = noise<double>(kChannels, 4000);
+    const std::vector<CChange> loud = {{-1, kEqA0 + 3, 1.0f}, {1000, kOutGainA, 1.0f}};
+    const auto expectedLoud = render(library->entry(), input, 44100.0, {}, loud);
+    const auto expectedFlat = render(library->entry(), input, 96000.0);
+    bool isLoudRight = true;
+    bool isFlatRight = true;
+    std::thread first([&] {
+        for (int i = 0; i < 5; ++i) {
+            isLoudRight &=
+                static_cast<bool>(sameBits(render(library->entry(), input, 44100.0, {}, loud), expectedLoud));
+        }
+    });
+    std::thread second([&] {
+        for (int i = 0; i < 5; ++i) {
+            isFlatRight &= static_cast<bool>(sameBits(render(library->entry(), input, 96000.0), expectedFlat));
+        }
+    });
+    first.join();
+    second.join();
+    EXPECT_TRUE(isLoudRight);
+    EXPECT_TRUE(isFlatRight);
 }
 
 TEST_F(InstancesTest, ClosingOneLeavesTheOtherRunning) {
