@@ -4,6 +4,9 @@
 
 namespace tarv {
 
+struct CKernel;
+struct CContextBuffer;
+
 /// Names a buffer of the context: the low 12 bits are the table index, the bits above a byte offset into the storage.
 using CBufferHandle = int32_t;
 constexpr CBufferHandle kNoBuffer = -1;
@@ -17,12 +20,12 @@ struct COperation {
     double immediate;              ///< the operation's constant: a gain, a sample rate, a phase
     int32_t count;                 ///< samples, 0 and up
 
-    int32_t next;     // free list, or the kernel's list of ready operations
     int32_t pending;  // operands that it still waits for
-    int32_t kernelNumber;
-    uint8_t claims;       // operand j is the first that names its buffer
-    uint8_t writeClaims;  // ... and the operation writes that buffer
-    CBufferHandle handles[kMaxOperands];
+    CKernel* kernel;
+    COperation* next;  // free list, or the kernel's list of ready operations
+    CContextBuffer* buffers[kMaxOperands];
+    const uint64_t* holds;  // what each operand adds to its buffer's state: the kernel's, or its own
+    uint64_t ownHolds[kMaxOperands];
 
     /// Operand `j` as 64-bit floats.
     double* signal(int32_t j) const { return static_cast<double*>(pointers[j]); }

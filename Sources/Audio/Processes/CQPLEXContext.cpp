@@ -12,7 +12,6 @@ namespace tarv {
 
 namespace {
 
-constexpr int32_t kWriterHolds = -1;
 constexpr int32_t kNone = -1;
 constexpr size_t kNameLength = 64;
 constexpr int32_t kMaxBatch = 16;
@@ -39,35 +38,16 @@ uint32_t hashOf(const char* name) {
 }
 
 /// Operands of an operation that claim a buffer, and those of them that claim it for writing.
-struct CClaims {
-    uint8_t all;
-    uint8_t writing;
-};
-
-/// A buffer named more than once is claimed once, by its first operand, for writing if any of its operands is written.
-CClaims mergedClaims(const int32_t* indexes, int32_t operandCount, uint32_t writeMask) {
-    uint32_t all = 0;
-    uint32_t writing = 0;
-    for (int32_t j = 0; j < operandCount; ++j) {
-        int32_t first = 0;
-        while (indexes[first] != indexes[j]) {
-            ++first;
-        }
-        all |= 1u << first;
-        writing |= ((writeMask >> j) & 1u) << first;
-    }
-    return {static_cast<uint8_t>(all), static_cast<uint8_t>(writing)};
-}
-
 }  // namespace
 
 CQPLEXContext::CQPLEXContext() {
     for (int32_t i = 0; i < kBufferCount; ++i) {
-        buffers_[i] = {nullptr, i + 1 < kBufferCount ? i + 1 : kNone, 0, 0, kNone, kNone, {nullptr, nullptr}, nullptr,
-                       0};
+        buffers_[i] = {0,      nullptr, i + 1 < kBufferCount ? i + 1 : kNone, 0, 0, kNone, kNone, {nullptr, nullptr},
+                       nullptr};
     }
-    for (int32_t i = 0; i < kOperationCount; ++i) {
-        operations_[i].next = i + 1 < kOperationCount ? i + 1 : kNone;
+    for (COperation& operation : operations_) {
+        operation.next = freeOperations_;
+        freeOperations_ = &operation;
     }
     for (int32_t i = 0; i < kWaiterCount; ++i) {
         waiters_[i].next = i + 1 < kWaiterCount ? i + 1 : kNone;
@@ -116,9 +96,14 @@ int32_t CQPLEXContext::registerKernel(const char* name, CKernelFunction function
     k.writeMask = writeMask;
     k.extra = extra;
     k.next = hashHeads_[hash];
-    k.readyHead = kNone;
-    k.readyTail = kNone;
-    k.nextActive = kNone;
+    k.readyHead = nullptr;
+    k.readyTail = nullptr;
+    k.nextActive = nullptr;
+    for (int32_t j = 0; j < kMaxOperands; ++j) {
+        const bool isWritten = ((writeMask >> j) & 1u) != 0;
+        k.holds[j] = kOneReference + (isWritten ? kWriter : kOneReader);
+        k.limits[j] = isWritten ? kOneReader : kWriter;
+    }
     hashHeads_[hash] = kernelCount_;
     return kernelCount_++;
 }
@@ -156,7 +141,7 @@ void CQPLEXContext::allocateStorage(int32_t index, int32_t sizeClass) {
 inline int32_t CQPLEXContext::popFree(int32_t sizeClass) {
     const int32_t index = freeBuffers_[sizeClass];
     if (index != kNone) {
-        freeBuffers_[sizeClass] = buffers_[index].refs;
+        freeBuffers_[sizeClass] = buffers_[index].nextFree;
     }
     return index;
 }
@@ -164,7 +149,7 @@ inline int32_t CQPLEXContext::popFree(int32_t sizeClass) {
 int32_t CQPLEXContext::takeUnused(int32_t sizeClass) {
     const int32_t index = unusedBuffers_;
     if (index != kNone) {
-        unusedBuffers_ = buffers_[index].refs;
+        unusedBuffers_ = buffers_[index].nextFree;
         allocateStorage(index, sizeClass);
     }
     return index;
@@ -206,29 +191,30 @@ CBufferHandle CQPLEXContext::takeBuffer(int32_t bytes) {
             return kNoBuffer;
         }
     }
-    buffers_[index].refs = 1;
-    buffers_[index].notify[0] = nullptr;
+    buffers_[index].state = kOneReference;
     ++counters_.buffersInUse;
     return index;
 }
 
 void CQPLEXContext::addReference(CBufferHandle handle) {
     if (handle != kNoBuffer) {
-        ++buffers_[indexOf(handle)].refs;
+        ++buffers_[indexOf(handle)].state;
     }
 }
 
-inline void CQPLEXContext::dropReference(CBuffer& buffer, int32_t index) {
-    if (--buffer.refs == 0) {
-        buffer.refs = freeBuffers_[buffer.sizeClass];
-        freeBuffers_[buffer.sizeClass] = index;
-        --counters_.buffersInUse;
-    }
+void CQPLEXContext::giveBack(CBuffer& buffer) {
+    buffer.notify[0] = nullptr;
+    buffer.nextFree = freeBuffers_[buffer.sizeClass];
+    freeBuffers_[buffer.sizeClass] = static_cast<int32_t>(&buffer - buffers_);
+    --counters_.buffersInUse;
 }
 
 void CQPLEXContext::releaseReference(CBufferHandle handle) {
     if (handle != kNoBuffer) {
-        dropReference(buffers_[indexOf(handle)], indexOf(handle));
+        CBuffer& buffer = buffers_[indexOf(handle)];
+        if ((--buffer.state & kReferences) == 0) {
+            giveBack(buffer);
+        }
     }
 }
 
@@ -236,12 +222,13 @@ void CQPLEXContext::notifyOnWrite(CBufferHandle handle, uint8_t* first, uint8_t*
     CBuffer& buffer = buffers_[indexOf(handle)];
     buffer.notify[0] = first;
     buffer.notify[1] = second;
+    buffer.state |= kWatched;
 }
 
 void CQPLEXContext::reserveBuffers(int32_t count, int32_t bytes) {
     const int32_t sizeClass = sizeClassOf(bytes);
     int32_t free = 0;
-    for (int32_t index = freeBuffers_[sizeClass]; index != kNone && free < count; index = buffers_[index].refs) {
+    for (int32_t index = freeBuffers_[sizeClass]; index != kNone && free < count; index = buffers_[index].nextFree) {
         ++free;
     }
     for (; free < count; ++free) {
@@ -249,7 +236,7 @@ void CQPLEXContext::reserveBuffers(int32_t count, int32_t bytes) {
         if (index == kNone) {
             return;
         }
-        buffers_[index].refs = freeBuffers_[sizeClass];
+        buffers_[index].nextFree = freeBuffers_[sizeClass];
         freeBuffers_[sizeClass] = index;
     }
 }
@@ -258,54 +245,51 @@ void CQPLEXContext::reserveBuffers(int32_t count, int32_t bytes) {
 
 template <int32_t N>
 void CQPLEXContext::issueOperands(int32_t kernelNumber, int32_t count, double immediate, const CBufferHandle* handles) {
-    bool isIssuable = kernelNumber >= 0 && kernelNumber < kernelCount_ && count >= 0;
+    // Every number that makes an operation impossible is negative.
+    int32_t signs = kernelNumber | count;
+    CBuffer* buffers[N];
     bool isRepeated = false;
-    int32_t indexes[N];
 #pragma GCC unroll 8
     for (int32_t j = 0; j < N; ++j) {
-        isIssuable = isIssuable && handles[j] != kNoBuffer;
-        indexes[j] = indexOf(handles[j]);
+        signs |= handles[j];
+        buffers[j] = &buffers_[indexOf(handles[j]) & (kBufferCount - 1)];
 #pragma GCC unroll 8
         for (int32_t k = 0; k < j; ++k) {
-            isRepeated |= indexes[k] == indexes[j];
+            isRepeated |= buffers[k] == buffers[j];
         }
     }
-    if (!isIssuable || kernels_[kernelNumber].operandCount != N) {
+    if (signs < 0 || kernelNumber >= kernelCount_ || kernels_[kernelNumber].operandCount != N) [[unlikely]] {
         ++counters_.rejected;
         return;
     }
-    if (freeOperations_ == kNone) {
+    if (freeOperations_ == nullptr) [[unlikely]] {
         ++counters_.forcedFlushes;
         flush();
     }
-    COperation& operation = operations_[freeOperations_];
+    CKernel& kernel = kernels_[kernelNumber];
+    COperation& operation = *freeOperations_;
     freeOperations_ = operation.next;
     operation.immediate = immediate;
     operation.count = count;
     operation.pending = 0;
-    operation.kernelNumber = kernelNumber;
-    const uint32_t writeMask = kernels_[kernelNumber].writeMask;
-    CClaims claims = {static_cast<uint8_t>((1u << N) - 1), static_cast<uint8_t>(writeMask)};
-    if (isRepeated) [[unlikely]] {
-        claims = mergedClaims(indexes, N, writeMask);
-    }
-    operation.claims = claims.all;
-    operation.writeClaims = claims.writing;
+    operation.kernel = &kernel;
+    operation.holds = kernel.holds;
 #pragma GCC unroll 8
     for (int32_t j = 0; j < N; ++j) {
-        CBuffer& buffer = buffers_[indexes[j]];
-        operation.handles[j] = handles[j];
-        operation.pointers[j] = buffer.data + offsetOf(handles[j]);
-        ++buffer.refs;
-        const bool isWrite = ((claims.writing >> j) & 1) != 0;
-        const int32_t claim = buffer.claim;
-        if (!((claims.all >> j) & 1)) [[unlikely]] {
-            continue;
-        }
-        if (buffer.waitHead != kNone || claim == kWriterHolds || (isWrite && claim != 0)) [[unlikely]] {
-            waitFor(buffer, operation, isWrite);
-        } else {
-            buffer.claim = isWrite ? kWriterHolds : claim + 1;
+        operation.buffers[j] = buffers[j];
+        operation.pointers[j] = buffers[j]->data + offsetOf(handles[j]);
+    }
+    if (isRepeated) [[unlikely]] {
+        claimMerged(operation);
+    } else {
+#pragma GCC unroll 8
+        for (int32_t j = 0; j < N; ++j) {
+            const uint64_t state = buffers[j]->state;
+            if (state < kernel.limits[j]) [[likely]] {
+                buffers[j]->state = state + kernel.holds[j];
+            } else {
+                waitFor(*buffers[j], operation, kernel.holds[j]);
+            }
         }
     }
     ++counters_.operations;
@@ -324,12 +308,54 @@ template void CQPLEXContext::issueOperands<6>(int32_t, int32_t, double, const CB
 template void CQPLEXContext::issueOperands<7>(int32_t, int32_t, double, const CBufferHandle*);
 template void CQPLEXContext::issueOperands<8>(int32_t, int32_t, double, const CBufferHandle*);
 
-void CQPLEXContext::waitFor(CBuffer& buffer, COperation& operation, bool isWrite) {
+/// A buffer named more than once is claimed once, by its first operand, for writing if any of its operands is written.
+void CQPLEXContext::claimMerged(COperation& operation) {
+    const int32_t n = operation.kernel->operandCount;
+    for (int32_t j = 0; j < n; ++j) {
+        int32_t first = 0;
+        while (operation.buffers[first] != operation.buffers[j]) {
+            ++first;
+        }
+        const uint64_t hold = operation.kernel->holds[j];
+        if (first == j) {
+            operation.ownHolds[j] = hold;
+            continue;
+        }
+        operation.ownHolds[j] = kOneReference;
+        if ((hold & kWriter) != 0) {
+            operation.ownHolds[first] = hold;
+        }
+    }
+    operation.holds = operation.ownHolds;
+    for (int32_t j = 0; j < n; ++j) {
+        if (operation.ownHolds[j] == kOneReference) {
+            operation.buffers[j]->state += kOneReference;
+        } else {
+            waitFor(*operation.buffers[j], operation, operation.ownHolds[j]);
+        }
+    }
+}
+
+/// Takes the claim of `hold`, but not its reference, if nobody stands in its way.
+bool CQPLEXContext::tryHold(CBuffer& buffer, uint64_t hold) {
+    const uint64_t others = (hold & kWriter) != 0 ? kWriter | kReaders : kWriter;
+    if ((buffer.state & others) != 0) {
+        return false;
+    }
+    buffer.state += hold - kOneReference;
+    return true;
+}
+
+void CQPLEXContext::waitFor(CBuffer& buffer, COperation& operation, uint64_t hold) {
+    buffer.state += kOneReference;
+    if (buffer.waitHead == kNone && tryHold(buffer, hold)) {
+        return;
+    }
     const int32_t link = freeWaiters_;
     CWaiter& waiter = waiters_[link];
     freeWaiters_ = waiter.next;
-    waiter.operation = static_cast<int16_t>(indexOf(operation));
-    waiter.isWrite = isWrite;
+    waiter.operation = &operation;
+    waiter.hold = hold;
     waiter.next = kNone;
     if (buffer.waitHead == kNone) {
         buffer.waitHead = link;
@@ -337,48 +363,48 @@ void CQPLEXContext::waitFor(CBuffer& buffer, COperation& operation, bool isWrite
         waiters_[buffer.waitTail].next = link;
     }
     buffer.waitTail = link;
+    buffer.state |= kWatched;
     ++operation.pending;
 }
 
 inline void CQPLEXContext::makeReady(COperation& operation) {
-    const int32_t operationIndex = indexOf(operation);
-    CKernel& kernel = kernels_[operation.kernelNumber];
-    operation.next = kNone;
-    if (kernel.readyHead != kNone) {
-        operations_[kernel.readyTail].next = operationIndex;
-        kernel.readyTail = operationIndex;
+    CKernel& kernel = *operation.kernel;
+    operation.next = nullptr;
+    if (kernel.readyHead != nullptr) {
+        kernel.readyTail->next = &operation;
+        kernel.readyTail = &operation;
         return;
     }
-    kernel.readyHead = operationIndex;
-    kernel.readyTail = operationIndex;
-    kernel.nextActive = kNone;
-    if (activeHead_ == kNone) {
-        activeHead_ = operation.kernelNumber;
+    kernel.readyHead = &operation;
+    kernel.readyTail = &operation;
+    kernel.nextActive = nullptr;
+    if (activeHead_ == nullptr) {
+        activeHead_ = &kernel;
     } else {
-        kernels_[activeTail_].nextActive = operation.kernelNumber;
+        activeTail_->nextActive = &kernel;
     }
-    activeTail_ = operation.kernelNumber;
+    activeTail_ = &kernel;
 }
 
 void CQPLEXContext::flush() {
     ++counters_.flushes;
-    while (activeHead_ != kNone) {
-        CKernel& kernel = kernels_[activeHead_];
+    while (activeHead_ != nullptr) {
+        CKernel& kernel = *activeHead_;
         activeHead_ = kernel.nextActive;
         runReady(kernel);
     }
 }
 
 void CQPLEXContext::runReady(CKernel& kernel) {
-    int32_t next = kernel.readyHead;
-    kernel.readyHead = kNone;
-    while (next != kNone) {
+    COperation* next = kernel.readyHead;
+    kernel.readyHead = nullptr;
+    while (next != nullptr) {
         COperation* batch[kMaxBatch];
         int32_t n = 0;
-        const int32_t count = operations_[next].count;
-        while (next != kNone && n < kMaxBatch && operations_[next].count == count) {
-            batch[n] = &operations_[next];
-            next = batch[n]->next;
+        const int32_t count = next->count;
+        while (next != nullptr && n < kMaxBatch && next->count == count) {
+            batch[n] = next;
+            next = next->next;
             ++n;
         }
         if (kernel.batch && n > 1) {
@@ -391,47 +417,54 @@ void CQPLEXContext::runReady(CKernel& kernel) {
             counters_.calls += static_cast<uint64_t>(n);
         }
         for (int32_t i = 0; i < n; ++i) {
-            complete(*batch[i], kernel.operandCount);
+            complete(*batch[i]);
         }
+        counters_.operationsWaiting -= n;
     }
 }
 
-inline void CQPLEXContext::complete(COperation& operation, int32_t operandCount) {
-    uint32_t claims = operation.claims;
-    uint32_t writing = operation.writeClaims;
-    for (int32_t j = 0; j < operandCount; ++j, claims >>= 1, writing >>= 1) {
-        const int32_t index = indexOf(operation.handles[j]);
-        CBuffer& buffer = buffers_[index];
-        // A writer counts -1 and goes up to 0, a reader counts 1 and goes.
-        buffer.claim += static_cast<int32_t>(2 * (writing & 1)) - static_cast<int32_t>(claims & 1);
-        if (buffer.notify[0] && (writing & 1)) [[unlikely]] {
-            *buffer.notify[0] = 1;
-            *buffer.notify[1] = 1;
-            buffer.notify[0] = nullptr;
+inline void CQPLEXContext::complete(COperation& operation) {
+    const uint64_t* const holds = operation.holds;
+    const int32_t n = operation.kernel->operandCount;
+    for (int32_t j = 0; j < n; ++j) {
+        CBuffer& buffer = *operation.buffers[j];
+        buffer.state -= holds[j];
+        // Watched, or the last reference is gone.
+        if (buffer.state >= kWatched || (buffer.state & kReferences) == 0) {
+            letGoSlowly(buffer, holds[j]);
         }
-        if (buffer.waitHead != kNone) [[unlikely]] {
-            settle(buffer);
-        }
-        dropReference(buffer, index);
     }
     operation.next = freeOperations_;
-    freeOperations_ = indexOf(operation);
-    --counters_.operationsWaiting;
+    freeOperations_ = &operation;
+}
+
+void CQPLEXContext::letGoSlowly(CBuffer& buffer, uint64_t hold) {
+    if (buffer.notify[0] != nullptr && (hold & kWriter) != 0) {
+        *buffer.notify[0] = 1;
+        *buffer.notify[1] = 1;
+        buffer.notify[0] = nullptr;
+    }
+    settle(buffer);
+    if (buffer.waitHead == kNone && buffer.notify[0] == nullptr) {
+        buffer.state &= ~kWatched;
+    }
+    if ((buffer.state & kReferences) == 0) {
+        giveBack(buffer);
+    }
 }
 
 /// Gives a buffer to those who wait for it, oldest first: one writer, or all readers up to the next writer.
 void CQPLEXContext::settle(CBuffer& buffer) {
-    while (buffer.waitHead != kNone && buffer.claim != kWriterHolds) {
+    while (buffer.waitHead != kNone) {
         const int32_t link = buffer.waitHead;
         CWaiter& waiter = waiters_[link];
-        if (waiter.isWrite && buffer.claim != 0) {
+        if (!tryHold(buffer, waiter.hold)) {
             return;
         }
-        buffer.claim = waiter.isWrite ? kWriterHolds : buffer.claim + 1;
         buffer.waitHead = waiter.next;
         waiter.next = freeWaiters_;
         freeWaiters_ = link;
-        COperation& operation = operations_[waiter.operation];
+        COperation& operation = *waiter.operation;
         if (--operation.pending == 0) {
             makeReady(operation);
         }

@@ -53,10 +53,27 @@ struct CKernel {
     int32_t operandCount;
     uint32_t writeMask;  ///< bit j: operand j is written (it may be read too)
     uint64_t extra;
-    int32_t next;       // of the same hash
-    int32_t readyHead;  // operations that wait for nothing any more, oldest first
-    int32_t readyTail;
-    int32_t nextActive;
+    int32_t next;           // of the same hash
+    COperation* readyHead;  // operations that wait for nothing any more, oldest first
+    COperation* readyTail;
+    CKernel* nextActive;
+    uint64_t holds[kMaxOperands];   // what an operand adds to the state of its buffer while an operation is pending
+    uint64_t limits[kMaxOperands];  // ... which it may while the state is below this
+};
+
+/// An entry of the context's table of buffers.
+struct alignas(64) CContextBuffer {
+    // References in the low half; above them the operations that have it for reading, whether one has it for writing,
+    // and whether somebody waits for it or wants to know: one word, so that an operand costs one addition.
+    uint64_t state;
+    uint8_t* data;     // where the contents start within the allocation
+    int32_t nextFree;  // while free
+    int32_t capacity;  // bytes
+    int32_t sizeClass;
+    int32_t waitHead;  // operations that wait for it, in order of issue
+    int32_t waitTail;
+    uint8_t* notify[2];  // null: nobody wants to know
+    void* allocation;
 };
 
 /// Section types 0 to 23: CFilterSection tells what each stands for.
@@ -121,7 +138,9 @@ public:
     /// Handles with an offset name the same buffer. kNoBuffer does nothing.
     void addReference(CBufferHandle handle);
     void releaseReference(CBufferHandle handle);
-    int32_t references(CBufferHandle handle) const { return buffers_[indexOf(handle)].refs; }
+    int32_t references(CBufferHandle handle) const {
+        return static_cast<int32_t>(buffers_[indexOf(handle)].state & kReferences);
+    }
     /// Address of a buffer. Contents may be written right after takeBuffer, before any operation names the buffer;
     /// whoever reads them calls flush first.
     void* data(CBufferHandle handle) const { return buffers_[indexOf(handle)].data + offsetOf(handle); }
@@ -182,33 +201,31 @@ private:
     // Each operand waits at most once, so the waiter table can't run out before the operation table does.
     static_assert(kOperationCount * kMaxOperands <= kWaiterCount && kBufferCount <= kIndexMask + 1);
 
-    struct CBuffer {
-        uint8_t* data;     // where the contents start within the allocation
-        int32_t refs;      // while free: the next free entry
-        int32_t capacity;  // bytes
-        int32_t claim;     // kWriterHolds, or how many operations have it for reading and have not run
-        int32_t waitHead;  // operations that wait for it, in order of issue
-        int32_t waitTail;
-        uint8_t* notify[2];  // null: nobody wants to know
-        void* allocation;
-        int32_t sizeClass;
-    };
+    using CBuffer = CContextBuffer;
+    static constexpr uint64_t kOneReference = 1;
+    static constexpr uint64_t kReferences = 0xffffffffu;
+    static constexpr uint64_t kOneReader = uint64_t{1} << 32;
+    static constexpr uint64_t kReaders = uint64_t{0xffffff} << 32;
+    static constexpr uint64_t kWriter = uint64_t{1} << 56;
+    static constexpr uint64_t kWatched = uint64_t{1} << 57;
     struct CWaiter {
-        int16_t operation;
-        int16_t isWrite;
+        COperation* operation;
+        uint64_t hold;
         int32_t next;
     };
 
     int32_t findHashed(const char* name, uint32_t hash) const;
     template <int32_t N>
     void issueOperands(int32_t kernelNumber, int32_t count, double immediate, const CBufferHandle* handles);
-    void waitFor(CBuffer& buffer, COperation& operation, bool isWrite);
+    void claimMerged(COperation& operation);
+    void waitFor(CBuffer& buffer, COperation& operation, uint64_t hold);
     void makeReady(COperation& operation);
     void runReady(CKernel& kernel);
-    void complete(COperation& operation, int32_t operandCount);
+    void complete(COperation& operation);
+    void letGoSlowly(CBuffer& buffer, uint64_t hold);
+    bool tryHold(CBuffer& buffer, uint64_t hold);
     void settle(CBuffer& buffer);
-    int32_t indexOf(const COperation& operation) const { return static_cast<int32_t>(&operation - operations_); }
-    void dropReference(CBuffer& buffer, int32_t index);
+    void giveBack(CBuffer& buffer);
     int32_t takeFree(int32_t sizeClass);
     int32_t takeUnused(int32_t sizeClass);
     int32_t popFree(int32_t sizeClass);
@@ -221,11 +238,11 @@ private:
     int32_t hashHeads_[kHashCount];
     int32_t freeBuffers_[kSizeClassCount];
     int32_t unusedBuffers_ = 0;  // entries that never had storage, in the order of their indexes
-    int32_t freeOperations_ = 0;
+    COperation* freeOperations_ = nullptr;
     int32_t freeWaiters_ = 0;
     int32_t kernelCount_ = 0;
-    int32_t activeHead_ = -1;  // kernels with ready operations
-    int32_t activeTail_ = -1;
+    CKernel* activeHead_ = nullptr;  // kernels with ready operations
+    CKernel* activeTail_ = nullptr;
     int32_t commonKernels_[static_cast<int32_t>(CCommonKernel::Count)];
     CSectionKernels sectionKernels_[kSectionTypeCount];
     CContextCounters counters_ = {};
