@@ -13,6 +13,8 @@ startWine() {
     [ -f "$WINEPREFIX/ready" ] || makeWinePrefix
     "$TARV_WINE_SERVER" -f -p > /dev/null 2>&1 &
     tarvWineServerId=$!
+    # The first program starts Wine's services, which keep its streams: behind a pipe nobody would see the end.
+    wine cmd /c exit < /dev/null > /dev/null 2>&1
 }
 
 stopWine() {
