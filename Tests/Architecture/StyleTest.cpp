@@ -13,7 +13,11 @@ namespace {
 // A file or a function that is longer than these says here why.
 constexpr size_t kLongFile = 400;
 constexpr size_t kLongFunction = 60;
-const std::map<std::string, const char*> kLongFiles = {};
+const std::map<std::string, const char*> kLongFiles = {
+    {"Sources/Audio/Processes/CAudioProcessTerminal.h", "a template: its bodies have to be seen by every module"},
+    {"Sources/Audio/Processes/CQPLEXContext.cpp", "buffers and operations hold each other back in inlined steps"},
+    {"Tests/Audio/Processes/CQPLEXContextTest.cpp", "the proof of all orders in which operations may complete"},
+};
 const std::map<std::string, const char*> kLongFunctions = {};
 
 TEST(Style, FilesAreShortOrSayWhy) {
