@@ -35,6 +35,9 @@ struct CAudioGraph {
     double now = 0.0;
     /// Audio is running: changes are faded. While false (preparation) they are taken in place.
     bool isRunning = false;
+    /// A process met other channels or another rate than before: room is made behind the run, so that the changes that
+    /// follow find what they need.
+    bool isLayoutNew = false;
     /// What a preparation found: the highest rate in Hz, the modules in use, and the most channels that one process
     /// has.
     double widestRate = 0.0;

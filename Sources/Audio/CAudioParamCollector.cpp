@@ -204,10 +204,14 @@ void CAudioParamCollector::applyTouched() {
     while (CAudioParam* param = touched_) {
         touched_ = param->nextTouched_;
         param->nextTouched_ = nullptr;
-        param->queue_.takeAll(
-            [param](const CAudioParamChange& change, CAudioParamSlot*) { param->engineData_.apply(change); });
+        applyQueued(*param);
     }
     ++generation_;
+}
+
+void CAudioParamCollector::applyQueued(CAudioParam& param) {
+    param.queue_.takeAll(
+        [&param](const CAudioParamChange& change, CAudioParamSlot*) { param.engineData_.apply(change); });
 }
 
 void CAudioParamCollector::applyPendingChanges(double timeOffset) {

@@ -94,6 +94,7 @@ private:
 
     // The engine's side.
     void applyTouched();
+    static void applyQueued(CAudioParam& param);
     void deliver(CAudioParamChange& change);
     void hand(CAudioParamChange& change, CAudioParamConsumer& consumer);
     void prepareSlot(CAudioParam& param, CAudioParamConsumer& consumer);

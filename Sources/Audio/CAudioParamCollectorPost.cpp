@@ -55,6 +55,8 @@ void CAudioParamCollector::postChange(CAudioParam& param, CAudioParamChange* cha
     if (!queued) {
         change->time = time;
         if (param.isDefined() && !param.info_.isString() && param.engineData_.takes(*change)) {
+            // No round may come for long: of the audio side's own changes a parameter keeps the newest record only.
+            applyQueued(param);
             deliver(*change);
         }
         change->release();

@@ -113,6 +113,8 @@ private:
     static int32_t readOversamplingLevel();
     void resetGraph();
     void prepareGraph();
+    /// Makes the modules and buffers that fades will need with the channels and rates of now.
+    void makeRoom();
     void runGraph(int32_t frames);
     void pollHost();
 

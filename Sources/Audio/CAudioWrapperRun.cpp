@@ -106,9 +106,6 @@ void CAudioWrapper::resetGraph() {
 
 void CAudioWrapper::prepareGraph() {
     resetGraph();
-    graph_.widestRate = graph_.hostRate;
-    graph_.voiceCount = 0;
-    graph_.channelsUsed = 0;
     // Changes made while suspended are taken here, in place. A run of no samples then makes every process, module and
     // order that the first block will need.
     paramCollector_->applyPendingChanges(graph_.now);
@@ -118,9 +115,23 @@ void CAudioWrapper::prepareGraph() {
     runGraph(0);
     outputProcess_->clearBuffers();
     graph_.context->flush();
-    mainProcess_->makeSpares();
+    makeRoom();
     outputProcess_->placeDelay(mainProcess_->placeDelay(0));
     outputProcess_->updateParams();
+}
+
+void CAudioWrapper::makeRoom() {
+    const CAudioGraph before = graph_;
+    graph_.isLayoutNew = false;
+    graph_.widestRate = graph_.hostRate;
+    graph_.voiceCount = 0;
+    graph_.channelsUsed = 0;
+    mainProcess_->makeSpares();
+    // As many voices as before, at the same rate, live on what the earlier ones gave back.
+    if (graph_.isRunning && graph_.voiceCount == before.voiceCount && graph_.channelsUsed == before.channelsUsed &&
+        graph_.widestRate == before.widestRate) {
+        return;
+    }
 
     const double factor = graph_.widestRate / graph_.hostRate;
     const auto blockBytes = static_cast<int32_t>(kMaxSubBlock * factor * sizeof(double) + 0.5);
@@ -216,6 +227,9 @@ void CAudioWrapper::processAny(const Sample* const* inputs, Sample* const* outpu
         runGraph(count);
         giveOutputs(outputs, offset, count);
         graph_.now += count;
+        if (graph_.isLayoutNew) {
+            makeRoom();
+        }
     }
     env_->advancePosition(frames / env_->sampleRate());
     if (env_->latency() != latencyBefore) {

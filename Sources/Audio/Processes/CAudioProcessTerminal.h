@@ -217,6 +217,7 @@ void CAudioProcessTerminal<T>::syncVoices(const CAudioPort& in) {
         retireVoices();
         rate_ = in.rate;
         fadeLength_ = fadeSamples(rate_);
+        graph().isLayoutNew = true;
     }
     layout_ = in.layout;
     bool isSame = in.channels.count() == voices_.count();
@@ -224,6 +225,7 @@ void CAudioProcessTerminal<T>::syncVoices(const CAudioPort& in) {
         isSame = voices_[i].channel.isSameAs(in.channels[i]);
     }
     if (!isSame) {
+        graph().isLayoutNew = true;
         rebuildVoices(in);
     }
 }
