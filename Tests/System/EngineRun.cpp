@@ -1,0 +1,168 @@
+#include "Tests/System/EngineRun.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdlib>
+#include <numbers>
+#include <ostream>
+#include <random>
+
+#include "Core/CError.h"
+
+namespace tarv::engine {
+
+double factorOf(double db) {
+    return std::pow(10.0, db / 20.0);
+}
+
+double decibels(double factor) {
+    return factor == 0.0 ? -400.0 : 20.0 * std::log10(std::fabs(factor));
+}
+
+std::unique_ptr<CPlainInstance> start(const CSetup& setup) {
+    CError* error = nullptr;
+    std::unique_ptr<CPlainInstance> instance(CPlainInstance::create(error));
+    if (!instance) {
+        showError(error);
+        std::abort();
+    }
+    for (const CSet& set : setup.sets) {
+        apply(*instance, set);
+    }
+    instance->start(setup.rate, setup.channels, setup.channels);
+    return instance;
+}
+
+void apply(CPlainInstance& instance, const CSet& set) {
+    if (!instance.set(set.param, set.group, set.element, set.value)) {
+        std::abort();
+    }
+}
+
+std::vector<CSet> straight(int32_t channels, int32_t stages) {
+    std::vector<CSet> sets = {{kOversampling, 0, 0, stages + 1.0}};
+    for (int32_t e = 0; e < 8; ++e) {
+        sets.push_back({kInRouting, 0, e, e < channels ? e + 1.0 : 0.0});
+        sets.push_back({kOutRouting, 0, e, e < channels ? e + 1.0 : 0.0});
+    }
+    return sets;
+}
+
+std::vector<CSet> midSide() {
+    return {{kPairs, 0, 0, 1.0}, {kPairs, 0, 1, 1.0}, {kGrouping, 0, 0, 0.0}, {kGrouping, 0, 1, 1.0}};
+}
+
+CCut cutInto(int32_t frames) {
+    return [frames] { return frames; };
+}
+
+CCut cutAtRandom(int32_t longest, uint32_t seed) {
+    auto engine = std::make_shared<std::minstd_rand>(seed);
+    return [engine, longest] { return 1 + static_cast<int32_t>((*engine)() % static_cast<uint32_t>(longest)); };
+}
+
+CSignal render(CPlainInstance& instance, const CSignal& input, const std::vector<CEvent>& events, const CCut& cut,
+               bool inPlace) {
+    const auto frames = static_cast<int64_t>(input[0].size());
+    // In place the output buffers hold the input when the block begins.
+    CSignal output = inPlace ? input : silence(static_cast<int32_t>(input.size()), input[0].size());
+    std::vector<const double*> in(input.size());
+    std::vector<double*> out(input.size());
+    size_t next = 0;
+    for (int64_t at = 0; at < frames;) {
+        for (; next < events.size() && events[next].frame <= at; ++next) {
+            apply(instance, events[next].set);
+        }
+        int64_t count = std::min<int64_t>(cut(), frames - at);
+        if (next < events.size()) {
+            count = std::min(count, events[next].frame - at);
+        }
+        for (size_t c = 0; c < input.size(); ++c) {
+            out[c] = output[c].data() + at;
+            in[c] = inPlace ? out[c] : input[c].data() + at;
+        }
+        instance.processBlock(in.data(), out.data(), static_cast<int32_t>(count));
+        at += count;
+    }
+    return output;
+}
+
+CSignal noise(int32_t channels, size_t frames, double level, uint32_t seed) {
+    std::mt19937 engine(seed);
+    std::uniform_real_distribution<double> distribution(-level, level);
+    CSignal signal = silence(channels, frames);
+    for (auto& row : signal) {
+        std::generate(row.begin(), row.end(), [&] { return distribution(engine); });
+    }
+    return signal;
+}
+
+CSignal sine(int32_t channels, size_t frames, double hz, double rate, double level, double phase) {
+    std::vector<double> row(frames);
+    for (size_t i = 0; i < frames; ++i) {
+        row[i] = level * std::sin(2.0 * std::numbers::pi * hz * static_cast<double>(i) / rate + phase);
+    }
+    return CSignal(static_cast<size_t>(channels), row);
+}
+
+CSignal silence(int32_t channels, size_t frames) {
+    return CSignal(static_cast<size_t>(channels), std::vector<double>(frames));
+}
+
+double peak(const std::vector<double>& row, size_t from) {
+    double highest = 0.0;
+    for (size_t i = from; i < row.size(); ++i) {
+        highest = std::max(highest, std::fabs(row[i]));
+    }
+    return highest;
+}
+
+double peak(const CSignal& signal, size_t from) {
+    double highest = 0.0;
+    for (const auto& row : signal) {
+        highest = std::max(highest, peak(row, from));
+    }
+    return highest;
+}
+
+double amplitude(const std::vector<double>& row, double hz, double rate, size_t count) {
+    // Harris, "On the use of windows for harmonic analysis with the discrete Fourier transform", 1978: four terms.
+    constexpr double kTerms[] = {0.35875, -0.48829, 0.14128, -0.01168};
+    double re = 0.0;
+    double im = 0.0;
+    const size_t first = row.size() - count;
+    for (size_t k = 0; k < count; ++k) {
+        const double position = 2.0 * std::numbers::pi * static_cast<double>(k) / static_cast<double>(count);
+        double window = 0.0;
+        for (int term = 0; term < 4; ++term) {
+            window += kTerms[term] * std::cos(term * position);
+        }
+        const double phase = 2.0 * std::numbers::pi * hz * static_cast<double>(k) / rate;
+        re += window * row[first + k] * std::cos(phase);
+        im += window * row[first + k] * std::sin(phase);
+    }
+    return 2.0 * std::hypot(re, im) / (kTerms[0] * static_cast<double>(count));
+}
+
+CDifference firstDifference(const CSignal& one, const CSignal& other) {
+    for (size_t c = 0; c < one.size(); ++c) {
+        for (size_t i = 0; i < one[c].size(); ++i) {
+            if (std::bit_cast<uint64_t>(one[c][i]) != std::bit_cast<uint64_t>(other[c][i])) {
+                return {static_cast<int32_t>(c), static_cast<int64_t>(i)};
+            }
+        }
+    }
+    return {};
+}
+
+std::ostream& operator<<(std::ostream& out, const CDifference& difference) {
+    return out << "channel " << difference.channel << ", frame " << difference.frame;
+}
+
+bool isLong() {
+    const char* asked = std::getenv("TARV_LONG");
+    return asked != nullptr && *asked == '1';
+}
+
+}  // namespace tarv::engine

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "CPlainInstance.h"
+
+namespace tarv::engine {
+
+/// Drives one whole instance from a test: settings before it starts, changes at frames, any cut into blocks.
+
+inline constexpr const char* kFreqs = "plugin.modMain.modBrindleXEQ.xeq-freqs";
+inline constexpr const char* kGains = "plugin.modMain.modBrindleXEQ.xeq-gains";
+inline constexpr const char* kBandCount = "plugin.modMain.modBrindleXEQ.band-count";
+inline constexpr const char* kOutGain = "plugin.modMain.modOutGain.gain";
+inline constexpr const char* kMute = "plugin.modMain.modOutGain.mute";
+inline constexpr const char* kBypass = "plugin.modMain.modBypass.enable";
+inline constexpr const char* kSolo = "plugin.modMain.io-params.channel-group-solo";
+inline constexpr const char* kInRouting = "plugin.modMain.io-params.in-routing";
+inline constexpr const char* kOutRouting = "plugin.modMain.io-params.out-routing";
+inline constexpr const char* kGrouping = "plugin.modMain.io-params.grouping";
+inline constexpr const char* kPairs = "plugin.modMain.io-params.ms-pairs";
+/// 0 is Auto, 1 to 4 are 1x to 8x.
+inline constexpr const char* kOversampling = "plugin.modMain.oversampling";
+inline constexpr int32_t kBands = 7;
+
+/// One number of a parameter, in real units (gains as factors).
+struct CSet {
+    const char* param;
+    int32_t group;
+    int32_t element;
+    double value;
+};
+
+/// From this frame on; a block boundary is put there.
+struct CEvent {
+    int64_t frame;
+    CSet set;
+};
+
+struct CSetup {
+    double rate = 44100.0;
+    int32_t channels = 2;
+    std::vector<CSet> sets;
+};
+
+/// One row of samples a channel, all of one length.
+using CSignal = std::vector<std::vector<double>>;
+/// Frames of the next block, 1 and up.
+using CCut = std::function<int32_t()>;
+
+double factorOf(double db);
+/// Decibels below full scale; -400 for 0.
+double decibels(double factor);
+
+/// A running instance; a failure to make one ends the test program, since nothing works then.
+std::unique_ptr<CPlainInstance> start(const CSetup& setup);
+void apply(CPlainInstance& instance, const CSet& set);
+/// Routing of the first `channels` elements straight through, all others off; 2x to 8x as stages 1 to 3.
+std::vector<CSet> straight(int32_t channels, int32_t stages);
+/// Channels 1 and 2 as one pair, the mid under group A and the side under group B.
+std::vector<CSet> midSide();
+
+/// Blocks of one size.
+CCut cutInto(int32_t frames);
+/// Sizes from 1 to `longest`, the same for the same seed.
+CCut cutAtRandom(int32_t longest, uint32_t seed);
+/// Runs the signal through, each event in front of the block that begins at its frame. Events in order of frames.
+/// In place the host hands over the same buffers for both directions.
+CSignal render(CPlainInstance& instance, const CSignal& input, const std::vector<CEvent>& events = {},
+               const CCut& cut = cutInto(512), bool inPlace = false);
+
+/// Independent white noise a channel, uniform in -level..level.
+CSignal noise(int32_t channels, size_t frames, double level, uint32_t seed = 1);
+/// The same sine in all channels, beginning at the phase in radians.
+CSignal sine(int32_t channels, size_t frames, double hz, double rate, double level, double phase = 0.0);
+/// Silence appended.
+CSignal silence(int32_t channels, size_t frames);
+double peak(const std::vector<double>& row, size_t from = 0);
+double peak(const CSignal& signal, size_t from = 0);
+/// Amplitude of one frequency over the last `count` samples under a Blackman-Harris window: side lobes of other
+/// components lie below -92 dB from four bins (of rate / count) on.
+double amplitude(const std::vector<double>& row, double hz, double rate, size_t count);
+/// Row and frame of the first difference in any bit, or -1 and -1.
+struct CDifference {
+    int32_t channel = -1;
+    int64_t frame = -1;
+    bool operator==(const CDifference&) const = default;
+};
+CDifference firstDifference(const CSignal& one, const CSignal& other);
+std::ostream& operator<<(std::ostream& out, const CDifference& difference);
+
+/// Long forms of tests are asked for by the environment variable TARV_LONG=1.
+bool isLong();
+
+}  // namespace tarv::engine
