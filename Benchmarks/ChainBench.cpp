@@ -142,7 +142,7 @@ private:
             context_->issue(step.kernel, count, 0.9, {to, step.block, signal_[c]});
             replace(c, to);
         }
-        context_->flush();
+        context_->endProcess();
     }
     void band(int32_t count) {
         CBufferHandle feed[8];
@@ -159,7 +159,7 @@ private:
             context_->releaseReference(feed[c]);
             replace(c, to);
         }
-        context_->flush();
+        context_->endProcess();
     }
     void resample(int32_t kernel, int32_t count, int32_t size) {
         for (int32_t c = 0; c < settings_.channels; ++c) {

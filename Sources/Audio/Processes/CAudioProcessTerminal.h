@@ -416,7 +416,7 @@ void CAudioProcessTerminal<T>::process() {
     if (inputCount() > 1) {
         releaseInputs();
     }
-    context().flush();
+    context().endProcess();
 }
 
 }  // namespace tarv

@@ -41,4 +41,8 @@ using CKernelFunction = void (*)(COperation& operation);
 /// The same for `count` (1 and up) independent operations of equal sample count, with the same bits as one by one.
 using CKernelBatchFunction = void (*)(COperation* const* operations, int32_t count);
 
+/// Kernels in series: `stages[s][c]` is stage s of channel c, each reading in operand 2 what the stage before writes to
+/// operand 0. All channels have one sample count. The same bits as one kernel after the other.
+using CChainFunction = void (*)(COperation* const* const* stages, int32_t count);
+
 }  // namespace tarv

@@ -14,7 +14,6 @@ namespace {
 
 constexpr int32_t kNone = -1;
 constexpr size_t kNameLength = 64;
-constexpr int32_t kMaxBatch = 16;
 
 constexpr int32_t kSmallestStorage = 64;
 constexpr int32_t kLargestSmallClass = 4;  // up to 1 KiB: state blocks
@@ -262,6 +261,9 @@ void CQPLEXContext::issueOperands(int32_t kernelNumber, int32_t count, double im
         ++counters_.rejected;
         return;
     }
+    if (kernelNumber != expectedKernel_) {
+        leaveChain(kernelNumber);
+    }
     if (freeOperations_ == nullptr) [[unlikely]] {
         ++counters_.forcedFlushes;
         flush();
@@ -393,11 +395,15 @@ void CQPLEXContext::flush() {
         activeHead_ = kernel.nextActive;
         runReady(kernel);
     }
+    restartChain();
 }
 
 void CQPLEXContext::runReady(CKernel& kernel) {
     COperation* next = kernel.readyHead;
     kernel.readyHead = nullptr;
+    if (chainFunction_ && &kernel == &kernels_[chainKernels_[0]]) {
+        next = runChains(next);
+    }
     while (next != nullptr) {
         COperation* batch[kMaxBatch];
         int32_t n = 0;
@@ -416,11 +422,15 @@ void CQPLEXContext::runReady(CKernel& kernel) {
             }
             counters_.calls += static_cast<uint64_t>(n);
         }
-        for (int32_t i = 0; i < n; ++i) {
-            complete(*batch[i]);
-        }
-        counters_.operationsWaiting -= n;
+        complete(batch, n);
     }
+}
+
+void CQPLEXContext::complete(COperation* const* operations, int32_t count) {
+    for (int32_t i = 0; i < count; ++i) {
+        complete(*operations[i]);
+    }
+    counters_.operationsWaiting -= count;
 }
 
 inline void CQPLEXContext::complete(COperation& operation) {

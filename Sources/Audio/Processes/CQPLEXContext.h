@@ -80,6 +80,9 @@ struct alignas(64) CContextBuffer {
 constexpr int32_t kSectionTypeCount = 24;
 constexpr int32_t kSectionTypeFir = 21;
 
+/// Kernels of the context's chain.
+constexpr int32_t kChainStages = 3;
+
 /// The kernels of one filter section type; -1 where there is none.
 struct CSectionKernels {
     int32_t init;              ///< operands: new state block, coefficients
@@ -121,6 +124,9 @@ public:
                            uint64_t extra = 0, CKernelBatchFunction batch = nullptr);
     /// Number of a kernel by its full name, or -1.
     int32_t findKernel(const char* name) const;
+    /// Tells the one chain of three kernels that `function` runs in one loop when operations of them stand in series
+    /// and nothing else comes between. A number of -1 in it: nothing happens.
+    void registerChain(const int32_t (&kernelNumbers)[kChainStages], CChainFunction function);
     int32_t kernelCount() const { return kernelCount_; }
     const CKernel& kernel(int32_t number) const { return kernels_[number]; }
     int32_t commonKernel(CCommonKernel kernel) const { return commonKernels_[static_cast<int32_t>(kernel)]; }
@@ -186,6 +192,9 @@ public:
     }
     /// Runs everything that is queued.
     void flush();
+    /// The end of a process' work on a block: runs what is queued, unless it may be the beginning of the chain, which
+    /// then waits for the next process. Contents are there only after a flush.
+    void endProcess();
 
     const CContextCounters& counters() const { return counters_; }
 
@@ -197,6 +206,7 @@ private:
     static constexpr int32_t kWaiterCount = 4096;
     static constexpr int32_t kKernelCount = 512;
     static constexpr int32_t kHashCount = 1024;
+    static constexpr int32_t kMaxBatch = 16;
     static constexpr int32_t kSizeClassCount = 25;  // storages of 64 bytes, 128, 256 ...
     // Each operand waits at most once, so the waiter table can't run out before the operation table does.
     static_assert(kOperationCount * kMaxOperands <= kWaiterCount && kBufferCount <= kIndexMask + 1);
@@ -221,7 +231,13 @@ private:
     void waitFor(CBuffer& buffer, COperation& operation, uint64_t hold);
     void makeReady(COperation& operation);
     void runReady(CKernel& kernel);
+    COperation* runChains(COperation* ready);
+    bool findChain(COperation* operation, COperation** stages);
+    void completeChains(COperation* const* const* stages, int32_t count);
+    void leaveChain(int32_t kernelNumber);
+    void restartChain();
     void complete(COperation& operation);
+    void complete(COperation* const* operations, int32_t count);
     void letGoSlowly(CBuffer& buffer, uint64_t hold);
     bool tryHold(CBuffer& buffer, uint64_t hold);
     void settle(CBuffer& buffer);
@@ -245,6 +261,11 @@ private:
     CKernel* activeTail_ = nullptr;
     int32_t commonKernels_[static_cast<int32_t>(CCommonKernel::Count)];
     CSectionKernels sectionKernels_[kSectionTypeCount];
+    int32_t chainKernels_[kChainStages] = {-1, -1, -1};
+    CChainFunction chainFunction_ = nullptr;
+    int32_t chainStage_ = 0;       // processes whose operations have been kept
+    int32_t expectedKernel_ = -1;  // that alone may be issued without leaving the chain
+    bool isOnChain_ = false;       // all that is queued may belong to the chain
     CContextCounters counters_ = {};
 };
 

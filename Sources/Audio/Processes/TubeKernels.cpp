@@ -3,97 +3,14 @@
 #include <cmath>
 #include <numbers>
 
+#include "Audio/Processes/BandChain.h"
 #include "Audio/Processes/CQPLEXContext.h"
-#include "Audio/Processes/CTubeBlock.h"
 #include "Audio/Processes/KernelNames.h"
-#include "Audio/Processes/KernelRecursion.h"
+#include "Audio/Processes/TubeLoop.h"
 
 namespace tarv {
 
 namespace {
-
-template <class T>
-struct CCurve {
-    T slope, kneeStart, centreOffset, kneeEnd, radiusSquared;
-};
-
-double evaluate(const CCurve<double>& curve, double x) {
-    if (!(x > curve.kneeStart)) {
-        return x;
-    }
-    if (x >= curve.kneeEnd) {
-        return curve.slope * x;
-    }
-    const double d = x - curve.kneeStart;
-    return std::sqrt(curve.radiusSquared - d * d) + x + curve.centreOffset;
-}
-
-/// All three pieces, of which each lane takes its own; a root that is not wanted may be not a number.
-CPair evaluate(const CCurve<CPair>& curve, CPair x) {
-    const CPair d = x - curve.kneeStart;
-    const CPair arc = sqrtOf(curve.radiusSquared - d * d) + x + curve.centreOffset;
-    const CPair line = curve.slope * x;
-    const __m128d above = _mm_cmpgt_pd(x.v, curve.kneeStart.v);
-    const __m128d beyond = _mm_cmpge_pd(x.v, curve.kneeEnd.v);
-    const __m128d bent = _mm_or_pd(_mm_and_pd(beyond, line.v), _mm_andnot_pd(beyond, arc.v));
-    return _mm_or_pd(_mm_and_pd(above, bent), _mm_andnot_pd(above, x.v));
-}
-
-double member(double CTubeBlock::*field, const COperation& a) {
-    return a.operand<CTubeBlock>(1)->*field;
-}
-CPair member(double CTubeBlock::*field, const COperation& a, const COperation& b) {
-    return CPair(member(field, a), member(field, b));
-}
-double curveMember(CTubeCurve CTubeBlock::*curve, double CTubeCurve::*field, const COperation& a) {
-    return a.operand<CTubeBlock>(1)->*curve.*field;
-}
-CPair curveMember(CTubeCurve CTubeBlock::*curve, double CTubeCurve::*field, const COperation& a, const COperation& b) {
-    return CPair(curveMember(curve, field, a), curveMember(curve, field, b));
-}
-
-template <class T>
-struct CTube {
-    static constexpr int32_t kInputs = 2;
-    CCurve<T> curveA, curveB;
-    T gainI, biasI, gainV, biasV, feedCoef, restOutput, autoGain;
-    T state;
-
-    template <class... Operation>
-    static void loadCurve(CCurve<T>& to, CTubeCurve CTubeBlock::*curve, Operation&... from) {
-        to.slope = curveMember(curve, &CTubeCurve::slope, from...);
-        to.kneeStart = curveMember(curve, &CTubeCurve::kneeStart, from...);
-        to.centreOffset = curveMember(curve, &CTubeCurve::centreOffset, from...);
-        to.kneeEnd = curveMember(curve, &CTubeCurve::kneeEnd, from...);
-        to.radiusSquared = curveMember(curve, &CTubeCurve::radiusSquared, from...);
-    }
-    template <class... Operation>
-    void load(Operation&... from) {
-        loadCurve(curveA, &CTubeBlock::curveA, from...);
-        loadCurve(curveB, &CTubeBlock::curveB, from...);
-        gainI = member(&CTubeBlock::gainI, from...);
-        biasI = member(&CTubeBlock::biasI, from...);
-        gainV = member(&CTubeBlock::gainV, from...);
-        biasV = member(&CTubeBlock::biasV, from...);
-        feedCoef = member(&CTubeBlock::feedCoef, from...);
-        restOutput = member(&CTubeBlock::restOutput, from...);
-        autoGain = member(&CTubeBlock::autoGain, from...);
-        state = member(&CTubeBlock::feedState, from...);
-    }
-    void store(COperation& a) { a.operand<CTubeBlock>(1)->feedState = state; }
-    void store(COperation& a, COperation& b) requires std::is_same_v<T, CPair> {
-        a.operand<CTubeBlock>(1)->feedState = state.first();
-        b.operand<CTubeBlock>(1)->feedState = state.second();
-    }
-    T step(T in, T feed) {
-        const T x = in * gainI + biasI;
-        const T a = evaluate(curveA, x);
-        const T b = evaluate(curveB, x);
-        const T v = (state + (feed - state) * feedCoef) * gainV + biasV;
-        state = (a - restOutput) + (b - a) * v;
-        return autoGain * state;
-    }
-};
 
 CTubeCurve designCurve(double ratio, double knee) {
     CTubeCurve curve;
@@ -107,14 +24,14 @@ CTubeCurve designCurve(double ratio, double knee) {
     return curve;
 }
 
-double evaluate(const CTubeCurve& curve, double x) {
-    return evaluate(
-        CCurve<double>{curve.slope, curve.kneeStart, curve.centreOffset, curve.kneeEnd, curve.radiusSquared}, x);
+double curveAt(const CTubeCurve& curve, double x) {
+    return curveAt(
+        CCurveLanes<double>{curve.slope, curve.kneeStart, curve.centreOffset, curve.kneeEnd, curve.radiusSquared}, x);
 }
 
 double mixed(const CTubeBlock& block, double x, double v) {
-    const double a = evaluate(block.curveA, x);
-    return a + (evaluate(block.curveB, x) - a) * v;
+    const double a = curveAt(block.curveA, x);
+    return a + (curveAt(block.curveB, x) - a) * v;
 }
 
 }  // namespace
@@ -123,6 +40,7 @@ void registerTubeKernels(CQPLEXContext& context) {
     context.registerKernel(KernelName::kMetaTube, kernelMetaTube, 4, 3, 0, &CRecursion<CTube>::runBatch);
     context.registerKernel(KernelName::kMetaTubeInit, kernelMetaTubeInit, 1, 1);
     context.registerKernel(KernelName::kMetaTubeClear, kernelMetaTubeClear, 1, 1);
+    registerBandChain(context);
 }
 
 void kernelMetaTube(COperation& operation) {
