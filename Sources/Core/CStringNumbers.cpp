@@ -125,8 +125,9 @@ double CString::toDouble(const CString& text, bool* ok) {
             }
         }
     }
-    const double value =
-        static_cast<double>(whole) + static_cast<double>(fraction) / static_cast<double>(kPowersOfTen[fractionDigits]);
+    // Both runs and the power are exact in the wide format: a text of 16 or more digits gives the double next to it.
+    const auto value = static_cast<double>(static_cast<long double>(whole) +
+                                           static_cast<long double>(fraction) / kPowersOfTen[fractionDigits]);
     return outcome(reader.isAtEnd(), isNegative ? -value : value, ok);
 }
 

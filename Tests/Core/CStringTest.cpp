@@ -202,6 +202,13 @@ TEST(CString, ReadsDecimalsWithoutExponent) {
     }
 }
 
+TEST(CString, LongDecimalsGiveTheNearestDouble) {
+    EXPECT_EQ(CString::toDouble("0.042454709865267684"), 0.042454709865267684);
+    EXPECT_EQ(CString::toDouble("0.941503094173755220"), 0.941503094173755220);
+    EXPECT_EQ(CString::toDouble("3.14159265358979323"), 3.14159265358979323);
+    EXPECT_EQ(CString::toDouble("-12345.6789012345678"), -12345.6789012345678);
+}
+
 TEST(CString, ReadsBooleansByFourWordsOnly) {
     struct CCase {
         const char* text;

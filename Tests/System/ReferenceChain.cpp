@@ -1,5 +1,6 @@
 #include "Tests/System/ReferenceChain.h"
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -83,7 +84,11 @@ private:
         for (const CGroupSettings& group : settings.groups) {
             isAnySolo = isAnySolo || group.isSolo;
         }
-        return {settings.isBypassed, isAnySolo && !settings.groups[group_].isSolo};
+        // Another group's solo silences a bypassed channel too.
+        if (isAnySolo && !settings.groups[group_].isSolo) {
+            return CBypass::Values::kNoise;
+        }
+        return settings.isBypassed ? CBypass::Values::kDry : CBypass::Values::kProcessed;
     }
 
     CLayout layout_;

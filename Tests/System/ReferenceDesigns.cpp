@@ -30,7 +30,7 @@ CBiquadDesign designPeak(double frequency, double gain, double octaves, double r
     const double G2 = G * G;
     const double Z = G0 * G0;
     // The gain at the band's edges is the mean in decibels.
-    const double B2 = G;
+    const double B2 = std::sqrt(G) * std::sqrt(G);
     double wl = std::min(2.0 * frequency / rate * std::pow(0.5, octaves / 2.0), 0.98);
     double wn = std::min(2.0 * frequency / rate, 0.99);
     if (std::fabs(wn - 0.5) < 0.01) {
@@ -50,7 +50,7 @@ CBiquadDesign designPeak(double frequency, double gain, double octaves, double r
     const double V = G2 * R + B2 * S;
     const double G1 = (V + Z * Q) / (Q + T);
     const double Gm = (V + Z * P) / (P + T);
-    const double W = std::pow(std::tan(wn * kPi * 0.5), 2.0);
+    const double W = std::tan(wn * kPi * 0.5) * std::tan(wn * kPi * 0.5);
     const double D = G1 - G2;
     const double E = 1.0 / ((Gm - G2) * D);
     const double F = std::sqrt(u / D);
@@ -58,7 +58,7 @@ CBiquadDesign designPeak(double frequency, double gain, double octaves, double r
     const double I = (Gm - G2) * H * F;
     const double J = -u * H;
     const double K = std::sqrt(G1) * F;
-    const double M = (G1 - Gm) * u + (Z - Gm) * D * W * W;
+    const double M = (G1 - Gm) * u + (Z - Gm) * D * (W * W);
     const double X = std::sqrt((G2 * M + Gm * J + G0 * std::sqrt(G1) * I) * E);
     const double Y = std::sqrt((M + J + I) * E);
     return normalised(X + G0 * W + K, 2.0 * (G0 * W - K), (G0 * W - X) + K, Y + F + W, 2.0 * (W - F), (F - Y) + W);

@@ -12,6 +12,7 @@ struct CBiquadDesign {
 };
 
 /// Peak with a prescribed gain at Nyquist that follows the analogue prototype. Hz, linear gain, octaves, Hz.
+/// Far below the rate it is a difference of nearly equal values, so the order of its operations counts.
 CBiquadDesign designPeak(double frequency, double gain, double octaves, double rate);
 /// Cookbook high shelf. Hz, linear gain, octaves, Hz. The corner stands at most at 0.48 of the rate.
 CBiquadDesign designHighShelf(double frequency, double gain, double octaves, double rate);

@@ -180,19 +180,17 @@ private:
     CNoise noise_;
 };
 
-/// Chooses between processed and dry; silenced by another group's solo it gives noise.
+/// Passes the processed or the dry signal, or noise that begins anew with each change.
 class CBypass {
 public:
-    struct Values {
-        bool isDry;
-        bool isSilenced;
-        bool operator==(const Values&) const = default;
-    };
-    CBypass(const Values& values, double rate, const CBypass* before) : values_(values) { (void)rate, (void)before; }
-    double next(double x, double dry) { return values_.isSilenced ? noise_.next() : values_.isDry ? dry : x; }
+    enum class Values { kProcessed, kDry, kNoise };
+    CBypass(Values choice, double rate, const CBypass* before) : choice_(choice) { (void)rate, (void)before; }
+    double next(double x, double dry) {
+        return choice_ == Values::kNoise ? noise_.next() : choice_ == Values::kDry ? dry : x;
+    }
 
 private:
-    Values values_;
+    Values choice_;
     CNoise noise_;
 };
 
