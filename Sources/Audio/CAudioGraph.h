@@ -38,6 +38,8 @@ struct CAudioGraph {
     /// A process met other channels or another rate than before: room is made behind the run, so that the changes that
     /// follow find what they need.
     bool isLayoutNew = false;
+    /// The delay of some place changed: the core sums the delays again.
+    bool delaysChanged = false;
     /// What a preparation found: the highest rate in Hz, the modules in use, and the most channels that one process
     /// has.
     double widestRate = 0.0;

@@ -75,6 +75,10 @@ void CAudioProcess::buildLinks(const CAudioProcessDef& processDef) {
     for (const CAudioProcessLinkDef* link : processDef.links()) {
         const CAudioLinkEnd& src = link->src();
         const CAudioLinkEnd& dst = link->dst();
+        // A prototype stands for no process of this composite: its links lead nowhere.
+        if ((src.child != nullptr && src.child->isPrototype()) || (dst.child != nullptr && dst.child->isPrototype())) {
+            continue;
+        }
         addLink({src.child != nullptr ? findProcess(src.child->name()) : nullptr, src.port,
                  dst.child != nullptr ? findProcess(dst.child->name()) : nullptr, dst.port, link});
     }
@@ -145,11 +149,21 @@ void CAudioProcess::visitChildren(void (*visit)(void* user, CAudioProcessBase& c
     }
 }
 
+void CAudioProcess::updateIdle() {
+    updateParams();
+    for (CAudioProcessBase* child : children_) {
+        child->updateIdle();
+    }
+}
+
 void CAudioProcess::process() {
     // Taken before the order is looked at, so that a change acts from its own sample on however the host cuts blocks.
     updateParams();
     if (isStructureDirty_) {
         rebuildOrder();
+    }
+    for (CAudioProcessBase* child : idle_) {
+        child->updateIdle();
     }
     for (int32_t port = 0; port < outputCount(); ++port) {
         output(port).release(context());

@@ -33,6 +33,7 @@ class CAudioProcess : public CAudioProcessBase {
 public:
     [[nodiscard]] CError* init() override;
     void clearBuffers() override;
+    void updateIdle() override;
     void process() override;
     void reset() override;
     void makeSpares() override;
@@ -104,6 +105,7 @@ private:
 
     CArray<CLink, 16> liveLinks_;
     CArray<CAudioProcessBase*, 16> order_;
+    CArray<CAudioProcessBase*, 4> idle_;  ///< children that do not run
     CArray<CStep, 16> steps_;
     CArray<CTransfer, 16> transfers_;
 };

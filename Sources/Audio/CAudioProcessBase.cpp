@@ -92,6 +92,9 @@ void CAudioProcessBase::setDelays(int32_t inputDelay, int32_t outputDelay) {
     if (inputDelay != inputDelay_) {
         changed_ = 1;
     }
+    if (outputDelay != outputDelay_) {
+        graph().delaysChanged = true;
+    }
     inputDelay_ = inputDelay;
     outputDelay_ = outputDelay;
 }
@@ -150,7 +153,10 @@ void CAudioProcessBase::bindSlots() {
         slots_.append(nullptr);
     }
     // A process of a stack hears of its own element only; with `count` it reads the ones behind it as well.
-    const int32_t element = stackIndex() < 0 || def().findParam("count") != nullptr ? -1 : paramElement();
+    bool isCountShared = false;
+    (void)paramFullName("count", isCountShared);
+    const bool hasCount = isCountShared || def().findParam("count") != nullptr;
+    const int32_t element = stackIndex() < 0 || hasCount ? -1 : paramElement();
     for (const CAudioParamAllocDef* alloc : def().allocs()) {
         if (slots_[alloc->index()] == nullptr) {
             slots_[alloc->index()] = new CAudioParamSlot;

@@ -36,6 +36,9 @@ public:
     virtual void clearBuffers();
     /// Takes the due changes from the queue into the slots.
     virtual void updateParams();
+    /// The same here and in everything inside, for a process that is there but does not run: its values stay current,
+    /// and changes do not pile up.
+    virtual void updateIdle() { updateParams(); }
     /// One step: consumes the blocks on the input ports and leaves blocks on the output ports.
     virtual void process() {}
     /// Back to the initial state: no history, no fade.

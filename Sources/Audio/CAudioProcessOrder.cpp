@@ -8,14 +8,16 @@ namespace tarv {
 
 void CAudioProcess::rebuildOrder() {
     isStructureDirty_ = false;
-    // Blocks of a step that did not finish do not survive a change of the order.
-    for (CAudioProcessBase* child : children_) {
-        if (isBypassed(child)) {
-            child->clearBuffers();
-        }
-    }
     collectLiveLinks();
     sortChildren();
+    idle_.clear();
+    for (CAudioProcessBase* child : children_) {
+        if (order_.indexOf(child) < 0) {
+            // No history of another time may be heard when it runs again.
+            child->reset();
+            idle_.append(child);
+        }
+    }
     buildSteps();
     placeDelay(inputDelay());
 }

@@ -26,7 +26,14 @@ void CAudioProcessStack::slotChanged(CAudioParamSlot& slot) {
 void CAudioProcessStack::updateParams() {
     CAudioProcessBase::updateParams();
     for (int32_t i = count_; i < instances_.count(); ++i) {
-        instances_[i]->updateParams();
+        instances_[i]->updateIdle();
+    }
+}
+
+void CAudioProcessStack::updateIdle() {
+    updateParams();
+    for (int32_t i = 0; i < count_; ++i) {
+        instances_[i]->updateIdle();
     }
 }
 

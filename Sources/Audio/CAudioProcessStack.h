@@ -12,6 +12,7 @@ public:
     [[nodiscard]] CError* init() override;
     void clearBuffers() override;
     void updateParams() override;
+    void updateIdle() override;
     void process() override;
     void reset() override;
     void makeSpares() override;

@@ -1,5 +1,7 @@
 #include "Audio/CAudioWrapper.h"
 
+#include <cmath>
+
 #include "Audio/CAudioCCTable.h"
 #include "Audio/CAudioEnv.h"
 #include "Audio/CAudioExtParam.h"
@@ -251,7 +253,7 @@ int32_t CAudioWrapper::latency() const {
 }
 
 void CAudioWrapper::setSampleRate(double rate) {
-    if (!(rate > 0.0) || rate == env_->sampleRate()) {
+    if (!(rate > 0.0) || !std::isfinite(rate) || rate == env_->sampleRate()) {
         return;
     }
     {

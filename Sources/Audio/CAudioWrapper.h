@@ -115,6 +115,7 @@ private:
     void prepareGraph();
     /// Makes the modules and buffers that fades will need with the channels and rates of now.
     void makeRoom();
+    void placeDelays();
     void runGraph(int32_t frames);
     void pollHost();
 

@@ -116,8 +116,7 @@ void CAudioWrapper::prepareGraph() {
     outputProcess_->clearBuffers();
     graph_.context->flush();
     makeRoom();
-    outputProcess_->placeDelay(mainProcess_->placeDelay(0));
-    outputProcess_->updateParams();
+    placeDelays();
 }
 
 void CAudioWrapper::makeRoom() {
@@ -139,6 +138,12 @@ void CAudioWrapper::makeRoom() {
     // Each voice needs new states, coefficients and a ramp for a fade while the old ones are still in use.
     graph_.context->reserveBuffers(kStatesPerVoice * graph_.voiceCount, static_cast<int32_t>(sizeof(double)));
     graph_.context->reserveBuffers(graph_.voiceCount, kLargeStateBytes);
+}
+
+void CAudioWrapper::placeDelays() {
+    outputProcess_->placeDelay(mainProcess_->placeDelay(0));
+    outputProcess_->updateParams();
+    graph_.delaysChanged = false;
 }
 
 void CAudioWrapper::runGraph(int32_t frames) {
@@ -232,6 +237,9 @@ void CAudioWrapper::processAny(const Sample* const* inputs, Sample* const* outpu
         }
     }
     env_->advancePosition(frames / env_->sampleRate());
+    if (graph_.delaysChanged) {
+        placeDelays();
+    }
     if (env_->latency() != latencyBefore) {
         hostLatencyParam_->setEngineValue(0, 0, 1.0);
         hostIoChanged();

@@ -96,6 +96,10 @@ private:
     void runWhole(int32_t count);
     void runCut(int32_t count);
     void advanceFades(int32_t count);
+    /// Delay of the modules as they are designed now, in host samples.
+    int32_t ownDelay() const;
+    /// Tells the graph if a design changed the delay.
+    void noteDelay();
 
     /// The block of port 1 for the channel at a position of port 0.
     CBufferHandle secondBlock(int32_t position, const CAudioChannel& channel) const {
@@ -201,14 +205,25 @@ void CAudioProcessTerminal<T>::makeSpares() {
 
 template <class T>
 int32_t CAudioProcessTerminal<T>::placeDelay(int32_t inputDelay) {
+    setDelays(inputDelay, inputDelay + ownDelay());
+    return outputDelay();
+}
+
+template <class T>
+int32_t CAudioProcessTerminal<T>::ownDelay() const {
     int32_t own = 0;
     for (const CVoice& voice : voices_) {
         own = voice.current->latency() > own ? voice.current->latency() : own;
     }
     const double hostFrames = rate_ > 0.0 ? own * graph().hostRate / rate_ : 0.0;
-    const int32_t outputDelay = inputDelay + static_cast<int32_t>(hostFrames + 0.5);
-    setDelays(inputDelay, outputDelay);
-    return outputDelay;
+    return static_cast<int32_t>(hostFrames + 0.5);
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::noteDelay() {
+    if (ownDelay() != outputDelay() - inputDelay()) {
+        graph().delaysChanged = true;
+    }
 }
 
 template <class T>
@@ -276,6 +291,7 @@ void CAudioProcessTerminal<T>::applyChanges() {
             }
         }
     }
+    noteDelay();
 }
 
 template <class T>
@@ -291,6 +307,7 @@ void CAudioProcessTerminal<T>::servePending() {
         }
         mayFade_ |= voice.old != nullptr;
     }
+    noteDelay();
 }
 
 template <class T>

@@ -129,6 +129,13 @@ int32_t CModFilterModule::lastActiveChain() const {
     return -1;
 }
 
+int32_t CModFilterModule::nextActiveChain(int32_t index) const {
+    do {
+        ++index;
+    } while (index < count_ - 1 && chains_[index]->list().sections.isEmpty());
+    return index;
+}
+
 CBufferHandle CModFilterModule::runSection(const CFilterChain& chain, int32_t section, CBufferHandle in, int32_t count,
                                            bool useGain, double gain) const {
     const CSectionKernels& kernels = context().sectionKernels(chain.list().sections[section].type);
@@ -181,7 +188,7 @@ CBufferHandle CModFilterModule::runParallel(const CFilterChain& chain, CBufferHa
 
 void CModFilterModule::noteSingle() {
     const int32_t last = lastActiveChain();
-    isSingle_ = last == 0 && chains_[0]->list().sections.count() == 1;
+    isSingle_ = last == 0 && chains_[0]->list().sections.count() == 1 && chains_[0]->fir(0) == nullptr;
     if (isSingle_) {
         const CFilterSection& section = chains_[0]->list().sections[0];
         singleKernel_ = context().sectionKernels(section.type).runGain;
@@ -208,7 +215,7 @@ CBufferHandle CModFilterModule::runChains(CBufferHandle in, int32_t count) const
             continue;
         }
         const bool isParallel = chain.list().isParallel != 0 && chain.list().sections.count() > 1;
-        const bool isEnd = i == last || chains_[i + 1]->list().isParallel != 0;
+        const bool isEnd = i == last || chains_[nextActiveChain(i)]->list().isParallel != 0;
         const CBufferHandle next =
             isParallel ? runParallel(chain, block, count) : runSeries(chain, block, count, isEnd, factor);
         context().releaseReference(block);

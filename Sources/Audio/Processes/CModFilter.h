@@ -50,6 +50,8 @@ private:
     const CAudioFilterGen* readChain(int32_t index, CDesignValues& values) const;
     void sizeChains(int32_t count);
     int32_t lastActiveChain() const;
+    /// The next chain with sections; there must be one.
+    int32_t nextActiveChain(int32_t index) const;
     void noteSingle();
     CBufferHandle runChains(CBufferHandle in, int32_t count) const;
     CBufferHandle runSeries(const CFilterChain& chain, CBufferHandle in, int32_t count, bool isLast,

@@ -42,6 +42,13 @@ void CModProcessSeq::process() {
     releaseInputs();
 }
 
+void CModProcessSeq::updateIdle() {
+    updateParams();
+    for (CAudioProcessBase* child : sequence_) {
+        child->updateIdle();
+    }
+}
+
 void CModProcessSeq::clearBuffers() {
     CAudioProcessBase::clearBuffers();
     for (CAudioProcessBase* child : sequence_) {

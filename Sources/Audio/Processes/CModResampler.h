@@ -70,6 +70,7 @@ class CModProcessSeq : public CAudioProcessBase {
 public:
     [[nodiscard]] CError* init() override;
     void clearBuffers() override;
+    void updateIdle() override;
     void process() override;
     void reset() override;
     void makeSpares() override;

@@ -86,7 +86,7 @@ void CModRouter::routeOutputs() {
     const CAudioChannel* sources[kMaxElements] = {};
     for (int32_t h = 0; h < hostCount; ++h) {
         sources[h] = reached[h];
-        if (sources[h] == nullptr && routing_[h] >= 1 && findElement(in, h) == nullptr) {
+        if (sources[h] == nullptr && h < graph().channelCount && routing_[h] >= 1 && findElement(in, h) == nullptr) {
             sources[h] = findElement(in, routing_[h] - 1);
         }
         if (sources[h] != nullptr) {
