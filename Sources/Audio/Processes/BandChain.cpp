@@ -22,22 +22,6 @@ struct CBandOperations {
     COperation* tube;
 
     int32_t count() const { return filter->count; }
-    /// The stages run shifted against each other, so none may write where another still reads or has written.
-    bool isApart() const {
-        const double* const source = filter->signal(2);
-        const double* const feed = tube->signal(3);
-        const double* const written[] = {filter->signal(0), highPass->signal(0), tube->signal(0)};
-        for (int32_t i = 0; i < 3; ++i) {
-            if (overlaps(written[i], source) || overlaps(written[i], feed) ||
-                overlaps(written[i], written[(i + 1) % 3])) {
-                return false;
-            }
-        }
-        return true;
-    }
-
-private:
-    bool overlaps(const double* a, const double* b) const { return a < b + count() && b < a + count(); }
 };
 
 /// Two samples of two channels, on their way between the stages: (a b) early, (a b) late.
@@ -133,12 +117,6 @@ void runPair(const CBandOperations& a, const CBandOperations& b) {
     tube.store(*a.tube, *b.tube);
 }
 
-void runOneByOne(const CBandOperations& band) {
-    CRecursion<CFilter>::run(*band.filter);
-    CRecursion<CHighPass>::run(*band.highPass);
-    CRecursion<CTube>::run(*band.tube);
-}
-
 }  // namespace
 
 void registerBandChain(CQPLEXContext& context) {
@@ -148,20 +126,13 @@ void registerBandChain(CQPLEXContext& context) {
 }
 
 void runBandChain(COperation* const* const* stages, int32_t count) {
-    CBandOperations waiting = {};
-    for (int32_t c = 0; c < count; ++c) {
-        const CBandOperations band = {stages[0][c], stages[1][c], stages[2][c]};
-        if (!band.isApart()) {
-            runOneByOne(band);
-        } else if (!waiting.filter) {
-            waiting = band;
-        } else {
-            runPair(waiting, band);
-            waiting = {};
-        }
+    const auto band = [stages](int32_t c) { return CBandOperations{stages[0][c], stages[1][c], stages[2][c]}; };
+    int32_t c = 0;
+    for (; c + 2 <= count; c += 2) {
+        runPair(band(c), band(c + 1));
     }
-    if (waiting.filter) {
-        runPair(waiting, waiting);
+    if (c < count) {
+        runPair(band(c), band(c));
     }
 }
 

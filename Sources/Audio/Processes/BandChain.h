@@ -10,8 +10,7 @@ class CQPLEXContext;
 /// context: each of the three recursions waits for its own last result, so in one loop they fill each other's gaps.
 void registerBandChain(CQPLEXContext& context);
 
-/// Runs `count` bands with the bits of one kernel after the other. `stages[s][c]` is stage s of channel c; all have
-/// one sample count, and each stage reads what the one before it writes.
+/// Runs `count` bands; see CChainFunction.
 void runBandChain(COperation* const* const* stages, int32_t count);
 
 }  // namespace tarv

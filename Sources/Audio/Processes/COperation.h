@@ -42,7 +42,8 @@ using CKernelFunction = void (*)(COperation& operation);
 using CKernelBatchFunction = void (*)(COperation* const* operations, int32_t count);
 
 /// Kernels in series: `stages[s][c]` is stage s of channel c, each reading in operand 2 what the stage before writes to
-/// operand 0. All channels have one sample count. The same bits as one kernel after the other.
+/// operand 0. All channels have one sample count. Nothing that a stage writes overlaps anything else of its channel,
+/// but several stages may read one signal. The same bits as one kernel after the other.
 using CChainFunction = void (*)(COperation* const* const* stages, int32_t count);
 
 }  // namespace tarv

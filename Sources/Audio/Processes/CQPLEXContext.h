@@ -234,6 +234,8 @@ private:
     COperation* runChains(COperation* ready);
     bool findChain(COperation* operation, COperation** stages);
     void completeChains(COperation* const* const* stages, int32_t count);
+    void completeStage(COperation& operation, uint32_t links);
+    void completeLink(CBuffer& buffer);
     void leaveChain(int32_t kernelNumber);
     void restartChain();
     void complete(COperation& operation);

@@ -46,9 +46,14 @@ void CQPLEXContext::endProcess() {
     expectedKernel_ = chainKernels_[++chainStage_];
 }
 
-/// Whether `operation` begins a chain that is there to its end, each stage waiting for nothing but the one before.
+/// Whether `operation` begins a chain that is there to its end, each stage waiting for nothing but the one before. Then
+/// nothing that a stage writes is anything else to its channel: a stage that wrote what an earlier one uses would wait
+/// for it, and one operation names no buffer twice.
 bool CQPLEXContext::findChain(COperation* operation, COperation** stages) {
     stages[0] = operation;
+    if (operation->holds != operation->kernel->holds) {
+        return false;
+    }
     for (int32_t s = 1; s < kChainStages; ++s) {
         const COperation& before = *stages[s - 1];
         const CBuffer& link = *before.buffers[0];
@@ -57,7 +62,7 @@ bool CQPLEXContext::findChain(COperation* operation, COperation** stages) {
         }
         COperation* const next = waiters_[link.waitHead].operation;
         if (next->kernel != &kernels_[chainKernels_[s]] || next->pending != 1 || next->count != before.count ||
-            next->pointers[2] != before.pointers[0]) {
+            next->pointers[2] != before.pointers[0] || next->holds != next->kernel->holds) {
             return false;
         }
         stages[s] = next;
@@ -102,13 +107,42 @@ COperation* CQPLEXContext::runChains(COperation* ready) {
 }
 
 void CQPLEXContext::completeChains(COperation* const* const* stages, int32_t count) {
-    for (int32_t s = 0; s < kChainStages; ++s) {
-        // One more than it waits for: what has run must not become ready when the stage before completes.
-        for (int32_t i = 0; s + 1 < kChainStages && i < count; ++i) {
-            ++stages[s + 1][i]->pending;
+    for (int32_t i = 0; i < count; ++i) {
+        for (int32_t s = 0; s + 1 < kChainStages; ++s) {
+            completeLink(*stages[s][i]->buffers[0]);
         }
-        complete(stages[s], count);
+        completeStage(*stages[0][i], 1u << 0);
+        completeStage(*stages[1][i], 1u << 0 | 1u << 2);
+        completeStage(*stages[2][i], 1u << 2);
     }
+    counters_.operationsWaiting -= kChainStages * count;
+}
+
+/// As `complete`, without the operands of the mask, which are links.
+void CQPLEXContext::completeStage(COperation& operation, uint32_t links) {
+    const int32_t n = operation.kernel->operandCount;
+    for (int32_t j = 0; j < n; ++j, links >>= 1) {
+        if (links & 1u) {
+            continue;
+        }
+        CBuffer& buffer = *operation.buffers[j];
+        buffer.state -= operation.holds[j];
+        if (buffer.state >= kWatched || (buffer.state & kReferences) == 0) {
+            letGoSlowly(buffer, operation.holds[j]);
+        }
+    }
+    operation.next = freeOperations_;
+    freeOperations_ = &operation;
+}
+
+/// What is written by one stage and read by the next: the claims and references of both go at once.
+void CQPLEXContext::completeLink(CBuffer& buffer) {
+    const int32_t link = buffer.waitHead;
+    buffer.waitHead = waiters_[link].next;
+    waiters_[link].next = freeWaiters_;
+    freeWaiters_ = link;
+    buffer.state -= kWriter + 2 * kOneReference;
+    letGoSlowly(buffer, kWriter);
 }
 
 }  // namespace tarv
