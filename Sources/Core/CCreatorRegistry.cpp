@@ -1,5 +1,7 @@
 #include "Core/CCreatorRegistry.h"
 
+#include <memory>
+
 #include "Core/CObject.h"
 
 namespace tarv {
@@ -59,7 +61,7 @@ CObject* CCreatorRegistry::create(const CString& tag) {
 }
 
 const CClassDescriptor& CCreatorRegistry::objectDescriptor() {
-    static const CClassDescriptor* descriptor = makeObjectDescriptor();
+    static const std::unique_ptr<const CClassDescriptor> descriptor(makeObjectDescriptor());
     return *descriptor;
 }
 
