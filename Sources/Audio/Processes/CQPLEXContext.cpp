@@ -1,6 +1,5 @@
 #include "Audio/Processes/CQPLEXContext.h"
 
-#include <bit>
 #include <cstring>
 
 #include "Audio/Processes/CommonKernels.h"
@@ -15,18 +14,12 @@ namespace {
 constexpr int32_t kNone = -1;
 constexpr size_t kNameLength = 64;
 
-constexpr int32_t kSmallestStorage = 64;
 constexpr int32_t kLargestSmallClass = 4;  // up to 1 KiB: state blocks
 constexpr uintptr_t kPage = 4096;
 constexpr uintptr_t kLine = 64;
 // Signals that start at equal places of their pages collide in the cache when several are walked side by side.
 // An odd number of lines gives 64 neighbours in the table 64 different places.
 constexpr uintptr_t kStagger = 9 * kLine;
-
-int32_t sizeClassOf(int32_t bytes) {
-    const auto size = static_cast<uint32_t>(bytes > kSmallestStorage ? bytes : kSmallestStorage);
-    return std::bit_width(size - 1) - std::bit_width(static_cast<uint32_t>(kSmallestStorage - 1));
-}
 
 uint32_t hashOf(const char* name) {
     uint32_t hash = 5555;
@@ -176,13 +169,9 @@ int32_t CQPLEXContext::takeFree(int32_t sizeClass) {
     return index;
 }
 
-CBufferHandle CQPLEXContext::takeBuffer(int32_t bytes) {
-    const int32_t sizeClass = sizeClassOf(bytes);
-    int32_t index = popFree(sizeClass);
-    if (index == kNone) [[unlikely]] {
-        index = takeFree(sizeClass);
-    }
-    if (index == kNone) [[unlikely]] {
+CBufferHandle CQPLEXContext::takeOther(int32_t sizeClass) {
+    int32_t index = takeFree(sizeClass);
+    if (index == kNone) {
         ++counters_.forcedFlushes;
         flush();
         index = takeFree(sizeClass);
@@ -193,28 +182,6 @@ CBufferHandle CQPLEXContext::takeBuffer(int32_t bytes) {
     buffers_[index].state = kOneReference;
     ++counters_.buffersInUse;
     return index;
-}
-
-void CQPLEXContext::addReference(CBufferHandle handle) {
-    if (handle != kNoBuffer) {
-        ++buffers_[indexOf(handle)].state;
-    }
-}
-
-void CQPLEXContext::giveBack(CBuffer& buffer) {
-    buffer.notify[0] = nullptr;
-    buffer.nextFree = freeBuffers_[buffer.sizeClass];
-    freeBuffers_[buffer.sizeClass] = static_cast<int32_t>(&buffer - buffers_);
-    --counters_.buffersInUse;
-}
-
-void CQPLEXContext::releaseReference(CBufferHandle handle) {
-    if (handle != kNoBuffer) {
-        CBuffer& buffer = buffers_[indexOf(handle)];
-        if ((--buffer.state & kReferences) == 0) {
-            giveBack(buffer);
-        }
-    }
 }
 
 void CQPLEXContext::notifyOnWrite(CBufferHandle handle, uint8_t* first, uint8_t* second) {

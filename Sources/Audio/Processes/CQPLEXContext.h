@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <initializer_list>
 
@@ -134,7 +135,17 @@ public:
     const CSectionKernels& sectionKernels(int32_t type) const { return sectionKernels_[type]; }
 
     /// A buffer of at least `bytes`, contents undefined, one reference. kNoBuffer when all 2048 are in use.
-    CBufferHandle takeBuffer(int32_t bytes);
+    CBufferHandle takeBuffer(int32_t bytes) {
+        const int32_t sizeClass = sizeClassOf(bytes);
+        const int32_t index = freeBuffers_[sizeClass];
+        if (index == -1) [[unlikely]] {
+            return takeOther(sizeClass);
+        }
+        freeBuffers_[sizeClass] = buffers_[index].nextFree;
+        buffers_[index].state = kOneReference;
+        ++counters_.buffersInUse;
+        return index;
+    }
     /// A buffer for `samples` 64-bit floats of a signal. Short blocks take the storages of long ones, so that a host
     /// may vary its blocks without a new storage.
     CBufferHandle takeSignal(int32_t samples) {
@@ -142,8 +153,20 @@ public:
         return takeBuffer((samples > kShortest ? samples : kShortest) * static_cast<int32_t>(sizeof(double)));
     }
     /// Handles with an offset name the same buffer. kNoBuffer does nothing.
-    void addReference(CBufferHandle handle);
-    void releaseReference(CBufferHandle handle);
+    void addReference(CBufferHandle handle) {
+        if (handle != kNoBuffer) {
+            buffers_[indexOf(handle)].state += kOneReference;
+        }
+    }
+    void releaseReference(CBufferHandle handle) {
+        if (handle != kNoBuffer) {
+            CBuffer& buffer = buffers_[indexOf(handle)];
+            buffer.state -= kOneReference;
+            if ((buffer.state & kReferences) == 0) {
+                giveBack(buffer);
+            }
+        }
+    }
     int32_t references(CBufferHandle handle) const {
         return static_cast<int32_t>(buffers_[indexOf(handle)].state & kReferences);
     }
@@ -207,6 +230,7 @@ private:
     static constexpr int32_t kKernelCount = 512;
     static constexpr int32_t kHashCount = 1024;
     static constexpr int32_t kMaxBatch = 16;
+    static constexpr int32_t kSmallestStorage = 64;
     static constexpr int32_t kSizeClassCount = 25;  // storages of 64 bytes, 128, 256 ...
     // Each operand waits at most once, so the waiter table can't run out before the operation table does.
     static_assert(kOperationCount * kMaxOperands <= kWaiterCount && kBufferCount <= kIndexMask + 1);
@@ -234,7 +258,7 @@ private:
     COperation* runChains(COperation* ready);
     bool findChain(COperation* operation, COperation** stages);
     void completeChains(COperation* const* const* stages, int32_t count);
-    void completeStage(COperation& operation, uint32_t links);
+    void letGo(COperation& operation, int32_t operand);
     void completeLink(CBuffer& buffer);
     void leaveChain(int32_t kernelNumber);
     void restartChain();
@@ -243,7 +267,17 @@ private:
     void letGoSlowly(CBuffer& buffer, uint64_t hold);
     bool tryHold(CBuffer& buffer, uint64_t hold);
     void settle(CBuffer& buffer);
-    void giveBack(CBuffer& buffer);
+    void giveBack(CBuffer& buffer) {
+        buffer.notify[0] = nullptr;
+        buffer.nextFree = freeBuffers_[buffer.sizeClass];
+        freeBuffers_[buffer.sizeClass] = static_cast<int32_t>(&buffer - buffers_);
+        --counters_.buffersInUse;
+    }
+    static int32_t sizeClassOf(int32_t bytes) {
+        const auto size = static_cast<uint32_t>(bytes > kSmallestStorage ? bytes : kSmallestStorage);
+        return std::bit_width(size - 1) - std::bit_width(static_cast<uint32_t>(kSmallestStorage - 1));
+    }
+    CBufferHandle takeOther(int32_t sizeClass);
     int32_t takeFree(int32_t sizeClass);
     int32_t takeUnused(int32_t sizeClass);
     int32_t popFree(int32_t sizeClass);

@@ -108,41 +108,51 @@ COperation* CQPLEXContext::runChains(COperation* ready) {
 
 void CQPLEXContext::completeChains(COperation* const* const* stages, int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
-        for (int32_t s = 0; s + 1 < kChainStages; ++s) {
-            completeLink(*stages[s][i]->buffers[0]);
+        COperation& first = *stages[0][i];
+        COperation& last = *stages[kChainStages - 1][i];
+        letGo(first, 2);
+        for (int32_t s = 0; s < kChainStages; ++s) {
+            COperation& operation = *stages[s][i];
+            if (s + 1 < kChainStages) {
+                completeLink(*operation.buffers[0]);
+            }
+            letGo(operation, 1);
+            for (int32_t j = 3; j < operation.kernel->operandCount; ++j) {
+                letGo(operation, j);
+            }
+            operation.next = s + 1 < kChainStages ? stages[s + 1][i] : freeOperations_;
         }
-        completeStage(*stages[0][i], 1u << 0);
-        completeStage(*stages[1][i], 1u << 0 | 1u << 2);
-        completeStage(*stages[2][i], 1u << 2);
+        letGo(last, 0);
+        freeOperations_ = &first;
     }
     counters_.operationsWaiting -= kChainStages * count;
 }
 
-/// As `complete`, without the operands of the mask, which are links.
-void CQPLEXContext::completeStage(COperation& operation, uint32_t links) {
-    const int32_t n = operation.kernel->operandCount;
-    for (int32_t j = 0; j < n; ++j, links >>= 1) {
-        if (links & 1u) {
-            continue;
-        }
-        CBuffer& buffer = *operation.buffers[j];
-        buffer.state -= operation.holds[j];
-        if (buffer.state >= kWatched || (buffer.state & kReferences) == 0) {
-            letGoSlowly(buffer, operation.holds[j]);
-        }
+inline void CQPLEXContext::letGo(COperation& operation, int32_t operand) {
+    CBuffer& buffer = *operation.buffers[operand];
+    const uint64_t hold = operation.holds[operand];
+    buffer.state -= hold;
+    // Watched, or the last reference is gone.
+    if (buffer.state >= kWatched || (buffer.state & kReferences) == 0) {
+        letGoSlowly(buffer, hold);
     }
-    operation.next = freeOperations_;
-    freeOperations_ = &operation;
 }
 
 /// What is written by one stage and read by the next: the claims and references of both go at once.
-void CQPLEXContext::completeLink(CBuffer& buffer) {
+inline void CQPLEXContext::completeLink(CBuffer& buffer) {
     const int32_t link = buffer.waitHead;
     buffer.waitHead = waiters_[link].next;
     waiters_[link].next = freeWaiters_;
     freeWaiters_ = link;
     buffer.state -= kWriter + 2 * kOneReference;
-    letGoSlowly(buffer, kWriter);
+    if (buffer.waitHead != -1 || buffer.notify[0] != nullptr) {
+        letGoSlowly(buffer, kWriter);
+        return;
+    }
+    buffer.state &= ~kWatched;
+    if ((buffer.state & kReferences) == 0) {
+        giveBack(buffer);
+    }
 }
 
 }  // namespace tarv
