@@ -28,7 +28,7 @@ int64_t heapInUse() {
 TEST(ManyInstances, OfFourHundredTheSecondHalfAddsNoMemory) {
     makeAndRun(200);
     const uint64_t poolBefore = CHeap::counters().platformBytes;
-    const int64_t heapBefore = heapInUse();
+    [[maybe_unused]] const int64_t heapBefore = heapInUse();
     makeAndRun(200);
     EXPECT_EQ(CHeap::counters().platformBytes, poolBefore);
 #ifndef TARV_SANITIZED
