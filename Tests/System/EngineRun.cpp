@@ -126,23 +126,29 @@ double peak(const CSignal& signal, size_t from) {
     return highest;
 }
 
-double amplitude(const std::vector<double>& row, double hz, double rate, size_t count) {
-    // Harris, "On the use of windows for harmonic analysis with the discrete Fourier transform", 1978: four terms.
-    constexpr double kTerms[] = {0.35875, -0.48829, 0.14128, -0.01168};
-    double re = 0.0;
-    double im = 0.0;
-    const size_t first = row.size() - count;
-    for (size_t k = 0; k < count; ++k) {
-        const double position = 2.0 * std::numbers::pi * static_cast<double>(k) / static_cast<double>(count);
-        double window = 0.0;
-        for (int term = 0; term < 4; ++term) {
-            window += kTerms[term] * std::cos(term * position);
-        }
-        const double phase = 2.0 * std::numbers::pi * hz * static_cast<double>(k) / rate;
-        re += window * row[first + k] * std::cos(phase);
-        im += window * row[first + k] * std::sin(phase);
+CBins::CBins(const std::vector<double>& row, size_t count)
+    : samples_(row.end() - static_cast<int64_t>(count), row.end()), turn_(count) {
+    for (size_t i = 0; i < count; ++i) {
+        turn_[i] = std::polar(1.0, -2.0 * std::numbers::pi * static_cast<double>(i) / static_cast<double>(count));
     }
-    return 2.0 * std::hypot(re, im) / (kTerms[0] * static_cast<double>(count));
+}
+
+std::complex<double> CBins::at(size_t cycles) const {
+    const size_t count = samples_.size();
+    std::complex<double> sum = 0.0;
+    for (size_t i = 0; i < count; ++i) {
+        sum += samples_[i] * turn_[cycles * i % count];
+    }
+    return sum * (2.0 / static_cast<double>(count));
+}
+
+CSignal periodicSine(int32_t channels, size_t frames, size_t cycles, size_t count, double level) {
+    std::vector<double> row(frames);
+    for (size_t i = 0; i < frames; ++i) {
+        const auto part = static_cast<double>(cycles * i % count) / static_cast<double>(count);
+        row[i] = level * std::sin(2.0 * std::numbers::pi * part);
+    }
+    return CSignal(static_cast<size_t>(channels), row);
 }
 
 CDifference firstDifference(const CSignal& one, const CSignal& other) {

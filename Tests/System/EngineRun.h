@@ -1,5 +1,6 @@
 #pragma once
 
+#include <complex>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -80,9 +81,20 @@ CSignal sine(int32_t channels, size_t frames, double hz, double rate, double lev
 CSignal silence(int32_t channels, size_t frames);
 double peak(const std::vector<double>& row, size_t from = 0);
 double peak(const CSignal& signal, size_t from = 0);
-/// Amplitude of one frequency over the last `count` samples under a Blackman-Harris window: side lobes of other
-/// components lie below -92 dB from four bins (of rate / count) on.
-double amplitude(const std::vector<double>& row, double hz, double rate, size_t count);
+/// Components of the last `count` samples of a row, each of a whole number of cycles in that stretch: no window, so no
+/// leakage, only rounding stands between them. A component of amplitude a has the absolute value a.
+class CBins {
+public:
+    CBins(const std::vector<double>& row, size_t count);
+    std::complex<double> at(size_t cycles) const;
+    double amplitude(size_t cycles) const { return std::abs(at(cycles)); }
+
+private:
+    std::vector<double> samples_;
+    std::vector<std::complex<double>> turn_;
+};
+/// The same sine of `cycles` whole cycles in each `count` frames in all channels.
+CSignal periodicSine(int32_t channels, size_t frames, size_t cycles, size_t count, double level);
 /// Row and frame of the first difference in any bit, or -1 and -1.
 struct CDifference {
     int32_t channel = -1;

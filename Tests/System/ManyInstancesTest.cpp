@@ -32,7 +32,7 @@ TEST(ManyInstances, OfFourHundredTheSecondHalfAddsNoMemory) {
     makeAndRun(200);
     EXPECT_EQ(CHeap::counters().platformBytes, poolBefore);
 #ifndef TARV_SANITIZED
-    // The sanitizers keep books of their own on the same heap. Elsewhere not a byte stays behind.
+    // Not a byte stays behind; the sanitizers keep books of their own on the same heap.
     EXPECT_LE(heapInUse(), heapBefore);
 #endif
 }

@@ -1,0 +1,123 @@
+// What a change of the layout touches starts from silence. For a full-scale sine nothing behind the change stands out
+// by more than 6 dB over what was, or will be, heard anyway.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "Tests/System/EngineRun.h"
+
+namespace tarv::engine {
+namespace {
+
+constexpr double kRate = 44100.0;
+constexpr size_t kSettle = 22050;
+constexpr size_t kSettledPart = 4410;
+
+/// Curves without a band far above the sine's own. Under others a sine that sets in at its peak rings in such a band.
+struct CCurve {
+    const char* name;
+    double db[kBands];
+};
+constexpr CCurve kCurves[] = {{"flat", {0, 0, 0, 0, 0, 0, 0}},
+                              {"lively", {4, -3, 2, -4, 3, -2, 5}},
+                              {"treble", {0, 0, 0, 0, 1, 3, 6}},
+                              {"bass", {6, 4, 2, 0, 0, 0, 0}}};
+
+struct CLayoutChange {
+    const char* name;
+    std::vector<CSet> before, after;
+};
+
+std::vector<CLayoutChange> layoutChanges() {
+    return {{"1x to 2x", straight(2, 0), {{kOversampling, 0, 0, 2}}},
+            {"2x to 1x", straight(2, 1), {{kOversampling, 0, 0, 1}}},
+            {"1x to 8x", straight(2, 0), {{kOversampling, 0, 0, 4}}},
+            {"8x to 1x", straight(2, 3), {{kOversampling, 0, 0, 1}}},
+            {"4x to 8x", straight(2, 2), {{kOversampling, 0, 0, 4}}},
+            {"input routing", straight(2, 0), {{kInRouting, 0, 1, 1}}},
+            {"input routing at 4x", straight(2, 2), {{kInRouting, 0, 1, 1}}},
+            {"output routing", straight(2, 0), {{kOutRouting, 0, 0, 2}, {kOutRouting, 0, 1, 1}}},
+            {"grouping", straight(2, 0), {{kGrouping, 0, 1, 1}}},
+            {"grouping at 2x", straight(2, 1), {{kGrouping, 0, 1, 1}}},
+            {"pairs on", straight(2, 0), {{kPairs, 0, 0, 1}, {kPairs, 0, 1, 1}}},
+            {"pairs off", midSide(), {{kPairs, 0, 0, 0}, {kPairs, 0, 1, 0}}}};
+}
+
+std::vector<CSet> curveSets(const CCurve& curve) {
+    std::vector<CSet> sets;
+    for (int32_t group = 0; group < 2; ++group) {
+        for (int32_t band = 0; band < kBands; ++band) {
+            sets.push_back({kGains, group, band, factorOf(curve.db[band])});
+        }
+    }
+    return sets;
+}
+
+/// Decibels by which the highest sample behind the change exceeds the larger of both settled peaks.
+double overshoot(const CCurve& curve, const CLayoutChange& change, double hz, int64_t extra) {
+    CSetup setup{kRate, 2, curveSets(curve)};
+    setup.sets.insert(setup.sets.end(), change.before.begin(), change.before.end());
+    const size_t at = kSettle + static_cast<size_t>(extra);
+    std::vector<CEvent> events;
+    for (const CSet& set : change.after) {
+        events.push_back({static_cast<int64_t>(at), set});
+    }
+    const CSignal output = render(*start(setup), sine(2, at + kSettle, hz, kRate, 1.0), events);
+    double worst = -400.0;
+    for (const auto& row : output) {
+        const std::vector<double> before(row.begin() + static_cast<int64_t>(at - kSettledPart),
+                                         row.begin() + static_cast<int64_t>(at));
+        const double settled = std::max(peak(before), peak(row, row.size() - kSettledPart));
+        worst = std::max(worst, decibels(peak(row, at)) - decibels(settled));
+    }
+    return worst;
+}
+
+constexpr double kAllowed = 6.0;
+
+TEST(Continuity, NoLayoutChangeStandsOutOfASineByMoreThan6Decibels) {
+    const std::vector<CLayoutChange> changes = layoutChanges();
+    double worst = -400.0;
+    for (const CCurve& curve : kCurves) {
+        for (size_t c = 0; c < changes.size(); c += isLong() ? 1 : 2) {
+            for (const double hz : {50.0, 100.0, 440.0, 1000.0, 5000.0, 15000.0}) {
+                for (const double part : {0.0, 0.25, 0.5}) {
+                    if (!isLong() && (hz > 1000.0 || hz == 440.0 || part != 0.25)) {
+                        continue;
+                    }
+                    const double over = overshoot(curve, changes[c], hz, static_cast<int64_t>(part * kRate / hz));
+                    EXPECT_LT(over, kAllowed) << curve.name << ", " << changes[c].name << ", " << hz << " Hz";
+                    worst = std::max(worst, over);
+                }
+            }
+        }
+    }
+    RecordProperty("worstDecibels", std::to_string(worst));
+}
+
+TEST(Continuity, NorDoesAResumeAtAnotherRate) {
+    for (const CCurve& curve : kCurves) {
+        for (const double rate : {48000.0, 96000.0}) {
+            for (const double hz : {50.0, 100.0, 440.0, 1000.0, 5000.0}) {
+                CSetup setup{kRate, 2, curveSets(curve)};
+                const auto instance = start(setup);
+                const CSignal before = render(*instance, sine(2, 2 * kSettle, hz, kRate, 1.0));
+                instance->start(rate, 2, 2);
+                for (const double phase : {0.0, 1.5707963267948966}) {
+                    const CSignal after = render(*instance, sine(2, 2 * kSettle, hz, rate, 1.0, phase));
+                    const double settled =
+                        std::max(peak(before, 2 * kSettle - kSettledPart), peak(after, 2 * kSettle - kSettledPart));
+                    EXPECT_LT(decibels(peak(after)) - decibels(settled), kAllowed) << curve.name << ' ' << hz;
+                    instance->suspend();
+                    instance->resume();
+                }
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace tarv::engine
