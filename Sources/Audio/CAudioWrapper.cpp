@@ -233,7 +233,11 @@ CError* CAudioWrapper::createGlobalParams() {
         {"plugin.modMain.denorm-enable", "denorm-enable", global},
     };
     for (const auto& row : rows) {
-        globalParams_.append(new CAudioGlobalParam(*paramCollector_->getParam(row.param), row.store, row.key));
+        CAudioParam* param = paramCollector_->getParam(row.param);
+        // Without a definition there is no default either, and nothing to write for the other products of the store.
+        if (param->isDefined()) {
+            globalParams_.append(new CAudioGlobalParam(*param, row.store, row.key));
+        }
     }
     return nullptr;
 }

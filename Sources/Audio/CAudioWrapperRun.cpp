@@ -85,10 +85,8 @@ void CAudioWrapper::resume() {
         graph_.hostOutputs = outputCount_;
         TARV_CONSUME(interfaceBase_->notify("update-io-channel-counts"));
     }
-    const bool isOffline = hostProcessLevel() == kOfflineLevel;
-    if (isOffline != isOffline_) {
-        setOffline(isOffline);
-    }
+    // Also when the audio thread has found it out already: it leaves the values that users read alone.
+    setOffline(hostProcessLevel() == kOfflineLevel);
     graph_.hostRate = env_->sampleRate();
     prepareGraph();
     vizCollector_->start();

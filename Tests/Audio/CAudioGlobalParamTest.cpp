@@ -104,6 +104,24 @@ TEST_F(CAudioGlobalParamTest, AnInstanceThatIsGoneHearsNothing) {
     EXPECT_EQ(CGlobalData::instance().readText("denorm-enable", ""), "0.0000000");
 }
 
+/// The small plug-in without one of the parameters, with a folder of its own.
+TEST(CAudioGlobalParam, OfAParameterThatNoDefinitionHasStoresNothing) {
+    const std::string folder = testing::TempDir() + "tarv-no-global-param";
+    CWrapperDefinitions definitions;
+    std::erase_if(definitions.processes, [](const CTestNode& node) { return node.name == "meter-rmstime"; });
+    CWrapperApplication application(definitions);
+    setenv("TARV_DATA_ROOT", folder.c_str(), 1);
+    CLocalData::instance().setFileAccess(true);
+    {
+        CTestWrapper wrapper;
+        ASSERT_EQ(messageOf(wrapper.init()), "");
+        EXPECT_EQ(CLocalData::instance().readText("integration-time", "none"), "none");
+        EXPECT_EQ(CLocalData::instance().readText("release-time", "none"), "0.7500000");
+    }
+    unsetenv("TARV_DATA_ROOT");
+    std::filesystem::remove_all(folder);
+}
+
 TEST_F(CAudioGlobalParamTest, ItReachesTheGraphOfTheOtherInstance) {
     CTestWrapper first;
     CTestWrapper second;

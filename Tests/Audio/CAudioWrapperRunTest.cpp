@@ -254,6 +254,20 @@ TEST(CAudioWrapperRunTest, OffLineRenderingIsFollowed) {
     EXPECT_EQ(instance.param("host-offline"), 1.0);
 }
 
+TEST(CAudioWrapperRunTest, WhatTheAudioThreadFoundOfOffLineRenderingIsReadBehindTheNextResume) {
+    CInstance instance;
+    instance.wrapper.resume();
+    instance.wrapper.processLevel = 4;
+    instance.run({1.0});
+    EXPECT_EQ(instance.param("host-offline"), 0.0) << "the audio thread takes no lock for it";
+    instance.wrapper.suspend();
+    instance.wrapper.resume();
+    EXPECT_EQ(instance.param("host-offline"), 1.0);
+    EXPECT_EQ(instance.param("host-oversampling-mode"), 1.0);
+    instance.run({1.0});
+    EXPECT_EQ(heardValue(instance.wrapper, kOffline), 1.0);
+}
+
 TEST(CAudioWrapperRunTest, OnlyAPlugInThatUsesItAsksForTheTempo) {
     for (const bool isUsed : {false, true}) {
         CWrapperDefinitions definitions;

@@ -29,7 +29,6 @@ uint32_t hashOf(const char* name) {
     return hash & 0x3ff;
 }
 
-/// Operands of an operation that claim a buffer, and those of them that claim it for writing.
 }  // namespace
 
 CQPLEXContext::CQPLEXContext() {

@@ -312,6 +312,12 @@ bool CAudioWrapperVST::hostTempo(double& bpm) {
     return true;
 }
 
+void CAudioWrapperVST::hostIoChanged() {
+    // A host reads the latency anew when it is told, and may do so without a suspend.
+    setInitialDelay(latency());
+    ioChanged();
+}
+
 void CAudioWrapperVST::hostParamChanged(int32_t index, double normalised) {
     setParameterAutomated(index, static_cast<float>(normalised));
 }

@@ -48,7 +48,7 @@ public:
 
     int32_t hostProcessLevel() override { return getCurrentProcessLevel(); }
     bool hostTempo(double& bpm) override;
-    void hostIoChanged() override { ioChanged(); }
+    void hostIoChanged() override;
     void hostParamChanged(int32_t index, double normalised) override;
 
     const CString& hostVendor() const { return hostVendor_; }

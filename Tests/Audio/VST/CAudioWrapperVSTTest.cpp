@@ -123,6 +123,16 @@ TEST_F(CAudioWrapperVSTTest, ResumeTakesRateAndBlockSizeFromTheHost) {
     EXPECT_FALSE(w.isActive());
 }
 
+TEST_F(CAudioWrapperVSTTest, ALatencyThatChangedStandsInTheEffectWhenTheHostIsTold) {
+    CAudioWrapperVST& w = make();
+    w.resume();
+    EXPECT_EQ(w.getAeffect()->initialDelay, 0);
+    w.env()->setLatency(37);
+    w.hostIoChanged();
+    EXPECT_EQ(w.getAeffect()->initialDelay, 37);
+    EXPECT_EQ(answers.ioChanges, 1);
+}
+
 TEST_F(CAudioWrapperVSTTest, TheTempoCountsOnlyWhenTheHostSaysItIsValid) {
     CAudioWrapperVST& w = make();
     vst::TimeInfo time{};
@@ -192,6 +202,37 @@ TEST_F(CAudioWrapperVSTTest, ChannelLabelsComeFromTheHostsSpeakers) {
     }
     ASSERT_EQ(w.outputSpeakers().labelCount, 8);
     EXPECT_EQ(w.outputSpeakers().labels[7].length(), 64);
+}
+
+class CWheelEditor : public AEffEditor {
+public:
+    bool getRect(vst::Rect**) override { return false; }
+    bool open(void*) override { return false; }
+    void close() override {}
+    bool isOpen() const override { return false; }
+    void idle() override {}
+    bool onWheel(float distance) override {
+        turned = distance;
+        return distance < 0.0f;
+    }
+    float turned = 0.0f;
+};
+
+class CWrapperWithEditor : public CAudioWrapperVST {
+public:
+    CWrapperWithEditor() : CAudioWrapperVST(&answerHost) { setEditor(wheel = new CWheelEditor); }
+    CWheelEditor* wheel;
+};
+
+TEST_F(CAudioWrapperVSTTest, AReportOfTheMouseWheelReachesTheEditorAndItsAnswerTheHost) {
+    CWrapperWithEditor w;
+    EXPECT_EQ(w.vendorSpecific(0x73744341, 0x57686565, nullptr, -1.5f), 1);
+    EXPECT_EQ(w.wheel->turned, -1.5f);
+    EXPECT_EQ(w.vendorSpecific(0x73744341, 0x57686565, nullptr, 2.0f), 0);
+    EXPECT_EQ(w.wheel->turned, 2.0f);
+    EXPECT_EQ(w.vendorSpecific(0x73744341, 0x57686564, nullptr, -1.0f), 0);
+    EXPECT_EQ(w.vendorSpecific(0x73744340, 0x57686565, nullptr, -1.0f), 0);
+    EXPECT_EQ(w.wheel->turned, 2.0f);
 }
 
 TEST_F(CAudioWrapperVSTTest, TheEditorStandsInTheProjectsSizeAndGivesUpWithoutAWindow) {
