@@ -70,11 +70,28 @@ TEST(Style, EveryFolderOfCodeHasAMap) {
         const bool isSeamSide = folder == "Sources/Platform/Win32" || folder == "Sources/Platform/Posix";
         if (isCode && !isSeamSide && (startsWith(folder, "Sources/") || startsWith(folder, "Tools/")))
             folders.insert(folder);
+        if (isCode && folder == "Benchmarks")
+            folders.insert(folder);
         if (endsWith(file.path, "/README.md"))
             mapped.insert(folder);
     }
     for (const std::string& folder : folders)
         EXPECT_TRUE(mapped.count(folder)) << folder << " has no README.md";
+}
+
+TEST(Style, TheMapOfTheTestsNamesEachOfTheirFolders) {
+    std::set<std::string> folders;
+    std::string map;
+    for (const CSourceFile& file : projectFiles()) {
+        if (startsWith(file.path, "Tests/") && endsWith(file.path, ".cpp"))
+            folders.insert(file.path.substr(6, file.path.find('/', 6) - 5));
+        if (file.path == "Tests/README.md")
+            for (const std::string& line : file.lines)
+                map += line + '\n';
+    }
+    EXPECT_GT(folders.size(), 5u);
+    for (const std::string& folder : folders)
+        EXPECT_NE(map.find("| " + folder + " |"), std::string::npos) << folder;
 }
 
 TEST(Style, LinesEndInOneFeedAndHoldNoTabsOrBlanksAtTheEnd) {

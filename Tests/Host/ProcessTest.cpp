@@ -151,13 +151,7 @@ TEST_F(ProcessTest, RateAndBlockSizeMayChangeBetweenSuspendAndResume) {
             const auto output = process(host, input, cut);
             host.suspend();
             // As an effect that knows no other rate: nothing is left over from before.
-            const auto expected = render(library->entry(), input, rate, cut, changes);
-            for (int c = 0; c < 2; ++c) {
-                for (size_t i = 0; i < output[c].size(); ++i) {
-                    // Seeds of the anti-denormal noise go on, so the two may differ by it, amplified by a band's 12 dB.
-                    ASSERT_NEAR(output[c][i], expected[c][i], 1e-9) << rate << ' ' << block << ' ' << i;
-                }
-            }
+            EXPECT_TRUE(sameBits(output, render(library->entry(), input, rate, cut, changes))) << rate << ' ' << block;
         }
     }
 }

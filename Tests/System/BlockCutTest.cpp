@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <string>
 
 #include "Tests/System/EngineRun.h"
 
@@ -10,21 +11,20 @@ namespace tarv::engine {
 namespace {
 
 struct CCutCase {
-    const char* name;
+    std::string name;
     CCut cut;
     bool inPlace;
 };
 
 std::vector<CCutCase> allCuts() {
-    return {{"1", cutInto(1), false},
-            {"7", cutInto(7), false},
-            {"64 in place", cutInto(64), true},
-            {"511", cutInto(511), false},
-            {"512 in place", cutInto(512), true},
-            {"513", cutInto(513), false},
-            {"513 in place", cutInto(513), true},
-            {"random", cutAtRandom(1500, 7), false},
-            {"random and short, in place", cutAtRandom(40, 8), true}};
+    std::vector<CCutCase> cuts;
+    for (const int32_t frames : {1, 7, 64, 511, 512, 513, 4096}) {
+        cuts.push_back({std::to_string(frames), cutInto(frames), false});
+        cuts.push_back({std::to_string(frames) + ", in place", cutInto(frames), true});
+    }
+    cuts.push_back({"random", cutAtRandom(1500, 7), false});
+    cuts.push_back({"random and short, in place", cutAtRandom(40, 8), true});
+    return cuts;
 }
 
 /// Renders with every cut and compares with blocks of 4096. The whole must not stand still while it is compared.

@@ -11,7 +11,7 @@ namespace {
 class COwnDataFolder : public testing::Environment {
 public:
     void SetUp() override {
-        std::string pattern = (std::filesystem::temp_directory_path() / "tarv-sound-XXXXXX").string();
+        std::string pattern = (std::filesystem::temp_directory_path() / "tarv-tests-XXXXXX").string();
         ASSERT_NE(mkdtemp(pattern.data()), nullptr);
         folder_ = pattern;
         setenv("TARV_DATA_ROOT", folder_.c_str(), 1);
