@@ -1,5 +1,6 @@
 #include "CGraphPrinter.h"
 
+#include <algorithm>
 #include <string>
 
 #include "Audio/CAudioParamDef.h"
@@ -59,9 +60,20 @@ void CGraphPrinter::printSlots(const CAudioProcessBase& process, int depth) {
         if (!slot->data.isValid()) {
             std::fprintf(out_, " unset\n");
         } else {
-            std::fprintf(out_, " = %.17g  (%s)\n", slot->data.value(0, process.paramElement()),
-                         slot->param != nullptr ? text(slot->param->fullName()).c_str() : "private");
+            std::fprintf(out_, " =");
+            printValues(slot->data, process);
+            std::fprintf(out_, "  (%s)\n", slot->param != nullptr ? text(slot->param->fullName()).c_str() : "private");
         }
+    }
+}
+
+void CGraphPrinter::printValues(const CAudioParamData& data, const CAudioProcessBase& process) {
+    // Below a stack a process reads one element, elsewhere it may read them all.
+    const bool isOne = process.stackIndex() >= 0;
+    const int32_t first = isOne ? process.paramElement() : 0;
+    const int32_t count = isOne ? 1 : std::max(data.elementCount(0), 1);
+    for (int32_t i = 0; i < count; ++i) {
+        std::fprintf(out_, " %.17g", data.value(0, first + i));
     }
 }
 

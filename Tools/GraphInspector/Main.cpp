@@ -21,7 +21,8 @@ constexpr const char* kUsage =
     "  --set NAME[:GROUP[:ELEMENT]]=VALUE   a parameter by its full name, in its own unit\n"
     "  --tap PATH[:ELEMENT] FILE   runs standard input through and writes what lies behind a process\n"
     "                     (raw interleaved float64; ELEMENT is the position in the innermost stack)\n"
-    "Without --tap it prints the built graph.\n";
+    "  --help             this text\n"
+    "Without --tap it prints the built graph; each line that begins with a path is a process that can be tapped.\n";
 
 struct COptions {
     double rate = 44100.0;
@@ -30,14 +31,26 @@ struct COptions {
     std::string tapPath;
     int32_t tapElement = -1;
     std::string tapFile;
+    bool isHelp = false;
 };
+
+/// The whole text as a number.
+bool toNumber(const std::string& text, double& value) {
+    char* end = nullptr;
+    value = std::strtod(text.c_str(), &end);
+    return !text.empty() && *end == 0;
+}
 
 bool parse(int argc, char** argv, COptions& options) {
     for (int i = 1; i < argc; ++i) {
         const std::string name = argv[i];
         const int left = argc - i - 1;
-        if (name == "--rate" && left > 0) {
-            options.rate = std::atof(argv[++i]);
+        if (name == "--help") {
+            options.isHelp = true;
+        } else if (name == "--rate" && left > 0) {
+            if (!toNumber(argv[++i], options.rate)) {
+                return false;
+            }
         } else if (name == "--channels" && left > 0) {
             options.channels = std::atoi(argv[++i]);
         } else if (name == "--set" && left > 0) {
@@ -69,7 +82,8 @@ bool apply(tarv::CPlainInstance& instance, const std::string& setting) {
         std::sscanf(name.c_str() + colon, ":%d:%d", &place[0], &place[1]);
         name.resize(colon);
     }
-    return instance.set(name.c_str(), place[0], place[1], std::atof(setting.c_str() + equals + 1));
+    double value = 0.0;
+    return toNumber(setting.substr(equals + 1), value) && instance.set(name.c_str(), place[0], place[1], value);
 }
 
 std::vector<std::vector<double>> readInput(int32_t channels) {
@@ -94,9 +108,14 @@ int tap(tarv::CPlainInstance& instance, const COptions& options) {
     instance.run(readInput(options.channels), 512);
     instance.graph().observer = nullptr;
     std::fclose(file);
+    if (signal.frames() == 0) {
+        std::fprintf(stderr, "No signal behind a process '%s'; the printed graph names them.\n",
+                     options.tapPath.c_str());
+        return 1;
+    }
     std::fprintf(stderr, "%lld frames of %d channels at %g Hz\n", static_cast<long long>(signal.frames()),
                  signal.channels(), signal.rate());
-    return signal.frames() > 0 ? 0 : 1;
+    return 0;
 }
 
 }  // namespace
@@ -107,6 +126,10 @@ int main(int argc, char** argv) {
         std::fputs(kUsage, stderr);
         return 2;
     }
+    if (options.isHelp) {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
     tarv::CError* error = nullptr;
     tarv::CPlainInstance* instance = tarv::CPlainInstance::create(error);
     if (instance == nullptr) {
@@ -116,7 +139,7 @@ int main(int argc, char** argv) {
     int result = 0;
     for (const std::string& setting : options.settings) {
         if (!apply(*instance, setting)) {
-            std::fprintf(stderr, "No parameter for '%s'.\n", setting.c_str());
+            std::fprintf(stderr, "No parameter, or no number, in '%s'.\n", setting.c_str());
             result = 2;
         }
     }
