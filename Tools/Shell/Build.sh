@@ -5,18 +5,20 @@ buildPreset() {
     local preset=$1 log=$TARV_ROOT/build/$1.log start=$SECONDS target
     shift
     mkdir -p "$TARV_ROOT/build"
-    cd "$TARV_ROOT" || die "cannot enter $TARV_ROOT"
-    if [ ! -f "build/$preset/build.ninja" ]; then
+    if [ ! -f "$TARV_ROOT/build/$preset/build.ninja" ]; then
         say "Configuring $preset ..."
-        cmake --preset "$preset" > "$log" 2>&1 || failedStep "configuring $preset" "$log"
+        atTop cmake --preset "$preset" > "$log" 2>&1 || failedStep "configuring $preset" "$log"
     fi
     # A tree that is up to date says so in one line: only real work is announced.
     set -- $(for target in "$@"; do printf -- '--target %s ' "$target"; done)
     [ -t 2 ] && say "Building $preset ..."
-    cmake --build --preset "$preset" -j "$(nproc)" "$@" > "$log" 2>&1 || failedStep "building $preset" "$log"
+    atTop cmake --build --preset "$preset" -j "$(nproc)" "$@" > "$log" 2>&1 || failedStep "building $preset" "$log"
     grep -qE '^\[[0-9]+/[0-9]+\] (Building|Linking|Generating)' "$log" && say "Built $preset in $((SECONDS - start)) s."
     return 0
 }
+
+# Presets are found from the top folder only; the caller stays where it is, since the files it names are there.
+atTop() { (cd "$TARV_ROOT" && "$@"); }
 
 failedStep() {
     grep -E -A 12 'FAILED|[Ee]rror' "$2" | head -n 60 >&2
