@@ -92,10 +92,13 @@ void CAudioParam::removeListener(CAudioParamListener& listener) {
 }
 
 void CAudioParam::notifyListeners(int32_t group, int32_t first, int32_t count, const CAudioParamListener* origin) {
-    CArray<CAudioParamListener*, 2> listeners;
+    // Room for every host parameter of one table: hosts automate from their audio thread, too.
+    CArray<CAudioParamListener*, 31> listeners;
     {
         CLockScope scope(lock_);
-        listeners = listeners_;
+        for (CAudioParamListener* listener : listeners_) {
+            listeners.append(listener);
+        }
     }
     for (CAudioParamListener* listener : listeners) {
         if (listener != origin) {

@@ -68,14 +68,25 @@ TEST_F(ParamRealTime, ARoundNeitherAllocatesNorFreesFromTheFirstBlockOn) {
     }
 }
 
-// Hosts post from their audio thread, too.
+// Hosts post from their audio thread, too; every host parameter of a table hears of it.
 TEST_F(ParamRealTime, PostersDoNotAllocateEither) {
+    struct CCounting : CAudioParamListener {
+        void onParamChanged(CAudioParam&, int32_t, int32_t, int32_t) override { ++heard; }
+        int heard = 0;
+    };
+    CCounting listeners[kGroups * kBands];
+    for (CCounting& listener : listeners)
+        gains_.addListener(listener);
     const uint64_t before = CHeap::counters().allocations;
     for (int i = 0; i < 300; ++i) {
         automate(i);
         block(512.0 * i);
     }
     EXPECT_EQ(CHeap::counters().allocations, before);
+    for (CCounting& listener : listeners) {
+        EXPECT_EQ(listener.heard, 300 * kGroups * kBands);
+        gains_.removeListener(listener);
+    }
 }
 
 TEST_F(ParamRealTime, EveryValuePostedByThreeThreadsArrivesInTheEnd) {

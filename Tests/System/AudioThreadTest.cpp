@@ -105,6 +105,22 @@ TEST(AudioThread, TheFirstBlockTakesNoMoreMemoryEither) {
     }
 }
 
+// Hosts automate on their audio thread, between the blocks.
+TEST(AudioThread, TheHostsOwnAutomationTakesNoMemory) {
+    CWatchedEngine engine({44100.0, 2, straight(2, 0)});
+    engine.block(512);
+    for (int32_t round = 0; round < 50; ++round) {
+        const CAudioThreadWatch watch(nullptr);
+        for (int32_t i = 0; i < kHostParams; ++i) {
+            engine.instance().extParamList()->setParameter(
+                i, i == kOversamplingParam ? 0.25 : 0.5 + 0.4 * std::sin(0.7 * round + i));
+        }
+        const CWatched seen = watch.seen();
+        ASSERT_EQ(seen.allocations + seen.frees + seen.poolAllocations + seen.poolFrees, 0u) << round << ": " << seen;
+        engine.block(512);
+    }
+}
+
 TEST(AudioThread, TakesNoMemoryForSignalsThatDriveItBeyondTheFormat) {
     CWatchedEngine engine({44100.0, 2, straight(2, 0)});
     CSignal loud = noise(2, 512, 1e200);
