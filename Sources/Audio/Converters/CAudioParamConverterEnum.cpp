@@ -21,7 +21,9 @@ CError* CAudioParamConverterEnum::initClass(CClassDescriptor& descriptor) {
 CError* CAudioParamConverterEnum::attrStateNames() {
     longNames_.clear();
     shortNames_.clear();
-    for (const CString& state : getAttrString("state-names").split(';', true)) {
+    const CString& names = getAttrString("state-names");
+    // An empty attribute names no state, not one without letters.
+    for (const CString& state : names.split(';', !names.isEmpty())) {
         const int32_t bar = state.indexOf('|');
         longNames_.append(bar < 0 ? state : state.substring(0, bar));
         shortNames_.append(bar < 0 ? state : state.substring(bar + 1));

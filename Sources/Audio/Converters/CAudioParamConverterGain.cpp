@@ -1,6 +1,7 @@
 #include "Audio/Converters/CAudioParamConverterGain.h"
 
 #include <cmath>
+#include <limits>
 
 #include "Audio/Converters/ConverterMaths.h"
 
@@ -39,7 +40,7 @@ CError* CAudioParamConverterGain::attrOffPoint() {
         TARV_FAIL("@tarvstr_CAudioParamConverterGain_attrOffPoint Invalid off-point %1 specified.",
                   getAttrString("off-point"));
     }
-    offPoint_ = static_cast<int32_t>(std::fmax(hundredths, -100.0));
+    offPoint_ = static_cast<int32_t>(std::fmax(hundredths, std::numeric_limits<int32_t>::min()));
     return nullptr;
 }
 

@@ -293,12 +293,16 @@ TEST(ConverterAttributes, GoodOnesAreKept) {
     auto root = application.makeRoot(
         {{"audio:cvt-gain", "a", {{"decimals", "0"}, {"zero-point", "0.25"}, {"off-point", "0.333"}}},
          {"audio:cvt-gain", "b"},
-         {"audio:cvt-enum", "c", {{"state-names", "a;b;c"}}}});
+         {"audio:cvt-gain", "low", {{"off-point", "-2"}}},
+         {"audio:cvt-enum", "c", {{"state-names", "a;b;c"}}},
+         {"audio:cvt-enum", "none", {{"state-names", ""}}}});
     EXPECT_EQ(root->findObjectOf<CAudioParamConverterGain>("a")->zeroPoint(), 0.25);
     EXPECT_EQ(root->findObjectOf<CAudioParamConverterGain>("a")->offPoint(), 33);
     EXPECT_EQ(root->findObjectOf<CAudioParamConverterGain>("b")->zeroPoint(), 0.5);
     EXPECT_EQ(root->findObjectOf<CAudioParamConverterGain>("b")->offPoint(), -100);
+    EXPECT_EQ(root->findObjectOf<CAudioParamConverterGain>("low")->offPoint(), -200);
     EXPECT_EQ(root->findObjectOf<CAudioParamConverterEnum>("c")->stateCount(), 3);
+    EXPECT_EQ(root->findObjectOf<CAudioParamConverterEnum>("none")->stateCount(), 0);
 }
 
 TEST(ConverterAttributes, BadOnesStopTheTreeWithTheirMessage) {
