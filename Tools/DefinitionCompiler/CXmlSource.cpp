@@ -13,8 +13,8 @@ namespace {
 
 // Everything is kept, so that what has no place in a definition can be refused and not only overlooked.
 constexpr unsigned kParseFlags = pugi::parse_full | pugi::parse_fragment;
-// All readers work by recursion; nothing that a person writes comes near.
-constexpr int kDepthMax = 150;
+// All readers work by recursion. Room for the raw form of the deepest tree that can be dumped, with its attributes.
+constexpr int kDepthMax = 202;
 constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
 
 bool isSilent(pugi::xml_node node) {

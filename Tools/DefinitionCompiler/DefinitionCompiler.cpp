@@ -10,6 +10,7 @@
 #include "CXmlSource.h"
 #include "CompiledTree.h"
 #include "Core/CStreams.h"
+#include "Core/CTreeCursor.h"
 #include "RawForm.h"
 
 namespace tarv {
@@ -36,6 +37,19 @@ CDefinitionFailure failureOf(CError* error, const std::string& path) {
     return CDefinitionError{{path}, text};
 }
 
+/// Refuses what the program would refuse when it loads the tree: templates may nest deeper than any file does.
+CDefinitionFailure checkDepth(const CDefinitionNode& node, int depth) {
+    if (depth >= CTreeCursor::kMaxDepth) {
+        return CDefinitionError{node.place, "the elements are nested too deeply"};
+    }
+    for (const CDefinitionNode& child : node.children) {
+        if (auto failure = checkDepth(child, depth + 1)) {
+            return failure;
+        }
+    }
+    return std::nullopt;
+}
+
 CDefinitionFailure readExpanded(const std::string& path, CDefinitionNode* shared, CDefinitionNode& root,
                                 std::vector<std::string>& files) {
     CXmlSource source;
@@ -49,7 +63,10 @@ CDefinitionFailure readExpanded(const std::string& path, CDefinitionNode* shared
     CDefinitionReader reader;
     auto failure = reader.read(source, root);
     files.insert(files.end(), reader.files().begin(), reader.files().end());
-    return failure ? failure : CTemplateExpander(shared).expand(root);
+    if (!failure) {
+        failure = CTemplateExpander(shared).expand(root);
+    }
+    return failure ? failure : checkDepth(root, 0);
 }
 
 }  // namespace

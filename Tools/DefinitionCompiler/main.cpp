@@ -1,4 +1,5 @@
 #include <cstdio>
+#include <filesystem>
 #include <set>
 #include <string>
 
@@ -44,6 +45,11 @@ bool parseOptions(int argc, char** argv, COptions& options) {
     return given == (options.dump ? 1 : 2);
 }
 
+/// A failure removes the output: it must not be the source.
+bool isSameFile(const std::string& a, const std::string& b) {
+    return std::filesystem::weakly_canonical(a) == std::filesystem::weakly_canonical(b);
+}
+
 std::string depfileText(const std::string& output, const std::vector<std::string>& files) {
     std::string text = output + ":";
     for (const std::string& file : std::set<std::string>(files.begin(), files.end())) {
@@ -81,7 +87,7 @@ tarv::CDefinitionFailure dump(const COptions& options) {
 
 int main(int argc, char** argv) {
     COptions options;
-    if (!parseOptions(argc, argv, options)) {
+    if (!parseOptions(argc, argv, options) || (!options.dump && isSameFile(options.source, options.output))) {
         std::fputs(kUsage, stderr);
         return 2;
     }

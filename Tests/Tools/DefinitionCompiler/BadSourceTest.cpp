@@ -109,6 +109,23 @@ TEST(BadSources, NestedBeyondAllReasonAreRefused) {
     EXPECT_NE(faultOf(folder, "a.xml").find("the elements are nested too deeply"), std::string::npos);
 }
 
+TEST(BadSources, TemplatesThatNestBeyondWhatTheProgramLoadsAreToldWhereTheyDo) {
+    const auto nested = [](int count, const std::string& inner) {
+        std::string text = inner;
+        for (int i = 0; i < count; ++i) {
+            text = "<a>" + text + "</a>";
+        }
+        return text;
+    };
+    CSourceFolder folder;
+    const std::string inner = "<template name='t'>" + nested(100, "") + "</template>";
+    // The root, then one object a level: the last of them is the 199th.
+    folder.add("a.xml", definitions(inner + "\n" + nested(99, "<t/>")));
+    EXPECT_EQ(faultOf(folder, "a.xml"), "");
+    folder.add("a.xml", definitions(inner + "\n" + nested(100, "<t/>")));
+    EXPECT_EQ(faultOf(folder, "a.xml"), "a.xml:1:330: error: the elements are nested too deeply");
+}
+
 TEST(BadSources, AFileThatIsNotThereIsTold) {
     CSourceFolder folder;
     EXPECT_EQ(faultOf(folder, "b.xml"), "b.xml: error: the file can't be opened");

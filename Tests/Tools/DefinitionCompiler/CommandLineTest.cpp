@@ -53,6 +53,13 @@ TEST(DefinitionCompilerProgram, TellsItsUseWhenCalledWrongly) {
     }
 }
 
+TEST(DefinitionCompilerProgram, DoesNotWriteOverItsSource) {
+    CSourceFolder folder;
+    folder.add("a.xml", "<definitions>");
+    EXPECT_EQ(run(folder, "a.xml ./a.xml"), 2);
+    EXPECT_EQ(folder.read("a.xml"), "<definitions>");
+}
+
 TEST(DefinitionCompilerProgram, SaysWhenTheOutputCannotBeWritten) {
     CSourceFolder folder;
     folder.add("a.xml", definitions("<a/>"));

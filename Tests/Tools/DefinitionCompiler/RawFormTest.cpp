@@ -59,6 +59,18 @@ TEST(RawForm, KeepsBytesThatXmlCannotHold) {
     EXPECT_EQ(packedAgain(folder, block), block);
 }
 
+TEST(RawForm, HoldsTheDeepestTreeThatCanBeDumped) {
+    CDefinitionNode root;
+    CDefinitionNode* last = &root;
+    for (int depth = 1; depth <= 200; ++depth) {
+        last = &last->children.emplace_back(node("a", "a"));
+    }
+    last->attributes = {{"b", "c"}};
+    CSourceFolder folder;
+    const std::string block = packed(serializeTree(root));
+    EXPECT_EQ(packedAgain(folder, block), block);
+}
+
 TEST(RawForm, KeepsATemplateFlagOtherThanOne) {
     CDefinitionNode root;
     CDefinitionNode& definition = root.children.emplace_back();
