@@ -87,6 +87,9 @@ void showErrorWindow(const char16_t* details) {
         ShowWindow(window, SW_SHOW);
         SetForegroundWindow(window);
         runUntilClosed();
+        // A quit that was meant for the host's own loop ends ours, too: the window goes with it and posts the quit
+        // anew.
+        DestroyWindow(window);
         DeleteObject(font);
     }
     UnregisterClassA(kClassName, ownModule());

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <atomic>
 #include <string>
 #include <thread>
 #include <vector>
@@ -108,6 +109,33 @@ TEST(ErrorWindow, ShowsExplanationAndDetailsUntilClosed) {
     shower.join();
     WNDCLASSA windowClass;
     EXPECT_FALSE(GetClassInfoA(GetModuleHandleA(nullptr), "ErrorWindowClass", &windowClass));
+}
+
+TEST(ErrorWindow, AQuitOfTheHostTakesTheWindowAlongAndComesToTheHost) {
+    std::atomic<DWORD> threadId{0};
+    bool isQuitThere = false;
+    bool isClassThere = true;
+    std::thread shower([&] {
+        threadId = GetCurrentThreadId();
+        showErrorWindow(u"x");
+        MSG message;
+        isQuitThere = PeekMessageA(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) != 0;
+        WNDCLASSA windowClass;
+        isClassThere = GetClassInfoA(GetModuleHandleA(nullptr), "ErrorWindowClass", &windowClass) != 0;
+    });
+    HWND window = nullptr;
+    for (int i = 0; i < 1000 && !window; ++i) {
+        window = FindWindowA("ErrorWindowClass", kErrorTitle);
+        Sleep(10);
+    }
+    if (!window) {
+        shower.detach();
+        FAIL() << "no window came up";
+    }
+    PostThreadMessageA(threadId, WM_QUIT, 0, 0);
+    shower.join();
+    EXPECT_TRUE(isQuitThere);
+    EXPECT_FALSE(isClassThere);
 }
 
 TEST(Folders, DataRootsAreThoseOfTheSystem) {
