@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <memory>
 
 namespace tarv {
 
@@ -95,15 +96,15 @@ CError* CAudioParamStringMap::loadItem(CInputStream& stream) {
     if (type != CAudioParamDataItemString::kType) {
         TARV_FAIL("@tarvstr_CAudioParamData_load_TypeError Unknown data type %1 encountered", CString::fromInt(type));
     }
-    CString text;
-    TARV_TRY(stream.readString(text));
+    auto item = std::make_unique<CAudioParamDataItemString>();
+    TARV_TRY(item->load(stream));
     // Ids stay clear of the end of their range, so that the counter behind the last of them cannot run over.
     if (id == 0 || id > static_cast<uint32_t>(std::numeric_limits<int32_t>::max() / 2)) {
         return nullptr;
     }
     CAudioParamDataItem*& place = items_[static_cast<int32_t>(id)];
     delete place;
-    place = new CAudioParamDataItemString(text);
+    place = item.release();
     place->uses = 0;
     lastId_ = std::max(lastId_, static_cast<int32_t>(id));
     return nullptr;

@@ -2,6 +2,7 @@
 
 #include "Core/CFileStreams.h"
 #include "Core/CResourceReader.h"
+#include "Core/CompressedBlock.h"
 #include "Platform/Folders.h"
 
 namespace tarv {
@@ -10,7 +11,7 @@ namespace {
 
 constexpr const char* kMakerPath = "Tarvelo/Audio Plug-Ins/";
 constexpr const char* kProductPath = "Tarvelo/Audio Plug-Ins/Brindle XEQ/";
-constexpr uint32_t kTextId = 0x72747364;  // 'dstr'
+constexpr uint32_t kTextId = blockId("dstr");
 
 CString wideCopy(const CString& path) {
     CString copy(path);

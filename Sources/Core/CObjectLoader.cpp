@@ -6,12 +6,11 @@
 
 #include "Core/CObject.h"
 #include "Core/CResourceReader.h"
+#include "Core/CompressedBlock.h"
 
 namespace tarv {
 
 namespace {
-
-constexpr uint32_t kTreeId = 0x6c6d7863;
 
 CError* failTruncated() {
     TARV_FAIL("@tarvstr_CObject_createFromBinary_Truncated Compiled tree ends within a node.");
@@ -113,7 +112,7 @@ CError* CObject::loadFromResource(const CString& resourceName, bool runInit) {
     CResourceReader reader;
     CByteBuffer buffer;
     TARV_TRY(reader.open(resourceName));
-    TARV_TRY(reader.readCompressedData(buffer, kTreeId));
+    TARV_TRY(reader.readCompressedData(buffer, kTreeBlockId));
     TARV_TRY(reader.close());
     CTreeCursor cursor{buffer.data(), buffer.data() + buffer.count()};
     TARV_TRY(createFromBinary(cursor, runInit, true, false, false));

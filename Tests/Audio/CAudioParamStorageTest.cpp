@@ -39,7 +39,8 @@ class ParamStorage : public testing::Test {
 protected:
     ParamStorage()
         : tree_({paramNode("gains", "real", "-99", "99", "0"),
-                 paramNode("names", "text", "", "", "L,R", {{"data-type", "string"}})}) {}
+                 paramNode("names", "text", "", "", "L,R", {{"data-type", "string"}}),
+                 paramNode("channels", "text", "", "", "L,R,C,LS,RS,LFE,L,L", {{"data-type", "string"}})}) {}
 
     std::string load(const char* name, const std::string& bytes, CAudioParamData& data) {
         CMemoryReader reader(bytes.data(), static_cast<uint32_t>(bytes.size()));
@@ -81,6 +82,17 @@ TEST_F(ParamStorage, AStringRecordCarriesItsTextsBeforeTheGroups) {
     EXPECT_EQ(data.text(0, 0), "left");
     EXPECT_EQ(data.text(0, 1), "right");
     EXPECT_EQ(save("names", data), record);
+}
+
+TEST_F(ParamStorage, ATableOfEightNamesStoresEightTextsAndEightIdsEvenIfTwoAreEqual) {
+    CAudioParamData data;
+    data.resetWithDefaults(tree_.info("channels"), 0);
+    CRecord record;
+    record.text("audio.channels").words({1, 1, 1, 1, 8});
+    const char* const kNames[] = {"L", "R", "C", "LS", "RS", "LFE", "L", "L"};
+    for (uint32_t id = 1; id <= 8; ++id)
+        record.words({id, 1}).text(kNames[id - 1]);
+    EXPECT_EQ(save("channels", data), record.words({8, 1, 2, 3, 4, 5, 6, 7, 8}).bytes());
 }
 
 TEST_F(ParamStorage, TextsThatNoElementUsesAreDroppedAndSharedOnesLiveAsLongAsTheirLast) {

@@ -10,7 +10,7 @@
 namespace tarv {
 namespace {
 
-TEST(CArray, CapacityGoesByTwiceAndOneAndTheFifthPointerMovesToABlockOf7) {
+TEST(CArray, CapacityGoesByTwiceAndOneAndFivePointersLieInABlockOf7) {
     CArray<int*, 4> array;
     const int32_t kCapacities[] = {1, 3, 3, 7, 7, 7, 7, 15};
     EXPECT_EQ(array.capacity(), 0);
