@@ -35,6 +35,9 @@ struct CAudioGraph {
     double now = 0.0;
     /// Audio is running: changes are faded. While false (preparation) they are taken in place.
     bool isRunning = false;
+    /// The next run of as many samples would issue the same operations as the last one. Whoever does something in a run
+    /// that the next would not do again, or changes anything in between, sets it to false.
+    bool isSteady = false;
     /// A process met other channels or another rate than before: room is made behind the run, so that the changes that
     /// follow find what they need.
     bool isLayoutNew = false;

@@ -254,6 +254,7 @@ void CAudioParamCollector::deliver(CAudioParamChange& change) {
 void CAudioParamCollector::hand(CAudioParamChange& change, CAudioParamConsumer& consumer) {
     change.linkTo(*consumer.queue, consumer.slot);
     *consumer.changedFlag = 1;
+    ++deliveries_;
 }
 
 void CAudioParamCollector::closeCollection() {

@@ -57,6 +57,8 @@ public:
     /// One round: hands what was posted to the processes' queues, `timeOffset` added to each time. Audio thread, once a
     /// block, or the core at resume. Takes the environment's lock for a swap, nothing else.
     void applyPendingChanges(double timeOffset);
+    /// Changes handed to processes so far. Audio thread.
+    uint64_t deliveries() const { return deliveries_; }
     /// Changes that wait for the next round.
     int32_t pendingCount() const;
 
@@ -116,6 +118,7 @@ private:
     CAudioParamChangePool initialPool_;
     CAudioParamChangeList batch_;
     CAudioParam* touched_ = nullptr;
+    uint64_t deliveries_ = 0;
     uint32_t generation_ = 1;
     CAudioParamConsumer* freeConsumers_ = nullptr;
     CConsumerBlock* consumerBlocks_ = nullptr;

@@ -119,8 +119,11 @@ void CAudioProcess::slotChanged(CAudioParamSlot& slot) {
 }
 
 void CAudioProcess::setLinkState(int32_t state) {
-    isStructureDirty_ |= state != linkState_;
-    linkState_ = state;
+    if (state != linkState_) {
+        linkState_ = state;
+        isStructureDirty_ = true;
+        graph().isSteady = false;
+    }
 }
 
 void CAudioProcess::clearBuffers() {

@@ -43,6 +43,7 @@ void CAudioProcessBase::updateParams() {
         return;
     }
     changed_ = 0;
+    graph().isSteady = false;
     // A change reaches the place later by what stands before it, so that it meets the samples it was meant for.
     const double now = graph().now - (def().useTimeShift() ? inputDelay_ : 0);
     constexpr int32_t kRoom = 31;
@@ -66,6 +67,7 @@ void CAudioProcessBase::updateParams() {
 }
 
 void CAudioProcessBase::reset() {
+    graph().isSteady = false;
     clearBuffers();
 }
 
@@ -91,6 +93,7 @@ int32_t CAudioProcessBase::placeDelay(int32_t inputDelay) {
 void CAudioProcessBase::setDelays(int32_t inputDelay, int32_t outputDelay) {
     if (inputDelay != inputDelay_) {
         changed_ = 1;
+        graph().isSteady = false;
     }
     if (outputDelay != outputDelay_) {
         graph().delaysChanged = true;

@@ -8,6 +8,7 @@ namespace tarv {
 
 void CAudioProcess::rebuildOrder() {
     isStructureDirty_ = false;
+    graph().isSteady = false;
     collectLiveLinks();
     sortChildren();
     idle_.clear();

@@ -54,6 +54,7 @@ int32_t CAudioProcessStack::wantedCount() const {
 
 void CAudioProcessStack::sizeStack() {
     isSizeDirty_ = false;
+    graph().isSteady = false;
     const int32_t wanted = wantedCount();
     while (instances_.count() < wanted) {
         if (CError* error = addInstance()) {

@@ -100,6 +100,12 @@ private:
 
     template <class Sample>
     void processAny(const Sample* const* inputs, Sample* const* outputs, int32_t frames);
+    bool isRunSteady(const void* const* inputs, int32_t frames) const;
+    template <class Sample>
+    void runOnce(const Sample* const* inputs, Sample* const* outputs, int32_t offset, int32_t frames);
+    template <class Sample>
+    void repeatRun(const Sample* const* inputs, int32_t offset, int32_t frames);
+    void noteRun(int32_t frames, uint64_t deliveries);
     template <class Sample>
     void takeInputs(const Sample* const* inputs, int32_t offset, int32_t frames);
     template <class Sample>
@@ -152,6 +158,15 @@ private:
     CAudioParam* bypassParam_ = nullptr;
     COwnedArray<CAudioGlobalParam> globalParams_;
     COwnedArray<CExtParamBridge, 32> extParamBridges_;
+
+    /// The last run of the graph: what the next one must be like to be its repetition, and where its signals lie.
+    struct CRun {
+        int32_t frames = 0;
+        uint64_t deliveries = 0;
+        double* inputs[kMaxHostChannels] = {};         ///< by host channel; null: the host gave none
+        const double* outputs[kMaxHostChannels] = {};  ///< null: silence
+    };
+    CRun run_;
 
     bool isOffline_ = false;
     double lastBpm_ = 0.0;

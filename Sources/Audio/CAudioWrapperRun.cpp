@@ -169,13 +169,30 @@ void CAudioWrapper::pollHost() {
     }
 }
 
+/// Whether a run would do what the last one did: nothing has changed, and the same inputs are there.
+bool CAudioWrapper::isRunSteady(const void* const* inputs, int32_t frames) const {
+    if (!graph_.isSteady || frames != run_.frames || paramCollector_->deliveries() != run_.deliveries ||
+        graph_.observer != nullptr) {
+        return false;
+    }
+    for (int32_t i = 0; i < graph_.hostInputs; ++i) {
+        const bool isThere = inputs != nullptr && inputs[i] != nullptr;
+        if (isThere != (run_.inputs[i] != nullptr)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 template <class Sample>
 void CAudioWrapper::takeInputs(const Sample* const* inputs, int32_t offset, int32_t frames) {
-    for (int32_t i = 0; inputs != nullptr && i < graph_.hostInputs; ++i) {
+    for (int32_t i = 0; i < graph_.hostInputs; ++i) {
+        run_.inputs[i] = nullptr;
         // An input without a buffer is left out: the router makes silence for whoever asks for it.
-        if (inputs[i] != nullptr) {
+        if (inputs != nullptr && inputs[i] != nullptr) {
             const CBufferHandle block = graph_.context->takeSignal(frames);
-            widen(graph_.context->signal(block), inputs[i] + offset, frames);
+            run_.inputs[i] = graph_.context->signal(block);
+            widen(run_.inputs[i], inputs[i] + offset, frames);
             mainProcess_->input(0).add(0, i, 0, block);
         }
     }
@@ -188,15 +205,14 @@ void CAudioWrapper::giveOutputs(Sample* const* outputs, int32_t offset, int32_t 
         if (outputs[h] == nullptr) {
             continue;
         }
-        const CBufferHandle block = outputProcess_->block(h);
-        if (block == kNoBuffer) {
+        const double* const block = run_.outputs[h];
+        if (block == nullptr) {
             clear(outputs[h] + offset, frames);
-        } else if (!convert(outputs[h] + offset, graph_.context->signal(block), frames)) {
-            const int32_t first = firstUnfit<Sample>(graph_.context->signal(block), frames);
+        } else if (!convert(outputs[h] + offset, block, frames)) {
+            const int32_t first = firstUnfit<Sample>(block, frames);
             good = first < good ? first : good;
         }
     }
-    outputProcess_->clearBuffers();
     if (good < frames) {
         for (int32_t h = 0; h < graph_.hostOutputs; ++h) {
             if (outputs[h] != nullptr) {
@@ -205,6 +221,49 @@ void CAudioWrapper::giveOutputs(Sample* const* outputs, int32_t offset, int32_t 
         }
         resetGraph();
     }
+}
+
+/// The last run once more, with these inputs.
+template <class Sample>
+void CAudioWrapper::repeatRun(const Sample* const* inputs, int32_t offset, int32_t frames) {
+    for (int32_t i = 0; i < graph_.hostInputs; ++i) {
+        if (run_.inputs[i] != nullptr) {
+            widen(run_.inputs[i], inputs[i] + offset, frames);
+        }
+    }
+    graph_.context->repeat();
+}
+
+void CAudioWrapper::noteRun(int32_t frames, uint64_t deliveries) {
+    run_.frames = frames;
+    run_.deliveries = deliveries;
+    for (int32_t h = 0; h < graph_.hostOutputs; ++h) {
+        const CBufferHandle block = outputProcess_->block(h);
+        run_.outputs[h] = block != kNoBuffer ? graph_.context->signal(block) : nullptr;
+    }
+}
+
+template <class Sample>
+void CAudioWrapper::runOnce(const Sample* const* inputs, Sample* const* outputs, int32_t offset, int32_t frames) {
+    const bool isSteady = isRunSteady(reinterpret_cast<const void* const*>(inputs), frames);
+    if (isSteady && graph_.context->isRecorded()) {
+        repeatRun(inputs, offset, frames);
+        giveOutputs(outputs, offset, frames);
+        return;
+    }
+    const uint64_t deliveries = paramCollector_->deliveries();
+    takeInputs(inputs, offset, frames);
+    graph_.isSteady = true;
+    if (isSteady) {
+        graph_.context->startRecording();
+    }
+    runGraph(frames);
+    if (isSteady) {
+        graph_.context->endRecording();
+    }
+    noteRun(frames, deliveries);
+    giveOutputs(outputs, offset, frames);
+    outputProcess_->clearBuffers();
 }
 
 template <class Sample>
@@ -226,9 +285,7 @@ void CAudioWrapper::processAny(const Sample* const* inputs, Sample* const* outpu
     const int32_t latencyBefore = env_->latency();
     for (int32_t offset = 0; offset < frames; offset += kMaxSubBlock) {
         const int32_t count = frames - offset < kMaxSubBlock ? frames - offset : kMaxSubBlock;
-        takeInputs(inputs, offset, count);
-        runGraph(count);
-        giveOutputs(outputs, offset, count);
+        runOnce(inputs, outputs, offset, count);
         graph_.now += count;
         if (graph_.isLayoutNew) {
             makeRoom();

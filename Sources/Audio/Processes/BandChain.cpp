@@ -53,41 +53,82 @@ struct CTwo {
     T* of[2];
 };
 
-/// The bands of two channels side by side; twice the same channel gives that channel's result.
-void runPair(const CBandOperations& a, const CBandOperations& b) {
-    const int32_t count = a.count();
-    const CTwo<const double> source = {a.filter->signal(2), b.filter->signal(2)};
-    const CTwo<double> filtered = {a.filter->signal(0), b.filter->signal(0)};
-    const CTwo<double> passed = {a.highPass->signal(0), b.highPass->signal(0)};
-    const CTwo<const double> feed = {a.tube->signal(3), b.tube->signal(3)};
-    const CTwo<double> out = {a.tube->signal(0), b.tube->signal(0)};
+/// The signals of two channels.
+struct CBandSignals {
+    CTwo<const double> source, feed;
+    CTwo<double> filtered, passed, out;
+
+    CBandSignals(const CBandOperations& a, const CBandOperations& b)
+        : source{{a.filter->signal(2), b.filter->signal(2)}},
+          feed{{a.tube->signal(3), b.tube->signal(3)}},
+          filtered{{a.filter->signal(0), b.filter->signal(0)}},
+          passed{{a.highPass->signal(0), b.highPass->signal(0)}},
+          out{{a.tube->signal(0), b.tube->signal(0)}} {}
+};
+
+/// The recursions of two channels.
+struct CBandStates {
     CFilter<CPair> filter;
     CHighPass<CPair> highPass;
     CTube<CPair> tube;
-    filter.load(*a.filter, *b.filter);
-    highPass.load(*a.highPass, *b.highPass);
-    tube.load(*a.tube, *b.tube);
+
+    void load(const CBandOperations& a, const CBandOperations& b) {
+        filter.load(*a.filter, *b.filter);
+        highPass.load(*a.highPass, *b.highPass);
+        tube.load(*a.tube, *b.tube);
+    }
+    void store(const CBandOperations& a, const CBandOperations& b) {
+        filter.store(*a.filter, *b.filter);
+        highPass.store(*a.highPass, *b.highPass);
+        tube.store(*a.tube, *b.tube);
+    }
+};
+
+/// One sample of two channels through all three stages.
+template <bool HasLinks>
+inline void runSingle(CBandStates& states, const CBandSignals& signals, int32_t i) {
+    const CPair filtered = states.filter.step(CPair(signals.source.of[0][i], signals.source.of[1][i]));
+    const CPair passed = states.highPass.step(filtered);
+    const CPair y = states.tube.step(passed, CPair(signals.feed.of[0][i], signals.feed.of[1][i]));
+    if constexpr (HasLinks) {
+        storeEach(signals.filtered.of, i, filtered);
+        storeEach(signals.passed.of, i, passed);
+    }
+    storeEach(signals.out.of, i, y);
+}
+
+/// The bands of two channels side by side; twice the same channel gives that channel's result.
+template <bool HasLinks>
+void runPair(const CBandOperations& a, const CBandOperations& b) {
+    const int32_t count = a.count();
+    const CBandSignals signals(a, b);
+    CBandStates states;
+    states.load(a, b);
     CSquare behindFilter = {};
     CSquare behindHighPass = {};
     const auto runFilter = [&](int32_t i) __attribute__((always_inline)) {
         CSquare x;
-        x.load(source.of, i);
-        behindFilter.early = filter.step(x.early);
-        behindFilter.late = filter.step(x.late);
-        behindFilter.store(filtered.of, i);
+        x.load(signals.source.of, i);
+        behindFilter.early = states.filter.step(x.early);
+        behindFilter.late = states.filter.step(x.late);
+        if constexpr (HasLinks) {
+            behindFilter.store(signals.filtered.of, i);
+        }
     };
     const auto runHighPass = [&](int32_t i) __attribute__((always_inline)) {
-        behindHighPass.early = highPass.step(behindFilter.early);
-        behindHighPass.late = highPass.step(behindFilter.late);
-        behindHighPass.store(passed.of, i);
+        behindHighPass.early = states.highPass.step(behindFilter.early);
+        behindHighPass.late = states.highPass.step(behindFilter.late);
+        if constexpr (HasLinks) {
+            behindHighPass.store(signals.passed.of, i);
+        }
     };
     const auto runTube = [&](int32_t i) __attribute__((always_inline)) {
         CSquare x;
-        x.load(feed.of, i);
+        x.load(signals.feed.of, i);
         CSquare y;
-        y.early = tube.step(behindHighPass.early, x.early);
-        y.late = tube.step(behindHighPass.late, x.late);
-        y.store(out.of, i);
+        y.early = states.tube.step(behindHighPass.early, x.early);
+        y.late = states.tube.step(behindHighPass.late, x.late);
+        y.store(signals.out.of, i);
     };
     // Each stage is two samples behind the one before it: in one round of the loop none waits for another.
     const int32_t even = count & ~1;
@@ -105,16 +146,9 @@ void runPair(const CBandOperations& a, const CBandOperations& b) {
         runTube(even - 2);
     }
     for (int32_t i = even >= 4 ? even : 0; i < count; ++i) {
-        const CPair behind1 = filter.step(CPair(source.of[0][i], source.of[1][i]));
-        const CPair behind2 = highPass.step(behind1);
-        const CPair y = tube.step(behind2, CPair(feed.of[0][i], feed.of[1][i]));
-        storeEach(filtered.of, i, behind1);
-        storeEach(passed.of, i, behind2);
-        storeEach(out.of, i, y);
+        runSingle<HasLinks>(states, signals, i);
     }
-    filter.store(*a.filter, *b.filter);
-    highPass.store(*a.highPass, *b.highPass);
-    tube.store(*a.tube, *b.tube);
+    states.store(a, b);
 }
 
 }  // namespace
@@ -127,12 +161,13 @@ void registerBandChain(CQPLEXContext& context) {
 
 void runBandChain(COperation* const* const* stages, int32_t count) {
     const auto band = [stages](int32_t c) { return CBandOperations{stages[0][c], stages[1][c], stages[2][c]}; };
+    const auto run = stages[0][0]->pointers[0] != nullptr ? runPair<true> : runPair<false>;
     int32_t c = 0;
     for (; c + 2 <= count; c += 2) {
-        runPair(band(c), band(c + 1));
+        run(band(c), band(c + 1));
     }
     if (c < count) {
-        runPair(band(c), band(c));
+        run(band(c), band(c));
     }
 }
 

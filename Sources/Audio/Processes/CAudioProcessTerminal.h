@@ -235,6 +235,7 @@ void CAudioProcessTerminal<T>::syncVoices(const CAudioPort& in) {
         graph().isLayoutNew = true;
     }
     layout_ = in.layout;
+    graph().isSteady = false;
     bool isSame = in.channels.count() == voices_.count();
     for (int32_t i = 0; isSame && i < voices_.count(); ++i) {
         isSame = voices_[i].channel.isSameAs(in.channels[i]);
@@ -420,6 +421,7 @@ void CAudioProcessTerminal<T>::process() {
         applyChanges();
     }
     if (mayFade_) {
+        graph().isSteady = false;
         servePending();
     }
     // The list goes over to the output; each block in it is then replaced by what its module makes of it.

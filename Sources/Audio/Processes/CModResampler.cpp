@@ -81,7 +81,9 @@ void CModDecimator::process() {
         context().issue(offset_ == 0 ? evenKernel_ : oddKernel_, kept, 0.0, {block, channel.handle});
         out.add(channel.group, channel.element, channel.serial, block);
     }
-    offset_ += 2 * kept - count;
+    const int32_t next = offset_ + 2 * kept - count;
+    graph().isSteady &= next == offset_;
+    offset_ = next;
     releaseInputs();
     context().flush();
 }
@@ -150,6 +152,7 @@ void CModResampler::updateSequence() {
         return;
     }
     isCountDirty_ = false;
+    graph().isSteady = false;
     const int32_t wanted = wantedStages();
     if (wanted == stageCount()) {
         return;

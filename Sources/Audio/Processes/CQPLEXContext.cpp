@@ -1,5 +1,6 @@
 #include "Audio/Processes/CQPLEXContext.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "Audio/Processes/CommonKernels.h"
@@ -36,7 +37,7 @@ CQPLEXContext::CQPLEXContext() {
         buffers_[i] = {0,      nullptr, i + 1 < kBufferCount ? i + 1 : kNone, 0, 0, kNone, kNone, {nullptr, nullptr},
                        nullptr};
     }
-    for (COperation& operation : operations_) {
+    for (CQueuedOperation& operation : operations_) {
         operation.next = freeOperations_;
         freeOperations_ = &operation;
     }
@@ -180,6 +181,7 @@ CBufferHandle CQPLEXContext::takeOther(int32_t sizeClass) {
     }
     buffers_[index].state = kOneReference;
     ++counters_.buffersInUse;
+    isRecorded_ = false;
     return index;
 }
 
@@ -227,15 +229,14 @@ void CQPLEXContext::issueOperands(int32_t kernelNumber, int32_t count, double im
         ++counters_.rejected;
         return;
     }
-    if (kernelNumber != expectedKernel_) {
-        leaveChain(kernelNumber);
-    }
+    CKernel& kernel = kernels_[kernelNumber];
+    const bool isChained = expectedKernel_ != kNone && joinsChain<N>(kernelNumber, count, buffers, handles, isRepeated);
     if (freeOperations_ == nullptr) [[unlikely]] {
         ++counters_.forcedFlushes;
         flush();
+        leaveChain();
     }
-    CKernel& kernel = kernels_[kernelNumber];
-    COperation& operation = *freeOperations_;
+    CQueuedOperation& operation = *freeOperations_;
     freeOperations_ = operation.next;
     operation.immediate = immediate;
     operation.count = count;
@@ -247,24 +248,88 @@ void CQPLEXContext::issueOperands(int32_t kernelNumber, int32_t count, double im
         operation.buffers[j] = buffers[j];
         operation.pointers[j] = buffers[j]->data + offsetOf(handles[j]);
     }
+    ++counters_.operations;
+    ++counters_.operationsWaiting;
+    isRecorded_ = false;
+    if (isChained) {
+        keepForChain<N>(operation);
+        return;
+    }
     if (isRepeated) [[unlikely]] {
         claimMerged(operation);
     } else {
-#pragma GCC unroll 8
-        for (int32_t j = 0; j < N; ++j) {
-            const uint64_t state = buffers[j]->state;
-            if (state < kernel.limits[j]) [[likely]] {
-                buffers[j]->state = state + kernel.holds[j];
-            } else {
-                waitFor(*buffers[j], operation, kernel.holds[j]);
-            }
-        }
+        claim<N>(operation);
     }
-    ++counters_.operations;
-    ++counters_.operationsWaiting;
     if (operation.pending == 0) {
         makeReady(operation);
     }
+}
+
+template <int32_t N>
+inline void CQPLEXContext::claim(CQueuedOperation& operation) {
+    const CKernel& kernel = *operation.kernel;
+#pragma GCC unroll 8
+    for (int32_t j = 0; j < N; ++j) {
+        CBuffer& buffer = *operation.buffers[j];
+        if (buffer.state < kernel.limits[j]) [[likely]] {
+            buffer.state += kernel.holds[j];
+        } else {
+            waitFor(buffer, operation, kernel.holds[j]);
+        }
+    }
+}
+
+template <int32_t N>
+inline void CQPLEXContext::keepForChain(CQueuedOperation& operation) {
+    const int32_t link = chainStage_ > 0 ? kLinkOperand : kNone;
+#pragma GCC unroll 8
+    for (int32_t j = 0; j < N; ++j) {
+        operation.buffers[j]->state += j == link ? kOneReference : operation.kernel->holds[j];
+    }
+    chain_[chainStage_][chainCounts_[chainStage_]++] = &operation;
+}
+
+/// Whether an operation goes on with the chain. If not the chain is left; what it begins anew it may still join.
+template <int32_t N>
+inline bool CQPLEXContext::joinsChain(int32_t kernelNumber, int32_t count, CBuffer* const* buffers,
+                                      const CBufferHandle* handles, bool isRepeated) {
+    if (kernelNumber != expectedKernel_ && chainStage_ > 0) {
+        flush();
+    }
+    if constexpr (N > kLinkOperand) {
+        const void* const source = buffers[kLinkOperand]->data + offsetOf(handles[kLinkOperand]);
+        if (kernelNumber == expectedKernel_ && !isRepeated &&
+            isNextOfChain<N>(kernels_[kernelNumber], count, buffers, source)) {
+            return true;
+        }
+    }
+    leaveChain();
+    return false;
+}
+
+/// Whether an operation is the next of the chain: it waits for nothing, or for nothing but the stage before it. Then
+/// nothing that a stage writes is anything else to its channel or to another: that would be claimed already.
+template <int32_t N>
+inline bool CQPLEXContext::isNextOfChain(const CKernel& kernel, int32_t count, CBuffer* const* buffers,
+                                         const void* source) const {
+    const int32_t stage = chainStage_;
+    const int32_t channel = chainCounts_[stage];
+    if (channel == kMaxBatch || freeOperations_ == nullptr) {
+        return false;
+    }
+    if (stage > 0) {
+        // The link is written by the stage before, and nobody reads it or waits for it yet.
+        if (channel == chainCounts_[stage - 1] || chain_[stage - 1][channel]->pointers[0] != source ||
+            (buffers[kLinkOperand]->state & ~kReferences) != kWriter) {
+            return false;
+        }
+    }
+    bool isFree = channel + stage == 0 || chain_[0][0]->count == count;
+#pragma GCC unroll 8
+    for (int32_t j = 0; j < N; ++j) {
+        isFree &= buffers[j]->state < kernel.limits[j] || (j == kLinkOperand && stage > 0);
+    }
+    return isFree;
 }
 
 template void CQPLEXContext::issueOperands<1>(int32_t, int32_t, double, const CBufferHandle*);
@@ -277,7 +342,7 @@ template void CQPLEXContext::issueOperands<7>(int32_t, int32_t, double, const CB
 template void CQPLEXContext::issueOperands<8>(int32_t, int32_t, double, const CBufferHandle*);
 
 /// A buffer named more than once is claimed once, by its first operand, for writing if any of its operands is written.
-void CQPLEXContext::claimMerged(COperation& operation) {
+void CQPLEXContext::claimMerged(CQueuedOperation& operation) {
     const int32_t n = operation.kernel->operandCount;
     for (int32_t j = 0; j < n; ++j) {
         int32_t first = 0;
@@ -314,7 +379,7 @@ bool CQPLEXContext::tryHold(CBuffer& buffer, uint64_t hold) {
     return true;
 }
 
-void CQPLEXContext::waitFor(CBuffer& buffer, COperation& operation, uint64_t hold) {
+void CQPLEXContext::waitFor(CBuffer& buffer, CQueuedOperation& operation, uint64_t hold) {
     buffer.state += kOneReference;
     if (buffer.waitHead == kNone && tryHold(buffer, hold)) {
         return;
@@ -335,7 +400,7 @@ void CQPLEXContext::waitFor(CBuffer& buffer, COperation& operation, uint64_t hol
     ++operation.pending;
 }
 
-inline void CQPLEXContext::makeReady(COperation& operation) {
+void CQPLEXContext::makeReady(CQueuedOperation& operation) {
     CKernel& kernel = *operation.kernel;
     operation.next = nullptr;
     if (kernel.readyHead != nullptr) {
@@ -356,6 +421,9 @@ inline void CQPLEXContext::makeReady(COperation& operation) {
 
 void CQPLEXContext::flush() {
     ++counters_.flushes;
+    if (chainCounts_[0] > 0) {
+        runChain();
+    }
     while (activeHead_ != nullptr) {
         CKernel& kernel = *activeHead_;
         activeHead_ = kernel.nextActive;
@@ -364,14 +432,30 @@ void CQPLEXContext::flush() {
     restartChain();
 }
 
+void CQPLEXContext::startRecording() {
+    flush();
+    recording_.clear();
+    isRecording_ = true;
+    isRecorded_ = false;
+}
+
+bool CQPLEXContext::endRecording() {
+    flush();
+    isRecording_ = false;
+    isRecorded_ = recording_.isWhole();
+    return isRecorded_;
+}
+
+void CQPLEXContext::repeat() {
+    ++counters_.repeats;
+    recording_.run();
+}
+
 void CQPLEXContext::runReady(CKernel& kernel) {
-    COperation* next = kernel.readyHead;
+    CQueuedOperation* next = kernel.readyHead;
     kernel.readyHead = nullptr;
-    if (chainFunction_ && &kernel == &kernels_[chainKernels_[0]]) {
-        next = runChains(next);
-    }
     while (next != nullptr) {
-        COperation* batch[kMaxBatch];
+        CQueuedOperation* batch[kMaxBatch];
         int32_t n = 0;
         const int32_t count = next->count;
         while (next != nullptr && n < kMaxBatch && next->count == count) {
@@ -379,27 +463,37 @@ void CQPLEXContext::runReady(CKernel& kernel) {
             next = next->next;
             ++n;
         }
-        if (kernel.batch && n > 1) {
-            kernel.batch(batch, n);
-            ++counters_.calls;
-        } else {
-            for (int32_t i = 0; i < n; ++i) {
-                kernel.function(*batch[i]);
-            }
-            counters_.calls += static_cast<uint64_t>(n);
-        }
-        complete(batch, n);
+        runBatch(kernel, batch, n);
     }
 }
 
-void CQPLEXContext::complete(COperation* const* operations, int32_t count) {
+void CQPLEXContext::runBatch(CKernel& kernel, CQueuedOperation* const* batch, int32_t count) {
+    COperation* operations[kMaxBatch] = {};
+    std::copy_n(batch, count, operations);
+    const CKernelBatchFunction together = count > 1 ? kernel.batch : nullptr;
+    if (isRecording_) {
+        recording_.add(kernel.function, together, operations, count);
+    }
+    if (together != nullptr) {
+        together(operations, count);
+        ++counters_.calls;
+    } else {
+        for (int32_t i = 0; i < count; ++i) {
+            kernel.function(*operations[i]);
+        }
+        counters_.calls += static_cast<uint64_t>(count);
+    }
+    complete(batch, count);
+}
+
+void CQPLEXContext::complete(CQueuedOperation* const* operations, int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
         complete(*operations[i]);
     }
     counters_.operationsWaiting -= count;
 }
 
-inline void CQPLEXContext::complete(COperation& operation) {
+inline void CQPLEXContext::complete(CQueuedOperation& operation) {
     const uint64_t* const holds = operation.holds;
     const int32_t n = operation.kernel->operandCount;
     for (int32_t j = 0; j < n; ++j) {
@@ -440,7 +534,7 @@ void CQPLEXContext::settle(CBuffer& buffer) {
         buffer.waitHead = waiter.next;
         waiter.next = freeWaiters_;
         freeWaiters_ = link;
-        COperation& operation = *waiter.operation;
+        CQueuedOperation& operation = *waiter.operation;
         if (--operation.pending == 0) {
             makeReady(operation);
         }

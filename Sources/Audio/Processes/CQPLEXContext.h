@@ -5,6 +5,7 @@
 #include <initializer_list>
 
 #include "Audio/Processes/COperation.h"
+#include "Audio/Processes/CRecordedRun.h"
 #include "Core/CHeap.h"
 
 namespace tarv {
@@ -46,6 +47,19 @@ enum class CCommonKernel : int32_t {
     Count
 };
 
+struct CKernel;
+struct CContextBuffer;
+
+/// An operation that waits to be run.
+struct CQueuedOperation : COperation {
+    int32_t pending;  // operands that it still waits for
+    CKernel* kernel;
+    CQueuedOperation* next;  // free list, or the kernel's list of ready operations
+    CContextBuffer* buffers[kMaxOperands];
+    const uint64_t* holds;  // what each operand adds to its buffer's state: the kernel's, or its own
+    uint64_t ownHolds[kMaxOperands];
+};
+
 /// A registered kernel.
 struct CKernel {
     char name[65];
@@ -54,9 +68,9 @@ struct CKernel {
     int32_t operandCount;
     uint32_t writeMask;  ///< bit j: operand j is written (it may be read too)
     uint64_t extra;
-    int32_t next;           // of the same hash
-    COperation* readyHead;  // operations that wait for nothing any more, oldest first
-    COperation* readyTail;
+    int32_t next;                 // of the same hash
+    CQueuedOperation* readyHead;  // operations that wait for nothing any more, oldest first
+    CQueuedOperation* readyTail;
     CKernel* nextActive;
     uint64_t holds[kMaxOperands];   // what an operand adds to the state of its buffer while an operation is pending
     uint64_t limits[kMaxOperands];  // ... which it may while the state is below this
@@ -81,9 +95,6 @@ struct alignas(64) CContextBuffer {
 constexpr int32_t kSectionTypeCount = 24;
 constexpr int32_t kSectionTypeFir = 21;
 
-/// Kernels of the context's chain.
-constexpr int32_t kChainStages = 3;
-
 /// The kernels of one filter section type; -1 where there is none.
 struct CSectionKernels {
     int32_t init;              ///< operands: new state block, coefficients
@@ -100,6 +111,7 @@ struct CContextCounters {
     uint64_t calls;       ///< kernel calls: a batch counts once
     uint64_t flushes;
     uint64_t forcedFlushes;   ///< of these, because a table was full
+    uint64_t repeats;         ///< recorded runs that were run again; the other figures don't count what they did
     uint64_t rejected;        ///< operations that could not be issued
     uint64_t storageGrowths;  ///< allocations of buffer storage
     uint64_t storageBytes;
@@ -144,6 +156,7 @@ public:
         freeBuffers_[sizeClass] = buffers_[index].nextFree;
         buffers_[index].state = kOneReference;
         ++counters_.buffersInUse;
+        isRecorded_ = false;
         return index;
     }
     /// A buffer for `samples` 64-bit floats of a signal. Short blocks take the storages of long ones, so that a host
@@ -219,6 +232,16 @@ public:
     /// then waits for the next process. Contents are there only after a flush.
     void endProcess();
 
+    /// From here to `endRecording` the kernel calls are recorded. What is queued runs first.
+    void startRecording();
+    /// Runs what is queued and ends the recording; false if it was too long to be kept.
+    bool endRecording();
+    /// Whether `repeat` can stand for the recorded run: no buffer was taken and no operation issued since it ended.
+    bool isRecorded() const { return isRecorded_; }
+    /// The recorded kernel calls once more, on the same storages: whoever wants other inputs writes them to where the
+    /// recorded run had them, and finds the outputs where it left them.
+    void repeat();
+
     const CContextCounters& counters() const { return counters_; }
 
 private:
@@ -229,7 +252,6 @@ private:
     static constexpr int32_t kWaiterCount = 4096;
     static constexpr int32_t kKernelCount = 512;
     static constexpr int32_t kHashCount = 1024;
-    static constexpr int32_t kMaxBatch = 16;
     static constexpr int32_t kSmallestStorage = 64;
     static constexpr int32_t kSizeClassCount = 25;  // storages of 64 bytes, 128, 256 ...
     // Each operand waits at most once, so the waiter table can't run out before the operation table does.
@@ -243,7 +265,7 @@ private:
     static constexpr uint64_t kWriter = uint64_t{1} << 56;
     static constexpr uint64_t kWatched = uint64_t{1} << 57;
     struct CWaiter {
-        COperation* operation;
+        CQueuedOperation* operation;
         uint64_t hold;
         int32_t next;
     };
@@ -251,19 +273,28 @@ private:
     int32_t findHashed(const char* name, uint32_t hash) const;
     template <int32_t N>
     void issueOperands(int32_t kernelNumber, int32_t count, double immediate, const CBufferHandle* handles);
-    void claimMerged(COperation& operation);
-    void waitFor(CBuffer& buffer, COperation& operation, uint64_t hold);
-    void makeReady(COperation& operation);
+    void claimMerged(CQueuedOperation& operation);
+    void waitFor(CBuffer& buffer, CQueuedOperation& operation, uint64_t hold);
+    void makeReady(CQueuedOperation& operation);
     void runReady(CKernel& kernel);
-    COperation* runChains(COperation* ready);
-    bool findChain(COperation* operation, COperation** stages);
-    void completeChains(COperation* const* const* stages, int32_t count);
-    void letGo(COperation& operation, int32_t operand);
-    void completeLink(CBuffer& buffer);
-    void leaveChain(int32_t kernelNumber);
+    void runBatch(CKernel& kernel, CQueuedOperation* const* batch, int32_t count);
+    template <int32_t N>
+    void claim(CQueuedOperation& operation);
+    template <int32_t N>
+    void keepForChain(CQueuedOperation& operation);
+    template <int32_t N>
+    bool joinsChain(int32_t kernelNumber, int32_t count, CBuffer* const* buffers, const CBufferHandle* handles,
+                    bool isRepeated);
+    template <int32_t N>
+    bool isNextOfChain(const CKernel& kernel, int32_t count, CBuffer* const* buffers, const void* source) const;
+    void runChain();
+    void dropLinks();
+    void completeChain();
+    void letGo(CQueuedOperation& operation, int32_t operand);
+    void leaveChain();
     void restartChain();
-    void complete(COperation& operation);
-    void complete(COperation* const* operations, int32_t count);
+    void complete(CQueuedOperation& operation);
+    void complete(CQueuedOperation* const* operations, int32_t count);
     void letGoSlowly(CBuffer& buffer, uint64_t hold);
     bool tryHold(CBuffer& buffer, uint64_t hold);
     void settle(CBuffer& buffer);
@@ -284,13 +315,13 @@ private:
     void allocateStorage(int32_t index, int32_t sizeClass);
 
     CBuffer buffers_[kBufferCount];
-    COperation operations_[kOperationCount];
+    CQueuedOperation operations_[kOperationCount];
     CWaiter waiters_[kWaiterCount];
     CKernel kernels_[kKernelCount];
     int32_t hashHeads_[kHashCount];
     int32_t freeBuffers_[kSizeClassCount];
     int32_t unusedBuffers_ = 0;  // entries that never had storage, in the order of their indexes
-    COperation* freeOperations_ = nullptr;
+    CQueuedOperation* freeOperations_ = nullptr;
     int32_t freeWaiters_ = 0;
     int32_t kernelCount_ = 0;
     CKernel* activeHead_ = nullptr;  // kernels with ready operations
@@ -299,9 +330,14 @@ private:
     CSectionKernels sectionKernels_[kSectionTypeCount];
     int32_t chainKernels_[kChainStages] = {-1, -1, -1};
     CChainFunction chainFunction_ = nullptr;
+    CQueuedOperation* chain_[kChainStages]
+                            [kMaxBatch];  // of each stage by channel; they wait for nothing outside the chain
+    int32_t chainCounts_[kChainStages] = {0, 0, 0};
     int32_t chainStage_ = 0;       // processes whose operations have been kept
-    int32_t expectedKernel_ = -1;  // that alone may be issued without leaving the chain
-    bool isOnChain_ = false;       // all that is queued may belong to the chain
+    int32_t expectedKernel_ = -1;  // that goes on with the chain; -1 when it was left until the next flush
+    CRecordedRun recording_;
+    bool isRecording_ = false;
+    bool isRecorded_ = false;
     CContextCounters counters_ = {};
 };
 

@@ -68,6 +68,16 @@ public:
         return all;
     }
 
+    /// 0 is the input, 1 to 3 are what the stages write.
+    std::vector<double> signal(int32_t number) const {
+        const auto begin = memory_.begin() + number * (count_ + 8);
+        return {begin, begin + count_};
+    }
+    std::vector<uint64_t> blockBits() const {
+        const std::vector<uint64_t> all = bits();
+        return {all.begin() + static_cast<int64_t>(memory_.size()), all.end()};
+    }
+
 private:
     double* at(int32_t signal) { return memory_.data() + signal * (count_ + 8); }
 
@@ -102,6 +112,40 @@ TEST(BandChain, GivesTheBitsOfOneKernelAfterTheOther) {
                     }
                     ASSERT_EQ(actual[i].bits(), expected[i].bits()) << c << " of " << channels << ' ' << count;
                 }
+            }
+        }
+    }
+}
+
+TEST(BandChain, LeavesTheLinksAloneThatNobodyWants) {
+    for (const int32_t channels : {1, 2, 3}) {
+        for (const int32_t count : {1, 3, 4, 9, 64}) {
+            std::vector<CBandMemory> whole;
+            for (int32_t c = 0; c < channels; ++c) {
+                whole.emplace_back(count);
+            }
+            std::vector<CBandMemory> bare = whole;
+            const std::vector<CBandMemory> before = whole;
+            const auto run = [&](std::vector<CBandMemory>& bands, bool hasLinks) {
+                std::vector<COperation*> stages[kChainStages];
+                for (int32_t s = 0; s < kChainStages; ++s) {
+                    for (CBandMemory& band : bands) {
+                        stages[s].push_back(band.stage(s));
+                        if (!hasLinks && s + 1 < kChainStages) {
+                            stages[s].back()->pointers[0] = nullptr;
+                        }
+                    }
+                }
+                COperation* const* const all[] = {stages[0].data(), stages[1].data(), stages[2].data()};
+                runBandChain(all, channels);
+            };
+            run(whole, true);
+            run(bare, false);
+            for (size_t c = 0; c < whole.size(); ++c) {
+                EXPECT_EQ(bare[c].signal(3), whole[c].signal(3)) << count;
+                EXPECT_EQ(bare[c].signal(1), before[c].signal(1)) << count;
+                EXPECT_EQ(bare[c].signal(2), before[c].signal(2)) << count;
+                EXPECT_EQ(bare[c].blockBits(), whole[c].blockBits()) << count;
             }
         }
     }
@@ -173,6 +217,34 @@ TEST_F(BandChainInContext, ThreeProcessesOfTwoChannelsAreOneCall) {
     EXPECT_EQ(context->counters().buffersInUse, 10);  // six blocks, the feeds, the outputs
     EXPECT_EQ(context->references(feeds[0]), 1);
     EXPECT_EQ(context->references(signals[0]), 1);
+}
+
+TEST_F(BandChainInContext, ALinkThatSomebodyHoldsIsWritten) {
+    CBufferHandle blocks[kChainStages];
+    for (int32_t s = 0; s < kChainStages; ++s) {
+        blocks[s] = block(s);
+    }
+    const CBufferHandle in = signal();
+    context->addReference(in);
+    const CBufferHandle filtered = issueStage(0, in, blocks[0], kNoBuffer);
+    context->addReference(filtered);
+    std::vector<double> state(context->signal(blocks[0]), context->signal(blocks[0]) + 27);
+    std::vector<double> expected(kMostFrames);
+    std::vector<double> source = contents(in);
+    COperation o = {};
+    o.count = kMostFrames;
+    o.immediate = 0.9;
+    o.pointers[0] = expected.data();
+    o.pointers[1] = state.data();
+    o.pointers[2] = source.data();
+    caseOf(kStageNames[0]).reference(o);
+    context->endProcess();
+    const CBufferHandle passed = issueStage(1, filtered, blocks[1], kNoBuffer);
+    context->endProcess();
+    issueStage(2, passed, blocks[2], in);
+    context->endProcess();
+    EXPECT_EQ(context->counters().calls, 1u);
+    EXPECT_EQ(contents(filtered), expected);
 }
 
 TEST_F(BandChainInContext, AnyOtherKernelRunsWhatWasKept) {
