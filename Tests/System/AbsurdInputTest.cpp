@@ -45,6 +45,34 @@ TEST(AbsurdInput, NarrowSamplesThatAreNotFiniteCountAsZeroToo) {
     EXPECT_EQ(run(spoiled), run(clean));
 }
 
+TEST(AbsurdInput, AChannelWithoutABufferIsTheSameAsOneOfSilence) {
+    for (int32_t stages = 0; stages <= 3; ++stages) {
+        const CSetup setup{44100.0, 2, straight(2, stages)};
+        const CSignal sound = noise(2, 600, 0.5);
+        const CSignal none = silence(2, 600);
+        const auto whole = start(setup);
+        const auto gappy = start(setup);
+        // Channels without a buffer in each of the blocks.
+        for (const auto& missing : {std::vector<size_t>{}, {1}, {}, {0, 1}, {0}, {}}) {
+            const double* in[] = {sound[0].data(), sound[1].data()};
+            const double* inGappy[] = {in[0], in[1]};
+            for (const size_t c : missing) {
+                in[c] = none[c].data();
+                inGappy[c] = nullptr;
+            }
+            CSignal expected = silence(2, 600);
+            CSignal output = expected;
+            double* const to[] = {expected[0].data(), expected[1].data()};
+            double* const toGappy[] = {output[0].data(), output[1].data()};
+            whole->processBlock(in, to, 600);
+            gappy->processBlock(missing.size() == 2 ? static_cast<const double* const*>(nullptr) : inGappy, toGappy,
+                                600);
+            ASSERT_GT(peak(expected), 0.0);
+            ASSERT_EQ(firstDifference(output, expected), CDifference()) << stages;
+        }
+    }
+}
+
 /// The first frame whose sample is 0 and behind which all are, up to `end`.
 int64_t silentFrom(const std::vector<double>& row, size_t begin, size_t end) {
     size_t first = end;
