@@ -8,19 +8,22 @@
 #include <fstream>
 #include <string_view>
 
+#include "Tools/SignalMeter/CFloatWav.h"
 #include "Tools/SignalMeter/CSignalMeter.h"
 
 namespace {
 
 constexpr char kUsage[] =
-    "SignalMeter --channels N --rate HZ --report FILE [--progress FRAMES] < in.f64 > out.f64\n"
+    "SignalMeter --channels N --rate HZ --report FILE [--progress FRAMES] [--wav FILE] < in.f64 > out.f64\n"
     "  Passes interleaved 64-bit floats from stdin to stdout and writes levels and long-term spectrum to FILE.\n"
+    "  --wav FILE          writes a WAV file of 32-bit floats instead of stdout: nothing is clipped\n"
     "  --progress FRAMES   shows on a terminal how much of that many frames has passed, and how fast\n";
 
 struct CArguments {
     int channels = 0;
     double rate = 0.0;
     const char* report = nullptr;
+    const char* wav = nullptr;
     double expectedFrames = 0.0;
 };
 
@@ -33,6 +36,8 @@ bool readArguments(int count, char** words, CArguments& arguments) {
             arguments.rate = std::atof(words[i + 1]);
         else if (name == "--report")
             arguments.report = words[i + 1];
+        else if (name == "--wav")
+            arguments.wav = words[i + 1];
         else if (name == "--progress")
             arguments.expectedFrames = std::atof(words[i + 1]);
         else
@@ -41,6 +46,23 @@ bool readArguments(int count, char** words, CArguments& arguments) {
     return count % 2 == 1 && arguments.channels > 0 && arguments.channels <= 64 && arguments.rate > 0.0 &&
            arguments.report;
 }
+
+/// Where the samples go: on through the pipe, or into a WAV file.
+class COutlet {
+public:
+    explicit COutlet(const CArguments& arguments)
+        : isFile_(arguments.wav != nullptr), wav_(arguments.channels, arguments.rate) {}
+    bool open(const CArguments& arguments) { return !isFile_ || wav_.open(arguments.wav); }
+    bool write(std::span<const double> samples) {
+        return isFile_ ? wav_.write(samples)
+                       : std::fwrite(samples.data(), sizeof(double), samples.size(), stdout) == samples.size();
+    }
+    bool close() { return isFile_ ? wav_.close() : std::fflush(stdout) == 0; }
+
+private:
+    bool isFile_;
+    tarv::CFloatWav wav_;
+};
 
 /// A line that is written over in place, five times a second, and taken away at the end.
 class CProgressLine {
@@ -80,6 +102,11 @@ int main(int count, char** words) {
         return 2;
     }
     tarv::CSignalMeter meter(arguments.channels, arguments.rate);
+    COutlet outlet(arguments);
+    if (!outlet.open(arguments)) {
+        std::fprintf(stderr, "SignalMeter: cannot write %s\n", arguments.wav);
+        return 1;
+    }
     std::vector<double> block(4096 * static_cast<size_t>(arguments.channels));
     {
         CProgressLine progress(arguments);
@@ -87,12 +114,12 @@ int main(int count, char** words) {
         while (const size_t frames = std::fread(block.data(), frameBytes, 4096, stdin)) {
             const size_t samples = frames * arguments.channels;
             meter.add({block.data(), samples});
-            if (std::fwrite(block.data(), sizeof(double), samples, stdout) != samples)
+            if (!outlet.write({block.data(), samples}))
                 return 1;
             progress.show(static_cast<double>(meter.frames()));
         }
     }
-    if (std::fflush(stdout) != 0)
+    if (!outlet.close())
         return 1;
     std::ofstream report(arguments.report);
     tarv::writeReport(meter, arguments.channels, report);
