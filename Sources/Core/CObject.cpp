@@ -132,10 +132,10 @@ void CObject::releaseListeners() {
 
 CError* CObject::sendEvent(const CString& eventName, CAttributeMap& params, bool synchronous) {
     addEventParams(params);
-    if (notifyServer_) {
-        TARV_TRY(notifyServer_->send(fullName_, eventName, params, synchronous));
-    }
-    return nullptr;
+    // A copy, since a handler may destroy this very object.
+    const CString sender(fullName_);
+    CError* error = notifyServer_ ? notifyServer_->send(sender, eventName, params, synchronous) : nullptr;
+    return error ? addErrorLocation(error, __FILE__, __LINE__, sender, CString()) : nullptr;
 }
 
 }  // namespace tarv

@@ -162,6 +162,18 @@ TEST_F(CNotifyTest, AHandlerMayDestroyAListenerThatComesAfterIt) {
     EXPECT_EQ(CListening::heard, (std::vector<std::string>{"three short"}));
 }
 
+TEST_F(CNotifyTest, AHandlerMayDestroyTheSender) {
+    CListening::victim = sender;
+    at("ui.one")->listenObject("ui.sender", "update", "destroy-victim");
+    at("ui.two")->listenObject("ui.sender", "update", "hear");
+    at("ui.three")->listenObject("ui.sender", "update", "fail");
+    const std::string error = send("update");
+    EXPECT_EQ(at("ui.sender"), nullptr);
+    EXPECT_EQ(CListening::heard, (std::vector<std::string>{"two: ui.sender update ui.two hear 7"}));
+    EXPECT_NE(error.find("Sources/Core/CObject( "), std::string::npos);
+    EXPECT_NE(error.find(" ) // ui.sender\r\n"), std::string::npos) << error;
+}
+
 TEST_F(CNotifyTest, AnEventFromAnotherThreadArrivesLaterOnTheAnchorsThread) {
     at("ui.one")->listenObject("ui.sender", "update", "hear");
     std::string error;
