@@ -91,8 +91,10 @@ bool CAudioParamCollector::postUnderLock(CAudioParam& param, CAudioParamChange* 
 
 void CAudioParamCollector::enqueue(CAudioParam& param, CAudioParamChange* change) {
     // A merge can grow the record to all that the group holds: the room is made before the lock is taken.
-    change->values.reserve(
-        std::max(change->values.capacity(), param.userData_.elementCount(change->group) * change->elementSize));
+    const int32_t room = param.userData_.elementCount(change->group) * change->elementSize;
+    if (change->values.capacity() < room) {
+        change->values.reserve(room);
+    }
     CAudioParamChange* unneeded = nullptr;
     bool isForEachGroup = false;
     {

@@ -89,6 +89,19 @@ TEST_F(ParamRealTime, PostersDoNotAllocateEither) {
     }
 }
 
+TEST_F(ParamRealTime, RecordsKeepTheRoomThatALongTableNeeds) {
+    constexpr int32_t kLong = 40;
+    gains_.setValue(0, kLong - 1, 1.0);
+    uint64_t before = 0;
+    for (int i = 0; i < 600; ++i) {
+        if (i == 300)
+            before = CHeap::counters().allocations;
+        automate(i);
+        block(512.0 * i);
+    }
+    EXPECT_EQ(CHeap::counters().allocations, before);
+}
+
 TEST_F(ParamRealTime, EveryValuePostedByThreeThreadsArrivesInTheEnd) {
     constexpr int kRounds = 3000;
     std::atomic<int> running{3};
