@@ -1,5 +1,8 @@
 #include "Audio/CAudioProcessBase.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamDef.h"
 #include "Audio/CAudioParamNames.h"
@@ -107,6 +110,11 @@ double CAudioProcessBase::slotValue(const CAudioParamSlot* slot, int32_t group, 
         return unset;
     }
     return slot->data.value(def().isGroup0() ? 0 : group, element);
+}
+
+int32_t CAudioProcessBase::slotNumber(const CAudioParamSlot* slot, int32_t element) const {
+    constexpr double kMost = 1e6;
+    return static_cast<int32_t>(std::clamp(std::round(slotValue(slot, 0, element, 0.0)), -kMost, kMost));
 }
 
 CString CAudioProcessBase::paramFullName(const CString& name, bool& isShared) const {

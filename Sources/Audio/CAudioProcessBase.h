@@ -82,6 +82,8 @@ public:
     /// The first number of an element of a slot, as a process of group `group` sees it (group 0 with `is-group0`).
     /// `unset` if there is no slot or it holds no data at all.
     double slotValue(const CAudioParamSlot* slot, int32_t group, int32_t element, double unset) const;
+    /// The same as a whole number, halves away from zero; numbers beyond a million count as a million.
+    int32_t slotNumber(const CAudioParamSlot* slot, int32_t element) const;
     /// Element at which the process reads its parameters: the stack position (shifted), 0 outside a stack.
     int32_t paramElement() const { return paramElement_; }
 
@@ -107,7 +109,6 @@ protected:
     void releaseInputs();
     /// Changes wait in the queue (some of them perhaps not due yet).
     bool hasChanges() const { return changed_ != 0; }
-    void markChanged() { changed_ = 1; }
     CAudioParamQueue& queue() { return queue_; }
 
     COwnedArray<CAudioParamSlot, 16> slots_;

@@ -65,7 +65,7 @@ bool CAudioProcessLinkDef::parseEnd(const CString& text, CString& name, int32_t&
     name = text.substring(0, slash);
     bool ok = false;
     port = CString::toInt(text.substring(slash + 1), &ok);
-    return ok && port >= 0;
+    return ok && port >= 0 && port <= kMaxPort;
 }
 
 bool CAudioProcessLinkDef::findEnd(const CAudioProcessDef& owner, const CString& name, CAudioLinkEnd& end) {

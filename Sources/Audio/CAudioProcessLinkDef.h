@@ -20,6 +20,9 @@ public:
     /// Finds the children and bypass states that the attributes name; called once by the enclosing definition.
     [[nodiscard]] CError* resolve(const CAudioProcessDef& owner);
 
+    /// The highest port that a link may name.
+    static constexpr int32_t kMaxPort = 63;
+
     const CAudioLinkEnd& src() const { return src_; }
     const CAudioLinkEnd& dst() const { return dst_; }
     /// Link state in which the link is live, -1 for always.

@@ -32,7 +32,7 @@ TEST(CAudioProcessLinkDefTest, EndsNameAChildAndAPort) {
     const CRow rows[] = {
         {"a", "a", 0, "b/1", "b", 1},   {"a/2", "a", 2, "b", "b", 0},     {"*", nullptr, 0, "b/0x1", "b", 1},
         {"a", "a", 0, "*", nullptr, 0}, {"*/1", nullptr, 1, "a", "a", 0}, {"b", "b", 0, "*/$A", nullptr, 10},
-        {"a/010", "a", 8, "b", "b", 0},
+        {"a/010", "a", 8, "b", "b", 0}, {"a/63", "a", 63, "b", "b", 0},
     };
     for (const CRow& row : rows) {
         CGraphTree tree({owner({linkNode(row.src, row.dst)})});
@@ -58,6 +58,9 @@ TEST(CAudioProcessLinkDefTest, BadLinksStopTheBuild) {
         {{{"src", "a/x"}, {"dst", "b"}}, "Invalid port in the 'src' attribute value 'a/x' specified."},
         {{{"src", "a/-1"}, {"dst", "b"}}, "Invalid port in the 'src' attribute value 'a/-1' specified."},
         {{{"src", "a/"}, {"dst", "b"}}, "Invalid port in the 'src' attribute value 'a/' specified."},
+        {{{"src", "a/64"}, {"dst", "b"}}, "Invalid port in the 'src' attribute value 'a/64' specified."},
+        {{{"src", "a"}, {"dst", "b/2147483647"}},
+         "Invalid port in the 'dst' attribute value 'b/2147483647' specified."},
         {{{"src", "c"}, {"dst", "b"}}, "Invalid process in the 'src' attribute value 'c' specified."},
         {{{"src", "/1"}, {"dst", "b"}}, "Invalid process in the 'src' attribute value '/1' specified."},
         {{{"src", "a"}, {"dst", "b/x"}}, "Invalid port in the 'dst' attribute value 'b/x' specified."},

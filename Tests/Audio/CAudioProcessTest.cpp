@@ -221,6 +221,19 @@ TEST(CAudioProcessTest, BothConditionsMustHold) {
     }
 }
 
+TEST(CAudioProcessTest, EitherOfTheTwoParametersSwitchesAlone) {
+    CGraphTree tree({switchable({{"id", "11"}, {"param", "on"}, {"and-param", "also"}})});
+    ASSERT_EQ(tree.build("p"), "");
+    const struct {
+        const char* param;
+        double value, heard;
+    } rows[] = {{"on", 1, 30}, {"also", 1, 10}, {"also", 0, 30}, {"also", 1, 10}, {"on", 0, 30}};
+    for (const auto& row : rows) {
+        tree.set(std::string("plugin.p.") + row.param, row.value);
+        EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{row.heard}) << row.param << row.value;
+    }
+}
+
 TEST(CAudioProcessTest, ProcessesInARowAndAtTheEndsAreConnectedThrough) {
     const CTestAttributes bypassed = {{"bypass-state-id", "11"}};
     CGraphTree tree(

@@ -1,5 +1,6 @@
 #include "Audio/Processes/CAudioProcessTerminal.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "Core/Log.h"
@@ -45,8 +46,8 @@ void CAudioProcessTerminalBase::noteUse(int32_t voices, double rate) const {
 }
 
 int32_t CAudioProcessTerminalBase::fadeSamples(double rate) const {
-    const double samples = std::round(fadeSeconds_ * rate);
-    return samples < 1.0 ? 1 : static_cast<int32_t>(samples);
+    constexpr double kMost = 1 << 30;  // hours at any rate; keeps what is left of a fade within 32 bits
+    return static_cast<int32_t>(std::clamp(std::round(fadeSeconds_ * rate), 1.0, kMost));
 }
 
 }  // namespace tarv

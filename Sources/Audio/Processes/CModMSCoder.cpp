@@ -33,7 +33,7 @@ void CModMSCoder::readTables() {
     hasPairs_ = false;
     tableStamp_ = 0;
     for (int32_t e = 0; e < kMaxElements; ++e) {
-        pairs_[e] = static_cast<int32_t>(std::round(slotValue(slot(0), 0, e, 0.0)));
+        pairs_[e] = slotNumber(slot(0), e);
         hasPairs_ |= pairs_[e] != 0;
         tableStamp_ = mixSerial(tableStamp_, static_cast<uint64_t>(pairs_[e]));
     }

@@ -1,7 +1,5 @@
 #include "Audio/Processes/CModRouter.h"
 
-#include <cmath>
-
 namespace tarv {
 
 CError* CModRouterDef::init() {
@@ -28,8 +26,8 @@ void CModRouter::slotChanged(CAudioParamSlot&) {
 
 void CModRouter::readTables() {
     for (int32_t e = 0; e < kMaxElements; ++e) {
-        const auto source = static_cast<int32_t>(std::round(slotValue(slot(0), 0, e, 0.0)));
-        const auto group = static_cast<int32_t>(std::round(slotValue(slot(1), 0, e, 0.0)));
+        const int32_t source = slotNumber(slot(0), e);
+        const int32_t group = slotNumber(slot(1), e);
         if (source != routing_[e]) {
             routing_[e] = source;
             ++serials_[e];
@@ -67,7 +65,7 @@ void CModRouter::routeInputs() {
             block = source->handle;
             context().addReference(block);
         } else {
-            block = silence(in.samples);
+            block = silence(out.samples);
         }
         out.add(grouping_[e], e, serials_[e], block);
     }
@@ -77,6 +75,8 @@ void CModRouter::routeOutputs() {
     const CAudioPort& in = input(0);
     const int32_t hostCount = graph().hostOutputs < kMaxElements ? graph().hostOutputs : kMaxElements;
     const CAudioChannel* reached[kMaxElements] = {};
+    // Which channels come out, and which signals they carry, depends on what came in.
+    output(0).layout = mixSerial(layout_, in.layout);
     for (const CAudioChannel& channel : in.channels) {
         const int32_t target = channel.element < kMaxElements ? routing_[channel.element] : 0;
         if (target >= 1 && target <= hostCount) {

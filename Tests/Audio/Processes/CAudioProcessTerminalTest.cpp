@@ -76,11 +76,8 @@ TEST(CAudioProcessTerminalTest, ALengthIsRoundedToTheRateAndAtLeastOne) {
         const char* text;
         double rate;
         int32_t samples;
-    } rows[] = {{"0.0001", 44999.0, 4},
-                {"0.0001", 45000.0, 5},  // halves away from zero
-                {"0.0001", 4000.0, 1},
-                {"", 352800.0, 5292},
-                {"", 44100.5, 662}};
+    } rows[] = {{"0.0001", 44999.0, 4}, {"0.0001", 45000.0, 5},  // halves away from zero
+                {"0.0001", 4000.0, 1},  {"", 352800.0, 5292},   {"", 44100.5, 662}, {"1000000", 352800.0, 1 << 30}};
     for (const auto& row : rows) {
         EXPECT_EQ(CFade(row.text).gain().fadeSamples(row.rate), row.samples) << row.text << row.rate;
     }
@@ -255,6 +252,27 @@ TEST(CAudioProcessTerminalTest, WithoutRunningAudioAChangeIsTakenInPlace) {
     EXPECT_EQ(tree.runMono({1.0, 1.0}), (CSignal{6.0, 6.0}));
 }
 
+TEST(CAudioProcessTerminalTest, WhileAudioStandsStillAModuleThatIsThereIsChangedInPlace) {
+    CFade tree;
+    tree.runMono({1.0});
+    tree.graph.isRunning = false;
+    tree.set(kGain, 6.0);
+    EXPECT_EQ(tree.runMono({1.0}), CSignal{6.0});
+    EXPECT_EQ(tree.gain().fadeCount(), 0);
+}
+
+TEST(CAudioProcessTerminalTest, AFadeIsAsLongAsTheRateOfItsTimeSays) {
+    CFade tree;
+    for (const auto& [rate, length] : {std::pair{44100.0, 662}, {88200.0, 1323}, {8000.0, 120}}) {
+        tree.graph.hostRate = rate;
+        tree.after(2.0, 2000);
+        const CSignal out = tree.after(6.0, 2000);
+        EXPECT_NE(out[static_cast<size_t>(length - 1)], 6.0) << rate;
+        EXPECT_EQ(out[static_cast<size_t>(length)], 6.0) << rate;
+        EXPECT_NEAR(out[static_cast<size_t>(length / 2)], 4.0, 0.01) << rate;
+    }
+}
+
 TEST(CAudioProcessTerminalTest, AChangeIsDueAtOrBeforeTheCurrentTime) {
     CFade tree("0.0001");  // 4 samples
     CAudioParam& param = *tree.collector().findParam(kGain);
@@ -328,33 +346,6 @@ TEST(CAudioProcessTerminalTest, WithoutChannelsThereAreNone) {
     EXPECT_TRUE(tree.run({}).empty());
     EXPECT_EQ(tree.gain().voiceCount(), 0);
     EXPECT_EQ(tree.runMono({1.0}), CSignal{2.0});
-}
-
-TEST(CAudioProcessTerminalTest, ABlockOfASecondPortIsFoundByGroupAndElementThenByElement) {
-    CGraphTree tree({CTestNode{"audio:modBypass", "b"}});
-    ASSERT_EQ(tree.build("b"), "");
-    const auto& process = dynamic_cast<const CAudioProcessTerminalBase&>(tree.process());
-    CAudioPort& port = tree.process().input(1);
-    for (const auto& [group, element] : {std::pair{0, 0}, {1, 2}, {2, 2}, {0, 1}}) {
-        port.add(group, element, 0, tree.graph.context->takeSignal(1));
-    }
-    const auto position = [&](int32_t guess, int32_t group, int32_t element) {
-        const CBufferHandle block = process.findBlock(1, guess, {group, element});
-        for (int32_t i = 0; i < port.channels.count(); ++i) {
-            if (port.channels[i].handle == block) {
-                return i;
-            }
-        }
-        return -1;
-    };
-    for (int32_t guess = 0; guess < 6; ++guess) {
-        EXPECT_EQ(position(guess, 0, 0), 0);
-        EXPECT_EQ(position(guess, 1, 2), 1);
-        EXPECT_EQ(position(guess, 7, 2), 2);  // the last one of the element
-        EXPECT_EQ(position(guess, 7, 1), 3);
-        EXPECT_EQ(position(guess, 0, 3), -1);
-    }
-    tree.process().clearBuffers();
 }
 
 TEST(CAudioProcessTerminalTest, FadesTakeNoMemoryOnceTheStepIsPrepared) {

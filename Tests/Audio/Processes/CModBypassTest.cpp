@@ -58,6 +58,33 @@ TEST(CModBypassTest, TheDrySignalIsFoundByGroupAndElementElseByElement) {
     EXPECT_EQ(out[1].samples, CSignal{5.0});
 }
 
+TEST(CModBypassTest, ABlockOfASecondPortIsFoundByGroupAndElementThenByElement) {
+    CGraphTree tree({CTestNode{"audio:modBypass", "b"}});
+    ASSERT_EQ(tree.build("b"), "");
+    const auto& process = dynamic_cast<const CAudioProcessTerminalBase&>(tree.process());
+    CAudioPort& port = tree.process().input(1);
+    for (const auto& [group, element] : {std::pair{0, 0}, {1, 2}, {2, 2}, {0, 1}}) {
+        port.add(group, element, 0, tree.graph.context->takeSignal(1));
+    }
+    const auto position = [&](int32_t guess, int32_t group, int32_t element) {
+        const CBufferHandle block = process.findBlock(1, guess, {group, element});
+        for (int32_t i = 0; i < port.channels.count(); ++i) {
+            if (port.channels[i].handle == block) {
+                return i;
+            }
+        }
+        return -1;
+    };
+    for (int32_t guess = 0; guess < 6; ++guess) {
+        EXPECT_EQ(position(guess, 0, 0), 0);
+        EXPECT_EQ(position(guess, 1, 2), 1);
+        EXPECT_EQ(position(guess, 7, 2), 2);  // the last one of the element
+        EXPECT_EQ(position(guess, 7, 1), 3);
+        EXPECT_EQ(position(guess, 0, 3), -1);
+    }
+    tree.process().clearBuffers();
+}
+
 TEST(CModBypassTest, OnlyTheGroupAtWhichItIsReadSwitches) {
     CBypass tree(true);
     const CTestChannels wet = {{0, 0, {1.0}}, {3, 1, {1.0}}};
@@ -132,6 +159,15 @@ TEST(CModBypassTest, EachSwitchFadesAndOneDuringAFadeWaitsForItsEnd) {
     for (size_t i = 1; i < out.size(); ++i) {
         EXPECT_LT(std::abs(out[i] - out[i - 1]), 0.04) << i;  // the steepest step of the cosine is pi / 88
     }
+}
+
+TEST(CModBypassTest, TheDrySignalStaysInItsPlaceWhereAFadeEndsWithinABlock) {
+    CBypass tree(true);
+    const CSignal dry = noiseSignal(100);
+    tree.set(kEnable, 1.0);
+    const CSignal out = tree.run({{0, 0, CSignal(100, 1.0)}}, {{0, 0, dry}})[0].samples;
+    EXPECT_EQ(out[0], 1.0);
+    EXPECT_EQ(CSignal(out.begin() + 44, out.end()), CSignal(dry.begin() + 44, dry.end()));
 }
 
 TEST(CModBypassTest, BothInputsPassWithUnsetSlots) {

@@ -29,7 +29,14 @@ TEST(CModFilterTest, TheCountIsOneWhenUnsetAndRoundedOtherwise) {
 
 TEST(CModFilterTest, WithoutFiltersTheInputPassesByReference) {
     const std::vector<CTestNode> arrays = {
-        poles("a", "1", "0.5"), {"audio:fltgen-bypass", "none"}, arrayNode({"none", "a"})};
+        poles("a", "1", "0.5"),
+        {"audio:fltgen-bypass", "none"},
+        arrayNode({"none", "a"}),
+        {"audio:fltgen-array",
+         "holey",
+         {},
+         {{"audio:fltgen-array-item", "item", {{"index", "0"}, {"fltgen", "audio.a"}}},
+          {"audio:fltgen-array-item", "item", {{"index", "2"}, {"fltgen", "audio.a"}}}}}};
     const struct {
         const char* what;
         CTestNode node;
@@ -39,6 +46,11 @@ TEST(CModFilterTest, WithoutFiltersTheInputPassesByReference) {
         {"a position below the array", filterNode("1", "-1")},
         {"a position beyond it", filterNode("1", "2")},
         {"far beyond it", filterNode("1", "99999")},
+        {"a hole in the array",
+         {"audio:modFilter",
+          "f",
+          {{"gen-array", "audio.holey"}},
+          {privateNode("index", "1"), allocNode("count", 0), allocNode("index", 1)}}},
         {"several bypasses", filterNode("3", "0")},
         {"no array", {"audio:modFilter", "f", {}, {allocNode("count", 0), allocNode("index", 1)}}},
         {"no such array",

@@ -70,6 +70,34 @@ TEST(CModRouterTest, ASignalPassesByReferenceAndOnlySilenceIsMade) {
     EXPECT_EQ(tree.graph.context->counters().operations, 1u);
 }
 
+TEST(CModRouterTest, BehindNoLinkThereIsNoSilenceEither) {
+    CGraphTree tree({{"audio:process-def",
+                      "p",
+                      {{"is-auto-links", "false"}},
+                      {routerNode("1,2", "0", false), linkNode("r", "*")}}});
+    ASSERT_EQ(tree.build("p"), "");
+    const CTestChannels out = tree.run(elements({0}));
+    ASSERT_EQ(out.size(), 8u);  // elements 2 to 7 repeat the first
+    EXPECT_TRUE(out[0].samples.empty());
+    EXPECT_LT(tree.graph.context->counters().storageBytes, 1u << 20);
+}
+
+TEST(CModRouterTest, AnEntryFarBeyondEveryHostIsSilence) {
+    for (const char* far : {"3000000", "5000000000"}) {
+        const auto wide = [](const char* name, const std::string& values) {
+            return paramNode(name, "real", "-10000000000", "10000000000", values, {{"is-storable", "true"}});
+        };
+        CGraphTree tree({{"audio:modRouter",
+                          "r",
+                          {},
+                          {wide("routing", std::string(far) + ",1,-5000000000,-1,0,0,0,0"),
+                           wide("grouping", std::string("-5000000000,") + far), allocNode("routing", 0),
+                           allocNode("grouping", 1)}}});
+        ASSERT_EQ(tree.build("r"), "");
+        EXPECT_EQ(told(tree.run(elements({0}))), "0.0=0 7.1=10") << far;
+    }
+}
+
 TEST(CModRouterTest, TheLayoutHasNoMoreElementsThanTheGraphHasChannels) {
     CRouter tree("1,2,3,4", "0", false);
     tree.graph.channelCount = 3;
@@ -198,6 +226,21 @@ TEST(CModRouterTest, AnElementThatComesBackStartsFromSilence) {
     tree.run({{0, 0, {}}});
     tree.set("plugin.p.r.routing", 1.0);
     EXPECT_EQ(tree.runMono(later), fresh);
+}
+
+TEST(CModRouterTest, WhatFollowsTheOutputsHearsOfAnotherSignal) {
+    CGraphTree tree({{"audio:process-def",
+                      "p",
+                      {},
+                      {routerNode("1,2,0,0,0,0,0,0", "0", true), gainNode("g", "2", {{"is-smooth-update", "true"}})}}});
+    ASSERT_EQ(tree.build("p"), "");
+    tree.start(elements({0, 1}));
+    tree.set("plugin.p.g.gain", 5.0);
+    EXPECT_EQ(told(tree.run(elements({0, 1}))), "0.0=20 0.1=22");
+    // The first channel begins anew, with the new gain; the second goes on fading.
+    CTestChannels channels = elements({0, 1});
+    channels[0].serial = 1;
+    EXPECT_EQ(told(tree.run(channels)), "0.0=50 0.1=22");
 }
 
 TEST(CModRouterTest, WithNothingRoutedTheGraphRunsEmpty) {
