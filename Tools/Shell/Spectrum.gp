@@ -20,10 +20,19 @@ plot before using 1:2 with lines lw 2 lc rgb "#8090a0" title "before", \
 
 set xlabel "Hz (marks: the seven bands)"
 set ylabel "change, dB"
-set yrange [-14:14]
+# From -14 to 14, or as far as the curve and the gains go; silence on one side would make it endless.
+set yrange [*:*]
+difference = "< paste ".before." ".after." | grep -v '#'"
+stats difference using ($4-$2) name "C" nooutput
+stats marks using 2 name "M" nooutput
+low = C_min < M_min ? C_min : M_min
+high = C_max > M_max ? C_max : M_max
+low = low < -12 ? (low < -58 ? -60 : floor(low - 2)) : -14
+high = high > 12 ? (high > 58 ? 60 : ceil(high + 2)) : 14
+set yrange [low:high]
 set ytics 4
 set xzeroaxis lt 1 lc rgb "#606060"
 set key bottom right
-plot "< paste ".before." ".after." | grep -v '#'" using 1:($4-$2) with lines lw 2 lc rgb "#c04010" title "after - before", \
+plot difference using 1:($4-$2) with lines lw 2 lc rgb "#c04010" title "after - before", \
      marks using 1:2 with points pt 6 ps 2 lw 2 lc rgb "#204080" title "gain set (band and output)"
 unset multiplot
