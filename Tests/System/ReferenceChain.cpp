@@ -34,8 +34,10 @@ class CElement {
 public:
     CElement(const CLayout& layout, int index, const CSettings& first)
         : layout_(layout),
+          element_(static_cast<uint32_t>(index)),
           group_(static_cast<size_t>(layout.grouping[static_cast<size_t>(index)])),
           rate_(std::ldexp(layout.rate, layout.stages)),
+          noise_(element_),
           up_(layout.stages),
           down_(layout.stages),
           highPass_(5.0, rate_),
@@ -76,7 +78,7 @@ public:
 
 private:
     CGain::Values gainValues(const CSettings& settings) const {
-        return {settings.groups[group_].outGain, settings.groups[group_].isMuted};
+        return {settings.groups[group_].outGain, settings.groups[group_].isMuted, element_};
     }
 
     CBypass::Values bypassValues(const CSettings& settings) const {
@@ -86,12 +88,13 @@ private:
         }
         // Another group's solo silences a bypassed channel too.
         if (isAnySolo && !settings.groups[group_].isSolo) {
-            return CBypass::Values::kNoise;
+            return {CBypass::Choice::kNoise, element_};
         }
-        return settings.isBypassed ? CBypass::Values::kDry : CBypass::Values::kProcessed;
+        return {settings.isBypassed ? CBypass::Choice::kDry : CBypass::Choice::kProcessed, element_};
     }
 
     CLayout layout_;
+    uint32_t element_;
     size_t group_;
     double rate_;
     CNoise noise_;
