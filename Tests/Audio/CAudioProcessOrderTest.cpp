@@ -129,6 +129,12 @@ TEST(CAudioProcessOrderTest, ASwitchedOutProcessDelaysNothing) {
     EXPECT_EQ(tree.inner("b").inputDelay(), 0);
     EXPECT_EQ(tree.process().outputDelay(), 10);
     EXPECT_TRUE(tree.graph.delaysChanged);
+    // Back again it has its delay as soon as it is designed: the core is asked to sum anew.
+    tree.graph.delaysChanged = false;
+    tree.set("plugin.p.on", 0.0);
+    tree.runMono({1.0});
+    EXPECT_TRUE(tree.graph.delaysChanged);
+    EXPECT_EQ(tree.process().placeDelay(0), 20);
 }
 
 TEST(CAudioProcessOrderTest, AStackThatShrinksDelaysLess) {

@@ -243,6 +243,7 @@ void CAudioProcessTerminal<T>::syncVoices(const CAudioPort& in) {
     if (!isSame) {
         graph().isLayoutNew = true;
         rebuildVoices(in);
+        noteDelay();
     }
 }
 

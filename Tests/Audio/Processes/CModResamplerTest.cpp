@@ -273,6 +273,29 @@ TEST(CModResamplerTest, DelaysOfTheFiltersAreSummedInHostSamples) {
     tree.start();
     EXPECT_EQ(tree.inner("up").outputDelay(), 20 + 10);  // 40 samples at twice and at four times the rate
     EXPECT_EQ(tree.process().outputDelay(), 60);
+    // Whenever a stage comes or goes, the core is asked to sum anew; filters know their delay once they are designed.
+    const struct {
+        double over;
+        int32_t delay;
+    } rows[] = {{1.0, 0}, {2.0, 40}, {4.0, 70}, {3.0, 60}};
+    for (const auto& row : rows) {
+        tree.graph.delaysChanged = false;
+        tree.set("plugin.p.over", row.over);
+        tree.runMono({1.0});
+        EXPECT_TRUE(tree.graph.delaysChanged) << row.over;
+        EXPECT_EQ(tree.process().placeDelay(0), row.delay) << row.over;
+    }
+}
+
+TEST(CModResamplerTest, WhatRunsAtTheRaisedRateHearsOfAnotherSignal) {
+    CGraphTree tree(with(sharedNodes("", "0.5"), pairNode("2")));
+    ASSERT_EQ(tree.build("p"), "");
+    tree.start();
+    const CSignal in = noiseSignal(50);
+    const CSignal fresh = tree.run({{0, 0, in}})[0].samples;
+    EXPECT_NE(tree.run({{0, 0, in}})[0].samples, fresh);
+    EXPECT_EQ(tree.run({{0, 0, in, 1}})[0].samples, fresh);
+    EXPECT_NE(tree.run({{0, 0, in, 1}})[0].samples, fresh);
 }
 
 TEST(CModResamplerTest, WithoutTheSharedDefinitionsItIsNotBuilt) {
