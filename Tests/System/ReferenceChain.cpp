@@ -34,10 +34,8 @@ class CElement {
 public:
     CElement(const CLayout& layout, int index, const CSettings& first)
         : layout_(layout),
-          element_(static_cast<uint32_t>(index)),
           group_(static_cast<size_t>(layout.grouping[static_cast<size_t>(index)])),
           rate_(std::ldexp(layout.rate, layout.stages)),
-          noise_(element_),
           up_(layout.stages),
           down_(layout.stages),
           highPass_(5.0, rate_),
@@ -78,7 +76,7 @@ public:
 
 private:
     CGain::Values gainValues(const CSettings& settings) const {
-        return {settings.groups[group_].outGain, settings.groups[group_].isMuted, element_};
+        return {settings.groups[group_].outGain, settings.groups[group_].isMuted};
     }
 
     CBypass::Values bypassValues(const CSettings& settings) const {
@@ -88,13 +86,12 @@ private:
         }
         // Another group's solo silences a bypassed channel too.
         if (isAnySolo && !settings.groups[group_].isSolo) {
-            return {CBypass::Choice::kNoise, element_};
+            return CBypass::Values::kNoise;
         }
-        return {settings.isBypassed ? CBypass::Choice::kDry : CBypass::Choice::kProcessed, element_};
+        return settings.isBypassed ? CBypass::Values::kDry : CBypass::Values::kProcessed;
     }
 
     CLayout layout_;
-    uint32_t element_;
     size_t group_;
     double rate_;
     CNoise noise_;

@@ -11,15 +11,13 @@ namespace tarv::reference {
 /// Random square wave of 1e-11 that keeps recursions away from denormal numbers.
 class CNoise {
 public:
-    /// Each element of the layout has a start of its own, so that a mid/side pair's difference is noise too.
-    explicit CNoise(uint32_t element = 0) : seed_(element * 2654435769u) {}
     /// The sample with noise upon it.
     double addTo(double x);
     double next();
 
 private:
     double bit();
-    uint32_t seed_;
+    uint32_t seed_ = 0;
 };
 
 /// Direct form II, its history kept before the section's gain.
@@ -172,12 +170,9 @@ public:
     struct Values {
         double gain;
         bool isMuted;
-        uint32_t element = 0;
         bool operator==(const Values&) const = default;
     };
-    CGain(const Values& values, double rate, const CGain* before) : values_(values), noise_(values.element) {
-        (void)rate, (void)before;
-    }
+    CGain(const Values& values, double rate, const CGain* before) : values_(values) { (void)rate, (void)before; }
     double next(double x) { return values_.isMuted ? noise_.next() : x * values_.gain; }
 
 private:
@@ -188,21 +183,14 @@ private:
 /// Passes the processed or the dry signal, or noise that begins anew with each change.
 class CBypass {
 public:
-    enum class Choice { kProcessed, kDry, kNoise };
-    struct Values {
-        Choice choice;
-        uint32_t element = 0;
-        bool operator==(const Values&) const = default;
-    };
-    CBypass(const Values& values, double rate, const CBypass* before) : choice_(values.choice), noise_(values.element) {
-        (void)rate, (void)before;
-    }
+    enum class Values { kProcessed, kDry, kNoise };
+    CBypass(Values choice, double rate, const CBypass* before) : choice_(choice) { (void)rate, (void)before; }
     double next(double x, double dry) {
-        return choice_ == Choice::kNoise ? noise_.next() : choice_ == Choice::kDry ? dry : x;
+        return choice_ == Values::kNoise ? noise_.next() : choice_ == Values::kDry ? dry : x;
     }
 
 private:
-    Choice choice_;
+    Values choice_;
     CNoise noise_;
 };
 

@@ -13,18 +13,10 @@ double CAudioModule::read(const CAudioParamSlot* slot, double unset, int32_t off
     return process_->slotValue(slot, group_, process_->paramElement() + offset, unset);
 }
 
-namespace {
-
-/// The first seeds of neighbouring elements differ by this: an odd number, since generators whose seeds differ by a
-/// multiple of a high power of 2 give the same noise.
-constexpr uint32_t kSeedOfElement = 0x9e3779b9;
-
-}  // namespace
-
 CBufferHandle CAudioModule::takeSeed() const {
     const CBufferHandle seed = context().takeBuffer(sizeof(double));
     if (seed != kNoBuffer) {
-        *static_cast<uint32_t*>(context().data(seed)) = static_cast<uint32_t>(element()) * kSeedOfElement;
+        *static_cast<uint32_t*>(context().data(seed)) = 0;
     }
     return seed;
 }

@@ -47,7 +47,7 @@ TEST(CModBypassTest, WithoutADrySignalForTheChannelThereIsNoise) {
     const CTestChannels out =
         tree.run({{0, 0, CSignal(50, 1.0)}, {1, 1, CSignal(50, 1.0)}}, {{0, 0, CSignal(50, 2.0)}});
     EXPECT_EQ(out[0].samples, CSignal(50, 2.0));
-    EXPECT_EQ(out[1].samples, antiDenormalNoise(50, 1));
+    EXPECT_EQ(out[1].samples, antiDenormalNoise(50));
 }
 
 TEST(CModBypassTest, TheDrySignalIsFoundByGroupAndElementElseByElement) {
