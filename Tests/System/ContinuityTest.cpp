@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <span>
 
 #include "Tests/System/EngineRun.h"
 
@@ -16,7 +17,6 @@ constexpr double kRate = 44100.0;
 constexpr size_t kSettle = 22050;
 constexpr size_t kSettledPart = 4410;
 
-/// Curves without a band far above the sine's own. Under others a sine that sets in at its peak rings in such a band.
 struct CCurve {
     const char* name;
     double db[kBands];
@@ -24,7 +24,15 @@ struct CCurve {
 constexpr CCurve kCurves[] = {{"flat", {0, 0, 0, 0, 0, 0, 0}},
                               {"lively", {4, -3, 2, -4, 3, -2, 5}},
                               {"treble", {0, 0, 0, 0, 1, 3, 6}},
-                              {"bass", {6, 4, 2, 0, 0, 0, 0}}};
+                              {"bass", {6, 4, 2, 0, 0, 0, 0}},
+                              // A sine that set in at once would ring in a band that stands far above its own.
+                              {"highest", {12, 12, 12, 12, 12, 12, 12}},
+                              {"lowest", {-12, -12, -12, -12, -12, -12, -12}},
+                              {"a hole at 1 kHz", {12, 12, 12, -6, 12, 12, 12}},
+                              {"1 kHz above all", {-12, -12, -12, 12, -12, -12, -12}},
+                              {"comb", {12, -12, 12, -12, 12, -12, 12}}};
+/// Of these a sine may set in at full level: a resume begins at once.
+constexpr size_t kEvenCurves = 4;
 
 struct CLayoutChange {
     const char* name;
@@ -99,7 +107,7 @@ TEST(Continuity, NoLayoutChangeStandsOutOfASineByMoreThan6Decibels) {
 }
 
 TEST(Continuity, NorDoesAResumeAtAnotherRate) {
-    for (const CCurve& curve : kCurves) {
+    for (const CCurve& curve : std::span(kCurves).first(kEvenCurves)) {
         for (const double rate : {48000.0, 96000.0}) {
             for (const double hz : {50.0, 100.0, 440.0, 1000.0, 5000.0}) {
                 CSetup setup{kRate, 2, curveSets(curve)};

@@ -112,6 +112,7 @@ TEST_F(LayoutChange, OfOversamplingStartsTheWholeChainFromSilence) {
         layout.rate = kRate;
         layout.stages = stages;
         layout.hasNoise = false;
+        layout.hasRise = true;
         CSettings settings;
         for (size_t band = 0; band < reference::kDefaultBands; ++band) {
             settings.groups[0].gains[band] = reference::factorOf(band % 2 == 0 ? 9.0 : -6.0);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <numbers>
 
 #include "Tests/System/ReferenceParts.h"
 
@@ -179,9 +180,10 @@ private:
             samples[pair.mid][i] = b + d;
             samples[pair.side][i] = d;
         }
+        const double level = riseLevel();
         for (size_t e = 0; e < kChannels; ++e) {
             if (elements_[e]) {
-                samples[e][i] = elements_[e]->equalise(samples[e][i]);
+                samples[e][i] = elements_[e]->equalise(samples[e][i] * level);
             }
         }
         for (const CPair& pair : pairs_) {
@@ -190,6 +192,14 @@ private:
             samples[pair.mid][i] = a + b;
             samples[pair.side][i] = a - b;
         }
+    }
+
+    /// Of the next sample at the raised rate: a raised cosine.
+    double riseLevel() {
+        const auto length = static_cast<double>(fadeLength(std::ldexp(layout_.rate, layout_.stages)));
+        const auto position = static_cast<double>(raised_++);
+        const bool isOver = !layout_.hasRise || position >= length;
+        return isOver ? 1.0 : 0.5 - 0.5 * std::cos(std::numbers::pi * position / length);
     }
 
     bool exists(int element) const {
@@ -221,6 +231,7 @@ private:
     CLayout layout_;
     std::vector<std::unique_ptr<CElement>> elements_;
     std::vector<CPair> pairs_;
+    int64_t raised_ = 0;
 };
 
 }  // namespace

@@ -36,6 +36,7 @@ struct CLayout {
     int stages = 0;  ///< doublings of the rate: 0 to 3
     int hostChannels = 2;
     bool hasNoise = true;
+    bool hasRise = false;  ///< begins while audio runs: what enters the curves rises from silence in 15 ms
     std::array<int, kChannels> inRouting = {1, 2, 0, 0, 0, 0, 0, 0};
     std::array<int, kChannels> outRouting = {1, 2, 0, 0, 0, 0, 0, 0};
     std::array<int, kChannels> grouping = {0, 0, 1, 1, 2, 2, 3, 3};

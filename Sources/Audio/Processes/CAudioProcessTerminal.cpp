@@ -45,9 +45,9 @@ void CAudioProcessTerminalBase::noteUse(int32_t voices, double rate) const {
     shared.widestRate = rate > shared.widestRate ? rate : shared.widestRate;
 }
 
-int32_t CAudioProcessTerminalBase::fadeSamples(double rate) const {
+int32_t CAudioProcessTerminalBase::samplesOf(double seconds, double rate) {
     constexpr double kMost = 1 << 30;  // hours at any rate; keeps what is left of a fade within 32 bits
-    return static_cast<int32_t>(std::clamp(std::round(fadeSeconds_ * rate), 1.0, kMost));
+    return static_cast<int32_t>(std::clamp(std::round(seconds * rate), 1.0, kMost));
 }
 
 }  // namespace tarv

@@ -30,7 +30,8 @@ public:
     /// Seconds.
     double fadeSeconds() const { return fadeSeconds_; }
     /// Samples of a fade at a rate in Hz, at least 1.
-    int32_t fadeSamples(double rate) const;
+    int32_t fadeSamples(double rate) const { return samplesOf(fadeSeconds_, rate); }
+    static int32_t samplesOf(double seconds, double rate);
 
 protected:
     void slotChanged(CAudioParamSlot&) override { slotsChanged_ = true; }

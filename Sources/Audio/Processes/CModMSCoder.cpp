@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "Audio/Processes/CAudioProcessTerminal.h"
 #include "Audio/Processes/KernelNames.h"
 #include "Audio/Processes/MidSideKernels.h"
 
@@ -76,13 +77,7 @@ void CModMSCoder::code(CAudioChannel& first, CAudioChannel& second, int32_t samp
     second.serial = mixSerial(serial, 1);
 }
 
-void CModMSCoder::process() {
-    updateParams();
-    forwardInput();
-    CAudioPort& out = output(0);
-    if (isOff_ || !hasPairs_) {
-        return;
-    }
+void CModMSCoder::codePairs(CAudioPort& out) {
     out.layout = mixSerial(out.layout, tableStamp_);
     for (int32_t i = 0; i < out.channels.count(); ++i) {
         const int32_t partner = out.channels[i].element < kMaxElements ? findPartner(out, i) : -1;
@@ -90,7 +85,99 @@ void CModMSCoder::process() {
             code(out.channels[i], out.channels[partner], out.samples);
         }
     }
-    context().flush();
+}
+
+void CModMSCoder::beginRise(CArrival& arrival, double rate) {
+    endRise(arrival);
+    arrival.left = CAudioProcessTerminalBase::samplesOf(kRiseSeconds, rate);
+    arrival.ramp = context().takeBuffer(3 * static_cast<int32_t>(sizeof(double)));
+    context().issue(context().commonKernel(CCommonKernel::Xfadei), arrival.left, 0.0, {arrival.ramp});
+}
+
+void CModMSCoder::endRise(CArrival& arrival) {
+    context().releaseReference(arrival.ramp);
+    arrival.ramp = kNoBuffer;
+    arrival.left = 0;
+}
+
+void CModMSCoder::raise(CAudioChannel& channel, CArrival& arrival, int32_t samples) {
+    CQPLEXContext& ctx = context();
+    graph().isSteady = false;
+    const int32_t length = samples < arrival.left ? samples : arrival.left;
+    const CBufferHandle silence = ctx.takeSignal(length);
+    ctx.issue(ctx.commonKernel(CCommonKernel::Fill0), length, 0.0, {silence});
+    const CBufferHandle out = ctx.takeSignal(samples);
+    ctx.issue(ctx.commonKernel(CCommonKernel::Xfade), length, 0.0, {out, arrival.ramp, channel.handle, silence});
+    const int32_t offset = length * static_cast<int32_t>(sizeof(double));
+    ctx.issue(ctx.commonKernel(CCommonKernel::Copy), samples - length, 0.0,
+              {CQPLEXContext::offsetBy(out, offset), CQPLEXContext::offsetBy(channel.handle, offset)});
+    ctx.releaseReference(silence);
+    ctx.releaseReference(channel.handle);
+    channel.handle = out;
+    arrival.left -= length;
+    if (arrival.left == 0) {
+        endRise(arrival);
+    }
+}
+
+void CModMSCoder::raiseChannels(CAudioPort& out) {
+    const bool isSudden = graph().isRunning && !isFresh_;
+    bool isSeen[kMaxElements] = {};
+    for (CAudioChannel& channel : out.channels) {
+        if (channel.element >= kMaxElements) {
+            continue;
+        }
+        CArrival& arrival = arrivals_[channel.element];
+        isSeen[channel.element] = true;
+        if (!arrival.isThere || !arrival.channel.isSameAs(channel) || out.rate != rate_) {
+            arrival.isThere = true;
+            arrival.channel = channel;
+            if (isSudden) {
+                beginRise(arrival, out.rate);
+            }
+        }
+        if (arrival.left > 0) {
+            raise(channel, arrival, out.samples);
+        }
+    }
+    for (int32_t e = 0; e < kMaxElements; ++e) {
+        if (arrivals_[e].isThere && !isSeen[e]) {
+            endRise(arrivals_[e]);
+            arrivals_[e].isThere = false;
+        }
+    }
+    rate_ = out.rate;
+    isFresh_ = isFresh_ && out.samples == 0;
+}
+
+void CModMSCoder::reset() {
+    CAudioProcessBase::reset();
+    for (CArrival& arrival : arrivals_) {
+        endRise(arrival);
+        arrival.isThere = false;
+    }
+    isFresh_ = true;
+}
+
+CModMSCoder::~CModMSCoder() {
+    for (CArrival& arrival : arrivals_) {
+        if (arrival.ramp != kNoBuffer) {
+            endRise(arrival);
+        }
+    }
+}
+
+void CModMSCoder::process() {
+    updateParams();
+    forwardInput();
+    CAudioPort& out = output(0);
+    if (!isOff_ && hasPairs_) {
+        codePairs(out);
+    }
+    if (!isDecoder_) {
+        raiseChannels(out);
+    }
+    context().endProcess();
 }
 
 }  // namespace tarv

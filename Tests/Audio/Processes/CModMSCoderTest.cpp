@@ -1,5 +1,9 @@
 #include "Audio/Processes/CModMSCoder.h"
 
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
 #include "Tests/Audio/GraphTree.h"
 
 namespace tarv {
@@ -101,11 +105,12 @@ TEST(CModMSCoderTest, ThePairNumberIsThatOfTheElementNotOfThePlace) {
     EXPECT_EQ(samplesOf(tree.run({{0, 1, {8.0}}, {0, 2, {2.0}}, {0, 5, {4.0}}})), (CSignals{{8.0}, {3.0}, {-1.0}}));
 }
 
-TEST(CModMSCoderTest, BypassModeAndPairsAreHeardAtOnce) {
+TEST(CModMSCoderTest, BypassModeAndPairsAreTaken) {
     CCoder tree("1,1", "0");
     const CTestChannels in = {{0, 0, {8.0}}, {0, 1, {2.0}}};
     const auto after = [&](const char* param, double value) {
         tree.set(std::string("plugin.c.") + param, value);
+        tree.run({{0, 0, std::vector<double>(662)}, {0, 1, std::vector<double>(662)}});  // the rise
         return samplesOf(tree.run(in));
     };
     EXPECT_EQ(samplesOf(tree.run(in)), (CSignals{{5.0}, {3.0}}));
@@ -114,6 +119,68 @@ TEST(CModMSCoderTest, BypassModeAndPairsAreHeardAtOnce) {
     EXPECT_EQ(after("mode", 1.0), (CSignals{{10.0}, {6.0}}));
     EXPECT_EQ(after("mode", 0.0), (CSignals{{5.0}, {3.0}}));
     EXPECT_EQ(after("pairs", 0.0), (CSignals{{8.0}, {2.0}}));
+}
+
+/// A channel of ones in pieces of `cut`.
+std::vector<double> ones(CCoder& tree, int32_t count, int32_t cut, uint64_t serial, int32_t group = 0) {
+    std::vector<double> all;
+    for (int32_t done = 0; done < count; done += cut) {
+        const auto length = static_cast<size_t>(std::min(cut, count - done));
+        const CTestChannels out = tree.run({{group, 0, std::vector<double>(length, 1.0), serial}});
+        all.insert(all.end(), out[0].samples.begin(), out[0].samples.end());
+    }
+    return all;
+}
+
+TEST(CModMSCoderTest, AChannelThatComesUpWhileAudioRunsRisesIn15Milliseconds) {
+    constexpr int32_t kRise = 662;  // 0.015 s at 44.1 kHz, rounded
+    for (const int32_t cut : {1000, 64, 1}) {
+        CCoder tree("0,0", "0");
+        EXPECT_EQ(ones(tree, 100, cut, 1), std::vector<double>(100, 1.0));  // the first is there at once
+        const std::vector<double> risen = ones(tree, 1000, cut, 2);
+        for (int32_t i = 0; i < 1000; ++i) {
+            const double expected = i < kRise ? 0.5 - 0.5 * std::cos(std::numbers::pi * i / kRise) : 1.0;
+            ASSERT_NEAR(risen[static_cast<size_t>(i)], expected, 1e-11) << i << ", cut into " << cut;
+        }
+        EXPECT_EQ(risen[0], 0.0);
+        EXPECT_EQ(risen[kRise], 1.0);
+        EXPECT_EQ(ones(tree, 10, cut, 2), std::vector<double>(10, 1.0));
+        EXPECT_EQ(ones(tree, 10, cut, 2, 3)[0], 0.0);  // another group
+    }
+}
+
+TEST(CModMSCoderTest, ARiseThatIsInterruptedBeginsAnewAndTouchesNoOtherChannel) {
+    CCoder tree("0,0", "0");
+    const std::vector<double> block(100, 1.0);
+    const auto run = [&](uint64_t serial) { return samplesOf(tree.run({{0, 0, block, serial}, {0, 1, block, 9}})); };
+    EXPECT_EQ(run(1), (CSignals{block, block}));
+    const CSignals second = run(2);
+    EXPECT_EQ(second[1], block);
+    EXPECT_GT(run(2)[0][0], second[0][99]);
+    EXPECT_EQ(run(3)[0], second[0]);
+}
+
+TEST(CModMSCoderTest, BehindAResetNothingRises) {
+    CCoder encoder("0,0", "0");
+    ones(encoder, 10, 10, 1);
+    encoder.process().reset();
+    EXPECT_EQ(ones(encoder, 10, 10, 2), std::vector<double>(10, 1.0));
+}
+
+TEST(CModMSCoderTest, InTheDecoderNothingRises) {
+    CCoder decoder("0,0", "1");
+    ones(decoder, 10, 10, 1);
+    EXPECT_EQ(ones(decoder, 10, 10, 2), std::vector<double>(10, 1.0));
+}
+
+TEST(CModMSCoderTest, AnotherRateRaisesEveryChannel) {
+    CCoder tree("0,0", "0");
+    ones(tree, 10, 10, 1);
+    tree.graph.hostRate = 88200.0;
+    const std::vector<double> risen = ones(tree, 1400, 1400, 1);
+    EXPECT_EQ(risen[0], 0.0);
+    EXPECT_LT(risen[1322], 1.0);
+    EXPECT_EQ(risen[1323], 1.0);
 }
 
 TEST(CModMSCoderTest, CodedChannelsAreOthersThanUncodedOnes) {
