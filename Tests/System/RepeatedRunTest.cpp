@@ -104,35 +104,39 @@ TEST(RepeatedRun, EndsWhenTheHostTakesAnInputAway) {
     EXPECT_LT(decibels(peak(output[1])), -200.0);
 }
 
-TEST(RepeatedRun, EndsBehindANumberThatIsNotFinite) {
-    const auto instance = start({44100.0, 2, straight(2, 0)});
-    const CSignal input = noise(2, 512, 0.5);
-    const CSignal fresh = render(*instance, input);
-    for (int32_t i = 0; i < 5; ++i) {
-        render(*instance, input);
+/// An instance whose runs are repeated by now, and what it gave for its input when it was fresh.
+struct CRepeating {
+    std::unique_ptr<CPlainInstance> instance = start({44100.0, 2, straight(2, 0)});
+    CSignal input = noise(2, 512, 0.5);
+    CSignal fresh = render(*instance, input);
+    uint64_t before = 0;
+
+    CRepeating() {
+        for (int32_t i = 0; i < 5; ++i) {
+            render(*instance, input);
+        }
+        before = repeats(*instance);
+        EXPECT_GT(before, 0u);
     }
-    const uint64_t before = repeats(*instance);
-    const CSignal absurd = render(*instance, noise(2, 512, 1e300));
-    EXPECT_EQ(repeats(*instance), before + 1);
+};
+
+TEST(RepeatedRun, EndsBehindANumberThatIsNotFinite) {
+    const CRepeating run;
+    render(*run.instance, noise(2, 512, 1e300));
+    EXPECT_EQ(repeats(*run.instance), run.before + 1);
     // The graph was reset: what follows is what a fresh instance would give.
-    EXPECT_EQ(firstDifference(render(*instance, input), fresh), CDifference());
-    EXPECT_EQ(repeats(*instance), before + 1);
+    EXPECT_EQ(firstDifference(render(*run.instance, run.input), run.fresh), CDifference());
+    EXPECT_EQ(repeats(*run.instance), run.before + 1);
 }
 
 TEST(RepeatedRun, EndsWithASuspension) {
-    const auto instance = start({44100.0, 2, straight(2, 0)});
-    const CSignal input = noise(2, 512, 0.5);
-    const CSignal fresh = render(*instance, input);
-    for (int32_t i = 0; i < 5; ++i) {
-        render(*instance, input);
-    }
-    const uint64_t before = repeats(*instance);
-    EXPECT_GT(before, 0u);
-    instance->suspend();
-    instance->resume();
-    const CSignal again = render(*instance, input);
-    EXPECT_EQ(repeats(*instance), before);
-    EXPECT_EQ(firstDifference(again, fresh), CDifference());  // from silence again, seeds of the noise included
+    const CRepeating run;
+    run.instance->suspend();
+    run.instance->resume();
+    const CSignal again = render(*run.instance, run.input);
+    EXPECT_EQ(repeats(*run.instance), run.before);
+    // From silence again, seeds of the noise included.
+    EXPECT_EQ(firstDifference(again, run.fresh), CDifference());
 }
 
 }  // namespace
