@@ -102,14 +102,14 @@ void CApplicationData::read(const CString& name, CByteBuffer& buffer, uint32_t i
 
 void CApplicationData::writeFile(const CString& path, const CByteBuffer& buffer, uint32_t id) {
     foldersExist_ = foldersExist_ || makeFolders(wideCopy(userFolder_).wideData()) == 0;
-    CFileWriter writer;
-    CError* error = writer.open(path, false);
-    if (!error) {
-        error = writer.writeCompressedData(buffer, id);
-        CError* closeError = writer.close();
-        delete closeError;
+    CMemoryWriteBuffer block;
+    if (CError* error = block.writeCompressedData(buffer, id)) {
+        delete error;
+        return;
     }
-    delete error;
+    CByteBuffer bytes;
+    block.copyTo(bytes);
+    (void)replaceFile(wideCopy(path).wideData(), bytes.data(), bytes.count());
 }
 
 void CApplicationData::write(const CString& name, const CByteBuffer& buffer, uint32_t id) {

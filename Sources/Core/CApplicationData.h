@@ -18,7 +18,8 @@ public:
     /// The block of that name and id: what was written last in this process, otherwise the user's file, otherwise the
     /// embedded one. A damaged user file gives an empty buffer, too.
     void read(const CString& name, CByteBuffer& buffer, uint32_t id);
-    /// Writes the user's file, and tells the bridges of that name on this thread, under the store's lock.
+    /// Writes the user's file, whole or not at all, and tells the bridges of that name on this thread, under the
+    /// store's lock. Where the file can't be written, the block stands for this process alone.
     void write(const CString& name, const CByteBuffer& buffer, uint32_t id);
     /// Without access, read gives empty buffers and write does nothing.
     void setFileAccess(bool allowed);

@@ -107,6 +107,16 @@ bool CNotifyServer::isRegistered(const CObject& listener, const CString& senderN
 
 CError* CNotifyServer::send(const CString& senderName, const CString& eventName, CAttributeMap& params,
                             bool synchronous) {
+    TARV_TRY(sendBy(synchronous ? CDirect::All : CDirect::OfThread, senderName, eventName, params));
+    return nullptr;
+}
+
+CError* CNotifyServer::sendPosted(const CString& senderName, const CString& eventName, CAttributeMap& params) {
+    TARV_TRY(sendBy(CDirect::None, senderName, eventName, params));
+    return nullptr;
+}
+
+CError* CNotifyServer::sendBy(CDirect who, const CString& senderName, const CString& eventName, CAttributeMap& params) {
     CEvent* event = findEvent(eventName);
     if (!event) {
         return nullptr;
@@ -126,7 +136,8 @@ CError* CNotifyServer::send(const CString& senderName, const CString& eventName,
     for (const CListener& listener : sender->second) {
         const CObjectEventBridge* anchor = listener.object->eventAnchor();
         if (anchor) {
-            (synchronous || anchor->threadId() == thread ? direct : posts).append(listener);
+            const bool isDirect = who == CDirect::All || (who == CDirect::OfThread && anchor->threadId() == thread);
+            (isDirect ? direct : posts).append(listener);
         }
     }
     for (const CListener& listener : direct) {

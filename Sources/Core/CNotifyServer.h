@@ -26,6 +26,9 @@ public:
     /// `listener-id` and `listener-proc`. The first failure ends the deliveries.
     [[nodiscard]] CError* send(const CString& senderName, const CString& eventName, CAttributeMap& params,
                                bool synchronous);
+    /// As send, but each listener gets a post, also those of this thread: for a sender that holds a lock under which
+    /// nobody else's code shall run. Any thread.
+    [[nodiscard]] CError* sendPosted(const CString& senderName, const CString& eventName, CAttributeMap& params);
     /// Whether this registration of the listener still stands.
     bool isRegistered(const CObject& listener, const CString& senderName, const CString& eventName, int32_t listenerId);
 
@@ -44,6 +47,11 @@ private:
     };
     using CEventMap = std::map<CString, CEvent*, std::less<CString>, CHeapAllocator<std::pair<const CString, CEvent*>>>;
 
+    /// Which listeners are called on the sender's thread; the others get a post.
+    enum class CDirect : uint8_t { None, OfThread, All };
+
+    [[nodiscard]] CError* sendBy(CDirect who, const CString& senderName, const CString& eventName,
+                                 CAttributeMap& params);
     CEvent* findEvent(const CString& eventName);
     CEvent& makeEvent(const CString& eventName);
     [[nodiscard]] static CError* deliver(const CListener& listener, CAttributeMap& params);

@@ -47,4 +47,14 @@ private:
     intptr_t handle_ = kNoHandle;
 };
 
+/// Moves a file to another name in the same folder and over what stands there, in one step: the name leads to the old
+/// content or to the new at any moment, also if the program ends meanwhile. Fails if a folder stands there or, on
+/// Windows, somebody has that file open.
+[[nodiscard]] CPlatformError moveFileOver(const char16_t* from, const char16_t* to);
+
+/// Makes `count` bytes the whole content of a file: written beside it, under its name with the thread's number and
+/// ".part" behind, and moved over it. A failure leaves the old content and nothing beside it; a program that is ended
+/// in the middle leaves the old content and the part. Nothing waits for the disk itself.
+[[nodiscard]] CPlatformError replaceFile(const char16_t* path, const void* bytes, int64_t count);
+
 }  // namespace tarv

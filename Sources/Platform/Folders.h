@@ -21,7 +21,7 @@ bool folderExists(const char16_t* path);
 [[nodiscard]] CPlatformError makeFolder(const char16_t* path);
 /// All levels in turn.
 [[nodiscard]] CPlatformError makeFolders(const char16_t* path);
-/// Removes a file; used by tests and tools.
+/// Removes a file.
 [[nodiscard]] CPlatformError removeFile(const char16_t* path);
 
 }  // namespace tarv

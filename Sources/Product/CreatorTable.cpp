@@ -42,12 +42,15 @@
 #include "Audio/Processes/CModResampler.h"
 #include "Audio/Processes/CModRouter.h"
 #include "Audio/Processes/CQPLEXContextObject.h"
+#include "Core/CAttrDoubler.h"
+#include "Core/CGlobalSettings.h"
 #include "Core/CObject.h"
 #include "Core/CObjectEventBridge.h"
+#include "Core/CSharedAttribute.h"
 
 namespace tarv {
 
-// The classes of the editor, and of settings and timers, come with it: until then their tags make plain objects.
+// The classes of the editor, and of timers, come with it: until then their tags make plain objects.
 const CCreatorRow kCreatorRows[] = {
     {"audio:audio-env", &createObject<CAudioEnv>, nullptr},
     {"audio:cctable", &createObject<CAudioCCTable>, nullptr},
@@ -101,7 +104,10 @@ const CCreatorRow kCreatorRows[] = {
     {"audio:process-link", &createObject<CAudioProcessLinkDef>, nullptr},
     {"audio:qplex-context", &createObject<CQPLEXContextObject>, nullptr},
     {"audio:viz-collector", &createObject<CAudioVizCollector>, nullptr},
+    {"core:attr-doubler", &createObject<CAttrDoubler>, &CAttrDoubler::initClass},
+    {"core:global-settings", &createObject<CGlobalSettings>, &CGlobalSettings::initClass},
     {"core:object", &createObject<CObject>, nullptr},
+    {"core:shared-attribute", &createObject<CSharedAttribute>, &CSharedAttribute::initClass},
     {"ui:ui-event-bridge", &createObject<CStdEventBridge>, nullptr},
 };
 const int32_t kCreatorRowCount = static_cast<int32_t>(std::size(kCreatorRows));

@@ -10,13 +10,10 @@ namespace tarv {
 
 namespace {
 
-/// Tags whose classes come with the editor, its messages, and settings and timers.
+/// Tags whose classes come with the editor, its messages and timers.
 constexpr const char* kNotYet[] = {"audio:interface-client",
                                    "audio:interface-client-connector-vst",
                                    "core:timer",
-                                   "core:shared-attribute",
-                                   "core:global-settings",
-                                   "core:attr-doubler",
                                    "brushset",
                                    "font",
                                    "imageset",

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <utility>
 
 #include "Platform/Posix/PathText.h"
@@ -97,6 +98,10 @@ CPlatformError CFile::setPosition(int64_t position) {
 
 CPlatformError CFile::skip(int64_t count) {
     return lseek(static_cast<int>(handle_), count, SEEK_CUR) < 0 ? lastError() : 0;
+}
+
+CPlatformError moveFileOver(const char16_t* from, const char16_t* to) {
+    return rename(pathToUtf8(from).c_str(), pathToUtf8(to).c_str()) == 0 ? 0 : lastError();
 }
 
 }  // namespace tarv

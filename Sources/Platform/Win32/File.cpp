@@ -110,4 +110,8 @@ CPlatformError CFile::skip(int64_t count) {
     return moveTo(handle_, count, FILE_CURRENT, nullptr);
 }
 
+CPlatformError moveFileOver(const char16_t* from, const char16_t* to) {
+    return MoveFileExW(asWide(from), asWide(to), MOVEFILE_REPLACE_EXISTING) ? 0 : GetLastError();
+}
+
 }  // namespace tarv

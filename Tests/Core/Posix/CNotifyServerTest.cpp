@@ -196,6 +196,17 @@ TEST_F(CNotifyTest, ASynchronousEventFromAnotherThreadRunsThere) {
     EXPECT_EQ(pumpEvents(), 0);
 }
 
+TEST_F(CNotifyTest, APostedEventWaitsOnItsOwnThreadToo) {
+    at("ui.one")->listenObject("ui.sender", "update", "hear");
+    at("loose")->listenObject("ui.sender", "update", "hear");
+    params["value"] = CAttributeValue::fromInt(7);
+    EXPECT_EQ(consumed(root->notifyServer()->sendPosted("ui.sender", "update", params)), "");
+    EXPECT_TRUE(CListening::heard.empty());
+    EXPECT_EQ(pumpEvents(), 1);
+    EXPECT_EQ(CListening::heard, (std::vector<std::string>{"one: ui.sender update ui.one hear 7"}));
+    EXPECT_EQ(consumed(root->notifyServer()->sendPosted("ui.sender", "never-heard-of", params)), "");
+}
+
 TEST_F(CNotifyTest, PostsArriveInTheirOrderAndEachWithItsOwnParameters) {
     at("ui.two")->listenObject("ui.sender", "update", "hear");
     at("ui.one")->listenObject("ui.sender", "update", "hear");

@@ -1,0 +1,89 @@
+#include "Core/CSharedAttribute.h"
+
+#include "Core/CNotifyServer.h"
+#include "Platform/ThreadId.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr const char* kStoredChanged = "stored-value-changed";
+
+}  // namespace
+
+CSharedAttribute::~CSharedAttribute() {
+    bridge_.disconnect();
+}
+
+CError* CSharedAttribute::initClass(CClassDescriptor& descriptor) {
+    descriptor.addHandler<&CSharedAttribute::storedValueChanged>(kStoredChanged);
+    return nullptr;
+}
+
+CError* CSharedAttribute::init() {
+    TARV_TRY(CObject::init());
+    store_ = getAttrBool("is-global") ? static_cast<CApplicationData*>(&CGlobalData::instance())
+                                      : static_cast<CApplicationData*>(&CLocalData::instance());
+    attribute_ = getAttrString("attribute");
+    if (attribute_.isEmpty()) {
+        TARV_FAIL("@tarvstr_CSharedAttribute_init_NoAttribute No attached attribute name specified.");
+    }
+    key_ = getAttrString("data-name");
+    if (key_.isEmpty()) {
+        key_ = name();
+    }
+    fallback_ = getAttrString("def-value");
+    linkObserver(*this, attribute_, attribute_);
+    listenObject(fullName(), kStoredChanged, kStoredChanged);
+    bridge_.subscribe(*store_, key_);
+    TARV_TRY(takeStored());
+    return nullptr;
+}
+
+CError* CSharedAttribute::setAttribute(CObject* sender, const CString& name, const CAttributeValue& value) {
+    if (sender != this) {
+        TARV_TRY(CObject::setAttribute(sender, name, value));
+    } else if (!isTaking_ && value.asString() != known_) {
+        write(value.asString());
+    }
+    return nullptr;
+}
+
+void CSharedAttribute::write(const CString& text) {
+    known_ = text;
+    // The thread and not a mere flag: another thread's write may tell of itself right before or behind this one.
+    writingThread_ = currentThreadId();
+    store_->writeText(key_, text);
+    writingThread_ = 0;
+}
+
+void CSharedAttribute::storeWritten(CCheckedObject*) {
+    // A post that is still under way reads what is stored when it arrives.
+    if (writingThread_ == currentThreadId() || !notifyServer() || isTold_.exchange(true)) {
+        return;
+    }
+    CAttributeMap params;
+    if (CError* error = notifyServer()->sendPosted(fullName(), kStoredChanged, params)) {
+        isTold_ = false;
+        TARV_CONSUME(error);
+    }
+}
+
+CError* CSharedAttribute::takeStored() {
+    isTold_ = false;
+    isTaking_ = true;
+    CError* error =
+        CObject::setAttribute(attribute_, CAttributeValue::fromString(store_->readText(key_, fallback_)), true);
+    isTaking_ = false;
+    known_ = getAttrString(attribute_);
+    return error ? addErrorLocation(error, __FILE__, __LINE__, fullName(), CString()) : nullptr;
+}
+
+CError* CSharedAttribute::storedValueChanged() {
+    TARV_TRY(takeStored());
+    CAttributeMap params;
+    // Last, since a listener may destroy this object.
+    return sendEvent("update", params, false);
+}
+
+}  // namespace tarv
