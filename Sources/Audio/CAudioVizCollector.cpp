@@ -1,10 +1,20 @@
 #include "Audio/CAudioVizCollector.h"
 
+#include <algorithm>
+
 #include "Audio/CAudioEnv.h"
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamDef.h"
 
 namespace tarv {
+
+namespace {
+
+constexpr int32_t kMaxRecordsPerFrame = 64;
+constexpr auto kMaxCapacity =
+    static_cast<int32_t>(std::min(CAudioVizDataInfo::kMaxBytes, CAudioVizDataSpectrum::kMaxBins));
+
+}  // namespace
 
 CError* CAudioVizCollector::init() {
     TARV_TRY(CObject::init());
@@ -13,8 +23,8 @@ CError* CAudioVizCollector::init() {
         TARV_FAIL("@tarvstr_CAudioVizCollector_init_NoAudioEnv No audio environment object '%1' found.",
                   getAttrString("env"));
     }
-    auto* collector = findObjectOf<CAudioParamCollector>(getAttrString("param-collector"));
-    if (!collector) {
+    collector_ = findObjectOf<CAudioParamCollector>(getAttrString("param-collector"));
+    if (!collector_) {
         TARV_FAIL("@tarvstr_CAudioVizCollector_init_NoParamCollector No parameter collector '%1' found.",
                   getAttrString("param-collector"));
     }
@@ -23,12 +33,67 @@ CError* CAudioVizCollector::init() {
         TARV_FAIL(
             "@tarvstr_CAudioVizCollector_init_NoParamDef No parameter 'audio.param-enable-viz' definition found.");
     }
-    enableParam_ = collector->define("audio.param-enable-viz", definition->info());
+    enableParam_ = collector_->define("audio.param-enable-viz", definition->info());
+    enable_.bind(*enableParam_);
     return nullptr;
 }
 
-bool CAudioVizCollector::isEnabled() const {
-    return isGoing_ && enableParam_ && enableParam_->value(0, 0) >= 0.5;
+void CAudioVizCollector::bindSwitch(CAudioVizSource& source) const {
+    if (source.switch_.isBound()) {
+        source.switch_.update();
+    } else if (CAudioParam* param = collector_->findParam(source.name_ + "-enable")) {
+        source.switch_.bind(*param);
+    }
+}
+
+void CAudioVizCollector::start() {
+    {
+        CLockScope scope(lock_);
+        for (CAudioVizSource* source : sources_) {
+            // Its parameter may have been defined since.
+            bindSwitch(*source);
+        }
+    }
+    enable_.update();
+    isGoing_ = true;
+}
+
+CAudioVizSource* CAudioVizCollector::addSource(const CString& name, CAudioVizKind kind, int32_t recordsPerFrame,
+                                               int32_t capacity) {
+    if (recordsPerFrame < 1 || recordsPerFrame > kMaxRecordsPerFrame || capacity < 0 || capacity > kMaxCapacity) {
+        return nullptr;
+    }
+    CLockScope scope(lock_);
+    int32_t records = recordsPerFrame * CAudioVizSource::kFramesKept;
+    for (CAudioVizSource* source : sources_) {
+        if (source->name_ == name) {
+            return source;
+        }
+        records += source->recordCount();
+    }
+    sources_.append(
+        new CAudioVizSource(*this, name, static_cast<uint32_t>(sources_.count()), kind, recordsPerFrame, capacity));
+    ready_.makeRoom(records);
+    bindSwitch(*sources_.last());
+    return sources_.last();
+}
+
+CString CAudioVizCollector::sourceName(uint32_t number) const {
+    CLockScope scope(lock_);
+    return number < static_cast<uint32_t>(sources_.count()) ? sources_[static_cast<int32_t>(number)]->name_ : CString();
+}
+
+void CAudioVizCollector::setPosition(double seconds) {
+    position_ = seconds;
+    const double fps = env_->vizFps();
+    if (!isEnabled() || !(fps > 0.0) || seconds < nextFrame_) {
+        return;
+    }
+    ++frame_;
+    // On a fixed grid, so that long blocks don't lower the rate; a frame that comes later than the next one is due
+    // begins the grid anew.
+    const double next = nextFrame_ + 1.0 / fps;
+    nextFrame_ = next > seconds ? next : seconds + 1.0 / fps;
 }
 
 }  // namespace tarv
