@@ -78,6 +78,10 @@ void CAudioParam::setText(int32_t group, int32_t element, const CString& text, c
     notifyListeners(group, element, 1, origin);
 }
 
+void CAudioParam::tellAll() {
+    notifyListeners(CAudioParamData::kAllGroups, 0, CAudioParamData::kElementLimit, nullptr);
+}
+
 void CAudioParam::addListener(CAudioParamListener& listener) {
     CLockScope scope(lock_);
     listeners_.append(&listener);

@@ -54,6 +54,16 @@ public:
     /// parameter and one whose shape does not fit are dropped. Listeners but `origin` hear of a queued change.
     void postChange(CAudioParam& param, CAudioParamChange* change, bool queued, double time,
                     const CAudioParamListener* origin = nullptr);
+    /// A whole value in place of the present one, as part of something larger.
+    struct CAssignment {
+        CAudioParam* param = nullptr;
+        CAudioParamData data;  ///< of the parameter's shape
+        int32_t group = -1;    ///< -1: every group, what `data` lacks is emptied; otherwise this one takes group 0
+    };
+    /// Makes the user-side value of one parameter that of the assignment, by one change for each group that differs;
+    /// tells whether one did. Listeners are not told: the caller, who may hold locks now, calls tellAll when it holds
+    /// none. `before` and `after`, if not null, get the values around it. Any thread but the audio thread.
+    bool assign(const CAssignment& assignment, CAudioParamData* before = nullptr, CAudioParamData* after = nullptr);
     /// One round: hands what was posted to the processes' queues, `timeOffset` added to each time. Audio thread, once a
     /// block, or the core at resume. Takes the environment's lock for a swap, nothing else.
     void applyPendingChanges(double timeOffset);

@@ -72,6 +72,41 @@ void CAudioParamCollector::postChange(CAudioParam& param, CAudioParamChange* cha
     }
 }
 
+bool CAudioParamCollector::assign(const CAssignment& assignment, CAudioParamData* before, CAudioParamData* after) {
+    CAudioParam& param = *assignment.param;
+    const CAudioParamData& data = assignment.data;
+    CLockScope scope(param.lock_);
+    if (!param.isDefined() || !data.isValid() || data.elementSize() != param.info_.elementSize() ||
+        data.isString() != param.info_.isString()) {
+        return false;
+    }
+    const bool isWhole = assignment.group < 0;
+    const int32_t first = isWhole ? 0 : assignment.group;
+    const int32_t end = isWhole ? std::max(param.userData_.groupCount(), data.groupCount()) : first + 1;
+    bool isChanged = false;
+    for (int32_t group = first; group < end; ++group) {
+        const int32_t source = isWhole ? group : 0;
+        if (param.userData_.isSameGroup(group, data, source)) {
+            continue;
+        }
+        if (!isChanged && before) {
+            *before = param.userData_;
+        }
+        isChanged = true;
+        const int32_t size = data.elementSize();
+        CAudioParamChange* change = createChange(param, group, 0, data.elementCount(source), true);
+        for (int32_t i = 0; i < change->values.count(); ++i) {
+            change->values[i] = data.storedNumber(source, i / size, i % size);
+        }
+        change->sourcePool = &data;
+        postUnderLock(param, change, 0.0);
+    }
+    if (isChanged && after) {
+        *after = param.userData_;
+    }
+    return isChanged;
+}
+
 bool CAudioParamCollector::postUnderLock(CAudioParam& param, CAudioParamChange* change, double time) {
     if (!param.isDefined() || !param.userData_.takes(*change)) {
         change->release();

@@ -1,6 +1,7 @@
 #include "Audio/CAudioParamData.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include "Audio/CAudioParamChange.h"
@@ -142,6 +143,65 @@ CString CAudioParamData::text(int32_t group, int32_t element) const {
     const CAudioParamStringMap& map = isStored ? strings_ : defaultStrings_;
     const CString* found = map.get(static_cast<int32_t>(value(group, element)));
     return isString_ && found ? *found : CString();
+}
+
+bool CAudioParamData::isSameGroup(int32_t group, const CAudioParamData& other, int32_t otherGroup) const {
+    const int32_t count = elementCount(group);
+    if (count != other.elementCount(otherGroup)) {
+        return false;
+    }
+    if (count == 0) {
+        return true;
+    }
+    const double* own = groups_[group].values;
+    const double* others = other.groups_[otherGroup].values;
+    if (!isString_) {
+        return std::memcmp(own, others, static_cast<size_t>(count * elementSize_) * sizeof(double)) == 0;
+    }
+    for (int32_t i = 0; i < count * elementSize_; ++i) {
+        const CString* ownText = getString(static_cast<int32_t>(own[i]));
+        const CString* otherText = other.getString(static_cast<int32_t>(others[i]));
+        if (!ownText != !otherText || (ownText && *ownText != *otherText)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool CAudioParamData::isSame(const CAudioParamData& other) const {
+    for (int32_t i = 0; i < std::max(groupCount_, other.groupCount_); ++i) {
+        if (!isSameGroup(i, other, i)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void CAudioParamData::clampTo(const CAudioParamInfo& info) {
+    if (isString_) {
+        return;
+    }
+    for (int32_t group = 0; group < groupCount_; ++group) {
+        for (int32_t i = 0; i < groups_[group].elementCount * elementSize_; ++i) {
+            double& number = groups_[group].values[i];
+            const int32_t index = i % elementSize_;
+            number = std::isnan(number) ? defaultValue(i / elementSize_, index) : info.clamp(index, number);
+        }
+    }
+}
+
+CAudioParamData CAudioParamData::onlyGroup(int32_t group, const CAudioParamInfo& info) const {
+    CAudioParamData only;
+    only.reset(info);
+    only.growGroups(1);
+    const int32_t count = elementCount(group);
+    only.reserveGroup(0, count);
+    only.groups_[0].elementCount = count;
+    for (int32_t i = 0; i < count * elementSize_; ++i) {
+        const double number = groups_[group].values[i];
+        only.groups_[0].values[i] = isString_ ? only.strings_.copy(static_cast<int32_t>(number), strings_) : number;
+    }
+    return only;
 }
 
 bool CAudioParamData::takes(const CAudioParamChange& change) const {

@@ -48,10 +48,26 @@ public:
     /// its first). A parameter of a single group is read at group 0 whatever is asked. 0.0 when not valid, and for an
     /// index outside the element.
     double value(int32_t group, int32_t element, int32_t index = 0) const;
+    /// The stored number, or id of a text, of an element that the group holds; a parameter of a single group is not
+    /// read at group 0 for others.
+    double storedNumber(int32_t group, int32_t element, int32_t index) const {
+        return groups_[group].values[element * elementSize_ + index];
+    }
     /// The default alone.
     double defaultValue(int32_t element, int32_t index = 0) const;
     /// The text of an element of a string parameter; empty if there is none.
     CString text(int32_t group, int32_t element) const;
+
+    /// Whether a group holds the same elements with the same numbers, bit for bit, or the same texts, as one of another
+    /// store of this shape. A group that does not exist holds none.
+    bool isSameGroup(int32_t group, const CAudioParamData& other, int32_t otherGroup) const;
+    /// The same of all groups.
+    bool isSame(const CAudioParamData& other) const;
+    /// Brings every number into the range of `info`; one that is none gets its default.
+    void clampTo(const CAudioParamInfo& info);
+
+    /// A value whose group 0 is one group of this one.
+    CAudioParamData onlyGroup(int32_t group, const CAudioParamInfo& info) const;
 
     /// Carries a change out; one whose shape does not fit is ignored. Ids of a string change are copied from the
     /// change's source pool.

@@ -1,11 +1,16 @@
 #include "Audio/CAudioParamRegistry.h"
 
-#include "Audio/CAudioParamUndo.h"
+#include "Audio/CAudioRegistryAction.h"
 
 namespace tarv {
 
+CAudioParamRegistry::CAudioParamRegistry() = default;
+
 CAudioParamRegistry::~CAudioParamRegistry() {
-    if (collector_ && isLive(collector_)) {
+    if (nameParam_ && isLive(nameParam_)) {
+        nameParam_->removeListener(*this);
+    }
+    if (collector_ && isLive(static_cast<CObject*>(collector_))) {
         collector_->removeRegistry(*this);
     }
 }
@@ -30,6 +35,13 @@ CError* CAudioParamRegistry::init() {
             "@tarvstr_CAudioParamRegistry_init_NoParamCollector No parameter collector with the name '%1' defined.",
             getAttrString("param-collector"));
     }
+    if (!presetNameParam_.isEmpty()) {
+        nameParam_ = collector_->getParam(presetNameParam_);
+        nameParam_->addListener(*this);
+    }
+    if (isMaster_) {
+        initBanks();
+    }
     collector_->addRegistry(*this);
     return nullptr;
 }
@@ -44,7 +56,7 @@ bool CAudioParamRegistry::offerParam(const CString& name, CAudioParam& param) {
 
 void CAudioParamRegistry::takeParam(const CString& name, CAudioParam& param) {
     CLockScope scope(paramLock_);
-    params_.append({name.startsWith(hierarchy_) ? name.substring(hierarchy_.length()) : name, &param});
+    params_.append(new CEntry(name.startsWith(hierarchy_) ? name.substring(hierarchy_.length()) : name, param));
 }
 
 int32_t CAudioParamRegistry::paramCount() const {
@@ -54,7 +66,62 @@ int32_t CAudioParamRegistry::paramCount() const {
 
 CAudioParamRegistry::CEntry CAudioParamRegistry::param(int32_t index) const {
     CLockScope scope(paramLock_);
-    return params_[index];
+    return *params_[index];
+}
+
+CArray<const CAudioParamRegistry::CEntry*, 64> CAudioParamRegistry::entries() const {
+    CLockScope scope(paramLock_);
+    CArray<const CEntry*, 64> all;
+    all.reserve(params_.count());
+    for (const CEntry* entry : params_) {
+        all.append(entry);
+    }
+    return all;
+}
+
+CString CAudioParamRegistry::groupName(int32_t group) const {
+    const CAudioParam* names = groupNamesParam_.isEmpty() ? nullptr : collector_->findParam(groupNamesParam_);
+    const CString name = names ? names->text(0, group) : CString();
+    return name.isEmpty() ? CString::fromInt(group + 1) : name;
+}
+
+void CAudioParamRegistry::onParamChanged(CAudioParam& param, int32_t, int32_t, int32_t) {
+    if (!isMaster_) {
+        return;
+    }
+    bool isRenamed = false;
+    {
+        CLockScope scope(bankLock_);
+        isRenamed = renameSlot(session_.selectedIndex(), param.text(0, 0));
+    }
+    if (isRenamed) {
+        notifyBridges(kProgramUpdate);
+    }
+}
+
+CAudioParamRegistryNameBridge::CAudioParamRegistryNameBridge(CAudioParamRegistry& registry, void (*changed)(void*),
+                                                             void* user)
+    : changed_(changed), user_(user) {
+    connect(registry, CAudioParamRegistry::kProgramUpdate);
+}
+
+CAudioParamRegistry* CAudioParamRegistryNameBridge::registry() const {
+    return static_cast<CAudioParamRegistry*>(base());
+}
+
+CString CAudioParamRegistryNameBridge::read() const {
+    const CAudioParamRegistry* found = registry();
+    return found ? found->programName(found->currentProgram()) : CString();
+}
+
+void CAudioParamRegistryNameBridge::write(const CString& displayName) {
+    if (CAudioParamRegistry* found = registry()) {
+        found->renameProgram(found->currentProgram(), displayName);
+    }
+}
+
+void CAudioParamRegistryNameBridge::notify(CCheckedObject*) {
+    changed_(user_);
 }
 
 }  // namespace tarv

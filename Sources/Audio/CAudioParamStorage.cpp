@@ -30,20 +30,42 @@ CError* CAudioParamStorage::save(COutputStream& stream, const CAudioParamInfo& i
     TARV_TRY(stream.writeValue(data.isString() ? 1 : 0));
     TARV_TRY(stream.writeValue(static_cast<uint32_t>(groups)));
     if (data.isString()) {
-        TARV_TRY(data.save(stream));
+        TARV_TRY(saveTexts(stream, data, groups));
     }
+    uint32_t textId = 1;
     for (int32_t group = 0; group < groups; ++group) {
-        TARV_TRY(saveGroup(stream, data, group));
+        TARV_TRY(saveGroup(stream, data, group, textId));
     }
     return nullptr;
 }
 
-CError* CAudioParamStorage::saveGroup(COutputStream& stream, const CAudioParamData& data, int32_t group) {
+// A text for each element, numbered anew from 1 in their order: equal values give equal bytes, however they came about.
+CError* CAudioParamStorage::saveTexts(COutputStream& stream, const CAudioParamData& data, int32_t groups) {
+    int32_t count = 0;
+    for (int32_t group = 0; group < groups; ++group) {
+        count += data.elementCount(group) * data.elementSize_;
+    }
+    TARV_TRY(stream.writeValue(static_cast<uint32_t>(count)));
+    uint32_t id = 1;
+    for (int32_t group = 0; group < groups; ++group) {
+        const CAudioParamData::CGroup& source = data.groups_[group];
+        for (int32_t i = 0; i < source.elementCount * data.elementSize_; ++i) {
+            const CString* text = data.getString(static_cast<int32_t>(source.values[i]));
+            TARV_TRY(stream.writeValue(id++));
+            TARV_TRY(stream.writeValue(CAudioParamDataItemString::kType));
+            TARV_TRY(stream.writeString(text ? *text : CString()));
+        }
+    }
+    return nullptr;
+}
+
+CError* CAudioParamStorage::saveGroup(COutputStream& stream, const CAudioParamData& data, int32_t group,
+                                      uint32_t& textId) {
     const CAudioParamData::CGroup& source = data.groups_[group];
     TARV_TRY(stream.writeValue(static_cast<uint32_t>(source.elementCount)));
     for (int32_t i = 0; i < source.elementCount * data.elementSize_; ++i) {
         if (data.isString()) {
-            TARV_TRY(stream.writeValue(static_cast<uint32_t>(source.values[i])));
+            TARV_TRY(stream.writeValue(textId++));
         } else {
             TARV_TRY(stream.writeDouble(source.values[i]));
         }
@@ -51,10 +73,12 @@ CError* CAudioParamStorage::saveGroup(COutputStream& stream, const CAudioParamDa
     return nullptr;
 }
 
-CError* CAudioParamStorage::loadHead(CInputStream& stream, const CAudioParamInfo& info, uint32_t& groupCount) {
+CError* CAudioParamStorage::loadHead(CInputStream& stream, const CAudioParamInfo& info, uint32_t& groupCount,
+                                     bool& isForeign) {
     uint32_t version = 0;
     TARV_TRY(stream.readValue(version));
     if (version != kVersion) {
+        isForeign = true;
         TARV_FAIL("@tarvstr_CAudioParamStorage_load_VersionError Unsupported data set version %1.",
                   CString::fromInt(version));
     }
@@ -64,6 +88,7 @@ CError* CAudioParamStorage::loadHead(CInputStream& stream, const CAudioParamInfo
     TARV_TRY(stream.readValue(dataType));
     const uint32_t requiredType = info.isString() ? 1 : 0;
     if (elementSize != static_cast<uint32_t>(info.elementSize()) || dataType != requiredType) {
+        isForeign = true;
         TARV_FAIL(
             "@tarvstr_CAudioParamStorage_load_FormatError Unsupported storage format (esize=%1, dtype=%2; should be: "
             "esize=%3, dtype=%4).",
@@ -78,11 +103,16 @@ CError* CAudioParamStorage::loadHead(CInputStream& stream, const CAudioParamInfo
 }
 
 CError* CAudioParamStorage::load(CInputStream& stream, const CAudioParamInfo& info, CAudioParamData& data,
-                                 CString* definitionPath) {
+                                 CString* definitionPath, bool* isForeign) {
     CString path;
     uint32_t groupCount = 0;
+    bool isOther = false;
     TARV_TRY(stream.readString(path));
-    TARV_TRY(loadHead(stream, info, groupCount));
+    CError* error = loadHead(stream, info, groupCount, isOther);
+    if (isForeign) {
+        *isForeign = isOther;
+    }
+    TARV_TRY(error);
     CAudioParamData loaded;
     loaded.reset(info);
     if (info.isString()) {
@@ -117,7 +147,6 @@ CError* CAudioParamStorage::loadGroup(CInputStream& stream, CAudioParamData& dat
                 TARV_TRY(loadText(stream, data, place));
             } else {
                 TARV_TRY(stream.readDouble(place));
-                place = std::isfinite(place) ? place : data.defaultValue(element, index);
             }
         }
         data.groups_[group].elementCount = element + 1;

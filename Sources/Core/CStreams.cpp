@@ -57,8 +57,8 @@ CError* CInputStream::readDouble(double& value) {
     return nullptr;
 }
 
-CError* CInputStream::readString(CString& text) {
-    text = CString();
+CError* CInputStream::readStringBytes(CByteBuffer& bytes) {
+    bytes.clear();
     uint32_t stored = 0;
     TARV_TRY(readValue(stored));
     const auto length = static_cast<int32_t>(stored);
@@ -69,10 +69,34 @@ CError* CInputStream::readString(CString& text) {
         TARV_FAIL("@tarvstr_CInputStream_readString_TooLong String length %1 too long in readString().",
                   CString::fromInt(length));
     }
-    CByteBuffer bytes;
     bytes.resize(length);
     TARV_TRY(read(bytes.data(), length));
-    appendUtf8(text, reinterpret_cast<const char*>(bytes.data()), stored);
+    return nullptr;
+}
+
+CError* CInputStream::readString(CString& text) {
+    text = CString();
+    CByteBuffer bytes;
+    TARV_TRY(readStringBytes(bytes));
+    appendUtf8(text, reinterpret_cast<const char*>(bytes.data()), static_cast<size_t>(bytes.count()));
+    return nullptr;
+}
+
+CError* CInputStream::readBytes(CByteBuffer& buffer, uint32_t count) {
+    constexpr uint32_t kStep = 1 << 16;
+    for (uint32_t done = 0; done < count;) {
+        const uint32_t step = std::min(count - done, std::max(kStep, done));
+        const int32_t start = buffer.count();
+        if (step > static_cast<uint32_t>(INT32_MAX - start)) {
+            TARV_FAIL("@tarvstr_CInputStream_readBytes_TooLong Data too long (%1 bytes).", CString::fromInt(count));
+        }
+        buffer.resize(start + static_cast<int32_t>(step));
+        if (CError* error = read(buffer.data() + start, step)) {
+            buffer.resize(start);
+            TARV_TRY(error);
+        }
+        done += step;
+    }
     return nullptr;
 }
 

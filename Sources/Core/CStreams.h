@@ -25,6 +25,11 @@ public:
     [[nodiscard]] CError* readDouble(double& value);
     /// Byte count and UTF-8 (see Utf8.h) of at most 61440 bytes. A negative count gives an empty text.
     [[nodiscard]] CError* readString(CString& text);
+    /// The bytes of a string as they stand in the stream, not decoded; they replace what the buffer holds.
+    [[nodiscard]] CError* readStringBytes(CByteBuffer& bytes);
+    /// Exactly `count` bytes behind what the buffer holds. Its room grows with what was really read: a count that the
+    /// source can't fill takes no memory.
+    [[nodiscard]] CError* readBytes(CByteBuffer& buffer, uint32_t count);
     /// One compressed block of the id given; see CompressedBlock.h for the layout.
     [[nodiscard]] CError* readCompressedData(CByteBuffer& buffer, uint32_t id);
 };
@@ -70,6 +75,16 @@ private:
     const uint8_t* data_;
     uint32_t size_;
     uint32_t position_ = 0;
+};
+
+/// Appends to a buffer that the caller keeps alive.
+class CBufferWriter : public COutputStream {
+public:
+    explicit CBufferWriter(CByteBuffer& buffer) : buffer_(buffer) {}
+    [[nodiscard]] CError* write(const void* buffer, int64_t count) override;
+
+private:
+    CByteBuffer& buffer_;
 };
 
 /// Grows in a chain of blocks of at least 128 bytes.

@@ -134,13 +134,19 @@ TEST_F(ParamStorage, OnlyGroupsUpToTheLastThatHoldsValuesAreWritten) {
     EXPECT_EQ(save("gains", data), CRecord().text("audio.gains").words({1, 1, 0, 2, 0, 1}).reals({4}).bytes());
 }
 
-TEST_F(ParamStorage, NumbersThatAreNotFiniteCountAsTheDefault) {
+TEST_F(ParamStorage, NumbersOutOfRangeAreReadAsTheyStandAndClampedOnDemand) {
     CAudioParamData data;
     const double inf = std::numeric_limits<double>::infinity();
-    ASSERT_EQ(load("gains", CRecord().text("").words({1, 1, 0, 1, 3}).reals({inf, std::nan(""), 2}).bytes(), data), "");
-    EXPECT_EQ(data.value(0, 0), 0.0);
-    EXPECT_EQ(data.value(0, 1), 0.0);
-    EXPECT_EQ(data.value(0, 2), 2.0);
+    const CAudioParamInfo& info = tree_.info("gains");
+    ASSERT_EQ(
+        load("gains", CRecord().text("").words({1, 1, 0, 1, 4}).reals({inf, std::nan(""), 0.5, -inf}).bytes(), data),
+        "");
+    EXPECT_EQ(data.value(0, 0), inf);
+    data.clampTo(info);
+    EXPECT_EQ(data.value(0, 0), info.maximum(0));
+    EXPECT_EQ(data.value(0, 1), data.defaultValue(1));
+    EXPECT_EQ(data.value(0, 2), 0.5);
+    EXPECT_EQ(data.value(0, 3), info.minimum(0));
 }
 
 TEST_F(ParamStorage, BadRecordsFailInWordsAndLeaveTheValueAsItWas) {

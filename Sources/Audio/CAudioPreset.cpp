@@ -1,0 +1,188 @@
+#include "Audio/CAudioPreset.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "Audio/PackedStream.h"
+#include "Core/CompressedBlock.h"
+
+namespace tarv {
+
+namespace {
+
+int compareBytes(const CAudioPreset::CBytes& a, const CAudioPreset::CBytes& b) {
+    const int order = std::memcmp(a.data, b.data, static_cast<size_t>(std::min(a.count, b.count)));
+    return order != 0 ? order : a.count - b.count;
+}
+
+CAudioPreset::CBytes bytesOf(const std::string& text) {
+    return {reinterpret_cast<const uint8_t*>(text.data()), static_cast<int32_t>(text.size())};
+}
+
+}  // namespace
+
+CString CAudioPreset::prefix() const {
+    return colon() < 0 ? CString() : name_.substring(0, colon());
+}
+
+CString CAudioPreset::displayName() const {
+    return name_.substring(colon() + 1);
+}
+
+void CAudioPreset::setDisplayName(const CString& displayName) {
+    name_ = name_.substring(0, colon() + 1) + displayName;
+}
+
+CAudioPreset::CBytes CAudioPreset::key(int32_t index) const {
+    return {bytes_.data() + entries_[index].start, entries_[index].keyLength};
+}
+
+CAudioPreset::CBytes CAudioPreset::record(int32_t index) const {
+    return {bytes_.data() + entries_[index].start + entries_[index].keyLength, entries_[index].recordLength};
+}
+
+CString CAudioPreset::keyText(int32_t index) const {
+    return CString::fromUtf8(reinterpret_cast<const char*>(key(index).data), static_cast<size_t>(key(index).count));
+}
+
+int32_t CAudioPreset::placeOf(const CBytes& wanted, bool& isThere) const {
+    int32_t first = 0;
+    int32_t end = entries_.count();
+    // Streams are in order as a rule: then the place is the end.
+    if (end > 0 && compareBytes(key(end - 1), wanted) < 0) {
+        first = end;
+    }
+    while (first < end) {
+        const int32_t middle = (first + end) / 2;
+        if (compareBytes(key(middle), wanted) < 0) {
+            first = middle + 1;
+        } else {
+            end = middle;
+        }
+    }
+    isThere = first < entries_.count() && compareBytes(key(first), wanted) == 0;
+    return first;
+}
+
+int32_t CAudioPreset::find(const CString& wanted) const {
+    const std::string bytes = wanted.toUtf8();
+    bool isThere = false;
+    const int32_t place = placeOf(bytesOf(bytes), isThere);
+    return isThere ? place : -1;
+}
+
+// The entry's key and record lie at the end of the run.
+void CAudioPreset::enter(const CEntry& entry) {
+    bool isThere = false;
+    const int32_t place = placeOf({bytes_.data() + entry.start, entry.keyLength}, isThere);
+    if (isThere) {
+        waste_ += entries_[place].keyLength + entries_[place].recordLength;
+        entries_[place] = entry;
+    } else {
+        entries_.insert(place, entry);
+    }
+    if (waste_ > bytes_.count() / 2) {
+        dropWaste();
+    }
+}
+
+void CAudioPreset::dropWaste() {
+    CAudioPreset compact;
+    compact.copyFrom(*this);
+    take(compact);
+}
+
+void CAudioPreset::setRecord(const CString& keyText, const CByteBuffer& record) {
+    const std::string key = keyText.toUtf8();
+    CBufferWriter writer(bytes_);
+    const CEntry entry{bytes_.count(), static_cast<int32_t>(key.size()), record.count()};
+    TARV_CONSUME(writer.write(key.data(), entry.keyLength));
+    TARV_CONSUME(writer.write(record.data(), entry.recordLength));
+    enter(entry);
+}
+
+void CAudioPreset::removeRecord(const CString& keyText) {
+    const int32_t place = find(keyText);
+    if (place >= 0) {
+        waste_ += entries_[place].keyLength + entries_[place].recordLength;
+        entries_.removeAt(place);
+    }
+}
+
+void CAudioPreset::clear() {
+    bytes_.clear();
+    entries_.clear();
+    waste_ = 0;
+}
+
+void CAudioPreset::copyFrom(const CAudioPreset& other) {
+    if (this == &other) {
+        return;
+    }
+    name_ = other.name_;
+    entries_ = other.entries_;
+    waste_ = 0;
+    if (other.waste_ == 0) {
+        bytes_ = other.bytes_;
+        return;
+    }
+    bytes_.clear();
+    CBufferWriter writer(bytes_);
+    for (CEntry& entry : entries_) {
+        const int32_t start = bytes_.count();
+        TARV_CONSUME(writer.write(other.bytes_.data() + entry.start, entry.keyLength + entry.recordLength));
+        entry.start = start;
+    }
+}
+
+void CAudioPreset::take(CAudioPreset& other) {
+    name_ = std::move(other.name_);
+    bytes_ = std::move(other.bytes_);
+    entries_ = std::move(other.entries_);
+    waste_ = std::exchange(other.waste_, 0);
+}
+
+CError* CAudioPreset::loadRecord(CInputStream& stream, CByteBuffer& key) {
+    TARV_TRY(stream.readStringBytes(key));
+    uint32_t length = 0;
+    TARV_TRY(stream.readValue(length));
+    const int32_t start = bytes_.count();
+    CBufferWriter writer(bytes_);
+    TARV_TRY(writer.write(key.data(), key.count()));
+    TARV_TRY(stream.readBytes(bytes_, length));
+    enter({start, key.count(), static_cast<int32_t>(length)});
+    return nullptr;
+}
+
+CError* CAudioPreset::load(CInputStream& stream) {
+    CAudioPreset loaded;
+    uint32_t count = 0;
+    TARV_TRY(stream.readString(loaded.name_));
+    TARV_TRY(stream.readValue(count));
+    CByteBuffer key;
+    for (int32_t i = 0; i < static_cast<int32_t>(count); ++i) {
+        TARV_TRY(loaded.loadRecord(stream, key));
+    }
+    take(loaded);
+    return nullptr;
+}
+
+CError* CAudioPreset::save(COutputStream& stream) const {
+    TARV_TRY(stream.writeString(name_));
+    TARV_TRY(stream.writeValue(static_cast<uint32_t>(entries_.count())));
+    for (int32_t i = 0; i < entries_.count(); ++i) {
+        TARV_TRY(stream.writeValue(static_cast<uint32_t>(key(i).count)));
+        TARV_TRY(stream.write(key(i).data, key(i).count));
+        TARV_TRY(stream.writeValue(static_cast<uint32_t>(record(i).count)));
+        TARV_TRY(stream.write(record(i).data, record(i).count));
+    }
+    return nullptr;
+}
+
+CError* CAudioPreset::load(const CString& path) {
+    TARV_TRY(loadPackedFile(path, kPresetBlockId, *this));
+    return nullptr;
+}
+
+}  // namespace tarv

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "Core/CStreams.h"
+
+namespace tarv {
+
+/// A named collection of raw parameter records by key. Records are not interpreted: those that this build does not know
+/// stay as they came. Keys stand in ascending byte order, whatever order they were set in. No lock of its own; the
+/// owner guards it.
+class CAudioPreset : public CHeapObject {
+public:
+    /// A run of bytes inside the preset, valid until the preset changes.
+    struct CBytes {
+        const uint8_t* data = nullptr;
+        int32_t count = 0;
+    };
+
+    CAudioPreset() = default;
+    explicit CAudioPreset(const CString& name) : name_(name) {}
+
+    /// Prefix, ":" and display name; the first colon counts. Without one the prefix is empty and all of it is shown.
+    const CString& name() const { return name_; }
+    CString prefix() const;
+    CString displayName() const;
+    void setName(const CString& name) { name_ = name; }
+    /// Keeps the prefix.
+    void setDisplayName(const CString& displayName);
+
+    int32_t recordCount() const { return entries_.count(); }
+    /// Key and record of an index in 0..recordCount-1, by ascending key.
+    CBytes key(int32_t index) const;
+    CBytes record(int32_t index) const;
+    CString keyText(int32_t index) const;
+    /// The index of a key, or -1.
+    int32_t find(const CString& key) const;
+    /// Sets or replaces the record of a key.
+    void setRecord(const CString& key, const CByteBuffer& record);
+    /// Drops the record of a key, if there is one.
+    void removeRecord(const CString& key);
+    /// Drops all records; the name stays.
+    void clear();
+    void copyFrom(const CAudioPreset& other);
+    /// Takes name and records out of the other.
+    void take(CAudioPreset& other);
+
+    /// The stream form: name, count, then key, byte length and record of each. On failure the preset is as it was. A
+    /// count below 1 ends the read; of two records with one key the later counts.
+    [[nodiscard]] CError* load(CInputStream& stream);
+    [[nodiscard]] CError* save(COutputStream& stream) const;
+    /// A file (or an embedded range) of the compressed form, id 'aprs'.
+    [[nodiscard]] CError* load(const CString& path);
+
+private:
+    /// Where a record lies in `bytes_`: its key, and the record behind it.
+    struct CEntry {
+        int32_t start = 0;
+        int32_t keyLength = 0;
+        int32_t recordLength = 0;
+    };
+
+    int32_t colon() const { return name_.indexOf(':'); }
+    int32_t placeOf(const CBytes& key, bool& isThere) const;
+    void enter(const CEntry& entry);
+    void dropWaste();
+    [[nodiscard]] CError* loadRecord(CInputStream& stream, CByteBuffer& key);
+
+    CString name_;
+    // All keys and records in one run: a host's chunk holds hundreds of them, and is read and copied as a whole.
+    CByteBuffer bytes_;
+    CArray<CEntry, 16> entries_;
+    int32_t waste_ = 0;  ///< bytes of the run that no entry uses
+};
+
+}  // namespace tarv

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Core/CResourceReader.h"
+
+namespace tarv {
+
+/// Fails unless the reader stands at its end.
+[[nodiscard]] CError* expectStreamEnd(CPosInputStream& stream);
+
+/// Reads a compressed block of that id and hands what was inflated to `load(CInputStream&)` of `target`, which has to
+/// take all of it, and takes the result over by `take(T&)`. On failure `target` is as it was.
+template <class T>
+[[nodiscard]] CError* loadPacked(CInputStream& source, uint32_t id, T& target) {
+    CByteBuffer bytes;
+    TARV_TRY(source.readCompressedData(bytes, id));
+    CMemoryReader reader(bytes.data(), static_cast<uint32_t>(bytes.count()));
+    T loaded;
+    TARV_TRY(loaded.load(reader));
+    TARV_TRY(expectStreamEnd(reader));
+    target.take(loaded);
+    return nullptr;
+}
+
+/// The same from an embedded range or a file.
+template <class T>
+[[nodiscard]] CError* loadPackedFile(const CString& path, uint32_t id, T& target) {
+    CResourceReader reader;
+    TARV_TRY(reader.open(path));
+    TARV_TRY(loadPacked(reader, id, target));
+    return nullptr;
+}
+
+}  // namespace tarv
