@@ -286,22 +286,24 @@ TEST_F(VizCollecting, OneThreadHandsInWhileAnotherTakesAndAThirdSwitches) {
     CAudioVizSource& source = *viz->addSource("p.meter", CAudioVizKind::Spectrum, 2, 64);
     begin();
     std::atomic<bool> isDone{false};
-    int handedIn = 0;
+    std::atomic<int> handedIn{0};
     std::thread audio([&] {
         for (int i = 1; i <= kFrames; ++i) {
             viz->setPosition(i);
             while (auto* record = static_cast<CAudioVizDataSpectrum*>(source.beginRecord())) {
-                ++handedIn;
-                record->bins.resize(handedIn % 65);
+                const int number = ++handedIn;
+                record->bins.resize(number % 65);
                 for (double& bin : record->bins)
-                    bin = handedIn;
-                record->sampleRate = handedIn;
+                    bin = number;
+                record->sampleRate = number;
                 source.endRecord();
             }
         }
         isDone = true;
     });
     std::thread user([&] {
+        while (handedIn == 0)
+            std::this_thread::yield();
         for (int i = 0; !isDone; ++i) {
             set(i % 2 ? "p.meter-enable" : "audio.param-enable-viz", i / 2 % 2);
             std::this_thread::yield();

@@ -222,5 +222,27 @@ TEST(VizData, ACountTakesNoMemoryThatTheBytesDoNotFill) {
     }
 }
 
+TEST(VizData, NoiseIsARecordOrAFailureOrOfNoKind) {
+    uint32_t seed = 12345;
+    const auto next = [&seed] { return (seed = seed * 1664525u + 1013904223u) >> 8; };
+    int records = 0;
+    for (int i = 0; i < 5000; ++i) {
+        CBytes noise;
+        noise.word(next() % 5);
+        const uint32_t length = next() % 300;
+        // Small numbers too, so that some of the counts can be filled.
+        for (uint32_t k = 0; k < length; ++k)
+            noise.bytes.push_back(static_cast<uint8_t>(next() % 3 ? 0 : next()));
+        const CRead read = readAll(noise.bytes);
+        EXPECT_FALSE(read.data && !read.failure.empty());
+        if (read.data) {
+            ++records;
+            const std::vector<uint8_t> again = written(*read.data);
+            EXPECT_TRUE(std::equal(again.begin(), again.end(), noise.bytes.begin()));
+        }
+    }
+    EXPECT_GT(records, 250);
+}
+
 }  // namespace
 }  // namespace tarv

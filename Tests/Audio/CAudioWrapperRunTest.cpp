@@ -4,6 +4,7 @@
 
 #include "Audio/CAudioEnv.h"
 #include "Audio/CAudioInterfaceBase.h"
+#include "Audio/CAudioVizCollector.h"
 #include "Tests/Audio/CTestGen.h"
 #include "Tests/Audio/WrapperTree.h"
 
@@ -83,6 +84,24 @@ TEST(CAudioWrapperRunTest, ThePositionCountsTheSecondsOfAllBlocks) {
     instance.wrapper.suspend();
     instance.run(CSignal(600, 1.0));
     EXPECT_DOUBLE_EQ(instance.wrapper.env()->position(), 600.0 / 48000.0);
+}
+
+TEST(CAudioWrapperRunTest, FramesOfVisualDataBeginWithBlocksBetweenResumeAndSuspend) {
+    CInstance instance;
+    auto& viz = *instance.wrapper.instanceRoot()->findObjectOf<CAudioVizCollector>("plugin.viz-collector");
+    instance.wrapper.setSampleRate(48000.0);
+    viz.enableParam()->setValue(0, 0, 1.0);
+    instance.run(CSignal(4800, 1.0));
+    EXPECT_EQ(viz.frame(), 0u);
+    instance.wrapper.resume();
+    instance.run(CSignal(4800, 1.0));
+    EXPECT_EQ(viz.frame(), 1u) << "one a block of the host, not one a piece of 512";
+    instance.run(CSignal(4800, 1.0));
+    EXPECT_EQ(viz.frame(), 2u);
+    EXPECT_EQ(viz.position(), 0.1);
+    instance.wrapper.suspend();
+    instance.run(CSignal(4800, 1.0));
+    EXPECT_EQ(viz.frame(), 2u);
 }
 
 TEST(CAudioWrapperRunTest, NullPointersAreSilenceOnTheWayInAndDroppedOnTheWayOut) {
