@@ -35,7 +35,7 @@ void CAudioPreset::setDisplayName(const CString& displayName) {
 }
 
 CAudioPreset::CBytes CAudioPreset::key(int32_t index) const {
-    return {bytes_.data() + entries_[index].start, entries_[index].keyLength};
+    return keyOf(entries_[index]);
 }
 
 CAudioPreset::CBytes CAudioPreset::record(int32_t index) const {
@@ -75,19 +75,38 @@ int32_t CAudioPreset::find(const CString& wanted) const {
 // The entry's key and record lie at the end of the run.
 void CAudioPreset::enter(const CEntry& entry) {
     bool isThere = false;
-    const int32_t place = placeOf({bytes_.data() + entry.start, entry.keyLength}, isThere);
+    const int32_t place = placeOf(keyOf(entry), isThere);
     if (isThere) {
-        waste_ += entries_[place].keyLength + entries_[place].recordLength;
+        waste(entries_[place]);
         entries_[place] = entry;
     } else {
         entries_.insert(place, entry);
     }
-    if (waste_ > bytes_.count() / 2) {
-        dropWaste();
+    dropWaste();
+}
+
+// Entries as they came from a stream: by key, and of those with one key the last.
+void CAudioPreset::putInOrder() {
+    std::sort(entries_.begin(), entries_.end(), [this](const CEntry& a, const CEntry& b) {
+        const int order = compareBytes(keyOf(a), keyOf(b));
+        return order != 0 ? order < 0 : a.start < b.start;
+    });
+    int32_t kept = 0;
+    for (int32_t i = 0; i < entries_.count(); ++i) {
+        if (i + 1 < entries_.count() && compareBytes(key(i), key(i + 1)) == 0) {
+            waste(entries_[i]);
+        } else {
+            entries_[kept++] = entries_[i];
+        }
     }
+    entries_.resize(kept);
+    dropWaste();
 }
 
 void CAudioPreset::dropWaste() {
+    if (waste_ <= bytes_.count() / 2) {
+        return;
+    }
     CAudioPreset compact;
     compact.copyFrom(*this);
     take(compact);
@@ -105,7 +124,7 @@ void CAudioPreset::setRecord(const CString& keyText, const CByteBuffer& record) 
 void CAudioPreset::removeRecord(const CString& keyText) {
     const int32_t place = find(keyText);
     if (place >= 0) {
-        waste_ += entries_[place].keyLength + entries_[place].recordLength;
+        waste(entries_[place]);
         entries_.removeAt(place);
     }
 }
@@ -151,7 +170,7 @@ CError* CAudioPreset::loadRecord(CInputStream& stream, CByteBuffer& key) {
     CBufferWriter writer(bytes_);
     TARV_TRY(writer.write(key.data(), key.count()));
     TARV_TRY(stream.readBytes(bytes_, length));
-    enter({start, key.count(), static_cast<int32_t>(length)});
+    entries_.append({start, key.count(), static_cast<int32_t>(length)});
     return nullptr;
 }
 
@@ -164,6 +183,7 @@ CError* CAudioPreset::load(CInputStream& stream) {
     for (int32_t i = 0; i < static_cast<int32_t>(count); ++i) {
         TARV_TRY(loaded.loadRecord(stream, key));
     }
+    loaded.putInOrder();
     take(loaded);
     return nullptr;
 }

@@ -60,7 +60,10 @@ private:
 
     int32_t colon() const { return name_.indexOf(':'); }
     int32_t placeOf(const CBytes& key, bool& isThere) const;
+    CBytes keyOf(const CEntry& entry) const { return {bytes_.data() + entry.start, entry.keyLength}; }
     void enter(const CEntry& entry);
+    void putInOrder();
+    void waste(const CEntry& entry) { waste_ += entry.keyLength + entry.recordLength; }
     void dropWaste();
     [[nodiscard]] CError* loadRecord(CInputStream& stream, CByteBuffer& key);
 

@@ -13,6 +13,9 @@ namespace {
 CError* loadPresets(CInputStream& stream, CAudioPresetBank& bank) {
     uint32_t count = 0;
     TARV_TRY(stream.readValue(count));
+    if (count > CAudioPresetBank::kCountLimit) {
+        TARV_FAIL("@tarvstr_CAudioPresetBank_load_CountError Invalid preset count %1.", CString::fromInt(count));
+    }
     for (uint32_t i = 0; i < count; ++i) {
         TARV_TRY(bank.append().load(stream));
     }

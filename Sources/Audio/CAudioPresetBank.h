@@ -7,6 +7,9 @@ namespace tarv {
 /// A named, ordered list of presets with one selected. No lock of its own; the owner guards it.
 class CAudioPresetBank : public CHeapObject {
 public:
+    /// Presets that a stream may hold: far above what any bank has, and low enough that a count costs no memory.
+    static constexpr uint32_t kCountLimit = 65536;
+
     CAudioPresetBank() = default;
     explicit CAudioPresetBank(const CString& name) : name_(name) {}
 

@@ -1,10 +1,14 @@
 #pragma once
 
+#include <atomic>
+#include <functional>
+
 #include "Audio/CAudioEnv.h"
 #include "Audio/CAudioExtParam.h"
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamDef.h"
 #include "Audio/CAudioParamRegistry.h"
+#include "Audio/CAudioParamUndo.h"
 #include "Audio/Converters/CAudioParamConverterBW.h"
 #include "Audio/Converters/CAudioParamConverterEnum.h"
 #include "Audio/Converters/CAudioParamConverterFreq.h"
@@ -19,6 +23,21 @@
 namespace tarv {
 
 using CTestAttributes = std::vector<std::pair<std::string, std::string>>;
+
+/// A history that counts how often it told of a change.
+class CTestHistory : public CAudioParamUndo {
+public:
+    std::atomic<int32_t> told{0};
+    std::function<void()> onTold;
+
+protected:
+    void historyChanged() override {
+        ++told;
+        if (onTold)
+            onTold();
+        CAudioParamUndo::historyChanged();
+    }
+};
 
 inline std::vector<CCreatorRow> paramCreators() {
     return {
@@ -38,6 +57,7 @@ inline std::vector<CCreatorRow> paramCreators() {
         {"audio:audio-env", &createObject<CAudioEnv>, nullptr},
         {"audio:param-collector", &createObject<CAudioParamCollector>, nullptr},
         {"audio:param-registry", &createObject<CAudioParamRegistry>, nullptr},
+        {"audio:param-undo", &createObject<CTestHistory>, nullptr},
         {"audio:ext-param", &createObject<CAudioExtParam>, nullptr},
         {"audio:ext-param-list", &createObject<CAudioExtParamList>, nullptr},
     };
