@@ -82,7 +82,9 @@ bool CAudioParamCollector::assign(const CAssignment& assignment, CAudioParamData
     }
     const bool isWhole = assignment.group < 0;
     const int32_t first = isWhole ? 0 : assignment.group;
-    const int32_t end = isWhole ? std::max(param.userData_.groupCount(), data.groupCount()) : first + 1;
+    const int32_t wholeEnd =
+        param.info_.isSingleGroup() ? 1 : std::max(param.userData_.groupCount(), data.groupCount());
+    const int32_t end = isWhole ? wholeEnd : first + 1;
     bool isChanged = false;
     for (int32_t group = first; group < end; ++group) {
         const int32_t source = isWhole ? group : 0;
@@ -92,14 +94,13 @@ bool CAudioParamCollector::assign(const CAssignment& assignment, CAudioParamData
         if (!isChanged && before) {
             *before = param.userData_;
         }
-        isChanged = true;
         const int32_t size = data.elementSize();
         CAudioParamChange* change = createChange(param, group, 0, data.elementCount(source), true);
         for (int32_t i = 0; i < change->values.count(); ++i) {
             change->values[i] = data.storedNumber(source, i / size, i % size);
         }
         change->sourcePool = &data;
-        postUnderLock(param, change, 0.0);
+        isChanged = postUnderLock(param, change, 0.0) || isChanged;
     }
     if (isChanged && after) {
         *after = param.userData_;

@@ -55,6 +55,14 @@ bool CAudioParamRegistry::offerParam(const CString& name, CAudioParam& param) {
 }
 
 void CAudioParamRegistry::takeParam(const CString& name, CAudioParam& param) {
+    if (isMaster_ && &param == nameParam_) {
+        // From here on the name shown is that of the current slot. No thread knows the bank yet.
+        CAssignments assignments;
+        addNameShown(slot().displayName(), assignments);
+        for (const CAssignment& assignment : assignments) {
+            collector_->assign(assignment);
+        }
+    }
     CLockScope scope(paramLock_);
     params_.append(new CEntry(name.startsWith(hierarchy_) ? name.substring(hierarchy_.length()) : name, param));
 }
@@ -92,7 +100,8 @@ void CAudioParamRegistry::onParamChanged(CAudioParam& param, int32_t, int32_t, i
     bool isRenamed = false;
     {
         CLockScope scope(bankLock_);
-        isRenamed = renameSlot(session_.selectedIndex(), param.text(0, 0));
+        isRenamed = renameSlot(session_.selectedIndex(), param.text(0, 0)) || isNameUntold_;
+        isNameUntold_ = false;
     }
     if (isRenamed) {
         notifyBridges(kProgramUpdate);

@@ -34,7 +34,8 @@ public:
 
     CAudioParamRegistry();
     ~CAudioParamRegistry() override;
-    /// A master reads its ROM bank; a file that cannot be read leaves the ROM with one default preset.
+    /// A master reads its ROM bank and copies it to the session bank. A file that cannot be read leaves the ROM empty
+    /// and the session bank with one preset, "Default".
     [[nodiscard]] CError* init() override;
 
     /// Takes the parameter if its full name lies under the hierarchy; tells whether it did.
@@ -140,7 +141,8 @@ private:
     void initBanks();
     [[nodiscard]] CError* requireMaster(const char* message) const;
     CAudioPreset& slot() { return session_.preset(session_.selectedIndex()); }
-    void captureCurrent() { capture(slot(), true); }
+    void nameCurrent();
+    void captureCurrent();
     void exchangeBank(CAudioPresetBank& bank);
     void moveSelection(int32_t index);
     bool renameSlot(int32_t index, const CString& displayName);
@@ -164,6 +166,7 @@ private:
     mutable CLock bankLock_;
     CAudioPresetBank rom_;
     CAudioPresetBank session_;
+    bool isNameUntold_ = false;  ///< the current slot took its name from the parameter before its listener came
     std::unique_ptr<CAlternate> alternate_;
     bool isAlternate_ = false;
 };

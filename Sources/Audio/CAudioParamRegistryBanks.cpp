@@ -37,6 +37,19 @@ CError* CAudioParamRegistry::requireMaster(const char* message) const {
     return nullptr;
 }
 
+// The slot follows the parameter of the name. Its listener comes when all locks are free, which is too late where the
+// history goes on from a step of that parameter to one of the bank.
+void CAudioParamRegistry::nameCurrent() {
+    if (nameParam_ && nameParam_->isDefined()) {
+        isNameUntold_ = renameSlot(session_.selectedIndex(), nameParam_->text(0, 0)) || isNameUntold_;
+    }
+}
+
+void CAudioParamRegistry::captureCurrent() {
+    nameCurrent();
+    capture(slot(), true);
+}
+
 void CAudioParamRegistry::exchangeBank(CAudioPresetBank& bank) {
     CLockScope scope(bankLock_);
     captureCurrent();
@@ -243,7 +256,7 @@ CError* CAudioParamRegistry::acquireBank(bool fromRom, COutputStream& stream, bo
     CByteBuffer bytes;
     CBufferWriter writer(bytes);
     {
-        CLockScope scope(bankLock_);
+        CAction action(*this);  // a step of the history that is under way comes to its end first
         if (!fromRom) {
             captureCurrent();
         }

@@ -225,11 +225,14 @@ CError* CAudioParamRegistry::acquirePreset(bool fromRom, int32_t index, int32_t 
                                            bool isPacked) {
     CAudioPreset preset(id_ + ":");
     {
-        CLockScope scope(bankLock_);
+        CAction action(*this);  // a step of the history that is under way comes to its end first
         const CAudioPresetBank& bank = fromRom ? rom_ : session_;
         if (index < -1 || index >= bank.count() || (index == -1 && fromRom && bank.count() == 0)) {
             TARV_FAIL("@tarvstr_CAudioParamRegistry_acquirePreset_PresetIndexError Invalid preset index %1 specified.",
                       CString::fromInt(index));
+        }
+        if (index < 0 && !fromRom && isMaster_) {
+            nameCurrent();
         }
         if (bank.count() > 0) {
             preset.copyFrom(bank.preset(index < 0 ? bank.selectedIndex() : index));

@@ -70,14 +70,22 @@ void CAudioParamUndo::addStep(std::unique_ptr<CAudioParamUndoStep> step, bool is
     if (step->isEmpty()) {
         return;
     }
-    bool isOther = false;
-    if (isLocked) {
-        isOther = addUnderLock(std::move(step));
-    } else {
+    {
         CLockScope scope(lock_);
-        isOther = addUnderLock(std::move(step));
+        isUntold_ = addUnderLock(std::move(step)) || isUntold_;
     }
-    if (isOther) {
+    if (!isLocked) {
+        tellIfChanged();
+    }
+}
+
+void CAudioParamUndo::tellIfChanged() {
+    bool isChanged = false;
+    {
+        CLockScope scope(lock_);
+        isChanged = std::exchange(isUntold_, false);
+    }
+    if (isChanged) {
         historyChanged();
     }
 }
@@ -210,12 +218,9 @@ CArray<CString, 4> CAudioParamUndo::getStepLabels(int32_t* position) const {
 }
 
 void CAudioParamUndo::swapList(CAudioParamUndoList& other) {
-    {
-        CLockScope scope(lock_);
-        closeRecord();
-        list_.swap(other);
-    }
-    historyChanged();
+    closeRecord();
+    list_.swap(other);
+    isUntold_ = true;
 }
 
 }  // namespace tarv

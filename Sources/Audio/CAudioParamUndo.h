@@ -76,7 +76,7 @@ public:
 
     /// Takes a finished step over: an empty one is dropped, one of the gesture before it merged. Steps that could have
     /// been redone are gone. While a record is under construction the step becomes a part of it. `isLocked`: the caller
-    /// holds lock().
+    /// holds lock(), and calls tellIfChanged when it has left it.
     void addStep(std::unique_ptr<CAudioParamUndoStep> step, bool isLocked = false);
     /// Opens a record: what is added until endRecord is one step, with this label. A record that is open is ended.
     void beginRecord(std::unique_ptr<CAudioParamUndoStep> record);
@@ -90,13 +90,15 @@ public:
 
     /// Labels from the pseudo step on, and the position among them.
     CArray<CString, 4> getStepLabels(int32_t* position = nullptr) const;
-    /// Exchanges the list with another one. A record under construction is ended first.
+    /// Exchanges the list with another one. A record under construction is ended first. The caller holds lock(), and
+    /// calls tellIfChanged when it has left it.
     void swapList(CAudioParamUndoList& other);
+    /// Tells of what was done under a caller's lock. Outside all locks.
+    void tellIfChanged();
     CLock& lock() const { return lock_; }
 
 protected:
-    /// The list or the position changed. On the thread that did it; the lock is held only if that thread's caller holds
-    /// it. Whoever is told must not wait for another thread.
+    /// The list or the position changed. On the thread that did it, outside all locks.
     virtual void historyChanged();
 
 private:
@@ -119,6 +121,7 @@ private:
     mutable CLock lock_;
     CAudioParamUndoList list_;
     std::unique_ptr<CAudioParamUndoStep> record_;
+    bool isUntold_ = false;
 };
 
 }  // namespace tarv

@@ -19,6 +19,7 @@ CAudioParamRegistry::CAction::~CAction() {
             registry_.undo_->addStep(std::move(step_), true);
         }
         registry_.undo_->lock().leave();
+        registry_.undo_->tellIfChanged();
     }
     for (CAudioParam* param : touched_) {
         param->tellAll();
