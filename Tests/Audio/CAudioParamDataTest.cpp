@@ -197,5 +197,36 @@ TEST_F(ParamData, WithinTheRoomReservedChangesAndCopiesDoNotAllocate) {
     EXPECT_EQ(copy.value(7, 15), 1.0);
 }
 
+TEST_F(ParamData, TwoValuesAreTheSameWhenTheirGroupsHoldTheSameBitsOrTexts) {
+    CAudioParamData other = data_["seven"];
+    EXPECT_TRUE(other.isSame(data_["seven"]));
+    apply("seven", 1, 0, {100});
+    EXPECT_FALSE(other.isSame(data_["seven"]));
+    EXPECT_FALSE(data_["seven"].isSame(other));
+    apply("seven", 1, 0, {}, true);
+    EXPECT_TRUE(data_["seven"].isSame(other)) << "a group that holds nothing is as one that is not there";
+    apply("flat", 0, 0, {0.0});
+    CAudioParamData zero = data_["flat"];
+    apply("flat", 0, 0, {-0.0});
+    EXPECT_FALSE(zero.isSame(data_["flat"]));
+    CAudioParamData names = data_["names"];
+    CAudioParamData pool;
+    apply("names", 0, 0, {static_cast<double>(pool.addString("L"))}, false, &pool);
+    EXPECT_TRUE(names.isSame(data_["names"])) << "of texts their ids do not count";
+    apply("names", 0, 0, {static_cast<double>(pool.addString("x"))}, false, &pool);
+    EXPECT_FALSE(names.isSame(data_["names"]));
+}
+
+TEST_F(ParamData, OneGroupAloneIsAValueWithThatGroupFirst) {
+    apply("seven", 2, 0, {1, 2, 3}, true);
+    const CAudioParamData only = data_["seven"].onlyGroup(2, tree_.info("seven"));
+    EXPECT_EQ(only.groupCount(), 1);
+    EXPECT_EQ(groupOf(only, 0), (std::vector<double>{1, 2, 3}));
+    EXPECT_EQ(data_["seven"].onlyGroup(5, tree_.info("seven")).elementCount(0), 0);
+    const CAudioParamData names = data_["names"].onlyGroup(0, tree_.info("names"));
+    EXPECT_EQ(names.text(0, 5), "LFE");
+    EXPECT_EQ(names.stringCount(), 8);
+}
+
 }  // namespace
 }  // namespace tarv

@@ -192,5 +192,54 @@ TEST_F(ParamStorage, EveryCutOfARecordFails) {
     EXPECT_EQ(load("names", record, data), "");
 }
 
+TEST_F(ParamStorage, TextsAreNumberedAnewFromOneInTheOrderOfTheirElements) {
+    const std::string scattered = CRecord()
+                                      .text("audio.names")
+                                      .words({1, 1, 1, 2, 3, 40, 1})
+                                      .text("a")
+                                      .words({7, 1})
+                                      .text("b")
+                                      .words({900, 1})
+                                      .text("c")
+                                      .words({2, 900, 7, 1, 40})
+                                      .bytes();
+    CAudioParamData data;
+    ASSERT_EQ(load("names", scattered, data), "");
+    EXPECT_EQ(save("names", data), CRecord()
+                                       .text("audio.names")
+                                       .words({1, 1, 1, 2, 3, 1, 1})
+                                       .text("c")
+                                       .words({2, 1})
+                                       .text("b")
+                                       .words({3, 1})
+                                       .text("a")
+                                       .words({2, 1, 2, 1, 3})
+                                       .bytes());
+}
+
+TEST_F(ParamStorage, OnlyAnotherVersionOrFormatIsForeign) {
+    const struct {
+        const char* name;
+        std::string bytes;
+        bool isForeign;
+    } kRecords[] = {
+        {"version", CRecord().text("x").words({2}).bytes(), true},
+        {"element size", CRecord().text("x").words({1, 2, 0, 0}).bytes(), true},
+        {"data type", CRecord().text("x").words({1, 1, 1, 0}).bytes(), true},
+        {"cut", CRecord().text("x").words({1, 1}).bytes(), false},
+        {"group count", CRecord().text("x").words({1, 1, 0, 0xffffffff}).bytes(), false},
+        {"good", CRecord().text("x").words({1, 1, 0, 0}).bytes(), false},
+    };
+    for (const auto& row : kRecords) {
+        CAudioParamData data;
+        bool isForeign = !row.isForeign;
+        CMemoryReader reader(row.bytes.data(), static_cast<uint32_t>(row.bytes.size()));
+        const std::string failure =
+            consumed(CAudioParamStorage::load(reader, tree_.info("gains"), data, nullptr, &isForeign));
+        EXPECT_EQ(isForeign, row.isForeign) << row.name;
+        EXPECT_EQ(failure.empty(), std::string(row.name) == "good") << row.name;
+    }
+}
+
 }  // namespace
 }  // namespace tarv
