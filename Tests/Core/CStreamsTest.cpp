@@ -171,5 +171,51 @@ TEST(CMemoryWriteBuffer, WritesAnywhereInItsChain) {
     EXPECT_NE(messageOf(target.setPosition(size + 1)), "");
 }
 
+TEST(Streams, BytesAreReadBehindWhatTheBufferHolds) {
+    const CByteBuffer source = bytesOf("abcdef");
+    CMemoryReader reader = readerOf(source);
+    CByteBuffer buffer = bytesOf("x");
+    EXPECT_GOOD(reader.readBytes(buffer, 2));
+    EXPECT_GOOD(reader.readBytes(buffer, 0));
+    EXPECT_GOOD(reader.readBytes(buffer, 4));
+    EXPECT_EQ(textOf(buffer), "xabcdef");
+}
+
+TEST(Streams, BytesThatTheSourceCannotFillLeaveTheBufferAsLongAsItWas) {
+    const CByteBuffer source = bytesOf("abcdef");
+    for (const uint32_t count : {7u, 1u << 20, 0x7fffffffu, 0xffffffffu}) {
+        CMemoryReader reader = readerOf(source);
+        CByteBuffer buffer = bytesOf("x");
+        EXPECT_NE(messageOf(reader.readBytes(buffer, count)), "") << count;
+        EXPECT_EQ(textOf(buffer), "x") << count;
+        EXPECT_LE(buffer.capacity(), (1 << 16) + 1) << count;
+    }
+}
+
+TEST(Streams, TheBytesOfAStringComeAsTheyStand) {
+    CByteBuffer bytes = bytesOf("former");
+    const CByteBuffer invalid = storedString(3, "\xff\x80z");
+    CMemoryReader reader = readerOf(invalid);
+    EXPECT_GOOD(reader.readStringBytes(bytes));
+    EXPECT_EQ(textOf(bytes), "\xff\x80z");
+    const CByteBuffer negative = storedString(0xffffffff, "z");
+    CMemoryReader second = readerOf(negative);
+    EXPECT_GOOD(second.readStringBytes(bytes));
+    EXPECT_EQ(bytes.count(), 0);
+    const CByteBuffer tooLong = storedString(61441, std::string(61441, 'a'));
+    CMemoryReader third = readerOf(tooLong);
+    EXPECT_EQ(messageOf(third.readStringBytes(bytes)), "String length 61441 too long in readString().");
+}
+
+TEST(Streams, ABufferWriterAppends) {
+    CByteBuffer buffer = bytesOf("a");
+    CBufferWriter writer(buffer);
+    EXPECT_GOOD(writer.write("bc", 2));
+    EXPECT_GOOD(writer.writeValue(0x64656667));
+    EXPECT_EQ(textOf(buffer), "abcgfed");
+    EXPECT_EQ(messageOf(writer.write("x", -1)), "Unable to write -1 bytes behind 7.");
+    EXPECT_EQ(textOf(buffer), "abcgfed");
+}
+
 }  // namespace
 }  // namespace tarv
