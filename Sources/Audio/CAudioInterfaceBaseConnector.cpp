@@ -1,58 +1,89 @@
 #include "Audio/CAudioInterfaceBaseConnector.h"
 
+#include "Audio/CAudioInterfaceBase.h"
+
 namespace tarv {
 
-namespace {
-
-/// Types of the messages from a client are below this one.
-constexpr uint32_t kFirstBaseMessage = 29;
-
-}  // namespace
+void CAudioInterfaceBaseConnector::setBase(CAudioInterfaceBase* base) {
+    CLockScope scope(callLock_);
+    base_ = base;
+}
 
 CError* CAudioInterfaceBaseConnector::processClientData(CInputStream& stream) {
+    CLockScope scope(callLock_);
     if (!base_) {
         TARV_FAIL("@tarvstr_CAudioInterfaceBaseConnector_processClientData_NoBase No base object defined.");
     }
-    uint32_t type = 0;
-    TARV_TRY(stream.readValue(type));
-    if (type >= kFirstBaseMessage) {
-        TARV_FAIL("@tarvstr_CAudioInterfaceBaseConnector_processClientData_InvalidType Invalid data type %1.",
-                  CString::fromInt(type));
-    }
+    TARV_TRY(base_->processMessage(stream));
     return nullptr;
+}
+
+CAudioInterfaceBaseConnectorVST::~CAudioInterfaceBaseConnectorVST() {
+    CLockScope scope(callLock());
+    CLockScope setScope(setLock_);
+    for (const CClient& client : clients_) {
+        client.end->onBaseGone();
+    }
 }
 
 CError* CAudioInterfaceBaseConnectorVST::sendToClient(int32_t clientId, const CByteBuffer& buffer) {
-    // Held while the clients read, so that none goes in the middle of its message; the lock is recursive.
-    CLockScope scope(lock_);
-    const CArray<CClient, 4> clients = clients_;
-    for (const CClient& client : clients) {
+    CError* failure = nullptr;
+    // Held while the clients take their copies, so that none goes in the middle of its message.
+    CLockScope scope(setLock_);
+    for (const CClient& client : clients_) {
         if (clientId == -1 || clientId == client.id) {
             CMemoryReader reader(buffer.data(), static_cast<uint32_t>(buffer.count()));
-            TARV_TRY(client.end->onProcessBaseData(reader));
+            CError* error = client.end->onProcessBaseData(reader);
+            if (failure) {
+                TARV_CONSUME(error);
+            } else {
+                failure = error;
+            }
         }
     }
+    TARV_TRY(failure);
     return nullptr;
 }
 
+CClientList CAudioInterfaceBaseConnectorVST::clients() const {
+    CLockScope scope(setLock_);
+    CClientList ids;
+    for (const CClient& client : clients_) {
+        ids.append(client.id);
+    }
+    return ids;
+}
+
 int32_t CAudioInterfaceBaseConnectorVST::addClient(CAudioInterfaceClientEnd& client) {
-    CLockScope scope(lock_);
-    clients_.append({nextId_, &client});
-    return nextId_++;
+    CLockScope callScope(callLock());
+    CLockScope scope(setLock_);
+    int32_t id = 0;
+    while (id < clients_.count() && clients_[id].id == id) {
+        ++id;
+    }
+    if (id == kClientLimit) {
+        return -1;
+    }
+    clients_.insert(id, {id, &client});
+    return id;
 }
 
 void CAudioInterfaceBaseConnectorVST::removeClient(CAudioInterfaceClientEnd& client) {
-    CLockScope scope(lock_);
-    for (int32_t i = clients_.count() - 1; i >= 0; --i) {
-        if (clients_[i].end == &client) {
-            clients_.removeAt(i);
+    // Over both steps, so that nobody gets the number before what belonged to it has gone.
+    CLockScope callScope(callLock());
+    int32_t id = -1;
+    {
+        CLockScope scope(setLock_);
+        for (int32_t i = clients_.count() - 1; i >= 0; --i) {
+            if (clients_[i].end == &client) {
+                id = clients_[i].id;
+                clients_.removeAt(i);
+            }
         }
     }
-}
-
-int32_t CAudioInterfaceBaseConnectorVST::clientCount() const {
-    CLockScope scope(lock_);
-    return clients_.count();
+    if (id >= 0 && base()) {
+        base()->clientGone(id);
+    }
 }
 
 }  // namespace tarv

@@ -7,49 +7,66 @@ namespace tarv {
 
 class CAudioInterfaceBase;
 
-/// Moves the bytes between the engine's interface object and its clients.
+/// Numbers of connected clients.
+using CClientList = CArray<int32_t, 4>;
+
+/// Moves the bytes between the engine's interface object and its clients. Any thread but the audio thread's blocks.
 class CAudioInterfaceBaseConnector : public CObject {
 public:
-    /// Delivers a buffer to one client, or with -1 to every one.
+    /// Delivers a message to one client, or with -1 to every one. A client that has gone is no failure; of several
+    /// failures the first is passed on when all clients were served.
     [[nodiscard]] virtual CError* sendToClient(int32_t clientId, const CByteBuffer& buffer) = 0;
-    /// Takes a client's message. Fails while there is no base object.
+    /// Takes one message of a client, under the call lock. Fails while there is no base object.
     [[nodiscard]] virtual CError* processClientData(CInputStream& stream);
+    /// The clients that are connected now.
+    virtual CClientList clients() const = 0;
 
-    void setBase(CAudioInterfaceBase* base) { base_ = base; }
+    /// Waits for a message that is being processed.
+    void setBase(CAudioInterfaceBase* base);
     CAudioInterfaceBase* base() const { return base_; }
+    /// Serialises the messages of the clients, and their coming and going. Nothing that hears of changes takes it.
+    CLock& callLock() const { return callLock_; }
 
 private:
+    mutable CLock callLock_;
     CAudioInterfaceBase* base_ = nullptr;
 };
 
 /// A client's end, in the same process.
 class CAudioInterfaceClientEnd {
 public:
+    /// One message, on the thread that sends it and with the set of clients locked: keeps a copy and returns at once.
     [[nodiscard]] virtual CError* onProcessBaseData(CInputStream& stream) = 0;
+    /// The connector goes; on its thread.
+    virtual void onBaseGone() {}
 
 protected:
     ~CAudioInterfaceClientEnd() = default;
 };
 
 /// The connector inside one process (`audio:interface-base-connector-vst`): passes buffers directly. The set of clients
-/// is guarded by its lock; clients may come and go on any thread. Not there yet: the engine's own reading of messages.
+/// is guarded by a lock under which nothing is called but the clients' ends; clients may come and go on any thread.
 class CAudioInterfaceBaseConnectorVST : public CAudioInterfaceBaseConnector {
 public:
+    ~CAudioInterfaceBaseConnectorVST() override;
     [[nodiscard]] CError* sendToClient(int32_t clientId, const CByteBuffer& buffer) override;
+    CClientList clients() const override;
 
-    /// Adds a client and gives its id, counted from 0.
+    /// Adds a client and gives its number, the lowest that is free, or -1 if all 65536 are taken.
     int32_t addClient(CAudioInterfaceClientEnd& client);
+    /// Takes a client out, and with it all that it had asked for. After the return nothing comes any more.
     void removeClient(CAudioInterfaceClientEnd& client);
-    int32_t clientCount() const;
+    int32_t clientCount() const { return clients().count(); }
 
 private:
     struct CClient {
         int32_t id;
         CAudioInterfaceClientEnd* end;
     };
-    mutable CLock lock_;
-    CArray<CClient, 4> clients_;
-    int32_t nextId_ = 0;
+    static constexpr int32_t kClientLimit = 65536;
+
+    mutable CLock setLock_;
+    CArray<CClient, 4> clients_;  // in the order of the numbers
 };
 
 }  // namespace tarv

@@ -73,6 +73,9 @@ public:
     /// User side: sets a text and posts the change. Only of a string parameter.
     void setText(int32_t group, int32_t element, const CString& text, const CAudioParamListener* origin = nullptr);
 
+    /// Tells the listeners that values of a group, or with CAudioParamData::kAllGroups of all, were set. Outside all
+    /// locks.
+    void tell(int32_t group, int32_t first, int32_t count) { notifyListeners(group, first, count, nullptr); }
     /// Tells the listeners that values of every group may have changed. Outside all locks.
     void tellAll();
     void addListener(CAudioParamListener& listener);

@@ -54,6 +54,9 @@ public:
     /// parameter and one whose shape does not fit are dropped. Listeners but `origin` hear of a queued change.
     void postChange(CAudioParam& param, CAudioParamChange* change, bool queued, double time,
                     const CAudioParamListener* origin = nullptr);
+    /// As a queued postChange at time 0, but listeners are not told: the caller, who may hold locks now, calls
+    /// CAudioParam::tell when it holds none. Tells whether the change was carried out.
+    bool postUntold(CAudioParam& param, CAudioParamChange* change);
     /// A whole value in place of the present one, as part of something larger.
     struct CAssignment {
         CAudioParam* param = nullptr;

@@ -72,6 +72,11 @@ void CAudioParamCollector::postChange(CAudioParam& param, CAudioParamChange* cha
     }
 }
 
+bool CAudioParamCollector::postUntold(CAudioParam& param, CAudioParamChange* change) {
+    CLockScope scope(param.lock_);
+    return postUnderLock(param, change, 0.0);
+}
+
 bool CAudioParamCollector::assign(const CAssignment& assignment, CAudioParamData* before, CAudioParamData* after) {
     CAudioParam& param = *assignment.param;
     const CAudioParamData& data = assignment.data;

@@ -66,6 +66,8 @@ CError* CAudioWrapper::init() {
     TARV_TRY(findRequiredObjects());
     TARV_TRY(createProcesses());
     TARV_TRY(createGlobalParams());
+    interfaceBase_->setGroupCount(groupCount_);
+    interfaceBase_->setInternalChannelCount(channelCount_);
     for (int32_t i = 0; i < extParamList_->count(); ++i) {
         auto* bridge = new CExtParamBridge(*this, i);
         extParamBridges_.append(bridge);

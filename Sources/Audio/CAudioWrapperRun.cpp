@@ -83,7 +83,7 @@ void CAudioWrapper::resume() {
     if (inputCount_ != graph_.hostInputs || outputCount_ != graph_.hostOutputs) {
         graph_.hostInputs = inputCount_;
         graph_.hostOutputs = outputCount_;
-        TARV_CONSUME(interfaceBase_->notify("update-io-channel-counts"));
+        interfaceBase_->setIoCounts(inputCount_, outputCount_, 0);
     }
     // Also when the audio thread has found it out already: it leaves the values that users read alone.
     setOffline(hostProcessLevel() == kOfflineLevel);

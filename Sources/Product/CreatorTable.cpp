@@ -7,6 +7,8 @@
 #include "Audio/CAudioExtParam.h"
 #include "Audio/CAudioInterfaceBase.h"
 #include "Audio/CAudioInterfaceBaseConnector.h"
+#include "Audio/CAudioInterfaceClient.h"
+#include "Audio/CAudioInterfaceClientConnector.h"
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamDef.h"
 #include "Audio/CAudioParamRegistry.h"
@@ -80,6 +82,9 @@ const CCreatorRow kCreatorRows[] = {
     {"audio:fltgen-serial-item", &createObject<CAudioFilterSerialGenItem>, nullptr},
     {"audio:interface-base", &createObject<CAudioInterfaceBase>, nullptr},
     {"audio:interface-base-connector-vst", &createObject<CAudioInterfaceBaseConnectorVST>, nullptr},
+    {"audio:interface-client", &createObject<CAudioInterfaceClient>, nullptr},
+    {"audio:interface-client-connector-vst", &createObject<CAudioInterfaceClientConnectorVST>,
+     &CAudioInterfaceClientConnector::initClass},
     {"audio:modBypass", &createObject<CModBypassDef>, nullptr},
     {"audio:modDecimator", &createObject<CModDecimatorDef>, nullptr},
     {"audio:modDenorm", &createObject<CModDenormDef>, nullptr},

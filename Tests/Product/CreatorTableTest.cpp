@@ -10,16 +10,9 @@ namespace tarv {
 
 namespace {
 
-/// Tags whose classes come with the editor, its messages and timers.
-constexpr const char* kNotYet[] = {"audio:interface-client",
-                                   "audio:interface-client-connector-vst",
-                                   "core:timer",
-                                   "brushset",
-                                   "font",
-                                   "imageset",
-                                   "palette",
-                                   "ui:view",
-                                   "ui:control-surface"};
+/// Tags whose classes come with the editor's views and timers.
+constexpr const char* kNotYet[] = {"core:timer", "brushset",          "font", "imageset", "palette",
+                                   "ui:view",    "ui:control-surface"};
 
 bool isPlainByPurpose(const CObject* object) {
     for (const char* tag : kNotYet) {

@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "Audio/CAudioWrapper.h"
 #include "Core/CApplication.h"
 #include "Product/CreatorTable.h"
 #include "Product/ResourceTable.h"
@@ -21,6 +23,15 @@ struct CObjectRow {
     const char* name;
     const char* tag;
     std::vector<CAttributeRow> attributes;
+};
+
+/// An instance with no host around it.
+class CHostlessInstance : public CAudioWrapper {
+public:
+    int32_t hostProcessLevel() override { return 0; }
+    bool hostTempo(double&) override { return false; }
+    void hostIoChanged() override {}
+    void hostParamChanged(int32_t, double) override {}
 };
 
 /// The application with the product's own classes and resources.
@@ -52,6 +63,26 @@ protected:
         return plugin;
     }
 
+    /// The tree of an open editor, as the library embeds it, of the instance that this makes when first asked for.
+    std::unique_ptr<CObject> makeEditor() {
+        if (!instance_) {
+            instance_ = std::make_unique<CHostlessInstance>();
+            CError* error = instance_->init();
+            EXPECT_FALSE(error) << error->joined().toUtf8();
+            delete error;
+        }
+        CObject* root = nullptr;
+        CError* error = CApplication::initRootObject(root);
+        EXPECT_FALSE(error);
+        error = root->setAttribute("PluginRootPtrVar", CAttributeValue::fromPointer(instance_->instanceRoot()));
+        EXPECT_FALSE(error);
+        error = root->loadFromResource("UserInterface.xml", true);
+        EXPECT_FALSE(error) << error->joined().toUtf8();
+        delete error;
+        return std::unique_ptr<CObject>(root);
+    }
+    CHostlessInstance& instance() { return *instance_; }
+
     static void expectObject(const CObject* object, const CObjectRow& row) {
         ASSERT_TRUE(object) << row.name;
         EXPECT_EQ(object->name().toUtf8(), row.name);
@@ -66,6 +97,7 @@ protected:
     }
 
 private:
+    std::unique_ptr<CHostlessInstance> instance_;
     CObject* root_ = nullptr;
 };
 

@@ -108,13 +108,9 @@ TEST_F(ProductResources, HoldWhatTheGraphicsObjectsName) {
 }
 
 TEST_F(ProductResources, LetAnEditorsRootLoad) {
-    CObject* root = nullptr;
-    ASSERT_FALSE(CApplication::initRootObject(root));
-    CError* error = root->loadFromResource("UserInterface.xml", true);
-    EXPECT_FALSE(error) << error->joined().toUtf8();
+    const auto root = makeEditor();
     ASSERT_TRUE(root->findChild("ui"));
     EXPECT_EQ(root->findChild("ui")->tag().toUtf8(), "ui:ui-event-bridge");
-    delete root;
 }
 
 TEST_F(ProductResources, AndVersionResourceTellOneProduct) {

@@ -48,15 +48,6 @@ protected:
         CGlobalData::instance().reset();
         CLocalData::instance().reset();
     }
-    static std::unique_ptr<CObject> makeEditor() {
-        CObject* root = nullptr;
-        CError* error = CApplication::initRootObject(root);
-        EXPECT_FALSE(error);
-        error = root->loadFromResource("UserInterface.xml", true);
-        EXPECT_FALSE(error) << error->joined().toUtf8();
-        delete error;
-        return std::unique_ptr<CObject>(root);
-    }
     static CObject* at(const CObject& root, const std::string& path) { return root.findObject(path.c_str()); }
 };
 

@@ -1,0 +1,222 @@
+// The editor's end as an editor has it: what comes, in which order, and on whose thread.
+
+#include <atomic>
+#include <thread>
+
+#include "Tests/System/EditorTest.h"
+
+namespace tarv {
+namespace {
+
+using engine::kGains;
+using engine::kMute;
+using engine::kOutGain;
+
+class EditorClient : public CEditorTest {};
+
+TEST_F(EditorClient, BeginsWithTheFullStateAndTheNamesOfTheGroups) {
+    EXPECT_EQ(client_->engineState().registries.count(), 0);
+    pumpEvents();
+    EXPECT_EQ(client_->engineState().registries.count(), 2);
+    EXPECT_EQ(client_->engineState().counts.groups, instance_->groupCount());
+    EXPECT_EQ(client_->groupName(0), CString("1"));
+    param(kGroupNamesParam).setText(0, 1, "Drums");
+    pumpEvents();
+    EXPECT_EQ(client_->groupName(1), CString("Drums"));
+    param(kGroupNamesParam).setText(0, 1, "");
+    pumpEvents();
+    EXPECT_EQ(client_->groupName(1), CString("2"));
+    EXPECT_EQ(client_->groupName(100), CString("101"));
+}
+
+TEST_F(EditorClient, ValuesComeAndGo) {
+    CParamEar ear;
+    EXPECT_EQ(firstLine(client_->addParamListener(kGains, ear)), "");
+    EXPECT_EQ(client_->paramInfo(ear), nullptr);
+    pumpEvents();
+    ASSERT_EQ(ear.changes.size(), 1u);
+    EXPECT_EQ(ear.changes[0].group, CAudioParamData::kAllGroups);
+    ASSERT_TRUE(client_->paramInfo(ear));
+    EXPECT_EQ(client_->paramInfo(ear)->definitionPath(), param(kGains).info().definitionPath());
+    const double numbers[] = {2.0, 0.5};
+    EXPECT_EQ(firstLine(client_->setNumbers(kGains, 1, 2, numbers, 2)), "");
+    EXPECT_EQ(param(kGains).value(1, 3), 0.5);
+    EXPECT_EQ(ear.changes.size(), 1u);
+    pumpEvents();
+    ASSERT_EQ(ear.changes.size(), 2u);
+    EXPECT_EQ(ear.changes[1].group, 1);
+    EXPECT_EQ(ear.changes[1].first, 2);
+    EXPECT_EQ(ear.changes[1].count, 2);
+    EXPECT_EQ(ear.changes[1].value, 2.0);
+    EXPECT_TRUE(client_->paramData(ear)->isSame(param(kGains).userData()));
+    EXPECT_EQ(firstLine(client_->setNumbers(kGains, 1, 0, numbers, 1, 1, {}, true)), "");
+    pumpEvents();
+    EXPECT_TRUE(client_->paramData(ear)->isSame(param(kGains).userData()));
+    EXPECT_EQ(client_->paramData(ear)->elementCount(1), 1);
+}
+
+TEST_F(EditorClient, TextsComeAndGo) {
+    CParamEar ear;
+    EXPECT_EQ(firstLine(client_->addParamListener(kInNamesParam, ear)), "");
+    CTextList names;
+    names.append("Bass");
+    EXPECT_EQ(firstLine(client_->setTexts(kInNamesParam, 0, 1, names)), "");
+    pumpEvents();
+    EXPECT_TRUE(client_->paramData(ear)->isSame(param(kInNamesParam).userData()));
+    EXPECT_EQ(client_->paramData(ear)->text(0, 1), CString("Bass"));
+}
+
+TEST_F(EditorClient, WhatIsSentIsPostedAlsoOnTheEditorsOwnThreadAndOnlyOnce) {
+    CParamEar ear;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    pumpEvents();
+    for (const double value : {0.5, 0.6, 0.7}) {
+        param(kOutGain).setValue(0, 0, value);
+    }
+    EXPECT_EQ(ear.changes.size(), 1u);
+    EXPECT_EQ(clientConnector_->pendingCount(), 3);
+    EXPECT_EQ(pumpEvents(), 1);
+    ASSERT_EQ(ear.changes.size(), 4u);
+    EXPECT_EQ(ear.changes[1].value, 0.5);
+    EXPECT_EQ(ear.changes[3].value, 0.7);
+    EXPECT_EQ(pumpEvents(), 0);
+}
+
+TEST_F(EditorClient, WhatAListenerSetsIsHeardBehindWhatWasAlreadyThere) {
+    CParamEar ear;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    pumpEvents();
+    int rounds = 0;
+    ear.onChange = [&] {
+        if (++rounds == 1) {
+            const double value = 0.9;
+            EXPECT_EQ(firstLine(client_->setNumbers(kOutGain, 0, 0, &value, 1)), "");
+            // A loop of events inside a listener reads nothing out of turn.
+            pumpEvents();
+            EXPECT_EQ(rounds, 1);
+        }
+    };
+    param(kOutGain).setValue(0, 0, 0.5);
+    param(kOutGain).setValue(0, 0, 0.6);
+    pumpEvents();
+    ASSERT_EQ(ear.changes.size(), 4u);
+    EXPECT_EQ(ear.changes[2].value, 0.6);
+    EXPECT_EQ(ear.changes[3].value, 0.9);
+}
+
+TEST_F(EditorClient, RegistriesTellWhatChanged) {
+    CRegistryEar ear;
+    EXPECT_EQ(firstLine(client_->addRegistryListener(kRegistry, ear)), "");
+    EXPECT_EQ(firstLine(client_->setProgram(kRegistry, 2)), "");
+    EXPECT_EQ(firstLine(client_->renameProgram(kRegistry, 2, "Mine")), "");
+    EXPECT_EQ(firstLine(client_->swapAB(kRegistry)), "");
+    pumpEvents();
+    ASSERT_GE(ear.states.size(), 4u);
+    EXPECT_EQ(ear.states[0].currentProgram, 0);
+    EXPECT_EQ(ear.states.back().currentProgram, 2);
+    EXPECT_EQ(ear.states.back().programs[2], CString("Mine"));
+    EXPECT_EQ(ear.alternates, std::vector<bool>{true});
+    EXPECT_EQ(client_->engineState().registries[1].currentProgram, 2);
+}
+
+TEST_F(EditorClient, PresetsAndBanksTravelAsData) {
+    CRegistryEar ear;
+    const double half = 0.5;
+    EXPECT_EQ(firstLine(client_->setNumbers(kOutGain, 0, 0, &half, 1)), "");
+    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, ear)), "");
+    pumpEvents();
+    ASSERT_FALSE(ear.data.isEmpty());
+    EXPECT_EQ(firstLine(client_->masterReset(kRegistry)), "");
+    EXPECT_EQ(param(kOutGain).value(0, 0), 1.0);
+    EXPECT_EQ(firstLine(client_->activateData(kRegistry, ear.data)), "");
+    EXPECT_EQ(param(kOutGain).value(0, 0), 0.5);
+    ear.data.clear();
+    EXPECT_EQ(firstLine(client_->acquireBank(kRegistry, ear, true)), "");
+    pumpEvents();
+    EXPECT_EQ(firstLine(client_->activateData(kRegistry, ear.data)), "");
+    EXPECT_EQ(firstLine(client_->activateRomPreset(kRegistry, 1)), "");
+    EXPECT_EQ(labels().back(), "ROM preset activate");
+    EXPECT_EQ(firstLine(client_->copyToAlternate(kRegistry)), "");
+    EXPECT_EQ(firstLine(client_->resetState(kRegistry)), "");
+    EXPECT_NE(firstLine(client_->activateRomPreset(kRegistry, 100)), "");
+}
+
+TEST_F(EditorClient, GesturesAndTheHistory) {
+    EXPECT_EQ(firstLine(client_->beginStep("Both")), "");
+    const double half = 0.5;
+    const double one = 1.0;
+    EXPECT_EQ(firstLine(client_->setNumbers(kOutGain, 0, 0, &half, 1)), "");
+    EXPECT_EQ(firstLine(client_->setNumbers(kMute, 0, 0, &one, 1)), "");
+    EXPECT_EQ(firstLine(client_->endStep()), "");
+    EXPECT_EQ(firstLine(client_->setNumbers(kOutGain, 0, 0, &one, 1, 1, {false, {}, -1})), "");
+    pumpEvents();
+    ASSERT_EQ(client_->engineState().history.labels.count(), 2);
+    EXPECT_EQ(client_->engineState().history.labels[1], CString("Both"));
+    EXPECT_EQ(firstLine(client_->undo()), "");
+    EXPECT_EQ(param(kMute).value(0, 0), 0.0);
+    EXPECT_EQ(firstLine(client_->redo()), "");
+    EXPECT_EQ(param(kMute).value(0, 0), 1.0);
+    EXPECT_EQ(firstLine(client_->selectStep(0)), "");
+    pumpEvents();
+    EXPECT_EQ(client_->engineState().history.position, 0);
+}
+
+TEST_F(EditorClient, RateCountsAndBoundValues) {
+    uint32_t id = 0;
+    EXPECT_EQ(firstLine(client_->bindValue("io-channel-counts", 2, id)), "");
+    instance_->start(48000.0, 2, 4);
+    EXPECT_EQ(firstLine(client_->requestCounts()), "");
+    pumpEvents();
+    EXPECT_EQ(client_->engineState().sampleRate, 48000.0);
+    EXPECT_EQ(client_->engineState().counts.outputs, 4);
+    EXPECT_EQ(client_->boundValue(id, 0), 2.0);
+    EXPECT_EQ(client_->boundValue(id, 1), 4.0);
+    EXPECT_EQ(client_->boundValue(id, 2), 0.0);
+    EXPECT_EQ(firstLine(client_->unbindValue(id)), "");
+    EXPECT_EQ(client_->boundValue(id, 0), 0.0);
+}
+
+TEST_F(EditorClient, TwoEditorsHaveTheLowestFreeNumbersAndHearEachOther) {
+    EXPECT_EQ(clientConnector_->clientId(), 0);
+    auto second = makeRoot();
+    ASSERT_EQ(firstLine(loadTree(*second, nodes())), "");
+    auto* other = second->findObjectOf<CAudioInterfaceClient>("ui.client");
+    EXPECT_EQ(second->findObjectOf<CAudioInterfaceClientConnector>("ui.connector")->clientId(), 1);
+    CByteBuffer bytes;
+    bytes.append(42);
+    EXPECT_EQ(firstLine(client_->passData(bytes)), "");
+    pumpEvents();
+    ASSERT_EQ(other->passedData().count(), 1);
+    EXPECT_TRUE(client_->passedData().isEmpty());
+    editor_.reset();
+    open();
+    EXPECT_EQ(clientConnector_->clientId(), 0);
+}
+
+TEST_F(EditorClient, ChangesOfAnotherThreadAreHeardOnTheEditorsInOrder) {
+    CParamEar ear;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    pumpEvents();
+    const std::thread::id editorThread = std::this_thread::get_id();
+    ear.onChange = [&] { EXPECT_EQ(std::this_thread::get_id(), editorThread); };
+    constexpr int32_t kCount = 2000;
+    std::atomic<bool> isDone{false};
+    std::thread host([&] {
+        for (int32_t i = 1; i <= kCount; ++i) {
+            param(kOutGain).setValue(0, 0, 0.5 + i * 1e-4);
+        }
+        isDone = true;
+    });
+    while (!isDone) {
+        pumpEvents();
+    }
+    host.join();
+    pumpEvents();
+    ASSERT_EQ(ear.changes.size(), static_cast<size_t>(kCount) + 1);
+    for (size_t i = 2; i < ear.changes.size(); ++i) {
+        EXPECT_GT(ear.changes[i].value, ear.changes[i - 1].value);
+    }
+}
+
+}  // namespace
+}  // namespace tarv

@@ -1,0 +1,130 @@
+// Editors, listeners and engines that go, and what is missing from the start.
+
+#include "Tests/System/EditorTest.h"
+
+namespace tarv {
+namespace {
+
+using engine::kOutGain;
+
+class EditorLife : public CEditorTest {};
+
+TEST_F(EditorLife, AListenerThatDiesOrLeavesIsUnsubscribed) {
+    {
+        CParamEar ear;
+        EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+        param(kOutGain).setValue(0, 0, 0.5);
+    }
+    pumpEvents();
+    param(kOutGain).setValue(0, 0, 0.6);
+    EXPECT_EQ(clientConnector_->pendingCount(), 0);
+    CRegistryEar registryEar;
+    EXPECT_EQ(firstLine(client_->addRegistryListener(kRegistry, registryEar)), "");
+    client_->removeListener(registryEar);
+    EXPECT_EQ(registryEar.client(), nullptr);
+    pumpEvents();
+    registry().selectProgram(1);
+    pumpEvents();
+    EXPECT_TRUE(registryEar.states.empty());
+}
+
+TEST_F(EditorLife, AListenerMayCloseTheEditor) {
+    CParamEar ear;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    pumpEvents();
+    ear.onChange = [&] { editor_.reset(); };
+    param(kOutGain).setValue(0, 0, 0.5);
+    param(kOutGain).setValue(0, 0, 0.6);
+    pumpEvents();
+    EXPECT_EQ(ear.changes.size(), 2u);
+    EXPECT_EQ(ear.client(), nullptr);
+    EXPECT_EQ(connector_->clientCount(), 0);
+    param(kOutGain).setValue(0, 0, 0.7);
+}
+
+TEST_F(EditorLife, AnEditorThatClosesLeavesNothingBehind) {
+    CParamEar ear;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    EXPECT_EQ(firstLine(client_->beginStep("Half")), "");
+    const double half = 0.5;
+    EXPECT_EQ(firstLine(client_->setNumbers(kOutGain, 0, 0, &half, 1)), "");
+    editor_.reset();
+    EXPECT_EQ(connector_->clientCount(), 0);
+    EXPECT_EQ(ear.client(), nullptr);
+    EXPECT_EQ(labels().back(), "Half");
+    param(kOutGain).setValue(0, 0, 0.6);
+    EXPECT_EQ(pumpEvents(), 0);
+    EXPECT_TRUE(ear.changes.empty());
+}
+
+TEST_F(EditorLife, AnEngineThatGoesIsToldToTheListeners) {
+    CParamEar paramEar;
+    CRegistryEar registryEar;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, paramEar)), "");
+    EXPECT_EQ(firstLine(client_->addRegistryListener(kRegistry, registryEar)), "");
+    pumpEvents();
+    // The application goes with the last instance: the editor's tree needs it.
+    CError* error = nullptr;
+    std::unique_ptr<CPlainInstance> keeper(CPlainInstance::create(error));
+    instance_.reset();
+    pumpEvents();
+    EXPECT_EQ(paramEar.gone, 1);
+    EXPECT_EQ(registryEar.gone, 1);
+    EXPECT_EQ(firstLine(client_->undo()), "No base connector defined.");
+    editor_.reset();
+    EXPECT_EQ(paramEar.client(), nullptr);
+}
+
+TEST_F(EditorLife, WhenNobodyReadsAllIsAskedForAnew) {
+    CParamEar ear;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    pumpEvents();
+    for (int32_t i = 0; i <= CAudioInterfaceClientConnector::kQueueLimit; ++i) {
+        param(kOutGain).setValue(0, 0, 0.5 + i * 1e-6);
+    }
+    EXPECT_EQ(clientConnector_->pendingCount(), 1);
+    pumpEvents();
+    EXPECT_EQ(ear.changes.back().group, CAudioParamData::kAllGroups);
+    EXPECT_TRUE(client_->paramData(ear)->isSame(param(kOutGain).userData()));
+}
+
+TEST_F(EditorLife, ADamagedMessageIsDroppedAndTheOthersAreRead) {
+    CParamEar ear;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    pumpEvents();
+    param(kOutGain).setValue(0, 0, 0.5);
+    CByteBuffer damaged;
+    damaged.append(40);
+    EXPECT_EQ(firstLine(connector_->sendToClient(clientConnector_->clientId(), damaged)), "");
+    param(kOutGain).setValue(0, 0, 0.6);
+    pumpEvents();
+    EXPECT_EQ(ear.changes.size(), 3u);
+    CByteBuffer unknown;
+    delete packMessage(unknown, uint32_t{40});
+    CMemoryReader reader(unknown.data(), 4);
+    EXPECT_EQ(firstLine(client_->processMessage(reader)), "Invalid data type 40.");
+}
+
+TEST_F(EditorLife, AConnectorWithoutAClientSaysSo) {
+    delete editor_->findObject("ui.client");
+    CByteBuffer message;
+    delete packMessage(message, kGroupCount, kNoRequest, int32_t{1});
+    EXPECT_EQ(firstLine(connector_->sendToClient(0, message)), "No client object defined.");
+}
+
+TEST_F(EditorLife, EachMissingObjectFailsWithItsMessage) {
+    auto root = makeRoot(false);
+    EXPECT_EQ(firstLine(loadTree(*root, nodes())), "'PluginRootPtrVar' variable not defined!");
+    root = makeRoot();
+    EXPECT_EQ(firstLine(loadTree(*root, nodes(kGroupNamesParam, "plugin.audio-env"))),
+              "Invalid base connector 'plugin.audio-env' specified.");
+    root = makeRoot();
+    EXPECT_EQ(firstLine(loadTree(*root, nodes(kGroupNamesParam, "plugin.interface-base-connector", "ui.nowhere"))),
+              "No client connector 'ui.nowhere' found.");
+    EXPECT_EQ(connector_->clientCount(), 2);
+    root.reset();
+    EXPECT_EQ(connector_->clientCount(), 1);
+}
+
+}  // namespace
+}  // namespace tarv

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <functional>
+
+#include "Audio/CAudioInterfaceClient.h"
+#include "Audio/CAudioInterfaceClientConnector.h"
+#include "Core/CApplication.h"
+#include "Platform/Posix/EventQueue.h"
+#include "Tests/Core/TreeBuilder.h"
+#include "Tests/System/MessageTest.h"
+
+namespace tarv {
+
+inline std::string firstLine(CError* error) {
+    const std::string text = error ? error->lines()[0]->toUtf8() : std::string();
+    delete error;
+    return text;
+}
+
+struct CChange {
+    int32_t group;
+    int32_t first;
+    int32_t count;
+    double value;
+};
+
+struct CParamEar : CAudioInterfaceParamListener {
+    void onParamChanged(const CAudioParamData& data, int32_t group, int32_t first, int32_t count) override {
+        changes.push_back({group, first, count, data.value(group == CAudioParamData::kAllGroups ? 0 : group, first)});
+        if (onChange)
+            onChange();
+    }
+    void onParamGone() override { ++gone; }
+    std::vector<CChange> changes;
+    std::function<void()> onChange;
+    int gone = 0;
+};
+
+struct CRegistryEar : CAudioInterfaceRegistryListener {
+    void onRegistryChanged(const CInterfaceRegistryState& state) override { states.push_back(state); }
+    void onAlternateChanged(bool isAlternate) override { alternates.push_back(isAlternate); }
+    void onDataAcquired(const CByteBuffer& bytes) override { data = bytes; }
+    void onRegistryGone() override { ++gone; }
+    std::vector<CInterfaceRegistryState> states;
+    std::vector<bool> alternates;
+    CByteBuffer data;
+    int gone = 0;
+};
+
+/// An editor's tree of its own, on this thread, beside the instance.
+class CEditorTest : public CMessageTest {
+protected:
+    CEditorTest() { open(); }
+
+    static std::vector<CTestNode> nodes(const char* groupNames = kGroupNamesParam,
+                                        const char* baseConnector = "plugin.interface-base-connector",
+                                        const char* clientConnector = "ui.connector") {
+        return {{"ui:ui-event-bridge",
+                 "ui",
+                 {},
+                 {{"audio:interface-client-connector-vst", "connector", {{"base-connector", baseConnector}}},
+                  {"audio:interface-client",
+                   "client",
+                   {{"client-connector", clientConnector}, {"group-names-param", groupNames}}}}}};
+    }
+    std::unique_ptr<CObject> makeRoot(bool withPlugin = true) {
+        CObject* root = nullptr;
+        EXPECT_EQ(firstLine(CApplication::initRootObject(root)), "");
+        if (withPlugin) {
+            delete root->setAttribute("PluginRootPtrVar", CAttributeValue::fromPointer(instance_->instanceRoot()));
+        }
+        return std::unique_ptr<CObject>(root);
+    }
+    void open() {
+        editor_ = makeRoot();
+        ASSERT_EQ(firstLine(loadTree(*editor_, nodes())), "");
+        client_ = editor_->findObjectOf<CAudioInterfaceClient>("ui.client");
+        clientConnector_ = editor_->findObjectOf<CAudioInterfaceClientConnectorVST>("ui.connector");
+    }
+
+    std::unique_ptr<CObject> editor_;
+    CAudioInterfaceClient* client_ = nullptr;
+    CAudioInterfaceClientConnectorVST* clientConnector_ = nullptr;
+};
+
+}  // namespace tarv
