@@ -147,8 +147,9 @@ void CAudioInterfaceBase::CRegistryListener::remove(uint32_t id) {
 }
 
 void CAudioInterfaceBase::CRegistryListener::send(uint32_t id) {
-    CLockScope scope(lock_);
+    // Asked before the lock is taken: it takes the link's lock, with which notifications come.
     const CAudioParamRegistry* found = registry();
+    CLockScope scope(lock_);
     if (!found || ids_.isEmpty()) {
         return;
     }

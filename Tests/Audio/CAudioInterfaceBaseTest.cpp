@@ -139,6 +139,49 @@ TEST(InterfaceBaseConnector, AClientThatWentIsNoFailure) {
     EXPECT_EQ(consumed(connector.sendToClient(-1, wordBuffer(7))), "");
 }
 
+TEST(InterfaceBaseConnector, ANewClientGetsTheLowestNumberThatIsFree) {
+    CAudioInterfaceBaseConnectorVST connector;
+    CClientStub clients[4];
+    for (int32_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(connector.addClient(clients[i]), i);
+    }
+    connector.removeClient(clients[1]);
+    connector.removeClient(clients[0]);
+    EXPECT_EQ(connector.addClient(clients[3]), 0);
+    EXPECT_EQ(connector.addClient(clients[0]), 1);
+    EXPECT_EQ(connector.addClient(clients[1]), 3);
+    EXPECT_EQ(connector.clientCount(), 4);
+    connector.removeClient(clients[2]);
+    connector.removeClient(clients[2]);
+    const CClientList left = connector.clients();
+    EXPECT_EQ(std::vector<int32_t>(left.begin(), left.end()), (std::vector<int32_t>{0, 1, 3}));
+}
+
+TEST(InterfaceBaseConnector, AFailingClientDoesNotKeepTheMessageFromTheOthers) {
+    CAudioInterfaceBaseConnectorVST connector;
+    struct CFailing : CAudioInterfaceClientEnd {
+        CError* onProcessBaseData(CInputStream&) override { return addErrorLocation(nullptr, "x", 1, {}, "@x no"); }
+    } failing[2];
+    CClientStub good;
+    connector.addClient(failing[0]);
+    connector.addClient(good);
+    connector.addClient(failing[1]);
+    EXPECT_EQ(consumed(connector.sendToClient(-1, wordBuffer(7))).substr(0, 2), "no");
+    EXPECT_EQ(good.words, std::vector<uint32_t>{7});
+}
+
+TEST(InterfaceBaseConnector, TellsItsClientsWhenItGoes) {
+    struct CLeft : CClientStub {
+        void onBaseGone() override { ++gone; }
+        int gone = 0;
+    } client;
+    {
+        CAudioInterfaceBaseConnectorVST connector;
+        connector.addClient(client);
+    }
+    EXPECT_EQ(client.gone, 1);
+}
+
 TEST(InterfaceBaseConnector, MessagesNeedABaseAndATypeOfAClient) {
     CTestApplication application(creators(), sharedTree());
     auto root = application.makeRoot(children());

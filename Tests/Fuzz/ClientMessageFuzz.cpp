@@ -8,6 +8,7 @@
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamRegistry.h"
 #include "CPlainInstance.h"
+#include "Core/CApplicationData.h"
 #include "Tests/Audio/MessageClient.h"
 #include "Tests/Fuzz/FuzzTools.h"
 
@@ -18,6 +19,8 @@ namespace {
 class CEngine {
 public:
     CEngine() {
+        CGlobalData::instance().setFileAccess(false);
+        CLocalData::instance().setFileAccess(false);
         CError* error = nullptr;
         instance_.reset(CPlainInstance::create(error));
         mustSucceed(error);

@@ -126,6 +126,8 @@ TEST_F(MessageThreads, ClientsOnTwoThreadsAHostAndAudioGoTogether) {
     std::thread host([&] {
         for (int32_t i = 0; !isDone; ++i) {
             hostParams().setParameter(1 + i % 16, (i % 10) / 10.0);
+            if (i % 20 == 0)
+                registry().selectProgram(i / 20 % 3);
         }
     });
     const auto edit = [&] {
