@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <vector>
 
 #include "Audio/CAudioWrapper.h"
@@ -26,7 +27,8 @@ public:
 
     int32_t processLevel = 0;
     int32_t ioChanges = 0;
-    int32_t paramChanges = 0;
+    /// Hosts' threads and editors' may change at once.
+    std::atomic<int32_t> paramChanges{0};
 
 private:
     int32_t outputs_ = 2;
