@@ -8,13 +8,13 @@
 #include "Audio/CAudioGlobalParam.h"
 #include "Audio/CAudioInterfaceBase.h"
 #include "Audio/CAudioParamCollector.h"
-#include "Audio/CAudioParamRegistry.h"
 #include "Audio/CAudioProcessBase.h"
 #include "Audio/CAudioVizCollector.h"
 #include "Audio/Processes/CModNode.h"
 #include "Audio/Processes/CQPLEXContextObject.h"
 #include "Core/CApplication.h"
 #include "Core/CApplicationData.h"
+#include "Core/CompressedBlock.h"
 
 namespace tarv {
 
@@ -248,6 +248,41 @@ int32_t CAudioWrapper::readOversamplingLevel() {
     bool isNumber = false;
     const int32_t level = CString::toInt(CGlobalData::instance().readText("oversampling-level", "1"), &isNumber);
     return isNumber ? level : 1;
+}
+
+CError* CAudioWrapper::getState(CByteBuffer& chunk, bool isProgram) {
+    CByteBuffer stream;
+    CBufferWriter writer(stream);
+    TARV_TRY(isProgram ? paramRegistry_->acquirePreset(false, -1, -1, writer, false)
+                       : paramRegistry_->acquireBank(false, writer, false));
+    CByteBuffer packed;
+    CBufferWriter packedWriter(packed);
+    TARV_TRY(packedWriter.writeCompressedData(stream, isProgram ? kPresetBlockId : kBankBlockId));
+    chunk = std::move(packed);
+    return nullptr;
+}
+
+CError* CAudioWrapper::setState(const void* data, int64_t size, bool isProgram, bool checkHeader) {
+    const uint32_t id = isProgram ? kPresetBlockId : kBankBlockId;
+    if (checkHeader && size <= kChunkPrefix) {
+        return nullptr;
+    }
+    if (size < 0 || size > UINT32_MAX) {
+        TARV_FAIL("@tarvstr_CAudioWrapper_setState_InvalidSize Invalid chunk size %1.", CString::fromInt(size));
+    }
+    CMemoryReader reader(data, static_cast<uint32_t>(size));
+    if (checkHeader) {
+        uint32_t first = 0;
+        TARV_TRY(reader.readValue(first));
+        TARV_TRY(reader.setPosition(first == id ? 0 : kChunkPrefix));
+    }
+    CByteBuffer bytes;
+    TARV_TRY(reader.readCompressedData(bytes, id));
+    CMemoryReader stream(bytes.data(), static_cast<uint32_t>(bytes.count()));
+    const CPresetRequest request{-1, true, false};
+    TARV_TRY(isProgram ? paramRegistry_->activatePreset(stream, request)
+                       : paramRegistry_->activateBank(stream, request));
+    return nullptr;
 }
 
 bool CAudioWrapper::isActive() const {

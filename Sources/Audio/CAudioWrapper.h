@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "Audio/CAudioGraph.h"
+#include "Audio/CAudioParamRegistry.h"
 #include "Core/CObject.h"
 
 namespace tarv {
@@ -14,7 +15,6 @@ class CAudioGlobalParam;
 class CAudioInterfaceBase;
 class CAudioParam;
 class CAudioParamCollector;
-class CAudioParamRegistry;
 class CAudioProcessBase;
 class CAudioProcessDefBase;
 class CAudioVizCollector;
@@ -27,6 +27,18 @@ class CQPLEXContextObject;
 /// user-interface thread; the environment's lock guards the active flag, the sample rate and the block size.
 class CAudioWrapper : public CCheckedObject {
 public:
+    /// Bytes of a prefix that a host may keep before a chunk, and of a chunk that is too short to be one.
+    static constexpr int64_t kChunkPrefix = 16;
+
+    /// Tells a method of its owner, `void T::method(CCheckedObject* sender)`, that the current program, its name or the
+    /// bank changed; on the thread that changed it.
+    template <class T>
+    class CProgramChangeBridge : public COwnedBridge<T> {
+    public:
+        using COwnedBridge<T>::COwnedBridge;
+        void subscribe(CAudioParamRegistry& registry) { this->connect(registry, CAudioParamRegistry::kProgramUpdate); }
+    };
+
     /// Frames of the longest run of the graph; a longer host block is cut.
     static constexpr int32_t kMaxSubBlock = 512;
 
@@ -60,6 +72,14 @@ public:
     /// place is allowed. Audio thread.
     void processBlock(const float* const* inputs, float* const* outputs, int32_t frames);
     void processBlock(const double* const* inputs, double* const* outputs, int32_t frames);
+
+    /// The host's chunk: the current program as a compressed block of id 'aprs', or the session bank as one of id
+    /// 'abnk'. All storable and persistent parameters are in it. Any thread but the audio thread.
+    [[nodiscard]] CError* getState(CByteBuffer& chunk, bool isProgram);
+    /// Restores what getState gave. With `checkHeader` a chunk of up to kChunkPrefix bytes does nothing, and the block
+    /// is taken where its id stands: at the first byte or behind a prefix. Not a step of the history. On failure
+    /// nothing changes. Any thread but the audio thread.
+    [[nodiscard]] CError* setState(const void* data, int64_t size, bool isProgram, bool checkHeader);
 
     bool isActive() const;
     /// Latency in host frames, as the graph reported it.

@@ -18,12 +18,12 @@ TEST_F(IdentityTest, TheEffectIsWhatItsProjectSays) {
     EXPECT_EQ(e.magic, vst::kEffectMagic);
     EXPECT_EQ(e.uniqueId, vst::fourCc('T', 'A', 'E', 'Q'));
     EXPECT_EQ(e.numParams, kParamCount);
-    EXPECT_EQ(e.numPrograms, 1);
+    EXPECT_EQ(e.numPrograms, 7);
     EXPECT_EQ(e.numInputs, kChannels);
     EXPECT_EQ(e.numOutputs, kChannels);
     EXPECT_EQ(e.initialDelay, 0);
-    // No editor and no chunks yet.
-    EXPECT_EQ(e.flags, vst::kFlagCanReplacing | vst::kFlagCanDoubleReplacing);
+    // No editor yet.
+    EXPECT_EQ(e.flags, vst::kFlagCanReplacing | vst::kFlagCanDoubleReplacing | vst::kFlagProgramChunks);
     EXPECT_TRUE(e.process && e.processReplacing && e.processDoubleReplacing);
 }
 
@@ -35,17 +35,6 @@ TEST_F(IdentityTest, NamesAndVersion) {
     EXPECT_EQ(host.dispatch(vst::kEffectGetPlugCategory), vst::kCategoryEffect);
     EXPECT_EQ(host.dispatch(vst::kEffectGetVstVersion), 2400);
     EXPECT_EQ(host.dispatch(vst::kEffectIdentify), vst::kIdentity);
-}
-
-TEST_F(IdentityTest, OneProgramNamedDefault) {
-    char text[24] = {};
-    EXPECT_EQ(host.text(vst::kEffectGetProgramName), "Default");
-    EXPECT_EQ(host.dispatch(vst::kEffectGetProgramNameIndexed, 0, 0, text), 1);
-    EXPECT_STREQ(text, "Default");
-    EXPECT_EQ(host.dispatch(vst::kEffectGetProgramNameIndexed, 1, 0, text), 0);
-    EXPECT_EQ(host.dispatch(vst::kEffectGetProgramNameIndexed, -1, 0, text), 0);
-    host.dispatch(vst::kEffectSetProgram, 0, 5);
-    EXPECT_EQ(host.dispatch(vst::kEffectGetProgram), 0);
 }
 
 TEST_F(IdentityTest, EighteenParametersWithNamesUnitsAndTexts) {

@@ -95,6 +95,8 @@ intptr_t CVstHost::answer(int32_t opcode, int32_t index, intptr_t value, void* p
         {vst::kHostAutomate,
          [](CVstHost& h, int32_t i, intptr_t, void*) -> intptr_t { return h.automated.push_back(i), 1; }},
         {vst::kHostIoChanged, [](CVstHost& h, int32_t, intptr_t, void*) -> intptr_t { return ++h.ioChanges, 1; }},
+        {vst::kHostUpdateDisplay,
+         [](CVstHost& h, int32_t, intptr_t, void*) -> intptr_t { return ++h.displayUpdates, 1; }},
         {vst::kHostGetTime, [](CVstHost& h, int32_t, intptr_t wanted, void*) { return h.timeInfo(wanted); }},
         {vst::kHostGetSampleRate,
          [](CVstHost& h, int32_t, intptr_t, void*) { return static_cast<intptr_t>(h.answers.rate); }},
@@ -112,6 +114,17 @@ intptr_t CVstHost::answer(int32_t opcode, int32_t index, intptr_t value, void* p
         }
     }
     return 0;
+}
+
+std::string CVstHost::chunk(bool isProgram) {
+    void* data = nullptr;
+    const intptr_t size = dispatch(vst::kEffectGetChunk, isProgram ? 1 : 0, 0, &data);
+    return data && size > 0 ? std::string(static_cast<const char*>(data), static_cast<size_t>(size)) : std::string();
+}
+
+bool CVstHost::setChunk(const std::string& bytes, bool isProgram) {
+    std::string copy(bytes);
+    return dispatch(vst::kEffectSetChunk, isProgram ? 1 : 0, static_cast<intptr_t>(copy.size()), copy.data()) != 0;
 }
 
 intptr_t CVstHost::timeInfo(intptr_t wanted) {

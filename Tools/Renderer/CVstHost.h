@@ -44,6 +44,13 @@ public:
     /// Number of the parameter with this name, or -1.
     int32_t findParameter(const std::string& name);
 
+    /// The plug-in's state as it gives it: its current program, or the whole bank. Empty when it gives none.
+    std::string chunk(bool isProgram);
+    /// Whether the plug-in took the state.
+    bool setChunk(const std::string& bytes, bool isProgram);
+    int32_t program() { return static_cast<int32_t>(dispatch(vst::kEffectGetProgram)); }
+    void setProgram(int32_t index) { dispatch(vst::kEffectSetProgram, 0, index); }
+
     /// Suspended set-up and back: rate in Hz, the longest block, 0 or 1 for 32- or 64-bit samples.
     void prepare(double rate, int32_t blockSize, int32_t precision);
     void resume() { dispatch(vst::kEffectMainsChanged, 0, 1); }
@@ -59,6 +66,7 @@ public:
     /// Parameters that the plug-in reported as changed by itself.
     std::vector<int32_t> automated;
     int32_t ioChanges = 0;
+    int32_t displayUpdates = 0;
 
 private:
     static intptr_t callback(vst::AEffect* effect, int32_t opcode, int32_t index, intptr_t value, void* ptr, float opt);

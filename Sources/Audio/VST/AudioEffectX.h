@@ -44,6 +44,11 @@ public:
     virtual void setProgram(int32_t) {}
     virtual void setProgramName(const char*) {}
     virtual void getProgramName(char* text) { *text = 0; }
+    /// The chunk of the current program or of the bank in memory that stays valid until the next call of the same kind;
+    /// its size, 0 on failure.
+    virtual int32_t getChunk(void**, bool) { return 0; }
+    /// Nonzero when the chunk was taken.
+    virtual int32_t setChunk(const void*, intptr_t, bool) { return 0; }
     virtual void getParameterLabel(int32_t, char*) {}
     virtual void getParameterDisplay(int32_t, char*) {}
     virtual void getParameterName(int32_t, char*) {}
@@ -89,6 +94,8 @@ protected:
     /// Null when the host has none. Valid until the end of the block.
     const vst::TimeInfo* getTimeInfo(int32_t wantedFlags);
     bool ioChanged() { return callHost(vst::kHostIoChanged) != 0; }
+    /// Tells the host that programs, names or values changed as a whole.
+    bool updateDisplay() { return callHost(vst::kHostUpdateDisplay) != 0; }
     /// Tells the host that the effect itself changed a parameter.
     void setParameterAutomated(int32_t index, float value);
 

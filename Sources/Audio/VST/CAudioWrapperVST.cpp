@@ -6,6 +6,7 @@
 
 #include "Audio/CAudioEnv.h"
 #include "Audio/CAudioExtParam.h"
+#include "Platform/ThreadId.h"
 
 namespace tarv {
 
@@ -15,8 +16,6 @@ constexpr int32_t kManyChannelsVersion = 2300;
 constexpr const char* kTwoChannelProduct = "Sony ACID Pro";
 constexpr const char* kLockedProduct = "WaveLab";
 constexpr const char* kFocusKeepingVendor = "Steinberg";
-constexpr const char* kProgramName = "Default";
-constexpr int32_t kProgramCount = 1;
 
 std::atomic<bool> focusIsTaken{true};
 
@@ -107,6 +106,8 @@ CAudioWrapperVST::CAudioWrapperVST(vst::HostCallback host) : AudioEffectX(host, 
 
 CAudioWrapperVST::~CAudioWrapperVST() {
     setEditor(nullptr);
+    processLock_.reset();
+    programBridge_.disconnect();
     if (isActive()) {
         CAudioWrapper::suspend();
     }
@@ -121,8 +122,9 @@ CError* CAudioWrapperVST::init() {
     askHost();
     setUniqueID(pluginCode());
     setVersion(getVendorVersion());
-    setNumPrograms(kProgramCount);
+    setNumPrograms(paramRegistry()->programCount());
     setNumParams(extParamList()->count());
+    programsAreChunks(true);
     canProcessReplacing(true);
     canDoubleReplacing(true);
     const int32_t channels = isManyChannels_ ? internalChannelCount() : 2;
@@ -130,6 +132,7 @@ CError* CAudioWrapperVST::init() {
     setNumOutputs(channels);
     // Before the first resume a host may process already: all of its outputs are to be silent.
     setChannelCounts(channels, channels);
+    programBridge_.subscribe(*paramRegistry());
     return nullptr;
 }
 
@@ -183,15 +186,72 @@ float CAudioWrapperVST::getParameter(int32_t index) {
     return static_cast<float>(extParamList()->getParameter(index));
 }
 
+/// Stands while the host sets a program or a chunk: what changes then is not told to it again.
+class CAudioWrapperVST::CHostCall {
+public:
+    explicit CHostCall(CAudioWrapperVST& wrapper)
+        : wrapper_(wrapper), before_(wrapper.callingThread_.exchange(currentThreadId())) {}
+    ~CHostCall() { wrapper_.callingThread_.store(before_); }
+    CHostCall(const CHostCall&) = delete;
+    CHostCall& operator=(const CHostCall&) = delete;
+
+private:
+    CAudioWrapperVST& wrapper_;
+    uint64_t before_;
+};
+
+bool CAudioWrapperVST::isHostCalling() const {
+    return callingThread_.load() == currentThreadId();
+}
+
+int32_t CAudioWrapperVST::getProgram() {
+    return paramRegistry()->currentProgram();
+}
+
+void CAudioWrapperVST::setProgram(int32_t index) {
+    CHostCall call(*this);
+    paramRegistry()->selectProgram(index);
+}
+
+void CAudioWrapperVST::setProgramName(const char* text) {
+    CHostCall call(*this);
+    paramRegistry()->renameProgram(paramRegistry()->currentProgram(), CString::fromUtf8(text, std::strlen(text)));
+}
+
+int32_t CAudioWrapperVST::getChunk(void** data, bool isProgram) {
+    CByteBuffer& chunk = isProgram ? programChunk_ : bankChunk_;
+    if (CError* error = getState(chunk, isProgram)) {
+        TARV_CONSUME(error);
+        return 0;
+    }
+    *data = chunk.data();
+    return chunk.count();
+}
+
+int32_t CAudioWrapperVST::setChunk(const void* data, intptr_t size, bool isProgram) {
+    CHostCall call(*this);
+    if (CError* error = setState(data, size, isProgram, true)) {
+        TARV_CONSUME(error);
+        return 0;
+    }
+    return 1;
+}
+
+void CAudioWrapperVST::programChanged(CCheckedObject*) {
+    if (!isHostCalling()) {
+        updateDisplay();
+    }
+}
+
 void CAudioWrapperVST::getProgramName(char* text) {
-    copyText(text, kProgramName, vst::kMaxProgramName);
+    copyText(text, paramRegistry()->programName(paramRegistry()->currentProgram()), vst::kMaxProgramName);
 }
 
 bool CAudioWrapperVST::getProgramNameIndexed(int32_t index, char* text) {
-    if (index < 0 || index >= kProgramCount) {
+    if (index < 0 || index >= paramRegistry()->programCount()) {
         return false;
     }
-    copyText(text, kProgramName, vst::kMaxProgramName);
+    copyText(text, paramRegistry()->programName(index), vst::kMaxProgramName);
     return true;
 }
 
@@ -319,7 +379,9 @@ void CAudioWrapperVST::hostIoChanged() {
 }
 
 void CAudioWrapperVST::hostParamChanged(int32_t index, double normalised) {
-    setParameterAutomated(index, static_cast<float>(normalised));
+    if (!isHostCalling()) {
+        setParameterAutomated(index, static_cast<float>(normalised));
+    }
 }
 
 }  // namespace tarv

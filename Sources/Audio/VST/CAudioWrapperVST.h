@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
 
 #include "Audio/CAudioWrapper.h"
@@ -29,6 +30,12 @@ public:
     void processDoubleReplacing(double** inputs, double** outputs, int32_t frames) override;
     void setParameter(int32_t index, float value) override;
     float getParameter(int32_t index) override;
+    int32_t getProgram() override;
+    /// The current program again, and an index out of range, change nothing.
+    void setProgram(int32_t index) override;
+    void setProgramName(const char* text) override;
+    int32_t getChunk(void** data, bool isProgram) override;
+    int32_t setChunk(const void* data, intptr_t size, bool isProgram) override;
     void getProgramName(char* text) override;
     void getParameterLabel(int32_t index, char* text) override;
     void getParameterDisplay(int32_t index, char* text) override;
@@ -67,8 +74,11 @@ public:
 
 private:
     class CProcessScope;
+    class CHostCall;
 
     void askHost();
+    bool isHostCalling() const;
+    void programChanged(CCheckedObject* sender);
 
     CString hostVendor_;
     CString hostProduct_;
@@ -78,6 +88,11 @@ private:
     CSpeakerLabels inputSpeakers_;
     CSpeakerLabels outputSpeakers_;
     std::unique_ptr<CLock> processLock_;
+    CByteBuffer programChunk_;
+    CByteBuffer bankChunk_;
+    /// The thread in which the host sets a program or a chunk: it knows of what comes of that.
+    std::atomic<uint64_t> callingThread_{0};
+    CProgramChangeBridge<CAudioWrapperVST> programBridge_{this, &CAudioWrapperVST::programChanged};
 };
 
 }  // namespace tarv

@@ -71,6 +71,14 @@ public:
     void setProgram(int32_t program) override { note("setProgram", program); }
     void setProgramName(const char* text) override { log += std::string("setProgramName ") + text; }
     void getProgramName(char* text) override { std::strcpy(text, "program"); }
+    int32_t getChunk(void** data, bool isProgram) override {
+        *data = this;
+        return isProgram ? 11 : 22;
+    }
+    int32_t setChunk(const void*, intptr_t size, bool isProgram) override {
+        note(isProgram ? "program chunk" : "bank chunk", static_cast<int32_t>(size));
+        return 1;
+    }
     void getParameterLabel(int32_t index, char* text) override { write("label", index, text); }
     void getParameterDisplay(int32_t index, char* text) override { write("shown", index, text); }
     void getParameterName(int32_t index, char* text) override { write("name", index, text); }
@@ -146,6 +154,8 @@ TEST_F(AudioEffectXTest, EachOpcodeReachesItsOperation) {
         {12, 0, 1, 0.0f, 0, "resume", ""},
         {12, 0, 0, 0.0f, 0, "suspend", ""},
         {22, 0, 0, 0.0f, 0x4e764566, "", ""},
+        {24, 0, 9, 0.0f, 1, "bank chunk 9", ""},
+        {24, 1, 8, 0.0f, 1, "program chunk 8", ""},
         {26, 4, 0, 0.0f, 1, "", ""},
         {26, 5, 0, 0.0f, 0, "", ""},
         {26, -1, 0, 0.0f, 0, "", ""},
