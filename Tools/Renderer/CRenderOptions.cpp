@@ -86,11 +86,17 @@ constexpr COptionRow kRows[] = {
     {"--set", "NAME=VALUE", &readSetting},
     {"--at", "SECONDS:NAME=VALUE", &readTimedChange},
     {"--oversampling", "Auto, 1x, 2x, 4x or 8x", &readOversampling},
+    {"--load", "a file", [](CRenderOptions& o, const std::string& t) { return !(o.load = t).empty(); }},
+    {"--preset", "a name", [](CRenderOptions& o, const std::string& t) { return !(o.preset = t).empty(); }},
+    {"--save", "a file", [](CRenderOptions& o, const std::string& t) { return !(o.save = t).empty(); }},
+    {"--save-bank", "a file", [](CRenderOptions& o, const std::string& t) { return !(o.saveBank = t).empty(); }},
+    {"--no-audio", nullptr, [](CRenderOptions& o, const std::string&) { return o.isSilent = true; }},
     {"--tail", "seconds", [](CRenderOptions& o, const std::string& t) { return toReal(t, 0.0, 1e6, o.tail); }},
     {"--expect", "seconds", [](CRenderOptions& o, const std::string& t) { return toReal(t, 0.0, 1e9, o.expected); }},
     {"--realtime", nullptr, [](CRenderOptions& o, const std::string&) { return o.isRealtime = true; }},
     {"--progress", nullptr, [](CRenderOptions& o, const std::string&) { return o.isProgress = true; }},
     {"--list", nullptr, [](CRenderOptions& o, const std::string&) { return o.isList = true; }},
+    {"--list-presets", nullptr, [](CRenderOptions& o, const std::string&) { return o.isPresetList = true; }},
     {"--help", nullptr, [](CRenderOptions& o, const std::string&) { return o.isHelp = true; }},
 };
 
@@ -141,6 +147,12 @@ const char* renderHelp() {
            "\n"
            "  --plugin FILE             the effect, if it isn't the first argument\n"
            "  --list                    print what the effect is and its parameters, and stop\n"
+           "  --list-presets            print the programs, and stop\n"
+           "  --load FILE               a state before everything else: a preset, a bank or a host's chunk of either\n"
+           "  --preset NAME             choose a program\n"
+           "  --save FILE               write the current program as it is at the end\n"
+           "  --save-bank FILE          write the bank\n"
+           "  --no-audio                render nothing\n"
            "  --channels N              channels in the stream (2)\n"
            "  --rate HZ                 sample rate (44100)\n"
            "  --block N | random:SEED   frames a block (512), or sizes from 1 to 4096\n"
@@ -156,7 +168,8 @@ const char* renderHelp() {
            "a\n"
            "word (4x, On) is one that the parameter shows.\n"
            "\n"
-           "Exit codes: 0 done, 1 bad command line, 2 no such plug-in, 3 bad parameter or value, 4 input or output.\n";
+           "Exit codes: 0 done, 1 bad command line, 2 no such plug-in, 3 bad parameter, value or state, 4 input or "
+           "output.\n";
 }
 
 }  // namespace tarv::host

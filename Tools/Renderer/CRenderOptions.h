@@ -25,7 +25,13 @@ struct CRenderOptions {
     double tail = 0.0;        ///< seconds of silence behind the input
     double expected = 0.0;    ///< seconds of input that progress counts against, 0 if not known
     bool isRealtime = false;  ///< tells the plug-in that it plays, not that it renders
+    std::string load;         ///< a file with a state: a preset or a bank
+    std::string preset;       ///< name of a program to choose behind that
+    std::string save;         ///< files for the state at the end: the current program, the bank
+    std::string saveBank;
+    bool isSilent = false;  ///< renders nothing: only the state is of interest
     bool isList = false;
+    bool isPresetList = false;
     bool isProgress = false;
     bool isHelp = false;
     std::vector<CRenderChange> settings;  ///< before the first block

@@ -80,6 +80,12 @@ bool CRenderer::resolve(std::string& error) {
     return true;
 }
 
+void CRenderer::applySettings() {
+    for (const CFrameChange& setting : settings_) {
+        host_.setParameter(setting.index, setting.value);
+    }
+}
+
 bool CRenderer::renderAll(std::FILE* input, std::FILE* output, std::string& error) {
     const bool isDouble = options_.precision == 64;
     if (isDouble && !(host_.effect()->flags & vst::kFlagCanDoubleReplacing)) {
@@ -87,9 +93,7 @@ bool CRenderer::renderAll(std::FILE* input, std::FILE* output, std::string& erro
         return false;
     }
     host_.prepare(options_.rate, options_.block, isDouble ? vst::kPrecision64 : vst::kPrecision32);
-    for (const CFrameChange& setting : settings_) {
-        host_.setParameter(setting.index, setting.value);
-    }
+    applySettings();
     random_ = options_.seed;
     host_.resume();
     const double start = now();

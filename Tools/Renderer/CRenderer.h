@@ -23,6 +23,8 @@ public:
 
     /// Turns names and texts into numbers; changes are sorted by frame. False with the reason.
     bool resolve(std::string& error);
+    /// Sets what `resolve` found for the time before the first block.
+    void applySettings();
     /// False when reading or writing fails, with the reason.
     bool renderAll(std::FILE* input, std::FILE* output, std::string& error);
 
@@ -53,6 +55,12 @@ private:
     double shownAt_ = 0.0;
 };
 
+/// Reads `load` and chooses `preset` of the options. False with the reason.
+bool prepareState(CVstHost& host, const CRenderOptions& options, std::string& error);
+/// Writes `save` and `saveBank` of the options. False with the reason.
+bool saveState(CVstHost& host, const CRenderOptions& options, std::string& error);
+/// Prints the programs, the current one marked.
+void printPrograms(CVstHost& host, std::FILE* output);
 /// Prints names, counts and parameters of an effect.
 void printList(CVstHost& host, std::FILE* output);
 

@@ -50,8 +50,11 @@ int main(int argc, char** argv) {
     if (!host.open(library.entry())) {
         return fail(kBadPlugin, options.plugin + " gives no effect");
     }
-    if (options.isList) {
-        printList(host, stdout);
+    if (!prepareState(host, options, error)) {
+        return fail(kBadParameter, error);
+    }
+    if (options.isList || options.isPresetList) {
+        (options.isList ? &printList : &printPrograms)(host, stdout);
         return kDone;
     }
     if (options.channels > host.effect()->numInputs || options.channels > host.effect()->numOutputs) {
@@ -63,8 +66,16 @@ int main(int argc, char** argv) {
     if (!renderer.resolve(error)) {
         return fail(kBadParameter, error);
     }
-    if (!renderer.renderAll(stdin, stdout, error)) {
+    if (options.isSilent) {
+        renderer.applySettings();
+    } else if (!renderer.renderAll(stdin, stdout, error)) {
         return fail(kBadStream, error);
+    }
+    if (!saveState(host, options, error)) {
+        return fail(kBadStream, error);
+    }
+    if (options.isSilent) {
+        return kDone;
     }
     std::fprintf(stderr, "%lld frames, %.3f s of audio in %.3f s: %.1f times real time\n",
                  static_cast<long long>(renderer.frames()), renderer.seconds(), renderer.elapsed(),

@@ -34,6 +34,17 @@ TEST(CRenderOptions, AllOptionsAreRead) {
     EXPECT_TRUE(o.isProgress && o.isRealtime && o.isList && !o.isRandom);
 }
 
+TEST(CRenderOptions, StatesAreNamed) {
+    CRenderOptions o;
+    std::string error;
+    ASSERT_TRUE(parse({"x.so", "--load", "a.cbf", "--preset", "Boom Box", "--save", "b", "--save-bank", "c",
+                       "--no-audio", "--list-presets"},
+                      o, error))
+        << error;
+    EXPECT_EQ(o.load + "|" + o.preset + "|" + o.save + "|" + o.saveBank, "a.cbf|Boom Box|b|c");
+    EXPECT_TRUE(o.isSilent && o.isPresetList && !o.isList);
+}
+
 TEST(CRenderOptions, ThePluginMayStandWithoutItsOption) {
     CRenderOptions o;
     std::string error;
