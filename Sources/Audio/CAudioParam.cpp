@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "Audio/CAudioParamCollector.h"
+#include "Audio/CAudioParamStorage.h"
 
 namespace tarv {
 
@@ -25,6 +26,16 @@ double CAudioParam::value(int32_t group, int32_t element, int32_t index) const {
 CString CAudioParam::text(int32_t group, int32_t element) const {
     CLockScope scope(lock_);
     return userData_.text(group, element);
+}
+
+const CByteBuffer& CAudioParam::storedRecord() const {
+    if (!isRecordCurrent_) {
+        record_.clear();
+        CBufferWriter writer(record_);
+        TARV_CONSUME(CAudioParamStorage::save(writer, info_, userData_));
+        isRecordCurrent_ = true;
+    }
+    return record_;
 }
 
 void CAudioParam::fillElement(CAudioParamChange& change, double value, int32_t index) const {

@@ -60,6 +60,9 @@ public:
     CString text(int32_t group, int32_t element) const;
     /// The user-side store; hold lock() while using it.
     const CAudioParamData& userData() const { return userData_; }
+    /// The user-side value as a stored record, made when it is asked for and kept until the value changes. Hold lock();
+    /// only once defined.
+    const CByteBuffer& storedRecord() const;
     /// The engine-side store (audio side); it lags one round behind the processes' queues. Of a string parameter: hold
     /// lock().
     const CAudioParamData& engineData() const { return engineData_; }
@@ -94,6 +97,8 @@ private:
     std::atomic<bool> defined_{false};
     CAudioParamInfo info_;
     CAudioParamData userData_;
+    mutable CByteBuffer record_;
+    mutable bool isRecordCurrent_ = false;
     CAudioParamData engineData_;
     CAudioParamConsumer* consumers_ = nullptr;
     std::atomic<int32_t> consumerCount_{0};

@@ -27,8 +27,10 @@ public:
     static constexpr const char* kProgramUpdate = "program";
 
     struct CEntry : public CHeapObject {
-        CEntry(const CString& entryKey, CAudioParam& entryParam) : key(entryKey), param(&entryParam) {}
-        CString key;  ///< the full name without the hierarchy
+        CEntry(const CString& entryKey, CAudioParam& entryParam)
+            : key(entryKey), keyBytes(entryKey.toUtf8()), param(&entryParam) {}
+        CString key;           ///< the full name without the hierarchy
+        std::string keyBytes;  ///< as presets hold it
         CAudioParam* param;
     };
 

@@ -18,6 +18,13 @@ constexpr struct {
     const char* formerKey;
 } kFormerKeys[] = {{"plugin.modMain.oversampling", "io-params.oversampling"}};
 
+/// Whether a record is what the parameter holds already, byte for byte.
+bool isPresent(const CAudioPreset::CBytes& record, const CAudioParam& param) {
+    CLockScope scope(param.lock());
+    const CByteBuffer& present = param.storedRecord();
+    return present.count() == record.count && std::equal(present.begin(), present.end(), record.data);
+}
+
 /// A whole value of one text.
 CAudioParamData textValue(const CAudioParamInfo& info, const CString& text) {
     CAudioParamData pool;
@@ -81,7 +88,7 @@ CError* CAudioParamRegistry::decodeEntry(const CAudioPreset& preset, const CEntr
         return nullptr;
     }
     const char* former = formerKey(entry);
-    int32_t index = preset.find(entry.key);
+    int32_t index = preset.find(entry.keyBytes);
     if (index < 0 && former) {
         index = preset.find(former);
     }
@@ -89,6 +96,9 @@ CError* CAudioParamRegistry::decodeEntry(const CAudioPreset& preset, const CEntr
     bool isForeign = index < 0;
     if (index >= 0) {
         isUsed[index] = true;
+        if (request.group < 0 && isPresent(preset.record(index), param)) {
+            return nullptr;
+        }
         TARV_TRY(decodeRecord(preset, index, param.info(), assignment.data, isForeign));
     }
     if (isForeign) {
@@ -139,13 +149,11 @@ void CAudioParamRegistry::capture(CAudioPreset& preset, bool withPersistent) con
         if (!isStored(param, withPersistent)) {
             continue;
         }
-        record.clear();
-        CBufferWriter writer(record);
         {
             CLockScope scope(param.lock());
-            TARV_CONSUME(CAudioParamStorage::save(writer, param.info(), param.userData()));
+            record = param.storedRecord();
         }
-        preset.setRecord(entry->key, record);
+        preset.setRecord(entry->keyBytes, record);
         if (const char* former = formerKey(*entry)) {
             preset.removeRecord(former);
         }
@@ -155,7 +163,7 @@ void CAudioParamRegistry::capture(CAudioPreset& preset, bool withPersistent) con
 void CAudioParamRegistry::extractGroup(CAudioPreset& preset, int32_t group) const {
     CAudioPreset part(preset.name());
     for (const CEntry* entry : entries()) {
-        const int32_t index = preset.find(entry->key);
+        const int32_t index = preset.find(entry->keyBytes);
         if (index < 0 || !entry->param->isDefined() || entry->param->info().isSingleGroup()) {
             continue;
         }
@@ -172,13 +180,14 @@ void CAudioParamRegistry::extractGroup(CAudioPreset& preset, int32_t group) cons
         CByteBuffer record;
         CBufferWriter writer(record);
         TARV_CONSUME(CAudioParamStorage::save(writer, info, data.onlyGroup(group, info)));
-        part.setRecord(entry->key, record);
+        part.setRecord(entry->keyBytes, record);
     }
     preset.take(part);
 }
 
 void CAudioParamRegistry::addNameShown(const CString& displayName, CAssignments& assignments) const {
-    if (nameParam_ && nameParam_->isDefined() && nameParam_->info().isString()) {
+    if (nameParam_ && nameParam_->isDefined() && nameParam_->info().isString() &&
+        nameParam_->text(0, 0) != displayName) {
         assignments.append({nameParam_, textValue(nameParam_->info(), displayName), -1});
     }
 }

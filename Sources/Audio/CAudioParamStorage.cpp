@@ -104,10 +104,12 @@ CError* CAudioParamStorage::loadHead(CInputStream& stream, const CAudioParamInfo
 
 CError* CAudioParamStorage::load(CInputStream& stream, const CAudioParamInfo& info, CAudioParamData& data,
                                  CString* definitionPath, bool* isForeign) {
-    CString path;
+    const uint8_t* path = nullptr;
+    uint32_t pathLength = 0;
+    CByteBuffer room;
     uint32_t groupCount = 0;
     bool isOther = false;
-    TARV_TRY(stream.readString(path));
+    TARV_TRY(stream.viewString(path, pathLength, room));
     CError* error = loadHead(stream, info, groupCount, isOther);
     if (isForeign) {
         *isForeign = isOther;
@@ -125,7 +127,7 @@ CError* CAudioParamStorage::load(CInputStream& stream, const CAudioParamInfo& in
     loaded.strings_.dropUnused();
     data = std::move(loaded);
     if (definitionPath) {
-        *definitionPath = path;
+        *definitionPath = CString::fromUtf8(reinterpret_cast<const char*>(path), pathLength);
     }
     return nullptr;
 }

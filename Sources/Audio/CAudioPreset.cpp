@@ -11,6 +11,9 @@ namespace tarv {
 
 namespace {
 
+/// Room for the keys and records of a preset of the product.
+constexpr int32_t kUsualBytes = 2048;
+
 int compareBytes(const CAudioPreset::CBytes& a, const CAudioPreset::CBytes& b) {
     const int order = std::memcmp(a.data, b.data, static_cast<size_t>(std::min(a.count, b.count)));
     return order != 0 ? order : a.count - b.count;
@@ -65,10 +68,9 @@ int32_t CAudioPreset::placeOf(const CBytes& wanted, bool& isThere) const {
     return first;
 }
 
-int32_t CAudioPreset::find(const CString& wanted) const {
-    const std::string bytes = wanted.toUtf8();
+int32_t CAudioPreset::find(const std::string& wanted) const {
     bool isThere = false;
-    const int32_t place = placeOf(bytesOf(bytes), isThere);
+    const int32_t place = placeOf(bytesOf(wanted), isThere);
     return isThere ? place : -1;
 }
 
@@ -112,17 +114,19 @@ void CAudioPreset::dropWaste() {
     take(compact);
 }
 
-void CAudioPreset::setRecord(const CString& keyText, const CByteBuffer& record) {
-    const std::string key = keyText.toUtf8();
-    CBufferWriter writer(bytes_);
+void CAudioPreset::setRecord(const std::string& key, const CByteBuffer& record) {
+    const int32_t place = find(key);
+    if (place >= 0 && compareBytes(this->record(place), {record.data(), record.count()}) == 0) {
+        return;
+    }
     const CEntry entry{bytes_.count(), static_cast<int32_t>(key.size()), record.count()};
-    TARV_CONSUME(writer.write(key.data(), entry.keyLength));
-    TARV_CONSUME(writer.write(record.data(), entry.recordLength));
+    append(bytesOf(key).data, static_cast<uint32_t>(key.size()));
+    append(record.data(), static_cast<uint32_t>(record.count()));
     enter(entry);
 }
 
-void CAudioPreset::removeRecord(const CString& keyText) {
-    const int32_t place = find(keyText);
+void CAudioPreset::removeRecord(const std::string& key) {
+    const int32_t place = find(key);
     if (place >= 0) {
         waste(entries_[place]);
         entries_.removeAt(place);
@@ -147,10 +151,9 @@ void CAudioPreset::copyFrom(const CAudioPreset& other) {
         return;
     }
     bytes_.clear();
-    CBufferWriter writer(bytes_);
     for (CEntry& entry : entries_) {
         const int32_t start = bytes_.count();
-        TARV_CONSUME(writer.write(other.bytes_.data() + entry.start, entry.keyLength + entry.recordLength));
+        append(other.bytes_.data() + entry.start, static_cast<uint32_t>(entry.keyLength + entry.recordLength));
         entry.start = start;
     }
 }
@@ -162,15 +165,31 @@ void CAudioPreset::take(CAudioPreset& other) {
     waste_ = std::exchange(other.waste_, 0);
 }
 
-CError* CAudioPreset::loadRecord(CInputStream& stream, CByteBuffer& key) {
-    TARV_TRY(stream.readStringBytes(key));
-    uint32_t length = 0;
-    TARV_TRY(stream.readValue(length));
+void CAudioPreset::append(const uint8_t* bytes, uint32_t count) {
     const int32_t start = bytes_.count();
-    CBufferWriter writer(bytes_);
-    TARV_TRY(writer.write(key.data(), key.count()));
-    TARV_TRY(stream.readBytes(bytes_, length));
-    entries_.append({start, key.count(), static_cast<int32_t>(length)});
+    const int32_t end = start + static_cast<int32_t>(count);
+    if (end > bytes_.capacity()) {
+        bytes_.reserve(std::max(end, bytes_.capacity() * 2));
+    }
+    bytes_.resize(end);
+    std::copy_n(bytes, count, bytes_.data() + start);
+}
+
+CError* CAudioPreset::loadRecord(CInputStream& stream, CByteBuffer& room) {
+    const uint8_t* bytes = nullptr;
+    uint32_t keyLength = 0;
+    uint32_t recordLength = 0;
+    const int32_t start = bytes_.count();
+    TARV_TRY(stream.viewString(bytes, keyLength, room));
+    append(bytes, keyLength);
+    TARV_TRY(stream.viewValue(recordLength, room));
+    TARV_TRY(stream.view(bytes, recordLength, room));
+    if (recordLength > static_cast<uint32_t>(INT32_MAX / 2 - bytes_.count())) {
+        TARV_FAIL("@tarvstr_CAudioPreset_load_TooLong Preset too long (record of %1 bytes).",
+                  CString::fromInt(recordLength));
+    }
+    append(bytes, recordLength);
+    entries_.append({start, static_cast<int32_t>(keyLength), static_cast<int32_t>(recordLength)});
     return nullptr;
 }
 
@@ -179,11 +198,16 @@ CError* CAudioPreset::load(CInputStream& stream) {
     uint32_t count = 0;
     TARV_TRY(stream.readString(loaded.name_));
     TARV_TRY(stream.readValue(count));
-    CByteBuffer key;
+    loaded.bytes_.reserve(kUsualBytes);
+    CByteBuffer room;
+    bool isInOrder = true;
     for (int32_t i = 0; i < static_cast<int32_t>(count); ++i) {
-        TARV_TRY(loaded.loadRecord(stream, key));
+        TARV_TRY(loaded.loadRecord(stream, room));
+        isInOrder = isInOrder && (i == 0 || compareBytes(loaded.key(i - 1), loaded.key(i)) < 0);
     }
-    loaded.putInOrder();
+    if (!isInOrder) {
+        loaded.putInOrder();
+    }
     take(loaded);
     return nullptr;
 }

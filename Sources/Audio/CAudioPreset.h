@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "Core/CStreams.h"
 
 namespace tarv {
@@ -31,12 +33,12 @@ public:
     CBytes key(int32_t index) const;
     CBytes record(int32_t index) const;
     CString keyText(int32_t index) const;
-    /// The index of a key, or -1.
-    int32_t find(const CString& key) const;
+    /// The index of a key (UTF-8, as all keys here), or -1.
+    int32_t find(const std::string& key) const;
     /// Sets or replaces the record of a key.
-    void setRecord(const CString& key, const CByteBuffer& record);
+    void setRecord(const std::string& key, const CByteBuffer& record);
     /// Drops the record of a key, if there is one.
-    void removeRecord(const CString& key);
+    void removeRecord(const std::string& key);
     /// Drops all records; the name stays.
     void clear();
     void copyFrom(const CAudioPreset& other);
@@ -65,7 +67,8 @@ private:
     void putInOrder();
     void waste(const CEntry& entry) { waste_ += entry.keyLength + entry.recordLength; }
     void dropWaste();
-    [[nodiscard]] CError* loadRecord(CInputStream& stream, CByteBuffer& key);
+    void append(const uint8_t* bytes, uint32_t count);
+    [[nodiscard]] CError* loadRecord(CInputStream& stream, CByteBuffer& room);
 
     CString name_;
     // All keys and records in one run: a host's chunk holds hundreds of them, and is read and copied as a whole.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <new>
 #include <type_traits>
@@ -157,6 +158,12 @@ void CArray<T, N>::resize(int32_t count) {
     }
     if (count > capacity_) {
         reserve(count);
+    }
+    if constexpr (std::is_trivially_default_constructible_v<T>) {
+        if (count_ < count) {
+            std::fill_n(data_ + count_, count - count_, T());
+            count_ = count;
+        }
     }
     while (count_ < count) {
         new (data_ + count_) T();

@@ -36,6 +36,15 @@ CError* CMemoryReader::readStreamed(void* buffer, int64_t& count) {
     return read(buffer, count);
 }
 
+CError* CMemoryReader::view(const uint8_t*& bytes, uint32_t count, CByteBuffer&) {
+    if (count > size_ - position_) {
+        return read(nullptr, count);  // fails in its own words
+    }
+    bytes = data_ + position_;
+    position_ += count;
+    return nullptr;
+}
+
 CError* CMemoryReader::getPosition(int64_t& position) {
     position = position_;
     return nullptr;

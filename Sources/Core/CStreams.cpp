@@ -57,28 +57,41 @@ CError* CInputStream::readDouble(double& value) {
     return nullptr;
 }
 
-CError* CInputStream::readStringBytes(CByteBuffer& bytes) {
-    bytes.clear();
-    uint32_t stored = 0;
-    TARV_TRY(readValue(stored));
-    const auto length = static_cast<int32_t>(stored);
+CError* CInputStream::view(const uint8_t*& bytes, uint32_t count, CByteBuffer& room) {
+    room.clear();
+    TARV_TRY(readBytes(room, count));
+    bytes = room.data();
+    return nullptr;
+}
+
+CError* CInputStream::viewValue(uint32_t& value, CByteBuffer& room) {
+    const uint8_t* bytes = nullptr;
+    TARV_TRY(view(bytes, sizeof(value), room));
+    value = fromLittleEndian<uint32_t>(bytes);
+    return nullptr;
+}
+
+CError* CInputStream::viewString(const uint8_t*& bytes, uint32_t& count, CByteBuffer& room) {
+    TARV_TRY(viewValue(count, room));
+    const auto length = static_cast<int32_t>(count);
     if (length < 0) {
-        return nullptr;
+        count = 0;
     }
-    if (stored >= kStringLimit) {
+    if (count >= kStringLimit) {
         TARV_FAIL("@tarvstr_CInputStream_readString_TooLong String length %1 too long in readString().",
                   CString::fromInt(length));
     }
-    bytes.resize(length);
-    TARV_TRY(read(bytes.data(), length));
+    TARV_TRY(view(bytes, count, room));
     return nullptr;
 }
 
 CError* CInputStream::readString(CString& text) {
     text = CString();
-    CByteBuffer bytes;
-    TARV_TRY(readStringBytes(bytes));
-    appendUtf8(text, reinterpret_cast<const char*>(bytes.data()), static_cast<size_t>(bytes.count()));
+    CByteBuffer room;
+    const uint8_t* bytes = nullptr;
+    uint32_t count = 0;
+    TARV_TRY(viewString(bytes, count, room));
+    appendUtf8(text, reinterpret_cast<const char*>(bytes), count);
     return nullptr;
 }
 

@@ -21,12 +21,18 @@ public:
     /// Up to `count` bytes; gives the number read, 0 at the end.
     [[nodiscard]] virtual CError* readStreamed(void* buffer, int64_t& count) { return read(buffer, count); }
 
+    /// The next `count` bytes: where they lie, if the source is memory, otherwise read into `room` as readBytes does.
+    /// Valid as long as both.
+    [[nodiscard]] virtual CError* view(const uint8_t*& bytes, uint32_t count, CByteBuffer& room);
+
     [[nodiscard]] CError* readValue(uint32_t& value);
     [[nodiscard]] CError* readDouble(double& value);
     /// Byte count and UTF-8 (see Utf8.h) of at most 61440 bytes. A negative count gives an empty text.
     [[nodiscard]] CError* readString(CString& text);
-    /// The bytes of a string as they stand in the stream, not decoded; they replace what the buffer holds.
-    [[nodiscard]] CError* readStringBytes(CByteBuffer& bytes);
+    /// readValue for those who read many small things; `room` as for view.
+    [[nodiscard]] CError* viewValue(uint32_t& value, CByteBuffer& room);
+    /// The bytes of a string as they stand in the stream, not decoded, as view gives them.
+    [[nodiscard]] CError* viewString(const uint8_t*& bytes, uint32_t& count, CByteBuffer& room);
     /// Exactly `count` bytes behind what the buffer holds. Its room grows with what was really read: a count that the
     /// source can't fill takes no memory.
     [[nodiscard]] CError* readBytes(CByteBuffer& buffer, uint32_t count);
@@ -67,6 +73,7 @@ public:
     [[nodiscard]] CError* consume(int64_t count) override;
     [[nodiscard]] CError* read(void* buffer, int64_t count) override;
     [[nodiscard]] CError* readStreamed(void* buffer, int64_t& count) override;
+    [[nodiscard]] CError* view(const uint8_t*& bytes, uint32_t count, CByteBuffer& room) override;
     [[nodiscard]] CError* getPosition(int64_t& position) override;
     [[nodiscard]] CError* setPosition(int64_t position) override;
     [[nodiscard]] CError* getSize(int64_t& size) override;

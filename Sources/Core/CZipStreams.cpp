@@ -51,7 +51,7 @@ CError* CInputZipStream::open(CInputStream& source) {
         TARV_FAIL("@tarvstr_CInputZipStream_open_InflateInit zlib inflateInit error %1 (%2).", CString::fromInt(result),
                   message);
     }
-    staging_.resize(kStagingBytes);
+    staging_.reserve(kStagingBytes);  // room alone: it is filled by the source
     source_ = &source;
     return nullptr;
 }
@@ -94,14 +94,15 @@ CError* CInputZipStream::inflateSome(uint8_t* target, int64_t& count, bool& isEn
         const bool isSourceAtEnd = zip_->avail_in == 0;
         zip_->next_out = target;
         zip_->avail_out = step;
-        const int result = inflate(zip_, Z_SYNC_FLUSH);
+        // "Finish" lets zlib do without a window where all of the data fits into the target.
+        const int result = inflate(zip_, Z_FINISH);
         count = step - zip_->avail_out;
         isEnded = result == Z_STREAM_END;
         // No progress for want of input is no damage: it is told as the end that it is.
         if (isSourceAtEnd && count == 0 && (result == Z_OK || result == Z_BUF_ERROR)) {
             TARV_FAIL("@tarvstr_CInputZipStream_read_PrematureEnd Premature end of file.");
         }
-        if (result != Z_OK && !isEnded) {
+        if (result != Z_OK && result != Z_BUF_ERROR && !isEnded) {
             TARV_FAIL("@tarvstr_CInputZipStream_read_Inflate zlib inflate error %1 (%2).", CString::fromInt(result),
                       zipMessage(*zip_));
         }
