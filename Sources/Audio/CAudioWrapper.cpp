@@ -282,6 +282,7 @@ CError* CAudioWrapper::setState(const void* data, int64_t size, bool isProgram, 
     const CPresetRequest request{-1, true, false};
     TARV_TRY(isProgram ? paramRegistry_->activatePreset(stream, request)
                        : paramRegistry_->activateBank(stream, request));
+    interfaceBase_->sendState();
     return nullptr;
 }
 

@@ -192,19 +192,58 @@ TEST(Streams, BytesThatTheSourceCannotFillLeaveTheBufferAsLongAsItWas) {
     }
 }
 
+/// Memory behind a face that knows only how to read.
+class CPlainStream : public CInputStream {
+public:
+    explicit CPlainStream(const CByteBuffer& source) : reader_(readerOf(source)) {}
+    CError* consume(int64_t count) override { return reader_.consume(count); }
+    CError* read(void* buffer, int64_t count) override { return reader_.read(buffer, count); }
+
+private:
+    CMemoryReader reader_;
+};
+
+void expectStringBytes(CInputStream& stream, const std::string& expected) {
+    CByteBuffer room = bytesOf("former");
+    const uint8_t* bytes = nullptr;
+    uint32_t count = 0;
+    EXPECT_GOOD(stream.viewString(bytes, count, room));
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes), count), expected);
+}
+
 TEST(Streams, TheBytesOfAStringComeAsTheyStand) {
-    CByteBuffer bytes = bytesOf("former");
-    const CByteBuffer invalid = storedString(3, "\xff\x80z");
-    CMemoryReader reader = readerOf(invalid);
-    EXPECT_GOOD(reader.readStringBytes(bytes));
-    EXPECT_EQ(textOf(bytes), "\xff\x80z");
-    const CByteBuffer negative = storedString(0xffffffff, "z");
-    CMemoryReader second = readerOf(negative);
-    EXPECT_GOOD(second.readStringBytes(bytes));
-    EXPECT_EQ(bytes.count(), 0);
+    for (const auto& [stored, expected] :
+         {std::pair(storedString(3, "\xff\x80z"), std::string("\xff\x80z")), {storedString(0xffffffff, "z"), ""}}) {
+        CMemoryReader memory = readerOf(stored);
+        CPlainStream plain(stored);
+        expectStringBytes(memory, expected);
+        expectStringBytes(plain, expected);
+    }
     const CByteBuffer tooLong = storedString(61441, std::string(61441, 'a'));
-    CMemoryReader third = readerOf(tooLong);
-    EXPECT_EQ(messageOf(third.readStringBytes(bytes)), "String length 61441 too long in readString().");
+    CMemoryReader reader = readerOf(tooLong);
+    CByteBuffer room;
+    const uint8_t* bytes = nullptr;
+    uint32_t count = 0;
+    EXPECT_EQ(messageOf(reader.viewString(bytes, count, room)), "String length 61441 too long in readString().");
+}
+
+TEST(Streams, AViewOfMemoryCopiesNothingAndEndsWithIt) {
+    const CByteBuffer source = bytesOf("abcdef");
+    CMemoryReader reader = readerOf(source);
+    CByteBuffer room;
+    const uint8_t* bytes = nullptr;
+    EXPECT_GOOD(reader.view(bytes, 4, room));
+    EXPECT_EQ(bytes, source.data());
+    EXPECT_EQ(room.count(), 0);
+    EXPECT_EQ(messageOf(reader.view(bytes, 3, room)),
+              "Premature end of memory resource while reading (pos 4, count 3, size 6).");
+    EXPECT_GOOD(reader.view(bytes, 2, room));
+    EXPECT_EQ(bytes, source.data() + 4);
+    CPlainStream plain(source);
+    EXPECT_GOOD(plain.view(bytes, 4, room));
+    EXPECT_EQ(textOf(room), "abcd");
+    EXPECT_NE(messageOf(plain.view(bytes, 0x7fffffff, room)), "");
+    EXPECT_LE(room.capacity(), (1 << 16) + 1);
 }
 
 TEST(Streams, ABufferWriterAppends) {

@@ -6,6 +6,7 @@
 
 #include "Audio/CAudioEnv.h"
 #include "Audio/CAudioExtParam.h"
+#include "Audio/CAudioInterfaceBase.h"
 #include "Platform/ThreadId.h"
 
 namespace tarv {
@@ -287,10 +288,17 @@ bool CAudioWrapperVST::setSpeakerArrangement(const vst::SpeakerArrangement* inpu
     CSpeakerLabels newOutput;
     newInput.assign(*input);
     newOutput.assign(*output);
-    CLockScope scope(env()->lock());
-    std::swap(inputSpeakers_, newInput);
-    std::swap(outputSpeakers_, newOutput);
-    hasSpeakers_ = true;
+    CTextList labels;
+    for (int32_t i = 0; i < newInput.labelCount; ++i) {
+        labels.append(newInput.labels[i]);
+    }
+    {
+        CLockScope scope(env()->lock());
+        std::swap(inputSpeakers_, newInput);
+        std::swap(outputSpeakers_, newOutput);
+        hasSpeakers_ = true;
+    }
+    interfaceBase()->setChannelLabels(labels);
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <string>
 
 #include "Audio/CAudioEnv.h"
 #include "Audio/CAudioExtParam.h"
@@ -22,6 +23,7 @@ struct CHostAnswers {
     float automation = -1.0f;
     int32_t timeRequest = 0;
     int32_t ioChanges = 0;
+    int32_t displayUpdates = 0;
 };
 CHostAnswers answers;
 
@@ -40,6 +42,8 @@ intptr_t answerHost(vst::AEffect*, int32_t opcode, int32_t index, intptr_t value
             return reinterpret_cast<intptr_t>(answers.time);
         case vst::kHostIoChanged:
             return ++answers.ioChanges;
+        case vst::kHostUpdateDisplay:
+            return ++answers.displayUpdates;
         case vst::kHostAutomate:
             answers.automated = index;
             answers.automation = opt;
@@ -156,6 +160,25 @@ TEST_F(CAudioWrapperVSTTest, AChangeFromInsideReachesTheHostsAutomation) {
     answers.automated = -1;
     w.setParameter(3, 0.5f);
     EXPECT_EQ(answers.automated, -1) << "the host knows what it set itself";
+}
+
+TEST_F(CAudioWrapperVSTTest, AProgramFromInsideUpdatesTheDisplayAndOneFromTheHostDoesNot) {
+    CAudioWrapperVST& w = make();
+    EXPECT_EQ(w.paramRegistry()->activateRomPreset(4), nullptr);
+    EXPECT_EQ(answers.displayUpdates, 1);
+    EXPECT_GE(answers.automated, 0);
+    answers.automated = -1;
+    w.setProgram(2);
+    w.setProgramName("Other");
+    void* data = nullptr;
+    const int32_t size = w.getChunk(&data, false);
+    const std::string bank(static_cast<const char*>(data), static_cast<size_t>(size));
+    w.setParameter(1, 0.1f);
+    EXPECT_EQ(w.setChunk(bank.data(), static_cast<intptr_t>(bank.size()), false), 1);
+    EXPECT_EQ(answers.displayUpdates, 1);
+    EXPECT_EQ(answers.automated, -1);
+    w.paramRegistry()->renameProgram(2, "Mine");
+    EXPECT_EQ(answers.displayUpdates, 2);
 }
 
 TEST_F(CAudioWrapperVSTTest, EventsAreAcceptedAlsoWhenThereAreNone) {
