@@ -119,8 +119,8 @@ CByteBuffer wordBuffer(uint32_t word) {
 }
 
 TEST(InterfaceBaseConnector, SendsToOneClientOrToAll) {
+    CClientStub first, second;  // the connector tells its clients when it goes
     CAudioInterfaceBaseConnectorVST connector;
-    CClientStub first, second;
     const int32_t firstId = connector.addClient(first);
     connector.addClient(second);
     EXPECT_EQ(consumed(connector.sendToClient(-1, wordBuffer(7))), "");
@@ -130,8 +130,8 @@ TEST(InterfaceBaseConnector, SendsToOneClientOrToAll) {
 }
 
 TEST(InterfaceBaseConnector, AClientThatWentIsNoFailure) {
-    CAudioInterfaceBaseConnectorVST connector;
     CClientStub client;
+    CAudioInterfaceBaseConnectorVST connector;
     const int32_t id = connector.addClient(client);
     connector.removeClient(client);
     EXPECT_EQ(connector.clientCount(), 0);
@@ -140,8 +140,8 @@ TEST(InterfaceBaseConnector, AClientThatWentIsNoFailure) {
 }
 
 TEST(InterfaceBaseConnector, ANewClientGetsTheLowestNumberThatIsFree) {
-    CAudioInterfaceBaseConnectorVST connector;
     CClientStub clients[4];
+    CAudioInterfaceBaseConnectorVST connector;
     for (int32_t i = 0; i < 3; ++i) {
         EXPECT_EQ(connector.addClient(clients[i]), i);
     }

@@ -50,13 +50,15 @@ TEST_F(MessageThreads, AHundredThousandMessagesLeaveNoMemoryBehind) {
     for (int32_t round = 0; round < 50; ++round) {
         converse(client);
     }
-    const int64_t before = blocksInUse();
-    const uint64_t bytes = CHeap::counters().platformBytes;
+    [[maybe_unused]] const int64_t before = blocksInUse();
+    [[maybe_unused]] const uint64_t bytes = CHeap::counters().platformBytes;
     for (int32_t round = 0; round < 5000; ++round) {
         converse(client);
     }
+#ifndef TARV_SANITIZED  // there the system's heap serves every block, and the leak check looks
     EXPECT_EQ(blocksInUse(), before);
     EXPECT_EQ(CHeap::counters().platformBytes, bytes);
+#endif
 }
 
 TEST_F(MessageThreads, ClientsThatComeAndGoLeaveNoMemoryBehind) {
