@@ -158,11 +158,11 @@ TEST(InterfaceBaseConnector, ANewClientGetsTheLowestNumberThatIsFree) {
 }
 
 TEST(InterfaceBaseConnector, AFailingClientDoesNotKeepTheMessageFromTheOthers) {
-    CAudioInterfaceBaseConnectorVST connector;
     struct CFailing : CAudioInterfaceClientEnd {
         CError* onProcessBaseData(CInputStream&) override { return addErrorLocation(nullptr, "x", 1, {}, "@x no"); }
     } failing[2];
     CClientStub good;
+    CAudioInterfaceBaseConnectorVST connector;
     connector.addClient(failing[0]);
     connector.addClient(good);
     connector.addClient(failing[1]);
