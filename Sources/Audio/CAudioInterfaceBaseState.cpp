@@ -227,6 +227,10 @@ CError* CAudioInterfaceBase::sendFrames() {
 void CAudioInterfaceBase::sendHistory(bool isForced) {
     // From the reading of the list to the handing over of its message, so that the last message tells the last state.
     CLockScope scope(lock());
+    if (connector_->clients().isEmpty()) {
+        lastHistory_.clear();  // who comes is told all of it first
+        return;
+    }
     CInterfaceHistory history;
     history.labels = getStepLabels(&history.position);
     CByteBuffer message;

@@ -50,10 +50,10 @@ public:
 
     /// Reads a preset stream to its end and applies it; in a master it becomes the current preset. On failure, also of
     /// one record's structure, nothing changes; a record of another version or format is left out.
-    [[nodiscard]] CError* activatePreset(CPosInputStream& stream, const CPresetRequest& request = {});
+    [[nodiscard]] CError* activatePreset(CMemoryReader& stream, const CPresetRequest& request = {});
     /// Reads a bank stream to its end, makes it the session bank and applies its current preset: the index stays if it
     /// is in range. Of a master.
-    [[nodiscard]] CError* activateBank(CPosInputStream& stream, const CPresetRequest& request = {});
+    [[nodiscard]] CError* activateBank(CMemoryReader& stream, const CPresetRequest& request = {});
     /// Copies a ROM preset over the current one and applies it. Of a master.
     [[nodiscard]] CError* activateRomPreset(int32_t index);
     /// Writes a preset: of a master a stored one, or with -1 the current state with the name and the unknown records of
@@ -126,12 +126,12 @@ private:
     [[nodiscard]] CError* requirePrefix(const CAudioPreset& preset) const;
     [[nodiscard]] CError* decode(const CAudioPreset& preset, const CPresetRequest& request,
                                  CAssignments& assignments) const;
-    [[nodiscard]] CError* decodeEntry(const CAudioPreset& preset, const CEntry& entry, const CPresetRequest& request,
-                                      CAssignments& assignments, bool* isUsed) const;
-    [[nodiscard]] CError* decodeOthers(const CAudioPreset& preset, const CPresetRequest& request,
+    [[nodiscard]] CError* decodeEntry(CMemoryReader& reader, const CAudioPreset& preset, const CEntry& entry,
+                                      const CPresetRequest& request, CAssignments& assignments, bool* isUsed) const;
+    [[nodiscard]] CError* decodeOthers(CMemoryReader& reader, const CAudioPreset& preset, const CPresetRequest& request,
                                        CAssignments& assignments, const bool* isUsed) const;
-    [[nodiscard]] static CError* decodeRecord(const CAudioPreset& preset, int32_t index, const CAudioParamInfo& info,
-                                              CAudioParamData& data, bool& isForeign);
+    [[nodiscard]] static CError* decodeRecord(CMemoryReader& reader, const CAudioPreset& preset, int32_t index,
+                                              const CAudioParamInfo& info, CAudioParamData& data, bool& isForeign);
     void capture(CAudioPreset& preset, bool withPersistent) const;
     void extractGroup(CAudioPreset& preset, int32_t group) const;
     void addNameShown(const CString& displayName, CAssignments& assignments) const;

@@ -119,8 +119,8 @@ void CAudioParamRegistry::selectProgram(int32_t index) {
     }
     addNameShown(session_.preset(index).displayName(), assignments);
     moveSelection(index);
-    action.assign(assignments);
     action.record(activationLabel(-1), std::make_unique<CSelectDeed>(*this, current, index));
+    action.assign(assignments);
     action.noteProgram();
 }
 
@@ -160,8 +160,8 @@ void CAudioParamRegistry::deleteProgram(int32_t index) {
         addNameShown(next.displayName(), assignments);
     }
     session_.remove(index);
-    action.assign(assignments);
     action.record("Program delete", std::move(deed));
+    action.assign(assignments);
     action.noteProgram();
 }
 
@@ -180,8 +180,8 @@ void CAudioParamRegistry::renameProgram(int32_t index, const CString& displayNam
         deed = std::make_unique<CRenameDeed>(*this, index, session_.preset(index).displayName(), displayName);
     }
     renameSlot(index, displayName);
-    action.assign(assignments);
     action.record("Program name change", std::move(deed));
+    action.assign(assignments);
     action.noteProgram();
 }
 
@@ -199,7 +199,7 @@ void CAudioParamRegistry::replaceProgram(int32_t index) {
     action.noteProgram();
 }
 
-CError* CAudioParamRegistry::activateBank(CPosInputStream& stream, const CPresetRequest& request) {
+CError* CAudioParamRegistry::activateBank(CMemoryReader& stream, const CPresetRequest& request) {
     TARV_TRY(requireMaster(
         "@tarvstr_CAudioParamRegistry_activateBank_NonMasterRegistry Activating bank in a non-master registry is an "
         "error."));
@@ -243,8 +243,8 @@ CError* CAudioParamRegistry::activateRomPreset(int32_t index) {
     TARV_TRY(decode(rom_.preset(index), {}, assignments));
     addNameShown(rom_.preset(index).displayName(), assignments);
     slot().copyFrom(rom_.preset(index));
-    action.assign(assignments);
     action.record("ROM preset activate");
+    action.assign(assignments);
     action.noteProgram();
     return nullptr;
 }

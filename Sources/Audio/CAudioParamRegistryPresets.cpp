@@ -62,10 +62,10 @@ CError* CAudioParamRegistry::requirePrefix(const CAudioPreset& preset) const {
     return nullptr;
 }
 
-CError* CAudioParamRegistry::decodeRecord(const CAudioPreset& preset, int32_t index, const CAudioParamInfo& info,
-                                          CAudioParamData& data, bool& isForeign) {
+CError* CAudioParamRegistry::decodeRecord(CMemoryReader& reader, const CAudioPreset& preset, int32_t index,
+                                          const CAudioParamInfo& info, CAudioParamData& data, bool& isForeign) {
     const CAudioPreset::CBytes record = preset.record(index);
-    CMemoryReader reader(record.data, static_cast<uint32_t>(record.count));
+    reader.open(record.data, static_cast<uint32_t>(record.count));
     CError* error = CAudioParamStorage::load(reader, info, data, nullptr, &isForeign);
     if (isForeign) {
         TARV_CONSUME(error);
@@ -81,8 +81,8 @@ CError* CAudioParamRegistry::decodeRecord(const CAudioPreset& preset, int32_t in
     return nullptr;
 }
 
-CError* CAudioParamRegistry::decodeEntry(const CAudioPreset& preset, const CEntry& entry, const CPresetRequest& request,
-                                         CAssignments& assignments, bool* isUsed) const {
+CError* CAudioParamRegistry::decodeEntry(CMemoryReader& reader, const CAudioPreset& preset, const CEntry& entry,
+                                         const CPresetRequest& request, CAssignments& assignments, bool* isUsed) const {
     const CAudioParam& param = *entry.param;
     if (!isStored(param, request.withPersistent) || (request.group >= 0 && param.info().isSingleGroup())) {
         return nullptr;
@@ -92,14 +92,16 @@ CError* CAudioParamRegistry::decodeEntry(const CAudioPreset& preset, const CEntr
     if (index < 0 && former) {
         index = preset.find(former);
     }
-    CAssignment assignment{entry.param, {}, request.group};
-    bool isForeign = index < 0;
     if (index >= 0) {
         isUsed[index] = true;
         if (request.group < 0 && isPresent(preset.record(index), param)) {
             return nullptr;
         }
-        TARV_TRY(decodeRecord(preset, index, param.info(), assignment.data, isForeign));
+    }
+    CAssignment assignment{entry.param, {}, request.group};
+    bool isForeign = index < 0;
+    if (index >= 0) {
+        TARV_TRY(decodeRecord(reader, preset, index, param.info(), assignment.data, isForeign));
     }
     if (isForeign) {
         if (former || !param.info().isStorable()) {
@@ -112,8 +114,9 @@ CError* CAudioParamRegistry::decodeEntry(const CAudioPreset& preset, const CEntr
 }
 
 // Keys of parameters that lie under the hierarchy and belong to another registry.
-CError* CAudioParamRegistry::decodeOthers(const CAudioPreset& preset, const CPresetRequest& request,
-                                          CAssignments& assignments, const bool* isUsed) const {
+CError* CAudioParamRegistry::decodeOthers(CMemoryReader& reader, const CAudioPreset& preset,
+                                          const CPresetRequest& request, CAssignments& assignments,
+                                          const bool* isUsed) const {
     for (int32_t i = 0; i < preset.recordCount(); ++i) {
         CAudioParam* param = isUsed[i] ? nullptr : collector_->findParam(hierarchy_ + preset.keyText(i));
         if (!param || !isStored(*param, request.withPersistent) ||
@@ -122,7 +125,7 @@ CError* CAudioParamRegistry::decodeOthers(const CAudioPreset& preset, const CPre
         }
         CAssignment assignment{param, {}, request.group};
         bool isForeign = false;
-        TARV_TRY(decodeRecord(preset, i, param->info(), assignment.data, isForeign));
+        TARV_TRY(decodeRecord(reader, preset, i, param->info(), assignment.data, isForeign));
         if (!isForeign) {
             assignments.append(std::move(assignment));
         }
@@ -135,10 +138,11 @@ CError* CAudioParamRegistry::decode(const CAudioPreset& preset, const CPresetReq
     CArray<bool, 32> isUsed;
     isUsed.resize(preset.recordCount());
     assignments.reserve(32);
+    CMemoryReader reader;  // one for all records
     for (const CEntry* entry : entries()) {
-        TARV_TRY(decodeEntry(preset, *entry, request, assignments, isUsed.data()));
+        TARV_TRY(decodeEntry(reader, preset, *entry, request, assignments, isUsed.data()));
     }
-    TARV_TRY(decodeOthers(preset, request, assignments, isUsed.data()));
+    TARV_TRY(decodeOthers(reader, preset, request, assignments, isUsed.data()));
     return nullptr;
 }
 
@@ -162,6 +166,7 @@ void CAudioParamRegistry::capture(CAudioPreset& preset, bool withPersistent) con
 
 void CAudioParamRegistry::extractGroup(CAudioPreset& preset, int32_t group) const {
     CAudioPreset part(preset.name());
+    CMemoryReader reader;
     for (const CEntry* entry : entries()) {
         const int32_t index = preset.find(entry->keyBytes);
         if (index < 0 || !entry->param->isDefined() || entry->param->info().isSingleGroup()) {
@@ -170,7 +175,7 @@ void CAudioParamRegistry::extractGroup(CAudioPreset& preset, int32_t group) cons
         const CAudioParamInfo& info = entry->param->info();
         CAudioParamData data;
         bool isForeign = false;
-        if (CError* error = decodeRecord(preset, index, info, data, isForeign)) {
+        if (CError* error = decodeRecord(reader, preset, index, info, data, isForeign)) {
             TARV_CONSUME(error);
             continue;
         }
@@ -206,7 +211,7 @@ CString CAudioParamRegistry::activationLabel(int32_t group) const {
     return group < 0 ? presetNaming_ + " activate" : presetNaming_ + " (" + groupName(group) + ") activate";
 }
 
-CError* CAudioParamRegistry::activatePreset(CPosInputStream& stream, const CPresetRequest& request) {
+CError* CAudioParamRegistry::activatePreset(CMemoryReader& stream, const CPresetRequest& request) {
     CAudioPreset preset;
     TARV_TRY(preset.load(stream));
     TARV_TRY(expectStreamEnd(stream));
@@ -215,10 +220,10 @@ CError* CAudioParamRegistry::activatePreset(CPosInputStream& stream, const CPres
     TARV_TRY(decode(preset, request, assignments));
     addNameShown(preset.displayName(), assignments);
     CAction action(*this);
-    action.assign(assignments);
     if (request.isRecorded) {
         action.record(activationLabel(request.group));
     }
+    action.assign(assignments);
     if (isMaster_) {
         if (request.group < 0) {
             slot().take(preset);
@@ -268,8 +273,8 @@ void CAudioParamRegistry::resetAll(const CString& label) {
     CAssignments assignments;
     addDefaults(assignments);
     CAction action(*this);
-    action.assign(assignments);
     action.record(label);
+    action.assign(assignments);
 }
 
 void CAudioParamRegistry::masterReset() {

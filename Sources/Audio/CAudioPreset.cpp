@@ -11,9 +11,6 @@ namespace tarv {
 
 namespace {
 
-/// Room for the keys and records of a preset of the product.
-constexpr int32_t kUsualBytes = 2048;
-
 int compareBytes(const CAudioPreset::CBytes& a, const CAudioPreset::CBytes& b) {
     const int order = std::memcmp(a.data, b.data, static_cast<size_t>(std::min(a.count, b.count)));
     return order != 0 ? order : a.count - b.count;
@@ -21,6 +18,12 @@ int compareBytes(const CAudioPreset::CBytes& a, const CAudioPreset::CBytes& b) {
 
 CAudioPreset::CBytes bytesOf(const std::string& text) {
     return {reinterpret_cast<const uint8_t*>(text.data()), static_cast<int32_t>(text.size())};
+}
+
+CError* writeBytes(COutputStream& stream, const CAudioPreset::CBytes& bytes) {
+    TARV_TRY(stream.writeValue(static_cast<uint32_t>(bytes.count)));
+    TARV_TRY(stream.write(bytes.data, bytes.count));
+    return nullptr;
 }
 
 }  // namespace
@@ -42,7 +45,7 @@ CAudioPreset::CBytes CAudioPreset::key(int32_t index) const {
 }
 
 CAudioPreset::CBytes CAudioPreset::record(int32_t index) const {
-    return {bytes_.data() + entries_[index].start + entries_[index].keyLength, entries_[index].recordLength};
+    return {bytes_.data() + entries_[index].recordStart(), entries_[index].recordLength};
 }
 
 CString CAudioPreset::keyText(int32_t index) const {
@@ -120,8 +123,9 @@ void CAudioPreset::setRecord(const std::string& key, const CByteBuffer& record) 
         return;
     }
     const CEntry entry{bytes_.count(), static_cast<int32_t>(key.size()), record.count()};
-    append(bytesOf(key).data, static_cast<uint32_t>(key.size()));
-    append(record.data(), static_cast<uint32_t>(record.count()));
+    CBufferWriter writer(bytes_);
+    TARV_CONSUME(writeBytes(writer, bytesOf(key)));
+    TARV_CONSUME(writeBytes(writer, {record.data(), record.count()}));
     enter(entry);
 }
 
@@ -151,9 +155,10 @@ void CAudioPreset::copyFrom(const CAudioPreset& other) {
         return;
     }
     bytes_.clear();
+    CBufferWriter writer(bytes_);
     for (CEntry& entry : entries_) {
         const int32_t start = bytes_.count();
-        append(other.bytes_.data() + entry.start, static_cast<uint32_t>(entry.keyLength + entry.recordLength));
+        TARV_CONSUME(writer.write(other.bytes_.data() + entry.start, entry.byteCount()));
         entry.start = start;
     }
 }
@@ -165,49 +170,57 @@ void CAudioPreset::take(CAudioPreset& other) {
     waste_ = std::exchange(other.waste_, 0);
 }
 
-void CAudioPreset::append(const uint8_t* bytes, uint32_t count) {
-    const int32_t start = bytes_.count();
-    const int32_t end = start + static_cast<int32_t>(count);
-    if (end > bytes_.capacity()) {
-        bytes_.reserve(std::max(end, bytes_.capacity() * 2));
+// Looks at the bytes in place and copies them as one run.
+CError* CAudioPreset::loadEntries(CMemoryReader& stream, uint32_t count) {
+    if (stream.restCount() > INT32_MAX) {
+        TARV_FAIL("@tarvstr_CAudioPreset_load_TooLong Preset too long (%1 bytes).",
+                  CString::fromInt(stream.restCount()));
     }
-    bytes_.resize(end);
-    std::copy_n(bytes, count, bytes_.data() + start);
-}
-
-CError* CAudioPreset::loadRecord(CInputStream& stream, CByteBuffer& room) {
-    const uint8_t* bytes = nullptr;
-    uint32_t keyLength = 0;
-    uint32_t recordLength = 0;
-    const int32_t start = bytes_.count();
-    TARV_TRY(stream.viewString(bytes, keyLength, room));
-    append(bytes, keyLength);
-    TARV_TRY(stream.viewValue(recordLength, room));
-    TARV_TRY(stream.view(bytes, recordLength, room));
-    if (recordLength > static_cast<uint32_t>(INT32_MAX / 2 - bytes_.count())) {
-        TARV_FAIL("@tarvstr_CAudioPreset_load_TooLong Preset too long (record of %1 bytes).",
-                  CString::fromInt(recordLength));
+    const uint8_t* first = stream.rest();
+    CBytes before;
+    bool isInOrder = true;
+    bool hasNamelessKey = false;
+    for (int32_t i = 0; i < static_cast<int32_t>(count); ++i) {
+        const auto start = static_cast<int32_t>(stream.rest() - first);
+        const uint8_t* keyBytes = nullptr;
+        const uint8_t* recordBytes = nullptr;
+        uint32_t keyLength = 0;
+        uint32_t recordLength = 0;
+        TARV_TRY(stream.takeString(keyBytes, keyLength));
+        TARV_TRY(stream.takeValue(recordLength));
+        TARV_TRY(stream.takeBytes(recordBytes, recordLength));
+        const CBytes key{keyBytes, static_cast<int32_t>(keyLength)};
+        isInOrder = isInOrder && (i == 0 || compareBytes(before, key) < 0);
+        hasNamelessKey = hasNamelessKey || keyLength == 0;
+        entries_.append({start, key.count, static_cast<int32_t>(recordLength)});
+        before = key;
     }
-    append(bytes, recordLength);
-    entries_.append({start, static_cast<int32_t>(keyLength), static_cast<int32_t>(recordLength)});
+    CBufferWriter writer(bytes_);
+    TARV_TRY(writer.write(first, stream.rest() - first));
+    if (hasNamelessKey) {
+        clearLengthsOfNamelessKeys();
+    }
+    if (!isInOrder) {
+        putInOrder();
+    }
     return nullptr;
 }
 
-CError* CAudioPreset::load(CInputStream& stream) {
+// A negative length counts as none; it is written back as what it counts.
+void CAudioPreset::clearLengthsOfNamelessKeys() {
+    for (const CEntry& entry : entries_) {
+        if (entry.keyLength == 0) {
+            std::fill_n(bytes_.data() + entry.start, kLengthBytes, uint8_t{0});
+        }
+    }
+}
+
+CError* CAudioPreset::load(CMemoryReader& stream) {
     CAudioPreset loaded;
     uint32_t count = 0;
     TARV_TRY(stream.readString(loaded.name_));
     TARV_TRY(stream.readValue(count));
-    loaded.bytes_.reserve(kUsualBytes);
-    CByteBuffer room;
-    bool isInOrder = true;
-    for (int32_t i = 0; i < static_cast<int32_t>(count); ++i) {
-        TARV_TRY(loaded.loadRecord(stream, room));
-        isInOrder = isInOrder && (i == 0 || compareBytes(loaded.key(i - 1), loaded.key(i)) < 0);
-    }
-    if (!isInOrder) {
-        loaded.putInOrder();
-    }
+    TARV_TRY(loaded.loadEntries(stream, count));
     take(loaded);
     return nullptr;
 }
@@ -215,11 +228,14 @@ CError* CAudioPreset::load(CInputStream& stream) {
 CError* CAudioPreset::save(COutputStream& stream) const {
     TARV_TRY(stream.writeString(name_));
     TARV_TRY(stream.writeValue(static_cast<uint32_t>(entries_.count())));
-    for (int32_t i = 0; i < entries_.count(); ++i) {
-        TARV_TRY(stream.writeValue(static_cast<uint32_t>(key(i).count)));
-        TARV_TRY(stream.write(key(i).data, key(i).count));
-        TARV_TRY(stream.writeValue(static_cast<uint32_t>(record(i).count)));
-        TARV_TRY(stream.write(record(i).data, record(i).count));
+    for (int32_t i = 0; i < entries_.count();) {
+        // Records that lie in their order go as one run.
+        const int32_t start = entries_[i].start;
+        int32_t end = start;
+        for (; i < entries_.count() && entries_[i].start == end; ++i) {
+            end += entries_[i].byteCount();
+        }
+        TARV_TRY(stream.write(bytes_.data() + start, end - start));
     }
     return nullptr;
 }

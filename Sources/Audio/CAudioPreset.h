@@ -47,31 +47,37 @@ public:
 
     /// The stream form: name, count, then key, byte length and record of each. On failure the preset is as it was. A
     /// count below 1 ends the read; of two records with one key the later counts.
-    [[nodiscard]] CError* load(CInputStream& stream);
+    [[nodiscard]] CError* load(CMemoryReader& stream);
     [[nodiscard]] CError* save(COutputStream& stream) const;
     /// A file (or an embedded range) of the compressed form, id 'aprs'.
     [[nodiscard]] CError* load(const CString& path);
 
 private:
-    /// Where a record lies in `bytes_`: its key, and the record behind it.
+    /// Where a record lies in `bytes_`: length of the key, key, length of the record, record.
     struct CEntry {
         int32_t start = 0;
         int32_t keyLength = 0;
         int32_t recordLength = 0;
+
+        int32_t keyStart() const { return start + kLengthBytes; }
+        int32_t recordStart() const { return keyStart() + keyLength + kLengthBytes; }
+        int32_t byteCount() const { return 2 * kLengthBytes + keyLength + recordLength; }
     };
+    static constexpr int32_t kLengthBytes = 4;
 
     int32_t colon() const { return name_.indexOf(':'); }
     int32_t placeOf(const CBytes& key, bool& isThere) const;
-    CBytes keyOf(const CEntry& entry) const { return {bytes_.data() + entry.start, entry.keyLength}; }
+    CBytes keyOf(const CEntry& entry) const { return {bytes_.data() + entry.keyStart(), entry.keyLength}; }
     void enter(const CEntry& entry);
     void putInOrder();
-    void waste(const CEntry& entry) { waste_ += entry.keyLength + entry.recordLength; }
+    void waste(const CEntry& entry) { waste_ += entry.byteCount(); }
     void dropWaste();
-    void append(const uint8_t* bytes, uint32_t count);
-    [[nodiscard]] CError* loadRecord(CInputStream& stream, CByteBuffer& room);
+    [[nodiscard]] CError* loadEntries(CMemoryReader& stream, uint32_t count);
+    void clearLengthsOfNamelessKeys();
 
     CString name_;
-    // All keys and records in one run: a host's chunk holds hundreds of them, and is read and copied as a whole.
+    // All keys and records in one run, in the stream's form: a host's chunk holds hundreds of them, and is read, copied
+    // and written as a whole.
     CByteBuffer bytes_;
     CArray<CEntry, 16> entries_;
     int32_t waste_ = 0;  ///< bytes of the run that no entry uses

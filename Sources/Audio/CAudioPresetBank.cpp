@@ -10,7 +10,7 @@ namespace tarv {
 namespace {
 
 /// Count and presets. `bank` gets them behind its own.
-CError* loadPresets(CInputStream& stream, CAudioPresetBank& bank) {
+CError* loadPresets(CMemoryReader& stream, CAudioPresetBank& bank) {
     uint32_t count = 0;
     TARV_TRY(stream.readValue(count));
     if (count > CAudioPresetBank::kCountLimit) {
@@ -88,7 +88,7 @@ void CAudioPresetBank::take(CAudioPresetBank& other) {
     select(selected);
 }
 
-CError* CAudioPresetBank::load(CInputStream& stream) {
+CError* CAudioPresetBank::load(CMemoryReader& stream) {
     CAudioPresetBank loaded;
     TARV_TRY(stream.readString(loaded.name_));
     TARV_TRY(loadPresets(stream, loaded));
@@ -107,7 +107,7 @@ CError* CAudioPresetBank::load(const CString& path) {
     return nullptr;
 }
 
-CError* CAudioPresetList::load(CInputStream& stream) {
+CError* CAudioPresetList::load(CMemoryReader& stream) {
     uint32_t version = 0;
     uint32_t reserved = 0;
     TARV_TRY(stream.readValue(version));

@@ -37,7 +37,7 @@ public:
     void take(CAudioPresetBank& other);
 
     /// The stream form: name, count, presets. On failure the bank is as it was.
-    [[nodiscard]] CError* load(CInputStream& stream);
+    [[nodiscard]] CError* load(CMemoryReader& stream);
     [[nodiscard]] CError* save(COutputStream& stream) const;
     /// A file (or an embedded range) of the compressed form, id 'abnk'.
     [[nodiscard]] CError* load(const CString& path);
@@ -53,7 +53,7 @@ class CAudioPresetList : public CAudioPresetBank {
 public:
     static constexpr uint32_t kVersion = 1;
 
-    [[nodiscard]] CError* load(CInputStream& stream);
+    [[nodiscard]] CError* load(CMemoryReader& stream);
     [[nodiscard]] CError* save(COutputStream& stream) const;
     /// A file (or an embedded range) of the compressed form, id 'alst'.
     [[nodiscard]] CError* load(const CString& path);

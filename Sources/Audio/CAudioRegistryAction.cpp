@@ -4,8 +4,7 @@
 
 namespace tarv {
 
-CAudioParamRegistry::CAction::CAction(CAudioParamRegistry& registry)
-    : registry_(registry), step_(std::make_unique<CAudioParamUndoStep>(CString())) {
+CAudioParamRegistry::CAction::CAction(CAudioParamRegistry& registry) : registry_(registry) {
     if (registry_.undo_) {
         registry_.undo_->lock().enter();
     }
@@ -15,7 +14,7 @@ CAudioParamRegistry::CAction::CAction(CAudioParamRegistry& registry)
 CAudioParamRegistry::CAction::~CAction() {
     registry_.bankLock_.leave();
     if (registry_.undo_) {
-        if (isRecorded_) {
+        if (step_) {
             registry_.undo_->addStep(std::move(step_), true);
         }
         registry_.undo_->lock().leave();
@@ -33,16 +32,17 @@ void CAudioParamRegistry::CAction::assign(const CAssignments& assignments) {
     for (const CAssignment& assignment : assignments) {
         CAudioParamData before;
         CAudioParamData after;
-        if (registry_.collector_->assign(assignment, &before, &after)) {
+        if (registry_.collector_->assign(assignment, step_ ? &before : nullptr, step_ ? &after : nullptr)) {
             touched_.append(assignment.param);
-            step_->add(*assignment.param, std::move(before), std::move(after));
+            if (step_) {
+                step_->add(*assignment.param, std::move(before), std::move(after));
+            }
         }
     }
 }
 
 void CAudioParamRegistry::CAction::record(const CString& label, std::unique_ptr<CAudioUndoDeed> deed) {
-    isRecorded_ = true;
-    step_->label = label;
+    step_ = std::make_unique<CAudioParamUndoStep>(label);
     step_->deed = std::move(deed);
 }
 

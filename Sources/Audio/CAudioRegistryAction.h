@@ -13,16 +13,15 @@ public:
     CAction& operator=(const CAction&) = delete;
     ~CAction();
 
-    void assign(const CAssignments& assignments);
-    /// What is done is a step with this label, and with this deed if it is not null.
+    /// What is assigned from here on is a step with this label, and with this deed if it is not null.
     void record(const CString& label, std::unique_ptr<CAudioUndoDeed> deed = nullptr);
+    void assign(const CAssignments& assignments);
     /// The current preset, its name or the bank changed.
     void noteProgram() { isProgramChanged_ = true; }
 
 private:
     CAudioParamRegistry& registry_;
-    std::unique_ptr<CAudioParamUndoStep> step_;
-    bool isRecorded_ = false;
+    std::unique_ptr<CAudioParamUndoStep> step_;  ///< null: nothing is recorded
     bool isProgramChanged_ = false;
     CArray<CAudioParam*, 16> touched_;
 };

@@ -178,9 +178,13 @@ void CArray<T, N>::reserve(int32_t capacity) {
     }
     T* target = capacity <= N ? inlineData() : static_cast<T*>(CHeap::alloc(sizeof(T) * static_cast<size_t>(capacity)));
     if (target != data_) {
-        for (int32_t i = 0; i < count_; ++i) {
-            new (target + i) T(std::move(data_[i]));
-            data_[i].~T();
+        if constexpr (std::is_trivially_copyable_v<T>) {
+            std::copy_n(data_, count_, target);
+        } else {
+            for (int32_t i = 0; i < count_; ++i) {
+                new (target + i) T(std::move(data_[i]));
+                data_[i].~T();
+            }
         }
         if (!isInline()) {
             CHeap::free(data_);

@@ -15,9 +15,10 @@ namespace {
 std::atomic<uint64_t> allocationCount{0};
 std::atomic<uint64_t> freeCount{0};
 std::atomic<uint64_t> platformByteCount{0};
+std::atomic<uint64_t> platformBytePeak{0};
 
-void count(std::atomic<uint64_t>& counter, uint64_t amount = 1) {
-    counter.fetch_add(amount, std::memory_order_relaxed);
+void count(std::atomic<uint64_t>& counter) {
+    counter.fetch_add(1, std::memory_order_relaxed);
 }
 
 }  // namespace
@@ -78,6 +79,13 @@ uint8_t& classByte(void* payload) {
     return static_cast<uint8_t*>(payload)[-1];
 }
 
+void countPlatformBytes(uint64_t bytes) {
+    const uint64_t now = platformByteCount.fetch_add(bytes, std::memory_order_relaxed) + bytes;
+    uint64_t peak = platformBytePeak.load(std::memory_order_relaxed);
+    while (peak < now && !platformBytePeak.compare_exchange_weak(peak, now, std::memory_order_relaxed)) {
+    }
+}
+
 class CPool {
 public:
     void* pop(size_t index) {
@@ -100,7 +108,7 @@ private:
         const size_t stride = payloadOfClass(index) + 8;
         const size_t bytes = stride * chunkCount_ + kChunkExtra;
         auto* memory = static_cast<uint8_t*>(processHeapAlloc(bytes));
-        count(platformByteCount, bytes);
+        countPlatformBytes(bytes);
         chunks_ = new (memory) CChunk{chunks_};
         uint8_t* payload = memory + sizeof(CChunk) + 8;
         for (size_t i = 0; i < chunkCount_; ++i, payload += stride) {
@@ -132,7 +140,7 @@ CPool& pool(size_t index) {
 void* allocLarge(size_t size) {
     const size_t bytes = size + kLargeHeader + kLargePattern;
     auto* start = static_cast<uint8_t*>(processHeapAlloc(bytes));
-    count(platformByteCount, bytes);
+    countPlatformBytes(bytes);
     for (size_t i = 0; i < kLargePattern; ++i) {
         start[i] = static_cast<uint8_t>(i);
     }
@@ -198,7 +206,11 @@ void CHeap::free(void* block) {
 
 CHeapCounters CHeap::counters() {
     return {allocationCount.load(std::memory_order_relaxed), freeCount.load(std::memory_order_relaxed),
-            platformByteCount.load(std::memory_order_relaxed)};
+            platformByteCount.load(std::memory_order_relaxed), platformBytePeak.load(std::memory_order_relaxed)};
+}
+
+void CHeap::resetPeak() {
+    platformBytePeak.store(platformByteCount.load(std::memory_order_relaxed), std::memory_order_relaxed);
 }
 
 }  // namespace tarv

@@ -10,7 +10,8 @@ namespace tarv {
 struct CHeapCounters {
     uint64_t allocations;  ///< calls of alloc, and of realloc that moved
     uint64_t frees;
-    uint64_t platformBytes;  ///< bytes taken from the platform heap and not given back; 0 in sanitizer builds
+    uint64_t platformBytes;      ///< bytes taken from the platform heap and not given back; 0 in sanitizer builds
+    uint64_t peakPlatformBytes;  ///< the most that they were since resetPeak
 };
 
 /// The pool heap: 255 size classes of 16 bytes, each with its own lock; larger blocks come from the platform heap.
@@ -24,6 +25,8 @@ public:
     /// Null does nothing.
     static void free(void* block);
     static CHeapCounters counters();
+    /// What is held now becomes the peak.
+    static void resetPeak();
 };
 
 /// Standard allocator over the pool heap, for the maps and vectors of long-lived objects.

@@ -7,6 +7,12 @@ namespace tarv {
 
 CMemoryReader::CMemoryReader(const void* data, uint32_t size) : data_(static_cast<const uint8_t*>(data)), size_(size) {}
 
+void CMemoryReader::open(const void* data, uint32_t size) {
+    data_ = static_cast<const uint8_t*>(data);
+    size_ = size;
+    position_ = 0;
+}
+
 CError* CMemoryReader::consume(int64_t count) {
     if (count < 0 || count > size_ - position_) {
         TARV_FAIL(
@@ -36,12 +42,21 @@ CError* CMemoryReader::readStreamed(void* buffer, int64_t& count) {
     return read(buffer, count);
 }
 
+CError* CMemoryReader::takeString(const uint8_t*& bytes, uint32_t& count) {
+    TARV_TRY(takeValue(count));
+    TARV_TRY(checkStringCount(count));
+    TARV_TRY(takeBytes(bytes, count));
+    return nullptr;
+}
+
 CError* CMemoryReader::view(const uint8_t*& bytes, uint32_t count, CByteBuffer&) {
-    if (count > size_ - position_) {
-        return read(nullptr, count);  // fails in its own words
-    }
-    bytes = data_ + position_;
-    position_ += count;
+    TARV_TRY(takeBytes(bytes, count));
+    return nullptr;
+}
+
+CError* CMemoryReader::viewStreamed(const uint8_t*& bytes, int64_t& count, CByteBuffer& room) {
+    count = std::clamp<int64_t>(count, 0, restCount());
+    TARV_TRY(view(bytes, static_cast<uint32_t>(count), room));
     return nullptr;
 }
 

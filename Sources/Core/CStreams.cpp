@@ -12,6 +12,8 @@ namespace {
 
 constexpr uint32_t kStringLimit = 61441;
 constexpr size_t kStringStaging = 128;
+// The most that viewStreamed reads at once.
+constexpr int64_t kStreamedStep = 32768;
 // Free bytes below which the staging of a string is flushed; no code of a unit is longer.
 constexpr size_t kStagingReserve = 4;
 
@@ -64,15 +66,15 @@ CError* CInputStream::view(const uint8_t*& bytes, uint32_t count, CByteBuffer& r
     return nullptr;
 }
 
-CError* CInputStream::viewValue(uint32_t& value, CByteBuffer& room) {
-    const uint8_t* bytes = nullptr;
-    TARV_TRY(view(bytes, sizeof(value), room));
-    value = fromLittleEndian<uint32_t>(bytes);
+CError* CInputStream::viewStreamed(const uint8_t*& bytes, int64_t& count, CByteBuffer& room) {
+    room.resize(static_cast<int32_t>(std::min<int64_t>(count, kStreamedStep)));
+    count = room.count();
+    TARV_TRY(readStreamed(room.data(), count));
+    bytes = room.data();
     return nullptr;
 }
 
-CError* CInputStream::viewString(const uint8_t*& bytes, uint32_t& count, CByteBuffer& room) {
-    TARV_TRY(viewValue(count, room));
+CError* CInputStream::checkStringCount(uint32_t& count) {
     const auto length = static_cast<int32_t>(count);
     if (length < 0) {
         count = 0;
@@ -81,6 +83,12 @@ CError* CInputStream::viewString(const uint8_t*& bytes, uint32_t& count, CByteBu
         TARV_FAIL("@tarvstr_CInputStream_readString_TooLong String length %1 too long in readString().",
                   CString::fromInt(length));
     }
+    return nullptr;
+}
+
+CError* CInputStream::viewString(const uint8_t*& bytes, uint32_t& count, CByteBuffer& room) {
+    TARV_TRY(readValue(count));
+    TARV_TRY(checkStringCount(count));
     TARV_TRY(view(bytes, count, room));
     return nullptr;
 }

@@ -24,13 +24,13 @@ public:
     /// The next `count` bytes: where they lie, if the source is memory, otherwise read into `room` as readBytes does.
     /// Valid as long as both.
     [[nodiscard]] virtual CError* view(const uint8_t*& bytes, uint32_t count, CByteBuffer& room);
+    /// The same as readStreamed does it: up to `count` bytes, 0 at the end.
+    [[nodiscard]] virtual CError* viewStreamed(const uint8_t*& bytes, int64_t& count, CByteBuffer& room);
 
     [[nodiscard]] CError* readValue(uint32_t& value);
     [[nodiscard]] CError* readDouble(double& value);
     /// Byte count and UTF-8 (see Utf8.h) of at most 61440 bytes. A negative count gives an empty text.
     [[nodiscard]] CError* readString(CString& text);
-    /// readValue for those who read many small things; `room` as for view.
-    [[nodiscard]] CError* viewValue(uint32_t& value, CByteBuffer& room);
     /// The bytes of a string as they stand in the stream, not decoded, as view gives them.
     [[nodiscard]] CError* viewString(const uint8_t*& bytes, uint32_t& count, CByteBuffer& room);
     /// Exactly `count` bytes behind what the buffer holds. Its room grows with what was really read: a count that the
@@ -38,6 +38,10 @@ public:
     [[nodiscard]] CError* readBytes(CByteBuffer& buffer, uint32_t count);
     /// One compressed block of the id given; see CompressedBlock.h for the layout.
     [[nodiscard]] CError* readCompressedData(CByteBuffer& buffer, uint32_t id);
+
+protected:
+    /// The count of a string as it was read; a negative one becomes 0.
+    [[nodiscard]] static CError* checkStringCount(uint32_t& count);
 };
 
 class CPosInputStream : public CInputStream {
@@ -67,20 +71,48 @@ public:
 };
 
 /// Reads a range of memory that the caller keeps alive.
-class CMemoryReader : public CPosInputStream {
+class CMemoryReader final : public CPosInputStream {
 public:
+    CMemoryReader() = default;
     CMemoryReader(const void* data, uint32_t size);
+    /// Reads another range, from its start.
+    void open(const void* data, uint32_t size);
     [[nodiscard]] CError* consume(int64_t count) override;
     [[nodiscard]] CError* read(void* buffer, int64_t count) override;
     [[nodiscard]] CError* readStreamed(void* buffer, int64_t& count) override;
     [[nodiscard]] CError* view(const uint8_t*& bytes, uint32_t count, CByteBuffer& room) override;
+    [[nodiscard]] CError* viewStreamed(const uint8_t*& bytes, int64_t& count, CByteBuffer& room) override;
     [[nodiscard]] CError* getPosition(int64_t& position) override;
     [[nodiscard]] CError* setPosition(int64_t position) override;
     [[nodiscard]] CError* getSize(int64_t& size) override;
 
+    /// What was not read yet.
+    const uint8_t* rest() const { return data_ + position_; }
+    uint32_t restCount() const { return size_ - position_; }
+
+    /// readValue, view and viewString for those who read many small things out of memory.
+    [[nodiscard]] CError* takeValue(uint32_t& value) {
+        if (restCount() < sizeof(value)) {
+            return readValue(value);  // fails in its own words
+        }
+        const uint8_t* bytes = rest();
+        value = bytes[0] | uint32_t{bytes[1]} << 8 | uint32_t{bytes[2]} << 16 | uint32_t{bytes[3]} << 24;
+        position_ += sizeof(value);
+        return nullptr;
+    }
+    [[nodiscard]] CError* takeBytes(const uint8_t*& bytes, uint32_t count) {
+        if (count > restCount()) {
+            return read(nullptr, count);  // fails in its own words
+        }
+        bytes = rest();
+        position_ += count;
+        return nullptr;
+    }
+    [[nodiscard]] CError* takeString(const uint8_t*& bytes, uint32_t& count);
+
 private:
-    const uint8_t* data_;
-    uint32_t size_;
+    const uint8_t* data_ = nullptr;
+    uint32_t size_ = 0;
     uint32_t position_ = 0;
 };
 

@@ -10,6 +10,8 @@ namespace tarv {
 namespace {
 
 constexpr int32_t kStagingBytes = 32768;
+// The most that is taken from a source at once: all of a block in memory.
+constexpr int64_t kViewBytes = INT32_MAX;
 
 CString zipMessage(const z_stream& zip) {
     return CString(zip.msg ? zip.msg : "");
@@ -51,7 +53,6 @@ CError* CInputZipStream::open(CInputStream& source) {
         TARV_FAIL("@tarvstr_CInputZipStream_open_InflateInit zlib inflateInit error %1 (%2).", CString::fromInt(result),
                   message);
     }
-    staging_.reserve(kStagingBytes);  // room alone: it is filled by the source
     source_ = &source;
     return nullptr;
 }
@@ -77,9 +78,10 @@ CError* CInputZipStream::consume(int64_t) {
 
 CError* CInputZipStream::fill() {
     if (zip_->avail_in == 0) {
-        int64_t count = kStagingBytes;
-        TARV_TRY(source_->readStreamed(staging_.data(), count));
-        zip_->next_in = staging_.data();
+        const uint8_t* bytes = nullptr;
+        int64_t count = kViewBytes;
+        TARV_TRY(source_->viewStreamed(bytes, count, staging_));
+        zip_->next_in = const_cast<Bytef*>(bytes);  // NOLINT: zlib's own const is optional
         zip_->avail_in = static_cast<uInt>(count);
     }
     return nullptr;

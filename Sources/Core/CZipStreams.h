@@ -24,7 +24,7 @@ private:
 
     CInputStream* source_ = nullptr;
     z_stream_s* zip_ = nullptr;
-    CArray<uint8_t, 8> staging_;
+    CByteBuffer staging_;
 };
 
 /// Deflates into a target that the caller keeps alive until close, which finishes the stream.

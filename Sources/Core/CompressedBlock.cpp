@@ -12,7 +12,7 @@ namespace {
 
 constexpr int64_t kMaxBlockBytes = 256 << 20;
 // A damaged count must not take more memory than its data can fill: the buffer grows with what was inflated.
-constexpr int64_t kGrowthStep = 1 << 20;
+constexpr int64_t kGrowthStep = 1 << 14;
 
 uint32_t checkOf(const uint8_t (&sizeBytes)[4]) {
     return static_cast<uint32_t>(adler32(1, sizeBytes, sizeof(sizeBytes)));

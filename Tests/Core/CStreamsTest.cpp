@@ -246,6 +246,48 @@ TEST(Streams, AViewOfMemoryCopiesNothingAndEndsWithIt) {
     EXPECT_LE(room.capacity(), (1 << 16) + 1);
 }
 
+TEST(Streams, AStreamedViewGivesWhatThereIsUpToTheEnd) {
+    const CByteBuffer source = bytesOf("abcdef");
+    CMemoryReader reader = readerOf(source);
+    CByteBuffer room;
+    const uint8_t* bytes = nullptr;
+    for (const auto& [asked, given] : {std::pair(4, 4), {INT32_MAX, 2}, {1, 0}}) {
+        int64_t count = asked;
+        EXPECT_GOOD(reader.viewStreamed(bytes, count, room));
+        EXPECT_EQ(count, given);
+    }
+    EXPECT_EQ(bytes, source.data() + 6);
+    EXPECT_EQ(room.count(), 0);
+    CPlainStream plain(source);
+    int64_t count = 6;
+    EXPECT_GOOD(plain.viewStreamed(bytes, count, room));
+    EXPECT_EQ(count, 6);
+    EXPECT_EQ(bytes, room.data());
+    EXPECT_EQ(textOf(room), "abcdef");
+}
+
+TEST(Streams, WhatIsTakenOutOfMemoryIsWhatIsReadFromIt) {
+    const CByteBuffer stored = storedString(3, "\xff\x80z");
+    CMemoryReader reader = readerOf(stored);
+    const uint8_t* bytes = nullptr;
+    uint32_t value = 0;
+    EXPECT_GOOD(reader.takeValue(value));
+    EXPECT_EQ(value, 3u);
+    EXPECT_EQ(messageOf(reader.takeValue(value)),
+              "Premature end of memory resource while reading (pos 4, count 4, size 7).");
+    EXPECT_EQ(messageOf(reader.takeBytes(bytes, 4)),
+              "Premature end of memory resource while reading (pos 4, count 4, size 7).");
+    EXPECT_GOOD(reader.takeBytes(bytes, 3));
+    EXPECT_EQ(bytes, stored.data() + 4);
+    reader.open(stored.data(), static_cast<uint32_t>(stored.count()));
+    EXPECT_GOOD(reader.takeString(bytes, value));
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes), value), "\xff\x80z");
+    EXPECT_EQ(reader.restCount(), 0u);
+    const CByteBuffer tooLong = storedString(61441, "");
+    reader.open(tooLong.data(), static_cast<uint32_t>(tooLong.count()));
+    EXPECT_EQ(messageOf(reader.takeString(bytes, value)), "String length 61441 too long in readString().");
+}
+
 TEST(Streams, ABufferWriterAppends) {
     CByteBuffer buffer = bytesOf("a");
     CBufferWriter writer(buffer);
