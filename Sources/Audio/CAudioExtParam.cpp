@@ -79,7 +79,7 @@ void CAudioExtParam::onParamChanged(CAudioParam&, int32_t group, int32_t first, 
     const bool isOwn = (group == group_ || group == CAudioParamData::kAllGroups || param_->info().isSingleGroup()) &&
                        element_ >= first && element_ < first + count;
     if (bridge && isOwn) {
-        bridge->onExtParamChanged(*this, getValue());
+        bridge->onExtParamChanged(*this);
     }
 }
 

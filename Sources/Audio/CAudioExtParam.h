@@ -11,8 +11,8 @@ class CAudioParamCollector;
 /// The host's end of an external parameter: hears of changes that the host did not make itself.
 class CAudioExtParamHostBridge {
 public:
-    /// On the thread that posted the change, outside all locks. `normalised` in 0..1.
-    virtual void onExtParamChanged(CAudioExtParam& param, double normalised) = 0;
+    /// On the thread that posted the change, outside all locks. The new value is asked of `param`.
+    virtual void onExtParamChanged(const CAudioExtParam& param) = 0;
 
 protected:
     ~CAudioExtParamHostBridge() = default;

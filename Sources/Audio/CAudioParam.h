@@ -63,6 +63,8 @@ public:
     /// The user-side value as a stored record, made when it is asked for and kept until the value changes. Hold lock();
     /// only once defined.
     const CByteBuffer& storedRecord() const;
+    /// That record if it was asked for since the value changed last, otherwise null. Hold lock().
+    const CByteBuffer* currentRecord() const { return isRecordCurrent_ ? &record_ : nullptr; }
     /// The engine-side store (audio side); it lags one round behind the processes' queues. Of a string parameter: hold
     /// lock().
     const CAudioParamData& engineData() const { return engineData_; }

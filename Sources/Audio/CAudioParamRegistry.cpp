@@ -63,8 +63,14 @@ void CAudioParamRegistry::takeParam(const CString& name, CAudioParam& param) {
             collector_->assign(assignment);
         }
     }
+    const auto* added =
+        new CEntry(name.startsWith(hierarchy_) ? name.substring(hierarchy_.length()) : name, param, formerKeyOf(param));
     CLockScope scope(paramLock_);
-    params_.append(new CEntry(name.startsWith(hierarchy_) ? name.substring(hierarchy_.length()) : name, param));
+    int32_t place = params_.count();
+    while (place > 0 && added->keyBytes < params_[place - 1]->keyBytes) {
+        --place;
+    }
+    params_.insert(place, added);
 }
 
 int32_t CAudioParamRegistry::paramCount() const {

@@ -27,10 +27,11 @@ public:
     static constexpr const char* kProgramUpdate = "program";
 
     struct CEntry : public CHeapObject {
-        CEntry(const CString& entryKey, CAudioParam& entryParam)
-            : key(entryKey), keyBytes(entryKey.toUtf8()), param(&entryParam) {}
-        CString key;           ///< the full name without the hierarchy
-        std::string keyBytes;  ///< as presets hold it
+        CEntry(const CString& entryKey, CAudioParam& entryParam, const char* entryFormerKey)
+            : key(entryKey), keyBytes(entryKey.toUtf8()), formerKey(entryFormerKey), param(&entryParam) {}
+        CString key;            ///< the full name without the hierarchy
+        std::string keyBytes;   ///< as presets hold it
+        const char* formerKey;  ///< under which older presets hold it, or null
         CAudioParam* param;
     };
 
@@ -45,7 +46,7 @@ public:
     /// Takes the parameter wherever it lies: it was assigned to this registry by name.
     void takeParam(const CString& name, CAudioParam& param);
     int32_t paramCount() const;
-    /// Entry of an index in 0..paramCount-1.
+    /// Entry of an index in 0..paramCount-1, by ascending key.
     CEntry param(int32_t index) const;
 
     /// Reads a preset stream to its end and applies it; in a master it becomes the current preset. On failure, also of
@@ -122,12 +123,13 @@ private:
     // CAudioParamRegistryPresets.cpp: between parameters and presets.
     CArray<const CEntry*, 64> entries() const;
     bool isStored(const CAudioParam& param, bool withPersistent) const;
-    const char* formerKey(const CEntry& entry) const;
+    const char* formerKeyOf(const CAudioParam& param) const;
     [[nodiscard]] CError* requirePrefix(const CAudioPreset& preset) const;
     [[nodiscard]] CError* decode(const CAudioPreset& preset, const CPresetRequest& request,
                                  CAssignments& assignments) const;
-    [[nodiscard]] CError* decodeEntry(CMemoryReader& reader, const CAudioPreset& preset, const CEntry& entry,
-                                      const CPresetRequest& request, CAssignments& assignments, bool* isUsed) const;
+    [[nodiscard]] CError* decodeEntry(CMemoryReader& reader, const CAudioPreset& preset, int32_t& nextIndex,
+                                      const CEntry& entry, const CPresetRequest& request, CAssignments& assignments,
+                                      bool* isUsed) const;
     [[nodiscard]] CError* decodeOthers(CMemoryReader& reader, const CAudioPreset& preset, const CPresetRequest& request,
                                        CAssignments& assignments, const bool* isUsed) const;
     [[nodiscard]] static CError* decodeRecord(CMemoryReader& reader, const CAudioPreset& preset, int32_t index,
@@ -163,7 +165,7 @@ private:
     CAudioParamUndo* undo_ = nullptr;
     CAudioParam* nameParam_ = nullptr;
     mutable CLock paramLock_;
-    COwnedArray<const CEntry> params_;
+    COwnedArray<const CEntry> params_;  ///< by ascending key, as presets hold them
 
     mutable CLock bankLock_;
     CAudioPresetBank rom_;

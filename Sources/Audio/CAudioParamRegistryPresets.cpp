@@ -18,11 +18,11 @@ constexpr struct {
     const char* formerKey;
 } kFormerKeys[] = {{"plugin.modMain.oversampling", "io-params.oversampling"}};
 
-/// Whether a record is what the parameter holds already, byte for byte.
+/// Whether a record is known to be what the parameter holds already, byte for byte.
 bool isPresent(const CAudioPreset::CBytes& record, const CAudioParam& param) {
     CLockScope scope(param.lock());
-    const CByteBuffer& present = param.storedRecord();
-    return present.count() == record.count && std::equal(present.begin(), present.end(), record.data);
+    const CByteBuffer* present = param.currentRecord();
+    return present && present->count() == record.count && std::equal(present->begin(), present->end(), record.data);
 }
 
 /// A whole value of one text.
@@ -46,9 +46,9 @@ bool CAudioParamRegistry::isStored(const CAudioParam& param, bool withPersistent
     return param.isDefined() && (param.info().isStorable() || (withPersistent && param.info().isPersistent()));
 }
 
-const char* CAudioParamRegistry::formerKey(const CEntry& entry) const {
+const char* CAudioParamRegistry::formerKeyOf(const CAudioParam& param) const {
     for (const auto& row : kFormerKeys) {
-        if (isMaster_ && entry.param->fullName() == row.param) {
+        if (isMaster_ && param.fullName() == row.param) {
             return row.formerKey;
         }
     }
@@ -81,16 +81,18 @@ CError* CAudioParamRegistry::decodeRecord(CMemoryReader& reader, const CAudioPre
     return nullptr;
 }
 
-CError* CAudioParamRegistry::decodeEntry(CMemoryReader& reader, const CAudioPreset& preset, const CEntry& entry,
-                                         const CPresetRequest& request, CAssignments& assignments, bool* isUsed) const {
+CError* CAudioParamRegistry::decodeEntry(CMemoryReader& reader, const CAudioPreset& preset, int32_t& nextIndex,
+                                         const CEntry& entry, const CPresetRequest& request, CAssignments& assignments,
+                                         bool* isUsed) const {
     const CAudioParam& param = *entry.param;
     if (!isStored(param, request.withPersistent) || (request.group >= 0 && param.info().isSingleGroup())) {
         return nullptr;
     }
-    const char* former = formerKey(entry);
-    int32_t index = preset.find(entry.keyBytes);
-    if (index < 0 && former) {
-        index = preset.find(former);
+    int32_t index = preset.find(entry.keyBytes, nextIndex);
+    if (index >= 0) {
+        nextIndex = index + 1;
+    } else if (entry.formerKey) {
+        index = preset.find(entry.formerKey);
     }
     if (index >= 0) {
         isUsed[index] = true;
@@ -104,7 +106,7 @@ CError* CAudioParamRegistry::decodeEntry(CMemoryReader& reader, const CAudioPres
         TARV_TRY(decodeRecord(reader, preset, index, param.info(), assignment.data, isForeign));
     }
     if (isForeign) {
-        if (former || !param.info().isStorable()) {
+        if (entry.formerKey || !param.info().isStorable()) {
             return nullptr;  // the present value stays
         }
         assignment.data.resetWithDefaults(param.info(), 0);
@@ -139,8 +141,9 @@ CError* CAudioParamRegistry::decode(const CAudioPreset& preset, const CPresetReq
     isUsed.resize(preset.recordCount());
     assignments.reserve(32);
     CMemoryReader reader;  // one for all records
+    int32_t nextIndex = 0;
     for (const CEntry* entry : entries()) {
-        TARV_TRY(decodeEntry(reader, preset, *entry, request, assignments, isUsed.data()));
+        TARV_TRY(decodeEntry(reader, preset, nextIndex, *entry, request, assignments, isUsed.data()));
     }
     TARV_TRY(decodeOthers(reader, preset, request, assignments, isUsed.data()));
     return nullptr;
@@ -158,8 +161,8 @@ void CAudioParamRegistry::capture(CAudioPreset& preset, bool withPersistent) con
             record = param.storedRecord();
         }
         preset.setRecord(entry->keyBytes, record);
-        if (const char* former = formerKey(*entry)) {
-            preset.removeRecord(former);
+        if (entry->formerKey) {
+            preset.removeRecord(entry->formerKey);
         }
     }
 }

@@ -71,7 +71,10 @@ int32_t CAudioPreset::placeOf(const CBytes& wanted, bool& isThere) const {
     return first;
 }
 
-int32_t CAudioPreset::find(const std::string& wanted) const {
+int32_t CAudioPreset::find(const std::string& wanted, int32_t guess) const {
+    if (guess >= 0 && guess < entries_.count() && compareBytes(key(guess), bytesOf(wanted)) == 0) {
+        return guess;
+    }
     bool isThere = false;
     const int32_t place = placeOf(bytesOf(wanted), isThere);
     return isThere ? place : -1;
@@ -155,10 +158,9 @@ void CAudioPreset::copyFrom(const CAudioPreset& other) {
         return;
     }
     bytes_.clear();
-    CBufferWriter writer(bytes_);
     for (CEntry& entry : entries_) {
         const int32_t start = bytes_.count();
-        TARV_CONSUME(writer.write(other.bytes_.data() + entry.start, entry.byteCount()));
+        bytes_.append(other.bytes_.data() + entry.start, entry.byteCount());
         entry.start = start;
     }
 }
@@ -195,8 +197,7 @@ CError* CAudioPreset::loadEntries(CMemoryReader& stream, uint32_t count) {
         entries_.append({start, key.count, static_cast<int32_t>(recordLength)});
         before = key;
     }
-    CBufferWriter writer(bytes_);
-    TARV_TRY(writer.write(first, stream.rest() - first));
+    bytes_.append(first, static_cast<int32_t>(stream.rest() - first));
     if (hasNamelessKey) {
         clearLengthsOfNamelessKeys();
     }

@@ -34,7 +34,9 @@ public:
     CBytes record(int32_t index) const;
     CString keyText(int32_t index) const;
     /// The index of a key (UTF-8, as all keys here), or -1.
-    int32_t find(const std::string& key) const;
+    int32_t find(const std::string& key) const { return find(key, -1); }
+    /// The same for one who guesses the index, as a walk through the keys in their order does.
+    int32_t find(const std::string& key, int32_t guess) const;
     /// Sets or replaces the record of a key.
     void setRecord(const std::string& key, const CByteBuffer& record);
     /// Drops the record of a key, if there is one.

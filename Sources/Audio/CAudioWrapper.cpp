@@ -22,7 +22,7 @@ namespace tarv {
 class CAudioWrapper::CExtParamBridge final : public CHeapObject, public CAudioExtParamHostBridge {
 public:
     CExtParamBridge(CAudioWrapper& owner, int32_t index) : owner_(owner), index_(index) {}
-    void onExtParamChanged(CAudioExtParam&, double normalised) override { owner_.hostParamChanged(index_, normalised); }
+    void onExtParamChanged(const CAudioExtParam& param) override { owner_.hostParamChanged(index_, param); }
 
 private:
     CAudioWrapper& owner_;

@@ -10,6 +10,7 @@ namespace tarv {
 
 class CAudioCCTable;
 class CAudioEnv;
+class CAudioExtParam;
 class CAudioExtParamList;
 class CAudioGlobalParam;
 class CAudioInterfaceBase;
@@ -53,8 +54,8 @@ public:
     virtual bool hostTempo(double& bpm) = 0;
     /// The count of channels or the latency changed. Audio thread.
     virtual void hostIoChanged() = 0;
-    /// The engine changed an external parameter (normalised value); the host's automation is to hear of it.
-    virtual void hostParamChanged(int32_t index, double normalised) = 0;
+    /// The engine changed an external parameter, of which the value is asked; the host's automation is to hear of it.
+    virtual void hostParamChanged(int32_t index, const CAudioExtParam& param) = 0;
 
     void suspend();
     void resume();

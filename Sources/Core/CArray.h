@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -39,6 +40,8 @@ public:
     const T* end() const { return data_ + count_; }
 
     void append(T value);
+    /// A run of elements that lies outside this array.
+    void append(const T* items, int32_t count);
     void insert(int32_t index, T value);
     void removeAt(int32_t index);
     void removeLast() { resize(count_ - 1); }
@@ -129,6 +132,15 @@ void CArray<T, N>::append(T value) {
     grow();
     new (data_ + count_) T(std::move(value));
     ++count_;
+}
+
+template <class T, int32_t N>
+void CArray<T, N>::append(const T* items, int32_t count) {
+    if (count > capacity_ - count_) {
+        reserve(std::max(count_ + count, capacity_ * 2));
+    }
+    std::uninitialized_copy_n(items, count, data_ + count_);
+    count_ += count;
 }
 
 template <class T, int32_t N>

@@ -87,12 +87,7 @@ CError* CBufferWriter::write(const void* buffer, int64_t count) {
         TARV_FAIL("@tarvstr_CBufferWriter_write_TooLong Unable to write %1 bytes behind %2.", CString::fromInt(count),
                   CString::fromInt(start));
     }
-    const int32_t end = start + static_cast<int32_t>(count);
-    if (end > buffer_.capacity()) {
-        buffer_.reserve(static_cast<int32_t>(std::min<int64_t>(int64_t{end} + buffer_.capacity(), INT32_MAX)));
-    }
-    buffer_.resize(end);
-    std::copy_n(static_cast<const uint8_t*>(buffer), count, buffer_.data() + start);
+    buffer_.append(static_cast<const uint8_t*>(buffer), static_cast<int32_t>(count));
     return nullptr;
 }
 

@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstring>
 
+#include "Core/LittleEndian.h"
 #include "Core/Utf8.h"
 
 namespace tarv {
@@ -16,22 +17,6 @@ constexpr size_t kStringStaging = 128;
 constexpr int64_t kStreamedStep = 32768;
 // Free bytes below which the staging of a string is flushed; no code of a unit is longer.
 constexpr size_t kStagingReserve = 4;
-
-template <class T>
-T fromLittleEndian(const uint8_t* bytes) {
-    T value = 0;
-    for (size_t i = sizeof(T); i-- > 0;) {
-        value = value << 8 | bytes[i];
-    }
-    return value;
-}
-
-template <class T>
-void toLittleEndian(T value, uint8_t* bytes) {
-    for (size_t i = 0; i < sizeof(T); ++i) {
-        bytes[i] = static_cast<uint8_t>(value >> (8 * i));
-    }
-}
 
 /// Bytes that the text takes in UTF-8.
 uint32_t utf8Size(const CString& text) {

@@ -5,6 +5,7 @@
 #include "Core/CArray.h"
 #include "Core/CCheckedObject.h"
 #include "Core/CError.h"
+#include "Core/LittleEndian.h"
 
 namespace tarv {
 
@@ -95,8 +96,7 @@ public:
         if (restCount() < sizeof(value)) {
             return readValue(value);  // fails in its own words
         }
-        const uint8_t* bytes = rest();
-        value = bytes[0] | uint32_t{bytes[1]} << 8 | uint32_t{bytes[2]} << 16 | uint32_t{bytes[3]} << 24;
+        value = fromLittleEndian<uint32_t>(rest());
         position_ += sizeof(value);
         return nullptr;
     }

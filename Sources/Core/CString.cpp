@@ -154,13 +154,19 @@ void CString::narrow() {
 
 void CString::append(const CString& other) {
     const int32_t added = other.length_;
-    for (int32_t i = 0; !wide_ && i < added; ++i) {
+    for (int32_t i = 0; !wide_ && other.wide_ && i < added; ++i) {
         if (other.at(i) > 0xff) {
             widen();
         }
     }
     const int32_t before = length_;
     setLength(before + added, true);
+    if (wide_ == other.wide_) {
+        const size_t width = wide_ ? 2 : 1;
+        std::memcpy(static_cast<char*>(data_) + static_cast<size_t>(before) * width, other.data_,
+                    static_cast<size_t>(added) * width);
+        return;
+    }
     for (int32_t i = 0; i < added; ++i) {
         set(before + i, other.at(i));
     }

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "Core/CZipStreams.h"
+#include "Core/LittleEndian.h"
 
 namespace tarv {
 
@@ -16,16 +17,6 @@ constexpr int64_t kGrowthStep = 1 << 14;
 
 uint32_t checkOf(const uint8_t (&sizeBytes)[4]) {
     return static_cast<uint32_t>(adler32(1, sizeBytes, sizeof(sizeBytes)));
-}
-
-/// Bytes of a count as they stand in the header.
-CError* serializeCount(uint32_t count, uint8_t (&bytes)[4]) {
-    CMemoryWriteBuffer serialized;
-    TARV_TRY(serialized.writeValue(count));
-    CByteBuffer run;
-    serialized.copyTo(run);
-    std::copy_n(run.data(), sizeof(bytes), bytes);
-    return nullptr;
 }
 
 CError* readInflated(CInputStream& source, CByteBuffer& buffer, uint32_t size) {
@@ -64,10 +55,10 @@ CError* CInputStream::readCompressedData(CByteBuffer& buffer, uint32_t id) {
     }
     uint32_t size = 0;
     uint32_t storedCheck = 0;
-    TARV_TRY(readValue(size));
+    uint8_t sizeBytes[sizeof(size)];
+    TARV_TRY(read(sizeBytes, sizeof(sizeBytes)));
+    size = fromLittleEndian<uint32_t>(sizeBytes);
     TARV_TRY(readValue(storedCheck));
-    uint8_t sizeBytes[4];
-    TARV_TRY(serializeCount(size, sizeBytes));
     const uint32_t check = checkOf(sizeBytes);
     if (check != storedCheck) {
         TARV_FAIL(
@@ -86,7 +77,7 @@ CError* CInputStream::readCompressedData(CByteBuffer& buffer, uint32_t id) {
 CError* COutputStream::writeCompressedData(const CByteBuffer& buffer, uint32_t id) {
     uint8_t sizeBytes[4];
     TARV_TRY(writeValue(id));
-    TARV_TRY(serializeCount(static_cast<uint32_t>(buffer.count()), sizeBytes));
+    toLittleEndian(static_cast<uint32_t>(buffer.count()), sizeBytes);
     TARV_TRY(write(sizeBytes, sizeof(sizeBytes)));
     TARV_TRY(writeValue(checkOf(sizeBytes)));
     COutputZipStream zip;

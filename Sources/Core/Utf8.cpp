@@ -20,7 +20,12 @@ int followersOf(uint8_t lead) {
 }  // namespace
 
 void appendUtf8(CString& text, const char* bytes, size_t count) {
+    // Most texts are plain: those units go in one run.
     size_t i = 0;
+    while (i<count&& static_cast<int8_t>(bytes[i])> 0) {
+        ++i;
+    }
+    text.append(CString(bytes, static_cast<int32_t>(i)));
     while (i < count) {
         const auto lead = static_cast<uint8_t>(bytes[i++]);
         const int followers = followersOf(lead);

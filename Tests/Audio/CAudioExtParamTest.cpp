@@ -34,8 +34,8 @@ protected:
           list_(*tree_.root().findObjectOf<CAudioExtParamList>("plugin.list")),
           gains_(tree_.define("gains")),
           bypass_(tree_.define("bypass")) {}
-    void onExtParamChanged(CAudioExtParam& param, double normalised) override {
-        heard_.emplace_back(param.extName().toUtf8(), normalised);
+    void onExtParamChanged(const CAudioExtParam& param) override {
+        heard_.emplace_back(param.extName().toUtf8(), param.getValue());
     }
     std::string display(int32_t index) const {
         CString text;

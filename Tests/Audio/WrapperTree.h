@@ -15,7 +15,9 @@ public:
         return tempo > 0.0;
     }
     void hostIoChanged() override { ++ioChanges; }
-    void hostParamChanged(int32_t index, double normalised) override { changes.emplace_back(index, normalised); }
+    void hostParamChanged(int32_t index, const CAudioExtParam& param) override {
+        changes.emplace_back(index, param.getValue());
+    }
 
     int32_t processLevel = 0;
     double tempo = 0.0;

@@ -50,8 +50,8 @@ private:
     /// Every input begins with the same values, programs and names.
     void begin() {
         CMemoryReader reader(bank_.data(), static_cast<uint32_t>(bank_.count()));
-        mustSucceed(instance_->paramRegistry()->activateBank(reader));
         instance_->interfaceBase()->selectStep(0);
+        mustSucceed(instance_->paramRegistry()->activateBank(reader, {-1, true, false}));
     }
     void checkValues() {
         instance_->paramCollector()->forEachParam([](CAudioParam& param) {

@@ -16,7 +16,7 @@ public:
     int32_t hostProcessLevel() override { return 0; }
     bool hostTempo(double&) override { return false; }
     void hostIoChanged() override {}
-    void hostParamChanged(int32_t, double) override {}
+    void hostParamChanged(int32_t, const CAudioExtParam&) override {}
 };
 
 using CBands = std::array<double, 7>;

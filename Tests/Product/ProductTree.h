@@ -31,7 +31,7 @@ public:
     int32_t hostProcessLevel() override { return 0; }
     bool hostTempo(double&) override { return false; }
     void hostIoChanged() override {}
-    void hostParamChanged(int32_t, double) override {}
+    void hostParamChanged(int32_t, const CAudioExtParam&) override {}
 };
 
 /// The application with the product's own classes and resources.

@@ -16,7 +16,7 @@ public:
     int32_t hostProcessLevel() override { return processLevel; }
     bool hostTempo(double&) override { return false; }
     void hostIoChanged() override { ++ioChanges; }
-    void hostParamChanged(int32_t, double) override { ++paramChanges; }
+    void hostParamChanged(int32_t, const CAudioExtParam&) override { ++paramChanges; }
 
     /// Sets one number of a parameter in real units, as an editor would. False for an unknown name.
     bool set(const CString& param, int32_t group, int32_t element, double value);

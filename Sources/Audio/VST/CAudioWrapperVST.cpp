@@ -386,9 +386,9 @@ void CAudioWrapperVST::hostIoChanged() {
     ioChanged();
 }
 
-void CAudioWrapperVST::hostParamChanged(int32_t index, double normalised) {
+void CAudioWrapperVST::hostParamChanged(int32_t index, const CAudioExtParam& param) {
     if (!isHostCalling()) {
-        setParameterAutomated(index, static_cast<float>(normalised));
+        setParameterAutomated(index, static_cast<float>(param.getValue()));
     }
 }
 

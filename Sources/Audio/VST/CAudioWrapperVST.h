@@ -56,7 +56,7 @@ public:
     int32_t hostProcessLevel() override { return getCurrentProcessLevel(); }
     bool hostTempo(double& bpm) override;
     void hostIoChanged() override;
-    void hostParamChanged(int32_t index, double normalised) override;
+    void hostParamChanged(int32_t index, const CAudioExtParam& param) override;
 
     const CString& hostVendor() const { return hostVendor_; }
     const CString& hostProduct() const { return hostProduct_; }

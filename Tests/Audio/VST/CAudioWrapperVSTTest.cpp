@@ -154,9 +154,10 @@ TEST_F(CAudioWrapperVSTTest, TheTempoCountsOnlyWhenTheHostSaysItIsValid) {
 
 TEST_F(CAudioWrapperVSTTest, AChangeFromInsideReachesTheHostsAutomation) {
     CAudioWrapperVST& w = make();
-    w.hostParamChanged(3, 0.75);
+    CAudioExtParam& changed = *w.extParamList()->param(3);
+    changed.param()->setValue(changed.group(), changed.elementIndex(), 1.25);
     EXPECT_EQ(answers.automated, 3);
-    EXPECT_EQ(answers.automation, 0.75f);
+    EXPECT_EQ(answers.automation, w.getParameter(3));
     answers.automated = -1;
     w.setParameter(3, 0.5f);
     EXPECT_EQ(answers.automated, -1) << "the host knows what it set itself";
