@@ -168,6 +168,7 @@ TEST(AudioThread, TheWatchSeesWhatItIsThereToSee) {
     EXPECT_EQ(seen.poolFrees, 1u);
     EXPECT_GE(seen.locks, 1u);
     EXPECT_EQ(seen.allowedLocks, 1u);
+    EXPECT_GE(seen.whileHeld, 5u);
     EXPECT_FALSE(seen.isQuiet());
 }
 

@@ -14,10 +14,22 @@ thread_local uint64_t allocationCount = 0;
 thread_local uint64_t freeCount = 0;
 thread_local uint64_t lockCount = 0;
 thread_local uint64_t allowedLockCount = 0;
+thread_local uint64_t whileHeldCount = 0;
+thread_local int heldDepth = 0;
 
-void noteLock(const void* lock) {
+void note(uint64_t& counter) {
     if (isWatching) {
-        ++(lock == allowedLock ? allowedLockCount : lockCount);
+        ++counter;
+        whileHeldCount += heldDepth > 0 ? 1 : 0;
+    }
+}
+
+void noteEntry(const void* lock) {
+    if (lock != allowedLock) {
+        note(lockCount);
+    } else if (isWatching) {
+        ++allowedLockCount;
+        ++heldDepth;
     }
 }
 
@@ -32,35 +44,46 @@ void* __real_realloc(void* block, size_t size);
 void __real_free(void* block);
 void __real__ZN4tarv5CLock5enterEv(void* lock);
 bool __real__ZN4tarv5CLock8tryEnterEv(void* lock);
+void __real__ZN4tarv5CLock5leaveEv(void* lock);
 
 void* __wrap_malloc(size_t size) {
-    allocationCount += isWatching ? 1 : 0;
+    note(allocationCount);
     return __real_malloc(size);
 }
 
 void* __wrap_calloc(size_t count, size_t size) {
-    allocationCount += isWatching ? 1 : 0;
+    note(allocationCount);
     return __real_calloc(count, size);
 }
 
 void* __wrap_realloc(void* block, size_t size) {
-    allocationCount += isWatching ? 1 : 0;
+    note(allocationCount);
     return __real_realloc(block, size);
 }
 
 void __wrap_free(void* block) {
-    freeCount += isWatching && block != nullptr ? 1 : 0;
+    if (block != nullptr) {
+        note(freeCount);
+    }
     __real_free(block);
 }
 
 void __wrap__ZN4tarv5CLock5enterEv(void* lock) {
-    noteLock(lock);
     __real__ZN4tarv5CLock5enterEv(lock);
+    noteEntry(lock);
 }
 
 bool __wrap__ZN4tarv5CLock8tryEnterEv(void* lock) {
-    noteLock(lock);
-    return __real__ZN4tarv5CLock8tryEnterEv(lock);
+    if (!__real__ZN4tarv5CLock8tryEnterEv(lock)) {
+        return false;
+    }
+    noteEntry(lock);
+    return true;
+}
+
+void __wrap__ZN4tarv5CLock5leaveEv(void* lock) {
+    heldDepth -= isWatching && lock == allowedLock && heldDepth > 0 ? 1 : 0;
+    __real__ZN4tarv5CLock5leaveEv(lock);
 }
 
 }  // extern "C"
@@ -69,13 +92,15 @@ namespace tarv::engine {
 
 std::ostream& operator<<(std::ostream& out, const CWatched& seen) {
     return out << seen.allocations << " allocations, " << seen.frees << " frees, of the pool " << seen.poolAllocations
-               << " and " << seen.poolFrees << ", " << seen.locks << " locks";
+               << " and " << seen.poolFrees << ", " << seen.locks << " locks, " << seen.whileHeld
+               << " of the calls and locks while the allowed one was held";
 }
 
 CAudioThreadWatch::CAudioThreadWatch(const CLock* allowed)
     : poolAllocations_(CHeap::counters().allocations), poolFrees_(CHeap::counters().frees) {
     allowedLock = allowed;
-    allocationCount = freeCount = lockCount = allowedLockCount = 0;
+    allocationCount = freeCount = lockCount = allowedLockCount = whileHeldCount = 0;
+    heldDepth = 0;
     isWatching = true;
 }
 
@@ -85,8 +110,8 @@ CAudioThreadWatch::~CAudioThreadWatch() {
 
 CWatched CAudioThreadWatch::seen() const {
     const CHeapCounters pool = CHeap::counters();
-    return {allocationCount,         freeCount, pool.allocations - poolAllocations_,
-            pool.frees - poolFrees_, lockCount, allowedLockCount};
+    return {allocationCount,  freeCount,     pool.allocations - poolAllocations_, pool.frees - poolFrees_, lockCount,
+            allowedLockCount, whileHeldCount};
 }
 
 }  // namespace tarv::engine

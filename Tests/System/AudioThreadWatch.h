@@ -18,6 +18,7 @@ struct CWatched {
     uint64_t poolFrees;
     uint64_t locks;         ///< other than the allowed one
     uint64_t allowedLocks;  ///< entries of the allowed one
+    uint64_t whileHeld;     ///< calls of the C heap and entries of other locks while the allowed one was held
 
     bool isQuiet() const { return allocations + frees + poolAllocations + poolFrees + locks == 0; }
 };
