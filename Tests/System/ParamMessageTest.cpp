@@ -135,6 +135,12 @@ TEST_F(ParamMessages, WhatIsNoNumberLeavesItsPlaceAlone) {
     EXPECT_EQ(param(kGains).value(0, 0), 0.5);
     EXPECT_EQ(param(kGains).value(0, 1), 2.0);
     EXPECT_EQ(param(kGains).value(0, 2), 0.5);
+    param(kGains).setValue(1, 1, 1.5);
+    EXPECT_EQ(client_.set(kGains, CAudioParamData::kAllGroups, 0, {0.75, std::nan("")}), "");
+    for (int32_t group = 0; group < 2; ++group) {
+        EXPECT_EQ(param(kGains).value(group, 0), 0.75);
+        EXPECT_EQ(param(kGains).value(group, 1), group == 0 ? 2.0 : 1.5);
+    }
 }
 
 TEST_F(ParamMessages, AReplacingMessageEndsTheGroupBehindItsValues) {
