@@ -19,7 +19,8 @@ startWine() {
 
 stopWine() {
     [ -n "$tarvWineServerId" ] || return 0
-    kill "$tarvWineServerId" 2> /dev/null
+    # With its programs: Wine's own services would outlive a server that only ends.
+    "$TARV_WINE_SERVER" -k 2> /dev/null
     wait "$tarvWineServerId" 2> /dev/null
     tarvWineServerId=
 }
