@@ -209,7 +209,7 @@ CError* CAudioParamRegistry::activateBank(CMemoryReader& stream, const CPresetRe
     CAction action(*this);
     bool isCompatible = loaded.count() > 0;
     for (int32_t i = 0; i < loaded.count(); ++i) {
-        isCompatible = isCompatible && loaded.preset(i).prefix() == id_;
+        isCompatible = isCompatible && loaded.preset(i).hasPrefix(id_);
     }
     if (!isCompatible) {
         TARV_FAIL("@tarvstr_CAudioParamRegistry_activateBank_IncompatibleBank Incompatible bank.");

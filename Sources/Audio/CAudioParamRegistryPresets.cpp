@@ -56,7 +56,7 @@ const char* CAudioParamRegistry::formerKeyOf(const CAudioParam& param) const {
 }
 
 CError* CAudioParamRegistry::requirePrefix(const CAudioPreset& preset) const {
-    if (preset.prefix() != id_) {
+    if (!preset.hasPrefix(id_)) {
         TARV_FAIL("@tarvstr_CAudioParamRegistry_activatePreset_IncompatiblePreset Incompatible preset.");
     }
     return nullptr;

@@ -28,8 +28,8 @@ CError* writeBytes(COutputStream& stream, const CAudioPreset::CBytes& bytes) {
 
 }  // namespace
 
-CString CAudioPreset::prefix() const {
-    return colon() < 0 ? CString() : name_.substring(0, colon());
+bool CAudioPreset::hasPrefix(const CString& prefix) const {
+    return std::max(colon(), 0) == prefix.length() && name_.startsWith(prefix);
 }
 
 CString CAudioPreset::displayName() const {
@@ -179,6 +179,9 @@ CError* CAudioPreset::loadEntries(CMemoryReader& stream, uint32_t count) {
                   CString::fromInt(stream.restCount()));
     }
     const uint8_t* first = stream.rest();
+    // A damaged count must not take more memory than the stream can fill.
+    const auto roomFor = static_cast<int32_t>(stream.restCount() / (2 * kLengthBytes));
+    entries_.reserve(std::clamp(static_cast<int32_t>(count), 0, roomFor));
     CBytes before;
     bool isInOrder = true;
     bool hasNamelessKey = false;
@@ -218,11 +221,16 @@ void CAudioPreset::clearLengthsOfNamelessKeys() {
 
 CError* CAudioPreset::load(CMemoryReader& stream) {
     CAudioPreset loaded;
-    uint32_t count = 0;
-    TARV_TRY(stream.readString(loaded.name_));
-    TARV_TRY(stream.readValue(count));
-    TARV_TRY(loaded.loadEntries(stream, count));
+    TARV_TRY(loaded.loadFresh(stream));
     take(loaded);
+    return nullptr;
+}
+
+CError* CAudioPreset::loadFresh(CMemoryReader& stream) {
+    uint32_t count = 0;
+    TARV_TRY(stream.readString(name_));
+    TARV_TRY(stream.takeValue(count));
+    TARV_TRY(loadEntries(stream, count));
     return nullptr;
 }
 

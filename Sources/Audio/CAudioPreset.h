@@ -22,7 +22,7 @@ public:
 
     /// Prefix, ":" and display name; the first colon counts. Without one the prefix is empty and all of it is shown.
     const CString& name() const { return name_; }
-    CString prefix() const;
+    bool hasPrefix(const CString& prefix) const;
     CString displayName() const;
     void setName(const CString& name) { name_ = name; }
     /// Keeps the prefix.
@@ -50,6 +50,8 @@ public:
     /// The stream form: name, count, then key, byte length and record of each. On failure the preset is as it was. A
     /// count below 1 ends the read; of two records with one key the later counts.
     [[nodiscard]] CError* load(CMemoryReader& stream);
+    /// The same into a preset that was just made, and holds anything on failure.
+    [[nodiscard]] CError* loadFresh(CMemoryReader& stream);
     [[nodiscard]] CError* save(COutputStream& stream) const;
     /// A file (or an embedded range) of the compressed form, id 'aprs'.
     [[nodiscard]] CError* load(const CString& path);

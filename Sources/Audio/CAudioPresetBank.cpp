@@ -17,7 +17,7 @@ CError* loadPresets(CMemoryReader& stream, CAudioPresetBank& bank) {
         TARV_FAIL("@tarvstr_CAudioPresetBank_load_CountError Invalid preset count %1.", CString::fromInt(count));
     }
     for (uint32_t i = 0; i < count; ++i) {
-        TARV_TRY(bank.append().load(stream));
+        TARV_TRY(bank.append().loadFresh(stream));
     }
     return nullptr;
 }

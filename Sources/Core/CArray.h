@@ -47,6 +47,8 @@ public:
     void removeLast() { resize(count_ - 1); }
     /// New elements are value-initialised.
     void resize(int32_t count);
+    /// New elements hold anything: for those who write all of them next.
+    void resizeUnset(int32_t count);
     /// Changes the capacity to exactly `capacity` (not below the count); back to inline at N or less.
     void reserve(int32_t capacity);
     void clear() { resize(0); }
@@ -137,7 +139,7 @@ void CArray<T, N>::append(T value) {
 template <class T, int32_t N>
 void CArray<T, N>::append(const T* items, int32_t count) {
     if (count > capacity_ - count_) {
-        reserve(std::max(count_ + count, capacity_ * 2));
+        reserve(std::max(count_ + count, capacity_ < INT32_MAX / 2 ? capacity_ * 2 : INT32_MAX));
     }
     std::uninitialized_copy_n(items, count, data_ + count_);
     count_ += count;
@@ -181,6 +183,15 @@ void CArray<T, N>::resize(int32_t count) {
         new (data_ + count_) T();
         ++count_;
     }
+}
+
+template <class T, int32_t N>
+void CArray<T, N>::resizeUnset(int32_t count) {
+    static_assert(std::is_trivially_default_constructible_v<T> && std::is_trivially_destructible_v<T>);
+    if (count > capacity_) {
+        reserve(count);
+    }
+    count_ = count;
 }
 
 template <class T, int32_t N>

@@ -26,9 +26,10 @@ private:
 
 /// Adds a message (if not empty; see the message form in Docs) and a location line to `error`, made anew when null.
 /// `sourcePath` may be __FILE__: the extension is cut off. Returns the error.
-CError* addErrorLocation(CError* error, const char* sourcePath, int line, const CString& objectFullName,
-                         const CString& message, const CString& a1 = CString(), const CString& a2 = CString(),
-                         const CString& a3 = CString(), const CString& a4 = CString(), const CString& a5 = CString());
+[[gnu::cold]] CError* addErrorLocation(CError* error, const char* sourcePath, int line, const CString& objectFullName,
+                                       const CString& message, const CString& a1 = CString(),
+                                       const CString& a2 = CString(), const CString& a3 = CString(),
+                                       const CString& a4 = CString(), const CString& a5 = CString());
 
 /// Writes the lines to the log and deletes the error; null does nothing.
 void logError(CError* error);

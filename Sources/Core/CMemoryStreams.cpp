@@ -42,13 +42,6 @@ CError* CMemoryReader::readStreamed(void* buffer, int64_t& count) {
     return read(buffer, count);
 }
 
-CError* CMemoryReader::takeString(const uint8_t*& bytes, uint32_t& count) {
-    TARV_TRY(takeValue(count));
-    TARV_TRY(checkStringCount(count));
-    TARV_TRY(takeBytes(bytes, count));
-    return nullptr;
-}
-
 CError* CMemoryReader::view(const uint8_t*& bytes, uint32_t count, CByteBuffer&) {
     TARV_TRY(takeBytes(bytes, count));
     return nullptr;

@@ -11,7 +11,6 @@ namespace tarv {
 
 namespace {
 
-constexpr uint32_t kStringLimit = 61441;
 constexpr size_t kStringStaging = 128;
 // The most that viewStreamed reads at once.
 constexpr int64_t kStreamedStep = 32768;
@@ -64,7 +63,7 @@ CError* CInputStream::checkStringCount(uint32_t& count) {
     if (length < 0) {
         count = 0;
     }
-    if (count >= kStringLimit) {
+    if (count > kMaxStringBytes) {
         TARV_FAIL("@tarvstr_CInputStream_readString_TooLong String length %1 too long in readString().",
                   CString::fromInt(length));
     }

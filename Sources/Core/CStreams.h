@@ -30,7 +30,8 @@ public:
 
     [[nodiscard]] CError* readValue(uint32_t& value);
     [[nodiscard]] CError* readDouble(double& value);
-    /// Byte count and UTF-8 (see Utf8.h) of at most 61440 bytes. A negative count gives an empty text.
+    static constexpr uint32_t kMaxStringBytes = 61440;
+    /// Byte count and UTF-8 (see Utf8.h) of at most kMaxStringBytes. A negative count gives an empty text.
     [[nodiscard]] CError* readString(CString& text);
     /// The bytes of a string as they stand in the stream, not decoded, as view gives them.
     [[nodiscard]] CError* viewString(const uint8_t*& bytes, uint32_t& count, CByteBuffer& room);
@@ -108,7 +109,14 @@ public:
         position_ += count;
         return nullptr;
     }
-    [[nodiscard]] CError* takeString(const uint8_t*& bytes, uint32_t& count);
+    [[nodiscard, gnu::always_inline]] CError* takeString(const uint8_t*& bytes, uint32_t& count) {
+        TARV_TRY(takeValue(count));
+        if (count > kMaxStringBytes) {
+            TARV_TRY(checkStringCount(count));
+        }
+        TARV_TRY(takeBytes(bytes, count));
+        return nullptr;
+    }
 
 private:
     const uint8_t* data_ = nullptr;

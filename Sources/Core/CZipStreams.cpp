@@ -12,6 +12,9 @@ namespace {
 constexpr int32_t kStagingBytes = 32768;
 // The most that is taken from a source at once: all of a block in memory.
 constexpr int64_t kViewBytes = INT32_MAX;
+constexpr int32_t kGrowthStep = 1 << 14;
+// zlib decodes in its fast loop only while a match of the longest kind, 258 bytes, would fit.
+constexpr int32_t kFastRoom = 260;
 
 CString zipMessage(const z_stream& zip) {
     return CString(zip.msg ? zip.msg : "");
@@ -130,17 +133,24 @@ CError* CInputZipStream::read(void* buffer, int64_t count) {
     return nullptr;
 }
 
-CError* CInputZipStream::expectEnd() {
+CError* CInputZipStream::readToEnd(CByteBuffer& buffer, int32_t size) {
     if (!source_) {
         TARV_FAIL("@tarvstr_CInputZipStream_read_NoSource Input stream not specified.");
     }
-    uint8_t surplus = 0;
-    int64_t made = 1;
-    bool isEnded = false;
-    TARV_TRY(inflateSome(&surplus, made, isEnded));
-    if (made > 0) {
-        TARV_FAIL("@tarvstr_CInputZipStream_expectEnd_Surplus Compressed data longer than announced.");
+    int32_t done = 0;
+    for (bool isEnded = false; !isEnded;) {
+        buffer.resizeUnset(done + std::min(size - done, std::max(kGrowthStep, done)) + kFastRoom);
+        int64_t made = buffer.count() - done;
+        TARV_TRY(inflateSome(buffer.data() + done, made, isEnded));
+        done += static_cast<int32_t>(made);
+        if (done > size) {
+            TARV_FAIL("@tarvstr_CInputZipStream_readToEnd_Surplus Compressed data longer than announced.");
+        }
     }
+    if (done < size) {
+        TARV_FAIL("@tarvstr_CInputZipStream_read_PrematureEnd Premature end of file.");
+    }
+    buffer.resize(size);
     return nullptr;
 }
 

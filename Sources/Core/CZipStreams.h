@@ -15,8 +15,9 @@ public:
     [[nodiscard]] CError* close() override;
     [[nodiscard]] CError* consume(int64_t count) override;
     [[nodiscard]] CError* read(void* buffer, int64_t count) override;
-    /// Fails unless the stream ends here, with the check value of its data in order.
-    [[nodiscard]] CError* expectEnd();
+    /// All of the stream: exactly `size` bytes with their check value in order, or a failure. The buffer's room grows
+    /// with what was inflated: a size that the source can't fill takes no memory.
+    [[nodiscard]] CError* readToEnd(CByteBuffer& buffer, int32_t size);
 
 private:
     [[nodiscard]] CError* fill();

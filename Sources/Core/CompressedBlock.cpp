@@ -2,8 +2,6 @@
 
 #include <zlib.h>
 
-#include <algorithm>
-
 #include "Core/CZipStreams.h"
 #include "Core/LittleEndian.h"
 
@@ -12,8 +10,6 @@ namespace tarv {
 namespace {
 
 constexpr int64_t kMaxBlockBytes = 256 << 20;
-// A damaged count must not take more memory than its data can fill: the buffer grows with what was inflated.
-constexpr int64_t kGrowthStep = 1 << 14;
 
 uint32_t checkOf(const uint8_t (&sizeBytes)[4]) {
     return static_cast<uint32_t>(adler32(1, sizeBytes, sizeof(sizeBytes)));
@@ -22,20 +18,10 @@ uint32_t checkOf(const uint8_t (&sizeBytes)[4]) {
 CError* readInflated(CInputStream& source, CByteBuffer& buffer, uint32_t size) {
     CInputZipStream zip;
     TARV_TRY(zip.open(source));
-    CError* error = nullptr;
-    for (int64_t done = 0; !error && done < size;) {
-        const int64_t step = std::min<int64_t>(size - done, std::max<int64_t>(kGrowthStep, done));
-        buffer.resize(static_cast<int32_t>(done + step));
-        error = zip.read(buffer.data() + done, step);
-        done += step;
-    }
-    if (!error) {
-        error = zip.expectEnd();
-    }
-    if (error) {
+    if (CError* error = zip.readToEnd(buffer, static_cast<int32_t>(size))) {
         buffer.clear();
         TARV_CONSUME(zip.close());
-        TARV_TRY(error);
+        return error;
     }
     TARV_TRY(zip.close());
     return nullptr;

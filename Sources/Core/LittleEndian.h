@@ -1,26 +1,26 @@
 #pragma once
 
-#include <cstddef>
+#include <bit>
 #include <cstdint>
+#include <cstring>
 
 namespace tarv {
+
+// Every machine that this is built for has that order; a loop over the bytes costs ten times what a load does.
+static_assert(std::endian::native == std::endian::little);
 
 /// An unsigned integer out of its bytes, the lowest first.
 template <class T>
 T fromLittleEndian(const uint8_t* bytes) {
-    T value = 0;
-    for (size_t i = sizeof(T); i-- > 0;) {
-        value = value << 8 | bytes[i];
-    }
+    T value;
+    std::memcpy(&value, bytes, sizeof(value));
     return value;
 }
 
 /// The bytes of an unsigned integer, the lowest first.
 template <class T>
 void toLittleEndian(T value, uint8_t* bytes) {
-    for (size_t i = 0; i < sizeof(T); ++i) {
-        bytes[i] = static_cast<uint8_t>(value >> (8 * i));
-    }
+    std::memcpy(bytes, &value, sizeof(value));
 }
 
 }  // namespace tarv

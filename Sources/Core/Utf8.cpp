@@ -1,5 +1,7 @@
 #include "Core/Utf8.h"
 
+#include <algorithm>
+
 #include "Core/CString.h"
 
 namespace tarv {
@@ -21,10 +23,8 @@ int followersOf(uint8_t lead) {
 
 void appendUtf8(CString& text, const char* bytes, size_t count) {
     // Most texts are plain: those units go in one run.
-    size_t i = 0;
-    while (i<count&& static_cast<int8_t>(bytes[i])> 0) {
-        ++i;
-    }
+    const auto isPlain = [](char byte) { return static_cast<int8_t>(byte) > 0; };
+    auto i = static_cast<size_t>(std::find_if_not(bytes, bytes + count, isPlain) - bytes);
     text.append(CString(bytes, static_cast<int32_t>(i)));
     while (i < count) {
         const auto lead = static_cast<uint8_t>(bytes[i++]);

@@ -89,7 +89,11 @@ TEST(Preset, TheFirstColonEndsThePrefix) {
                   {"", "", ""}};
     for (const auto& row : kNames) {
         const CAudioPreset preset(row.name);
-        EXPECT_EQ(preset.prefix(), row.prefix) << row.name;
+        EXPECT_TRUE(preset.hasPrefix(row.prefix)) << row.name;
+        EXPECT_FALSE(preset.hasPrefix(CString(row.prefix) + "X")) << row.name;
+        EXPECT_FALSE(preset.hasPrefix(CString(row.prefix) + ":")) << row.name;
+        EXPECT_EQ(preset.hasPrefix(""), *row.prefix == 0) << row.name;
+        EXPECT_FALSE(preset.hasPrefix("TAE")) << row.name;
         EXPECT_EQ(preset.displayName(), row.shown) << row.name;
     }
     CAudioPreset preset("TAEQ:a:b");

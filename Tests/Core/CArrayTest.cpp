@@ -64,6 +64,18 @@ TEST(CArray, NewElementsAreValueInitialised) {
     }
 }
 
+TEST(CArray, AnUnsetResizeKeepsWhatWasThere) {
+    CArray<int, 2> array;
+    array.append(7);
+    array.append(8);
+    array.resizeUnset(100);
+    EXPECT_EQ(array.count(), 100);
+    array.resizeUnset(2);
+    EXPECT_EQ(array.count(), 2);
+    EXPECT_EQ(array[0], 7);
+    EXPECT_EQ(array[1], 8);
+}
+
 TEST(CArray, CopiesAreIndependentAndMovesLeaveNothingBehind) {
     for (int32_t count : {0, 1, 3, 40}) {
         CArray<CString, 4> source;

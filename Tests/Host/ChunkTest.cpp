@@ -1,6 +1,6 @@
 // The host's chunks: what is in them, what they bring back, and what damaged ones do, which is nothing.
 
-#include "FactoryTables.h"
+#include "FactorySettings.h"
 #include "HostTest.h"
 #include "Tests/System/SoundHelp.h"
 

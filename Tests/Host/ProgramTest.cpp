@@ -1,6 +1,6 @@
 // Programs as a host sees them: names, selection, and what each of the factory's sounds like.
 
-#include "FactoryTables.h"
+#include "FactorySettings.h"
 #include "HostTest.h"
 #include "Tests/System/SoundHelp.h"
 

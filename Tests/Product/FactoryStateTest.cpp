@@ -1,10 +1,10 @@
 // What comes up in an instance when each preset that the product brings is chosen.
 
-#include <array>
 #include <cmath>
 
 #include "Audio/CAudioParamRegistry.h"
 #include "Audio/CAudioWrapper.h"
+#include "FactoryTables.h"
 #include "ProductTree.h"
 
 namespace tarv {
@@ -19,117 +19,10 @@ public:
     void hostParamChanged(int32_t, const CAudioExtParam&) override {}
 };
 
-using CBands = std::array<double, 7>;
-using CRoute = std::array<double, 8>;
+using factory::CCurve;
+using factory::CRow;
 
-/// Gains in decibels as the bank tells them, to two decimals.
-struct CFactoryRow {
-    const char* name;
-    CBands groupA;
-    CBands groupB;
-    double outGainB;
-};
-
-constexpr CFactoryRow kFactory[] = {
-    {"Default", {}, {}, 0},
-    {"Inverted Smiley", {-2.10, -0.40, 1.29, 2.09, 1.29, -0.40, -2.10}, {}, 0},
-    {"More Loudness", {1.20, 0, 0, 1.70, 0, 0.80, 2.40}, {}, 0},
-    {"High Freq Roll-off", {0, 0, 0, -0.50, -1.20, -2.30, -4.10}, {}, 0},
-    {"Boom Box", {6.12, 0.20, 0, 0.60, -0.30, -0.30, 5.40}, {-2.74, 0, 0, -1.13, 0, 0, 4.51}, 0},
-    {"Stereo Sheen", {2.00, 0.70, 0, 0, 0, 0.70, 2.00}, {-7.30, -1.40, 0, 0, 0.40, 1.50, 4.90}, 0},
-    {"Strange Stereo",
-     {-0.50, -4.80, -1.90, 2.80, 3.30, 2.50, 5.30},
-     {9.60, 4.70, 0.50, -1.10, 0.40, 2.10, -1.80},
-     1.70},
-};
-
-struct CRoutingRow {
-    const char* name;
-    CRoute grouping;
-    CRoute inRouting;
-    CRoute outRouting;
-    CRoute pairs;
-    std::array<const char*, 8> groupNames;
-    std::array<const char*, 4> channelNames;
-    bool hasSideChain;
-};
-
-constexpr CRoutingRow kRouting[] = {
-    {"Default Stereo",
-     {0, 0, 1, 1, 2, 2, 3, 3},
-     {1, 2},
-     {1, 2},
-     {},
-     {"1", "2", "3", "4", "5", "6", "7", "8"},
-     {"L", "R", "IN3", "IN4"},
-     false},
-    {"2.1 Stereo",
-     {0, 0, 1, 1, 1, 1, 1, 1},
-     {1, 2, 3},
-     {1, 2},
-     {},
-     {"Front", "LFE", "3", "4", "5", "6", "7", "8"},
-     {"L", "R", "C", "IN4"},
-     false},
-    {"5.1 Surround",
-     {0, 0, 1, 2, 3, 3, 3, 3},
-     {1, 2, 3, 4, 5, 6},
-     {1, 2, 3, 4, 5, 6},
-     {},
-     {"Front", "Cntr", "LFE", "Side", "5", "6", "7", "8"},
-     {"L", "R", "C", "Lfe"},
-     false},
-    {"Dual Mono",
-     {0, 1, 1, 1, 1, 1, 1, 1},
-     {1, 2},
-     {1, 2},
-     {},
-     {"Left", "Right", "3", "4", "5", "6", "7", "8"},
-     {"L", "R", "IN3", "IN4"},
-     false},
-    {"Mid-Side Stereo",
-     {0, 1, 1, 1, 1, 1, 1, 1},
-     {1, 2},
-     {1, 2},
-     {1, 1},
-     {"Mid", "Side", "3", "4", "5", "6", "7", "8"},
-     {"L", "R", "IN3", "IN4"},
-     false},
-    {"Mono To Stereo",
-     {0, 0, 1, 1, 2, 2, 3, 3},
-     {1},
-     {1, 1},
-     {},
-     {"1", "2", "3", "4", "5", "6", "7", "8"},
-     {"L", "R", "IN3", "IN4"},
-     false},
-    {"Stereo Side-Chain",
-     {0, 0, 1, 1, 2, 2, 3, 3},
-     {1, 2, 3, 4},
-     {1, 2},
-     {},
-     {"1", "2", "3", "4", "5", "6", "7", "8"},
-     {"L", "R", "scL", "scR"},
-     true},
-    {"Mono Side-Chain",
-     {0, 0, 1, 1, 2, 2, 3, 3},
-     {1, 2},
-     {1},
-     {},
-     {"1", "2", "3", "4", "5", "6", "7", "8"},
-     {"L", "scL", "IN3", "IN4"},
-     true},
-    {"Force Mono",
-     {0, 0, 1, 1, 2, 2, 3, 3},
-     {1},
-     {1},
-     {},
-     {"1", "2", "3", "4", "5", "6", "7", "8"},
-     {"L", "R", "IN3", "IN4"},
-     true},
-};
-
-constexpr CBands kFreqs = {64, 150, 350, 1000, 2000, 6000, 12000};
+constexpr CCurve kFreqs = {64, 150, 350, 1000, 2000, 6000, 12000};
 // The bank's decibels stand to two decimals.
 constexpr double kHalfDigit = 0.005001;
 
@@ -152,7 +45,7 @@ protected:
     double value(const char* name, int32_t group = 0, size_t element = 0) {
         return param(name).value(group, static_cast<int32_t>(element));
     }
-    void expectRoute(const char* name, const CRoute& route, const char* preset) {
+    void expectRoute(const char* name, const CRow& route, const char* preset) {
         for (size_t i = 0; i < route.size(); ++i)
             EXPECT_EQ(value(name, 0, i), route[i]) << preset << ' ' << name << ' ' << i;
         EXPECT_EQ(param(name).userData().elementCount(0), 8) << preset;
@@ -201,9 +94,10 @@ protected:
 }  // namespace
 
 TEST_F(FactoryState, EachPresetOfTheFactoryBringsTheValuesOfItsRow) {
+    const factory::CRoutingPreset& usual = factory::kRoutingPresets[0];
     ASSERT_EQ(master().romCount(), 7);
     for (int32_t index = 0; index < 7; ++index) {
-        const CFactoryRow& row = kFactory[index];
+        const factory::CFactoryPreset& row = factory::kFactoryPresets[index];
         EXPECT_EQ(master().romName(index), row.name);
         EXPECT_EQ(master().programName(index), row.name);
         disturb();
@@ -221,12 +115,12 @@ TEST_F(FactoryState, EachPresetOfTheFactoryBringsTheValuesOfItsRow) {
                     << row.name << group << ' ' << band;
             }
         }
-        expectRoute("io-params.grouping", kRouting[0].grouping, row.name);
-        expectRoute("io-params.in-routing", kRouting[0].inRouting, row.name);
-        expectRoute("io-params.out-routing", kRouting[0].outRouting, row.name);
-        expectRoute("io-params.ms-pairs", kRouting[0].pairs, row.name);
-        expectNames("io-params.in-channel-names", kRouting[0].channelNames.data(), 4, row.name);
-        expectNames("io-params.group-names", kRouting[0].groupNames.data(), 8, row.name);
+        expectRoute("io-params.grouping", usual.grouping, row.name);
+        expectRoute("io-params.in-routing", usual.inRouting, row.name);
+        expectRoute("io-params.out-routing", usual.outRouting, row.name);
+        expectRoute("io-params.ms-pairs", usual.pairs, row.name);
+        expectNames("io-params.in-channel-names", usual.channelNames.data(), 4, row.name);
+        expectNames("io-params.group-names", usual.groupNames.data(), 8, row.name);
         EXPECT_EQ(value("oversampling"), 1) << row.name;
         EXPECT_EQ(param("instance-name").text(0, 0), "Mine") << "a preset leaves it alone";
     }
@@ -238,7 +132,7 @@ TEST_F(FactoryState, EachRoutingPresetBringsTheValuesOfItsRowAndNothingElse) {
     ASSERT_FALSE(error) << error->joined().toUtf8();
     ASSERT_EQ(list.count(), 9);
     for (int32_t index = 0; index < 9; ++index) {
-        const CRoutingRow& row = kRouting[index];
+        const factory::CRoutingPreset& row = factory::kRoutingPresets[index];
         const CAudioPreset& preset = list.preset(index);
         EXPECT_EQ(preset.name(), (std::string("TAIO:") + row.name).c_str());
         EXPECT_EQ(preset.recordCount(), row.hasSideChain ? 9 : 7) << row.name;

@@ -1,14 +1,8 @@
 #pragma once
 
 #include <array>
-#include <cmath>
-#include <string>
-#include <vector>
 
-#include "ChunkBytes.h"
-#include "Tests/System/ReferenceChain.h"
-
-namespace tarv::host {
+namespace tarv::factory {
 
 /// What the factory data are told to hold, written down once more.
 
@@ -47,6 +41,7 @@ struct CRoutingPreset {
     CRow pairs;
     std::array<const char*, 8> groupNames;
     std::array<const char*, 4> channelNames;
+    bool hasSideChain;
 };
 
 inline constexpr CRoutingPreset kRoutingPresets[] = {
@@ -56,98 +51,73 @@ inline constexpr CRoutingPreset kRoutingPresets[] = {
      {1, 2},
      {},
      {"1", "2", "3", "4", "5", "6", "7", "8"},
-     {"L", "R", "IN3", "IN4"}},
+     {"L", "R", "IN3", "IN4"},
+     false},
     {"2.1 Stereo",
      {0, 0, 1, 1, 1, 1, 1, 1},
      {1, 2, 3},
      {1, 2},
      {},
      {"Front", "LFE", "3", "4", "5", "6", "7", "8"},
-     {"L", "R", "C", "IN4"}},
+     {"L", "R", "C", "IN4"},
+     false},
     {"5.1 Surround",
      {0, 0, 1, 2, 3, 3, 3, 3},
      {1, 2, 3, 4, 5, 6},
      {1, 2, 3, 4, 5, 6},
      {},
      {"Front", "Cntr", "LFE", "Side", "5", "6", "7", "8"},
-     {"L", "R", "C", "Lfe"}},
+     {"L", "R", "C", "Lfe"},
+     false},
     {"Dual Mono",
      {0, 1, 1, 1, 1, 1, 1, 1},
      {1, 2},
      {1, 2},
      {},
      {"Left", "Right", "3", "4", "5", "6", "7", "8"},
-     {"L", "R", "IN3", "IN4"}},
+     {"L", "R", "IN3", "IN4"},
+     false},
     {"Mid-Side Stereo",
      {0, 1, 1, 1, 1, 1, 1, 1},
      {1, 2},
      {1, 2},
      {1, 1},
      {"Mid", "Side", "3", "4", "5", "6", "7", "8"},
-     {"L", "R", "IN3", "IN4"}},
+     {"L", "R", "IN3", "IN4"},
+     false},
     {"Mono To Stereo",
      {0, 0, 1, 1, 2, 2, 3, 3},
      {1},
      {1, 1},
      {},
      {"1", "2", "3", "4", "5", "6", "7", "8"},
-     {"L", "R", "IN3", "IN4"}},
+     {"L", "R", "IN3", "IN4"},
+     false},
     {"Stereo Side-Chain",
      {0, 0, 1, 1, 2, 2, 3, 3},
      {1, 2, 3, 4},
      {1, 2},
      {},
      {"1", "2", "3", "4", "5", "6", "7", "8"},
-     {"L", "R", "scL", "scR"}},
+     {"L", "R", "scL", "scR"},
+     true},
     {"Mono Side-Chain",
      {0, 0, 1, 1, 2, 2, 3, 3},
      {1, 2},
      {1},
      {},
      {"1", "2", "3", "4", "5", "6", "7", "8"},
-     {"L", "scL", "IN3", "IN4"}},
+     {"L", "scL", "IN3", "IN4"},
+     true},
     {"Force Mono",
      {0, 0, 1, 1, 2, 2, 3, 3},
      {1},
      {1},
      {},
      {"1", "2", "3", "4", "5", "6", "7", "8"},
-     {"L", "R", "IN3", "IN4"}},
+     {"L", "R", "IN3", "IN4"},
+     true},
 };
 inline constexpr int kRoutingCount = 9;
 
-/// Settings of a factory preset for the reference.
-inline reference::CSettings settingsOf(const CFactoryPreset& preset) {
-    reference::CSettings settings;
-    for (size_t band = 0; band < 7; ++band) {
-        settings.groups[0].gains[band] = std::pow(10.0, preset.groupA[band] / 20.0);
-        settings.groups[1].gains[band] = preset.hasGroupB ? std::pow(10.0, preset.groupB[band] / 20.0) : 1.0;
-    }
-    settings.groups[1].outGain = std::pow(10.0, preset.outGainB / 20.0);
-    return settings;
-}
-
-inline std::vector<double> numbersOf(const CRow& row) {
-    return {row.begin(), row.end()};
-}
-
-/// Puts a routing preset's table into a stored program.
-inline void addRouting(const CRoutingPreset& routing, CStoredParams& params) {
-    const std::string io = "io-params.";
-    const std::string definition = "audio.modMain.io-params.";
-    params[io + "grouping"] = {definition + "grouping", {numbersOf(routing.grouping)}, {}};
-    params[io + "in-routing"] = {definition + "in-routing", {numbersOf(routing.inRouting)}, {}};
-    params[io + "out-routing"] = {definition + "out-routing", {numbersOf(routing.outRouting)}, {}};
-    params[io + "ms-pairs"] = {definition + "ms-pairs", {numbersOf(routing.pairs)}, {}};
-    params[io + "group-names"] = {
-        definition + "group-names", {}, {routing.groupNames.begin(), routing.groupNames.end()}};
-}
-
-inline void applyRouting(const CRoutingPreset& routing, reference::CLayout& layout) {
-    layout.grouping = routing.grouping;
-    layout.inRouting = routing.inRouting;
-    layout.outRouting = routing.outRouting;
-    layout.pairs = routing.pairs;
-}
-
-}  // namespace tarv::host
+}  // namespace tarv::factory
