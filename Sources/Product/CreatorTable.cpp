@@ -49,10 +49,12 @@
 #include "Core/CObject.h"
 #include "Core/CObjectEventBridge.h"
 #include "Core/CSharedAttribute.h"
+#include "UI/Resources/CDataSetObject.h"
+#include "UI/Resources/CFontObject.h"
 
 namespace tarv {
 
-// The classes of the editor, and of timers, come with it: until then their tags make plain objects.
+// The classes of the views, and of timers, come with them: until then their tags make plain objects.
 const CCreatorRow kCreatorRows[] = {
     {"audio:audio-env", &createObject<CAudioEnv>, nullptr},
     {"audio:cctable", &createObject<CAudioCCTable>, nullptr},
@@ -109,10 +111,14 @@ const CCreatorRow kCreatorRows[] = {
     {"audio:process-link", &createObject<CAudioProcessLinkDef>, nullptr},
     {"audio:qplex-context", &createObject<CQPLEXContextObject>, nullptr},
     {"audio:viz-collector", &createObject<CAudioVizCollector>, nullptr},
+    {"brushset", &createObject<CBrushSetObject>, nullptr},
     {"core:attr-doubler", &createObject<CAttrDoubler>, &CAttrDoubler::initClass},
     {"core:global-settings", &createObject<CGlobalSettings>, &CGlobalSettings::initClass},
     {"core:object", &createObject<CObject>, nullptr},
     {"core:shared-attribute", &createObject<CSharedAttribute>, &CSharedAttribute::initClass},
+    {"font", &createObject<CFontObject>, nullptr},
+    {"imageset", &createObject<CImageSetObject>, nullptr},
+    {"palette", &createObject<CPaletteObject>, nullptr},
     {"ui:ui-event-bridge", &createObject<CStdEventBridge>, nullptr},
 };
 const int32_t kCreatorRowCount = static_cast<int32_t>(std::size(kCreatorRows));

@@ -24,9 +24,11 @@ const CLayer kLayers[] = {
     {"Audio/Filters", {"Platform", "Core", "Audio"}},
     {"Audio/Processes", {"Platform", "Core", "Audio", "Audio/Filters"}},
     {"Audio/VST", {"Platform", "Core", "Audio", "Audio/Converters", "Audio/Filters", "Audio/Processes", "UI"}},
-    {"UI", {"Platform", "Core", "Audio", "Audio/Converters"}},
+    {"UI", {"Platform", "Core", "Audio", "Audio/Converters", "UI/Resources"}},
+    {"UI/Resources", {"Platform", "Core"}},
     {"Product",
-     {"Platform", "Core", "Audio", "Audio/Converters", "Audio/Filters", "Audio/Processes", "Audio/VST", "UI"}},
+     {"Platform", "Core", "Audio", "Audio/Converters", "Audio/Filters", "Audio/Processes", "Audio/VST", "UI",
+      "UI/Resources"}},
 };
 
 const CLayer* layerOf(std::string_view path) {
