@@ -7,7 +7,7 @@ TARV_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 TARV_BUILD_PACKAGES="build-essential cmake ninja-build zlib1g-dev libpugixml-dev libgtest-dev googletest
     libbenchmark-dev g++-mingw-w64-x86-64-posix libz-mingw-w64-dev"
 # What Tools/GfxBuilder draws shapes and glyphs with.
-TARV_GRAPHICS_PACKAGES="libcairo2-dev librsvg2-dev libfreetype-dev libharfbuzz-dev libfontconfig-dev
+TARV_GRAPHICS_PACKAGES="pkgconf libcairo2-dev librsvg2-dev libfreetype-dev libharfbuzz-dev libfontconfig-dev
     fonts-inter"
 TARV_BUILD_PACKAGES="$TARV_BUILD_PACKAGES $TARV_GRAPHICS_PACKAGES"
 # What a Windows program runs on, here.
