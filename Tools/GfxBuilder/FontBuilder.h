@@ -22,9 +22,9 @@ struct CFontSource {
 /// A font as it was drawn: glyphs of 1 byte per pixel by code (see UI/Resources/FontCodes.h), one for each scale.
 ///
 /// The nominal rectangle of a glyph is its advance wide, and as high as the line at that scale. Advances are whole
-/// device pixels, so that equal letters look equal wherever they stand; a glyph is centred on what the rounding
-/// changed. Digits, plus, minus and hyphen take one advance. The middle of the capitals is the middle of the line; a
-/// half pixel that is left goes below.
+/// device pixels, so that equal letters look equal wherever they stand; a glyph stands in the middle of its advance, or
+/// up to 3/8 of a pixel beside it where that makes it sharper. Digits, plus, minus and hyphen take one advance. The
+/// middle of the capitals is the middle of the line; a half pixel that is left goes below.
 struct CDrawnFont {
     int height = 0;      ///< of a line, at scale 1.0
     int spaceAbove = 0;  ///< from the line's top to the capitals at scale 1.0, rounded
