@@ -4,6 +4,7 @@
 
 #include <array>
 #include <bit>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -39,7 +40,14 @@ public:
         }
         return *this;
     }
+    /// Names the place where the next field goes.
+    CFileBuilder& mark(const std::string& name) {
+        marks_[name] = bytes_.size();
+        return *this;
+    }
     const CBytes& bytes() const { return bytes_; }
+    /// Byte of the file at which a marked field stands.
+    size_t offsetOf(const std::string& mark) const { return marks_.at(mark) + sizeof(uint32_t); }
     /// The file: the size, and what was put here.
     CBytes file() const {
         CFileBuilder whole;
@@ -49,6 +57,7 @@ public:
 
 private:
     CBytes bytes_;
+    std::map<std::string, size_t> marks_;
 };
 
 template <class T>
