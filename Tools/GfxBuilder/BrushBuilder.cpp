@@ -8,17 +8,22 @@ namespace tarv {
 namespace {
 
 constexpr double kWidthMax = 64.0;
-constexpr int kColumns = 128;  // slices of a pixel; the chord of each is exact
+constexpr int kSlices = 128;  // slices of a pixel; the chord of each is exact
 
-/// Part of a pixel, 0 to 1, that a disc around the origin covers.
-double coverOf(double radius, double left, double top) {
+/// Part of a pixel, 0 to 1, that a disc around the origin covers: by slices across one direction.
+double sliced(double radius, double from, double low) {
     double area = 0;
-    for (int i = 0; i < kColumns; ++i) {
-        const double x = left + (i + 0.5) / kColumns;
-        const double half = std::sqrt(std::max(0.0, radius * radius - x * x));
-        area += std::max(0.0, std::min(top + 1, half) - std::max(top, -half));
+    for (int i = 0; i < kSlices; ++i) {
+        const double at = from + (i + 0.5) / kSlices;
+        const double half = std::sqrt(std::max(0.0, radius * radius - at * at));
+        area += std::max(0.0, std::min(low + 1, half) - std::max(low, -half));
     }
-    return area / kColumns;
+    return area / kSlices;
+}
+
+/// Slices both ways, so that a stamp mirrored in its diagonal is the stamp of the mirrored place.
+double coverOf(double radius, double left, double top) {
+    return (sliced(radius, left, top) + sliced(radius, top, left)) / 2;
 }
 
 }  // namespace
