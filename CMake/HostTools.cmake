@@ -1,7 +1,7 @@
 # Programs of ours that make sources for a build run on the building machine, so only the plain native build makes them.
 # The Windows and the sanitizer builds take them from there: configured here when that was not done, and built first.
 set(TARV_HOST_BINARY_DIR ${CMAKE_SOURCE_DIR}/build/native)
-set(TARV_HOST_TOOLS DefinitionCompiler FactoryCompiler ResourcePacker)
+set(TARV_HOST_TOOLS DefinitionCompiler FactoryCompiler GfxBuilder ResourcePacker)
 
 if(WIN32 OR TARV_SANITIZER)
     if(NOT EXISTS ${TARV_HOST_BINARY_DIR}/build.ninja)

@@ -28,10 +28,11 @@ tarv_compile_factory(AppDataGlobal_routing-presets ${definitions}/Factory/Routin
 
 set(resource_files SharedData.xml UserInterface.xml FactoryROM.cbf AppDataGlobal_routing-presets)
 list(TRANSFORM resource_files PREPEND ${TARV_RESOURCE_DIR}/)
+include(CMake/Graphics.cmake)
 set(resource_sources ${TARV_RESOURCE_DIR}/Resources.S ${TARV_RESOURCE_DIR}/ResourceRows.cpp)
 add_custom_command(OUTPUT ${resource_sources}
     COMMAND ${resource_packer} ${definitions}/Resources.xml ${TARV_RESOURCE_DIR} ${resource_sources}
-    DEPENDS ${definitions}/Resources.xml ${resource_files} ${resource_packer_depends} VERBATIM
+    DEPENDS ${definitions}/Resources.xml ${resource_files} ${TARV_GRAPHICS_FILES} ${resource_packer_depends} VERBATIM
     COMMENT "Packing resources")
 target_sources(TarvProduct PRIVATE ${resource_sources})
 
