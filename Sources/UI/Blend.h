@@ -13,6 +13,8 @@
 //
 // Each sum equals d * (1 - w) + s * w with the weight w in whole steps, so it is never negative and at most 255 steps'
 // worth of the unit: below 2^16, 2^31 and 2^23. That is why channels can be summed side by side in one word.
+//
+// In line, whatever the compiler thinks of the size: a loop has its weight or its source in common.
 
 namespace tarv {
 
@@ -33,7 +35,7 @@ inline uint32_t effectiveAlpha(double opacity) {
 }
 
 /// By the pixel's own alpha in 0..255.
-inline CPixel blendOwn(CPixel target, CPixel source, uint32_t alpha) {
+[[gnu::always_inline]] inline CPixel blendOwn(CPixel target, CPixel source, uint32_t alpha) {
     const uint32_t kept = 256 - alpha;
     const uint32_t redBlue = ((target & kRedBlue) * kept + (source & kRedBlue) * alpha) >> 8;
     const uint32_t green = ((target & kGreen) * kept + (source & kGreen) * alpha) >> 8;
@@ -41,13 +43,13 @@ inline CPixel blendOwn(CPixel target, CPixel source, uint32_t alpha) {
 }
 
 /// Red and blue in the two halves of a word.
-inline uint64_t spreadRedBlue(CPixel pixel) {
+[[gnu::always_inline]] inline uint64_t spreadRedBlue(CPixel pixel) {
     return (pixel & 0xff) | static_cast<uint64_t>(pixel & 0xff0000) << 16;
 }
 
 /// With a weight in 0..2^kBits, which is at most 2^23.
 template <int32_t kBits>
-CPixel blendWeighted(CPixel target, CPixel source, uint32_t weight) {
+[[gnu::always_inline]] inline CPixel blendWeighted(CPixel target, CPixel source, uint32_t weight) {
     static_assert(kBits <= 23, "a channel has 31 bits");
     const uint32_t kept = (1u << kBits) - weight;
     const uint64_t redBlue = (spreadRedBlue(target) * kept + spreadRedBlue(source) * weight) >> kBits;
@@ -56,12 +58,12 @@ CPixel blendWeighted(CPixel target, CPixel source, uint32_t weight) {
 }
 
 /// By the pixel's own alpha in 0..255 and an effective alpha below kOpaqueAlpha.
-inline CPixel blendBoth(CPixel target, CPixel source, uint32_t alpha, uint32_t effective) {
+[[gnu::always_inline]] inline CPixel blendBoth(CPixel target, CPixel source, uint32_t alpha, uint32_t effective) {
     return blendWeighted<23>(target, source, alpha * effective);
 }
 
 /// An opaque pixel by an effective alpha.
-inline CPixel blendEffective(CPixel target, CPixel source, uint32_t effective) {
+[[gnu::always_inline]] inline CPixel blendEffective(CPixel target, CPixel source, uint32_t effective) {
     return blendWeighted<15>(target, source, effective);
 }
 

@@ -22,7 +22,7 @@ struct CBlend {
 
 /// Colour of the stored pixel at `bytes`.
 template <int32_t kBytes>
-CPixel sourceAt(const uint8_t* bytes, const CBlend& blend) {
+[[gnu::always_inline]] inline CPixel sourceAt(const uint8_t* bytes, const CBlend& blend) {
     if constexpr (kBytes == 1) {
         return blend.full;
     } else if constexpr (kBytes == 2) {
@@ -32,26 +32,41 @@ CPixel sourceAt(const uint8_t* bytes, const CBlend& blend) {
     }
 }
 
+// Runs have at least one pixel: reading refuses others. Both leave `bytes` behind what they have drawn.
+
 template <int32_t kBytes, bool kIsOpaque>
-void drawAlphaRun(CPixel* target, const uint8_t* bytes, uint32_t count, const CBlend& blend) {
-    for (uint32_t i = 0; i < count; ++i, bytes += kBytes) {
+[[gnu::always_inline]] inline void drawAlphaRun(CPixel* target, const CPixel* end, const uint8_t*& bytes,
+                                                const CBlend& blend) {
+    do {
         const CPixel source = sourceAt<kBytes>(bytes, blend);
         const uint32_t alpha = bytes[kBytes - 1];
-        target[i] = kIsOpaque ? blendOwn(target[i], source, alpha) : blendBoth(target[i], source, alpha, blend.alpha);
-    }
+        *target = kIsOpaque ? blendOwn(*target, source, alpha) : blendBoth(*target, source, alpha, blend.alpha);
+        bytes += kBytes;
+    } while (++target != end);
 }
 
 template <int32_t kBytes, bool kIsOpaque>
-void drawOpaqueRun(CPixel* target, const uint8_t* bytes, uint32_t count, const CBlend& blend) {
-    for (uint32_t i = 0; i < count; ++i, bytes += kBytes - 1) {
+[[gnu::always_inline]] inline void drawOpaqueRun(CPixel* target, const CPixel* end, const uint8_t*& bytes,
+                                                 const CBlend& blend) {
+    do {
         const CPixel source = sourceAt<kBytes>(bytes, blend);
-        target[i] = kIsOpaque ? source : blendEffective(target[i], source, blend.alpha);
-    }
+        *target = kIsOpaque ? source : blendEffective(*target, source, blend.alpha);
+        bytes += kBytes - 1;
+    } while (++target != end);
 }
 
-/// `count` pixels of a row behind the first `skipped` ones. Both together are not more than the row has.
+/// What is drawn of a picture, and where its top-left lies.
+struct CPart {
+    CIntRect seen;
+    int32_t left;
+    int32_t top;
+};
+
+/// `count` pixels of a row, at least one, behind the first `skipped` ones. Both together are not more than it has.
 template <int32_t kBytes, bool kIsOpaque>
-void drawRow(CPixel* target, const uint8_t* bytes, uint32_t skipped, uint32_t count, const CBlend& blend) {
+[[gnu::always_inline]] inline void drawRow(CPixel* target, const uint8_t* bytes, uint32_t skipped, uint32_t count,
+                                           const CBlend& blend) {
+    CPixel* const rowEnd = target + count;
     CRun run = takeRun(bytes);
     for (; run.length <= skipped; run = takeRun(bytes)) {
         skipped -= run.length;
@@ -60,28 +75,38 @@ void drawRow(CPixel* target, const uint8_t* bytes, uint32_t skipped, uint32_t co
     bytes += skipped * runPixelBytes(run.type, kBytes);
     run.length -= skipped;
     for (;;) {
-        const uint32_t part = std::min(run.length, count);
+        CPixel* const end = std::min(target + run.length, rowEnd);
         if (run.type == kRunAlpha) {
-            drawAlphaRun<kBytes, kIsOpaque>(target, bytes, part, blend);
+            drawAlphaRun<kBytes, kIsOpaque>(target, end, bytes, blend);
         } else if (run.type == kRunOpaque) {
-            drawOpaqueRun<kBytes, kIsOpaque>(target, bytes, part, blend);
+            drawOpaqueRun<kBytes, kIsOpaque>(target, end, bytes, blend);
         }
-        target += part;
-        count -= part;
-        if (count == 0) {
+        if (end == rowEnd) {
             return;
         }
-        bytes += part * runPixelBytes(run.type, kBytes);
+        target = end;
         run = takeRun(bytes);
     }
 }
 
-using CDrawRow = void (*)(CPixel*, const uint8_t*, uint32_t, uint32_t, const CBlend&);
+template <int32_t kBytes, bool kIsOpaque>
+void drawRows(CLinearBitmap& target, const CImageVersion& version, const CPart& part, const CBlend& given) {
+    const CBlend blend = given;
+    const auto skipped = static_cast<uint32_t>(part.seen.left - part.left);
+    const auto count = static_cast<uint32_t>(part.seen.width());
+    for (int32_t y = part.seen.top; y < part.seen.bottom; ++y) {
+        if (const uint8_t* bytes = version.row(y - part.top)) {
+            drawRow<kBytes, kIsOpaque>(target.row(y) + part.seen.left, bytes, skipped, count, blend);
+        }
+    }
+}
+
+using CDrawRows = void (*)(CLinearBitmap&, const CImageVersion&, const CPart&, const CBlend&);
 
 /// By the bytes per pixel of a layer; whether drawing is fully opaque.
-constexpr CDrawRow kDrawRow[kLayerKinds][2] = {
-    {nullptr, nullptr}, {&drawRow<1, false>, &drawRow<1, true>}, {&drawRow<2, false>, &drawRow<2, true>},
-    {nullptr, nullptr}, {&drawRow<4, false>, &drawRow<4, true>},
+constexpr CDrawRows kDrawRows[kLayerKinds][2] = {
+    {nullptr, nullptr}, {&drawRows<1, false>, &drawRows<1, true>}, {&drawRows<2, false>, &drawRows<2, true>},
+    {nullptr, nullptr}, {&drawRows<4, false>, &drawRows<4, true>},
 };
 
 }  // namespace
@@ -100,12 +125,8 @@ int64_t CLinearBitmap::drawImage(const CImageLayer& layer, const CColor& color, 
         return 0;
     }
     const CBlend blend{color.ramp, color.full(), effectiveAlpha(color.opacity * opacity)};
-    const CDrawRow draw = kDrawRow[layer.bytesPerPixel()][blend.alpha >= kOpaqueAlpha];
-    for (int32_t at = seen.top; at < seen.bottom && blend.alpha > 0; ++at) {
-        if (const uint8_t* bytes = version.row(at - top)) {
-            draw(row(at) + seen.left, bytes, static_cast<uint32_t>(seen.left - left),
-                 static_cast<uint32_t>(seen.width()), blend);
-        }
+    if (blend.alpha > 0) {
+        kDrawRows[layer.bytesPerPixel()][blend.alpha >= kOpaqueAlpha](*this, version, {seen, left, top}, blend);
     }
     return int64_t{seen.width()} * seen.height();
 }

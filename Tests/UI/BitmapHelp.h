@@ -53,7 +53,8 @@ inline CPixel drawnFormula(CPixel target, CPixel source, int64_t a, double opaci
 inline void fillWithNoise(CLinearBitmap& bitmap, uint32_t seed) {
     for (int32_t y = 0; y < bitmap.height(); ++y) {
         for (int32_t x = 0; x < bitmap.width(); ++x) {
-            bitmap.row(y)[x] = seed = seed * 1664525u + 1013904223u;
+            seed = seed * 1664525u + 1013904223u;
+            bitmap.row(y)[x] = seed >> 8;
         }
     }
 }

@@ -14,6 +14,8 @@ namespace {
 constexpr uint32_t kRowCountBytes = 2;
 constexpr uint32_t kOffsetBytes = 4;
 constexpr int32_t kFullAlpha = 255;
+// Bytes of two short headers.
+constexpr int32_t kSavedHeaders = 2;
 // What the check of the rows notes for each byte of a block.
 constexpr uint8_t kRowInside = 1;
 constexpr uint8_t kRowStart = 2;
@@ -76,16 +78,39 @@ void appendRun(CByteBuffer& row, const CSource& source, int32_t x, int32_t y, ui
     }
 }
 
+/// Pixels from x on that go on in one type, up to `right`.
+int32_t typeLength(const CSource& source, int32_t x, int32_t right, int32_t y) {
+    const uint32_t type = source.typeAt(x, y);
+    int32_t end = x + 1;
+    while (end < right && source.typeAt(end, y) == type) {
+        ++end;
+    }
+    return end - x;
+}
+
+/// Pixels from x on that make one run. Between pixels with their own alpha a gap is stored with them when that takes no
+/// more bytes than the two headers that it saves: text is full of such gaps, and a run costs more than a pixel.
+int32_t runLength(const CSource& source, int32_t x, int32_t right, int32_t y) {
+    int32_t length = typeLength(source, x, right, y);
+    if (source.typeAt(x, y) != kRunAlpha) {
+        return length;
+    }
+    while (x + length < right && source.typeAt(x + length, y) == kRunTransparent) {
+        const int32_t gap = typeLength(source, x + length, right, y);
+        const int32_t next = x + length + gap;
+        if (gap * source.bytesPerPixel > kSavedHeaders || next == right || source.typeAt(next, y) != kRunAlpha) {
+            break;
+        }
+        length += gap + typeLength(source, next, right, y);
+    }
+    return length;
+}
+
 void codeRow(CByteBuffer& row, const CSource& source, const CBounds& used, int32_t y) {
     for (int32_t x = used.left; x < used.right;) {
-        const uint32_t type = source.typeAt(x, y);
-        uint32_t length = 1;
-        while (length < kLongestRun && x + static_cast<int32_t>(length) < used.right &&
-               source.typeAt(x + static_cast<int32_t>(length), y) == type) {
-            ++length;
-        }
-        appendRun(row, source, x, y, type, length);
-        x += static_cast<int32_t>(length);
+        const int32_t length = std::min(runLength(source, x, used.right, y), static_cast<int32_t>(kLongestRun));
+        appendRun(row, source, x, y, source.typeAt(x, y), static_cast<uint32_t>(length));
+        x += length;
     }
 }
 
@@ -199,11 +224,6 @@ CError* CRowCheck::checkRun(uint32_t& offset, uint32_t& left) {
 void CImageVersion::setSize(int32_t width, int32_t height) {
     width_ = std::clamp(width, 0, kMaxImageSide);
     height_ = std::clamp(height, 0, kMaxImageSide);
-}
-
-const uint8_t* CImageVersion::row(int32_t index) const {
-    const uint32_t offset = fromLittleEndian<uint32_t>(block_.data() + tableEnd(index));
-    return offset == 0 ? nullptr : block_.data() + offset;
 }
 
 CError* CImageVersion::encode(const uint8_t* pixels, int32_t width, int32_t height, int32_t bytesPerPixel, int32_t x,

@@ -34,7 +34,13 @@ public:
     int32_t storedWidth() const { return storedWidth_; }
     int32_t storedHeight() const { return storedHeight_; }
     /// Runs of a row in 0..storedHeight-1, which cover the stored width exactly; null for an empty row.
-    const uint8_t* row(int32_t index) const;
+    const uint8_t* row(int32_t index) const {
+        // Written out, since compilers make one load of it.
+        const uint8_t* entry = block_.data() + kTable + 4 * static_cast<int64_t>(index);
+        const uint32_t offset = static_cast<uint32_t>(entry[0]) | static_cast<uint32_t>(entry[1]) << 8 |
+                                static_cast<uint32_t>(entry[2]) << 16 | static_cast<uint32_t>(entry[3]) << 24;
+        return offset == 0 ? nullptr : block_.data() + offset;
+    }
 
     /// Fewest bytes in a file.
     static constexpr uint32_t kLeastBytes = 38;
@@ -43,6 +49,9 @@ public:
     int64_t getSize() const;
 
 private:
+    /// Where the row table stands, behind the count of the rows.
+    static constexpr int32_t kTable = 2;
+
     int32_t width_ = 0;
     int32_t height_ = 0;
     double advance_ = 0.0;

@@ -41,6 +41,17 @@ TEST(ImageVersion, LeavesOutTheAlphaOfOpaquePixels) {
               (CBytes{1, 0, 6, 0, 0, 0, 1 << 3 | 2, 1, 2, 3, 1 << 3 | 1, 4, 5, 6, 7}));
 }
 
+TEST(ImageVersion, StoresAGapBetweenAlphasWithThemWhenThatTakesNoMoreBytes) {
+    CImageVersion version;
+    // One and two transparent pixels are, three are not; beside an opaque one they are not either.
+    EXPECT_EQ(
+        blockOf(encoded(version, {5, 0, 6, 0, 0, 7, 0, 0, 0, 8, 0, 255}, 12, 1, 1)),
+        (CBytes{1, 0, 6, 0, 0, 0, 6 << 3 | 1, 5, 0, 6, 0, 0, 7, 3 << 3 | 0, 1 << 3 | 1, 8, 1 << 3 | 0, 1 << 3 | 2}));
+    // With two bytes a pixel one is.
+    EXPECT_EQ(blockOf(encoded(version, {1, 5, 2, 0, 3, 6, 0, 0, 0, 0, 4, 7}, 6, 1, 2)),
+              (CBytes{1, 0, 6, 0, 0, 0, 3 << 3 | 1, 1, 5, 2, 0, 3, 6, 2 << 3 | 0, 1 << 3 | 1, 4, 7}));
+}
+
 TEST(ImageVersion, SplitsARunThatIsTooLongForOneHeader) {
     CImageVersion version;
     encoded(version, CBytes(8191 + 31 + 8192, 255), 8191 + 31 + 8192, 1, 1);
