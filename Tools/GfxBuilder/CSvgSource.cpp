@@ -121,13 +121,18 @@ CDefinitionFailure CSvgSource::readImage(pugi::xml_node group) {
     if (auto failure = readBox(image)) {
         return failure;
     }
+    if (auto failure = readSlices(image)) {
+        return failure;
+    }
     if (auto failure = placeInRange(image)) {
         return failure;
     }
     if (auto failure = checkShapes(image)) {
         return failure;
     }
-    images_.push_back(image);
+    for (image.piece = 0; image.piece < (image.isSliced ? kSlicedPieces : 1); ++image.piece) {
+        images_.push_back(image);
+    }
     return std::nullopt;
 }
 
@@ -137,7 +142,9 @@ CDefinitionFailure CSvgSource::readOptions(CSvgImage& image) const {
         if (!name.starts_with("data-")) {
             continue;
         }
-        if (name == "data-alpha" && value == "1") {
+        if (name == "data-slice") {
+            image.isSliced = true;
+        } else if (name == "data-alpha" && value == "1") {
             image.bytesPerPixel = 1;
         } else if (name == "data-colour" && value == "1") {
             image.bytesPerPixel = 4;
@@ -176,6 +183,30 @@ CDefinitionFailure CSvgSource::readBox(CSvgImage& image) const {
     return std::nullopt;
 }
 
+CDefinitionFailure CSvgSource::readSlices(CSvgImage& image) const {
+    if (!image.isSliced) {
+        return std::nullopt;
+    }
+    const std::vector<std::string> words = svgWords(image.group.attribute("data-slice"));
+    double* const borders[] = {&image.slices.left, &image.slices.top, &image.slices.right, &image.slices.bottom};
+    bool isGood = words.size() == std::size(borders);
+    for (size_t i = 0; isGood && i < words.size(); ++i) {
+        isGood =
+            !words[i].empty() && words[i].find_first_not_of("0123456789") == std::string::npos && words[i].size() <= 4;
+        *borders[i] = isGood ? std::stod(words[i]) : 0.0;
+        isGood = isGood && *borders[i] >= 1;
+    }
+    // At the smallest scale a pixel has to be left between the borders.
+    constexpr double kMiddle = 2.0;
+    if (!isGood || image.slices.left + image.slices.right + kMiddle > image.box.width ||
+        image.slices.top + image.slices.bottom + kMiddle > image.box.height || image.isTiledX || image.isTiledY) {
+        return errorAt(image.group, image.id,
+                       "data-slice has four borders (left, top, right, bottom) in whole pixels that leave a middle of "
+                       "two or more, on an image that is no tile");
+    }
+    return std::nullopt;
+}
+
 CDefinitionFailure CSvgSource::placeInRange(CSvgImage& image) {
     const size_t dash = image.id.rfind('-');
     const bool isNumbered = dash != image.id.npos && dash > 0 && dash + 1 < image.id.size() &&
@@ -192,6 +223,9 @@ CDefinitionFailure CSvgSource::placeInRange(CSvgImage& image) {
             return errorAt(image.group, image.id, "there are two images of this id");
         }
     }
+    if (image.isSliced && isNumbered) {
+        return errorAt(image.group, image.id, "the nine pieces of a sliced image are its range");
+    }
     const bool goesOn = !ranges_.empty() && ranges_.back().name == image.range;
     if (goesOn && isNumbered && image.number == images_.back().number + 1) {
         ranges_.back().last = index;
@@ -202,7 +236,7 @@ CDefinitionFailure CSvgSource::placeInRange(CSvgImage& image) {
     if (isKnown || image.number != 0) {
         return errorAt(image.group, image.id, "the images of a range stand together, numbered from 0 without a gap");
     }
-    ranges_.push_back({image.range, index, index});
+    ranges_.push_back({image.range, index, index + (image.isSliced ? kSlicedPieces - 1u : 0u)});
     return std::nullopt;
 }
 

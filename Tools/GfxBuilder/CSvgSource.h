@@ -18,6 +18,15 @@ struct CSvgBox {
     double height = 0.0;
 };
 
+/// Widths of the border that is cut off a frame to make its nine pieces, from the box's edges inwards.
+struct CSvgSlices {
+    double left = 0.0;
+    double top = 0.0;
+    double right = 0.0;
+    double bottom = 0.0;
+};
+constexpr int kSlicedPieces = 9;
+
 /// One image of a drawing: a group with an id at its top level.
 struct CSvgImage {
     std::string id;
@@ -26,6 +35,9 @@ struct CSvgImage {
     CSvgBox box;        ///< the nominal rectangle
     bool isTiledX = false;
     bool isTiledY = false;
+    bool isSliced = false;
+    CSvgSlices slices;  ///< of one that is sliced
+    int piece = 0;      ///< which of the nine this image is, row by row
     int bytesPerPixel = 2;
     pugi::xml_node group;
 };
@@ -58,6 +70,7 @@ private:
     [[nodiscard]] CDefinitionFailure readImage(pugi::xml_node group);
     [[nodiscard]] CDefinitionFailure readOptions(CSvgImage& image) const;
     [[nodiscard]] CDefinitionFailure readBox(CSvgImage& image) const;
+    [[nodiscard]] CDefinitionFailure readSlices(CSvgImage& image) const;
     [[nodiscard]] CDefinitionFailure placeInRange(CSvgImage& image);
     [[nodiscard]] CDefinitionFailure checkShapes(const CSvgImage& image) const;
     [[nodiscard]] CDefinitionFailure checkReferences(pugi::xml_node node, const std::string& id,

@@ -144,6 +144,42 @@ void appendPixel(uint32_t pixel, int bytesPerPixel, std::vector<uint8_t>& bytes)
     bytes.push_back(static_cast<uint8_t>(alpha));
 }
 
+/// Where the pieces of one side are cut, in device pixels from the box's corner.
+struct CCuts {
+    int at[4];
+
+    CCuts(int length, double near, double far, double scale)
+        : at{0, devicePixels(near * scale), length - devicePixels(far * scale), length} {}
+    int start(int piece) const { return at[piece]; }
+    int length(int piece) const { return at[piece + 1] - at[piece]; }
+};
+
+/// One of the nine pieces: what overhangs the box stays with the pieces at its edges.
+CRaster pieceOf(const CRaster& whole, const CSvgImage& image, double scale) {
+    const int column = image.piece % 3, row = image.piece / 3;
+    const CCuts across(whole.width, image.slices.left, image.slices.right, scale);
+    const CCuts down(whole.height, image.slices.top, image.slices.bottom, scale);
+    CRaster part;
+    part.width = across.length(column);
+    part.height = down.length(row);
+    part.bytesPerPixel = whole.bytesPerPixel;
+    const int left = column == 0 ? whole.x : across.start(column);
+    const int right = column == 2 ? whole.x + whole.drawnWidth : across.at[column + 1];
+    const int top = row == 0 ? whole.y : down.start(row);
+    const int bottom = row == 2 ? whole.y + whole.drawnHeight : down.at[row + 1];
+    part.x = left - across.start(column);
+    part.y = top - down.start(row);
+    part.drawnWidth = right - left;
+    part.drawnHeight = bottom - top;
+    for (int y = top; y < bottom; ++y) {
+        const auto from =
+            whole.pixels.begin() +
+            (static_cast<ptrdiff_t>(y - whole.y) * whole.drawnWidth + left - whole.x) * whole.bytesPerPixel;
+        part.pixels.insert(part.pixels.end(), from, from + static_cast<ptrdiff_t>(right - left) * whole.bytesPerPixel);
+    }
+    return part;
+}
+
 }  // namespace
 
 CDefinitionFailure paintImage(const CSvgSource& source, const CSvgImage& image, double scale, CRaster& raster) {
@@ -174,6 +210,9 @@ CDefinitionFailure paintImage(const CSvgSource& source, const CSvgImage& image, 
         for (int x = 0; x < raster.drawnWidth; ++x) {
             appendPixel(pixelAt(surface.get(), x, y), image.bytesPerPixel, raster.pixels);
         }
+    }
+    if (image.isSliced) {
+        raster = pieceOf(raster, image, scale);
     }
     return std::nullopt;
 }
