@@ -5,7 +5,6 @@
 #include <set>
 
 #include "CXmlSource.h"
-#include "EmptyDataSets.h"
 
 namespace tarv {
 
@@ -24,18 +23,9 @@ bool isPlain(const std::string& text) {
 CDefinitionFailure readRow(const CXmlSource& source, pugi::xml_node element, const std::string& fileRoot,
                            CPackedResource& resource) {
     const pugi::xml_attribute file = element.attribute("file");
-    const pugi::xml_attribute empty = element.attribute("empty");
     resource.name = element.attribute("name").value();
-    if (std::string(element.name()) != "resource" || !isPlain(resource.name) || !file == !empty) {
-        return source.errorAt(element, "a resource with a plain name and either 'file' or 'empty' is expected");
-    }
-    if (empty) {
-        const auto bytes = emptyDataSet(empty.value());
-        if (!bytes) {
-            return source.errorAt(empty, "there is no kind of data set '" + std::string(empty.value()) + "'");
-        }
-        resource.bytes = *bytes;
-        return std::nullopt;
+    if (std::string(element.name()) != "resource" || !isPlain(resource.name) || !file) {
+        return source.errorAt(element, "a resource with a plain name and a file is expected");
     }
     resource.file = (std::filesystem::path(fileRoot) / file.value()).lexically_normal().string();
     std::error_code failed;
@@ -47,14 +37,6 @@ CDefinitionFailure readRow(const CXmlSource& source, pugi::xml_node element, con
         return source.errorAt(file, "the file '" + resource.file + "' is too large");
     }
     return std::nullopt;
-}
-
-std::string byteList(const std::string& bytes) {
-    std::string list;
-    for (char c : bytes) {
-        list += (list.empty() ? "    .byte " : ", ") + std::to_string(static_cast<uint8_t>(c));
-    }
-    return list + "\n";
 }
 
 }  // namespace
@@ -93,10 +75,7 @@ std::string resourceAssembly(const std::vector<CPackedResource>& resources) {
     for (size_t i = 0; i < resources.size(); ++i) {
         const std::string label = "tarvResource" + std::to_string(i);
         text += "\n    .balign 4\n    .globl " + label + "\n#ifndef _WIN32\n    .hidden " + label + "\n#endif\n" +
-                label + ":\n    .long 2f - 1f\n1:\n";
-        text +=
-            resources[i].file.empty() ? byteList(resources[i].bytes) : "    .incbin \"" + resources[i].file + "\"\n";
-        text += "2:\n";
+                label + ":\n    .long 2f - 1f\n1:\n    .incbin \"" + resources[i].file + "\"\n2:\n";
     }
     return text;
 }

@@ -10,12 +10,11 @@ namespace tarv {
 /// One named byte range that the library carries.
 struct CPackedResource {
     std::string name;
-    std::string file;   ///< the file that holds the bytes, or empty
-    std::string bytes;  ///< the bytes, when there is no file
+    std::string file;
 };
 
 /// Reads a table of resources: `<resources>` with one `<resource name="..."/>` for each row, in table order, with
-/// either `file` (a path below `fileRoot`) or `empty` (a kind of empty data set).
+/// `file`, a path below `fileRoot`.
 [[nodiscard]] CDefinitionFailure readResourceTable(const std::string& path, const std::string& fileRoot,
                                                    std::vector<CPackedResource>& resources);
 
