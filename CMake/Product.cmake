@@ -52,6 +52,12 @@ else()
         target_link_options(BrindleXEQ PRIVATE -Wl,-z,defs)
     endif()
 endif()
+# What is shipped goes with the licences of what is in it.
+file(GLOB licences CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/Docs/licences/*.txt)
+foreach(licence ${licences})
+    get_filename_component(name ${licence} NAME)
+    configure_file(${licence} ${CMAKE_BINARY_DIR}/licences/${name} COPYONLY)
+endforeach()
 # What a crash report needs stays here; what is shipped is without it. The date goes into the header that objcopy writes:
 # a fixed one, so that the same sources give the same bytes.
 set(copy_object ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0 ${CMAKE_OBJCOPY})

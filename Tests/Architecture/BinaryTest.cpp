@@ -57,6 +57,16 @@ TEST(Binary, TheNativeTwinHasTheSameExports) {
     EXPECT_EQ(matches(dump, std::regex(R"([0-9a-f]+ T (\w+))")), (std::set<std::string>{"VSTPluginMain", "main"}));
 }
 
+TEST(Binary, BesideTheDllLieTheLicencesOfWhatIsInIt) {
+    for (const char* name : {"gcc-runtime", "inter", "mingw-w64-runtime", "winpthreads", "zlib"}) {
+        const std::string file = std::string("licences/") + name + ".txt";
+        EXPECT_GT(bytesOf("Docs/" + file).size(), 500u) << name;
+        EXPECT_EQ(bytesOf("build/windows/" + file), bytesOf("Docs/" + file)) << name;
+    }
+    // The faces' own notice goes with what was drawn from them.
+    EXPECT_NE(bytesOf("build/windows/licences/inter.txt").find("SIL OPEN FONT LICENSE"), std::string::npos);
+}
+
 TEST(Binary, NoPathOfThisMachineIsInABinary) {
     const std::string top = TARV_SOURCE_DIR;
     for (const std::string& path : {kDll, kTwin}) {

@@ -86,6 +86,18 @@ TEST_F(ProductResources, CarryTheirLengthInFrontAndAreOfTheirKind) {
     }
 }
 
+TEST_F(ProductResources, HoldAllGraphicsInLessThanFourMebibytes) {
+    int64_t bytes = 0;
+    for (size_t i = 0; i < std::size(kResources); ++i) {
+        if (std::strcmp(kResources[i].kind, "graphics") == 0) {
+            // The empty data set of any kind is at most 32 bytes long.
+            EXPECT_GT(wordAt(kResourceRows[i].data), 100u) << kResources[i].name;
+            bytes += wordAt(kResourceRows[i].data);
+        }
+    }
+    EXPECT_LT(bytes, 4 << 20);
+}
+
 TEST_F(ProductResources, HoldWhatTheGraphicsObjectsName) {
     int count = 0;
     for (const char* folder : {"bs", "pal", "is"}) {

@@ -94,8 +94,7 @@ struct CSheetCanvas::CSpan {
 };
 
 void CSheetCanvas::drawPiece(const CImage& image, const CColor& color, const CSpan& x, const CSpan& y, double opacity) {
-    const CIntRect clip =
-        bitmap_.bounds().intersection({x.clipStart, y.clipStart, x.clipEnd, y.clipEnd});
+    const CIntRect clip = bitmap_.bounds().intersection({x.clipStart, y.clipStart, x.clipEnd, y.clipEnd});
     for (int32_t top = y.start; top < y.end; top += y.step) {
         for (int32_t left = x.start; left < x.end; left += x.step) {
             for (int32_t i = 0; i < image.layerCount(); ++i) {
@@ -122,7 +121,7 @@ void CSheetCanvas::frame(const std::string& set, const std::string& range, const
         return std::max(isWidth ? image.getWidth() : image.getHeight(), 1);
     };
     // Outwards a corner may overhang; inwards, and along a side that is repeated, it ends where the next begins.
-    const auto spans = [&](int32_t from, int32_t end, int32_t near, int32_t middle, int32_t far, CSpan (&out)[3]) {
+    const auto spans = [&](int32_t from, int32_t end, int32_t near, int32_t middle, int32_t far, CSpan(&out)[3]) {
         int32_t nearRoom = near;
         int32_t farRoom = far;
         fitCorners(end - from, nearRoom, farRoom);
@@ -206,21 +205,26 @@ int32_t CSheetCanvas::textWidth(const std::string& font, const std::string& line
     return walk(font, line, nullptr, 0, {});
 }
 
-void CSheetCanvas::text(const std::string& font, const std::string& line, const std::string& colorName,
-                        const CBox& box, CSheetAlign align) {
+void CSheetCanvas::text(const std::string& font, const std::string& line, const std::string& colorName, const CBox& box,
+                        CSheetAlign align) {
     const CIntRect to = rect(box);
     const int32_t free = to.width() - textWidth(font, line);
-    const int32_t x = align == CSheetAlign::Left ? to.left : align == CSheetAlign::Right ? to.left + free
-                                                                                         : to.left + free / 2;
+    const int32_t x = align == CSheetAlign::Left    ? to.left
+                      : align == CSheetAlign::Right ? to.left + free
+                                                    : to.left + free / 2;
     walk(font, line, &colorName, x, to);
 }
 
-bool CSheetCanvas::writePng(const std::string& path) const {
-    cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, bitmap_.width(), bitmap_.height());
+bool CSheetCanvas::writePng(const std::string& path, int32_t zoom) const {
+    cairo_surface_t* surface =
+        cairo_image_surface_create(CAIRO_FORMAT_RGB24, bitmap_.width() * zoom, bitmap_.height() * zoom);
     unsigned char* data = cairo_image_surface_get_data(surface);
     const int stride = cairo_image_surface_get_stride(surface);
-    for (int32_t y = 0; y < bitmap_.height(); ++y) {
-        std::copy_n(reinterpret_cast<const unsigned char*>(bitmap_.row(y)), bitmap_.rowBytes(), data + int64_t{stride} * y);
+    for (int32_t y = 0; y < bitmap_.height() * zoom; ++y) {
+        auto* target = reinterpret_cast<CPixel*>(data + int64_t{stride} * y);
+        for (int32_t x = 0; x < bitmap_.width() * zoom; ++x) {
+            target[x] = bitmap_.row(y / zoom)[x / zoom];
+        }
     }
     cairo_surface_mark_dirty(surface);
     const bool isWritten = cairo_surface_write_to_png(surface, path.c_str()) == CAIRO_STATUS_SUCCESS;

@@ -50,7 +50,8 @@ public:
     double scale() const { return resources_.scale(); }
     /// Pixels that were drawn, clipped.
     int64_t drawnPixels() const { return drawn_; }
-    bool writePng(const std::string& path) const;
+    /// Each pixel as a square of `zoom` pixels.
+    [[nodiscard]] bool writePng(const std::string& path, int32_t zoom = 1) const;
 
 private:
     struct CSpan;

@@ -10,8 +10,7 @@ const T& CSheetResources::load(std::map<std::string, std::unique_ptr<T>>& sets, 
     std::unique_ptr<T>& set = sets[path];
     if (!set) {
         set = std::make_unique<T>();
-        set->setScale(scale_);
-        if (CError* error = loadDataSet(*set, CString((folder_ + "/" + path).c_str()))) {
+        if (CError* error = loadDataSet(*set, CString((folder_ + "/" + path).c_str()), scale_)) {
             std::fprintf(stderr, "GfxSheets: %s: %s\n", path.c_str(), error->lines()[0]->toUtf8().c_str());
             delete error;
             std::exit(1);

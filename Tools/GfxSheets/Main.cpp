@@ -1,8 +1,8 @@
 // Draws what the builder made, by the product's own reader and blender: `GfxSheets FOLDER OUT [SCALE]`.
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -32,7 +32,7 @@ bool writeAll(CSheetResources& resources, const std::string& out) {
     char scale[16];
     std::snprintf(scale, sizeof(scale), "%.2f", resources.scale());
     const std::string end = std::string("@") + scale + ".png";
-    bool isGood = true;
+    bool isGood = writeFrameSheet(resources, out + "/frames" + end);
     for (const std::string& name : namesIn(resources.folder() + "/Imagesets", ".is")) {
         isGood = writeImageSheet(resources, name, out + "/is." + name + end) && isGood;
     }

@@ -77,10 +77,16 @@ double yOf(const CBox& area, double value) {
     return area.y + area.height * (kRange - value) / (2 * kRange);
 }
 
-/// A column: its pit, the other group's bar behind, the group's bar, hanging from zero or standing on it.
-void column(CSheetCanvas& canvas, const CBox& area, double x, double width, double value, double underlay,
-            const std::string& color) {
-    canvas.frame("csurface", "Pit", "CSSliderBarPit", {x, area.y, width, area.height});
+/// The part of an area that the column of a band takes.
+CBox columnOf(const CBox& area, int band) {
+    const double pitch = area.width / kBands;
+    const double width = std::floor(pitch * 0.75);
+    return {std::floor(area.x + pitch * band + (pitch - width) / 2), area.y, width, area.height};
+}
+
+/// The bars of a column: the other group's behind, the group's, hanging from zero or standing on it.
+void bars(CSheetCanvas& canvas, const CBox& area, double x, double width, double value, double underlay,
+          const std::string& color) {
     const double zero = yOf(area, 0.0);
     const auto bar = [&](double v, double left, double across, const char* up, const char* down,
                          const std::string& colorName) {
@@ -91,7 +97,7 @@ void column(CSheetCanvas& canvas, const CBox& area, double x, double width, doub
         canvas.frame("csurface", y < zero ? up : down, colorName,
                      {left, std::min(y, zero), across, std::fabs(y - zero)});
     };
-    bar(underlay, x + 1, width - 2, "Underlay", "Underlay", "CSSliderBarUnderlay");
+    bar(underlay, x + 1, width - 2, "Underlay", "UnderlayDown", "CSSliderBarUnderlay");
     bar(value, x + 2, width - 4, "Bar", "BarDown", color);
 }
 
@@ -109,7 +115,8 @@ void scale(CSheetCanvas& canvas, const CBox& area, double rulerRight) {
 
 void hairlines(CSheetCanvas& canvas, const CBox& area) {
     for (int value = 12; value >= -12; value -= 6) {
-        canvas.fill({area.x, yOf(area, value), area.width, 1.0 / canvas.scale()}, value == 0 ? "GraphZero" : "GraphLines");
+        canvas.fill({area.x, yOf(area, value), area.width, 1.0 / canvas.scale()},
+                    value == 0 ? "GraphZero" : "GraphLines");
     }
 }
 
@@ -117,22 +124,26 @@ void surface(CSheetCanvas& canvas, const CBox& box, int shown, int behind, const
     const CBox area{box.x + 30, box.y + 18, box.width - 30 - 62, box.height - 38};
     canvas.frame("frame", "Inset", "Panel", {area.x - 4, area.y - 3, area.width + 8, area.height + 6});
     scale(canvas, area, area.x - 6);
-    const double pitch = area.width / kBands;
-    const double width = std::floor(pitch * 0.75);
-    hairlines(canvas, area);
     for (int band = 0; band < kBands; ++band) {
-        const double x = std::floor(area.x + pitch * band + (pitch - width) / 2);
+        canvas.frame("csurface", "Pit", "CSSliderBarPit", columnOf(area, band));
+    }
+    hairlines(canvas, area);
+    const double pitch = area.width / kBands;
+    for (int band = 0; band < kBands; ++band) {
+        const CBox column = columnOf(area, band);
         const CBox label{area.x + pitch * band, box.y, pitch, 14};
         canvas.text("micro", kFrequencies[band], "RulerText", label, CSheetAlign::Center);
-        column(canvas, area, x, width, kGains[shown][band], kGains[behind][band], color);
-        canvas.text("small", decibels(kGains[shown][band]), "ReadOutText",
-                    {label.x, area.bottom() + 5, pitch, 14}, CSheetAlign::Center);
+        bars(canvas, area, column.x, column.width, kGains[shown][band], kGains[behind][band], color);
+        canvas.text("small", decibels(kGains[shown][band]), "ReadOutText", {label.x, area.bottom() + 5, pitch, 14},
+                    CSheetAlign::Center);
     }
     canvas.fill({area.x, yOf(area, 0.0), area.width, 1.0 / canvas.scale()}, "GraphZero");
     const CBox out{box.right() - 46, area.y, 32, area.height};
     canvas.text("micro", "OUT", "RulerText", {out.x - 8, box.y, out.width + 16, 14}, CSheetAlign::Center);
     canvas.frame("frame", "Inset", "Panel", {out.x - 4, area.y - 3, out.width + 8, area.height + 6});
-    column(canvas, area, out.x + 2, out.width - 4, kOutGains[shown], kOutGains[behind], color);
+    canvas.frame("csurface", "Pit", "CSSliderBarPit", {out.x + 2, out.y, out.width - 4, out.height});
+    hairlines(canvas, out);
+    bars(canvas, area, out.x + 2, out.width - 4, kOutGains[shown], kOutGains[behind], color);
     canvas.fill({out.x, yOf(area, 0.0), out.width, 1.0 / canvas.scale()}, "GraphZero");
     canvas.text("small", decibels(kOutGains[shown]), "ReadOutText", {out.x - 8, area.bottom() + 5, out.width + 16, 14},
                 CSheetAlign::Center);
@@ -165,7 +176,8 @@ void equalizer(CSheetCanvas& canvas, const CBox& view, int number) {
     button(canvas, {x -= 30, head.y + 2, 26, 24}, "[IMG=is.button#ArrowUpDn:Action]");
     const CBox label{view.x + 8, view.y + 34, view.width - 16, 16};
     canvas.frame("groupcaption", "", "GroupCaption", label);
-    canvas.text("small", shown == 0 ? "L" : "R", "GroupCaptionText", {label.x + 10, label.y, label.width - 20, label.height});
+    canvas.text("small", shown == 0 ? "L" : "R", "GroupCaptionText",
+                {label.x + 10, label.y, label.width - 20, label.height});
     const CBox foot{view.x + 6, view.bottom() - 50, view.width - 12, 46};
     surface(canvas, {view.x + 4, label.bottom() + 6, view.width - 8, foot.y - label.bottom() - 8}, shown, behind,
             shown == 0 ? "Custom1" : "Custom2");
@@ -190,7 +202,8 @@ void drawMainWindow(CSheetCanvas& canvas) {
     equalizer(canvas, {inner.x + 3, buttons.bottom(), half - 5, height}, 1);
     equalizer(canvas, {inner.x + half + 2, buttons.bottom(), half - 5, height}, 2);
     canvas.frame("statusbar", "", "StatusBar", status);
-    canvas.text("base", "Graphic equalizer view 1.", "StatusBarText", {status.x + 10, status.y, status.width - 20, status.height});
+    canvas.text("base", "Graphic equalizer view 1.", "StatusBarText",
+                {status.x + 10, status.y, status.width - 20, status.height});
 }
 
 }  // namespace tarv

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <map>
 #include <vector>
 
 #include "UI/Resources/FontCodes.h"
@@ -15,34 +14,54 @@ namespace {
 using CBox = CSheetCanvas::CBox;
 
 constexpr double kMargin = 12.0;
+constexpr double kImageSheetWidth = 720.0;
 
-/// The colours that a set wears in the editor, in the states that a sheet shows.
-const std::map<std::string, std::vector<std::string>> kSetColors = {
-    {"button", {"Button", "Button_Hover", "Button_Active", "Button_Error"}},
-    {"buttonab", {"ButtonAB", "ButtonAB_Hover"}},
-    {"history", {"Button", "Button_Hover", "Button_Active"}},
-    {"csurface", {"Custom1", "Custom1_Hover", "Custom2"}},
-    {"ruler", {"RulerTick", "RulerTick_Hilite"}},
-    {"editbox", {"Field", "Field_Hover", "Field_Error"}},
-    {"instancename", {"InstanceName", "InstanceName_Hover"}},
-    {"scroller", {"ScrollerButton", "ScrollerButton_Hover", "ScrollerButton_Active"}},
-    {"frame", {"Panel"}},
-    {"groupcaption", {"GroupCaption"}},
-    {"listoutline", {"ListOutline"}},
-    {"popup", {"Border", "WindowTitle"}},
-    {"popup2", {"Popup"}},
-    {"statusbar", {"StatusBar"}},
-    {"texture", {"PanelTexture"}},
-    {"tarvelo", {"Logo"}},
-    {"palicon", {"PalIconRedInner", "PalIconBlueInner"}},
-    {"autoscroll", {"Action", "Action_Hover"}},
-    {"close", {"Action", "Action_Hover"}},
+/// The base colours that a set wears in the editor; a sheet shows them in all their states.
+struct CSetColors {
+    const char* set;
+    std::vector<const char*> frames;  ///< of ranges of nine pieces
+    std::vector<const char*> icons;   ///< of all others
 };
+const CSetColors kSetColors[] = {
+    {"autoscroll", {}, {"Action"}},
+    {"button", {"Button"}, {"Action", "ActionAlt", "DisabledText"}},
+    {"buttonab", {"ButtonAB"}, {"ButtonABIndicator"}},
+    {"close", {}, {"Action"}},
+    {"csurface", {"Custom1", "Custom2", "CSSliderBarPit", "CSSliderBarUnderlay"}, {"Custom1", "CSSelectLine"}},
+    {"editbox", {"Field"}, {"Action"}},
+    {"frame", {"Panel"}, {"Panel"}},
+    {"groupcaption", {"GroupCaption"}, {}},
+    {"history", {"Button"}, {"Action"}},
+    {"instancename", {"InstanceName"}, {}},
+    {"listoutline", {"ListOutline"}, {}},
+    {"palicon", {}, {"PalIconRedInner", "PalIconBlueInner"}},
+    {"popup", {"Border", "WindowTitle"}, {}},
+    {"popup2", {"Popup"}, {}},
+    {"ruler", {}, {"RulerTick"}},
+    {"scroller", {"ScrollerBar", "ScrollerButton"}, {"Action"}},
+    {"statusbar", {"StatusBar"}, {}},
+    {"tarvelo", {}, {"Logo"}},
+    {"texture", {}, {"PanelTexture"}},
+};
+
+/// A base colour and its states, without the frames of those that move.
+std::vector<std::string> statesOf(const CPalette& palette, const std::string& base) {
+    std::vector<std::string> names;
+    for (int32_t i = 0; i < palette.colorCount(); ++i) {
+        const std::string name = palette.color(i).name.toUtf8();
+        if (name == base || (name.starts_with(base + "_") && name.find('|') == name.npos)) {
+            names.push_back(name);
+        }
+    }
+    return names;
+}
 
 struct CCell {
     std::string range;
     uint32_t first = 0;
     uint32_t count = 0;
+
+    bool isFrame() const { return count == 9; }
 };
 
 std::vector<CCell> cellsOf(const CImageSet& set) {
@@ -60,8 +79,8 @@ std::vector<CCell> cellsOf(const CImageSet& set) {
 
 /// Room of a cell at scale 1.0.
 CBox sizeOf(const CImageSet& set, const CCell& cell, double scale) {
-    if (cell.count == 9) {
-        return {0, 0, 96, 56};
+    if (cell.isFrame()) {
+        return {0, 0, 72, 40};
     }
     double width = 0;
     double height = 0;
@@ -75,7 +94,7 @@ CBox sizeOf(const CImageSet& set, const CCell& cell, double scale) {
 
 void drawCell(CSheetCanvas& canvas, const std::string& set, const CCell& cell, const std::string& color,
               const CBox& at) {
-    if (cell.count == 9) {
+    if (cell.isFrame()) {
         canvas.frame(set, cell.range, color, {at.x, at.y, at.width, at.height});
         return;
     }
@@ -104,48 +123,70 @@ std::string contrastOf(CPixel a, CPixel b) {
     return text;
 }
 
+/// Draws the cells of one kind in one colour from `y` on; gives where the next row may begin. Without a canvas it only
+/// measures.
+double layOutCells(CSheetCanvas* canvas, const std::string& set, const CImageSet& images, double scale, bool ofFrames,
+                   const std::string& color, double y) {
+    double x = kMargin;
+    double rowHeight = 0;
+    for (const CCell& cell : cellsOf(images)) {
+        if (cell.isFrame() != ofFrames) {
+            continue;
+        }
+        const CBox size = sizeOf(images, cell, scale);
+        const double width = std::max(size.width, 60.0);
+        if (x > kMargin && x + width > kImageSheetWidth - kMargin) {
+            x = kMargin;
+            y += rowHeight + 24;
+            rowHeight = 0;
+        }
+        if (canvas) {
+            drawCell(*canvas, set, cell, color, {x, y, size.width, size.height});
+            canvas->text("micro-sm", cell.range.empty() ? "(default)" : cell.range, "TextDim",
+                         {x, y + size.height + 5, 100, 12});
+        }
+        x += width + 14;
+        rowHeight = std::max(rowHeight, size.height);
+    }
+    return y + rowHeight + 28;
+}
+
 }  // namespace
 
 bool writeImageSheet(CSheetResources& resources, const std::string& set, const std::string& path) {
     const CImageSet& images = resources.images(set);
-    const std::vector<CCell> cells = cellsOf(images);
-    const auto found = kSetColors.find(set);
-    const std::vector<std::string> colors = found != kSetColors.end() ? found->second : std::vector<std::string>{"Action"};
+    const CSetColors* colors = std::find_if(std::begin(kSetColors), std::end(kSetColors),
+                                            [&](const CSetColors& row) { return set == row.set; });
+    if (colors == std::end(kSetColors)) {
+        std::fprintf(stderr, "GfxSheets: it is not known which colours '%s' wears\n", set.c_str());
+        return false;
+    }
     // Two passes over one layout: the first finds the height.
-    constexpr double kWidth = 720.0;
     const auto layOut = [&](CSheetCanvas* canvas) {
-        double x = kMargin;
-        double y = kMargin + 20;
-        double rowHeight = 0;
-        for (const std::string& color : colors) {
-            if (canvas) {
-                canvas->text("micro", set + "  " + color, "TextDim", {kMargin, y, 400, 14});
-            }
-            y += 20;
-            for (const CCell& cell : cells) {
-                const CBox size = sizeOf(images, cell, resources.scale());
-                const double width = std::max(size.width, 60.0);
-                if (x + width > kWidth - kMargin) {
-                    x = kMargin;
-                    y += rowHeight + 30;
-                    rowHeight = 0;
+        double y = kMargin;
+        for (const bool ofFrames : {true, false}) {
+            for (const char* base : ofFrames ? colors->frames : colors->icons) {
+                for (const std::string& color : statesOf(resources.palette("Default"), base)) {
+                    const double below = layOutCells(nullptr, set, images, resources.scale(), ofFrames, color, y + 18);
+                    if (canvas) {
+                        canvas->text("micro", set + "  " + color, "TextDim", {kMargin, y, 400, 14});
+                        // What stands on an active button is dark.
+                        if (!ofFrames && color.find("_Active") != color.npos) {
+                            canvas->frame("button", "Active", "Button_Active",
+                                          {kMargin - 6, y + 14, kImageSheetWidth - 2 * kMargin + 12, below - y - 20});
+                        }
+                        layOutCells(canvas, set, images, resources.scale(), ofFrames, color, y + 18);
+                    }
+                    y = below;
                 }
-                if (canvas) {
-                    drawCell(*canvas, set, cell, color, {x, y, size.width, size.height});
-                    canvas->text("micro-sm", cell.range.empty() ? "(default)" : cell.range, "TextDim",
-                                 {x, y + size.height + 6, 100, 12});
-                }
-                x += width + 14;
-                rowHeight = std::max(rowHeight, size.height);
             }
-            x = kMargin;
-            y += rowHeight + 36;
-            rowHeight = 0;
         }
         return y;
     };
-    CSheetCanvas canvas(resources, "Default", kWidth, layOut(nullptr));
-    canvas.fill({0, 0, kWidth, 100000}, "Panel");
+    const double height = layOut(nullptr);
+    CSheetCanvas canvas(resources, "Default", kImageSheetWidth, height);
+    canvas.fill({0, 0, kImageSheetWidth, height}, "Background");
+    canvas.frame("frame", "", "Panel", {2, 2, kImageSheetWidth - 4, height - 4});
     layOut(&canvas);
     return canvas.writePng(path);
 }
@@ -154,7 +195,7 @@ bool writeFontSheet(CSheetResources& resources, const std::string& font, const s
     constexpr double kWidth = 560.0;
     constexpr double kHeight = 330.0;
     CSheetCanvas canvas(resources, "Default", kWidth, kHeight);
-    canvas.fill({0, 0, kWidth, kHeight}, "Panel");
+    canvas.frame("frame", "", "Panel", {0, 0, kWidth, kHeight});
     canvas.text("micro", font, "TextDim", {kMargin, 8, 300, 14});
     const CFont& face = resources.font(font);
     double y = 28;
@@ -175,10 +216,11 @@ bool writeFontSheet(CSheetResources& resources, const std::string& font, const s
         x += width;
     }
     y += line + 10;
-    const char* const lines[] = {"The quick brown fox jumps over the lazy dog, 0123456789.",
-                                 "+12.0  -12.0  \u221212.0  +1.5  -0.5  1K  12K  44.1 kHz  \u00b11 dB  90\u00b0",
-                                 "Group 1: L R, sides \u201cA\u201d and \u2018B\u2019 \u2013 in \u2192 out \u2026 100 %",
-                                 "\u00c4rger, \u00e9t\u00e9, ma\u00f1ana, \u00d8resund, \u00dcbung, stra\u00dfe"};
+    const char* const lines[] = {
+        "The quick brown fox jumps over the lazy dog, 0123456789.",
+        "+12.0  -12.0  \u221212.0  +1.5  -0.5  1K  12K  44.1 kHz  \u00b11 dB  90\u00b0",
+        "Group 1: L R, sides \u201cA\u201d and \u2018B\u2019 \u2013 in \u2192 out \u2026 100 %",
+        "\u00c4rger, \u00e9t\u00e9, ma\u00f1ana, \u00d8resund, \u00dcbung, stra\u00dfe"};
     for (const char* text : lines) {
         canvas.text(font, text, "Text", {kMargin, y, kWidth, line});
         y += line;
@@ -203,7 +245,7 @@ bool writePaletteSheet(CSheetResources& resources, const std::string& palette, c
     }
     const int32_t rows = (static_cast<int32_t>(shown.size()) + 3) / 4;
     CSheetCanvas canvas(resources, palette, 4 * kColumn + 2 * kMargin, rows * kRow + 110);
-    canvas.fill({0, 0, 4 * kColumn + 2 * kMargin, rows * kRow + 110}, "Panel");
+    canvas.frame("frame", "", "Panel", {0, 0, 4 * kColumn + 2 * kMargin, rows * kRow + 110});
     canvas.text("title", "[B]" + palette + "[/B]", "Text", {kMargin, 8, 300, 20});
     for (size_t i = 0; i < shown.size(); ++i) {
         const double x = kMargin + kColumn * static_cast<double>(i / static_cast<size_t>(rows));

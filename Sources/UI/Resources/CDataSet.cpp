@@ -37,7 +37,12 @@ int32_t nearestScale(const CArray<double, 3>& scales, double scale) {
 }
 
 CError* loadDataSet(CDataSet& set, const CString& name) {
-    set.setScale(CApplication::uiScale());
+    TARV_TRY(loadDataSet(set, name, CApplication::uiScale()));
+    return nullptr;
+}
+
+CError* loadDataSet(CDataSet& set, const CString& name, double scale) {
+    set.setScale(scale);
     CResourceReader reader;
     TARV_TRY(reader.open(name));
     TARV_TRY(set.read(reader));

@@ -47,7 +47,9 @@ private:
 /// near, since what is too small still fits its place; what is not a number counts as 1.
 int32_t nearestScale(const CArray<double, 3>& scales, double scale);
 
-/// Reads the resource or file of that name, which must hold this set and nothing else, at the editor's scale.
+/// Reads the resource or file of that name, which must hold this set and nothing else.
+[[nodiscard]] CError* loadDataSet(CDataSet& set, const CString& name, double scale);
+/// The same at the editor's scale.
 [[nodiscard]] CError* loadDataSet(CDataSet& set, const CString& name);
 
 }  // namespace tarv

@@ -44,7 +44,7 @@ constexpr CBadTable kBadTables[] = {
      "1:12: error: a resource with a plain name and a file is expected"},
     {"<resources><resource name='a' file='b'/></resources>", "1:31: error: there is no file '"},
     {"<resources><resource name='a' file='data'/><resource name='a' file='data'/></resources>",
-     "1:45: error: the resource 'a' is given twice"},
+     "1:44: error: the resource 'a' is given twice"},
 };
 
 TEST(ResourceTable, WithAFaultIsToldWithItsPlace) {
