@@ -64,7 +64,7 @@ TEST(Binary, BesideTheDllLieTheLicencesOfWhatIsInIt) {
         EXPECT_EQ(bytesOf("build/windows/" + file), bytesOf("Docs/" + file)) << name;
     }
     // The faces' own notice goes with what was drawn from them.
-    EXPECT_NE(bytesOf("build/windows/licences/inter.txt").find("SIL OPEN FONT LICENSE"), std::string::npos);
+    EXPECT_NE(bytesOf("build/windows/licences/inter.txt").find("Open Font License (OFL)"), std::string::npos);
 }
 
 TEST(Binary, NoPathOfThisMachineIsInABinary) {

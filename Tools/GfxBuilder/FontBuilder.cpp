@@ -15,7 +15,7 @@ constexpr double kSizeMin = 4, kSizeMax = 96;
 constexpr uint32_t kTrueMinus = 0x2212;
 constexpr uint32_t kEnDash = 0x2013;
 constexpr double kShiftStep = 1.0 / 8;  // of a pixel
-constexpr double kShiftPrice = 0.23;    // of sharpness, for a pixel off the middle
+constexpr double kShiftPrice = 0.17;    // of sharpness, for a pixel off the middle
 
 /// Whether a character stands in columns of numbers.
 bool isFigure(uint32_t character) {
