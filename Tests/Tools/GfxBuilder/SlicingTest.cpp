@@ -22,9 +22,9 @@ std::vector<CRaster> piecesAt(double scale) {
 
 TEST(Slicing, MakesARangeOfNine) {
     CSvgSource source;
-    ASSERT_FALSE(source.parse("a.svg", svgText(svgImage("id='a'", kBox, "") +
-                                               svgImage("id='default' data-slice='4 3 6 5'", kBox, kShapes) +
-                                               svgImage("id='b'", kBox, ""))));
+    ASSERT_FALSE(source.parse(
+        "a.svg", svgText(svgImage("id='a'", kBox, "") + svgImage("id='default' data-slice='4 3 6 5'", kBox, kShapes) +
+                         svgImage("id='b'", kBox, ""))));
     ASSERT_EQ(source.images().size(), 11u);
     const CSvgRange kRanges[] = {{"a", 0, 0}, {"", 1, 9}, {"b", 10, 10}};
     ASSERT_EQ(source.ranges().size(), std::size(kRanges));

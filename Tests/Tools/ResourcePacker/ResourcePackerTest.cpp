@@ -36,10 +36,8 @@ struct CBadTable {
 
 constexpr CBadTable kBadTables[] = {
     {"<table/>", "1:1: error: the outermost element is not 'resources'"},
-    {"<resources><x/></resources>",
-     "1:12: error: a resource with a plain name and a file is expected"},
-    {"<resources><resource name='a'/></resources>",
-     "1:12: error: a resource with a plain name and a file is expected"},
+    {"<resources><x/></resources>", "1:12: error: a resource with a plain name and a file is expected"},
+    {"<resources><resource name='a'/></resources>", "1:12: error: a resource with a plain name and a file is expected"},
     {"<resources><resource name='a&quot;' file='data'/></resources>",
      "1:12: error: a resource with a plain name and a file is expected"},
     {"<resources><resource name='a' file='b'/></resources>", "1:31: error: there is no file '"},
