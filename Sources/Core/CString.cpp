@@ -233,6 +233,10 @@ bool operator==(const CString& a, const CString& b) {
 
 std::strong_ordering operator<=>(const CString& a, const CString& b) {
     const int32_t shared = std::min(a.length_, b.length_);
+    if (!a.wide_ && !b.wide_) {
+        const int order = std::memcmp(a.data_, b.data_, static_cast<size_t>(shared));
+        return order != 0 ? order <=> 0 : a.length_ <=> b.length_;
+    }
     for (int32_t i = 0; i < shared; ++i) {
         if (a.at(i) != b.at(i)) {
             return a.at(i) <=> b.at(i);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Core/LittleEndian.h"
 #include "UI/Blend.h"
 #include "UI/CLinearBitmap.h"
 #include "UI/Resources/RunCoding.h"
@@ -38,8 +39,17 @@ template <int32_t kBytes, bool kIsOpaque>
 [[gnu::always_inline]] inline void drawAlphaRun(CPixel* target, const CPixel* end, const uint8_t*& bytes,
                                                 const CBlend& blend) {
     do {
-        const CPixel source = sourceAt<kBytes>(bytes, blend);
-        const uint32_t alpha = bytes[kBytes - 1];
+        CPixel source = 0;
+        uint32_t alpha = 0;
+        if constexpr (kBytes == 4) {
+            // A whole pixel in one word, its alpha on top.
+            const auto word = fromLittleEndian<uint32_t>(bytes);
+            source = word & kChannels;
+            alpha = word >> 24;
+        } else {
+            source = sourceAt<kBytes>(bytes, blend);
+            alpha = bytes[kBytes - 1];
+        }
         *target = kIsOpaque ? blendOwn(*target, source, alpha) : blendBoth(*target, source, alpha, blend.alpha);
         bytes += kBytes;
     } while (++target != end);
@@ -48,6 +58,21 @@ template <int32_t kBytes, bool kIsOpaque>
 template <int32_t kBytes, bool kIsOpaque>
 [[gnu::always_inline]] inline void drawOpaqueRun(CPixel* target, const CPixel* end, const uint8_t*& bytes,
                                                  const CBlend& blend) {
+    if constexpr (kBytes == 2 && kIsOpaque) {
+        // Faces are made of these: four pixels from one word, and the next four are the same more often than not.
+        __m128i pixels = _mm_set1_epi32(static_cast<int>(blend.ramp[0]));
+        uint32_t known = 0;
+        for (; end - target > 4; target += 4, bytes += 4) {
+            const auto steps = fromLittleEndian<uint32_t>(bytes);
+            if (steps != known) {
+                pixels = _mm_setr_epi32(
+                    static_cast<int>(blend.ramp[steps & 0xff]), static_cast<int>(blend.ramp[steps >> 8 & 0xff]),
+                    static_cast<int>(blend.ramp[steps >> 16 & 0xff]), static_cast<int>(blend.ramp[steps >> 24]));
+                known = steps;
+            }
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(target), pixels);
+        }
+    }
     do {
         const CPixel source = sourceAt<kBytes>(bytes, blend);
         *target = kIsOpaque ? source : blendEffective(*target, source, blend.alpha);
@@ -89,14 +114,34 @@ template <int32_t kBytes, bool kIsOpaque>
     }
 }
 
+/// Whether the pixels from `skipped` on are all of one opaque run.
+bool isOneOpaqueRun(const uint8_t* bytes, uint32_t skipped, uint32_t count) {
+    const CRun run = takeRun(bytes);
+    return run.type == kRunOpaque && run.length >= skipped + count;
+}
+
 template <int32_t kBytes, bool kIsOpaque>
 void drawRows(CLinearBitmap& target, const CImageVersion& version, const CPart& part, const CBlend& given) {
     const CBlend blend = given;
     const auto skipped = static_cast<uint32_t>(part.seen.left - part.left);
     const auto count = static_cast<uint32_t>(part.seen.width());
+    const uint8_t* above = nullptr;
+    bool isCopied = false;
     for (int32_t y = part.seen.top; y < part.seen.bottom; ++y) {
-        if (const uint8_t* bytes = version.row(y - part.top)) {
-            drawRow<kBytes, kIsOpaque>(target.row(y) + part.seen.left, bytes, skipped, count, blend);
+        const uint8_t* bytes = version.row(y - part.top);
+        CPixel* pixels = target.row(y) + part.seen.left;
+        // Rows that are alike are stored once, and faces are made of them.
+        if (kIsOpaque && bytes && bytes == above) {
+            if (isCopied) {
+                std::copy_n(target.row(y - 1) + part.seen.left, count, pixels);
+                continue;
+            }
+        } else {
+            above = bytes;
+            isCopied = kIsOpaque && bytes && isOneOpaqueRun(bytes, skipped, count);
+        }
+        if (bytes) {
+            drawRow<kBytes, kIsOpaque>(pixels, bytes, skipped, count, blend);
         }
     }
 }

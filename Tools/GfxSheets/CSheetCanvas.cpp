@@ -54,11 +54,15 @@ CIntRect CSheetCanvas::rect(const CBox& box) const {
 }
 
 const CColor& CSheetCanvas::color(const std::string& name) const {
-    const CColor* found = palette_.findColor(CString(name.c_str()));
-    if (!found) {
+    // As views do it, which look a name up when it changes and not when they draw.
+    const CColor*& known = colors_[name];
+    if (!known) {
+        known = palette_.findColor(CString(name.c_str()));
+    }
+    if (!known) {
         fail("no colour '" + name + "'");
     }
-    return *found;
+    return *known;
 }
 
 void CSheetCanvas::fill(const CBox& box, const std::string& colorName, double opacity) {
@@ -112,6 +116,7 @@ void CSheetCanvas::frame(const std::string& set, const std::string& range, const
     if (!images.findRange(CString(range.c_str()), first, last)) {
         fail(set + " has no range '" + range + "'");
     }
+    const CColor& painted = color(colorName);
     const CIntRect to = rect(box);
     if (to.isEmpty()) {
         return;
@@ -132,7 +137,7 @@ void CSheetCanvas::frame(const std::string& set, const std::string& range, const
     if (last - first + 1 != kFramePieces) {
         const CSpan x{to.left, sizeOf(0, true), to.right, to.left, to.right};
         const CSpan y{to.top, sizeOf(0, false), to.bottom, to.top, to.bottom};
-        drawPiece(*images.getImage(first), color(colorName), x, y, opacity);
+        drawPiece(*images.getImage(first), painted, x, y, opacity);
         return;
     }
     CSpan columns[3];
@@ -140,11 +145,11 @@ void CSheetCanvas::frame(const std::string& set, const std::string& range, const
     spans(to.left, to.right, sizeOf(0, true), sizeOf(1, true), sizeOf(2, true), columns);
     spans(to.top, to.bottom, sizeOf(0, false), sizeOf(3, false), sizeOf(6, false), rows);
     for (uint32_t index = 0; index < kFramePieces; ++index) {
-        drawPiece(*images.getImage(first + index), color(colorName), columns[index % 3], rows[index / 3], opacity);
+        drawPiece(*images.getImage(first + index), painted, columns[index % 3], rows[index / 3], opacity);
     }
 }
 
-int32_t CSheetCanvas::drawGlyph(const CFont& font, uint32_t code, const CColor* color, double pen, const CIntRect& to) {
+double CSheetCanvas::drawGlyph(const CFont& font, uint32_t code, const CColor* color, double pen, const CIntRect& to) {
     const CImage* glyph = font.getGlyph(code);
     if (!glyph) {
         return 0;
@@ -154,7 +159,7 @@ int32_t CSheetCanvas::drawGlyph(const CFont& font, uint32_t code, const CColor* 
         drawn_ += bitmap_.drawImage(glyph->layer(0), *color, static_cast<int32_t>(std::floor(pen + 0.5)), y, 1.0,
                                     bitmap_.bounds());
     }
-    return 1;
+    return glyph->getAdvance();
 }
 
 int32_t CSheetCanvas::walk(const std::string& fontName, const std::string& line, const std::string* colorName,
@@ -194,9 +199,7 @@ int32_t CSheetCanvas::walk(const std::string& fontName, const std::string& line,
             }
         }
         const uint32_t code = fontCodeOf(units.at(i));
-        if (drawGlyph(*font, code, ramp, pen, to) != 0) {
-            pen += font->getGlyph(code)->getAdvance();
-        }
+        pen += drawGlyph(*font, code, ramp, pen, to);
     }
     return static_cast<int32_t>(std::ceil(pen)) - x;
 }
@@ -208,10 +211,11 @@ int32_t CSheetCanvas::textWidth(const std::string& font, const std::string& line
 void CSheetCanvas::text(const std::string& font, const std::string& line, const std::string& colorName, const CBox& box,
                         CSheetAlign align) {
     const CIntRect to = rect(box);
-    const int32_t free = to.width() - textWidth(font, line);
-    const int32_t x = align == CSheetAlign::Left    ? to.left
-                      : align == CSheetAlign::Right ? to.left + free
-                                                    : to.left + free / 2;
+    int32_t x = to.left;
+    if (align != CSheetAlign::Left) {
+        const int32_t free = to.width() - textWidth(font, line);
+        x += align == CSheetAlign::Right ? free : free / 2;
+    }
     walk(font, line, &colorName, x, to);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <unordered_map>
 
 #include "CSheetResources.h"
 #include "UI/CLinearBitmap.h"
@@ -59,10 +60,12 @@ private:
     /// Draws the line from `x` on if `colorName` is given; gives its width.
     int32_t walk(const std::string& font, const std::string& line, const std::string* colorName, int32_t x,
                  const CIntRect& to);
-    int32_t drawGlyph(const CFont& font, uint32_t code, const CColor* color, double pen, const CIntRect& to);
+    /// Gives its advance.
+    double drawGlyph(const CFont& font, uint32_t code, const CColor* color, double pen, const CIntRect& to);
 
     CSheetResources& resources_;
     const CPalette& palette_;
+    mutable std::unordered_map<std::string, const CColor*> colors_;
     CLinearBitmap bitmap_;
     int64_t drawn_ = 0;
 };

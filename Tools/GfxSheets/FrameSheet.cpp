@@ -22,7 +22,7 @@ struct CShownFrame {
     const char* color;
 };
 constexpr CShownFrame kShown[] = {
-    {"frame", "", "Panel"}, {"button", "Active", "Button_Active"}, {"popup2", "", "Popup"}};
+    {"editbox", "Active", "Field_Hover"}, {"button", "Active", "Button_Active"}, {"popup2", "", "Popup"}};
 constexpr CBox kViews[] = {{0, 0, 12, 12}, {22, 0, 24, 24}, {56, 0, 70, 24}, {136, 0, 80, 54}};
 
 /// The nine pieces, apart; gives where they end.

@@ -21,6 +21,11 @@ int32_t CImageSet::rangePosition(const CString& name) const {
 }
 
 int32_t CImageSet::imagePosition(uint32_t index) const {
+    // Most sets and fonts have no gap in front of an image.
+    const uint32_t guess = images_.isEmpty() ? 0 : index - images_[0].index;
+    if (guess < static_cast<uint32_t>(images_.count()) && images_[static_cast<int32_t>(guess)].index == index) {
+        return static_cast<int32_t>(guess);
+    }
     const CItem* found = std::lower_bound(images_.begin(), images_.end(), index,
                                           [](const CItem& item, uint32_t key) { return item.index < key; });
     return static_cast<int32_t>(found - images_.begin());
