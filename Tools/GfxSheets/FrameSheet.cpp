@@ -12,8 +12,8 @@ using CBox = CSheetCanvas::CBox;
 
 constexpr double kMargin = 14.0;
 constexpr double kGap = 7.0;
-constexpr double kRowHeight = 84.0;
-constexpr double kWidth = 330.0;
+constexpr double kRowHeight = 112.0;
+constexpr double kWidth = 360.0;
 constexpr int kZoom = 3;
 
 struct CShownFrame {
@@ -61,7 +61,7 @@ bool writeFrameSheet(CSheetResources& resources, const std::string& path) {
     for (const CShownFrame& shown : kShown) {
         drawPieces(canvas, shown, kMargin, y);
         for (const CBox& view : kViews) {
-            canvas.frame(shown.set, shown.range, shown.color, {100 + view.x, y + 4, view.width, view.height});
+            canvas.frame(shown.set, shown.range, shown.color, {128 + view.x, y + 4, view.width, view.height});
         }
         y += kRowHeight;
     }
