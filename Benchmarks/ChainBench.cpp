@@ -1,7 +1,6 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <memory>
 #include <random>
 #include <vector>
@@ -11,18 +10,10 @@
 #include "Audio/Processes/NoiseKernels.h"
 #include "Audio/Processes/ResampleKernels.h"
 #include "Benchmarks/PlainChain.h"
+#include "Benchmarks/Times.h"
 
 namespace tarv {
 namespace {
-
-double seconds() {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
-double medianOf(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + static_cast<int64_t>(values.size() / 2), values.end());
-    return values[values.size() / 2];
-}
 
 /// The chain's operations issued to a context process by process, as the graph does it, without the graph.
 class CKernelChain {

@@ -5,12 +5,12 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <random>
 #include <vector>
 
+#include "Benchmarks/Times.h"
 #include "UI/Blend.h"
 #include "UI/CLinearBitmap.h"
 
@@ -20,28 +20,6 @@ namespace {
 constexpr int32_t kRounds = 300;
 constexpr int32_t kSide = 128;
 constexpr CIntRect kAll{0, 0, kSide, kSide};
-
-double seconds() {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
-double secondsOf(const std::function<void()>& work) {
-    const double start = seconds();
-    work();
-    return seconds() - start;
-}
-
-double medianOf(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + static_cast<int64_t>(values.size() / 2), values.end());
-    return values[values.size() / 2];
-}
-
-void mustSucceed(CError* error) {
-    if (error) {
-        showError(error);
-        std::abort();
-    }
-}
 
 /// A picture as it was before it was coded, and where it is drawn.
 struct CPicture {

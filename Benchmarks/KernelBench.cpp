@@ -1,7 +1,6 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <random>
@@ -14,6 +13,7 @@
 #include "Audio/Processes/ResampleKernels.h"
 #include "Audio/Processes/TubeKernels.h"
 #include "Benchmarks/PlainLoops.h"
+#include "Benchmarks/Times.h"
 
 namespace tarv {
 namespace {
@@ -21,10 +21,6 @@ namespace {
 constexpr int32_t kMostChannels = 8;
 constexpr int32_t kMostFrames = 4096;
 constexpr size_t kNoise = size_t{1} << 20;  // longer than what a branch predictor can learn
-
-double seconds() {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
 
 /// A signal buffer whose start differs from its neighbours' within the page, for both sides of the comparison.
 class CSignals {
@@ -64,11 +60,6 @@ struct CKernelRow {
     std::function<void(double* block)> fillBlock;  ///< null: no block
     std::function<void(double* const* signals, double* block, int32_t count)> plain;
 };
-
-double medianOf(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + static_cast<int64_t>(values.size() / 2), values.end());
-    return values[values.size() / 2];
-}
 
 template <int32_t N>
 void fillHalfBand(double* block) {

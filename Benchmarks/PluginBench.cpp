@@ -3,8 +3,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <chrono>
 #include <memory>
 #include <random>
 #include <vector>
@@ -12,6 +10,7 @@
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/Processes/CQPLEXContext.h"
 #include "Benchmarks/PlainChain.h"
+#include "Benchmarks/Times.h"
 #include "CPlainInstance.h"
 
 namespace tarv {
@@ -19,15 +18,6 @@ namespace {
 
 constexpr const char* kGains = "plugin.modMain.modBrindleXEQ.xeq-gains";
 constexpr const char* kIo = "plugin.modMain.io-params.";
-
-double seconds() {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
-double medianOf(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + static_cast<int64_t>(values.size() / 2), values.end());
-    return values[values.size() / 2];
-}
 
 std::unique_ptr<CPlainInstance> makeInstance(const plain::CChainSettings& settings) {
     CError* error = nullptr;

@@ -3,15 +3,13 @@
 #include <benchmark/benchmark.h>
 #include <zlib.h>
 
-#include <algorithm>
-#include <chrono>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamRegistry.h"
+#include "Benchmarks/Times.h"
 #include "CPlainInstance.h"
 #include "Core/CompressedBlock.h"
 
@@ -20,28 +18,6 @@ namespace {
 
 constexpr int32_t kRounds = 400;
 constexpr int32_t kHeaderBytes = 12;
-
-double seconds() {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
-double secondsOf(const std::function<void()>& work) {
-    const double start = seconds();
-    work();
-    return seconds() - start;
-}
-
-double medianOf(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + static_cast<int64_t>(values.size() / 2), values.end());
-    return values[values.size() / 2];
-}
-
-void mustSucceed(CError* error) {
-    if (error) {
-        showError(error);
-        std::abort();
-    }
-}
 
 std::unique_ptr<CPlainInstance> make() {
     CError* error = nullptr;

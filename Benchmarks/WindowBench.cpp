@@ -4,13 +4,11 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <chrono>
-#include <cstdlib>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "Benchmarks/Times.h"
 #include "CPlainInstance.h"
 #include "CSheetCanvas.h"
 #include "MainWindow.h"
@@ -22,24 +20,6 @@ namespace tarv {
 namespace {
 
 constexpr int32_t kRounds = 300;
-
-double secondsOf(const std::function<void()>& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double medianOf(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + static_cast<int64_t>(values.size() / 2), values.end());
-    return values[values.size() / 2];
-}
-
-void mustSucceed(CError* error) {
-    if (error) {
-        showError(error);
-        std::abort();
-    }
-}
 
 /// Enters the embedded resources, as an instance does.
 void startProduct() {
