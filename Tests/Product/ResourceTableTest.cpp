@@ -90,7 +90,7 @@ TEST_F(ProductResources, HoldAllGraphicsInLessThanFourMebibytes) {
     int64_t bytes = 0;
     for (size_t i = 0; i < std::size(kResources); ++i) {
         if (std::strcmp(kResources[i].kind, "graphics") == 0) {
-            // The empty data set of any kind is at most 32 bytes long.
+            // A data set with nothing in it takes at most 32 bytes.
             EXPECT_GT(wordAt(kResourceRows[i].data), 100u) << kResources[i].name;
             bytes += wordAt(kResourceRows[i].data);
         }
