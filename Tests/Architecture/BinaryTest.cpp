@@ -8,6 +8,7 @@
 #include <set>
 
 #include "Tests/Architecture/CSourceTree.h"
+#include "Tests/TestPaths.h"
 
 namespace tarv {
 namespace {
@@ -16,7 +17,7 @@ const std::string kDll = "build/windows/BrindleXEQ.dll";
 const std::string kTwin = "build/native/BrindleXEQ.so";
 
 std::string bytesOf(const std::string& path) {
-    std::ifstream in(std::filesystem::path(TARV_SOURCE_DIR) / path, std::ios::binary);
+    std::ifstream in(std::filesystem::path(kSourceFolder) / path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
@@ -68,7 +69,7 @@ TEST(Binary, BesideTheDllLieTheLicencesOfWhatIsInIt) {
 }
 
 TEST(Binary, NoPathOfThisMachineIsInABinary) {
-    const std::string top = TARV_SOURCE_DIR;
+    const std::string top = kSourceFolder;
     for (const std::string& path : {kDll, kTwin}) {
         const std::string bytes = bytesOf(path);
         ASSERT_GT(bytes.size(), 100000u) << path;

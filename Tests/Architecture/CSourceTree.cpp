@@ -7,13 +7,15 @@
 #include <filesystem>
 #include <fstream>
 
+#include "Tests/TestPaths.h"
+
 namespace fs = std::filesystem;
 
 namespace tarv {
 
 namespace {
 
-const fs::path kTop = TARV_SOURCE_DIR;
+const fs::path kTop = kSourceFolder;
 
 std::vector<CSourceFile> readFiles() {
     std::vector<CSourceFile> files;

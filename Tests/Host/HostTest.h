@@ -11,6 +11,7 @@
 
 #include "CPluginLibrary.h"
 #include "CVstHost.h"
+#include "Tests/TestPaths.h"
 
 namespace tarv::host {
 
@@ -25,7 +26,7 @@ protected:
     static void SetUpTestSuite() {
         std::string error;
         library = std::make_unique<CPluginLibrary>();
-        ASSERT_TRUE(library->load(TARV_PLUGIN_FILE, error)) << error;
+        ASSERT_TRUE(library->load(kPluginFile, error)) << error;
     }
     static void TearDownTestSuite() { library.reset(); }
     void SetUp() override { ASSERT_TRUE(library && library->entry()); }

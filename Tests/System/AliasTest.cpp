@@ -15,6 +15,7 @@
 #include "CSignalTap.h"
 #include "Tests/System/ReferenceChain.h"
 #include "Tests/System/ReferenceDesigns.h"
+#include "Tests/TestPaths.h"
 
 namespace tarv::reference {
 namespace {
@@ -116,7 +117,7 @@ double largestAlias(const std::vector<double>& row, double frequency) {
 /// Rows "| 7010 | -50.1 | ... |" of the page on aliasing, by tone.
 std::map<double, std::vector<double>> documentedAliases() {
     std::map<double, std::vector<double>> rows;
-    std::ifstream page(TARV_SOURCE_DIR "/Docs/aliasing.md");
+    std::ifstream page(std::string(kSourceFolder) + "/Docs/aliasing.md");
     for (std::string line; std::getline(page, line);) {
         std::istringstream cells(line);
         std::vector<double> values;

@@ -9,6 +9,7 @@
 namespace {
 
 thread_local bool isWatching = false;
+thread_local bool isEntering = false;
 thread_local const tarv::CLock* allowedLock = nullptr;
 thread_local uint64_t allocationCount = 0;
 thread_local uint64_t freeCount = 0;
@@ -69,7 +70,10 @@ void __wrap_free(void* block) {
 }
 
 void __wrap__ZN4tarv5CLock5enterEv(void* lock) {
+    // Some linkers also wrap the call of tryEnter inside of enter: one entry counts once.
+    isEntering = true;
     __real__ZN4tarv5CLock5enterEv(lock);
+    isEntering = false;
     noteEntry(lock);
 }
 
@@ -77,7 +81,9 @@ bool __wrap__ZN4tarv5CLock8tryEnterEv(void* lock) {
     if (!__real__ZN4tarv5CLock8tryEnterEv(lock)) {
         return false;
     }
-    noteEntry(lock);
+    if (!isEntering) {
+        noteEntry(lock);
+    }
     return true;
 }
 

@@ -16,6 +16,7 @@
 #include "BlockText.h"
 #include "Core/CompressedBlock.h"
 #include "Tests/System/EngineRun.h"
+#include "Tests/TestPaths.h"
 
 namespace tarv::engine {
 namespace {
@@ -73,6 +74,10 @@ std::vector<std::string> recordsOf(const std::string& text) {
     return records;
 }
 
+CAudioParamRegistry* routingOf(const CAudioWrapper& instance) {
+    return static_cast<CAudioParamRegistry*>(instance.paramCollector()->getRegistry("TAIO"));
+}
+
 /// Every record of `stored` stands in what the instance gives back, but for one that has moved to another key. The name
 /// of the instance goes with the program that is current when the bank is loaded, not with each.
 void expectKept(const std::string& stored, const std::string& given, const fs::path& path, bool isBank = false) {
@@ -98,7 +103,7 @@ void expectProgram(const CByteBuffer& bytes, const std::string& text, const fs::
     CByteBuffer stream;
     ASSERT_TRUE(isGood(reader.readCompressedData(stream, kPresetBlockId)));
     CMemoryReader preset(stream.data(), static_cast<uint32_t>(stream.count()));
-    CAudioParamRegistry* registry = instance->paramCollector()->getRegistry("TAIO");
+    CAudioParamRegistry* registry = routingOf(*instance);
     ASSERT_TRUE(isGood(registry->activatePreset(preset))) << path;
     CByteBuffer given;
     CBufferWriter writer(given);
@@ -130,13 +135,13 @@ void expectList(const CByteBuffer& bytes, const fs::path& path) {
         ASSERT_TRUE(isGood(list.preset(i).save(writer)));
         CMemoryReader preset(stream.data(), static_cast<uint32_t>(stream.count()));
         const auto instance = make();
-        EXPECT_TRUE(isGood(instance->paramCollector()->getRegistry("TAIO")->activatePreset(preset))) << path;
+        EXPECT_TRUE(isGood(routingOf(*instance)->activatePreset(preset))) << path;
     }
 }
 
 TEST(Golden, WhatReleasesWroteLoadsWithItsValues) {
     int32_t files = 0;
-    for (const auto& entry : fs::recursive_directory_iterator(fs::path(TARV_SOURCE_DIR) / "Tests/Golden")) {
+    for (const auto& entry : fs::recursive_directory_iterator(fs::path(kSourceFolder) / "Tests/Golden")) {
         const fs::path& path = entry.path();
         if (!entry.is_regular_file() || path.extension() == ".txt" || path.extension() == ".md") {
             continue;
@@ -216,7 +221,7 @@ TEST(Golden, WriteWhenAskedTo) {
     writeGolden(folder, "project-bank.chunk", kHostPrefix + stateOf(*instance, false));
     CByteBuffer routing;
     CBufferWriter writer(routing);
-    ASSERT_TRUE(isGood(instance->paramCollector()->getRegistry("TAIO")->acquirePreset(false, -1, -1, writer, true)));
+    ASSERT_TRUE(isGood(routingOf(*instance)->acquirePreset(false, -1, -1, writer, true)));
     writeGolden(folder, "routing.preset",
                 {reinterpret_cast<const char*>(routing.data()), static_cast<size_t>(routing.count())});
     CResourceMap::CRange range;

@@ -5,7 +5,7 @@ TARV_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 
 # The compilers of both builds, and the libraries that they link.
 TARV_BUILD_PACKAGES="build-essential cmake ninja-build zlib1g-dev libpugixml-dev libgtest-dev googletest
-    libbenchmark-dev g++-mingw-w64-x86-64-posix libz-mingw-w64-dev"
+    libbenchmark-dev g++-mingw-w64-x86-64-posix libz-mingw-w64-dev lld ccache"
 # What Tools/GfxBuilder draws shapes and glyphs with.
 TARV_GRAPHICS_PACKAGES="pkgconf libcairo2-dev librsvg2-dev libfreetype-dev libharfbuzz-dev libfontconfig-dev
     fonts-inter"
@@ -14,7 +14,7 @@ TARV_BUILD_PACKAGES="$TARV_BUILD_PACKAGES $TARV_GRAPHICS_PACKAGES"
 TARV_WINE_PACKAGES="wine wine64"
 # Files in, files and pictures out, and the recording that ./run takes when none is given.
 TARV_SOUND_PACKAGES="libkissfft-dev sox libsox-fmt-all sonic-pi-samples gnuplot-nox"
-# The fuzzers' compiler, and what the architecture test looks with.
+# The sanitizers' and fuzzers' compiler, and what the architecture test looks with.
 TARV_CHECK_PACKAGES="clang libclang-rt-14-dev clang-format binutils git"
 
 die() {

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "Tests/TestPaths.h"
+
 namespace tarv {
 namespace {
 
@@ -39,7 +41,7 @@ std::vector<double> numbers(const std::string& text) {
 }
 
 std::vector<CRow> readRows() {
-    std::ifstream file(TARV_SOURCE_DIR "/Definitions/SharedData/HalfBandRows.xml");
+    std::ifstream file(std::string(kSourceFolder) + "/Definitions/SharedData/HalfBandRows.xml");
     std::stringstream text;
     text << file.rdbuf();
     std::string source = text.str();

@@ -82,13 +82,21 @@ TEST_F(SharedAttributeThreads, EditorsOnManyThreadsComeToTheSameValue) {
 }
 
 TEST_F(SharedAttributeThreads, EditorsComeAndGoWhileOthersWrite) {
+    // As many writes as the rounds allow, so that a pump comes to its end however slow it is.
+    constexpr int kWritesPerRound = 100;
     std::atomic<bool> isDone{false};
+    std::atomic<int> allowed{0};
     std::thread writer([&] {
-        for (int i = 0; !isDone; ++i) {
-            CGlobalData::instance().writeText("tablet", CString::fromInt(i));
+        for (int i = 0; !isDone;) {
+            if (i < allowed) {
+                CGlobalData::instance().writeText("tablet", CString::fromInt(i++));
+            } else {
+                std::this_thread::yield();
+            }
         }
     });
     for (int round = 0; round < 100; ++round) {
+        allowed += kWritesPerRound;
         auto editor = makeEditor();
         change(*editor, "mine");
         if (round % 2 == 0) {

@@ -14,7 +14,7 @@ TEST(Start, ComesWithTheFirstCallOfTheEntryAndTheEndWithTheUnloading) {
         std::filesystem::remove_all(stored);
         std::string error;
         CPluginLibrary library;
-        ASSERT_TRUE(library.load(TARV_PLUGIN_FILE, error)) << error;
+        ASSERT_TRUE(library.load(kPluginFile, error)) << error;
         EXPECT_FALSE(std::filesystem::exists(stored)) << "loading alone touches no file";
         {
             CVstHost host;

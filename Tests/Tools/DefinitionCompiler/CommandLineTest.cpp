@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "SourceFolder.h"
+#include "Tests/TestPaths.h"
 
 namespace tarv {
 
@@ -13,7 +14,7 @@ namespace {
 /// Runs the compiler in the test's folder; its messages go to the file "messages", its output to "out".
 int run(const CSourceFolder& folder, const std::string& arguments) {
     const std::string command =
-        "cd " + folder.path("") + " && " + std::string(TARV_DEFINITION_COMPILER) + " " + arguments + " >out 2>messages";
+        "cd " + folder.path("") + " && " + std::string(kDefinitionCompilerFile) + " " + arguments + " >out 2>messages";
     return WEXITSTATUS(std::system(command.c_str()));
 }
 

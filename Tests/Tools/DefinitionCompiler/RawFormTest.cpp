@@ -4,6 +4,7 @@
 
 #include "CompiledTree.h"
 #include "SourceFolder.h"
+#include "Tests/TestPaths.h"
 
 namespace tarv {
 
@@ -36,7 +37,7 @@ TEST(RawForm, OfTheProductsTreesGivesTheSameBytesBack) {
     CSourceFolder folder;
     for (const char* source :
          {"/Definitions/SharedData/SharedData.xml", "/Definitions/UserInterface/UserInterface.xml"}) {
-        const std::string block = packed(compiled(std::string(TARV_SOURCE_DIR) + source));
+        const std::string block = packed(compiled(std::string(kSourceFolder) + source));
         EXPECT_EQ(packedAgain(folder, block), block) << source;
     }
 }

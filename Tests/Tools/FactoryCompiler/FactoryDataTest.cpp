@@ -9,6 +9,7 @@
 
 #include "Audio/CAudioParamStorage.h"
 #include "FactoryCompiler.h"
+#include "Tests/TestPaths.h"
 
 namespace tarv {
 
@@ -124,7 +125,7 @@ CReadPreset readPreset(CMemoryReader& stream) {
 
 CFactoryStream compiledFactory(const std::string& name) {
     CFactoryStream stream;
-    const auto failure = compileFactoryData(std::string(TARV_SOURCE_DIR) + "/Definitions/Factory/" + name, stream);
+    const auto failure = compileFactoryData(std::string(kSourceFolder) + "/Definitions/Factory/" + name, stream);
     EXPECT_FALSE(failure) << failure->message();
     return stream;
 }

@@ -1,6 +1,7 @@
 #include <set>
 
 #include "FontBuilder.h"
+#include "Tests/TestPaths.h"
 #include "Tests/Tools/GfxBuilder/GfxTestHelp.h"
 #include "UI/Resources/FontCodes.h"
 
@@ -15,7 +16,7 @@ const CDrawnFont& drawn(const std::string& name) {
     const auto [found, isNew] = fonts.emplace(name, CDrawnFont());
     if (isNew) {
         CFontSource source;
-        auto failure = readFontSource(TARV_SOURCE_DIR "/Gfx/Fonts/" + name + ".font", source);
+        auto failure = readFontSource(kSourceFolder + std::string("/Gfx/Fonts/") + name + ".font", source);
         if (!failure) {
             failure = drawFont(source, found->second);
         }

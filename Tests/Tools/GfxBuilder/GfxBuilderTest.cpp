@@ -1,6 +1,7 @@
 #include "GfxBuilder.h"
 
 #include "Core/CStreams.h"
+#include "Tests/TestPaths.h"
 #include "Tests/Tools/GfxBuilder/GfxTestHelp.h"
 #include "UI/Resources/CBrushSet.h"
 #include "UI/Resources/CFont.h"
@@ -9,7 +10,7 @@
 namespace tarv {
 namespace {
 
-const std::string kGfx = TARV_SOURCE_DIR "/Gfx/";
+const std::string kGfx = std::string(kSourceFolder) + "/Gfx/";
 
 std::string built(const std::string& path) {
     std::string bytes;

@@ -2,6 +2,7 @@
 #include <numbers>
 
 #include "PaletteBuilder.h"
+#include "Tests/TestPaths.h"
 #include "Tests/Tools/GfxBuilder/GfxTestHelp.h"
 
 namespace tarv {
@@ -13,7 +14,8 @@ const CPaletteSource& computed(const std::string& name) {
     static std::map<std::string, CPaletteSource> palettes;
     const auto [found, isNew] = palettes.emplace(name, CPaletteSource());
     if (isNew) {
-        const auto failure = computePalette(TARV_SOURCE_DIR "/Gfx/Palettes/" + name + ".palette", found->second);
+        const auto failure =
+            computePalette(kSourceFolder + std::string("/Gfx/Palettes/") + name + ".palette", found->second);
         EXPECT_FALSE(failure) << failure->message();
     }
     return found->second;

@@ -7,6 +7,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "Tests/TestPaths.h"
+
 namespace tarv {
 namespace {
 
@@ -101,7 +103,7 @@ TEST(HalfBandDesign, AnOrderOrWidthOutsideItsRangeGivesNothing) {
 }
 
 TEST(HalfBandDesign, TheDefinitionsHoldWhatItPrints) {
-    std::ifstream file(TARV_SOURCE_DIR "/Definitions/SharedData/HalfBandRows.xml");
+    std::ifstream file(std::string(kSourceFolder) + "/Definitions/SharedData/HalfBandRows.xml");
     std::stringstream text;
     text << file.rdbuf();
     const std::string source = text.str();

@@ -1,0 +1,10 @@
+#include "Tests/TestPaths.h"
+
+namespace tarv {
+
+// The only file of the tests that differs between two clones: all others are the same to a compiler cache.
+const char* const kSourceFolder = TARV_SOURCE_DIR;
+const char* const kPluginFile = TARV_PLUGIN_FILE;
+const char* const kDefinitionCompilerFile = TARV_DEFINITION_COMPILER;
+
+}  // namespace tarv
