@@ -9,6 +9,7 @@
 #include "Audio/Processes/KernelNames.h"
 #include "Audio/Processes/NoiseKernels.h"
 #include "Audio/Processes/ResampleKernels.h"
+#include "Audio/Processes/StandardKernels.h"
 #include "Benchmarks/PlainChain.h"
 #include "Benchmarks/Times.h"
 
@@ -19,7 +20,7 @@ namespace {
 class CKernelChain {
 public:
     CKernelChain(const plain::CChainSettings& settings, int32_t mostFrames)
-        : settings_(settings), context_(std::make_unique<CQPLEXContext>()) {
+        : settings_(settings), context_(makeStandardContext()) {
         registerTubeKernels(*context_);
         registerResampleKernels(*context_);
         registerNoiseKernels(*context_);

@@ -11,6 +11,7 @@
 #include "Audio/Processes/MidSideKernels.h"
 #include "Audio/Processes/NoiseKernels.h"
 #include "Audio/Processes/ResampleKernels.h"
+#include "Audio/Processes/StandardKernels.h"
 #include "Audio/Processes/TubeKernels.h"
 #include "Benchmarks/PlainLoops.h"
 #include "Benchmarks/Times.h"
@@ -156,7 +157,7 @@ const CKernelRow kRows[] = {
 };
 
 std::unique_ptr<CQPLEXContext> makeContext() {
-    auto context = std::make_unique<CQPLEXContext>();
+    auto context = makeStandardContext();
     registerTubeKernels(*context);
     registerResampleKernels(*context);
     registerMidSideKernels(*context);

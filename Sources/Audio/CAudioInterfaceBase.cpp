@@ -1,6 +1,5 @@
 #include "Audio/CAudioInterfaceBase.h"
 
-#include "Audio/CAudioInterfaceBaseConnector.h"
 #include "Audio/CAudioInterfaceBaseListeners.h"
 #include "Audio/CAudioParamCollector.h"
 #include "Audio/CAudioParamRegistry.h"
@@ -44,7 +43,7 @@ const CAudioInterfaceBase::CHandler CAudioInterfaceBase::kHandlers[kFirstBaseMes
 CAudioInterfaceBase::CAudioInterfaceBase() : subscriptions_(std::make_unique<CSubscriptions>()) {}
 
 CAudioInterfaceBase::~CAudioInterfaceBase() {
-    if (connector_ && isLive(connector_)) {
+    if (connector_) {
         connector_->setBase(nullptr);
     }
     if (bpmParam_) {

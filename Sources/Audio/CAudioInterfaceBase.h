@@ -2,12 +2,12 @@
 
 #include <atomic>
 
+#include "Audio/CAudioInterfaceBaseConnector.h"
 #include "Audio/CAudioInterfaceMessage.h"
 #include "Audio/CAudioParamUndo.h"
 
 namespace tarv {
 
-class CAudioInterfaceBaseConnector;
 class CAudioParamCollector;
 class CAudioParamRegistry;
 class CAudioVizCollector;
@@ -16,7 +16,7 @@ class CAudioVizCollector;
 /// set by messages (see CAudioInterfaceMessage.h), and what they subscribed comes to them, whoever changed it.
 /// Any thread but the audio thread's blocks. Messages come one at a time, under the connector's call lock; what hears
 /// of changes takes no lock but those of the listeners, under which the connector's set lock is the last.
-class CAudioInterfaceBase : public CAudioParamUndo, private CAudioParamListener {
+class CAudioInterfaceBase : public CAudioParamUndo, public CAudioInterfaceBaseTarget, private CAudioParamListener {
 public:
     CAudioInterfaceBase();
     ~CAudioInterfaceBase() override;
@@ -44,9 +44,10 @@ public:
     void sendState();
 
     /// One message of a client; outside data. A failure has changed nothing. Of the connector, under its call lock.
-    [[nodiscard]] CError* processMessage(CInputStream& stream);
+    [[nodiscard]] CError* processMessage(CInputStream& stream) override;
     /// A client left: what it asked for ends, and so does a record that it left open. Under the call lock.
-    void clientGone(int32_t client);
+    void clientGone(int32_t client) override;
+    void connectorGone() override { connector_ = nullptr; }
 
 protected:
     void historyChanged() override;

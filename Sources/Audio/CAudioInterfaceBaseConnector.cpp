@@ -1,10 +1,15 @@
 #include "Audio/CAudioInterfaceBaseConnector.h"
 
-#include "Audio/CAudioInterfaceBase.h"
-
 namespace tarv {
 
-void CAudioInterfaceBaseConnector::setBase(CAudioInterfaceBase* base) {
+CAudioInterfaceBaseConnector::~CAudioInterfaceBaseConnector() {
+    CLockScope scope(callLock_);
+    if (base_) {
+        base_->connectorGone();
+    }
+}
+
+void CAudioInterfaceBaseConnector::setBase(CAudioInterfaceBaseTarget* base) {
     CLockScope scope(callLock_);
     base_ = base;
 }

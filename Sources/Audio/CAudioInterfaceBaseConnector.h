@@ -5,14 +5,27 @@
 
 namespace tarv {
 
-class CAudioInterfaceBase;
-
 /// Numbers of connected clients.
 using CClientList = CArray<int32_t, 4>;
+
+/// What the engine's connector hands the messages of its clients to. Called under the connector's call lock.
+class CAudioInterfaceBaseTarget {
+public:
+    /// Reads one message to its end and carries it out; damage is an error and changes nothing.
+    [[nodiscard]] virtual CError* processMessage(CInputStream& stream) = 0;
+    /// A client has left: everything that it subscribed ends.
+    virtual void clientGone(int32_t client) = 0;
+    /// The connector is destroyed.
+    virtual void connectorGone() = 0;
+
+protected:
+    ~CAudioInterfaceBaseTarget() = default;
+};
 
 /// Moves the bytes between the engine's interface object and its clients. Any thread but the audio thread's blocks.
 class CAudioInterfaceBaseConnector : public CObject {
 public:
+    ~CAudioInterfaceBaseConnector() override;
     /// Delivers a message to one client, or with -1 to every one. A client that has gone is no failure; of several
     /// failures the first is passed on when all clients were served.
     [[nodiscard]] virtual CError* sendToClient(int32_t clientId, const CByteBuffer& buffer) = 0;
@@ -22,14 +35,14 @@ public:
     virtual CClientList clients() const = 0;
 
     /// Waits for a message that is being processed.
-    void setBase(CAudioInterfaceBase* base);
-    CAudioInterfaceBase* base() const { return base_; }
+    void setBase(CAudioInterfaceBaseTarget* base);
+    CAudioInterfaceBaseTarget* base() const { return base_; }
     /// Serialises the messages of the clients, and their coming and going. Nothing that hears of changes takes it.
     CLock& callLock() const { return callLock_; }
 
 private:
     mutable CLock callLock_;
-    CAudioInterfaceBase* base_ = nullptr;
+    CAudioInterfaceBaseTarget* base_ = nullptr;
 };
 
 /// A client's end, in the same process.

@@ -1,6 +1,5 @@
 #include "Audio/CAudioInterfaceClient.h"
 
-#include "Audio/CAudioInterfaceClientConnector.h"
 #include "Audio/CAudioInterfaceClientEntries.h"
 
 namespace tarv {

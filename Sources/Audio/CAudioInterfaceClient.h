@@ -3,12 +3,12 @@
 #include <map>
 #include <memory>
 
+#include "Audio/CAudioInterfaceClientConnector.h"
 #include "Audio/CAudioInterfaceListeners.h"
 #include "Core/CObject.h"
 
 namespace tarv {
 
-class CAudioInterfaceClientConnector;
 class CAudioParamInfo;
 
 /// How a change stands in the history of the engine.
@@ -23,7 +23,7 @@ struct CInterfaceUndo {
 /// object: `engine-state` (the full state has come), `update-sample-rate`, `update-io-channel-counts`,
 /// `update-group-count`, `update-internal-channel-count`, `clear`, `undo-history-changed`, `group-names-changed`,
 /// `bound-value-changed` (`id`), `data-passed`, `engine-gone`.
-class CAudioInterfaceClient : public CObject {
+class CAudioInterfaceClient : public CObject, public CAudioInterfaceClientTarget {
 public:
     CAudioInterfaceClient();
     ~CAudioInterfaceClient() override;
@@ -93,12 +93,12 @@ public:
     CString groupName(int32_t group) const;
 
     /// One message of the engine. Of the connector.
-    [[nodiscard]] CError* processMessage(CPosInputStream& stream);
+    [[nodiscard]] CError* processMessage(CPosInputStream& stream) override;
     /// Asks anew for all that was subscribed.
-    [[nodiscard]] CError* refresh();
+    [[nodiscard]] CError* refresh() override;
     /// Tells the listeners that no message comes any more.
-    void engineGone();
-    void connectorGone() { connector_ = nullptr; }
+    void engineGone() override;
+    void connectorGone() override { connector_ = nullptr; }
 
 private:
     class CGroupNamesParamListener;

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "Audio/CAudioInterfaceClient.h"
 #include "Core/CNotifyServer.h"
 
 namespace tarv {
@@ -31,7 +30,7 @@ CError* readAll(CInputStream& stream, CByteBuffer& bytes) {
 }  // namespace
 
 CAudioInterfaceClientConnector::~CAudioInterfaceClientConnector() {
-    if (client_ && isLive(client_)) {
+    if (client_) {
         client_->connectorGone();
     }
     if (isGone_) {
@@ -50,7 +49,7 @@ CError* CAudioInterfaceClientConnector::init() {
     return nullptr;
 }
 
-void CAudioInterfaceClientConnector::setClient(CAudioInterfaceClient* client) {
+void CAudioInterfaceClientConnector::setClient(CAudioInterfaceClientTarget* client) {
     CLockScope scope(lock_);
     client_ = client;
 }

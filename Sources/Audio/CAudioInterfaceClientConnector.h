@@ -6,7 +6,21 @@
 
 namespace tarv {
 
-class CAudioInterfaceClient;
+/// What a client's connector hands the messages of the engine to. Called on the editor's thread.
+class CAudioInterfaceClientTarget {
+public:
+    /// Reads one message to its end.
+    [[nodiscard]] virtual CError* processMessage(CPosInputStream& stream) = 0;
+    /// Messages were lost: asks anew for all that was subscribed.
+    [[nodiscard]] virtual CError* refresh() = 0;
+    /// The engine has gone; no message comes any more.
+    virtual void engineGone() = 0;
+    /// The connector is destroyed.
+    virtual void connectorGone() = 0;
+
+protected:
+    ~CAudioInterfaceClientTarget() = default;
+};
 
 /// Moves the bytes between a client object and the engine (`audio:interface-client-connector`). Messages of the engine
 /// arrive on any thread and are read on the thread of the editor's anchor, in their order; without an anchor above it
@@ -25,8 +39,8 @@ public:
     /// The number that the engine knows this client by, or -1.
     virtual int32_t clientId() const = 0;
 
-    void setClient(CAudioInterfaceClient* client);
-    CAudioInterfaceClient* client() const { return client_; }
+    void setClient(CAudioInterfaceClientTarget* client);
+    CAudioInterfaceClientTarget* client() const { return client_; }
     /// Messages that wait to be read, at most kQueueLimit: when nobody reads they are dropped, and the client asks anew
     /// for all that it had subscribed.
     static constexpr int32_t kQueueLimit = 16384;
@@ -51,7 +65,7 @@ private:
     void readBatch(const CBatch& batch, const bool& isGone);
 
     mutable CLock lock_;
-    CAudioInterfaceClient* client_ = nullptr;
+    CAudioInterfaceClientTarget* client_ = nullptr;
     CBatch batch_;
     bool isPosted_ = false;
     // The editor's thread.

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "Audio/CAudioEnv.h"
-#include "Audio/CAudioParamRegistry.h"
 
 namespace tarv {
 
@@ -275,28 +274,28 @@ void CAudioParamCollector::closeCollection() {
 
 void CAudioParamCollector::offerParam(CAudioParam& param) {
     const CString& assigned = param.info_.registry();
-    if (CAudioParamRegistry* registry = assigned.isEmpty() ? nullptr : getRegistry(assigned)) {
+    if (CAudioParamReceiver* registry = assigned.isEmpty() ? nullptr : getRegistry(assigned)) {
         registry->takeParam(param.fullName(), param);
         return;
     }
-    for (CAudioParamRegistry* registry : registries_) {
+    for (CAudioParamReceiver* registry : registries_) {
         if (registry->isEnumerated() && registry->offerParam(param.fullName(), param)) {
             return;
         }
     }
-    for (CAudioParamRegistry* registry : registries_) {
+    for (CAudioParamReceiver* registry : registries_) {
         if (!registry->isEnumerated()) {
             registry->offerParam(param.fullName(), param);
         }
     }
 }
 
-void CAudioParamCollector::addRegistry(CAudioParamRegistry& registry) {
+void CAudioParamCollector::addRegistry(CAudioParamReceiver& registry) {
     CLockScope scope(lock_);
     registries_.append(&registry);
 }
 
-void CAudioParamCollector::removeRegistry(CAudioParamRegistry& registry) {
+void CAudioParamCollector::removeRegistry(CAudioParamReceiver& registry) {
     CLockScope scope(lock_);
     const int32_t index = registries_.indexOf(&registry);
     if (index >= 0) {
@@ -304,9 +303,9 @@ void CAudioParamCollector::removeRegistry(CAudioParamRegistry& registry) {
     }
 }
 
-CAudioParamRegistry* CAudioParamCollector::getRegistry(const CString& id) const {
+CAudioParamReceiver* CAudioParamCollector::getRegistry(const CString& id) const {
     CLockScope scope(lock_);
-    for (CAudioParamRegistry* registry : registries_) {
+    for (CAudioParamReceiver* registry : registries_) {
         if (registry->id() == id) {
             return registry;
         }

@@ -4,12 +4,12 @@
 
 #include "Audio/CAudioParam.h"
 #include "Audio/CAudioParamChangePool.h"
+#include "Audio/CAudioParamReceiver.h"
 #include "Core/CObject.h"
 
 namespace tarv {
 
 class CAudioEnv;
-class CAudioParamRegistry;
 
 /// Owns every named parameter of one instance and carries changes from the threads that make them to the processes
 /// (`audio:param-collector`). Order of locks: a parameter's, then the pool's, then the environment's.
@@ -79,10 +79,10 @@ public:
     /// first block on. The graph is built. A second call does nothing.
     void closeCollection();
     bool isClosed() const { return closed_; }
-    void addRegistry(CAudioParamRegistry& registry);
-    void removeRegistry(CAudioParamRegistry& registry);
+    void addRegistry(CAudioParamReceiver& registry);
+    void removeRegistry(CAudioParamReceiver& registry);
     /// The first registry whose `id` is that text, or null.
-    CAudioParamRegistry* getRegistry(const CString& id) const;
+    CAudioParamReceiver* getRegistry(const CString& id) const;
 
     /// Every parameter in the order of the names, under the collector's lock.
     template <class Visit>
@@ -123,7 +123,7 @@ private:
     CAudioEnv* env_ = nullptr;
     mutable CLock lock_;
     CParamMap params_;
-    CArray<CAudioParamRegistry*, 4> registries_;
+    CArray<CAudioParamReceiver*, 4> registries_;
     CLock poolLock_;
     CAudioParamChangePool pool_;
     CAudioParamChangePool enginePool_;

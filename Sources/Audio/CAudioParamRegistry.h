@@ -21,6 +21,7 @@ struct CPresetRequest {
 /// current preset, its name or the bank changed.
 class CAudioParamRegistry : public CObject,
                             public CBridgeBase,
+                            public CAudioParamReceiver,
                             private CAudioParamListener,
                             private CAudioUndoDeed::CWitness {
 public:
@@ -42,9 +43,9 @@ public:
     [[nodiscard]] CError* init() override;
 
     /// Takes the parameter if its full name lies under the hierarchy; tells whether it did.
-    bool offerParam(const CString& name, CAudioParam& param);
+    bool offerParam(const CString& name, CAudioParam& param) override;
     /// Takes the parameter wherever it lies: it was assigned to this registry by name.
-    void takeParam(const CString& name, CAudioParam& param);
+    void takeParam(const CString& name, CAudioParam& param) override;
     int32_t paramCount() const;
     /// Entry of an index in 0..paramCount-1, by ascending key.
     CEntry param(int32_t index) const;
@@ -97,8 +98,8 @@ public:
     /// With the "." at its end.
     const CString& hierarchy() const { return hierarchy_; }
     bool isMaster() const { return isMaster_; }
-    bool isEnumerated() const { return isEnumerated_; }
-    const CString& id() const { return id_; }
+    bool isEnumerated() const override { return isEnumerated_; }
+    const CString& id() const override { return id_; }
     const CString& presetNaming() const { return presetNaming_; }
     const CString& presetNameParam() const { return presetNameParam_; }
     const CString& groupNamesParam() const { return groupNamesParam_; }

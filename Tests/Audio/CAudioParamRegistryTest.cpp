@@ -71,7 +71,7 @@ TEST(ParamRegistry, TheFirstOfAnIdIsFound) {
     CParamTree tree(
         {}, {registryNode("TAEQ", "a",
                           {{"is-master", "true"}, {"file", "FactoryROM.cbf"}, {"preset-naming", "Master preset"}})});
-    const CAudioParamRegistry* registry = tree.collector().getRegistry("TAEQ");
+    const auto* registry = static_cast<CAudioParamRegistry*>(tree.collector().getRegistry("TAEQ"));
     ASSERT_NE(registry, nullptr);
     EXPECT_TRUE(registry->isMaster());
     EXPECT_FALSE(registry->isEnumerated());

@@ -38,7 +38,9 @@ protected:
         delete error;
     }
     CAudioParamRegistry& master() { return *instance_.paramRegistry(); }
-    CAudioParamRegistry& routing() { return *instance_.paramCollector()->getRegistry("TAIO"); }
+    CAudioParamRegistry& routing() {
+        return *static_cast<CAudioParamRegistry*>(instance_.paramCollector()->getRegistry("TAIO"));
+    }
     CAudioParam& param(const std::string& name) {
         return *instance_.paramCollector()->findParam(("plugin.modMain." + name).c_str());
     }

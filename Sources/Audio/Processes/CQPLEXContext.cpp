@@ -2,11 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
-
-#include "Audio/Processes/CommonKernels.h"
-#include "Audio/Processes/ConvolutionKernels.h"
-#include "Audio/Processes/FilterKernels.h"
-#include "Audio/Processes/FourierKernels.h"
+#include <iterator>
 
 namespace tarv {
 
@@ -46,10 +42,9 @@ CQPLEXContext::CQPLEXContext() {
     }
     std::memset(hashHeads_, 0xff, sizeof(hashHeads_));
     std::memset(freeBuffers_, 0xff, sizeof(freeBuffers_));
-    registerCommonKernels(*this, commonKernels_);
-    registerFilterKernels(*this, sectionKernels_);
-    registerFourierKernels(*this);
-    registerConvolutionKernels(*this);
+    std::fill(std::begin(commonKernels_), std::end(commonKernels_), kNone);
+    std::fill(std::begin(sectionKernels_), std::end(sectionKernels_),
+              CSectionKernels{kNone, kNone, kNone, kNone, 0, 0});
 }
 
 CQPLEXContext::~CQPLEXContext() {

@@ -10,7 +10,7 @@
 
 namespace tarv {
 
-/// The kernels that every module finds by number, in the order of their registration.
+/// The kernels that every module finds by number.
 enum class CCommonKernel : int32_t {
     Copy,
     Addc,
@@ -142,9 +142,14 @@ public:
     void registerChain(const int32_t (&kernelNumbers)[kChainStages], CChainFunction function);
     int32_t kernelCount() const { return kernelCount_; }
     const CKernel& kernel(int32_t number) const { return kernels_[number]; }
+    /// The number of a common kernel; -1 until setCommonKernel names it.
     int32_t commonKernel(CCommonKernel kernel) const { return commonKernels_[static_cast<int32_t>(kernel)]; }
-    /// `type` 0 to kSectionTypeCount - 1.
+    void setCommonKernel(CCommonKernel kernel, int32_t number) {
+        commonKernels_[static_cast<int32_t>(kernel)] = number;
+    }
+    /// The kernels of a section type, 0 to kSectionTypeCount - 1; all -1 until setSectionKernels names them.
     const CSectionKernels& sectionKernels(int32_t type) const { return sectionKernels_[type]; }
+    void setSectionKernels(int32_t type, const CSectionKernels& kernels) { sectionKernels_[type] = kernels; }
 
     /// A buffer of at least `bytes`, contents undefined, one reference. kNoBuffer when all 2048 are in use.
     CBufferHandle takeBuffer(int32_t bytes) {

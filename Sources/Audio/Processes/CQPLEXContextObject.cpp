@@ -1,15 +1,13 @@
 #include "Audio/Processes/CQPLEXContextObject.h"
 
-namespace tarv {
+#include "Audio/Processes/StandardKernels.h"
 
-CQPLEXContextObject::~CQPLEXContextObject() {
-    delete context_;
-}
+namespace tarv {
 
 CError* CQPLEXContextObject::init() {
     TARV_TRY(CObject::init());
     if (!context_) {
-        context_ = new CQPLEXContext;
+        context_ = makeStandardContext();
     }
     return nullptr;
 }

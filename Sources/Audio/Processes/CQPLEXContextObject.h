@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "Audio/Processes/CQPLEXContext.h"
 #include "Core/CObject.h"
 
@@ -8,15 +10,12 @@ namespace tarv {
 /// Tag `audio:qplex-context`: makes the kernel context of one plug-in instance and owns it.
 class CQPLEXContextObject : public CObject {
 public:
-    CQPLEXContextObject() = default;
-    ~CQPLEXContextObject() override;
-
     [[nodiscard]] CError* init() override;
     /// Null before init.
-    CQPLEXContext* context() const { return context_; }
+    CQPLEXContext* context() const { return context_.get(); }
 
 private:
-    CQPLEXContext* context_ = nullptr;
+    std::unique_ptr<CQPLEXContext> context_;
 };
 
 }  // namespace tarv

@@ -71,9 +71,12 @@ void fill(COperation& operation, double value) {
 
 }  // namespace
 
-void registerCommonKernels(CQPLEXContext& context, int32_t* numbers) {
+void registerCommonKernels(CQPLEXContext& context) {
+    int32_t kernel = 0;
     for (const CCommonRow& row : kCommonRows) {
-        *numbers++ = context.registerKernel(row.name, row.function, row.operandCount, row.writeMask, 0, row.batch);
+        const int32_t number =
+            context.registerKernel(row.name, row.function, row.operandCount, row.writeMask, 0, row.batch);
+        context.setCommonKernel(static_cast<CCommonKernel>(kernel++), number);
     }
 }
 

@@ -6,8 +6,8 @@ namespace tarv {
 
 class CQPLEXContext;
 
-/// Registers the kernels of CCommonKernel in its order; `numbers` takes one number for each.
-void registerCommonKernels(CQPLEXContext& context, int32_t* numbers);
+/// Registers the kernels of CCommonKernel in its order and sets the context's table of them.
+void registerCommonKernels(CQPLEXContext& context);
 
 // out is operand 0, a to d are operands 1 to 4, c is the immediate. All take any count, also 0; out may be any operand.
 

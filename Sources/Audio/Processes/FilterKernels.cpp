@@ -9,7 +9,9 @@
 
 namespace tarv {
 
-void registerFilterKernels(CQPLEXContext& context, CSectionKernels* rows) {
+void registerFilterKernels(CQPLEXContext& context) {
+    CSectionKernels table[kSectionTypeCount];
+    CSectionKernels* rows = table;
     rows = registerBiquadKernels(context, rows);
     rows = registerOnePoleKernels(context, rows);
     rows = registerHalfBandKernels(context, rows);
@@ -17,6 +19,9 @@ void registerFilterKernels(CQPLEXContext& context, CSectionKernels* rows) {
     *rows++ = {-1, -1, -1, -1, 0, 0};
     rows = registerHeqKernel(context, rows);
     registerAllpassKernel(context, rows);
+    for (int32_t type = 0; type < kSectionTypeCount; ++type) {
+        context.setSectionKernels(type, table[type]);
+    }
 }
 
 }  // namespace tarv

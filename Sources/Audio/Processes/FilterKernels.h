@@ -3,9 +3,8 @@
 namespace tarv {
 
 class CQPLEXContext;
-struct CSectionKernels;
 
-/// Registers the kernels of all filter families and fills the table of section types, kSectionTypeCount rows.
-void registerFilterKernels(CQPLEXContext& context, CSectionKernels* rows);
+/// Registers the kernels of all filter families and sets the context's table of section types.
+void registerFilterKernels(CQPLEXContext& context);
 
 }  // namespace tarv

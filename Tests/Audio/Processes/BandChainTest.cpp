@@ -10,6 +10,7 @@
 #include "Audio/Processes/CQPLEXContext.h"
 #include "Audio/Processes/CTubeBlock.h"
 #include "Audio/Processes/KernelNames.h"
+#include "Audio/Processes/StandardKernels.h"
 #include "Audio/Processes/TubeKernels.h"
 #include "Tests/Audio/Processes/KernelCases.h"
 
@@ -154,7 +155,7 @@ TEST(BandChain, LeavesTheLinksAloneThatNobodyWants) {
 /// Bands issued to a context as the processes of a graph do it.
 class BandChainInContext : public testing::Test {
 protected:
-    BandChainInContext() : context(std::make_unique<CQPLEXContext>()) {
+    BandChainInContext() : context(makeStandardContext()) {
         registerTubeKernels(*context);
         for (int32_t s = 0; s < kChainStages; ++s) {
             kernels[s] = context->findKernel((std::string("com.tarvelo.qplex.") + kStageNames[s]).c_str());

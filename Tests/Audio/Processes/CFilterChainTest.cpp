@@ -1,4 +1,5 @@
 #include "Audio/Processes/CFilterChain.h"
+#include "Audio/Processes/StandardKernels.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +22,7 @@ public:
 
 class CFilterChainTest : public testing::Test {
 protected:
-    CFilterChainTest() : context(std::make_unique<CQPLEXContext>()) {}
+    CFilterChainTest() : context(makeStandardContext()) {}
     ~CFilterChainTest() override {
         chain.release(*context);
         context->flush();

@@ -1,4 +1,5 @@
 #include "Audio/Processes/CQPLEXContext.h"
+#include "Audio/Processes/StandardKernels.h"
 
 #include <gtest/gtest.h>
 
@@ -35,7 +36,7 @@ void doNothing(COperation&) {}
 
 class CQPLEXContextTest : public testing::Test {
 protected:
-    CQPLEXContextTest() : context(std::make_unique<CQPLEXContext>()) { ranKernels.clear(); }
+    CQPLEXContextTest() : context(makeStandardContext()) { ranKernels.clear(); }
 
     int32_t common(CCommonKernel kernel) const { return context->commonKernel(kernel); }
     CBufferHandle filled(double value) {

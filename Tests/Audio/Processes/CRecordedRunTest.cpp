@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Audio/Processes/CQPLEXContext.h"
+#include "Audio/Processes/StandardKernels.h"
 #include "Audio/Processes/TubeKernels.h"
 #include "Tests/Audio/Processes/KernelCases.h"
 
@@ -19,7 +20,7 @@ constexpr int32_t kCount = 50;
 /// A context with some signals and blocks, and a run of bands, sums and gains on them.
 class CSubject {
 public:
-    CSubject() : context(std::make_unique<CQPLEXContext>()) {
+    CSubject() : context(makeStandardContext()) {
         registerTubeKernels(*context);
         filter_ = context->findKernel("com.tarvelo.qplex.fltbiqcommong");
         highPass_ = context->findKernel("com.tarvelo.qplex.flthp1ag");

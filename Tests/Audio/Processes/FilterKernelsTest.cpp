@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Audio/Processes/CQPLEXContext.h"
+#include "Audio/Processes/StandardKernels.h"
 
 namespace tarv {
 namespace {
@@ -18,7 +19,7 @@ namespace {
 class CSectionRunner {
 public:
     CSectionRunner(int32_t type, const std::vector<double>& coefficients)
-        : context_(std::make_unique<CQPLEXContext>()), kernels_(context_->sectionKernels(type)) {
+        : context_(makeStandardContext()), kernels_(context_->sectionKernels(type)) {
         block_ = context_->takeBuffer(kernels_.stateSize * 8);
         context_->issue(kernels_.init, 0, 0.0, {block_, listOf(coefficients)});
     }
@@ -60,7 +61,7 @@ std::vector<double> impulse(size_t length) {
 }
 
 TEST(FilterKernels, TheTableNamesTheKernelsOfEverySectionType) {
-    const auto context = std::make_unique<CQPLEXContext>();
+    const auto context = makeStandardContext();
     const struct {
         int32_t type;
         const char* init;

@@ -10,6 +10,7 @@
 
 #include "Audio/Processes/CFirSection.h"
 #include "Audio/Processes/CRealTransform.h"
+#include "Audio/Processes/StandardKernels.h"
 #include "Tests/Audio/Processes/KernelCases.h"
 
 namespace tarv {
@@ -88,7 +89,7 @@ TEST(FourierKernels, OnlyPowersOfTwoHaveATransform) {
 
 class FourierOperations : public testing::Test {
 protected:
-    FourierOperations() : context(std::make_unique<CQPLEXContext>()) { EXPECT_TRUE(transform.setSize(kSize)); }
+    FourierOperations() : context(makeStandardContext()) { EXPECT_TRUE(transform.setSize(kSize)); }
     static constexpr int32_t kSize = 32;
 
     CBufferHandle taken(const std::vector<double>& values) const {
@@ -189,7 +190,7 @@ TEST_F(FourierOperations, SquaredMagnitudesAreThoseOfTheBins) {
 
 class FirSection : public testing::Test {
 protected:
-    FirSection() : context(std::make_unique<CQPLEXContext>()) {}
+    FirSection() : context(makeStandardContext()) {}
 
     std::vector<double> run(CFirSection& section, const std::vector<double>& signal,
                             const std::vector<int32_t>& cuts) const {

@@ -8,6 +8,7 @@
 #include "Audio/Processes/MidSideKernels.h"
 #include "Audio/Processes/NoiseKernels.h"
 #include "Audio/Processes/ResampleKernels.h"
+#include "Audio/Processes/StandardKernels.h"
 #include "Audio/Processes/TubeKernels.h"
 #include "Tests/Audio/Processes/KernelCases.h"
 
@@ -84,7 +85,7 @@ private:
 
 class KernelSweep : public testing::Test {
 protected:
-    KernelSweep() : context(std::make_unique<CQPLEXContext>()) {
+    KernelSweep() : context(makeStandardContext()) {
         registerTubeKernels(*context);
         registerResampleKernels(*context);
         registerMidSideKernels(*context);
