@@ -5,11 +5,11 @@
 #include <random>
 #include <vector>
 
-#include "Audio/Processes/CQPLEXContext.h"
-#include "Audio/Processes/KernelNames.h"
-#include "Audio/Processes/NoiseKernels.h"
-#include "Audio/Processes/ResampleKernels.h"
-#include "Audio/Processes/StandardKernels.h"
+#include "Audio/Context/CQPLEXContext.h"
+#include "Audio/Kernels/KernelNames.h"
+#include "Audio/Kernels/NoiseKernels.h"
+#include "Audio/Kernels/ResampleKernels.h"
+#include "Audio/Kernels/StandardKernels.h"
 #include "Benchmarks/PlainChain.h"
 #include "Benchmarks/Times.h"
 

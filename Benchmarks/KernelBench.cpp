@@ -6,13 +6,13 @@
 #include <random>
 #include <vector>
 
-#include "Audio/Processes/CQPLEXContext.h"
-#include "Audio/Processes/KernelNames.h"
-#include "Audio/Processes/MidSideKernels.h"
-#include "Audio/Processes/NoiseKernels.h"
-#include "Audio/Processes/ResampleKernels.h"
-#include "Audio/Processes/StandardKernels.h"
-#include "Audio/Processes/TubeKernels.h"
+#include "Audio/Context/CQPLEXContext.h"
+#include "Audio/Kernels/KernelNames.h"
+#include "Audio/Kernels/MidSideKernels.h"
+#include "Audio/Kernels/NoiseKernels.h"
+#include "Audio/Kernels/ResampleKernels.h"
+#include "Audio/Kernels/StandardKernels.h"
+#include "Audio/Kernels/TubeKernels.h"
 #include "Benchmarks/PlainLoops.h"
 #include "Benchmarks/Times.h"
 

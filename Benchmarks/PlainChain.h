@@ -6,7 +6,7 @@
 #include <numbers>
 #include <vector>
 
-#include "Audio/Processes/TubeKernels.h"
+#include "Audio/Kernels/TubeKernels.h"
 #include "Benchmarks/PlainLoops.h"
 
 namespace tarv::plain {

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "Audio/Processes/CTubeBlock.h"
+#include "Audio/Kernels/CTubeBlock.h"
 
 namespace tarv::plain {
 

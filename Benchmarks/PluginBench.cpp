@@ -7,8 +7,8 @@
 #include <random>
 #include <vector>
 
-#include "Audio/CAudioParamCollector.h"
-#include "Audio/Processes/CQPLEXContext.h"
+#include "Audio/Context/CQPLEXContext.h"
+#include "Audio/Parameters/CAudioParamCollector.h"
 #include "Benchmarks/PlainChain.h"
 #include "Benchmarks/Times.h"
 #include "CPlainInstance.h"

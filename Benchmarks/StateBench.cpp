@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "Audio/CAudioParamCollector.h"
-#include "Audio/CAudioParamRegistry.h"
+#include "Audio/Parameters/CAudioParamCollector.h"
+#include "Audio/Presets/CAudioParamRegistry.h"
 #include "Benchmarks/Times.h"
 #include "CPlainInstance.h"
 #include "Core/CompressedBlock.h"

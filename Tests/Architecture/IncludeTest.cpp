@@ -4,40 +4,65 @@
 #include <map>
 #include <regex>
 #include <set>
+#include <sstream>
 
 #include "Tests/Architecture/CSourceTree.h"
 
 namespace tarv {
 namespace {
 
-/// A layer: the folders under Sources whose files it owns, and the layers it may include. The longest folder wins.
-struct CLayer {
-    const char* folder;
-    std::set<std::string> mayInclude;
-};
+/// For each folder below Sources with a README: the folders that its line "May include:" names, up to the period.
+using CArrows = std::map<std::string, std::set<std::string>>;
 
-const CLayer kLayers[] = {
-    {"Platform", {}},
-    {"Core", {"Platform"}},
-    {"Audio", {"Platform", "Core", "Audio/Converters", "Audio/Filters", "Audio/Processes"}},
-    {"Audio/Converters", {"Platform", "Core", "Audio"}},
-    {"Audio/Filters", {"Platform", "Core", "Audio"}},
-    {"Audio/Processes", {"Platform", "Core", "Audio", "Audio/Filters"}},
-    {"Audio/VST", {"Platform", "Core", "Audio", "Audio/Converters", "Audio/Filters", "Audio/Processes", "UI"}},
-    {"UI", {"Platform", "Core", "Audio", "Audio/Converters", "UI/Resources"}},
-    {"UI/Resources", {"Platform", "Core"}},
-    {"Product",
-     {"Platform", "Core", "Audio", "Audio/Converters", "Audio/Filters", "Audio/Processes", "Audio/VST", "UI",
-      "UI/Resources"}},
-};
+constexpr const char* kMayInclude = "May include: ";
 
-const CLayer* layerOf(std::string_view path) {
-    const CLayer* found = nullptr;
-    for (const CLayer& layer : kLayers)
-        if (startsWith(path, std::string(layer.folder) + '/'))
-            if (!found || std::string_view(layer.folder).size() > std::string_view(found->folder).size())
-                found = &layer;
+std::set<std::string> namesIn(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const std::string& line : lines) {
+        if (text.empty() && !startsWith(line, kMayInclude))
+            continue;
+        text += (text.empty() ? line.substr(std::string_view(kMayInclude).size()) : ' ' + line);
+        if (text.find('.') != std::string::npos)
+            break;
+    }
+    std::set<std::string> names;
+    std::stringstream list(text.substr(0, text.find('.')));
+    for (std::string name; std::getline(list >> std::ws, name, ',');)
+        if (name != "nothing")
+            names.insert(name);
+    return names;
+}
+
+bool saysWhatItMayInclude(const CSourceFile& file) {
+    for (const std::string& line : file.lines)
+        if (startsWith(line, kMayInclude))
+            return true;
+    return false;
+}
+
+const CArrows& arrows() {
+    static const CArrows kArrows = [] {
+        CArrows found;
+        for (const CSourceFile& file : projectFiles())
+            if (startsWith(file.path, "Sources/") && endsWith(file.path, "/README.md") && saysWhatItMayInclude(file))
+                found[file.path.substr(8, file.path.size() - 18)] = namesIn(file.lines);
+        return found;
+    }();
+    return kArrows;
+}
+
+/// The folder with a README of its own that a path lies in; the longest wins. Empty if there is none.
+std::string folderOf(std::string_view path) {
+    std::string found;
+    for (const auto& [folder, names] : arrows())
+        if (startsWith(path, folder + '/') && folder.size() > found.size())
+            found = folder;
     return found;
+}
+
+bool mayInclude(const std::string& from, const std::string& to) {
+    const std::set<std::string>& names = arrows().at(from);
+    return from == to || names.count(to) > 0 || names.count("everything") > 0;
 }
 
 std::vector<std::string> includesOf(const CSourceFile& file) {
@@ -50,28 +75,56 @@ std::vector<std::string> includesOf(const CSourceFile& file) {
     return names;
 }
 
-TEST(Architecture, IncludesGoDownOrSidewaysNeverUp) {
+TEST(Architecture, AFolderIncludesOnlyWhatItsReadmeNames) {
     for (const CSourceFile* file : codeFiles()) {
         if (!startsWith(file->path, "Sources/"))
             continue;
-        const CLayer* from = layerOf(file->path.substr(8));
-        ASSERT_NE(from, nullptr) << file->path << " lies in no layer";
+        const std::string from = folderOf(file->path.substr(8));
+        ASSERT_FALSE(from.empty()) << file->path << " lies in no folder with a README that says what it may include";
         for (const std::string& name : includesOf(*file)) {
-            const CLayer* to = name[0] == '"' ? layerOf(name.substr(1)) : from;
-            EXPECT_NE(to, nullptr) << file->path << " includes " << name << ": no path from Sources";
-            if (to && to != from)
-                EXPECT_TRUE(from->mayInclude.count(to->folder)) << file->path << " includes " << name.substr(1);
+            if (name[0] != '"')
+                continue;
+            const std::string to = folderOf(name.substr(1));
+            EXPECT_FALSE(to.empty()) << file->path << " includes " << name << ": no path from Sources";
+            EXPECT_TRUE(to.empty() || mayInclude(from, to)) << file->path << " includes " << name.substr(1);
         }
     }
 }
 
-// The converters and the filter generators are pure descriptions: what runs a block is above them.
-TEST(Architecture, ConvertersAndFiltersKnowNoGraph) {
-    for (const CSourceFile* file : codeFiles())
-        if (startsWith(file->path, "Sources/Audio/Converters/") || startsWith(file->path, "Sources/Audio/Filters/"))
-            for (const std::string& name : includesOf(*file))
-                EXPECT_FALSE(startsWith(name, "\"Audio/CAudioProcess") || startsWith(name, "\"Audio/CAudioWrapper"))
-                    << file->path << " includes " << name;
+TEST(Architecture, EveryNameInAReadmeIsAFolder) {
+    for (const auto& [folder, names] : arrows())
+        for (const std::string& name : names)
+            EXPECT_TRUE(name == "everything" || arrows().count(name)) << folder << "/README.md names " << name;
+    EXPECT_GT(arrows().size(), 15u);
+}
+
+/// Whether the arrows lead from a folder back to it.
+bool reaches(const CArrows& graph, const std::string& from, const std::string& to, std::set<std::string>& seen) {
+    const auto names = graph.find(from);
+    for (const std::string& next : names == graph.end() ? std::set<std::string>() : names->second)
+        if (next == to || (seen.insert(next).second && reaches(graph, next, to, seen)))
+            return true;
+    return false;
+}
+
+TEST(Architecture, ArrowsGoOneWay) {
+    for (const auto& [folder, names] : arrows()) {
+        std::set<std::string> seen;
+        EXPECT_FALSE(reaches(arrows(), folder, folder, seen)) << folder << " leads back to itself";
+    }
+    std::set<std::string> seen;
+    EXPECT_TRUE(reaches({{"a", {"b"}}, {"b", {"c"}}, {"c", {"a"}}}, "a", "a", seen));
+}
+
+// An editor reaches the engine by messages alone.
+TEST(Architecture, TheEditorsSideKnowsNothingOfTheEngines) {
+    for (const auto& [folder, names] : arrows())
+        if (folder == "Audio/Client" || startsWith(folder, "UI"))
+            for (const char* engine :
+                 {"Audio/Engine", "Audio/Presets", "Audio/Graph", "Audio/Instance", "Audio/Modules"}) {
+                std::set<std::string> seen;
+                EXPECT_FALSE(reaches(arrows(), folder, engine, seen)) << folder << " leads to " << engine;
+            }
 }
 
 TEST(Architecture, OnlyTheSeamIncludesHeadersOfASystem) {
@@ -105,7 +158,7 @@ TEST(Architecture, RendererKnowsOfThePluginOnlyTheInterface) {
     for (const CSourceFile* file : codeFiles())
         if (startsWith(file->path, "Tools/Renderer/"))
             for (const std::string& name : includesOf(*file))
-                EXPECT_TRUE(name[0] == '<' || startsWith(name, "\"Audio/VST/Vst2") || !layerOf(name.substr(1)))
+                EXPECT_TRUE(name[0] == '<' || startsWith(name, "\"Audio/VST/Vst2") || folderOf(name.substr(1)).empty())
                     << file->path << " includes " << name;
 }
 

@@ -4,12 +4,12 @@
 #include <cmath>
 #include <memory>
 
-#include "Audio/CAudioInterfaceBase.h"
-#include "Audio/CAudioParamCollector.h"
-#include "Audio/CAudioParamRegistry.h"
+#include "Audio/Engine/CAudioInterfaceBase.h"
+#include "Audio/Parameters/CAudioParamCollector.h"
+#include "Audio/Presets/CAudioParamRegistry.h"
 #include "CPlainInstance.h"
 #include "Core/CApplicationData.h"
-#include "Tests/Audio/MessageClient.h"
+#include "Tests/Audio/Messages/MessageClient.h"
 #include "Tests/Fuzz/FuzzTools.h"
 
 using namespace tarv;

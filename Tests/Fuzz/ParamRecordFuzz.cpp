@@ -1,7 +1,7 @@
 // The record of a parameter's value: damage ends in a message and leaves the value alone; what is read whole comes back
 // byte for byte after a second way through the writer.
 
-#include "Audio/CAudioParamStorage.h"
+#include "Audio/Parameters/CAudioParamStorage.h"
 #include "Tests/Fuzz/FuzzTools.h"
 
 using namespace tarv;

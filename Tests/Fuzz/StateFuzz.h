@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Audio/CAudioPresetBank.h"
+#include "Audio/Stores/CAudioPresetBank.h"
 #include "Tests/Fuzz/FuzzTools.h"
 
 namespace tarv {

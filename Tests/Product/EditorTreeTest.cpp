@@ -1,9 +1,9 @@
 #include <typeinfo>
 
-#include "Audio/CAudioInterfaceBase.h"
-#include "Audio/CAudioInterfaceBaseConnector.h"
-#include "Audio/CAudioInterfaceClient.h"
-#include "Audio/CAudioInterfaceClientConnector.h"
+#include "Audio/Client/CAudioInterfaceClient.h"
+#include "Audio/Engine/CAudioInterfaceBase.h"
+#include "Audio/Messages/CAudioInterfaceBaseConnector.h"
+#include "Audio/Messages/CAudioInterfaceClientConnector.h"
 #include "Platform/Posix/EventQueue.h"
 #include "ProductTree.h"
 

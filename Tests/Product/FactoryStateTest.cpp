@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "Audio/CAudioParamRegistry.h"
-#include "Audio/CAudioWrapper.h"
+#include "Audio/Instance/CAudioWrapper.h"
+#include "Audio/Presets/CAudioParamRegistry.h"
 #include "FactoryTables.h"
 #include "ProductTree.h"
 

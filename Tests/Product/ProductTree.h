@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Audio/CAudioWrapper.h"
+#include "Audio/Instance/CAudioWrapper.h"
 #include "Core/CApplication.h"
 #include "Product/CreatorTable.h"
 #include "Product/ResourceTable.h"

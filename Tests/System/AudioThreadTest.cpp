@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "Audio/CAudioEnv.h"
-#include "Audio/CAudioExtParam.h"
+#include "Audio/Parameters/CAudioEnv.h"
+#include "Audio/Parameters/CAudioExtParam.h"
 #include "Tests/System/AudioThreadWatch.h"
 #include "Tests/System/EngineRun.h"
 

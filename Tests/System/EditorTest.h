@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "Audio/CAudioInterfaceClient.h"
-#include "Audio/CAudioInterfaceClientConnector.h"
+#include "Audio/Client/CAudioInterfaceClient.h"
+#include "Audio/Messages/CAudioInterfaceClientConnector.h"
 #include "Core/CApplication.h"
 #include "Platform/Posix/EventQueue.h"
 #include "Tests/Core/TreeBuilder.h"

@@ -10,9 +10,9 @@
 #include <fstream>
 #include <sstream>
 
-#include "Audio/CAudioParamCollector.h"
-#include "Audio/CAudioParamRegistry.h"
-#include "Audio/PackedStream.h"
+#include "Audio/Parameters/CAudioParamCollector.h"
+#include "Audio/Presets/CAudioParamRegistry.h"
+#include "Audio/Stores/PackedStream.h"
 #include "BlockText.h"
 #include "Core/CompressedBlock.h"
 #include "Tests/System/EngineRun.h"

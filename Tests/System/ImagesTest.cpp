@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "Audio/CAudioProcessBase.h"
+#include "Audio/Graph/CAudioProcessBase.h"
 #include "Tests/System/EngineRun.h"
 
 namespace tarv::engine {

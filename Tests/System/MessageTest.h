@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include "Audio/CAudioExtParam.h"
-#include "Audio/CAudioInterfaceBase.h"
-#include "Audio/CAudioParamCollector.h"
-#include "Audio/CAudioParamRegistry.h"
-#include "Tests/Audio/MessageClient.h"
+#include "Audio/Engine/CAudioInterfaceBase.h"
+#include "Audio/Parameters/CAudioExtParam.h"
+#include "Audio/Parameters/CAudioParamCollector.h"
+#include "Audio/Presets/CAudioParamRegistry.h"
+#include "Tests/Audio/Messages/MessageClient.h"
 #include "Tests/System/EngineRun.h"
 
 namespace tarv {

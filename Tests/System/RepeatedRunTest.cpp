@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Audio/Processes/CQPLEXContext.h"
+#include "Audio/Context/CQPLEXContext.h"
 #include "Tests/System/EngineRun.h"
 
 namespace tarv::engine {

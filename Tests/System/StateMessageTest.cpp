@@ -1,7 +1,7 @@
 // What clients are told of the engine: full state, counts, bound values, frames, bytes of other clients, labels.
 
-#include "Audio/CAudioEnv.h"
-#include "Audio/CAudioVizCollector.h"
+#include "Audio/Parameters/CAudioEnv.h"
+#include "Audio/Visuals/CAudioVizCollector.h"
 #include "Tests/System/MessageTest.h"
 
 namespace tarv {

@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstring>
 
-#include "Audio/CAudioParamCollector.h"
-#include "Audio/CAudioParamRegistry.h"
+#include "Audio/Parameters/CAudioParamCollector.h"
+#include "Audio/Presets/CAudioParamRegistry.h"
 #include "Tests/System/EngineRun.h"
 #include "Tests/System/SoundHelp.h"
 

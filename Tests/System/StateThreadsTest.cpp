@@ -7,9 +7,9 @@
 #include <cmath>
 #include <thread>
 
-#include "Audio/CAudioExtParam.h"
-#include "Audio/CAudioInterfaceBase.h"
-#include "Audio/CAudioParamRegistry.h"
+#include "Audio/Engine/CAudioInterfaceBase.h"
+#include "Audio/Parameters/CAudioExtParam.h"
+#include "Audio/Presets/CAudioParamRegistry.h"
 #include "Tests/System/EngineRun.h"
 
 namespace tarv::engine {

@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "Audio/CAudioEnv.h"
+#include "Audio/Parameters/CAudioEnv.h"
 #include "Tests/System/AudioThreadWatch.h"
 #include "Tests/System/MessageTest.h"
 

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <thread>
 
-#include "Audio/CAudioExtParam.h"
+#include "Audio/Parameters/CAudioExtParam.h"
 #include "Tests/System/EngineRun.h"
 
 namespace tarv::engine {

@@ -5,8 +5,8 @@
 #include <memory>
 #include <string_view>
 
-#include "Audio/CAudioPresetBank.h"
-#include "Audio/PackedStream.h"
+#include "Audio/Stores/CAudioPresetBank.h"
+#include "Audio/Stores/PackedStream.h"
 #include "CompiledTree.h"
 #include "Core/CompressedBlock.h"
 #include "RawForm.h"

@@ -1,7 +1,7 @@
 #include "FactoryCompiler.h"
 
-#include "Audio/CAudioParamChange.h"
-#include "Audio/CAudioParamStorage.h"
+#include "Audio/Parameters/CAudioParamChange.h"
+#include "Audio/Parameters/CAudioParamStorage.h"
 #include "CFactoryReader.h"
 
 namespace tarv {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <string>
 
-#include "Audio/CAudioParamDef.h"
-#include "Audio/CAudioProcess.h"
-#include "Audio/Processes/CModFilter.h"
+#include "Audio/Graph/CAudioProcess.h"
+#include "Audio/Modules/CModFilter.h"
+#include "Audio/Parameters/CAudioParamDef.h"
 
 namespace tarv {
 

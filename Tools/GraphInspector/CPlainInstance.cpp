@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Audio/CAudioParamCollector.h"
+#include "Audio/Parameters/CAudioParamCollector.h"
 #include "Product/Product.h"
 
 namespace tarv {

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <vector>
 
-#include "Audio/CAudioWrapper.h"
+#include "Audio/Instance/CAudioWrapper.h"
 
 namespace tarv {
 

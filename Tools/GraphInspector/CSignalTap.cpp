@@ -1,6 +1,6 @@
 #include "CSignalTap.h"
 
-#include "Audio/CAudioProcessBase.h"
+#include "Audio/Graph/CAudioProcessBase.h"
 
 namespace tarv {
 

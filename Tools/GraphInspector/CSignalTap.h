@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "Audio/CAudioGraph.h"
+#include "Audio/Graph/CAudioGraph.h"
 #include "Core/CString.h"
 
 namespace tarv {

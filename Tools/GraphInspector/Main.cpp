@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "Audio/CAudioProcessBase.h"
+#include "Audio/Graph/CAudioProcessBase.h"
 #include "CGraphPrinter.h"
 #include "CPlainInstance.h"
 #include "CSignalTap.h"

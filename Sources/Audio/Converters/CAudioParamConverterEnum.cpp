@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "Audio/CAudioParamInfo.h"
+#include "Audio/Parameters/CAudioParamInfo.h"
 
 namespace tarv {
 

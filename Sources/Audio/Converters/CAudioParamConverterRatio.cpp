@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "Audio/CAudioParamInfo.h"
 #include "Audio/Converters/ConverterMaths.h"
+#include "Audio/Parameters/CAudioParamInfo.h"
 
 namespace tarv {
 

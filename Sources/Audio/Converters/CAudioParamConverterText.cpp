@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "Audio/CAudioParamData.h"
+#include "Audio/Parameters/CAudioParamData.h"
 
 namespace tarv {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Audio/Converters/CAudioParamConverter.h"
+#include "Audio/Parameters/CAudioParamConverter.h"
 
 namespace tarv {
 

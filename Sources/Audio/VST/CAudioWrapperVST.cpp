@@ -4,9 +4,9 @@
 #include <cstring>
 #include <utility>
 
-#include "Audio/CAudioEnv.h"
-#include "Audio/CAudioExtParam.h"
-#include "Audio/CAudioInterfaceBase.h"
+#include "Audio/Engine/CAudioInterfaceBase.h"
+#include "Audio/Parameters/CAudioEnv.h"
+#include "Audio/Parameters/CAudioExtParam.h"
 #include "Platform/ThreadId.h"
 
 namespace tarv {

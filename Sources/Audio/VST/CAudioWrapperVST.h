@@ -3,7 +3,7 @@
 #include <atomic>
 #include <memory>
 
-#include "Audio/CAudioWrapper.h"
+#include "Audio/Instance/CAudioWrapper.h"
 #include "Audio/VST/AudioEffectX.h"
 #include "Audio/VST/CSpeakerLabels.h"
 

@@ -1,8 +1,8 @@
-#include "Audio/Converters/CAudioParamConverter.h"
+#include "Audio/Parameters/CAudioParamConverter.h"
 
 #include <cmath>
 
-#include "Tests/Audio/ParamTree.h"
+#include "Tests/Audio/Parameters/ParamTree.h"
 
 namespace tarv {
 namespace {

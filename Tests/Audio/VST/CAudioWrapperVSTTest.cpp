@@ -5,8 +5,8 @@
 #include <cstring>
 #include <string>
 
-#include "Audio/CAudioEnv.h"
-#include "Audio/CAudioExtParam.h"
+#include "Audio/Parameters/CAudioEnv.h"
+#include "Audio/Parameters/CAudioExtParam.h"
 #include "Audio/VST/CAudioWrapperVSTEditor.h"
 #include "Product/Product.h"
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Audio/CAudioPresetBank.h"
+#include "Audio/Stores/CAudioPresetBank.h"
 #include "Core/CompressedBlock.h"
 
 namespace tarv {

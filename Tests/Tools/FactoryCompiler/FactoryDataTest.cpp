@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "Audio/CAudioParamStorage.h"
+#include "Audio/Parameters/CAudioParamStorage.h"
 #include "FactoryCompiler.h"
 #include "Tests/TestPaths.h"
 

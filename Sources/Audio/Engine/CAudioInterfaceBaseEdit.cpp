@@ -1,0 +1,241 @@
+// What clients do to values and to the history.
+
+#include <algorithm>
+#include <cmath>
+
+#include "Audio/Engine/CAudioInterfaceBase.h"
+#include "Audio/Engine/CAudioInterfaceBaseListeners.h"
+#include "Audio/Messages/CAudioInterfaceBaseConnector.h"
+#include "Audio/Parameters/CAudioParamCollector.h"
+#include "Audio/Presets/CAudioParamRegistry.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr const char* kChannelNames = "plugin.modMain.io-params.in-channel-names";
+constexpr const char* kImportLabel = "Channel label import";
+/// How far behind what a parameter holds a message may reach: the gap is filled, and takes memory without any byte of
+/// the message behind it.
+constexpr int32_t kGroupReach = 32;
+constexpr int32_t kElementReach = 64;
+
+}  // namespace
+
+/// Values that take the place of others.
+struct CAudioInterfaceBase::CEdit {
+    CAudioParam* param = nullptr;
+    int32_t group = 0;
+    int32_t first = 0;
+    int32_t count = 0;
+    uint32_t flags = 0;
+    CArray<double, 16> numbers;  ///< count * element size; what is no number stays as it is
+    CTextList texts;             ///< count, in place of the numbers of a string parameter
+    CString label;
+    int32_t key = CAudioParamUndoStep::kNoKey;
+};
+
+CError* CAudioInterfaceBase::findDefined(const CString& name, CAudioParam*& param) const {
+    param = paramCollector_->findParam(name);
+    if (!param || !param->isDefined()) {
+        TARV_FAIL("@tarvstr_CAudioInterfaceBase_findDefined_NoParam No parameter '%1' found.", name);
+    }
+    return nullptr;
+}
+
+CError* CAudioInterfaceBase::targetOf(uint32_t id, const CString& name, CAudioParam*& param) const {
+    if (!name.isEmpty()) {
+        TARV_TRY(findDefined(name, param));
+        return nullptr;
+    }
+    const auto found = subscriptions_->params.find(id);
+    if (found == subscriptions_->params.end()) {
+        TARV_FAIL("@tarvstr_CAudioInterfaceBase_targetOf_NoListener No parameter listener %1 found.",
+                  CString::fromInt(id));
+    }
+    param = &found->second->param();
+    return nullptr;
+}
+
+CError* CAudioInterfaceBase::requirePlace(const CEdit& edit) const {
+    const bool isForAll = edit.group == CAudioParamData::kAllGroups;
+    CLockScope scope(edit.param->lock());
+    const CAudioParamData& data = edit.param->userData();
+    const int32_t groups = edit.param->info().isSingleGroup() ? 1 : std::max(kGroupReach, data.groupCount());
+    const int32_t reach = std::max(kElementReach, data.elementCount(edit.group));
+    const bool isGroup = isForAll || (edit.group >= 0 && edit.group < groups);
+    if (!isGroup || edit.first < 0 || edit.first > reach || edit.count < 0 ||
+        edit.count > CAudioParamData::kElementLimit - edit.first) {
+        TARV_FAIL(
+            "@tarvstr_CAudioInterfaceBase_requirePlace_InvalidPlace Parameter '%1' has no place for %2 elements from "
+            "%3 on in group %4.",
+            edit.param->fullName(), CString::fromInt(edit.count), CString::fromInt(edit.first),
+            CString::fromInt(edit.group));
+    }
+    return nullptr;
+}
+
+CError* CAudioInterfaceBase::readElements(CInputStream& stream, CEdit& edit) const {
+    const CAudioParamInfo& info = edit.param->info();
+    for (int32_t element = 0; element < edit.count; ++element) {
+        if (info.isString()) {
+            CString text;
+            TARV_TRY(stream.readString(text));
+            edit.texts.append(std::move(text));
+        }
+        for (int32_t i = 0; i < (info.isString() ? 0 : info.elementSize()); ++i) {
+            double number = 0.0;
+            TARV_TRY(stream.readDouble(number));
+            edit.numbers.append(number);
+        }
+    }
+    return nullptr;
+}
+
+CError* CAudioInterfaceBase::setValues(CInputStream& stream) {
+    CEdit edit;
+    uint32_t id = 0;
+    CString name;
+    TARV_TRY(takeFields(stream, id, name, edit.group, edit.first, edit.count, edit.flags));
+    TARV_TRY(targetOf(id, name, edit.param));
+    TARV_TRY(requirePlace(edit));
+    TARV_TRY(readElements(stream, edit));
+    TARV_TRY(takeMessage(stream, edit.label, edit.key));
+    carryOut(edit);
+    return nullptr;
+}
+
+bool CAudioInterfaceBase::editGroup(const CEdit& edit, int32_t group) const {
+    CAudioParam& param = *edit.param;
+    const CAudioParamInfo& info = param.info();
+    CAudioParamData pool;
+    CAudioParamChange* change =
+        paramCollector_->createChange(param, group, edit.first, edit.count, (edit.flags & kIsReplacing) != 0);
+    for (int32_t i = 0; i < edit.numbers.count(); ++i) {
+        const int32_t position = i % info.elementSize();
+        const double now = param.userData().value(group, edit.first + i / info.elementSize(), position);
+        change->values[i] = info.clamp(position, std::isnan(edit.numbers[i]) ? now : edit.numbers[i]);
+    }
+    for (int32_t i = 0; i < edit.texts.count(); ++i) {
+        change->values[i] = pool.addString(edit.texts[i]);
+    }
+    change->sourcePool = &pool;
+    return paramCollector_->postUntold(param, change);
+}
+
+void CAudioInterfaceBase::carryOut(const CEdit& edit) {
+    const CString label = labelOf(edit);
+    {
+        CLockScope scope(lock());
+        CAudioParamData before;
+        CAudioParamData after;
+        {
+            // Over all of it, so that nobody's change stands between the values that the step holds.
+            CLockScope paramScope(edit.param->lock());
+            const CAudioParamData& data = edit.param->userData();
+            before = data;
+            const bool isForAll = edit.group == CAudioParamData::kAllGroups;
+            const int32_t end = isForAll ? before.groupCount() : edit.group + 1;
+            for (int32_t group = isForAll ? 0 : edit.group; group < end; ++group) {
+                editGroup(edit, group);
+            }
+            after = data;
+        }
+        if ((edit.flags & kIsRecorded) && !before.isSame(after)) {
+            auto step = edit.key == CAudioParamUndoStep::kNoKey
+                            ? std::make_unique<CAudioParamUndoStep>(label)
+                            : std::make_unique<CAudioParamUndoStep>(label, edit.key);
+            step->add(*edit.param, std::move(before), std::move(after));
+            addStep(std::move(step), true);
+        }
+    }
+    // Also of a value that stayed: whoever set it beyond its range has to hear what it is.
+    edit.param->tell(edit.group, edit.first, edit.count);
+    tellIfChanged();
+}
+
+CString CAudioInterfaceBase::labelOf(const CEdit& edit) const {
+    if (!edit.label.isEmpty()) {
+        return edit.label;
+    }
+    const CAudioParamInfo& info = edit.param->info();
+    if (edit.group == CAudioParamData::kAllGroups || info.isSingleGroup()) {
+        return info.visualName() + " change";
+    }
+    CString group = CString::fromInt(edit.group + 1);
+    for (const CAudioParamRegistry* registry : registries()) {
+        if (!registry->groupNamesParam().isEmpty()) {
+            group = registry->groupName(edit.group);
+        }
+    }
+    return info.visualName() + " (" + group + ") change";
+}
+
+CError* CAudioInterfaceBase::record(CInputStream& stream) {
+    uint32_t request = 0;
+    bool isOpening = false;
+    CString label;
+    int32_t key = 0;
+    TARV_TRY(takeMessage(stream, request, isOpening, label, key));
+    TARV_TRY(requireClient(request));
+    if (isOpening) {
+        recordingClient_ = clientOf(request);
+        beginRecord(key == CAudioParamUndoStep::kNoKey ? std::make_unique<CAudioParamUndoStep>(label)
+                                                       : std::make_unique<CAudioParamUndoStep>(label, key));
+    } else if (recordingClient_ == clientOf(request)) {
+        recordingClient_ = -1;
+        endRecord();
+    }
+    return nullptr;
+}
+
+CError* CAudioInterfaceBase::moveInHistory(CInputStream& stream) {
+    uint32_t request = 0;
+    uint32_t move = 0;
+    int32_t position = 0;
+    int32_t count = 0;
+    TARV_TRY(takeMessage(stream, request, move, position, count));
+    TARV_TRY(requireClient(request));
+    if (move == static_cast<uint32_t>(CHistoryMove::Undo)) {
+        undo(count);
+    } else if (move == static_cast<uint32_t>(CHistoryMove::Redo)) {
+        redo(count);
+    } else if (move == static_cast<uint32_t>(CHistoryMove::Select)) {
+        selectStep(position);
+    } else {
+        TARV_FAIL("@tarvstr_CAudioInterfaceBase_moveInHistory_InvalidMove Invalid move %1 in the history.",
+                  CString::fromInt(move));
+    }
+    return nullptr;
+}
+
+void CAudioInterfaceBase::setChannelLabels(const CTextList& labels) {
+    CLockScope scope(countLock_);
+    channelLabels_ = labels;
+}
+
+CError* CAudioInterfaceBase::importLabels(CInputStream& stream) {
+    TARV_TRY(expectMessageEnd(stream));
+    CEdit edit;
+    {
+        CLockScope scope(countLock_);
+        edit.texts = channelLabels_;
+    }
+    edit.count = edit.texts.count();
+    if (edit.count == 0) {
+        return nullptr;
+    }
+    TARV_TRY(findDefined(kChannelNames, edit.param));
+    TARV_TRY(requirePlace(edit));
+    for (int32_t i = 0; i < edit.count; ++i) {
+        if (edit.texts[i].isEmpty()) {
+            edit.texts[i] = edit.param->text(0, i);
+        }
+    }
+    edit.flags = kIsRecorded;
+    edit.label = kImportLabel;
+    carryOut(edit);
+    return nullptr;
+}
+
+}  // namespace tarv

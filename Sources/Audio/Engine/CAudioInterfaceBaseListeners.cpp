@@ -1,0 +1,168 @@
+#include "Audio/Engine/CAudioInterfaceBaseListeners.h"
+
+#include <algorithm>
+
+#include "Audio/Messages/CAudioInterfaceBaseConnector.h"
+#include "Audio/Parameters/CAudioParamStorage.h"
+#include "Audio/Presets/CAudioParamRegistry.h"
+
+namespace tarv {
+
+CAudioInterfaceBase::CParamListener::CParamListener(CAudioInterfaceBase& base, CAudioParam& param)
+    : base_(base), param_(param) {
+    param_.addListener(*this);
+}
+
+CAudioInterfaceBase::CParamListener::~CParamListener() {
+    param_.removeListener(*this);
+}
+
+void CAudioInterfaceBase::CParamListener::add(uint32_t id, bool asGroupNames) {
+    CLockScope scope(lock_);
+    subscribers_.append({id, asGroupNames});
+    count_.store(subscribers_.count(), std::memory_order_release);
+}
+
+void CAudioInterfaceBase::CParamListener::remove(uint32_t id) {
+    CLockScope scope(lock_);
+    for (int32_t i = subscribers_.count() - 1; i >= 0; --i) {
+        if (subscribers_[i].id == id) {
+            subscribers_.removeAt(i);
+        }
+    }
+    count_.store(subscribers_.count(), std::memory_order_release);
+}
+
+CError* CAudioInterfaceBase::CParamListener::writeWhole(COutputStream& stream) const {
+    CLockScope scope(param_.lock());
+    TARV_TRY(putFields(stream, static_cast<uint32_t>(CValuesForm::Whole), param_.info().definitionPath()));
+    TARV_TRY(CAudioParamStorage::save(stream, param_.info(), param_.userData()));
+    return nullptr;
+}
+
+CError* CAudioInterfaceBase::CParamListener::writePart(COutputStream& stream, int32_t group, int32_t first,
+                                                       int32_t count) const {
+    CLockScope scope(param_.lock());
+    const CAudioParamData& data = param_.userData();
+    const int32_t held = data.elementCount(group);
+    const int32_t from = std::min(first, held);
+    const int32_t end = from + std::min(count, held - from);
+    const int32_t size = data.isString() ? 0 : data.elementSize();
+    TARV_TRY(putFields(stream, static_cast<uint32_t>(CValuesForm::Part), group, from, end - from, held, size));
+    for (int32_t element = from; element < end; ++element) {
+        if (data.isString()) {
+            TARV_TRY(putField(stream, data.text(group, element)));
+        }
+        for (int32_t i = 0; i < size; ++i) {
+            TARV_TRY(putField(stream, data.storedNumber(group, element, i)));
+        }
+    }
+    return nullptr;
+}
+
+CError* CAudioInterfaceBase::CParamListener::sendGroupNames(const CSubscriber& subscriber, uint32_t request) const {
+    CTextList names;
+    {
+        CLockScope scope(param_.lock());
+        const CAudioParamData& data = param_.userData();
+        for (int32_t i = 0; i < data.elementCount(0); ++i) {
+            names.append(data.text(0, i));
+        }
+    }
+    TARV_TRY(base_.sendTo(subscriber.id, kGroupNames, subscriber.id, request, names));
+    return nullptr;
+}
+
+CError* CAudioInterfaceBase::CParamListener::send(const CSubscriber& subscriber, uint32_t request,
+                                                  const CByteBuffer& body) const {
+    if (subscriber.asGroupNames) {
+        TARV_TRY(sendGroupNames(subscriber, request));
+        return nullptr;
+    }
+    CByteBuffer message;
+    TARV_TRY(packMessage(message, kParamValues, subscriber.id, request));
+    CBufferWriter writer(message);
+    TARV_TRY(writer.write(body.data(), body.count()));
+    TARV_TRY(base_.connector()->sendToClient(clientOf(subscriber.id), message));
+    return nullptr;
+}
+
+void CAudioInterfaceBase::CParamListener::sendWhole(uint32_t id, uint32_t request) {
+    CLockScope scope(lock_);
+    CByteBuffer body;
+    CBufferWriter writer(body);
+    if (CError* error = writeWhole(writer)) {
+        TARV_CONSUME(error);
+        return;
+    }
+    for (const CSubscriber& subscriber : subscribers_) {
+        if (id == kNoRequest || subscriber.id == id) {
+            TARV_CONSUME(send(subscriber, request, body));
+        }
+    }
+}
+
+void CAudioInterfaceBase::CParamListener::onParamChanged(CAudioParam&, int32_t group, int32_t first, int32_t count) {
+    // Hosts automate on their audio threads: without a subscriber nothing is taken or built.
+    if (count_.load(std::memory_order_acquire) == 0) {
+        return;
+    }
+    if (group == CAudioParamData::kAllGroups) {
+        sendWhole(kNoRequest, 0);
+        return;
+    }
+    CLockScope scope(lock_);
+    CByteBuffer body;
+    CBufferWriter writer(body);
+    if (CError* error = writePart(writer, group, first, count)) {
+        TARV_CONSUME(error);
+        return;
+    }
+    for (const CSubscriber& subscriber : subscribers_) {
+        TARV_CONSUME(send(subscriber, 0, body));
+    }
+}
+
+CAudioInterfaceBase::CRegistryListener::CRegistryListener(CAudioInterfaceBase& base, CAudioParamRegistry& registry,
+                                                          const CString& path)
+    : base_(base), path_(path) {
+    connect(registry, CAudioParamRegistry::kProgramUpdate);
+}
+
+CAudioParamRegistry* CAudioInterfaceBase::CRegistryListener::registry() const {
+    return static_cast<CAudioParamRegistry*>(base());
+}
+
+void CAudioInterfaceBase::CRegistryListener::add(uint32_t id) {
+    CLockScope scope(lock_);
+    ids_.append(id);
+}
+
+void CAudioInterfaceBase::CRegistryListener::remove(uint32_t id) {
+    CLockScope scope(lock_);
+    const int32_t index = ids_.indexOf(id);
+    if (index >= 0) {
+        ids_.removeAt(index);
+    }
+}
+
+void CAudioInterfaceBase::CRegistryListener::send(uint32_t id) {
+    // Asked before the lock is taken: it takes the link's lock, with which notifications come.
+    const CAudioParamRegistry* found = registry();
+    CLockScope scope(lock_);
+    if (!found || ids_.isEmpty()) {
+        return;
+    }
+    const CInterfaceRegistryState state = registryState(*found, path_);
+    for (const uint32_t subscriber : ids_) {
+        if (id == kNoRequest || subscriber == id) {
+            TARV_CONSUME(base_.sendTo(subscriber, kRegistryChanged, subscriber, state));
+        }
+    }
+}
+
+void CAudioInterfaceBase::CRegistryListener::notify(CCheckedObject*) {
+    send(kNoRequest);
+}
+
+}  // namespace tarv

@@ -1,0 +1,198 @@
+#include "Audio/Graph/CAudioProcessBase.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "Audio/Parameters/CAudioParamCollector.h"
+#include "Audio/Parameters/CAudioParamDef.h"
+#include "Audio/Parameters/CAudioParamNames.h"
+
+namespace tarv {
+
+CAudioProcessBase::~CAudioProcessBase() {
+    if (place_.graph != nullptr) {
+        for (CAudioPort* port : inputs_) {
+            port->release(context());
+        }
+        for (CAudioPort* port : outputs_) {
+            port->release(context());
+        }
+        place_.graph->collector->removeConsumers(queue_);
+    }
+}
+
+void CAudioProcessBase::place(const CAudioProcessPlace& place) {
+    place_ = place;
+    paramElement_ = place.stackIndex < 0 || place.def->isElement0() ? 0 : place.stackIndex;
+}
+
+CError* CAudioProcessBase::init() {
+    registerKernels();
+    bindSlots();
+    return nullptr;
+}
+
+void CAudioProcessBase::clearBuffers() {
+    for (CAudioPort* port : inputs_) {
+        port->release(context());
+    }
+    for (CAudioPort* port : outputs_) {
+        port->release(context());
+    }
+}
+
+void CAudioProcessBase::updateParams() {
+    if (changed_ == 0) {
+        return;
+    }
+    changed_ = 0;
+    graph().isSteady = false;
+    // A change reaches the place later by what stands before it, so that it meets the samples it was meant for.
+    const double now = graph().now - (def().useTimeShift() ? inputDelay_ : 0);
+    constexpr int32_t kRoom = 31;
+    CArray<CAudioParamSlot*, kRoom> touched;
+    queue_.takeDue(now, [this, &touched](const CAudioParamChange& change, CAudioParamSlot* slot) {
+        slot->data.apply(change);
+        if (touched.count() == kRoom) {
+            slotChanged(*slot);
+        } else if (slot->changed == 0) {
+            slot->changed = 1;
+            touched.append(slot);
+        }
+    });
+    if (!queue_.isEmpty()) {
+        changed_ = 1;
+    }
+    for (CAudioParamSlot* slot : touched) {
+        slot->changed = 0;
+        slotChanged(*slot);
+    }
+}
+
+void CAudioProcessBase::reset() {
+    graph().isSteady = false;
+    clearBuffers();
+}
+
+void CAudioProcessBase::visitChildren(void (*)(void*, CAudioProcessBase&), void*) const {}
+
+void CAudioProcessBase::needInput(int32_t port) {
+    while (inputs_.count() <= port) {
+        inputs_.append(new CAudioPort(graph().channelCount));
+    }
+}
+
+void CAudioProcessBase::needOutput(int32_t port) {
+    while (outputs_.count() <= port) {
+        outputs_.append(new CAudioPort(graph().channelCount));
+    }
+}
+
+int32_t CAudioProcessBase::placeDelay(int32_t inputDelay) {
+    setDelays(inputDelay, inputDelay);
+    return inputDelay;
+}
+
+void CAudioProcessBase::setDelays(int32_t inputDelay, int32_t outputDelay) {
+    if (inputDelay != inputDelay_) {
+        changed_ = 1;
+        graph().isSteady = false;
+    }
+    if (outputDelay != outputDelay_) {
+        graph().delaysChanged = true;
+    }
+    inputDelay_ = inputDelay;
+    outputDelay_ = outputDelay;
+}
+
+double CAudioProcessBase::slotValue(const CAudioParamSlot* slot, int32_t group, int32_t element, double unset) const {
+    if (slot == nullptr || !slot->data.isValid()) {
+        return unset;
+    }
+    return slot->data.value(def().isGroup0() ? 0 : group, element);
+}
+
+int32_t CAudioProcessBase::slotNumber(const CAudioParamSlot* slot, int32_t element) const {
+    constexpr double kMost = 1e6;
+    return static_cast<int32_t>(std::clamp(std::round(slotValue(slot, 0, element, 0.0)), -kMost, kMost));
+}
+
+CString CAudioProcessBase::paramFullName(const CString& name, bool& isShared) const {
+    CString local = name;
+    for (const CAudioProcessBase* process = this; process != nullptr; process = process->parent()) {
+        if (const CAudioParamRemapDef* remap = process->def().findRemap(local)) {
+            isShared = true;
+            return resolveParamName(process->path(), remap->newName());
+        }
+        if (!process->name().isEmpty()) {
+            local = process->name() + "." + local;
+        }
+    }
+    const CString own = fullParamName(path(), name);
+    const CAudioParamDef* param = def().findParam(name);
+    isShared = graph().collector->hasParam(own) || (param != nullptr && param->info().isGlobal());
+    return own;
+}
+
+void CAudioProcessBase::bindSlot(const CString& name, CAudioParamSlot& slot, int32_t element) {
+    bool isShared = false;
+    const CString fullName = paramFullName(name, isShared);
+    if (isShared) {
+        bindShared(fullName, slot, element);
+    } else if (const CAudioParamDef* param = def().findParam(name)) {
+        slot.data.resetWithDefaults(param->info(), 0);
+    }
+}
+
+void CAudioProcessBase::bindShared(const CString& fullName, CAudioParamSlot& slot, int32_t element) {
+    CAudioParamCollector& collector = *graph().collector;
+    collector.addConsumer(*collector.getParam(fullName), slot, queue_, changed_, -1, element);
+}
+
+void CAudioProcessBase::bindSlots() {
+    for (const CAudioProcessDefBase::CParam& param : def().params()) {
+        const CAudioParamInfo& info = param.def->info();
+        if (info.isPersistent() || info.isStorable() || info.isGlobal()) {
+            graph().collector->define(fullParamName(path(), param.name), info);
+        }
+    }
+    int32_t count = 0;
+    for (const CAudioParamAllocDef* alloc : def().allocs()) {
+        count = alloc->index() >= count ? alloc->index() + 1 : count;
+    }
+    while (slots_.count() < count) {
+        slots_.append(nullptr);
+    }
+    // A process of a stack hears of its own element only; with `count` it reads the ones behind it as well.
+    bool isCountShared = false;
+    (void)paramFullName("count", isCountShared);
+    const bool hasCount = isCountShared || def().findParam("count") != nullptr;
+    const int32_t element = stackIndex() < 0 || hasCount ? -1 : paramElement();
+    for (const CAudioParamAllocDef* alloc : def().allocs()) {
+        if (slots_[alloc->index()] == nullptr) {
+            slots_[alloc->index()] = new CAudioParamSlot;
+            bindSlot(alloc->paramName(), *slots_[alloc->index()], element);
+        }
+    }
+}
+
+int32_t CAudioProcessBase::stepLength() const {
+    int32_t length = CAudioPort::kUnlimited;
+    for (const CAudioPort* port : inputs_) {
+        length = port->samples < length ? port->samples : length;
+    }
+    return length == CAudioPort::kUnlimited ? 0 : length;
+}
+
+void CAudioProcessBase::forwardInput() {
+    output(0).takeFrom(input(0), context());
+}
+
+void CAudioProcessBase::releaseInputs() {
+    for (CAudioPort* port : inputs_) {
+        port->release(context());
+        port->samples = CAudioPort::kUnlimited;
+    }
+}
+
+}  // namespace tarv

@@ -1,0 +1,200 @@
+#pragma once
+
+#include <cstdint>
+
+#include "Audio/Graph/CAudioGraph.h"
+#include "Audio/Presets/CAudioParamRegistry.h"
+#include "Core/CObject.h"
+
+namespace tarv {
+
+class CAudioCCTable;
+class CAudioEnv;
+class CAudioExtParam;
+class CAudioExtParamList;
+class CAudioGlobalParam;
+class CAudioInterfaceBase;
+class CAudioParam;
+class CAudioParamCollector;
+class CAudioProcessBase;
+class CAudioProcessDefBase;
+class CAudioVizCollector;
+class CModOutput;
+class CQPLEXContext;
+class CQPLEXContextObject;
+
+/// Host-independent core of one plug-in instance: owns the instance's root with its `plugin` tree and the process
+/// graph, and is what a host wrapper calls. Threads: processBlock on the host's audio thread, all else on the host's
+/// user-interface thread; the environment's lock guards the active flag, the sample rate and the block size.
+class CAudioWrapper : public CCheckedObject {
+public:
+    /// Bytes of a prefix that a host may keep before a chunk, and of a chunk that is too short to be one.
+    static constexpr int64_t kChunkPrefix = 16;
+
+    /// Tells a method of its owner, `void T::method(CCheckedObject* sender)`, that the current program, its name or the
+    /// bank changed; on the thread that changed it.
+    template <class T>
+    class CProgramChangeBridge : public COwnedBridge<T> {
+    public:
+        using COwnedBridge<T>::COwnedBridge;
+        void subscribe(CAudioParamRegistry& registry) { this->connect(registry, CAudioParamRegistry::kProgramUpdate); }
+    };
+
+    /// Frames of the longest run of the graph; a longer host block is cut.
+    static constexpr int32_t kMaxSubBlock = 512;
+
+    CAudioWrapper();
+    ~CAudioWrapper() override;
+
+    /// The host's process level as VST 2 numbers it; 4 is off-line rendering. Audio thread.
+    virtual int32_t hostProcessLevel() = 0;
+    /// Builds the instance: root, `plugin` tree, process graph. A host wrapper's override calls this first.
+    [[nodiscard]] virtual CError* init();
+    /// Asks the host for its tempo with a valid-tempo request; false if it has none. Audio thread.
+    virtual bool hostTempo(double& bpm) = 0;
+    /// The count of channels or the latency changed. Audio thread.
+    virtual void hostIoChanged() = 0;
+    /// The engine changed an external parameter, of which the value is asked; the host's automation is to hear of it.
+    virtual void hostParamChanged(int32_t index, const CAudioExtParam& param) = 0;
+
+    void suspend();
+    void resume();
+    /// Rate in Hz. Takes effect at the next resume.
+    void setSampleRate(double rate);
+    /// Frames of the longest block that the host announces. Takes effect at the next resume.
+    void setBlockSize(int32_t frames);
+    /// Channels that the host hands over and expects; at least 1 each. Takes effect at the next resume.
+    void setChannelCounts(int32_t inputs, int32_t outputs);
+    void setOffline(bool isOffline);
+    void setHostBpm(double bpm);
+
+    /// Runs one host block of any length, cut into runs of at most kMaxSubBlock frames. Null channel pointers (or a
+    /// null array) are silence on the way in and dropped on the way out. While suspended it only clears the outputs. In
+    /// place is allowed. Audio thread.
+    void processBlock(const float* const* inputs, float* const* outputs, int32_t frames);
+    void processBlock(const double* const* inputs, double* const* outputs, int32_t frames);
+
+    /// The host's chunk: the current program as a compressed block of id 'aprs', or the session bank as one of id
+    /// 'abnk'. All storable and persistent parameters are in it. Any thread but the audio thread.
+    [[nodiscard]] CError* getState(CByteBuffer& chunk, bool isProgram);
+    /// Restores what getState gave. With `checkHeader` a chunk of up to kChunkPrefix bytes does nothing, and the block
+    /// is taken where its id stands: at the first byte or behind a prefix. Not a step of the history. On failure
+    /// nothing changes. Any thread but the audio thread.
+    [[nodiscard]] CError* setState(const void* data, int64_t size, bool isProgram, bool checkHeader);
+
+    bool isActive() const;
+    /// Latency in host frames, as the graph reported it.
+    int32_t latency() const;
+
+    CObject* instanceRoot() const { return root_; }
+    CObject* project() const { return project_; }
+    CAudioEnv* env() const { return env_; }
+    CAudioExtParamList* extParamList() const { return extParamList_; }
+    CAudioInterfaceBase* interfaceBase() const { return interfaceBase_; }
+    CAudioParamCollector* paramCollector() const { return paramCollector_; }
+    CAudioParamRegistry* paramRegistry() const { return paramRegistry_; }
+    CAudioProcessBase* mainProcess() const { return mainProcess_; }
+    CQPLEXContext* context() const;
+    const CString& pluginName() const { return pluginName_; }
+    const CString& vendorName() const { return vendorName_; }
+    /// Four characters, the first in the highest byte.
+    uint32_t pluginCode() const { return pluginCode_; }
+    /// Major, minor and third number.
+    const int32_t (&version() const)[3] { return version_; }
+    int32_t internalChannelCount() const { return channelCount_; }
+    int32_t groupCount() const { return groupCount_; }
+    /// The stored oversampling level: a number of stages used while the host renders off-line.
+    int32_t oversamplingLevel() const { return oversamplingLevel_; }
+    CAudioGraph& graph() { return graph_; }
+
+    [[nodiscard]] static CError* parseVersion(const CString& text, int32_t (&version)[3]);
+    [[nodiscard]] static CError* acquirePluginCode(const CString& text, uint32_t& code);
+
+private:
+    class CExtParamBridge;
+    static constexpr int32_t kMaxHostChannels = 32;
+    /// Blocks that a channel holds at most at one time: in, dry, both modules of a fade, their mix, and what is freed
+    /// only when a process has run.
+    static constexpr int32_t kBlocksPerChannel = 8;
+    static constexpr int32_t kStatesPerVoice = 3;
+    static constexpr int32_t kLargeStateBytes = 256;
+
+    template <class Sample>
+    void processAny(const Sample* const* inputs, Sample* const* outputs, int32_t frames);
+    bool isRunSteady(const void* const* inputs, int32_t frames) const;
+    template <class Sample>
+    void runOnce(const Sample* const* inputs, Sample* const* outputs, int32_t offset, int32_t frames);
+    template <class Sample>
+    void repeatRun(const Sample* const* inputs, int32_t offset, int32_t frames);
+    void noteRun(int32_t frames, uint64_t deliveries);
+    template <class Sample>
+    void takeInputs(const Sample* const* inputs, int32_t offset, int32_t frames);
+    template <class Sample>
+    void giveOutputs(Sample* const* outputs, int32_t offset, int32_t frames);
+    template <class T>
+    [[nodiscard]] CError* findRequired(const char* path, const char* message, T*& found) const;
+    [[nodiscard]] CError* readProject();
+    [[nodiscard]] CError* findRequiredObjects();
+    [[nodiscard]] CError* createProcesses();
+    [[nodiscard]] CError* createGlobalParams();
+    static int32_t readOversamplingLevel();
+    void resetGraph();
+    void prepareGraph();
+    /// Makes the modules and buffers that fades will need with the channels and rates of now.
+    void makeRoom();
+    void placeDelays();
+    void runGraph(int32_t frames);
+    void pollHost();
+
+    CObject* root_ = nullptr;
+    CObject* plugin_ = nullptr;
+    CObject* project_ = nullptr;
+    CString pluginName_;
+    CString vendorName_;
+    uint32_t pluginCode_ = 0;
+    int32_t version_[3] = {0, 0, 0};
+    int32_t channelCount_ = 0;
+    int32_t groupCount_ = 0;
+    bool hasSidechain_ = false;
+    bool useHostBpm_ = false;
+
+    CQPLEXContextObject* contextObject_ = nullptr;
+    CAudioEnv* env_ = nullptr;
+    CAudioParamCollector* paramCollector_ = nullptr;
+    CAudioVizCollector* vizCollector_ = nullptr;
+    CAudioInterfaceBase* interfaceBase_ = nullptr;
+    CAudioExtParamList* extParamList_ = nullptr;
+    CAudioCCTable* ccTable_ = nullptr;
+    CAudioParamRegistry* paramRegistry_ = nullptr;
+    CAudioProcessDefBase* mainDef_ = nullptr;
+    CAudioProcessDefBase* outputDef_ = nullptr;
+    CAudioProcessBase* mainProcess_ = nullptr;
+    CModOutput* outputProcess_ = nullptr;
+    CAudioGraph graph_;
+
+    CAudioParam* hostOversamplingParam_ = nullptr;
+    CAudioParam* hostOfflineParam_ = nullptr;
+    CAudioParam* hostLatencyParam_ = nullptr;
+    CAudioParam* hostBpmParam_ = nullptr;
+    CAudioParam* bypassParam_ = nullptr;
+    COwnedArray<CAudioGlobalParam> globalParams_;
+    COwnedArray<CExtParamBridge, 32> extParamBridges_;
+
+    /// The last run of the graph: what the next one must be like to be its repetition, and where its signals lie.
+    struct CRun {
+        int32_t frames = 0;
+        uint64_t deliveries = 0;
+        double* inputs[kMaxHostChannels] = {};         ///< by host channel; null: the host gave none
+        const double* outputs[kMaxHostChannels] = {};  ///< null: silence
+    };
+    CRun run_;
+
+    bool isOffline_ = false;
+    double lastBpm_ = 0.0;
+    int32_t oversamplingLevel_ = 1;
+    int32_t inputCount_ = 1;
+    int32_t outputCount_ = 1;
+    bool sampleRateChanged_ = false;
+};
+
+}  // namespace tarv

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "Audio/Context/COperation.h"
+
+namespace tarv {
+
+class CQPLEXContext;
+
+/// Registers the kernels of an equaliser band in series, `fltbiqcommong`, `flthp1ag`, `metatube`, as a chain of the
+/// context: each of the three recursions waits for its own last result, so in one loop they fill each other's gaps.
+void registerBandChain(CQPLEXContext& context);
+
+/// Runs `count` bands; see CChainFunction.
+void runBandChain(COperation* const* const* stages, int32_t count);
+
+}  // namespace tarv

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+
+#include "Audio/Kernels/CRealTransform.h"
+#include "Core/CHeap.h"
+#include "Platform/Lock.h"
+
+namespace tarv {
+
+/// The taps of a FIR filter as spectra of equal partitions, for convolution by overlap-save (Stockham 1966; partitioned
+/// as Kulp 1988). The set in use can be replaced while audio runs: the new one is posted under a lock of this object
+/// and taken up at the next acquire; the old one is deleted by a later post.
+class CConvolution : public CHeapObject {
+public:
+    /// Room for `mostTaps` taps. `partition`: samples of a partition, a power of two from 2.
+    CConvolution(int32_t mostTaps, int32_t partition);
+    ~CConvolution();
+    CConvolution(const CConvolution&) = delete;
+    CConvolution& operator=(const CConvolution&) = delete;
+
+    int32_t partition() const { return partition_; }
+    /// Partitions of the longest filter; also how many past input spectra a runner must keep.
+    int32_t mostPartitions() const { return mostPartitions_; }
+    const CRealTransform& transform() const { return transform_; }
+
+    /// Posts new taps; those beyond `mostTaps` are cut off. Allocates. Any thread but the audio thread, one at a time.
+    void setTaps(const double* taps, int32_t count);
+    /// Takes up what was posted last. Audio thread, while no product of the old set is outstanding.
+    void acquire();
+    /// Packed spectrum of a partition of the set in use (2 x partition() numbers), or null beyond its end.
+    const double* partitionSpectrum(int32_t index) const;
+
+private:
+    struct CSet {
+        int32_t partitions;
+        double* spectra;
+    };
+    CSet* makeSet(const double* taps, int32_t count) const;
+    static void destroySet(CSet* set);
+
+    CLock lock_;
+    CRealTransform transform_;
+    int32_t partition_;
+    int32_t mostPartitions_;
+    CSet* inUse_ = nullptr;
+    CSet* posted_ = nullptr;
+    CSet* retired_ = nullptr;
+};
+
+}  // namespace tarv

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "Audio/Context/COperation.h"
+
+namespace tarv {
+
+class CQPLEXContext;
+
+/// Registers `denorm` and `denormn`; cheap when they stand already.
+void registerNoiseKernels(CQPLEXContext& context);
+
+/// Adds a random square wave of 1e-11. Operands: 0 destination, 1 seed (one 32-bit word), 2 source. Writes 0 and 1.
+void kernelDenorm(COperation& operation);
+/// The noise alone. Operands: 0 destination, 1 seed (one 32-bit word). Writes 0 and 1.
+void kernelDenormN(COperation& operation);
+
+}  // namespace tarv

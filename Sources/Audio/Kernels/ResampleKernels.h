@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Audio/Context/COperation.h"
+
+namespace tarv {
+
+class CQPLEXContext;
+
+/// Registers `interp2`, `decim2` and `decim2s`; cheap when they stand already.
+void registerResampleKernels(CQPLEXContext& context);
+
+/// out[2i] = 2 x in[i], out[2i + 1] = 0. `count` is that of the source; the destination holds twice as many.
+/// Operands: 0 destination, 1 source.
+void kernelInterp2(COperation& operation);
+/// out[i] = in[2i]. `count` is that of the destination. Operands: 0 destination, 1 source.
+void kernelDecim2(COperation& operation);
+/// out[i] = in[2i + 1]. `count` is that of the destination. Operands: 0 destination, 1 source.
+void kernelDecim2s(COperation& operation);
+
+}  // namespace tarv

@@ -1,0 +1,94 @@
+#include "Audio/Messages/CAudioInterfaceBaseConnector.h"
+
+namespace tarv {
+
+CAudioInterfaceBaseConnector::~CAudioInterfaceBaseConnector() {
+    CLockScope scope(callLock_);
+    if (base_) {
+        base_->connectorGone();
+    }
+}
+
+void CAudioInterfaceBaseConnector::setBase(CAudioInterfaceBaseTarget* base) {
+    CLockScope scope(callLock_);
+    base_ = base;
+}
+
+CError* CAudioInterfaceBaseConnector::processClientData(CInputStream& stream) {
+    CLockScope scope(callLock_);
+    if (!base_) {
+        TARV_FAIL("@tarvstr_CAudioInterfaceBaseConnector_processClientData_NoBase No base object defined.");
+    }
+    TARV_TRY(base_->processMessage(stream));
+    return nullptr;
+}
+
+CAudioInterfaceBaseConnectorVST::~CAudioInterfaceBaseConnectorVST() {
+    CLockScope scope(callLock());
+    CLockScope setScope(setLock_);
+    for (const CClient& client : clients_) {
+        client.end->onBaseGone();
+    }
+}
+
+CError* CAudioInterfaceBaseConnectorVST::sendToClient(int32_t clientId, const CByteBuffer& buffer) {
+    CError* failure = nullptr;
+    // Held while the clients take their copies, so that none goes in the middle of its message.
+    CLockScope scope(setLock_);
+    for (const CClient& client : clients_) {
+        if (clientId == -1 || clientId == client.id) {
+            CMemoryReader reader(buffer.data(), static_cast<uint32_t>(buffer.count()));
+            CError* error = client.end->onProcessBaseData(reader);
+            if (failure) {
+                TARV_CONSUME(error);
+            } else {
+                failure = error;
+            }
+        }
+    }
+    TARV_TRY(failure);
+    return nullptr;
+}
+
+CClientList CAudioInterfaceBaseConnectorVST::clients() const {
+    CLockScope scope(setLock_);
+    CClientList ids;
+    for (const CClient& client : clients_) {
+        ids.append(client.id);
+    }
+    return ids;
+}
+
+int32_t CAudioInterfaceBaseConnectorVST::addClient(CAudioInterfaceClientEnd& client) {
+    CLockScope callScope(callLock());
+    CLockScope scope(setLock_);
+    int32_t id = 0;
+    while (id < clients_.count() && clients_[id].id == id) {
+        ++id;
+    }
+    if (id == kClientLimit) {
+        return -1;
+    }
+    clients_.insert(id, {id, &client});
+    return id;
+}
+
+void CAudioInterfaceBaseConnectorVST::removeClient(CAudioInterfaceClientEnd& client) {
+    // Over both steps, so that nobody gets the number before what belonged to it has gone.
+    CLockScope callScope(callLock());
+    int32_t id = -1;
+    {
+        CLockScope scope(setLock_);
+        for (int32_t i = clients_.count() - 1; i >= 0; --i) {
+            if (clients_[i].end == &client) {
+                id = clients_[i].id;
+                clients_.removeAt(i);
+            }
+        }
+    }
+    if (id >= 0 && base()) {
+        base()->clientGone(id);
+    }
+}
+
+}  // namespace tarv

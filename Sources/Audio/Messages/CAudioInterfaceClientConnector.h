@@ -1,0 +1,95 @@
+#pragma once
+
+#include <atomic>
+
+#include "Audio/Messages/CAudioInterfaceBaseConnector.h"
+
+namespace tarv {
+
+/// What a client's connector hands the messages of the engine to. Called on the editor's thread.
+class CAudioInterfaceClientTarget {
+public:
+    /// Reads one message to its end.
+    [[nodiscard]] virtual CError* processMessage(CPosInputStream& stream) = 0;
+    /// Messages were lost: asks anew for all that was subscribed.
+    [[nodiscard]] virtual CError* refresh() = 0;
+    /// The engine has gone; no message comes any more.
+    virtual void engineGone() = 0;
+    /// The connector is destroyed.
+    virtual void connectorGone() = 0;
+
+protected:
+    ~CAudioInterfaceClientTarget() = default;
+};
+
+/// Moves the bytes between a client object and the engine (`audio:interface-client-connector`). Messages of the engine
+/// arrive on any thread and are read on the thread of the editor's anchor, in their order; without an anchor above it
+/// none is read.
+class CAudioInterfaceClientConnector : public CObject {
+public:
+    ~CAudioInterfaceClientConnector() override;
+    [[nodiscard]] CError* init() override;
+    [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
+
+    /// Keeps a copy of one message and sees to it that the editor's thread reads it. Fails while there is no client
+    /// object. Any thread.
+    [[nodiscard]] virtual CError* onProcessBaseData(CInputStream& stream);
+    /// Hands a message to the engine. The editor's thread.
+    [[nodiscard]] virtual CError* sendToBase(const CByteBuffer& buffer) = 0;
+    /// The number that the engine knows this client by, or -1.
+    virtual int32_t clientId() const = 0;
+
+    void setClient(CAudioInterfaceClientTarget* client);
+    CAudioInterfaceClientTarget* client() const { return client_; }
+    /// Messages that wait to be read, at most kQueueLimit: when nobody reads they are dropped, and the client asks anew
+    /// for all that it had subscribed.
+    static constexpr int32_t kQueueLimit = 16384;
+    int32_t pendingCount() const;
+
+protected:
+    /// The client is told on its thread that the engine has gone. Any thread.
+    void noteBaseGone();
+
+private:
+    /// What has come since the editor's thread looked last.
+    struct CBatch {
+        CArray<CByteBuffer, 4> messages;
+        bool isLossy = false;
+        bool isBaseGone = false;
+
+        bool isEmpty() const { return messages.isEmpty() && !isLossy && !isBaseGone; }
+    };
+    [[nodiscard]] CError* processBaseDataProxy();
+    [[nodiscard]] CError* post();
+    CBatch takeBatch();
+    void readBatch(const CBatch& batch, const bool& isGone);
+
+    mutable CLock lock_;
+    CAudioInterfaceClientTarget* client_ = nullptr;
+    CBatch batch_;
+    bool isPosted_ = false;
+    // The editor's thread.
+    bool isReading_ = false;
+    bool* isGone_ = nullptr;
+};
+
+/// The connector inside one process (`audio:interface-client-connector-vst`): finds the engine's connector from the
+/// plug-in's root object (`base-connector`), that the variable PluginRootPtrVar of its own root points to.
+class CAudioInterfaceClientConnectorVST : public CAudioInterfaceClientConnector, public CAudioInterfaceClientEnd {
+public:
+    static constexpr const char* kPluginRoot = "PluginRootPtrVar";
+
+    ~CAudioInterfaceClientConnectorVST() override;
+    [[nodiscard]] CError* init() override;
+    [[nodiscard]] CError* onProcessBaseData(CInputStream& stream) override;
+    /// On the calling thread, under the engine's call lock.
+    [[nodiscard]] CError* sendToBase(const CByteBuffer& buffer) override;
+    int32_t clientId() const override { return clientId_; }
+    void onBaseGone() override;
+
+private:
+    std::atomic<CAudioInterfaceBaseConnectorVST*> base_{nullptr};
+    int32_t clientId_ = -1;
+};
+
+}  // namespace tarv

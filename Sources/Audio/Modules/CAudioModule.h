@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Audio/Graph/CAudioProcessBase.h"
+
+namespace tarv {
+
+class CAudioProcessTerminalBase;
+
+/// Base of every per-channel worker of a terminal process. Made by its process, bound and resolved once, then assigned
+/// to a channel, designed, run, retired, and assigned again. Thread: the audio thread, or the one that resumes.
+class CAudioModule : public CCheckedObject {
+public:
+    CAudioModule() = default;
+
+    /// Hands every slot its binding through the process's regModuleParam.
+    virtual void bindParams() = 0;
+    /// Looks up the kernels that the context's tables do not list.
+    virtual void resolveKernels() {}
+
+    void attach(CAudioProcessTerminalBase& process);
+    /// The channel whose parameters the module reads.
+    void assign(int32_t group, int32_t element) {
+        group_ = group;
+        element_ = element;
+    }
+    int32_t group() const { return group_; }
+    int32_t element() const { return element_; }
+
+protected:
+    CAudioProcessTerminalBase& process() const { return *process_; }
+    CQPLEXContext& context() const { return *context_; }
+    /// Number `offset` elements behind the one that the process reads; `unset` without data.
+    double read(const CAudioParamSlot* slot, double unset, int32_t offset = 0) const;
+    /// A block of noise in place of a signal, from a seed block that the module keeps: made on first need.
+    CBufferHandle noise(CBufferHandle& seed, int32_t kernel, int32_t count) const;
+    /// A fresh seed block, its one word 0.
+    CBufferHandle takeSeed() const;
+    CBufferHandle takeSignal(int32_t count) const { return context().takeSignal(count); }
+    /// The block itself with one more reference.
+    CBufferHandle forward(CBufferHandle handle) const {
+        context().addReference(handle);
+        return handle;
+    }
+    void drop(CBufferHandle& handle) const;
+
+private:
+    CAudioProcessTerminalBase* process_ = nullptr;
+    CQPLEXContext* context_ = nullptr;
+    int32_t group_ = 0;
+    int32_t element_ = 0;
+};
+
+}  // namespace tarv

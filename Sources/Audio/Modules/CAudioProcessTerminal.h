@@ -1,0 +1,443 @@
+#pragma once
+
+#include "Audio/Graph/CAudioProcessBase.h"
+#include "Audio/Modules/CAudioModule.h"
+
+namespace tarv {
+
+/// What the terminal processes share whatever their modules are: ports, slots, the length of a fade.
+class CAudioProcessTerminalBase : public CAudioProcessBase {
+public:
+    static constexpr double kDefaultFade = 0.015;  ///< seconds
+    static constexpr double kShortestFade = 0.0001;
+
+    [[nodiscard]] CError* init() override;
+
+    /// Hands a module the binding of one slot. A slot without an entry in the definition stays empty and leaves a line
+    /// in the log.
+    void regModuleParam(int32_t index, const CAudioParamSlot*& binding) const;
+    /// The block of a port for a channel: of the same group and element, else the last one of the same element, else
+    /// kNoBuffer. `position` is where it most likely lies.
+    CBufferHandle findBlock(int32_t port, int32_t position, const CAudioChannel& channel) const {
+        const CChannelList& channels = input(port).channels;
+        if (position < channels.count() && channels[position].element == channel.element &&
+            channels[position].group == channel.group) {
+            return channels[position].handle;
+        }
+        return searchBlock(port, channel);
+    }
+
+    /// Seconds.
+    double fadeSeconds() const { return fadeSeconds_; }
+    /// Samples of a fade at a rate in Hz, at least 1.
+    int32_t fadeSamples(double rate) const { return samplesOf(fadeSeconds_, rate); }
+    static int32_t samplesOf(double seconds, double rate);
+
+protected:
+    void slotChanged(CAudioParamSlot&) override { slotsChanged_ = true; }
+
+    /// Tells the graph what a preparation has found here.
+    void noteUse(int32_t voices, double rate) const;
+
+    bool slotsChanged_ = false;
+
+private:
+    CBufferHandle searchBlock(int32_t port, const CAudioChannel& channel) const;
+
+    double fadeSeconds_ = kDefaultFade;
+};
+
+/// A process whose work is done by one module of class T for each channel. While a parameter change is faded in, a
+/// channel has two: the one with the old values and the one with the new. The process cuts its own block where a fade
+/// ends, so that a waiting change starts at that very sample however the host cuts its blocks.
+///
+/// T derives from CAudioModule and has
+///   bool differs() const              the slots hold other values than the module was designed with
+///   void design(double rate, T* from) takes the slots' values; from: null for silence, itself for an update in place,
+///                                     another module whose history is taken over where that makes sense
+///   CBufferHandle run(CBufferHandle in, CBufferHandle second, int32_t count)   a block with one reference
+///   void retire()                     gives its state back
+///   void makeReady()                  allocates what a design needs
+///   int32_t latency() const           samples
+template <class T>
+class CAudioProcessTerminal : public CAudioProcessTerminalBase {
+public:
+    ~CAudioProcessTerminal() override;
+    void process() override;
+    void reset() override;
+    void makeSpares() override;
+    int32_t placeDelay(int32_t inputDelay) override;
+
+    /// Channels that are being served, and those of them in a fade.
+    int32_t voiceCount() const { return voices_.count(); }
+    int32_t fadeCount() const;
+    const T& module(int32_t voice) const { return *voices_[voice].current; }
+
+private:
+    struct CVoice {
+        CAudioChannel channel;
+        T* current = nullptr;
+        T* old = nullptr;
+        CBufferHandle ramp = kNoBuffer;
+        int32_t fadePosition = 0;
+        bool isPending = false;
+    };
+
+    T* takeModule(const CAudioChannel& channel);
+    void retireModule(T*& module);
+    void endFade(CVoice& voice);
+    void retireVoices();
+    void syncVoices(const CAudioPort& in);
+    void rebuildVoices(const CAudioPort& in);
+    void applyChanges();
+    void servePending();
+    void startFade(CVoice& voice);
+    int32_t segmentLength(int32_t left) const;
+    CBufferHandle runVoice(CVoice& voice, CBufferHandle in, CBufferHandle second, int32_t count);
+    void runWhole(int32_t count);
+    void runCut(int32_t count);
+    void advanceFades(int32_t count);
+    /// Delay of the modules as they are designed now, in host samples.
+    int32_t ownDelay() const;
+    /// Tells the graph if a design changed the delay.
+    void noteDelay();
+
+    /// The block of port 1 for the channel at a position of port 0.
+    CBufferHandle secondBlock(int32_t position, const CAudioChannel& channel) const {
+        return inputCount() > 1 ? findBlock(1, position, channel) : kNoBuffer;
+    }
+
+    CArray<CVoice, 8> voices_;
+    CArray<T*, 16> spares_;
+    double rate_ = 0.0;
+    uint64_t layout_ = 0;
+    int32_t fadeLength_ = 1;
+    bool mayFade_ = false;  ///< a voice is in a fade or has a change waiting
+};
+
+template <class T>
+CAudioProcessTerminal<T>::~CAudioProcessTerminal() {
+    retireVoices();
+    for (T* module : spares_) {
+        delete module;
+    }
+}
+
+template <class T>
+int32_t CAudioProcessTerminal<T>::fadeCount() const {
+    int32_t count = 0;
+    for (const CVoice& voice : voices_) {
+        count += voice.old != nullptr ? 1 : 0;
+    }
+    return count;
+}
+
+template <class T>
+T* CAudioProcessTerminal<T>::takeModule(const CAudioChannel& channel) {
+    T* module;
+    if (spares_.isEmpty()) {
+        module = new T;
+        module->attach(*this);
+        module->bindParams();
+        module->resolveKernels();
+    } else {
+        module = spares_.last();
+        spares_.removeLast();
+    }
+    module->assign(channel.group, channel.element);
+    return module;
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::retireModule(T*& module) {
+    module->retire();
+    spares_.append(module);
+    module = nullptr;
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::endFade(CVoice& voice) {
+    retireModule(voice.old);
+    context().releaseReference(voice.ramp);
+    voice.ramp = kNoBuffer;
+    voice.fadePosition = 0;
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::retireVoices() {
+    for (CVoice& voice : voices_) {
+        if (voice.old != nullptr) {
+            endFade(voice);
+        }
+        retireModule(voice.current);
+    }
+    voices_.clear();
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::reset() {
+    CAudioProcessBase::reset();
+    // The next step makes the voices anew: designed with the current values, without history, without a fade.
+    retireVoices();
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::makeSpares() {
+    const int32_t wanted = def().isSmoothUpdate() ? voices_.count() : 0;
+    CArray<T*, 16> made;
+    while (spares_.count() + made.count() < wanted) {
+        T* module = new T;
+        module->attach(*this);
+        module->bindParams();
+        module->resolveKernels();
+        made.append(module);
+    }
+    for (T* module : made) {
+        spares_.append(module);
+    }
+    if (spares_.capacity() < 3 * voices_.count()) {
+        spares_.reserve(3 * voices_.count());
+    }
+    for (T* module : spares_) {
+        module->makeReady();
+    }
+    noteUse(voices_.count(), rate_);
+}
+
+template <class T>
+int32_t CAudioProcessTerminal<T>::placeDelay(int32_t inputDelay) {
+    setDelays(inputDelay, inputDelay + ownDelay());
+    return outputDelay();
+}
+
+template <class T>
+int32_t CAudioProcessTerminal<T>::ownDelay() const {
+    int32_t own = 0;
+    for (const CVoice& voice : voices_) {
+        own = voice.current->latency() > own ? voice.current->latency() : own;
+    }
+    const double hostFrames = rate_ > 0.0 ? own * graph().hostRate / rate_ : 0.0;
+    return static_cast<int32_t>(hostFrames + 0.5);
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::noteDelay() {
+    if (ownDelay() != outputDelay() - inputDelay()) {
+        graph().delaysChanged = true;
+    }
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::syncVoices(const CAudioPort& in) {
+    if (in.rate != rate_) {
+        retireVoices();
+        rate_ = in.rate;
+        fadeLength_ = fadeSamples(rate_);
+        graph().isLayoutNew = true;
+    }
+    layout_ = in.layout;
+    graph().isSteady = false;
+    bool isSame = in.channels.count() == voices_.count();
+    for (int32_t i = 0; isSame && i < voices_.count(); ++i) {
+        isSame = voices_[i].channel.isSameAs(in.channels[i]);
+    }
+    if (!isSame) {
+        graph().isLayoutNew = true;
+        rebuildVoices(in);
+        noteDelay();
+    }
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::rebuildVoices(const CAudioPort& in) {
+    CArray<CVoice, 8> former = std::move(voices_);
+    voices_.clear();
+    for (const CAudioChannel& channel : in.channels) {
+        CVoice voice;
+        for (CVoice& candidate : former) {
+            if (candidate.current != nullptr && candidate.channel.isSameAs(channel)) {
+                voice = candidate;
+                candidate.current = nullptr;
+                candidate.old = nullptr;
+                break;
+            }
+        }
+        if (voice.current == nullptr) {
+            voice.channel = channel;
+            voice.current = takeModule(channel);
+            voice.current->design(rate_, nullptr);
+        }
+        voices_.append(voice);
+    }
+    for (CVoice& voice : former) {
+        if (voice.current != nullptr) {
+            if (voice.old != nullptr) {
+                endFade(voice);
+            }
+            retireModule(voice.current);
+        }
+    }
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::applyChanges() {
+    slotsChanged_ = false;
+    const bool isFaded = def().isSmoothUpdate() && graph().isRunning;
+    for (CVoice& voice : voices_) {
+        if (voice.old != nullptr) {
+            voice.isPending = true;
+        } else if (voice.current->differs()) {
+            if (isFaded) {
+                startFade(voice);
+            } else {
+                voice.current->design(rate_, voice.current);
+            }
+        }
+    }
+    noteDelay();
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::servePending() {
+    // Behind updateParams, so that a change that is due at the very sample where a fade ends is seen too.
+    mayFade_ = false;
+    for (CVoice& voice : voices_) {
+        if (voice.isPending && voice.old == nullptr) {
+            voice.isPending = false;
+            if (voice.current->differs()) {
+                startFade(voice);
+            }
+        }
+        mayFade_ |= voice.old != nullptr;
+    }
+    noteDelay();
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::startFade(CVoice& voice) {
+    mayFade_ = true;
+    T* next = takeModule(voice.channel);
+    next->design(rate_, voice.current);
+    voice.old = voice.current;
+    voice.current = next;
+    voice.fadePosition = 0;
+    voice.isPending = false;
+    voice.ramp = context().takeBuffer(3 * static_cast<int32_t>(sizeof(double)));
+    context().issue(context().commonKernel(CCommonKernel::Xfadei), fadeLength_, 0.0, {voice.ramp});
+}
+
+template <class T>
+int32_t CAudioProcessTerminal<T>::segmentLength(int32_t left) const {
+    for (const CVoice& voice : voices_) {
+        if (voice.old != nullptr && fadeLength_ - voice.fadePosition < left) {
+            left = fadeLength_ - voice.fadePosition;
+        }
+    }
+    return left;
+}
+
+template <class T>
+CBufferHandle CAudioProcessTerminal<T>::runVoice(CVoice& voice, CBufferHandle in, CBufferHandle second, int32_t count) {
+    const CBufferHandle current = voice.current->run(in, second, count);
+    if (voice.old == nullptr) {
+        return current;
+    }
+    const CBufferHandle old = voice.old->run(in, second, count);
+    const CBufferHandle out = context().takeSignal(count);
+    context().issue(context().commonKernel(CCommonKernel::Xfade), count, 0.0, {out, voice.ramp, current, old});
+    context().releaseReference(current);
+    context().releaseReference(old);
+    return out;
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::runWhole(int32_t count) {
+    CQPLEXContext& ctx = context();
+    CChannelList& channels = output(0).channels;
+    for (int32_t i = 0; i < voices_.count(); ++i) {
+        CAudioChannel& channel = channels[i];
+        const CBufferHandle in = channel.handle;
+        channel.handle = runVoice(voices_[i], in, secondBlock(i, channel), count);
+        ctx.releaseReference(in);
+    }
+    if (mayFade_) {
+        advanceFades(count);
+    }
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::runCut(int32_t count) {
+    CQPLEXContext& ctx = context();
+    constexpr auto kBytes = static_cast<int32_t>(sizeof(double));
+    CChannelList& channels = output(0).channels;
+    for (int32_t i = 0; i < voices_.count(); ++i) {
+        voices_[i].channel.handle = channels[i].handle;
+        channels[i].handle = ctx.takeSignal(count);
+    }
+    for (int32_t position = 0; position < count;) {
+        const int32_t length = segmentLength(count - position);
+        const int32_t offset = position * kBytes;
+        for (int32_t i = 0; i < voices_.count(); ++i) {
+            const CBufferHandle in = CQPLEXContext::offsetBy(voices_[i].channel.handle, offset);
+            const CBufferHandle second = CQPLEXContext::offsetBy(secondBlock(i, channels[i]), offset);
+            const CBufferHandle piece = runVoice(voices_[i], in, second, length);
+            ctx.issue(ctx.commonKernel(CCommonKernel::Copy), length, 0.0,
+                      {CQPLEXContext::offsetBy(channels[i].handle, offset), piece});
+            ctx.releaseReference(piece);
+        }
+        advanceFades(length);
+        position += length;
+        if (position < count) {
+            servePending();
+        }
+    }
+    for (CVoice& voice : voices_) {
+        ctx.releaseReference(voice.channel.handle);
+        voice.channel.handle = kNoBuffer;
+    }
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::advanceFades(int32_t count) {
+    for (CVoice& voice : voices_) {
+        if (voice.old == nullptr) {
+            continue;
+        }
+        voice.fadePosition += count;
+        if (voice.fadePosition >= fadeLength_) {
+            endFade(voice);
+        }
+    }
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::process() {
+    updateParams();
+    const int32_t count = stepLength();
+    CAudioPort& in = input(0);
+    CAudioPort& out = output(0);
+    if (in.layout != layout_ || in.rate != rate_ || in.channels.count() != voices_.count()) {
+        syncVoices(in);
+    }
+    if (slotsChanged_) {
+        applyChanges();
+    }
+    if (mayFade_) {
+        graph().isSteady = false;
+        servePending();
+    }
+    // The list goes over to the output; each block in it is then replaced by what its module makes of it.
+    out.takeFrom(in, context());
+    out.samples = count;
+    if (!mayFade_ || segmentLength(count) == count) {
+        runWhole(count);
+    } else {
+        runCut(count);
+    }
+    if (inputCount() > 1) {
+        releaseInputs();
+    }
+    context().endProcess();
+}
+
+}  // namespace tarv

@@ -1,0 +1,89 @@
+#include "Audio/Modules/CFirSection.h"
+
+#include <algorithm>
+
+namespace tarv {
+
+CFirSection::CFirSection(CQPLEXContext& context, int32_t mostTaps)
+    : context_(context),
+      convolution_(mostTaps, kPartition),
+      forward_(context.findKernel("com.tarvelo.qplex.rdftf")),
+      inverse_(context.findKernel("com.tarvelo.qplex.rdfti")),
+      acquire_(context.findKernel("com.tarvelo.qplex.convacquire")),
+      multiply_(context.findKernel("com.tarvelo.qplex.convmult")),
+      multiplyAdd_(context.findKernel("com.tarvelo.qplex.convmultadd")),
+      transformPlace_(context.takeBuffer(sizeof(void*))),
+      convolutionPlace_(context.takeBuffer(sizeof(void*))),
+      frame_(context.takeBuffer(kSize * kBytes)) {
+    *static_cast<const CRealTransform**>(context.data(transformPlace_)) = &convolution_.transform();
+    *static_cast<CConvolution**>(context.data(convolutionPlace_)) = &convolution_;
+    for (int32_t i = 0; i < convolution_.mostPartitions(); ++i) {
+        spectra_.append(context.takeBuffer(kSize * kBytes));
+    }
+    clear();
+}
+
+CFirSection::~CFirSection() {
+    // Queued operations read what this object owns.
+    context_.flush();
+    context_.releaseReference(transformPlace_);
+    context_.releaseReference(convolutionPlace_);
+    context_.releaseReference(frame_);
+    for (const CBufferHandle handle : spectra_) {
+        context_.releaseReference(handle);
+    }
+}
+
+void CFirSection::clear() {
+    const int32_t zero = context_.commonKernel(CCommonKernel::Fill0);
+    context_.issue(zero, kSize, 0.0, {frame_});
+    for (const CBufferHandle handle : spectra_) {
+        context_.issue(zero, kSize, 0.0, {handle});
+    }
+    position_ = 0;
+}
+
+CBufferHandle CFirSection::spectrum(int32_t age) const {
+    return spectra_[(newest_ + age) % spectra_.count()];
+}
+
+CBufferHandle CFirSection::run(CBufferHandle in, int32_t count) {
+    const CBufferHandle out = context_.takeBuffer(count * kBytes);
+    context_.issue(acquire_, 0, 0.0, {convolutionPlace_});
+    for (int32_t done = 0; done < count;) {
+        const int32_t piece = std::min(count - done, kPartition - position_);
+        runPiece(CQPLEXContext::offsetBy(out, done * kBytes), CQPLEXContext::offsetBy(in, done * kBytes), piece);
+        done += piece;
+    }
+    return out;
+}
+
+void CFirSection::runPiece(CBufferHandle out, CBufferHandle in, int32_t count) {
+    const int32_t copy = context_.commonKernel(CCommonKernel::Copy);
+    const int32_t place = (kPartition + position_) * kBytes;
+    context_.issue(copy, count, 0.0, {CQPLEXContext::offsetBy(frame_, place), in});
+    context_.issue(forward_, kSize, 0.0, {spectrum(0), transformPlace_, frame_});
+    const CBufferHandle sum = context_.takeBuffer(kSize * kBytes);
+    context_.issue(multiply_, kSize, 0.0, {sum, convolutionPlace_, spectrum(0)});
+    for (int32_t age = 1; age < spectra_.count(); ++age) {
+        context_.issue(multiplyAdd_, kSize, age, {sum, convolutionPlace_, spectrum(age)});
+    }
+    context_.issue(inverse_, kSize, 0.0, {sum, transformPlace_, sum});
+    context_.issue(copy, count, 0.0, {out, CQPLEXContext::offsetBy(sum, place)});
+    context_.releaseReference(sum);
+    position_ += count;
+    if (position_ == kPartition) {
+        endPartition();
+    }
+}
+
+void CFirSection::endPartition() {
+    const CBufferHandle current = CQPLEXContext::offsetBy(frame_, kPartition * kBytes);
+    context_.issue(context_.commonKernel(CCommonKernel::Copy), kPartition, 0.0, {frame_, current});
+    context_.issue(context_.commonKernel(CCommonKernel::Fill0), kPartition, 0.0, {current});
+    // The oldest spectrum's place takes the next frame's.
+    newest_ = (newest_ + spectra_.count() - 1) % spectra_.count();
+    position_ = 0;
+}
+
+}  // namespace tarv

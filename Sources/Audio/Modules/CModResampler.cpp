@@ -1,0 +1,175 @@
+#include "Audio/Modules/CModResampler.h"
+
+#include <cmath>
+
+#include "Audio/Kernels/KernelNames.h"
+#include "Audio/Kernels/ResampleKernels.h"
+
+namespace tarv {
+
+CAudioProcessBase* CModInterpolatorDef::createProcess() const {
+    return new CModInterpolator;
+}
+
+CAudioProcessBase* CModDecimatorDef::createProcess() const {
+    return new CModDecimator;
+}
+
+CAudioProcessBase* CModUpsamplerDef::createProcess() const {
+    return new CModUpsampler;
+}
+
+CAudioProcessBase* CModDownsamplerDef::createProcess() const {
+    return new CModDownsampler;
+}
+
+CError* CModInterpolator::init() {
+    TARV_TRY(CAudioProcessBase::init());
+    needInput(0);
+    needOutput(0);
+    kernel_ = context().findKernel(KernelName::kInterp2);
+    return nullptr;
+}
+
+void CModInterpolator::registerKernels() {
+    registerResampleKernels(context());
+}
+
+void CModInterpolator::process() {
+    updateParams();
+    const CAudioPort& in = input(0);
+    CAudioPort& out = output(0);
+    const int32_t count = stepLength();
+    out.release(context());
+    out.samples = 2 * count;
+    out.rate = 2.0 * in.rate;
+    out.layout = in.layout;
+    for (const CAudioChannel& channel : in.channels) {
+        const CBufferHandle block = context().takeSignal(2 * count);
+        context().issue(kernel_, count, 0.0, {block, channel.handle});
+        out.add(channel.group, channel.element, channel.serial, block);
+    }
+    releaseInputs();
+    context().flush();
+}
+
+CError* CModDecimator::init() {
+    TARV_TRY(CAudioProcessBase::init());
+    needInput(0);
+    needOutput(0);
+    evenKernel_ = context().findKernel(KernelName::kDecim2);
+    oddKernel_ = context().findKernel(KernelName::kDecim2s);
+    return nullptr;
+}
+
+void CModDecimator::registerKernels() {
+    registerResampleKernels(context());
+}
+
+void CModDecimator::process() {
+    updateParams();
+    const CAudioPort& in = input(0);
+    CAudioPort& out = output(0);
+    const int32_t count = stepLength();
+    const int32_t kept = (count - offset_ + 1) / 2;
+    out.release(context());
+    out.samples = kept;
+    out.rate = 0.5 * in.rate;
+    out.layout = in.layout;
+    for (const CAudioChannel& channel : in.channels) {
+        const CBufferHandle block = context().takeSignal(kept);
+        context().issue(offset_ == 0 ? evenKernel_ : oddKernel_, kept, 0.0, {block, channel.handle});
+        out.add(channel.group, channel.element, channel.serial, block);
+    }
+    const int32_t next = offset_ + 2 * kept - count;
+    graph().isSteady &= next == offset_;
+    offset_ = next;
+    releaseInputs();
+    context().flush();
+}
+
+void CModDecimator::reset() {
+    CAudioProcessBase::reset();
+    offset_ = 0;
+}
+
+CError* CModResampler::init() {
+    const CModResamplerDef& own = resamplerDef();
+    stageDef_ = own.findObjectOf<CAudioProcessDefBase>(own.stagePath());
+    if (stageDef_ == nullptr) {
+        TARV_FAIL("@tarvstr_CModResampler_init_NoInterpMod No module definition object with the name '%1' found.",
+                  own.stagePath());
+    }
+    filter1Def_ = own.findObjectOf<CAudioProcessDefBase>(own.filter1Path());
+    if (filter1Def_ == nullptr) {
+        TARV_FAIL(
+            "@tarvstr_CModResampler_init_NoFilter1Mod No filter 1 module definition object with the name '%1' found.",
+            own.filter1Path());
+    }
+    filter2Def_ = own.findObjectOf<CAudioProcessDefBase>(own.filter2Path());
+    if (filter2Def_ == nullptr) {
+        TARV_FAIL(
+            "@tarvstr_CModResampler_init_NoFilter2Mod No filter 2 module definition object with the name '%1' found.",
+            own.filter2Path());
+    }
+    TARV_TRY(CModProcessSeq::init());
+    return nullptr;
+}
+
+void CModResampler::slotChanged(CAudioParamSlot&) {
+    isCountDirty_ = true;
+}
+
+int32_t CModResampler::wantedStages() const {
+    const double mode = std::round(slotValue(slot(0), 0, 0, 1.0));
+    const double hostMode = std::round(slotValue(slot(1), 0, 0, 0.0));
+    const double stages = mode != 0.0 ? mode - 1.0 : hostMode;
+    return static_cast<int32_t>(stages < 0.0 ? 0.0 : stages > kMaxStages ? kMaxStages : stages);
+}
+
+CError* CModResampler::addPair() {
+    const CAudioProcessDefBase& filter = childCount() == 0 ? *filter1Def_ : *filter2Def_;
+    const CString stageName("modInterpDecim");
+    const CString filterName("modFilter");
+    if (resamplerDef().isDown()) {
+        TARV_TRY(insertChild(0, *stageDef_, stageName));
+        TARV_TRY(insertChild(0, filter, filterName));
+    } else {
+        TARV_TRY(insertChild(childCount(), *stageDef_, stageName));
+        TARV_TRY(insertChild(childCount(), filter, filterName));
+    }
+    return nullptr;
+}
+
+void CModResampler::removePair() {
+    const int32_t position = resamplerDef().isDown() ? 0 : childCount() - 2;
+    removeChild(position);
+    removeChild(position);
+}
+
+void CModResampler::updateSequence() {
+    if (!isCountDirty_) {
+        return;
+    }
+    isCountDirty_ = false;
+    graph().isSteady = false;
+    const int32_t wanted = wantedStages();
+    if (wanted == stageCount()) {
+        return;
+    }
+    while (stageCount() > wanted) {
+        removePair();
+    }
+    while (stageCount() < wanted) {
+        if (CError* error = addPair()) {
+            logError(error);
+            break;
+        }
+    }
+    for (int32_t i = 0; i < childCount(); ++i) {
+        child(i).reset();
+    }
+    placeDelay(inputDelay());
+}
+
+}  // namespace tarv

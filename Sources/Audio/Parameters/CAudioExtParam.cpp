@@ -1,0 +1,118 @@
+#include "Audio/Parameters/CAudioExtParam.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "Audio/Parameters/CAudioParamCollector.h"
+#include "Audio/Parameters/CAudioParamConverter.h"
+
+namespace tarv {
+
+CAudioExtParam::~CAudioExtParam() {
+    if (param_ && isLive(param_)) {
+        param_->removeListener(*this);
+    }
+}
+
+CError* CAudioExtParam::init() {
+    TARV_TRY(CObject::init());
+    auto* collector = findObjectOf<CAudioParamCollector>(getAttrString("param-collector"));
+    if (!collector) {
+        TARV_FAIL("@tarvstr_CAudioExtParam_init_NoParamCollector No parameter collector '%1' found.",
+                  getAttrString("param-collector"));
+    }
+    extName_ = getAttrString("ext-name");
+    if (extName_.length() > kNameLimit) {
+        TARV_FAIL("@tarvstr_CAudioExtParam_init_NameTooLong Externalized parameter name '%1' is too long", extName_);
+    }
+    group_ = getAttrIntOr("group", 0);
+    element_ = getAttrIntOr("element-index", 0);
+    param_ = collector->getParam(getAttrString("param-name"));
+    param_->addListener(*this);
+    return nullptr;
+}
+
+void CAudioExtParam::setValue(double normalised) {
+    if (!param_ || !param_->isDefined() || std::isnan(normalised)) {
+        return;
+    }
+    const CAudioParamInfo& info = param_->info();
+    param_->setValue(group_, element_, info.converter(0)->normToValue(info, 0, std::clamp(normalised, 0.0, 1.0)), 0,
+                     this);
+}
+
+double CAudioExtParam::getValue() const {
+    if (!param_ || !param_->isDefined()) {
+        return 0.0;
+    }
+    const CAudioParamInfo& info = param_->info();
+    return std::clamp(info.converter(0)->valueToNorm(info, 0, param_->value(group_, element_)), 0.0, 1.0);
+}
+
+void CAudioExtParam::getLabel(CString& text) const {
+    text = param_ && param_->isDefined() ? param_->info().converter(0)->label() : CString();
+}
+
+void CAudioExtParam::showValue(CString& text, double value) const {
+    const CAudioParamInfo& info = param_->info();
+    CLockScope scope(param_->lock());
+    info.converter(0)->valueToText(text, info, 0, {value, param_->userData()}, CAudioTextMode::Full);
+}
+
+void CAudioExtParam::getDisplay(CString& text) const {
+    text.clear();
+    if (param_ && param_->isDefined()) {
+        showValue(text, param_->value(group_, element_));
+    }
+}
+
+void CAudioExtParam::getDisplayFor(CString& text, double normalised) const {
+    text.clear();
+    if (param_ && param_->isDefined() && !std::isnan(normalised)) {
+        const CAudioParamInfo& info = param_->info();
+        showValue(text, info.converter(0)->normToValue(info, 0, std::clamp(normalised, 0.0, 1.0)));
+    }
+}
+
+void CAudioExtParam::onParamChanged(CAudioParam&, int32_t group, int32_t first, int32_t count) {
+    CAudioExtParamHostBridge* bridge = hostBridge_.load(std::memory_order_acquire);
+    const bool isOwn = (group == group_ || group == CAudioParamData::kAllGroups || param_->info().isSingleGroup()) &&
+                       element_ >= first && element_ < first + count;
+    if (bridge && isOwn) {
+        bridge->onExtParamChanged(*this);
+    }
+}
+
+CError* CAudioExtParamList::childAdded(CObject* child) {
+    TARV_TRY(CObject::childAdded(child));
+    if (auto* param = dynamic_cast<CAudioExtParam*>(child)) {
+        params_.append(param);
+    }
+    return nullptr;
+}
+
+void CAudioExtParamList::removeChild(CObject* child) {
+    for (int32_t i = params_.count() - 1; i >= 0; --i) {
+        if (params_[i] == child) {
+            params_.removeAt(i);
+        }
+    }
+    CObject::removeChild(child);
+}
+
+CAudioExtParam* CAudioExtParamList::param(int32_t index) const {
+    return index >= 0 && index < params_.count() ? params_[index] : nullptr;
+}
+
+void CAudioExtParamList::setParameter(int32_t index, double normalised) {
+    if (CAudioExtParam* found = param(index)) {
+        found->setValue(normalised);
+    }
+}
+
+double CAudioExtParamList::getParameter(int32_t index) const {
+    const CAudioExtParam* found = param(index);
+    return found ? found->getValue() : 0.0;
+}
+
+}  // namespace tarv

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "Audio/Parameters/CAudioParam.h"
+#include "Core/CObject.h"
+
+namespace tarv {
+
+class CAudioExtParam;
+class CAudioParamCollector;
+
+/// The host's end of an external parameter: hears of changes that the host did not make itself.
+class CAudioExtParamHostBridge {
+public:
+    /// On the thread that posted the change, outside all locks. The new value is asked of `param`.
+    virtual void onExtParamChanged(const CAudioExtParam& param) = 0;
+
+protected:
+    ~CAudioExtParamHostBridge() = default;
+};
+
+/// One parameter of the host's flat list: one element of one group of a named parameter (`audio:ext-param`).
+/// Any thread; each call takes the parameter's lock.
+class CAudioExtParam : public CObject, private CAudioParamListener {
+public:
+    /// Longest name that hosts of the older kind have room for.
+    static constexpr int32_t kNameLimit = 7;
+
+    ~CAudioExtParam() override;
+    [[nodiscard]] CError* init() override;
+
+    /// Sets the normalised value: clamped to 0..1, what is not a number is ignored.
+    void setValue(double normalised);
+    /// The normalised value, 0..1; 0.0 while no definition is bound.
+    double getValue() const;
+    /// The unit, empty if there is none.
+    void getLabel(CString& text) const;
+    /// The current value's text without unit.
+    void getDisplay(CString& text) const;
+    /// The text that a normalised value would have.
+    void getDisplayFor(CString& text, double normalised) const;
+
+    const CString& extName() const { return extName_; }
+    CAudioParam* param() const { return param_; }
+    int32_t group() const { return group_; }
+    int32_t elementIndex() const { return element_; }
+    /// Connects the host, which must outlive the connection; null disconnects it.
+    void setHostBridge(CAudioExtParamHostBridge* bridge) { hostBridge_.store(bridge, std::memory_order_release); }
+
+private:
+    void showValue(CString& text, double value) const;
+    void onParamChanged(CAudioParam& param, int32_t group, int32_t first, int32_t count) override;
+
+    CString extName_;
+    CAudioParam* param_ = nullptr;
+    int32_t group_ = 0;
+    int32_t element_ = 0;
+    std::atomic<CAudioExtParamHostBridge*> hostBridge_{nullptr};
+};
+
+/// The host's flat list (`audio:ext-param-list`): its children in order.
+class CAudioExtParamList : public CObject {
+public:
+    [[nodiscard]] CError* childAdded(CObject* child) override;
+    void removeChild(CObject* child) override;
+
+    int32_t count() const { return params_.count(); }
+    /// The parameter of a host index, null for an index outside the list.
+    CAudioExtParam* param(int32_t index) const;
+    /// The host's forms: an index outside the list does nothing and gives 0.0.
+    void setParameter(int32_t index, double normalised);
+    double getParameter(int32_t index) const;
+
+private:
+    CArray<CAudioExtParam*, 4> params_;
+};
+
+}  // namespace tarv

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Audio/Parameters/CAudioParam.h"
+#include "Core/CApplicationData.h"
+
+namespace tarv {
+
+/// Binds one parameter to a key of a store, so that a value set in one instance reaches all. Made when the parameter
+/// is defined: takes the stored value, or stores the parameter's default if there is none. Values are kept as texts in
+/// real units. Any thread but the audio thread.
+class CAudioGlobalParam final : public CHeapObject, private CAudioParamListener {
+public:
+    CAudioGlobalParam(CAudioParam& param, CApplicationData& store, const CString& key);
+    ~CAudioGlobalParam();
+
+private:
+    using CDataBridge = CApplicationDataBridge<CAudioGlobalParam>;
+    void onParamChanged(CAudioParam& param, int32_t group, int32_t first, int32_t count) override;
+    void storeChanged(CCheckedObject* sender);
+    bool takeStored();
+
+    CAudioParam& param_;
+    CApplicationData& store_;
+    CString key_;
+    CDataBridge bridge_;
+};
+
+}  // namespace tarv

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Audio/Parameters/CAudioParamChange.h"
+
+namespace tarv {
+
+/// Changes waiting for the next round, in order. The environment's lock guards it.
+class CAudioParamChangeList {
+public:
+    bool isEmpty() const { return head_ == nullptr; }
+    int32_t count() const { return count_; }
+    CAudioParamChange* last() const { return tail_; }
+    CAudioParamChange* previous(const CAudioParamChange& change) const;
+    void append(CAudioParamChange* change);
+    /// Puts `change` in the place of an entry, which leaves the list.
+    void replace(CAudioParamChange& entry, CAudioParamChange* change);
+    /// Takes the first entry out; null if there is none.
+    CAudioParamChange* takeFirst();
+    /// All entries, leaving none.
+    CAudioParamChangeList takeAll();
+
+private:
+    CAudioParamChange* head_ = nullptr;
+    CAudioParamChange* tail_ = nullptr;
+    int32_t count_ = 0;
+};
+
+/// Change records, in blocks of 16, 32, 64 ...; each is made once and used again. One thread at a time takes (its owner
+/// sees to that); any thread gives back, through a stack that it pushes to and that the taker empties in one exchange.
+class CAudioParamChangePool {
+public:
+    CAudioParamChangePool() = default;
+    CAudioParamChangePool(const CAudioParamChangePool&) = delete;
+    CAudioParamChangePool& operator=(const CAudioParamChangePool&) = delete;
+    ~CAudioParamChangePool();
+
+    /// Makes blocks ahead of the first use until there are `records` records, and room for `nodes` list nodes in each
+    /// that is not in use. The taker's thread.
+    void prepare(int32_t records, int32_t nodes);
+    /// A record with one reference, no values and room for `nodes` list nodes.
+    CAudioParamChange* take(int32_t nodes);
+    /// Any thread; never allocates, frees or waits.
+    void giveBack(CAudioParamChange* change);
+    /// Records made so far.
+    int32_t madeCount() const { return made_; }
+
+private:
+    static constexpr int32_t kFirstBlock = 16;
+
+    struct CBlock {
+        CAudioParamChange* records;
+        int32_t count;
+    };
+    void addBlock();
+
+    CAudioParamChange* free_ = nullptr;
+    std::atomic<CAudioParamChange*> returned_{nullptr};
+    CArray<CBlock, 4> blocks_;
+    int32_t made_ = 0;
+};
+
+}  // namespace tarv

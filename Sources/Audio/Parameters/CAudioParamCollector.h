@@ -1,0 +1,141 @@
+#pragma once
+
+#include <map>
+
+#include "Audio/Parameters/CAudioParam.h"
+#include "Audio/Parameters/CAudioParamChangePool.h"
+#include "Audio/Parameters/CAudioParamReceiver.h"
+#include "Core/CObject.h"
+
+namespace tarv {
+
+class CAudioEnv;
+
+/// Owns every named parameter of one instance and carries changes from the threads that make them to the processes
+/// (`audio:param-collector`). Order of locks: a parameter's, then the pool's, then the environment's.
+/// The graph's queues must be gone, or emptied by detachConsumers, before the collector is.
+class CAudioParamCollector : public CObject {
+public:
+    ~CAudioParamCollector() override;
+    [[nodiscard]] CError* init() override;
+
+    /// The parameter of a full name, made if there is none. Takes the collector's lock.
+    CAudioParam* getParam(const CString& name);
+    /// The parameter of a full name or null.
+    CAudioParam* findParam(const CString& name) const;
+    /// Whether a parameter of that name was defined and the name differs from its display path.
+    bool hasParam(const CString& name) const;
+    /// Binds a definition's information to the parameter of that name; a second bind keeps the first. Its values are at
+    /// the defaults from then on, and slots that consume it already get them. While the graph is built, or audio
+    /// thread.
+    CAudioParam* define(const CString& name, const CAudioParamInfo& info);
+
+    /// Makes `slot` consume `param`: sets its data up, queues the current values with time -1.0 and sets `changedFlag`.
+    /// `group` -1 (or -2) and `element` -1 take every one; every group does for a parameter of a single group. The slot
+    /// of a string parameter gets its texts once. While the graph is built or on the audio thread; allocates.
+    void addConsumer(CAudioParam& param, CAudioParamSlot& slot, CAudioParamQueue& queue, uint8_t& changedFlag,
+                     int32_t group, int32_t element);
+    /// Takes the consumers of one process out (its queue tells which they are) and empties the queue. Same threads.
+    void removeConsumers(CAudioParamQueue& queue);
+    /// Takes all consumers out and empties their queues: the graph is going. No audio thread runs.
+    void detachConsumers();
+
+    /// A record for postChange with the parameter's shape and `count` elements, values zero. Any thread; allocates only
+    /// when more records are in use than ever before, or for more than 16 numbers.
+    CAudioParamChange* createChange(CAudioParam& param, int32_t group, int32_t first, int32_t count,
+                                    bool resize = false);
+    /// The same on the audio side: takes no lock, and does not allocate while the few records that it keeps are enough.
+    CAudioParamChange* createEngineChange(CAudioParam& param, int32_t group, int32_t first, int32_t count,
+                                          bool resize = false);
+    /// The one way to change a value; takes the record over. Queued: any thread but the audio thread; the user-side
+    /// value follows at once, the processes with the next round. Not queued: the audio side itself, straight to the
+    /// processes (the user-side value stays). `time` counts from the start of the round that takes it; while the engine
+    /// does not run it is 0. A change of another group than 0 of a single-group parameter, one of an undefined
+    /// parameter and one whose shape does not fit are dropped. Listeners but `origin` hear of a queued change.
+    void postChange(CAudioParam& param, CAudioParamChange* change, bool queued, double time,
+                    const CAudioParamListener* origin = nullptr);
+    /// As a queued postChange at time 0, but listeners are not told: the caller, who may hold locks now, calls
+    /// CAudioParam::tell when it holds none. Tells whether the change was carried out.
+    bool postUntold(CAudioParam& param, CAudioParamChange* change);
+    /// A whole value in place of the present one, as part of something larger.
+    struct CAssignment {
+        CAudioParam* param = nullptr;
+        CAudioParamData data;  ///< of the parameter's shape
+        int32_t group = -1;    ///< -1: every group, what `data` lacks is emptied; otherwise this one takes group 0
+    };
+    /// Makes the user-side value of one parameter that of the assignment, by one change for each group that differs;
+    /// tells whether one did. Listeners are not told: the caller, who may hold locks now, calls tellAll when it holds
+    /// none. `before` and `after`, if not null, get the values around it. Any thread but the audio thread.
+    bool assign(const CAssignment& assignment, CAudioParamData* before = nullptr, CAudioParamData* after = nullptr);
+    /// One round: hands what was posted to the processes' queues, `timeOffset` added to each time. Audio thread, once a
+    /// block, or the core at resume. Takes the environment's lock for a swap, nothing else.
+    void applyPendingChanges(double timeOffset);
+    /// Changes handed to processes so far. Audio thread.
+    uint64_t deliveries() const { return deliveries_; }
+    /// Changes that wait for the next round.
+    int32_t pendingCount() const;
+
+    /// Hands every parameter to the registries, enumerated ones first, and makes the records that changes need from the
+    /// first block on. The graph is built. A second call does nothing.
+    void closeCollection();
+    bool isClosed() const { return closed_; }
+    void addRegistry(CAudioParamReceiver& registry);
+    void removeRegistry(CAudioParamReceiver& registry);
+    /// The first registry whose `id` is that text, or null.
+    CAudioParamReceiver* getRegistry(const CString& id) const;
+
+    /// Every parameter in the order of the names, under the collector's lock.
+    template <class Visit>
+    void forEachParam(Visit&& visit) const {
+        CLockScope scope(lock_);
+        for (const auto& entry : params_) {
+            visit(*entry.second);
+        }
+    }
+
+private:
+    friend class CAudioParam;
+    using CParamMap =
+        std::map<CString, CAudioParam*, std::less<CString>, CHeapAllocator<std::pair<const CString, CAudioParam*>>>;
+    static constexpr int32_t kConsumersPerBlock = 8;
+    struct CConsumerBlock;
+
+    // Posting: CAudioParamCollectorPost.cpp.
+    bool postUnderLock(CAudioParam& param, CAudioParamChange* change, double time);
+    void enqueue(CAudioParam& param, CAudioParamChange* change);
+    void enqueueEachGroup(CAudioParam& param, const CAudioParamChange& change);
+    CAudioParamChange* mergeOrAppend(CAudioParam& param, CAudioParamChange* change, bool isCrowded);
+    static void mergeInto(const CAudioParam& param, const CAudioParamChange& earlier, CAudioParamChange& later);
+
+    // The engine's side.
+    void applyTouched();
+    static void applyQueued(CAudioParam& param);
+    void deliver(CAudioParamChange& change);
+    void hand(CAudioParamChange& change, CAudioParamConsumer& consumer);
+    void prepareSlot(CAudioParam& param, CAudioParamConsumer& consumer);
+    void queueInitialGroup(CAudioParam& param, CAudioParamConsumer& consumer, int32_t group);
+    void queueCopy(CAudioParam& param, CAudioParamConsumer& consumer, const CAudioParamChange& source);
+    static void shape(CAudioParamChange& change, CAudioParam& param, int32_t group, int32_t first, int32_t count,
+                      bool resize);
+    CAudioParamConsumer* takeConsumer();
+    void offerParam(CAudioParam& param);
+
+    CAudioEnv* env_ = nullptr;
+    mutable CLock lock_;
+    CParamMap params_;
+    CArray<CAudioParamReceiver*, 4> registries_;
+    CLock poolLock_;
+    CAudioParamChangePool pool_;
+    CAudioParamChangePool enginePool_;
+    // For the first values of consumers, each of which goes to one queue only.
+    CAudioParamChangePool initialPool_;
+    CAudioParamChangeList batch_;
+    CAudioParam* touched_ = nullptr;
+    uint64_t deliveries_ = 0;
+    uint32_t generation_ = 1;
+    CAudioParamConsumer* freeConsumers_ = nullptr;
+    CConsumerBlock* consumerBlocks_ = nullptr;
+    bool closed_ = false;
+};
+
+}  // namespace tarv

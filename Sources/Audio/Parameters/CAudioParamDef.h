@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Audio/Parameters/CAudioParamInfo.h"
+#include "Core/CObject.h"
+
+namespace tarv {
+
+/// Declares a parameter (`audio:param`); the object's name is its local name.
+class CAudioParamDef : public CObject {
+public:
+    [[nodiscard]] CError* init() override;
+    const CAudioParamInfo& info() const { return info_; }
+
+private:
+    int32_t readFlags() const;
+
+    CAudioParamInfo info_;
+};
+
+/// Says through which slot number of the owning process its code reads a parameter (`audio:param-alloc`).
+class CAudioParamAllocDef : public CObject {
+public:
+    [[nodiscard]] CError* init() override;
+    const CString& paramName() const { return paramName_; }
+    int32_t index() const { return index_; }
+
+private:
+    CString paramName_;
+    int32_t index_ = -1;
+};
+
+/// Says that a name of the owning process stands for another, shared parameter (`audio:param-remap`).
+class CAudioParamRemapDef : public CObject {
+public:
+    [[nodiscard]] CError* init() override;
+    const CString& origName() const { return origName_; }
+    /// As written; resolveParamName at the owner's path gives the full name.
+    const CString& newName() const { return newName_; }
+
+private:
+    CString origName_;
+    CString newName_;
+};
+
+}  // namespace tarv

@@ -1,0 +1,187 @@
+#include "Audio/Context/CRecordedRun.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <random>
+#include <vector>
+
+#include "Audio/Context/CQPLEXContext.h"
+#include "Audio/Kernels/StandardKernels.h"
+#include "Audio/Kernels/TubeKernels.h"
+#include "Tests/Audio/Kernels/KernelCases.h"
+
+namespace tarv {
+namespace {
+
+constexpr int32_t kCount = 50;
+
+/// A context with some signals and blocks, and a run of bands, sums and gains on them.
+class CSubject {
+public:
+    CSubject() : context(makeStandardContext()) {
+        registerTubeKernels(*context);
+        filter_ = context->findKernel("com.tarvelo.qplex.fltbiqcommong");
+        highPass_ = context->findKernel("com.tarvelo.qplex.flthp1ag");
+        tube_ = context->findKernel("com.tarvelo.qplex.metatube");
+        std::mt19937 random(5);
+        for (int32_t i = 0; i < kSignals; ++i) {
+            signals_.push_back(context->takeSignal(kCount));
+            for (int32_t k = 0; k < kCount; ++k) {
+                context->signal(signals_.back())[k] = 1e-3 * static_cast<double>(random() % 1000);
+            }
+        }
+        static const std::vector<std::vector<double>> contents = blockContents();
+        for (int32_t s = 0; s < kChainStages; ++s) {
+            for (int32_t channel = 0; channel < kChannels; ++channel) {
+                const std::vector<double>& from = contents[static_cast<size_t>(s * kChannels + channel)];
+                blocks_[s][channel] = context->takeBuffer(kBlockNumbers * 8);
+                std::copy(from.begin(), from.end(), context->signal(blocks_[s][channel]));
+            }
+        }
+    }
+
+    void issueRun() const {
+        CBufferHandle at[kChannels];
+        for (int32_t c = 0; c < kChannels; ++c) {
+            at[c] = signals_[static_cast<size_t>(c)];
+            context->addReference(at[c]);
+        }
+        const auto each = [&](auto issue) {
+            for (int32_t c = 0; c < kChannels; ++c) {
+                const CBufferHandle out = context->takeSignal(kCount);
+                issue(out, c);
+                context->releaseReference(at[c]);
+                at[c] = out;
+            }
+            context->endProcess();
+        };
+        each([&](CBufferHandle out, int32_t c) { context->issue(filter_, kCount, 0.9, {out, blocks_[0][c], at[c]}); });
+        each([&](CBufferHandle out, int32_t c) {
+            context->issue(highPass_, kCount, 1.0, {out, blocks_[1][c], at[c]});
+        });
+        each([&](CBufferHandle out, int32_t c) {
+            context->issue(tube_, kCount, 0.0, {out, blocks_[2][c], at[c], signals_[static_cast<size_t>(c)]});
+        });
+        each([&](CBufferHandle out, int32_t c) {
+            context->issue(context->commonKernel(CCommonKernel::Mulc), kCount, 1e-6, {out, at[c]});
+        });
+        for (int32_t c = 0; c < kChannels; ++c) {
+            // Each run changes its own input: a repetition goes on where the one before ended.
+            context->issue(context->commonKernel(CCommonKernel::Add2i), kCount, 0.0,
+                           {signals_[static_cast<size_t>(c)], at[c]});
+            context->releaseReference(at[c]);
+        }
+    }
+    std::vector<double> contents() const {
+        context->flush();
+        std::vector<double> all;
+        for (const CBufferHandle handle : signals_) {
+            all.insert(all.end(), context->signal(handle), context->signal(handle) + kCount);
+        }
+        return all;
+    }
+
+    std::unique_ptr<CQPLEXContext> context;
+
+private:
+    static constexpr int32_t kSignals = 5;
+    static constexpr int32_t kChannels = 3;
+    static constexpr int32_t kBlockNumbers = 27;
+
+    /// Of each stage and channel; the same for every subject.
+    static std::vector<std::vector<double>> blockContents() {
+        std::vector<std::vector<double>> all;
+        for (const char* name : {"fltbiqcommong", "flthp1ag", "metatube"}) {
+            for (const CKernelCase& c : allKernelCases()) {
+                for (int32_t channel = 0; c.name == name && channel < kChannels; ++channel) {
+                    all.emplace_back(kBlockNumbers);
+                    c.operands[1].fill(all.back().data());
+                }
+            }
+        }
+        return all;
+    }
+
+    int32_t filter_ = 0;
+    int32_t highPass_ = 0;
+    int32_t tube_ = 0;
+    std::vector<CBufferHandle> signals_;
+    CBufferHandle blocks_[kChainStages][kChannels] = {};
+};
+
+TEST(CRecordedRun, RepeatingGivesTheBitsOfIssuingAgain) {
+    const CSubject issued;
+    const CSubject repeated;
+    repeated.context->startRecording();
+    repeated.issueRun();
+    ASSERT_TRUE(repeated.context->endRecording());
+    issued.issueRun();
+    const std::vector<double> first = issued.contents();
+    EXPECT_EQ(repeated.contents(), first);
+    for (int32_t i = 0; i < 7; ++i) {
+        issued.issueRun();
+        issued.context->flush();
+        ASSERT_TRUE(repeated.context->isRecorded());
+        repeated.context->repeat();
+        ASSERT_EQ(repeated.contents(), issued.contents()) << i;
+    }
+    EXPECT_NE(issued.contents(), first);
+    EXPECT_EQ(repeated.context->counters().repeats, 7u);
+}
+
+TEST(CRecordedRun, WhatWasQueuedBeforeDoesNotBelongToIt) {
+    const CSubject subject;
+    const CBufferHandle signal = subject.context->takeSignal(1);
+    subject.context->signal(signal)[0] = 1.0;
+    subject.context->issue(subject.context->commonKernel(CCommonKernel::Mulci), 1, 2.0, {signal});
+    subject.context->startRecording();
+    subject.context->issue(subject.context->commonKernel(CCommonKernel::Mulci), 1, 3.0, {signal});
+    ASSERT_TRUE(subject.context->endRecording());
+    subject.context->repeat();
+    EXPECT_EQ(subject.context->signal(signal)[0], 18.0);
+}
+
+TEST(CRecordedRun, IsDroppedWhenABufferIsTakenOrAnOperationIssued) {
+    const CSubject subject;
+    CQPLEXContext& context = *subject.context;
+    EXPECT_FALSE(context.isRecorded());
+    const CBufferHandle signal = context.takeSignal(1);
+    const auto record = [&] {
+        context.startRecording();
+        context.issue(context.commonKernel(CCommonKernel::Mulci), 1, 3.0, {signal});
+        return context.endRecording();
+    };
+    ASSERT_TRUE(record());
+    context.flush();
+    EXPECT_TRUE(context.isRecorded());
+    context.releaseReference(context.takeSignal(1));
+    EXPECT_FALSE(context.isRecorded());
+    ASSERT_TRUE(record());
+    context.issue(context.commonKernel(CCommonKernel::Mulci), 1, 3.0, {signal});
+    EXPECT_FALSE(context.isRecorded());
+    ASSERT_TRUE(record());
+    context.releaseReference(context.takeBuffer(100000));  // of a size that was never there
+    EXPECT_FALSE(context.isRecorded());
+}
+
+TEST(CRecordedRun, ThatIsTooLongIsNotKept) {
+    const CSubject subject;
+    CQPLEXContext& context = *subject.context;
+    const CBufferHandle signal = context.takeSignal(1);
+    const auto record = [&](int32_t operations) {
+        context.startRecording();
+        for (int32_t i = 0; i < operations; ++i) {
+            context.issue(context.commonKernel(CCommonKernel::Mulci), 1, 1.0, {signal});
+        }
+        return context.endRecording();
+    };
+    EXPECT_TRUE(record(1024));
+    EXPECT_FALSE(record(1025));
+    EXPECT_FALSE(context.isRecorded());
+    EXPECT_TRUE(record(3));
+}
+
+}  // namespace
+}  // namespace tarv
