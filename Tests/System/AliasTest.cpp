@@ -9,10 +9,12 @@
 #include <map>
 #include <memory>
 #include <numbers>
+#include <span>
 #include <sstream>
 
 #include "CPlainInstance.h"
 #include "CSignalTap.h"
+#include "Tests/System/EngineRun.h"
 #include "Tests/System/ReferenceChain.h"
 #include "Tests/System/ReferenceDesigns.h"
 #include "Tests/TestPaths.h"
@@ -135,7 +137,7 @@ std::map<double, std::vector<double>> documentedAliases() {
 TEST(Aliasing, ProductsThatFoldBackAreTheReferencesAndThoseOfThePage) {
     const auto documented = documentedAliases();
     std::vector<double> worst(std::size(kStages), -300.0);
-    for (double tone : kTones) {
+    for (double tone : std::span(kTones).first(static_cast<size_t>(engine::repeats(std::size(kTones), 1)))) {
         const std::vector<double> input = toneOf(tone);
         const auto row = documented.find(tone);
         ASSERT_NE(row, documented.end()) << "Docs/aliasing.md has no row for " << tone;

@@ -87,7 +87,7 @@ TEST(AudioThread, NeitherAllocatesNorFreesNorLocksFromTheSecondBlockOn) {
         CWatchedEngine engine(c.setup);
         const CCut sizes = c.block > 0 ? cutInto(c.block) : cutAtRandom(c.setup.channels > 2 ? 1024 : kLongest, 3);
         engine.block(c.block > 0 ? c.block : kLongest);
-        for (int32_t round = 0; round < 150; ++round) {
+        for (int32_t round = 0; round < repeats(150, 30); ++round) {
             automate(engine.instance(), round);
             const CWatched seen = engine.block(sizes());
             ASSERT_TRUE(seen.isQuiet()) << c.name << ", round " << round << ": " << seen;

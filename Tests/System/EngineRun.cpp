@@ -171,4 +171,12 @@ bool isLong() {
     return asked != nullptr && *asked == '1';
 }
 
+int32_t repeats(int32_t count, [[maybe_unused]] int32_t thin) {
+#ifdef TARV_SANITIZED
+    return isLong() ? count : thin;
+#else
+    return count;
+#endif
+}
+
 }  // namespace tarv::engine

@@ -106,5 +106,8 @@ std::ostream& operator<<(std::ostream& out, const CDifference& difference);
 
 /// Long forms of tests are asked for by the environment variable TARV_LONG=1.
 bool isLong();
+/// How often a loop that takes the same paths each time runs: `count` in a plain build, `thin` under a sanitizer, which
+/// looks at the paths and not at the figures; `count` there, too, in long forms.
+int32_t repeats(int32_t count, int32_t thin);
 
 }  // namespace tarv::engine
