@@ -10,7 +10,7 @@ using CPlatformError = uint32_t;
 
 enum class CFileAccess : uint8_t {
     kRead,     ///< an existing file
-    kRewrite,  ///< made anew or emptied
+    kRewrite,  ///< created, or emptied
     kAppend,   ///< made or kept, written behind its end
 };
 

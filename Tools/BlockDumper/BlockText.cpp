@@ -74,7 +74,7 @@ CError* groupText(CInputStream& stream, const std::map<uint32_t, std::string>* p
     return nullptr;
 }
 
-/// One stored parameter, by its layout alone: parameters that no build knows are told, too.
+/// One stored parameter, by its layout alone: parameters that no build knows are printed, too.
 CError* recordText(CPosInputStream& stream, std::string& text) {
     CString path;
     uint32_t words[4];

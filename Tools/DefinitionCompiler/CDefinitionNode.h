@@ -32,7 +32,7 @@ struct CDefinitionAttribute {
 };
 
 /// One object of a definition tree as the compiled form holds it: UTF-8 texts, attributes and children in order.
-/// A template definition (`templateFlag` not 0) has no attributes of its own and exactly one child, its body.
+/// A template definition (`templateFlag` not 0) has no attributes and exactly one child, its body.
 struct CDefinitionNode {
     std::string tag;
     std::string name;

@@ -8,7 +8,7 @@
 
 namespace tarv {
 
-/// One parsed XML file that can tell the place of everything in it.
+/// One parsed XML file that knows the place of everything in it.
 class CXmlSource {
 public:
     /// Reads and parses the file. Fails on anything that is not exactly one element with elements and comments in it.

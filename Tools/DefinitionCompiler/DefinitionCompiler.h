@@ -13,7 +13,7 @@ namespace tarv {
 [[nodiscard]] CDefinitionFailure compileDefinitions(const std::string& path, const std::string& sharedPath,
                                                     std::string& bytes, std::vector<std::string>& files);
 
-/// Tells the compressed block in a file in the raw form.
+/// Prints the compressed block of a file in the raw form.
 [[nodiscard]] CDefinitionFailure dumpDefinitions(const std::string& path, std::string& raw);
 
 /// Packs bytes into a compressed block as the program reads it. `id` has four characters.

@@ -29,7 +29,7 @@ struct CFactorySource {
     std::vector<CFactoryPreset> presets;
 };
 
-/// Reads a factory source; the form is told in FactoryCompiler.h.
+/// Reads a factory source; the form is documented in FactoryCompiler.h.
 [[nodiscard]] CDefinitionFailure readFactorySource(const CXmlSource& source, CFactorySource& result);
 
 }  // namespace tarv

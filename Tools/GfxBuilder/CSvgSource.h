@@ -49,7 +49,7 @@ struct CSvgRange {
     uint32_t last = 0;
 };
 
-/// The drawing of an image set. The form is told in Gfx/README.md.
+/// The drawing of an image set. The form is documented in Gfx/README.md.
 class CSvgSource {
 public:
     [[nodiscard]] CDefinitionFailure load(const std::string& path);

@@ -30,7 +30,7 @@ using CBaseColors = std::map<std::string, CRgb, std::less<>>;
 [[nodiscard]] CDefinitionFailure readBaseColors(const std::string& path, CBaseColors& colors);
 
 /// Computes the palette of the base colours in `path` by the rules that lie in `rules.txt` beside it. The form of the
-/// rules is told in their file's head.
+/// rules is documented in their file's head.
 [[nodiscard]] CDefinitionFailure computePalette(const std::string& path, CPaletteSource& palette);
 
 }  // namespace tarv

@@ -87,7 +87,7 @@ std::string branchText(const std::vector<long double>& coefficients, int branch)
     std::string text;
     for (size_t i = static_cast<size_t>(branch); i < coefficients.size(); i += 2) {
         const double value = static_cast<double>(coefficients[i]);
-        // 17 significant digits tell a 64-bit float from all others; a small first coefficient needs fewer.
+        // 17 significant digits identify a 64-bit float; a small first coefficient needs fewer.
         const int decimals = std::min(kDecimals, 16 - static_cast<int>(std::floor(std::log10(value))));
         char digits[64];
         std::snprintf(digits, sizeof digits, "%.*f", decimals, value);

@@ -7,7 +7,7 @@
 
 namespace tarv::host {
 
-/// What the host tells a plug-in about itself. May be changed at any time between two calls.
+/// What the host answers when a plug-in asks about it. May be changed at any time between two calls.
 struct CHostAnswers {
     int32_t masterVersion = vst::kInterfaceVersion;
     std::string vendor = "Tarvelo";

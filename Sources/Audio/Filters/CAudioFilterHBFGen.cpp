@@ -6,7 +6,7 @@ namespace tarv {
 
 namespace {
 
-/// How a type runs its coefficients. A half-band pair has a section type of its own for each length of a branch.
+/// How a type runs its coefficients. A half-band pair has one section type for each length of a branch.
 struct CTypeRow {
     int32_t sectionType;
     bool addsLength;

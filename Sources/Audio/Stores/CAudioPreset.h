@@ -7,7 +7,7 @@
 namespace tarv {
 
 /// A named collection of raw parameter records by key. Records are not interpreted: those that this build does not know
-/// stay as they came. Keys stand in ascending byte order, whatever order they were set in. No lock of its own; the
+/// stay as they came. Keys stand in ascending byte order, in whichever order they were set. Has no lock; the
 /// owner guards it.
 class CAudioPreset : public CHeapObject {
 public:

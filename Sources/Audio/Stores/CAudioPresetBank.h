@@ -4,7 +4,7 @@
 
 namespace tarv {
 
-/// A named, ordered list of presets with one selected. No lock of its own; the owner guards it.
+/// A named, ordered list of presets with one selected. Has no lock; the owner guards it.
 class CAudioPresetBank : public CHeapObject {
 public:
     /// Presets that a stream may hold: far above what any bank has, and low enough that a count costs no memory.

@@ -4,7 +4,7 @@
 
 namespace tarv {
 
-/// What a record tells, as streams name it.
+/// The kind of a record, as streams number it.
 enum class CAudioVizKind : uint32_t { Meter = 0, Info = 1, Spectrum = 3 };
 
 /// One record of what an editor draws. One thread at a time. In a stream, all little-endian: `kind`, `source` and
@@ -20,7 +20,7 @@ public:
     /// A new record of a kind, with room for `capacity` bins or bytes; null for a number that is no kind.
     static CAudioVizData* create(uint32_t kind, int32_t capacity = 0);
     /// Reads a whole record; the caller owns it. Null, without a failure, for an unknown kind: nothing but `kind` has
-    /// been read then, and where that record ends can't be told.
+    /// been read then, and where that record ends is unknown.
     [[nodiscard]] static CError* readAny(CInputStream& stream, CAudioVizData*& data);
 
     CAudioVizKind kind() const { return kind_; }

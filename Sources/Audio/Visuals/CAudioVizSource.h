@@ -20,7 +20,7 @@ public:
     /// Once. Any thread but the audio thread.
     void bind(CAudioParam& param);
     bool isBound() const { return param_ != nullptr; }
-    /// Reads the parameter anew. Any thread but the audio thread.
+    /// Reads the parameter again. Any thread but the audio thread.
     void update();
     /// Any thread; false while not bound.
     bool isOn() const { return isOn_.load(std::memory_order_relaxed); }

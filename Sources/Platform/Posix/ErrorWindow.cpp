@@ -6,7 +6,7 @@
 
 namespace tarv {
 
-// Nothing to wait for: whoever reads the stream reads it when he likes.
+// Does not wait: the stream keeps the text for its reader.
 void showErrorWindow(const char16_t* details) {
     std::fprintf(stderr, "%s\n%s\n\n%s\n", kErrorTitle, kErrorExplanation, utf16ToUtf8(details).c_str());
 }

@@ -78,7 +78,7 @@ void showErrorWindow(const char16_t* details) {
     const HWND window =
         CreateWindowExA(kExtendedStyle, kClassName, kErrorTitle, kStyle, place.left, place.top,
                         place.right - place.left, place.bottom - place.top, nullptr, nullptr, ownModule(), nullptr);
-    // Without a desktop there is nobody to dismiss anything: the log has the lines.
+    // Without a desktop no user can dismiss a window: the log has the lines.
     if (window) {
         const HFONT font =
             CreateFontA(kFontHeight, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,

@@ -21,7 +21,7 @@ class CDataSet : public CHeapObject {
 public:
     virtual ~CDataSet() = default;
     /// Replaces the content. Strict: what is short, out of order, out of its range, or left behind the end of the set
-    /// is a failure that tells its place, and the set is empty then.
+    /// is a failure that names its place, and the set is empty then.
     [[nodiscard]] virtual CError* read(CInputStream& input) = 0;
     /// The same bytes that were read.
     [[nodiscard]] virtual CError* write(COutputStream& output) const = 0;
