@@ -1,5 +1,7 @@
 #include "Core/CAttrDoubler.h"
 
+#include "Core/CObjectWatch.h"
+
 namespace tarv {
 
 CError* CAttrDoubler::initClass(CClassDescriptor& descriptor) {
@@ -26,6 +28,7 @@ CError* CAttrDoubler::valueChanged() {
     if (isCopying_) {
         return nullptr;
     }
+    const CObjectWatch watch(*this);
     isCopying_ = true;
     const CAttributeValue value = attributes().at("value");
     const CString attr = getAttrString("attr");
@@ -34,6 +37,9 @@ CError* CAttrDoubler::valueChanged() {
         // By the path each time, since an object that stood there may have died.
         CObject* target = findObject(targets_[i]);
         error = target ? target->setAttribute(this, attr, value) : nullptr;
+        if (!watch.isAlive()) {
+            return error;
+        }
     }
     isCopying_ = false;
     return error ? addErrorLocation(error, __FILE__, __LINE__, fullName(), CString()) : nullptr;

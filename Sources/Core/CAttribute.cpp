@@ -1,6 +1,7 @@
 #include "Core/CAttribute.h"
 
 #include <cmath>
+#include <cstring>
 
 namespace tarv {
 
@@ -51,12 +52,37 @@ CAttributeValue CAttributeValue::fromString(const CString& value) {
     return result;
 }
 
+CAttributeValue CAttributeValue::fromPlainString(const CString& value) {
+    CAttributeValue result = fromString(value);
+    result.isPlain_ = true;
+    return result;
+}
+
 CAttributeValue CAttributeValue::fromPointer(void* value) {
     CAttributeValue result;
     result.type_ = CAttributeType::Pointer;
     result.mask_ = kPointer;
     result.pointer_ = value;
     return result;
+}
+
+bool CAttributeValue::isSame(const CAttributeValue& other) const {
+    if (type_ != other.type_) {
+        return false;
+    }
+    switch (type_) {
+        case CAttributeType::Boolean:
+            return bool_ == other.bool_;
+        case CAttributeType::Real:
+            return std::memcmp(&real_, &other.real_, sizeof(real_)) == 0;
+        case CAttributeType::Integer:
+            return int_ == other.int_;
+        case CAttributeType::String:
+            return isPlain_ == other.isPlain_ && string_ == other.string_;
+        case CAttributeType::Pointer:
+            return pointer_ == other.pointer_;
+    }
+    return false;
 }
 
 // A conversion that fails stores nothing, and a slot that was never filled holds its default.

@@ -18,9 +18,14 @@ public:
     static CAttributeValue fromReal(double value);
     static CAttributeValue fromInt(int32_t value);
     static CAttributeValue fromString(const CString& value);
+    /// Text in which braces are characters like any other: no object that takes it looks for expressions.
+    static CAttributeValue fromPlainString(const CString& value);
     static CAttributeValue fromPointer(void* value);
 
     CAttributeType type() const { return type_; }
+    bool isPlain() const { return isPlain_; }
+    /// Whether both were given as the same type with the same content. Reals are compared by their bits.
+    bool isSame(const CAttributeValue& other) const;
     uint32_t validMask() const { return mask_; }
     /// Conversions that do not exist or fail give false, 0.0, 0, the empty string or null.
     bool asBool() const;
@@ -34,6 +39,7 @@ public:
 private:
     mutable uint32_t mask_ = 8;
     CAttributeType type_ = CAttributeType::String;
+    bool isPlain_ = false;
     mutable bool bool_ = false;
     mutable double real_ = 0.0;
     mutable int32_t int_ = 0;

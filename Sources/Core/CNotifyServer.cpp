@@ -18,23 +18,24 @@ CNotifyServer::CNotifyServer() : id_(++nextServerId) {}
 
 CNotifyServer::~CNotifyServer() {
     for (auto& event : events_) {
-        delete event.second;
+        CLockScope scope(event.second->lock);
+        event.second->senders.clear();
     }
 }
 
-CNotifyServer::CEvent* CNotifyServer::findEvent(const CString& eventName) {
+CNotifyServer::CEventRef CNotifyServer::findEvent(const CString& eventName) {
     CLockScope scope(mapLock_);
     auto found = events_.find(eventName);
     return found == events_.end() ? nullptr : found->second;
 }
 
-CNotifyServer::CEvent& CNotifyServer::makeEvent(const CString& eventName) {
+CNotifyServer::CEventRef CNotifyServer::makeEvent(const CString& eventName) {
     CLockScope scope(mapLock_);
-    CEvent*& event = events_[eventName];
+    CEventRef& event = events_[eventName];
     if (!event) {
-        event = new CEvent;
+        event = std::allocate_shared<CEvent>(CHeapAllocator<CEvent>());
     }
-    return *event;
+    return event;
 }
 
 bool CNotifyServer::listenObject(CObject& listener, const CString& senderName, const CString& eventName,
@@ -46,9 +47,9 @@ bool CNotifyServer::listenObject(CObject& listener, const CString& senderName, c
         logLineIn(text, listener.fullName());
         return false;
     }
-    CEvent& event = makeEvent(eventName);
-    CLockScope scope(event.lock);
-    CListeners& listeners = event.senders[senderName];
+    const CEventRef event = makeEvent(eventName);
+    CLockScope scope(event->lock);
+    CListeners& listeners = event->senders[senderName];
     for (const CListener& known : listeners) {
         if (known.object == &listener && known.handler == handler) {
             return true;
@@ -60,7 +61,7 @@ bool CNotifyServer::listenObject(CObject& listener, const CString& senderName, c
 }
 
 void CNotifyServer::removeListener(const CObject& listener, const CString& senderName, const CString& eventName) {
-    CEvent* event = findEvent(eventName);
+    const CEventRef event = findEvent(eventName);
     if (!event) {
         return;
     }
@@ -96,7 +97,7 @@ const CNotifyServer::CListener* CNotifyServer::findListener(const CEvent& event,
 
 bool CNotifyServer::isRegistered(const CObject& listener, const CString& senderName, const CString& eventName,
                                  int32_t listenerId) {
-    CEvent* event = findEvent(eventName);
+    const CEventRef event = findEvent(eventName);
     if (!event) {
         return false;
     }
@@ -117,7 +118,7 @@ CError* CNotifyServer::sendPosted(const CString& senderName, const CString& even
 }
 
 CError* CNotifyServer::sendBy(CDirect who, const CString& senderName, const CString& eventName, CAttributeMap& params) {
-    CEvent* event = findEvent(eventName);
+    const CEventRef event = findEvent(eventName);
     if (!event) {
         return nullptr;
     }
@@ -141,7 +142,7 @@ CError* CNotifyServer::sendBy(CDirect who, const CString& senderName, const CStr
         }
     }
     for (const CListener& listener : direct) {
-        // A handler before it may have destroyed this listener.
+        // A handler that ran before may have destroyed this listener, or the server with all of them.
         if (findListener(*event, senderName, listener.id)) {
             TARV_TRY(deliver(listener, params));
         }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "Core/CObject.h"
 
 namespace tarv {
@@ -23,11 +25,12 @@ public:
     /// Delivers an event in the order of registration: directly to listeners whose thread anchor belongs to this
     /// thread (to all if `synchronous`), by a post of a copy of `params` to the others. Listeners without an anchor
     /// are left out. `params` gets the sender's and the event's name, and with each delivery `listener`,
-    /// `listener-id` and `listener-proc`. The first failure ends the deliveries.
+    /// `listener-id` and `listener-proc`. The first failure ends the deliveries, and so does a handler that destroys
+    /// this server.
     [[nodiscard]] CError* send(const CString& senderName, const CString& eventName, CAttributeMap& params,
                                bool synchronous);
     /// As send, but each listener gets a post, also those of this thread: for a sender that holds a lock under which
-    /// nobody else's code shall run. Any thread.
+    /// no handler shall run. Any thread.
     [[nodiscard]] CError* sendPosted(const CString& senderName, const CString& eventName, CAttributeMap& params);
     /// Whether this registration of the listener still stands.
     bool isRegistered(const CObject& listener, const CString& senderName, const CString& eventName, int32_t listenerId);
@@ -41,19 +44,22 @@ private:
     using CListeners = CArray<CListener, 4>;
     using CSenderMap =
         std::map<CString, CListeners, std::less<CString>, CHeapAllocator<std::pair<const CString, CListeners>>>;
-    struct CEvent : CHeapObject {
+    /// Shared with the sends that run: a handler may destroy the server, which leaves an event without senders.
+    struct CEvent {
         CLock lock;
         CSenderMap senders;
     };
-    using CEventMap = std::map<CString, CEvent*, std::less<CString>, CHeapAllocator<std::pair<const CString, CEvent*>>>;
+    using CEventRef = std::shared_ptr<CEvent>;
+    using CEventMap =
+        std::map<CString, CEventRef, std::less<CString>, CHeapAllocator<std::pair<const CString, CEventRef>>>;
 
     /// Which listeners are called on the sender's thread; the others get a post.
     enum class CDirect : uint8_t { None, OfThread, All };
 
     [[nodiscard]] CError* sendBy(CDirect who, const CString& senderName, const CString& eventName,
                                  CAttributeMap& params);
-    CEvent* findEvent(const CString& eventName);
-    CEvent& makeEvent(const CString& eventName);
+    CEventRef findEvent(const CString& eventName);
+    CEventRef makeEvent(const CString& eventName);
     [[nodiscard]] static CError* deliver(const CListener& listener, CAttributeMap& params);
     [[nodiscard]] static CError* post(const CListener& listener, const CAttributeMap& params);
     static void describe(const CListener& listener, CAttributeMap& params);

@@ -3,6 +3,7 @@
 #include "Core/CApplication.h"
 #include "Core/CCreatorRegistry.h"
 #include "Core/CNotifyServer.h"
+#include "Core/CObjectWatch.h"
 
 namespace tarv {
 
@@ -11,6 +12,9 @@ CObject::CObject() {
 }
 
 CObject::~CObject() {
+    for (CObjectWatch* watch = watch_; watch; watch = watch->outer_) {
+        watch->object_ = nullptr;
+    }
     destroyChildren();
     releaseListeners();
     leaveObservation();

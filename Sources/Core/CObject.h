@@ -12,6 +12,7 @@ namespace tarv {
 
 class CNotifyServer;
 class CObjectEventBridge;
+class CObjectWatch;
 
 /// Makes an object of one class with the default constructor; addChild gives it its descriptor and place.
 template <class T>
@@ -51,9 +52,14 @@ public:
     [[nodiscard]] virtual CError* setAttribute(CObject* sender, const CString& name, const CAttributeValue& value);
     virtual void addEventParams(CAttributeMap& params);
 
-    /// Sets an attribute and runs its handler at once.
+    /// Sets an attribute, runs its handler at once and notifies the observers, which get the last value also where the
+    /// handler or an observer sets the attribute again. Each of them may destroy this object once it is finished: the
+    /// rest is then left out, with success.
     [[nodiscard]] CError* setAttribute(const CString& name, const CAttributeValue& value, bool immediate = true);
     [[nodiscard]] CError* setAttribute(const CString& name, const CString& text);
+    /// The same with text that holds no expressions: braces stay as they are, here, at observers and where an
+    /// expression reads the attribute. For what a user has typed.
+    [[nodiscard]] CError* setAttributePlain(const CString& name, const CString& text);
     /// The form used when text is loaded.
     [[nodiscard]] CError* addAttribute(const CString& name, const CString& text, bool immediate);
     [[nodiscard]] CError* setAttributes(const CAttributeMap& attributes, bool runHandlers);
@@ -65,16 +71,17 @@ public:
     int32_t getAttrInt(const CString& name) const;
     void* getAttrPointer(const CString& name) const;
     bool hasAttr(const CString& name) const;
-    /// As above with a default for an attribute that is absent or empty.
+    /// The same with a default for an attribute that is absent or empty.
     bool getAttrBoolOr(const CString& name, bool fallback) const;
     double getAttrRealOr(const CString& name, double fallback) const;
     int32_t getAttrIntOr(const CString& name, int32_t fallback) const;
     const CAttributeMap& attributes() const { return attributes_; }
 
     /// Adds a child of the class that `tag` (or, with `useTemplates`, a template of that name) stands for. Not
-    /// initialised.
+    /// initialised. One that this object refuses is destroyed, and `child` is null.
     [[nodiscard]] CError* addChild(CObject*& child, const CString& tag, const CString& name, bool useTemplates);
-    /// Run-time creation from a template, initialised whole. See CObjectTemplates.cpp.
+    /// Run-time creation from a template, initialised whole. A child whose start fails is destroyed, and `child` is
+    /// null.
     [[nodiscard]] CError* createChild(CObject*& child, const CString& tag, const CString& name, bool requireTemplate,
                                       const CAttributeMap* instanceAttributes = nullptr,
                                       const CAttributeMap* extraAttributes = nullptr);
@@ -90,10 +97,14 @@ public:
             return error;
         }
         child = dynamic_cast<T*>(made);
-        return child ? finishChild(*made, instanceAttributes, extraAttributes) : failInvalidClass(made);
+        error = child ? finishChild(*made, instanceAttributes, extraAttributes) : failInvalidClass(made);
+        if (error) {
+            child = nullptr;
+        }
+        return error;
     }
     CObject* findChild(const CString& name) const;
-    /// Resolves a path from this object; null when nothing stands there. The forms are told in Docs/definitions.md.
+    /// Resolves a path from this object; null when nothing stands there. Docs/definitions.md documents the forms.
     CObject* findObject(const CString& path) const;
     /// findObject with a check of the class.
     template <class T>
@@ -107,9 +118,9 @@ public:
     /// Child of lowest index with this base name, or null.
     CObject* firstChildNamed(const CString& baseName) const;
 
-    /// Tells `observer` of each later setting of `sourceAttr` under the name `targetAttr`, until either dies.
+    /// Notifies `observer` of each later setting of `sourceAttr` under the name `targetAttr`, until either dies.
     void linkObserver(CObject& observer, const CString& sourceAttr, const CString& targetAttr);
-    /// Tells `observer` of each later setting of any attribute, under the attribute's own name.
+    /// Notifies `observer` of each later setting of any attribute, under the attribute's own name.
     void addObserver(CObject& observer);
 
     /// Events: registers this object's handler for a sender's event. An unknown handler is logged and ignored.
@@ -160,6 +171,7 @@ protected:
 private:
     friend class CApplication;
     friend class CCreatorRegistry;
+    friend class CObjectWatch;
 
     template <class K, class V>
     using CMap = std::map<K, V, std::less<K>, CHeapAllocator<std::pair<const K, V>>>;
@@ -173,14 +185,16 @@ private:
     [[nodiscard]] CError* startChild(CObject*& child, const CString& tag, const CString& name, bool requireTemplate);
     [[nodiscard]] CError* finishChild(CObject& child, const CAttributeMap* instanceAttributes,
                                       const CAttributeMap* extraAttributes);
+    [[nodiscard]] CError* runStart(CObject& child, const CObjectWatch& watch);
     [[nodiscard]] CError* failInvalidClass(CObject* child);
     void setDescriptor(const CClassDescriptor* descriptor);
     void place(CObject& child, const CString& tag, const CString& requestedName, CObject* definition);
     int32_t uniqueIndex(const CString& baseName, int32_t wanted);
     CObserver* findObserver(const CObject* observer) const;
     void dropObserver(const CObject* observer);
-    [[nodiscard]] CError* tellObservers(const CString& name, const CAttributeValue& value);
-    [[nodiscard]] CError* tellObserver(CObject* observer, const CString& name, const CAttributeValue& value);
+    // These three may end with this object destroyed, and add no place of theirs to a failure.
+    [[nodiscard]] CError* notifyObservers(const CString& name);
+    [[nodiscard]] CError* notifyObserver(CObject* observer, const CString& name, const CAttributeValue& value);
     [[nodiscard]] CError* callHandler(const CString& name, bool immediate);
     void leaveObservation();
     CObject* findObjectFrom(const CString& path, int32_t variables) const;
@@ -220,7 +234,8 @@ private:
     CMap<CString, CObject*> templates_;
     COwnedArray<CObserver, 1> observers_;
     CArray<CObject*, 1> observed_;
-    CArray<CString, 1> telling_;
+    CArray<CString, 1> notifying_;
+    CObjectWatch* watch_ = nullptr;
 };
 
 }  // namespace tarv

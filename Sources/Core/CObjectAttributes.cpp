@@ -2,6 +2,7 @@
 
 #include "Core/CObject.h"
 #include "Core/CObjectExpressions.h"
+#include "Core/CObjectWatch.h"
 
 namespace tarv {
 
@@ -76,6 +77,10 @@ CError* CObject::setAttribute(const CString& name, const CString& text) {
     return setAttribute(name, CAttributeValue::fromString(text), true);
 }
 
+CError* CObject::setAttributePlain(const CString& name, const CString& text) {
+    return setAttribute(name, CAttributeValue::fromPlainString(text), true);
+}
+
 CError* CObject::addAttribute(const CString& name, const CString& text, bool immediate) {
     return setAttribute(name, CAttributeValue::fromString(text), immediate);
 }
@@ -87,28 +92,46 @@ CError* CObject::setAttribute(const CString& name, const CAttributeValue& value,
     CAttributeValue stored = value;
     expandValue(*this, name, stored);
     attributes_[name] = stored;
-    TARV_TRY(callHandler(name, immediate));
-    TARV_TRY(tellObservers(name, stored));
+    const CObjectWatch watch(*this);
+    CError* error = callHandler(name, immediate);
+    if (!watch.isAlive()) {
+        return error;
+    }
+    TARV_TRY(error);
+    // A handler that set the attribute again has notified the observers of what it set.
+    error = attributes_[name].isSame(stored) ? notifyObservers(name) : nullptr;
+    if (!watch.isAlive()) {
+        return error;
+    }
+    TARV_TRY(error);
     return nullptr;
 }
 
 CError* CObject::callHandler(const CString& name, bool immediate) {
     int32_t index = descriptor_->handlerIndex(name);
-    if (index >= 0 && immediate) {
-        TARV_TRY(descriptor_->handler(index)(*this, nullptr));
-    } else if (index >= 0) {
-        pendingHandlers_[index] = 1;
+    if (index < 0) {
+        return nullptr;
     }
+    if (immediate) {
+        return descriptor_->handler(index)(*this, nullptr);
+    }
+    pendingHandlers_[index] = 1;
     return nullptr;
 }
 
 CError* CObject::setAttributes(const CAttributeMap& attributes, bool runHandlers) {
-    for (const auto& attribute : attributes) {
-        TARV_TRY(setAttribute(attribute.first, attribute.second, false));
+    const CObjectWatch watch(*this);
+    CError* error = nullptr;
+    for (auto attribute = attributes.begin(); attribute != attributes.end() && !error && watch.isAlive(); ++attribute) {
+        error = setAttribute(attribute->first, attribute->second, false);
     }
-    if (runHandlers) {
-        TARV_TRY(runPendingHandlers());
+    if (runHandlers && !error && watch.isAlive()) {
+        error = runPendingHandlers();
     }
+    if (!watch.isAlive()) {
+        return error;
+    }
+    TARV_TRY(error);
     return nullptr;
 }
 
@@ -116,10 +139,15 @@ CError* CObject::runPendingHandlers() {
     if (readOnly_) {
         return nullptr;
     }
+    const CObjectWatch watch(*this);
     for (int32_t i = 0; i < pendingHandlers_.count(); ++i) {
         if (pendingHandlers_[i]) {
             pendingHandlers_[i] = 0;
-            TARV_TRY(descriptor_->handler(i)(*this, nullptr));
+            CError* error = descriptor_->handler(i)(*this, nullptr);
+            if (!watch.isAlive()) {
+                return error;
+            }
+            TARV_TRY(error);
         }
     }
     return nullptr;

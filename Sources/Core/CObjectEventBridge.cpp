@@ -1,6 +1,7 @@
 #include "Core/CObjectEventBridge.h"
 
 #include "Core/CNotifyServer.h"
+#include "Core/CObjectWatch.h"
 #include "Platform/ThreadId.h"
 
 namespace tarv {
@@ -103,7 +104,12 @@ CError* CObjectEventBridgeHandler::eventArrived(CAttributeMap& params) {
                                                      params["event-name"].asString(), params["listener-id"].asInt()))) {
         return nullptr;
     }
-    TARV_TRY(listener->descriptor()->handler(handler)(*listener, &params));
+    const CObjectWatch watch(*this);
+    CError* error = listener->descriptor()->handler(handler)(*listener, &params);
+    if (!watch.isAlive()) {
+        return error;
+    }
+    TARV_TRY(error);
     return nullptr;
 }
 

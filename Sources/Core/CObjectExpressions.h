@@ -7,8 +7,9 @@ namespace tarv {
 class CObject;
 
 /// Replaces the expressions in braces of a text that `object` is about to take as its attribute `name`, innermost and
-/// last first; what an expression gives is scanned again. A value of another type, or without a complete expression,
-/// stays as it is. What does not resolve is empty text. Thread: the one of the object's tree.
+/// last first; what an expression gives is scanned again, unless it is plain text. A value of another type, plain text,
+/// or text without a complete expression stays as it is. What does not resolve is empty text. Thread: the one of the
+/// object's tree.
 void expandValue(CObject& object, const CString& name, CAttributeValue& value);
 
 /// `attr`: of the object or its nearest ancestor that has one. `/path attr`: of the object at the path.

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "Core/CObject.h"
+#include "Core/CObjectWatch.h"
 #include "Core/CResourceReader.h"
 #include "Core/CompressedBlock.h"
 
@@ -99,8 +100,13 @@ CError* CObject::readChildren(CTreeCursor& cursor) {
         }
         CObject* child = nullptr;
         TARV_TRY(addChild(child, tag, name, false));
-        TARV_TRY(child->createFromBinary(cursor, true, false, false, false));
-        if (child->isTemplate_) {
+        const CObjectWatch watch(*child);
+        CError* error = child->createFromBinary(cursor, true, false, false, false);
+        if (error && watch.isAlive()) {
+            delete child;
+        }
+        TARV_TRY(error);
+        if (watch.isAlive() && child->isTemplate_) {
             templates_[child->name()] = child;
         }
     }

@@ -1,8 +1,16 @@
-// Observers: objects that hear of each setting of another object's attributes.
+// Observers: objects that are notified of each setting of another object's attributes.
 
 #include "Core/CObject.h"
+#include "Core/CObjectWatch.h"
 
 namespace tarv {
+
+namespace {
+
+// Ends a circle of attributes that never comes to rest.
+constexpr int32_t kMaxRestarts = 16;
+
+}  // namespace
 
 CObject::CObserver* CObject::findObserver(const CObject* observer) const {
     for (CObserver* entry : observers_) {
@@ -43,9 +51,9 @@ void CObject::leaveObservation() {
     observers_.deleteAll();
 }
 
-CError* CObject::tellObservers(const CString& name, const CAttributeValue& value) {
+CError* CObject::notifyObservers(const CString& name) {
     // Two attributes may follow each other: the second arrival of a name ends the circle.
-    if (observers_.isEmpty() || telling_.indexOf(name) >= 0) {
+    if (observers_.isEmpty() || notifying_.indexOf(name) >= 0) {
         return nullptr;
     }
     // A handler that runs meanwhile may add or remove observers.
@@ -53,16 +61,34 @@ CError* CObject::tellObservers(const CString& name, const CAttributeValue& value
     for (CObserver* entry : observers_) {
         observers.append(entry->observer);
     }
-    telling_.append(name);
+    const CObjectWatch watch(*this);
+    notifying_.append(name);
+    CAttributeValue value = attributes_[name];
     CError* error = nullptr;
-    for (int32_t i = 0; i < observers.count() && !error; ++i) {
-        error = tellObserver(observers[i], name, value);
+    int32_t waiting = observers.count();
+    int32_t restarts = 0;
+    for (int32_t i = 0; waiting > 0 && !error; i = (i + 1) % observers.count()) {
+        --waiting;
+        error = notifyObserver(observers[i], name, value);
+        if (!watch.isAlive()) {
+            return error;
+        }
+        // An observer may have set the attribute again: then each one gets the new value, also those before it.
+        const CAttributeValue& current = attributes_[name];
+        if (!current.isSame(value)) {
+            value = current;
+            ++restarts;
+            if (restarts <= kMaxRestarts) {
+                // The last time without the one that set it.
+                waiting = observers.count() - (restarts == kMaxRestarts ? 1 : 0);
+            }
+        }
     }
-    telling_.removeLast();
+    notifying_.removeLast();
     return error;
 }
 
-CError* CObject::tellObserver(CObject* observer, const CString& name, const CAttributeValue& value) {
+CError* CObject::notifyObserver(CObject* observer, const CString& name, const CAttributeValue& value) {
     CObserver* entry = findObserver(observer);
     if (!entry) {
         return nullptr;
@@ -75,8 +101,7 @@ CError* CObject::tellObserver(CObject* observer, const CString& name, const CAtt
         }
         target = link->second;
     }
-    TARV_TRY(observer->setAttribute(this, target, value));
-    return nullptr;
+    return observer->setAttribute(this, target, value);
 }
 
 }  // namespace tarv

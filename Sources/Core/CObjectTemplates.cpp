@@ -2,6 +2,7 @@
 
 #include "Core/CApplication.h"
 #include "Core/CObject.h"
+#include "Core/CObjectWatch.h"
 
 namespace tarv {
 
@@ -36,16 +37,35 @@ CError* CObject::startChild(CObject*& child, const CString& tag, const CString& 
 
 CError* CObject::finishChild(CObject& child, const CAttributeMap* instanceAttributes,
                              const CAttributeMap* extraAttributes) {
+    const CObjectWatch watch(child);
     child.instanceAttributes_ = instanceAttributes;
-    if (extraAttributes) {
-        TARV_TRY(child.setAttributes(*extraAttributes, false));
+    CError* error = extraAttributes ? child.setAttributes(*extraAttributes, false) : nullptr;
+    if (!error) {
+        error = runStart(child, watch);
     }
-    CError* error = child.init();
-    child.instanceAttributes_ = nullptr;
+    if (error && watch.isAlive()) {
+        delete &child;
+    }
     TARV_TRY(error);
-    TARV_TRY(child.initChildren());
-    TARV_TRY(child.runPendingHandlers());
-    TARV_TRY(child.finishInit());
+    return nullptr;
+}
+
+CError* CObject::runStart(CObject& child, const CObjectWatch& watch) {
+    const CString name(child.name());
+    CError* error = watch.isAlive() ? child.init() : nullptr;
+    if (watch.isAlive()) {
+        child.instanceAttributes_ = nullptr;
+    }
+    // Each step runs handlers, which may destroy the child.
+    for (auto step : {&CObject::initChildren, &CObject::runPendingHandlers, &CObject::finishInit}) {
+        if (!error && watch.isAlive()) {
+            error = (child.*step)();
+        }
+    }
+    TARV_TRY(error);
+    if (!watch.isAlive()) {
+        TARV_FAIL("@tarvstr_CObject_createChild_Destroyed Child '%1' was destroyed while it was created.", name);
+    }
     return nullptr;
 }
 

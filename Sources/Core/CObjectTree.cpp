@@ -32,7 +32,12 @@ CError* CObject::addChild(CObject*& child, const CString& tag, const CString& na
         logUnknownTag(tag, name, fullName_);
     }
     place(*child, tag, name, definition);
-    TARV_TRY(childAdded(child));
+    CError* error = childAdded(child);
+    if (error) {
+        delete child;
+        child = nullptr;
+    }
+    TARV_TRY(error);
     return nullptr;
 }
 

@@ -1,6 +1,7 @@
 #include "Core/CSharedAttribute.h"
 
 #include "Core/CNotifyServer.h"
+#include "Core/CObjectWatch.h"
 #include "Platform/ThreadId.h"
 
 namespace tarv {
@@ -42,8 +43,10 @@ CError* CSharedAttribute::init() {
 
 CError* CSharedAttribute::setAttribute(CObject* sender, const CString& name, const CAttributeValue& value) {
     if (sender != this) {
-        TARV_TRY(CObject::setAttribute(sender, name, value));
-    } else if (!isTaking_ && value.asString() != known_) {
+        // Returned as it is, since an observer may have destroyed this object.
+        return CObject::setAttribute(sender, name, value);
+    }
+    if (!isTaking_ && value.asString() != known_) {
         write(value.asString());
     }
     return nullptr;
@@ -71,16 +74,26 @@ void CSharedAttribute::storeWritten(CCheckedObject*) {
 
 CError* CSharedAttribute::takeStored() {
     isTold_ = false;
+    const CObjectWatch watch(*this);
+    const CString name(attribute_);
     isTaking_ = true;
-    CError* error =
-        CObject::setAttribute(attribute_, CAttributeValue::fromString(store_->readText(key_, fallback_)), true);
+    // Plain, since a user may have typed it: expressions were replaced before it was stored.
+    CError* error = setAttributePlain(name, store_->readText(key_, fallback_));
+    if (!watch.isAlive()) {
+        return error;
+    }
     isTaking_ = false;
     known_ = getAttrString(attribute_);
     return error ? addErrorLocation(error, __FILE__, __LINE__, fullName(), CString()) : nullptr;
 }
 
 CError* CSharedAttribute::storedValueChanged() {
-    TARV_TRY(takeStored());
+    const CObjectWatch watch(*this);
+    CError* error = takeStored();
+    if (!watch.isAlive()) {
+        return error;
+    }
+    TARV_TRY(error);
     CAttributeMap params;
     // Last, since a listener may destroy this object.
     return sendEvent("update", params, false);

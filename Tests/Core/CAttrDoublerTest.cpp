@@ -15,6 +15,19 @@ public:
     CError* refuse() { TARV_FAIL("@tarvstr_CRefusing_refuse_Always Refused."); }
 };
 
+/// Destroys what `victim` names when its attribute `doomed` is set.
+class CDestroying : public CObject {
+public:
+    static CError* initClass(CClassDescriptor& descriptor) {
+        descriptor.addHandler<&CDestroying::destroy>("doomed");
+        return nullptr;
+    }
+    CError* destroy() {
+        delete findObject(getAttrString("victim"));
+        return nullptr;
+    }
+};
+
 class AttrDoubler : public testing::Test {
 protected:
     std::unique_ptr<CObject> make(std::vector<std::pair<std::string, std::string>> attributes) {
@@ -39,6 +52,7 @@ protected:
     CTestApplication application{{
         {"core:object", &createObject<CObject>, nullptr},
         {"core:attr-doubler", &createObject<CAttrDoubler>, &CAttrDoubler::initClass},
+        {"test:destroying", &createObject<CDestroying>, &CDestroying::initClass},
         {"test:refusing", &createObject<CRefusing>, &CRefusing::initClass},
     }};
 };
@@ -76,6 +90,15 @@ TEST_F(AttrDoubler, LeavesOutATargetThatHasGone) {
 TEST_F(AttrDoubler, MayBeItsOwnTarget) {
     auto root = make({{"value", "1"}, {"target", ". a"}, {"attr", "value"}});
     EXPECT_EQ(at(*root, "a", "value"), "1");
+}
+
+TEST_F(AttrDoubler, ATargetMayDestroyIt) {
+    std::vector<CTestNode> children = nodes({{"target", "d a"}, {"attr", "doomed"}});
+    children.insert(children.begin(), {"test:destroying", "d", {{"victim", "holder.doubler"}}});
+    auto root = application.makeRoot(children);
+    EXPECT_EQ(consumed(root->findObject("holder.doubler")->setAttribute("value", CString("1"))), "");
+    EXPECT_EQ(root->findObject("holder.doubler"), nullptr);
+    EXPECT_FALSE(root->findObject("a")->hasAttr("doomed"));
 }
 
 TEST_F(AttrDoubler, PassesOnTheFailureOfATarget) {

@@ -77,6 +77,43 @@ TEST(ObjectExpressions, AValueOfAnotherTypeStaysAsItIs) {
     EXPECT_EQ(object.getAttrReal("x"), 0.25);
 }
 
+TEST(ObjectExpressions, PlainTextStaysAsItIs) {
+    CTestApplication application;
+    auto root = application.makeRoot({{"core:object", "o"}});
+    CObject* o = root->findObject("o");
+    for (const char* text : {"{name}", "a{b", "}{", "{*/^ name}", "", "A & B"}) {
+        ASSERT_EQ(consumed(o->setAttributePlain("title", text)), "");
+        EXPECT_EQ(o->getAttrString("title"), text);
+    }
+    ASSERT_EQ(consumed(o->setAttributePlain("number", "12")), "");
+    EXPECT_EQ(o->getAttrInt("number"), 12) << "other forms are read as of any text";
+}
+
+TEST(ObjectExpressions, PlainTextStaysAsItIsWhereverItIsRead) {
+    CTestApplication application;
+    auto root = application.makeRoot({{"core:object", "o"}, {"core:object", "observer", {{"title", "{*/o title}"}}}});
+    CObject* o = root->findObject("o");
+    CObject* observer = root->findObject("observer");
+    ASSERT_EQ(consumed(o->setAttributePlain("title", "{name} } {")), "");
+    EXPECT_EQ(observer->getAttrString("title"), "{name} } {") << "by the link";
+    ASSERT_EQ(consumed(observer->setAttribute("read", "<{/o title}|{name}>")), "");
+    EXPECT_EQ(observer->getAttrString("read"), "<{name} } {|observer>") << "by an expression, beside another one";
+    ASSERT_EQ(consumed(observer->setAttribute("again", "{read}")), "");
+    EXPECT_EQ(observer->getAttrString("again"), "<{name} } {|observer>") << "and from there";
+    ASSERT_EQ(consumed(observer->setAttribute("late", "{*/o title}")), "");
+    EXPECT_EQ(observer->getAttrString("late"), "{name} } {") << "by a link that is made now";
+}
+
+TEST(ObjectExpressions, APlainTextMayBeTheNameInAnExpression) {
+    CTestApplication application;
+    auto root = application.makeRoot({{"core:object", "o"}});
+    CObject* o = root->findObject("o");
+    ASSERT_EQ(consumed(o->setAttribute("a}", "found")), "");
+    ASSERT_EQ(consumed(o->setAttributePlain("which", "a}")), "");
+    ASSERT_EQ(consumed(o->setAttribute("x", "{{which}}")), "");
+    EXPECT_EQ(o->getAttrString("x"), "found");
+}
+
 TEST(ObjectExpressions, AnInstanceWithoutTheAttributeAsksItsAncestors) {
     CTestApplication application;
     auto root = application.makeRoot({{"core:object", "a", {{"x", ""}}, {{"core:object", "b"}}}});

@@ -154,6 +154,24 @@ TEST(ObjectTemplates, AFailingInitTellsWhere) {
     EXPECT_NE(error.find("Sources/Core/CObjectTemplates( "), std::string::npos) << error;
 }
 
+TEST(ObjectTemplates, AChildWhoseStartFailsLeavesNothingInTheTree) {
+    CTestApplication application(kRows);
+    auto root =
+        application.makeRoot({testTemplate("t", "test:made", {{"fail-init", "true"}}),
+                              testTemplate("deep", "test:other", {}, {{"test:made", "x", {{"fail-init", "1"}}}}),
+                              testTemplate("good", "test:made")});
+    const int32_t count = root->children().count();
+    CObject* child = root.get();
+    EXPECT_NE(consumed(root->createChild(child, "t", "x", true)), "");
+    EXPECT_EQ(child, nullptr);
+    EXPECT_NE(consumed(root->createChild(child, "deep", "x", true)), "");
+    EXPECT_EQ(child, nullptr);
+    EXPECT_EQ(root->children().count(), count);
+    EXPECT_EQ(root->findObject("x"), nullptr);
+    ASSERT_EQ(consumed(root->createChild(child, "good", "x", true)), "");
+    EXPECT_EQ(child->name(), "x") << "the name is free again";
+}
+
 TEST(ObjectTemplates, ADefinitionIsStoredAndNotBuilt) {
     CTestApplication application(kRows);
     CLogCapture log;

@@ -196,6 +196,27 @@ TEST(ObjectTree, DestructionTakesTheChildrenAndLeavesTheParent) {
     EXPECT_TRUE(root->children().isEmpty());
 }
 
+TEST(ObjectTree, AChildThatItsParentRefusesIsDestroyed) {
+    CTestApplication application(kRows);
+    auto root = application.makeRoot();
+    CObject* parent = add(*root, "p", "test:recorder");
+    ASSERT_EQ(consumed(parent->setAttribute("refuse", "true")), "");
+    CObject* child = parent;
+    EXPECT_EQ(consumed(parent->addChild(child, "core:object", "x", false)).find("Refused 'x'.\r\n"), 0u);
+    EXPECT_EQ(child, nullptr);
+    EXPECT_TRUE(parent->children().isEmpty());
+}
+
+TEST(ObjectTree, AChildOfADefinitionWhoseStartFailsIsDestroyed) {
+    CTestApplication application(kRows);
+    auto root = application.makeRoot();
+    const std::string text = consumed(
+        loadTree(*root, {{"core:object", "a"}, {"test:recorder", "p", {{"refuse", "true"}}, {{"core:object", "x"}}}}));
+    EXPECT_EQ(text.find("Refused 'x'.\r\n"), 0u) << text;
+    EXPECT_NE(root->findObject("a"), nullptr);
+    EXPECT_EQ(root->findObject("p"), nullptr);
+}
+
 TEST(ObjectTree, ARemovedChildBelongsToTheCaller) {
     CTestApplication application(kRows);
     auto root = application.makeRoot({{"core:object", "a"}, {"core:object", "a"}});

@@ -121,9 +121,7 @@ TEST_F(EditorLife, EachMissingObjectFailsWithItsMessage) {
     root = makeRoot();
     EXPECT_EQ(firstLine(loadTree(*root, nodes(kGroupNamesParam, "plugin.interface-base-connector", "ui.nowhere"))),
               "No client connector 'ui.nowhere' found.");
-    EXPECT_EQ(connector_->clientCount(), 2);
-    root.reset();
-    EXPECT_EQ(connector_->clientCount(), 1);
+    EXPECT_EQ(connector_->clientCount(), 1) << "a tree whose start fails leaves no connector";
 }
 
 }  // namespace

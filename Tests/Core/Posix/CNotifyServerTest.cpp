@@ -1,5 +1,6 @@
 #include "Core/CNotifyServer.h"
 
+#include <functional>
 #include <thread>
 
 #include "Core/CObjectEventBridge.h"
@@ -17,6 +18,7 @@ public:
     static std::vector<std::string> heard;
     static std::vector<uint64_t> threads;
     static CObject* victim;
+    static std::function<void()> onHear;
 
     static CError* initClass(CClassDescriptor& descriptor) {
         descriptor.addHandler<&CListening::hear>("hear");
@@ -24,6 +26,9 @@ public:
         descriptor.addHandler<&CListening::fail>("fail");
         descriptor.addHandler<&CListening::destroyVictim>("destroy-victim");
         descriptor.addHandler<&CListening::releaseSelf>("release-self");
+        descriptor.addHandler<&CListening::sendInner>("send-inner");
+        descriptor.addHandler<&CListening::destroyAndFail>("destroy-and-fail");
+        descriptor.addHandler<&CListening::call>("call");
         return nullptr;
     }
     CError* hear(CAttributeMap& params) {
@@ -44,11 +49,24 @@ public:
         return nullptr;
     }
     CError* releaseSelf() { return releaseBridged(); }
+    CError* sendInner() {
+        CAttributeMap params;
+        return sendEvent("inner", params, false);
+    }
+    CError* destroyAndFail() {
+        delete std::exchange(victim, nullptr);
+        return addErrorLocation(nullptr, __FILE__, __LINE__, CString(), "@tarvstr_CListening_fail_Always Cannot hear.");
+    }
+    CError* call() {
+        onHear();
+        return nullptr;
+    }
 };
 
 std::vector<std::string> CListening::heard;
 std::vector<uint64_t> CListening::threads;
 CObject* CListening::victim = nullptr;
+std::function<void()> CListening::onHear;
 
 const std::vector<CCreatorRow> kRows = {
     {"core:object", &createObject<CObject>, nullptr},
@@ -71,6 +89,7 @@ struct CNotifyTest : testing::Test {
         sender = root->findObject("ui.sender");
     }
     CObject* at(const char* path) { return root->findObject(path); }
+    static CObject& at(const CObject& tree, const char* path) { return *tree.findObject(path); }
     std::string send(const char* event, bool synchronous = false) {
         params.clear();
         params["value"] = CAttributeValue::fromInt(7);
@@ -172,6 +191,47 @@ TEST_F(CNotifyTest, AHandlerMayDestroyTheSender) {
     EXPECT_EQ(CListening::heard, (std::vector<std::string>{"two: ui.sender update ui.two hear 7"}));
     EXPECT_NE(error.find("Sources/Core/CObject( "), std::string::npos);
     EXPECT_NE(error.find(" ) // ui.sender\r\n"), std::string::npos) << error;
+}
+
+TEST_F(CNotifyTest, AHandlerMayDestroyTheWholeTree) {
+    CListening::victim = root.release();
+    at(*CListening::victim, "ui.one").listenObject("ui.sender", "update", "destroy-victim");
+    at(*CListening::victim, "ui.two").listenObject("ui.sender", "update", "hear");
+    EXPECT_EQ(send("update"), "");
+    EXPECT_EQ(CListening::victim, nullptr);
+    EXPECT_TRUE(CListening::heard.empty());
+}
+
+TEST_F(CNotifyTest, TheTreeMayGoWithinAnEventWithinAnEvent) {
+    CListening::victim = root.release();
+    at(*CListening::victim, "ui.one").listenObject("ui.sender", "outer", "send-inner");
+    at(*CListening::victim, "ui.two").listenObject("ui.sender", "outer", "hear");
+    at(*CListening::victim, "ui.two").listenObject("ui.one", "inner", "destroy-victim");
+    at(*CListening::victim, "ui.three").listenObject("ui.one", "inner", "hear");
+    EXPECT_EQ(send("outer"), "");
+    EXPECT_EQ(CListening::victim, nullptr);
+    EXPECT_TRUE(CListening::heard.empty());
+}
+
+TEST_F(CNotifyTest, APostedHandlerMayDestroyTheWholeTreeAndFail) {
+    CListening::victim = root.release();
+    at(*CListening::victim, "ui.one").listenObject("ui.sender", "update", "destroy-and-fail");
+    std::thread([&] { EXPECT_EQ(send("update"), ""); }).join();
+    CLogCapture log;
+    pumpEvents();
+    EXPECT_EQ(CListening::victim, nullptr);
+    EXPECT_EQ(log.lines.at(0).find("Cannot hear."), 0u) << log.lines.at(0);
+}
+
+TEST_F(CNotifyTest, AHandlerMayDestroyAServerThatStandsAlone) {
+    auto server = std::make_unique<CNotifyServer>();
+    CAttributeMap own;
+    CListening::onHear = [&] { server.reset(); };
+    ASSERT_TRUE(server->listenObject(*at("ui.one"), "anybody", "update", "call"));
+    ASSERT_TRUE(server->listenObject(*at("ui.two"), "anybody", "update", "hear"));
+    EXPECT_EQ(consumed(server->send("anybody", "update", own, false)), "");
+    EXPECT_EQ(server, nullptr);
+    EXPECT_TRUE(CListening::heard.empty());
 }
 
 TEST_F(CNotifyTest, AnEventFromAnotherThreadArrivesLaterOnTheAnchorsThread) {

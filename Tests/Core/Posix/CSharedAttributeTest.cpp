@@ -40,6 +40,15 @@ TEST_F(SharedAttribute, WritesEachChangeAtOnce) {
     EXPECT_TRUE(listener(*editor).values.empty());
 }
 
+TEST_F(SharedAttribute, BracesOfAUserStayAsTheyAre) {
+    auto editor = makeEditor();
+    ASSERT_EQ(consumed(editor->findObject("ui.tablet")->setAttributePlain("tablet-mode", "{name}")), "");
+    EXPECT_EQ(CGlobalData().readText("tablet", "none"), "{name}");
+    auto second = makeEditor();
+    EXPECT_EQ(valueOf(*second), "{name}");
+    EXPECT_EQ(second->findObject("ui.follower")->getAttrString("value"), "{name}");
+}
+
 TEST_F(SharedAttribute, ASettingThatChangesNothingIsNotWritten) {
     CGlobalData().writeText("tablet", "true");
     auto editor = makeEditor();
