@@ -13,6 +13,9 @@ CAudioParamRegistry::~CAudioParamRegistry() {
     if (collector_ && isLive(static_cast<CObject*>(collector_))) {
         collector_->removeRegistry(*this);
     }
+    if (isMaster_ && undo_ && isLive(static_cast<CObject*>(undo_))) {
+        undo_->setPrograms(nullptr);
+    }
 }
 
 CError* CAudioParamRegistry::init() {
@@ -41,6 +44,9 @@ CError* CAudioParamRegistry::init() {
     }
     if (isMaster_) {
         initBanks();
+        if (undo_) {
+            undo_->setPrograms(this);
+        }
     }
     collector_->addRegistry(*this);
     return nullptr;
@@ -106,8 +112,8 @@ void CAudioParamRegistry::onParamChanged(CAudioParam& param, int32_t, int32_t, i
     bool isRenamed = false;
     {
         CLockScope scope(bankLock_);
-        isRenamed = renameSlot(session_.selectedIndex(), param.text(0, 0)) || isNameUntold_;
-        isNameUntold_ = false;
+        isRenamed = renameSlot(session_.selectedIndex(), param.text(0, 0)) || isNamePending_;
+        isNamePending_ = false;
     }
     if (isRenamed) {
         notifyBridges(kProgramUpdate);

@@ -16,14 +16,15 @@ struct CPresetRequest {
 
 /// The preset view of a part of the parameters (`audio:param-registry`): captures what lies under its hierarchy into
 /// presets and applies them. A master owns the banks and the alternate (A/B) state. Any thread but the audio thread.
-/// Locks in their order: the history's, the bank lock, the parameter list's, a parameter's; those who listen to
-/// parameters and to the registry are told when none is held. Connected bridges hear of `kProgramUpdate` when the
-/// current preset, its name or the bank changed.
+/// Locks in their order: the history's, the bank lock, the parameter list's, a parameter's. Listeners of parameters and
+/// bridges are notified when none is held. Connected bridges get `kProgramUpdate` when the current preset, its name or
+/// the bank changed.
 class CAudioParamRegistry : public CObject,
                             public CBridgeBase,
                             public CAudioParamReceiver,
                             private CAudioParamListener,
-                            private CAudioUndoDeed::CWitness {
+                            private CAudioUndoAction::CObserver,
+                            private CAudioUndoPrograms {
 public:
     static constexpr const char* kProgramUpdate = "program";
 
@@ -74,6 +75,9 @@ public:
     int32_t romCount() const;
     CString romName(int32_t index) const;
     CString bankName(bool ofRom) const;
+    /// The identity of a slot's program: it stays the same wherever the program moves, whatever it holds, and while a
+    /// step of the history holds it. 0 for an index out of range. A bank that is loaded has programs of new identities.
+    uint64_t programId(int32_t index) const;
     /// Makes a slot the current one and applies it. The current index again, and one out of range, change nothing.
     void selectProgram(int32_t index);
     /// Puts a new preset of the current state at an index in 0..programCount.
@@ -84,9 +88,10 @@ public:
     /// Overwrites a slot with the current state; its name stays.
     void replaceProgram(int32_t index);
 
-    /// Exchanges the current state and the alternate one, each with its own history. At first both are the same.
+    /// Exchanges the current state and the alternate one: the values, the current program of each, and its history. At
+    /// first both are the same. If the other state's program is gone, the current one stays.
     void swapAB();
-    /// The alternate state becomes a copy of the current one.
+    /// The alternate state becomes a copy of the current one, with its program.
     void copyToAlternate();
     /// Whether the state that is not the first one is current.
     bool isAlternate() const;
@@ -110,15 +115,13 @@ public:
     CString groupName(int32_t group) const;
 
 private:
-    class CBankDeed;
-    class CSelectDeed;
-    class CRenameDeed;
+    class CProgramAction;
     struct CAlternate;
     using CAssignment = CAudioParamCollector::CAssignment;
     using CAssignments = CArray<CAssignment, 1>;
 
     /// One action on the values and the banks: holds the history's lock and the bank lock, gathers what it does as a
-    /// step, and tells those who listen when the locks are released.
+    /// step, and notifies when the locks are released.
     class CAction;
 
     // CAudioParamRegistryPresets.cpp: between parameters and presets.
@@ -135,7 +138,7 @@ private:
                                        CAssignments& assignments, const bool* isUsed) const;
     [[nodiscard]] static CError* decodeRecord(CMemoryReader& reader, const CAudioPreset& preset, int32_t index,
                                               const CAudioParamInfo& info, CAudioParamData& data, bool& isForeign);
-    void capture(CAudioPreset& preset, bool withPersistent) const;
+    bool capture(CAudioPreset& preset, bool withPersistent) const;
     void extractGroup(CAudioPreset& preset, int32_t group) const;
     void addNameShown(const CString& displayName, CAssignments& assignments) const;
     void addDefaults(CAssignments& assignments) const;
@@ -148,11 +151,15 @@ private:
     CAudioPreset& slot() { return session_.preset(session_.selectedIndex()); }
     void nameCurrent();
     void captureCurrent();
-    void exchangeBank(CAudioPresetBank& bank);
-    void moveSelection(int32_t index);
+    void identify(CAudioPresetBank& bank);
+    void markChanged(CAudioPreset& program);
+    void followStore(const CAudioPreset& program);
     bool renameSlot(int32_t index, const CString& displayName);
+    [[nodiscard]] CError* replaceBank(CAudioPresetBank& loaded, const CPresetRequest& request);
     void onParamChanged(CAudioParam& param, int32_t group, int32_t first, int32_t count) override;
-    void deedsChanged() override { notifyBridges(kProgramUpdate); }
+    void actionsMoved() override { notifyBridges(kProgramUpdate); }
+    uint64_t currentProgramId() const override;
+    void adoptStep(CAudioParamUndoStep& step) override;
 
     CString hierarchy_;
     CString id_;
@@ -171,12 +178,14 @@ private:
     mutable CLock bankLock_;
     CAudioPresetBank rom_;
     CAudioPresetBank session_;
-    bool isNameUntold_ = false;  ///< the current slot took its name from the parameter before its listener came
+    bool isNamePending_ = false;  ///< the slot took its name from the parameter before the listener was called
+    uint64_t lastProgramId_ = 0;
+    uint64_t changeClock_ = 0;  ///< counts changes of programs
     std::unique_ptr<CAlternate> alternate_;
     bool isAlternate_ = false;
 };
 
-/// The name of a registry's current preset, to read and to write. Tells `changed` on the thread that changed it.
+/// The name of a registry's current preset, to read and to write. Calls `changed` on the thread that changed it.
 class CAudioParamRegistryNameBridge final : public CBridge {
 public:
     CAudioParamRegistryNameBridge(CAudioParamRegistry& registry, void (*changed)(void*), void* user);

@@ -28,6 +28,13 @@ void CAudioParamRegistry::initBanks() {
     if (session_.count() == 0) {
         session_.append().setName(id_ + ":" + kDefaultName);
     }
+    identify(session_);
+}
+
+void CAudioParamRegistry::identify(CAudioPresetBank& bank) {
+    for (int32_t i = 0; i < bank.count(); ++i) {
+        bank.preset(i).identity().id = ++lastProgramId_;
+    }
 }
 
 CError* CAudioParamRegistry::requireMaster(const char* message) const {
@@ -37,29 +44,59 @@ CError* CAudioParamRegistry::requireMaster(const char* message) const {
     return nullptr;
 }
 
-// The slot follows the parameter of the name. Its listener comes when all locks are free, which is too late where the
-// history goes on from a step of that parameter to one of the bank.
+// The slot follows the parameter of the name. Its listener is called when all locks are free, which is too late where
+// the history goes on from a step of that parameter to one of the bank.
 void CAudioParamRegistry::nameCurrent() {
     if (nameParam_ && nameParam_->isDefined()) {
-        isNameUntold_ = renameSlot(session_.selectedIndex(), nameParam_->text(0, 0)) || isNameUntold_;
+        isNamePending_ = renameSlot(session_.selectedIndex(), nameParam_->text(0, 0)) || isNamePending_;
     }
 }
 
 void CAudioParamRegistry::captureCurrent() {
     nameCurrent();
-    capture(slot(), true);
+    if (capture(slot(), true)) {
+        markChanged(slot());
+    }
 }
 
-void CAudioParamRegistry::exchangeBank(CAudioPresetBank& bank) {
-    CLockScope scope(bankLock_);
-    captureCurrent();
-    session_.swap(bank);
+void CAudioParamRegistry::markChanged(CAudioPreset& program) {
+    program.identity().changedAt[isAlternate_ ? 1 : 0] = ++changeClock_;
 }
 
-void CAudioParamRegistry::moveSelection(int32_t index) {
+// What is stored in a program that is current in the other state only is that state's value from then on: coming back
+// to it must not bring back what was replaced.
+void CAudioParamRegistry::followStore(const CAudioPreset& program) {
+    if (alternate_ && alternate_->programId == program.identity().id && &program != &slot()) {
+        alternate_->preset.copyFrom(program);
+    }
+}
+
+uint64_t CAudioParamRegistry::currentProgramId() const {
+    return programId(currentProgram());
+}
+
+uint64_t CAudioParamRegistry::programId(int32_t index) const {
     CLockScope scope(bankLock_);
-    captureCurrent();
-    session_.select(index);
+    return index >= 0 && index < session_.count() ? session_.preset(index).identity().id : 0;
+}
+
+// A name that was set as a parameter is a program's name: the step takes it back by the program's identity.
+void CAudioParamRegistry::adoptStep(CAudioParamUndoStep& step) {
+    CLockScope scope(bankLock_);
+    step.programId = slot().identity().id;
+    const auto found = step.values.find(nameParam_);
+    if (found == step.values.end()) {
+        return;
+    }
+    const CString* before = found->second.firstText(CAudioUndoValues::CSide::Before);
+    const CString* after = found->second.firstText(CAudioUndoValues::CSide::After);
+    if (before && after && !step.action) {
+        nameCurrent();
+        auto action = std::make_unique<CProgramAction>(*this);
+        action->rename(step.programId, *before, *after);
+        step.action = std::move(action);
+    }
+    step.values.erase(found);
 }
 
 bool CAudioParamRegistry::renameSlot(int32_t index, const CString& displayName) {
@@ -68,6 +105,7 @@ bool CAudioParamRegistry::renameSlot(int32_t index, const CString& displayName) 
         return false;
     }
     session_.preset(index).setDisplayName(displayName);
+    markChanged(session_.preset(index));
     return true;
 }
 
@@ -108,20 +146,12 @@ bool CAudioParamRegistry::isAlternate() const {
 
 void CAudioParamRegistry::selectProgram(int32_t index) {
     CAction action(*this);
-    const int32_t current = session_.selectedIndex();
-    if (index < 0 || index >= session_.count() || index == current) {
+    if (index < 0 || index >= session_.count() || index == session_.selectedIndex()) {
         return;
     }
-    CAssignments assignments;
-    if (CError* error = decode(session_.preset(index), {}, assignments)) {
-        TARV_CONSUME(error);
-        return;
-    }
-    addNameShown(session_.preset(index).displayName(), assignments);
-    moveSelection(index);
-    action.record(activationLabel(-1), std::make_unique<CSelectDeed>(*this, current, index));
-    action.assign(assignments);
-    action.noteProgram();
+    auto programs = std::make_unique<CProgramAction>(*this);
+    programs->select(slot().identity().id, programId(index));
+    action.carryOut(activationLabel(-1), std::move(programs));
 }
 
 void CAudioParamRegistry::addProgram(int32_t index, const CString& displayName) {
@@ -133,13 +163,14 @@ void CAudioParamRegistry::addProgram(int32_t index, const CString& displayName) 
         return;
     }
     captureCurrent();
-    auto deed = std::make_unique<CBankDeed>(*this);
-    CAudioPreset preset;
-    preset.copyFrom(slot());
-    preset.setName(id_ + ":" + displayName);
-    session_.insert(index, preset);
-    action.record("Program add", std::move(deed));
-    action.noteProgram();
+    auto program = std::make_unique<CAudioPreset>();
+    program->copyFrom(slot());
+    program->setName(id_ + ":" + displayName);
+    program->identity().id = ++lastProgramId_;
+    markChanged(*program);
+    auto programs = std::make_unique<CProgramAction>(*this);
+    programs->add(std::move(program), programId(index - 1));
+    action.carryOut("Program add", std::move(programs));
 }
 
 void CAudioParamRegistry::deleteProgram(int32_t index) {
@@ -147,42 +178,27 @@ void CAudioParamRegistry::deleteProgram(int32_t index) {
     if (index < 0 || index >= session_.count() || session_.count() == 1) {
         return;
     }
-    captureCurrent();
-    auto deed = std::make_unique<CBankDeed>(*this);
-    const bool isCurrent = index == session_.selectedIndex();
-    CAssignments assignments;
-    if (isCurrent) {
-        const CAudioPreset& next = session_.preset(index + 1 < session_.count() ? index + 1 : index - 1);
-        if (CError* error = decode(next, {}, assignments)) {
-            TARV_CONSUME(error);
-            return;
-        }
-        addNameShown(next.displayName(), assignments);
+    auto programs = std::make_unique<CProgramAction>(*this);
+    programs->remove(programId(index));
+    if (index == session_.selectedIndex()) {
+        const int32_t next = index + 1 < session_.count() ? index + 1 : index - 1;
+        programs->select(programId(index), programId(next));
     }
-    session_.remove(index);
-    action.record("Program delete", std::move(deed));
-    action.assign(assignments);
-    action.noteProgram();
+    action.carryOut("Program delete", std::move(programs));
 }
 
 void CAudioParamRegistry::renameProgram(int32_t index, const CString& displayName) {
     CAction action(*this);
-    if (index < 0 || index >= session_.count() || session_.preset(index).displayName() == displayName) {
+    if (index < 0 || index >= session_.count()) {
         return;
     }
-    std::unique_ptr<CAudioUndoDeed> deed;
-    CAssignments assignments;
-    if (index == session_.selectedIndex()) {
-        addNameShown(displayName, assignments);
+    nameCurrent();
+    if (session_.preset(index).displayName() == displayName) {
+        return;
     }
-    // The current slot follows the parameter of the name, and so its history.
-    if (assignments.isEmpty()) {
-        deed = std::make_unique<CRenameDeed>(*this, index, session_.preset(index).displayName(), displayName);
-    }
-    renameSlot(index, displayName);
-    action.record("Program name change", std::move(deed));
-    action.assign(assignments);
-    action.noteProgram();
+    auto programs = std::make_unique<CProgramAction>(*this);
+    programs->rename(programId(index), session_.preset(index).displayName(), displayName);
+    action.carryOut("Program name change", std::move(programs));
 }
 
 void CAudioParamRegistry::replaceProgram(int32_t index) {
@@ -191,12 +207,13 @@ void CAudioParamRegistry::replaceProgram(int32_t index) {
         return;
     }
     captureCurrent();
-    auto deed = std::make_unique<CBankDeed>(*this);
-    const CString name = session_.preset(index).name();
-    session_.preset(index).copyFrom(slot());
-    session_.preset(index).setName(name);
-    action.record("Program replace", std::move(deed));
-    action.noteProgram();
+    CAudioPreset contents;
+    contents.copyFrom(slot());
+    contents.setName(session_.preset(index).name());
+    auto programs = std::make_unique<CProgramAction>(*this);
+    programs->replace(programId(index), contents);
+    action.carryOut("Program replace", std::move(programs));
+    action.dropIdleStep();
 }
 
 CError* CAudioParamRegistry::activateBank(CMemoryReader& stream, const CPresetRequest& request) {
@@ -206,6 +223,11 @@ CError* CAudioParamRegistry::activateBank(CMemoryReader& stream, const CPresetRe
     CAudioPresetBank loaded;
     TARV_TRY(loaded.load(stream));
     TARV_TRY(expectStreamEnd(stream));
+    TARV_TRY(replaceBank(loaded, request));
+    return nullptr;
+}
+
+CError* CAudioParamRegistry::replaceBank(CAudioPresetBank& loaded, const CPresetRequest& request) {
     CAction action(*this);
     bool isCompatible = loaded.count() > 0;
     for (int32_t i = 0; i < loaded.count(); ++i) {
@@ -218,15 +240,27 @@ CError* CAudioParamRegistry::activateBank(CMemoryReader& stream, const CPresetRe
     const CAudioPreset& current = loaded.preset(loaded.selectedIndex());
     CAssignments assignments;
     TARV_TRY(decode(current, request, assignments));
-    addNameShown(current.displayName(), assignments);
-    if (request.isRecorded) {
-        captureCurrent();
-        action.record(activationLabel(-1), std::make_unique<CBankDeed>(*this));
+    identify(loaded);
+    if (!request.isRecorded) {
+        addNameShown(current.displayName(), assignments);
+        loaded.setName(kSessionName);
+        session_.take(loaded);
+        action.assign(assignments);
+        action.endProgramSteps();
+        action.noteProgram();
+        return nullptr;
     }
-    loaded.setName(kSessionName);
-    session_.take(loaded);
-    action.assign(assignments);
-    action.noteProgram();
+    auto programs = std::make_unique<CProgramAction>(*this, request.withPersistent);
+    programs->select(slot().identity().id, current.identity().id);
+    for (int32_t i = 0; i < session_.count(); ++i) {
+        programs->remove(programId(i));
+    }
+    for (uint64_t predecessor = 0; loaded.count() > 0;) {
+        const uint64_t id = loaded.preset(0).identity().id;
+        programs->add(loaded.takeOut(0), predecessor);
+        predecessor = id;
+    }
+    action.carryOut(activationLabel(-1), std::move(programs));
     return nullptr;
 }
 
@@ -241,11 +275,13 @@ CError* CAudioParamRegistry::activateRomPreset(int32_t index) {
     }
     CAssignments assignments;
     TARV_TRY(decode(rom_.preset(index), {}, assignments));
-    addNameShown(rom_.preset(index).displayName(), assignments);
-    slot().copyFrom(rom_.preset(index));
-    action.record("ROM preset activate");
+    CAudioPreset contents;
+    contents.copyFrom(rom_.preset(index));
+    auto programs = std::make_unique<CProgramAction>(*this);
+    programs->replace(slot().identity().id, contents);
+    action.carryOut("ROM preset activate", std::move(programs));
     action.assign(assignments);
-    action.noteProgram();
+    action.dropIdleStep();
     return nullptr;
 }
 
@@ -275,24 +311,35 @@ void CAudioParamRegistry::swapAB() {
         return;
     }
     CAction action(*this);
+    captureCurrent();
+    const uint64_t present = slot().identity().id;
     CAudioPreset fresh(slot().name());
     capture(fresh, false);
     if (!alternate_) {
         alternate_ = std::make_unique<CAlternate>();
         alternate_->preset.copyFrom(fresh);
+        alternate_->programId = present;
     }
     CAssignments assignments;
     if (CError* error = decode(alternate_->preset, {}, assignments)) {
         TARV_CONSUME(error);
         return;
     }
-    addNameShown(alternate_->preset.displayName(), assignments);
+    const int32_t next = session_.indexOf(alternate_->programId);
+    if (next >= 0) {
+        session_.select(next);
+    }
+    addNameShown(slot().displayName(), assignments);
     alternate_->preset.take(fresh);
+    const uint64_t former = std::exchange(alternate_->programId, present);
     action.assign(assignments);
     action.noteProgram();
     isAlternate_ = !isAlternate_;
     if (undo_) {
         undo_->swapList(alternate_->history);
+        if (next < 0) {
+            undo_->moveValues(former, present);
+        }
     }
 }
 
@@ -306,6 +353,7 @@ void CAudioParamRegistry::copyToAlternate() {
     }
     alternate_->preset.clear();
     alternate_->preset.setName(slot().name());
+    alternate_->programId = slot().identity().id;
     capture(alternate_->preset, false);
 }
 

@@ -149,7 +149,8 @@ CError* CAudioParamRegistry::decode(const CAudioPreset& preset, const CPresetReq
     return nullptr;
 }
 
-void CAudioParamRegistry::capture(CAudioPreset& preset, bool withPersistent) const {
+bool CAudioParamRegistry::capture(CAudioPreset& preset, bool withPersistent) const {
+    bool isChanged = false;
     CByteBuffer record;
     for (const CEntry* entry : entries()) {
         const CAudioParam& param = *entry->param;
@@ -160,11 +161,12 @@ void CAudioParamRegistry::capture(CAudioPreset& preset, bool withPersistent) con
             CLockScope scope(param.lock());
             record = param.storedRecord();
         }
-        preset.setRecord(entry->keyBytes, record);
+        isChanged = preset.setRecord(entry->keyBytes, record) || isChanged;
         if (entry->formerKey) {
             preset.removeRecord(entry->formerKey);
         }
     }
+    return isChanged;
 }
 
 void CAudioParamRegistry::extractGroup(CAudioPreset& preset, int32_t group) const {
@@ -221,18 +223,32 @@ CError* CAudioParamRegistry::activatePreset(CMemoryReader& stream, const CPreset
     TARV_TRY(requirePrefix(preset));
     CAssignments assignments;
     TARV_TRY(decode(preset, request, assignments));
-    addNameShown(preset.displayName(), assignments);
     CAction action(*this);
-    if (request.isRecorded) {
-        action.record(activationLabel(request.group));
-    }
-    action.assign(assignments);
-    if (isMaster_) {
-        if (request.group < 0) {
-            slot().take(preset);
-        } else {
-            slot().setName(preset.name());
+    if (!isMaster_) {
+        if (request.isRecorded) {
+            action.record(activationLabel(request.group));
         }
+        action.assign(assignments);
+        return nullptr;
+    }
+    if (request.group >= 0) {
+        // The slot takes the name only; its records are captured anew.
+        captureCurrent();
+        const CString name = preset.name();
+        preset.copyFrom(slot());
+        preset.setName(name);
+    }
+    if (request.isRecorded) {
+        auto programs = std::make_unique<CProgramAction>(*this);
+        programs->replace(slot().identity().id, preset);
+        action.carryOut(activationLabel(request.group), std::move(programs));
+        action.assign(assignments);
+        action.dropIdleStep();
+    } else {
+        addNameShown(preset.displayName(), assignments);
+        slot().take(preset);
+        markChanged(slot());
+        action.assign(assignments);
         action.noteProgram();
     }
     return nullptr;

@@ -5,12 +5,25 @@
 
 namespace tarv {
 
-void CAudioParamUndoStep::add(CAudioParam& param, CAudioParamData before, CAudioParamData after) {
-    const auto found = values.find(&param);
-    if (found == values.end()) {
-        values.emplace(&param, CValues{std::move(before), std::move(after)});
-    } else {
-        found->second.after = std::move(after);
+void CAudioUndoAction::CTouched::add(CAudioParam& param) {
+    if (params.indexOf(&param) < 0) {
+        params.append(&param);
+    }
+}
+
+void CAudioUndoAction::CTouched::add(CObserver& observer) {
+    if (observers.indexOf(&observer) < 0) {
+        observers.append(&observer);
+    }
+}
+
+void CAudioParamUndoStep::add(CAudioParam& param, const CAudioParamData& before, const CAudioParamData& after) {
+    add(param, CAudioUndoValues(before, after));
+}
+
+void CAudioParamUndoStep::add(CAudioParam& param, CAudioUndoValues&& difference) {
+    if (!difference.isEmpty()) {
+        values[&param].add(std::move(difference));
     }
 }
 
@@ -18,6 +31,19 @@ void CAudioParamUndoList::swap(CAudioParamUndoList& other) {
     using CSteps = CArray<CAudioParamUndoStep*, 4>;
     std::swap(static_cast<CSteps&>(steps), static_cast<CSteps&>(other.steps));
     std::swap(position, other.position);
+}
+
+void CAudioParamUndoList::endActions() {
+    for (int32_t i = steps.count() - 1; i >= 0; --i) {
+        CAudioParamUndoStep& step = *steps[i];
+        step.action.reset();
+        step.programId = 0;
+        if (step.isEmpty()) {
+            delete &step;
+            steps.removeAt(i);
+            position -= i < position ? 1 : 0;
+        }
+    }
 }
 
 CError* CAudioParamUndo::init() {
@@ -32,23 +58,24 @@ void CAudioParamUndo::historyChanged() {
 }
 
 bool CAudioParamUndo::mergeIntoLast(CAudioParamUndoStep& step) {
-    if (list_.steps.isEmpty() || !step.coalesce || step.deed) {
+    if (list_.steps.isEmpty() || !step.coalesce || step.coalesceKey == CAudioParamUndoStep::kNoKey) {
         return false;
     }
     CAudioParamUndoStep& last = *list_.steps.last();
-    if (!last.coalesce || step.coalesceKey == CAudioParamUndoStep::kNoKey || last.coalesceKey != step.coalesceKey ||
-        last.deed) {
+    if (!last.coalesce || last.coalesceKey != step.coalesceKey || last.programId != step.programId ||
+        !last.action != !step.action) {
         return false;
     }
     const bool isPart = std::all_of(step.values.begin(), step.values.end(), [&last](const auto& entry) {
         return last.values.find(entry.first) != last.values.end();
     });
-    if (isPart) {
-        for (auto& [param, values] : step.values) {
-            last.values.find(param)->second.after = std::move(values.after);
-        }
+    if (!isPart || (step.action && !last.action->merge(*step.action))) {
+        return false;
     }
-    return isPart;
+    for (auto& [param, values] : step.values) {
+        last.add(*param, std::move(values));
+    }
+    return true;
 }
 
 void CAudioParamUndo::append(std::unique_ptr<CAudioParamUndoStep> step) {
@@ -90,11 +117,30 @@ void CAudioParamUndo::tellIfChanged() {
     }
 }
 
+// Also of an action that came from values. Not of another program's.
+bool CAudioParamUndo::addToRecord(CAudioParamUndoStep& step) {
+    if (!record_->isEmpty() && record_->programId != step.programId) {
+        return false;
+    }
+    if (step.action && record_->action && !record_->action->merge(*step.action)) {
+        return false;
+    }
+    if (step.action && !record_->action) {
+        record_->action = std::move(step.action);
+    }
+    record_->programId = step.programId;
+    for (auto& [param, values] : step.values) {
+        record_->add(*param, std::move(values));
+    }
+    return true;
+}
+
 bool CAudioParamUndo::addUnderLock(std::unique_ptr<CAudioParamUndoStep> step) {
-    if (record_ && !step->deed) {
-        for (auto& [param, values] : step->values) {
-            record_->add(*param, std::move(values.before), std::move(values.after));
-        }
+    const bool isPart = record_ && !step->action;
+    if (programs_) {
+        programs_->adoptStep(*step);
+    }
+    if (isPart && addToRecord(*step)) {
         return false;
     }
     closeRecord();
@@ -134,37 +180,30 @@ void CAudioParamUndo::endRecord() {
     }
 }
 
-void CAudioParamUndo::CTouched::add(CAudioUndoDeed& deed) {
-    if (witnesses.indexOf(&deed.witness()) < 0) {
-        witnesses.append(&deed.witness());
-    }
+bool CAudioParamUndo::isForCurrent(const CAudioParamUndoStep& step) const {
+    return step.programId == 0 || !programs_ || programs_->currentProgramId() == step.programId;
 }
 
-void CAudioParamUndo::assignAll(CAudioParamUndoStep& step, CAudioParamData CAudioParamUndoStep::CValues::*which,
-                                CTouched& touched) {
+void CAudioParamUndo::moveOver(CAudioParamUndoStep& step, CAudioUndoValues::CSide side, CTouched& touched) {
+    if (step.action) {
+        side == CAudioUndoValues::CSide::Before ? step.action->undo(touched) : step.action->redo(touched);
+    }
+    if (!isForCurrent(step)) {
+        return;
+    }
     for (auto& [param, values] : step.values) {
-        if (param->collector().assign({param, values.*which}) && touched.params.indexOf(param) < 0) {
-            touched.params.append(param);
+        if (values.assignTo(*param, side)) {
+            touched.add(*param);
         }
     }
 }
 
 void CAudioParamUndo::walkTo(int32_t index, CTouched& touched) {
     for (; list_.position > index; --list_.position) {
-        CAudioParamUndoStep& step = *list_.steps[list_.position - 1];
-        if (step.deed) {
-            step.deed->undo();
-            touched.add(*step.deed);
-        }
-        assignAll(step, &CAudioParamUndoStep::CValues::before, touched);
+        moveOver(*list_.steps[list_.position - 1], CAudioUndoValues::CSide::Before, touched);
     }
     for (; list_.position < index; ++list_.position) {
-        CAudioParamUndoStep& step = *list_.steps[list_.position];
-        if (step.deed) {
-            step.deed->redo();
-            touched.add(*step.deed);
-        }
-        assignAll(step, &CAudioParamUndoStep::CValues::after, touched);
+        moveOver(*list_.steps[list_.position], CAudioUndoValues::CSide::After, touched);
     }
 }
 
@@ -184,8 +223,8 @@ void CAudioParamUndo::move(int32_t target, bool isRelative) {
     for (CAudioParam* param : touched.params) {
         param->tellAll();
     }
-    for (CAudioUndoDeed::CWitness* witness : touched.witnesses) {
-        witness->deedsChanged();
+    for (CAudioUndoAction::CObserver* observer : touched.observers) {
+        observer->actionsMoved();
     }
     if (isOther) {
         historyChanged();
@@ -221,6 +260,29 @@ void CAudioParamUndo::swapList(CAudioParamUndoList& other) {
     closeRecord();
     list_.swap(other);
     isUntold_ = true;
+}
+
+void CAudioParamUndo::setPrograms(CAudioUndoPrograms* programs) {
+    CLockScope scope(lock_);
+    programs_ = programs;
+}
+
+void CAudioParamUndo::endActions(CAudioParamUndoList* other) {
+    closeRecord();
+    const int32_t count = list_.steps.count();
+    list_.endActions();
+    if (other) {
+        other->endActions();
+    }
+    isUntold_ = isUntold_ || list_.steps.count() != count;
+}
+
+void CAudioParamUndo::moveValues(uint64_t fromProgram, uint64_t toProgram) {
+    for (CAudioParamUndoStep* step : list_.steps) {
+        if (step->programId == fromProgram) {
+            step->programId = toProgram;
+        }
+    }
 }
 
 }  // namespace tarv

@@ -4,54 +4,78 @@
 #include <memory>
 
 #include "Audio/Parameters/CAudioParamCollector.h"
+#include "Audio/Presets/CAudioUndoValues.h"
 #include "Core/CObject.h"
 
 namespace tarv {
 
+class CAudioParamUndoStep;
+
 /// What a step did apart from values of parameters.
-class CAudioUndoDeed : public CHeapObject {
+class CAudioUndoAction : public CHeapObject {
 public:
-    /// Who has to say so when deeds of its own were undone or redone; called outside all locks. Outlives the history.
-    class CWitness {
+    /// Notified when its actions were undone or redone; called outside all locks. Outlives the history.
+    class CObserver {
     public:
-        virtual void deedsChanged() = 0;
+        virtual void actionsMoved() = 0;
 
     protected:
-        ~CWitness() = default;
+        ~CObserver() = default;
+    };
+    /// Parameters and observers to notify when the locks are released.
+    struct CTouched {
+        CArray<CAudioParam*, 16> params;
+        CArray<CObserver*, 1> observers;
+        void add(CAudioParam& param);
+        void add(CObserver& observer);
     };
 
-    virtual ~CAudioUndoDeed() = default;
-    /// Called before the values are brought back (forth), with the history's lock held and no other.
-    virtual void undo() = 0;
-    virtual void redo() = 0;
-    virtual CWitness& witness() = 0;
+    virtual ~CAudioUndoAction() = default;
+    /// Called before the values are taken back (brought forth), with the history's lock held and no other. What no
+    /// longer applies is left out.
+    virtual void undo(CTouched& touched) = 0;
+    virtual void redo(CTouched& touched) = 0;
+    /// Takes a later action of the same gesture in; returns whether it could.
+    virtual bool merge(CAudioUndoAction& later) = 0;
 };
 
-/// One step of a history: a label, and the values of the parameters that it touched before and after it.
+/// The owner of the programs whose values the history's steps change: a master registry. Its operations are called with
+/// the history's lock held and may take the locks behind it.
+class CAudioUndoPrograms {
+public:
+    /// The identity of the current program, never 0.
+    virtual uint64_t currentProgramId() const = 0;
+    /// A step comes into the history: values that belong to programs become an action of it.
+    virtual void adoptStep(CAudioParamUndoStep& step) = 0;
+
+protected:
+    ~CAudioUndoPrograms() = default;
+};
+
+/// One step of a history: a label, and what it changed of the parameters that it touched.
 class CAudioParamUndoStep : public CHeapObject {
 public:
     static constexpr int32_t kNoKey = -1;
 
-    struct CValues {
-        CAudioParamData before;
-        CAudioParamData after;
-    };
-    using CValueMap = std::map<CAudioParam*, CValues, std::less<CAudioParam*>,
-                               CHeapAllocator<std::pair<CAudioParam* const, CValues>>>;
+    using CValueMap = std::map<CAudioParam*, CAudioUndoValues, std::less<CAudioParam*>,
+                               CHeapAllocator<std::pair<CAudioParam* const, CAudioUndoValues>>>;
 
     explicit CAudioParamUndoStep(const CString& stepLabel) : label(stepLabel) {}
     /// A gesture's step: it merges with the step before it if that has the same key.
     CAudioParamUndoStep(const CString& stepLabel, int32_t key) : label(stepLabel), coalesce(1), coalesceKey(key) {}
 
-    /// Of a parameter that is touched again the first `before` stays.
-    void add(CAudioParam& param, CAudioParamData before, CAudioParamData after);
-    bool isEmpty() const { return values.empty() && !deed; }
+    /// Adds what differs between two values; of an element that is touched again the first value before stays.
+    void add(CAudioParam& param, const CAudioParamData& before, const CAudioParamData& after);
+    void add(CAudioParam& param, CAudioUndoValues&& difference);
+    bool isEmpty() const { return values.empty() && !action; }
 
     CString label;
     uint8_t coalesce = 0;
     int32_t coalesceKey = kNoKey;
     CValueMap values;
-    std::unique_ptr<CAudioUndoDeed> deed;
+    std::unique_ptr<CAudioUndoAction> action;
+    /// The program whose values the step changed; they are moved only while it is current. 0: whichever is.
+    uint64_t programId = 0;
 };
 
 /// Steps from the oldest on, behind the pseudo step that is the start. Position 0 is the start, position i the state
@@ -61,11 +85,13 @@ struct CAudioParamUndoList {
     int32_t position = 0;
 
     void swap(CAudioParamUndoList& other);
+    /// Actions go; values belong to whichever program is current; steps without values go.
+    void endActions();
 };
 
 /// What the user did, as a list of labelled steps that can be taken back (base of the engine's interface object).
 /// Any thread but the audio thread; one lock, taken for every operation. Locks in their order: the history's, then a
-/// registry's, then a parameter's: who adds a step holds none of the later ones. Parameters and deeds outlive it.
+/// registry's, then a parameter's: who adds a step holds none of the later ones. Parameters outlive it.
 class CAudioParamUndo : public CObject {
 public:
     static constexpr const char* kStartLabel = "Undo history start";
@@ -97,6 +123,14 @@ public:
     void tellIfChanged();
     CLock& lock() const { return lock_; }
 
+    /// The owner of the programs, or null; it outlives the history or leaves it.
+    void setPrograms(CAudioUndoPrograms* programs);
+    /// Ends what the steps of this list and of another say of programs: their actions go, their values belong to
+    /// whichever program is current, and steps without values go. The caller holds lock(), and calls tellIfChanged.
+    void endActions(CAudioParamUndoList* other);
+    /// Values of one program in this list belong to another from here on. The caller holds lock().
+    void moveValues(uint64_t fromProgram, uint64_t toProgram);
+
 protected:
     /// The list or the position changed. On the thread that did it, outside all locks.
     virtual void historyChanged();
@@ -107,20 +141,17 @@ private:
     bool mergeIntoLast(CAudioParamUndoStep& step);
     bool closeRecord();
     void move(int32_t target, bool isRelative);
-    /// Who is to be told when the lock is released.
-    struct CTouched {
-        CArray<CAudioParam*, 16> params;
-        CArray<CAudioUndoDeed::CWitness*, 1> witnesses;
-        void add(CAudioUndoDeed& deed);
-    };
-    static void assignAll(CAudioParamUndoStep& step, CAudioParamData CAudioParamUndoStep::CValues::*which,
-                          CTouched& touched);
+    using CTouched = CAudioUndoAction::CTouched;
+    bool isForCurrent(const CAudioParamUndoStep& step) const;
+    void moveOver(CAudioParamUndoStep& step, CAudioUndoValues::CSide side, CTouched& touched);
+    bool addToRecord(CAudioParamUndoStep& step);
     void walkTo(int32_t index, CTouched& touched);
 
     int32_t undoCountMax_ = 0;
     mutable CLock lock_;
     CAudioParamUndoList list_;
     std::unique_ptr<CAudioParamUndoStep> record_;
+    CAudioUndoPrograms* programs_ = nullptr;
     bool isUntold_ = false;
 };
 

@@ -120,16 +120,17 @@ void CAudioPreset::dropWaste() {
     take(compact);
 }
 
-void CAudioPreset::setRecord(const std::string& key, const CByteBuffer& record) {
+bool CAudioPreset::setRecord(const std::string& key, const CByteBuffer& record) {
     const int32_t place = find(key);
     if (place >= 0 && compareBytes(this->record(place), {record.data(), record.count()}) == 0) {
-        return;
+        return false;
     }
     const CEntry entry{bytes_.count(), static_cast<int32_t>(key.size()), record.count()};
     CBufferWriter writer(bytes_);
     TARV_CONSUME(writeBytes(writer, bytesOf(key)));
     TARV_CONSUME(writeBytes(writer, {record.data(), record.count()}));
     enter(entry);
+    return true;
 }
 
 void CAudioPreset::removeRecord(const std::string& key) {
@@ -165,11 +166,26 @@ void CAudioPreset::copyFrom(const CAudioPreset& other) {
     }
 }
 
+bool CAudioPreset::isSame(const CAudioPreset& other) const {
+    bool isAlike = name_ == other.name_ && recordCount() == other.recordCount();
+    for (int32_t i = 0; isAlike && i < recordCount(); ++i) {
+        isAlike = compareBytes(key(i), other.key(i)) == 0 && compareBytes(record(i), other.record(i)) == 0;
+    }
+    return isAlike;
+}
+
 void CAudioPreset::take(CAudioPreset& other) {
     name_ = std::move(other.name_);
     bytes_ = std::move(other.bytes_);
     entries_ = std::move(other.entries_);
     waste_ = std::exchange(other.waste_, 0);
+}
+
+void CAudioPreset::swap(CAudioPreset& other) {
+    CAudioPreset held;
+    held.take(other);
+    other.take(*this);
+    take(held);
 }
 
 // Looks at the bytes in place and copies them as one run.

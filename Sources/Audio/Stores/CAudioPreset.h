@@ -37,15 +37,28 @@ public:
     int32_t find(const std::string& key) const { return find(key, -1); }
     /// The same for one who guesses the index, as a walk through the keys in their order does.
     int32_t find(const std::string& key, int32_t guess) const;
-    /// Sets or replaces the record of a key.
-    void setRecord(const std::string& key, const CByteBuffer& record);
+    /// Sets or replaces the record of a key; returns whether that changed the preset.
+    bool setRecord(const std::string& key, const CByteBuffer& record);
     /// Drops the record of a key, if there is one.
     void removeRecord(const std::string& key);
     /// Drops all records; the name stays.
     void clear();
     void copyFrom(const CAudioPreset& other);
+    /// Whether name and records are the same, byte for byte.
+    bool isSame(const CAudioPreset& other) const;
     /// Takes name and records out of the other.
     void take(CAudioPreset& other);
+    /// Exchanges names and records.
+    void swap(CAudioPreset& other);
+
+    /// Which preset of its owner this is, and the owner's marks on it. Not part of the contents: copying, taking,
+    /// exchanging and storing leave it alone. 0: none was given.
+    struct CIdentity {
+        uint64_t id = 0;
+        uint64_t changedAt[2] = {0, 0};  ///< when each of two states (A/B) changed the contents last
+    };
+    CIdentity& identity() { return identity_; }
+    const CIdentity& identity() const { return identity_; }
 
     /// The stream form: name, count, then key, byte length and record of each. On failure the preset is as it was. A
     /// count below 1 ends the read; of two records with one key the later counts.
@@ -85,6 +98,7 @@ private:
     CByteBuffer bytes_;
     CArray<CEntry, 16> entries_;
     int32_t waste_ = 0;  ///< bytes of the run that no entry uses
+    CIdentity identity_;
 };
 
 }  // namespace tarv

@@ -37,12 +37,25 @@ void CAudioPresetBank::select(int32_t index) {
 }
 
 void CAudioPresetBank::insert(int32_t index, const CAudioPreset& preset) {
-    auto* copy = new CAudioPreset;
+    auto copy = std::make_unique<CAudioPreset>();
     copy->copyFrom(preset);
-    presets_.insert(index, copy);
+    putIn(index, std::move(copy));
+}
+
+void CAudioPresetBank::putIn(int32_t index, std::unique_ptr<CAudioPreset> preset) {
+    presets_.insert(index, preset.release());
     if (index <= selected_ && count() > 1) {
         ++selected_;
     }
+}
+
+int32_t CAudioPresetBank::indexOf(uint64_t id) const {
+    for (int32_t i = 0; i < count(); ++i) {
+        if (presets_[i]->identity().id == id) {
+            return i;
+        }
+    }
+    return -1;
 }
 
 CAudioPreset& CAudioPresetBank::append() {
@@ -50,10 +63,15 @@ CAudioPreset& CAudioPresetBank::append() {
     return *presets_.last();
 }
 
-void CAudioPresetBank::remove(int32_t index) {
-    delete presets_[index];
+std::unique_ptr<CAudioPreset> CAudioPresetBank::takeOut(int32_t index) {
+    std::unique_ptr<CAudioPreset> preset(presets_[index]);
     presets_.removeAt(index);
     select(index < selected_ ? selected_ - 1 : selected_ < count() ? selected_ : count() - 1);
+    return preset;
+}
+
+void CAudioPresetBank::remove(int32_t index) {
+    takeOut(index);
 }
 
 void CAudioPresetBank::copyPresets(const CAudioPresetBank& other) {

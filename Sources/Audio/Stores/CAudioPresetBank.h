@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "Audio/Stores/CAudioPreset.h"
 
 namespace tarv {
@@ -28,6 +30,12 @@ public:
     /// An empty preset behind the others.
     CAudioPreset& append();
     void remove(int32_t index);
+    /// The index of the preset with this identity, or -1.
+    int32_t indexOf(uint64_t id) const;
+    /// Puts a preset at an index in 0..count; the selected preset stays selected.
+    void putIn(int32_t index, std::unique_ptr<CAudioPreset> preset);
+    /// Takes the preset of an index out; selects as remove does.
+    std::unique_ptr<CAudioPreset> takeOut(int32_t index);
     /// Copies of the other's presets replace this one's; the name and, if it is in range, the selected index stay.
     void copyPresets(const CAudioPresetBank& other);
     /// As copyPresets, with name and selection.

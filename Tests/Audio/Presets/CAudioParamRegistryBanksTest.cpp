@@ -267,7 +267,8 @@ TEST_F(RegistryBanks, TheSavedBankHoldsThePresentStateInItsSlot) {
     EXPECT_EQ(other.text("instance-name"), "Mine");
     EXPECT_EQ(other.programs(), "One,*Two,Three");
     EXPECT_EQ(other.acquireBank(), bank);
-    EXPECT_EQ(other.labels(), "Undo history start,*Master preset activate") << "a host's restore is no step";
+    EXPECT_EQ(other.labels(), "*Undo history start")
+        << "it is no step, and ends the steps of the former bank's programs";
 }
 
 TEST_F(RegistryBanks, AHostsRestoreGivesTheSameAsAnActivationWithUndo) {

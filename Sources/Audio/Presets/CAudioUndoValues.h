@@ -1,0 +1,66 @@
+#pragma once
+
+#include "Audio/Parameters/CAudioParam.h"
+
+namespace tarv {
+
+/// What a step of the history changed of one parameter: the elements whose numbers (or texts) differ, and the element
+/// counts of groups that differ, each before and after the step. Everything else of the parameter is not part of the
+/// step. No lock of its own: the history's lock guards it.
+class CAudioUndoValues {
+public:
+    enum class CSide { Before, After };
+
+    CAudioUndoValues() = default;
+    /// The difference of two values of one parameter.
+    CAudioUndoValues(const CAudioParamData& before, const CAudioParamData& after);
+
+    bool isEmpty() const { return elements_.isEmpty() && counts_.isEmpty(); }
+    /// Adds what a later part of the same step changed: the union of the elements, of each the first value before and
+    /// the last value after.
+    void add(CAudioUndoValues&& later);
+    /// Brings the elements of the step to one side and posts one change for each group that differs from that. Other
+    /// elements keep their values. A group keeps its count if something else changed that since. Takes the parameter's
+    /// lock; does not notify listeners. Returns whether a change was posted.
+    bool assignTo(CAudioParam& param, CSide side) const;
+    /// The text of element 0 of group 0, if the step changed it; otherwise null.
+    const CString* firstText(CSide side) const;
+
+private:
+    /// What one element was; one beyond the count of its group is at its default.
+    struct CState {
+        CArray<double, 2> numbers;
+        CString text;
+        bool isHeld = false;  ///< the group holds the element
+    };
+    struct CElement {
+        int32_t group = 0;
+        int32_t element = 0;
+        CState before;
+        CState after;
+        const CState& on(CSide side) const { return side == CSide::Before ? before : after; }
+        bool isBehind(const CElement& other) const {
+            return group != other.group ? group > other.group : element > other.element;
+        }
+    };
+    struct CGroupCount {
+        int32_t group = 0;
+        int32_t before = 0;
+        int32_t after = 0;
+        int32_t on(CSide side) const { return side == CSide::Before ? before : after; }
+    };
+
+    static CState stateOf(const CAudioParamData& data, int32_t group, int32_t element);
+    static bool isSame(const CState& a, const CState& b);
+    void addElement(CElement&& later);
+    void addCount(const CGroupCount& later);
+    const CGroupCount* countOf(int32_t group) const;
+    bool isPresent(const CAudioParamData& data, int32_t first, int32_t end, CSide side) const;
+    int32_t countFor(const CAudioParamData& data, int32_t first, int32_t end, CSide side) const;
+    bool assignGroup(CAudioParam& param, int32_t first, int32_t end, CSide side) const;
+
+    CArray<CElement, 1> elements_;  ///< by group, then element
+    CArray<CGroupCount, 1> counts_;
+};
+
+}  // namespace tarv
