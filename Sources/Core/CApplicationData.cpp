@@ -11,6 +11,7 @@ namespace {
 
 constexpr const char* kMakerPath = "Tarvelo/Audio Plug-Ins/";
 constexpr const char* kProductPath = "Tarvelo/Audio Plug-Ins/Brindle XEQ/";
+constexpr int32_t kPatienceMs = 2000;
 constexpr uint32_t kTextId = blockId("dstr");
 
 CString wideCopy(const CString& path) {
@@ -62,7 +63,7 @@ bool CApplicationData::readFile(const CString& path, CByteBuffer& buffer, uint32
         return false;
     }
     if (CError* error = reader.readCompressedData(buffer, id)) {
-        delete error;
+        TARV_CONSUME(error);
         buffer.clear();
     }
     return true;
@@ -90,26 +91,65 @@ void CApplicationData::read(const CString& name, CByteBuffer& buffer, uint32_t i
         buffer = recent->second.bytes;
         return;
     }
+    if (!readFiles(name, buffer, id)) {
+        readEmbedded(name, buffer, id);
+    }
+}
+
+void CApplicationData::readStored(const CString& name, CByteBuffer& buffer, uint32_t id) {
+    CLockScope scope(linkLock());
+    resolveFolders();
+    const auto recent = recent_.find(userFolder_ + name);
+    if (recent != recent_.end() && recent->second.isStored) {
+        recent_.erase(recent);
+    }
+    read(name, buffer, id);
+}
+
+void CApplicationData::readEmbedded(const CString& name, CByteBuffer& buffer, uint32_t id) {
+    buffer.clear();
     CResourceMap::CRange range;
-    if (!readFiles(name, buffer, id) && CResourceMap::find(prefix_ + name, range)) {
+    if (CResourceMap::find(prefix_ + name, range)) {
         CMemoryReader reader(range.bytes, range.size);
         if (CError* error = reader.readCompressedData(buffer, id)) {
-            delete error;
+            TARV_CONSUME(error);
             buffer.clear();
         }
     }
 }
 
-void CApplicationData::writeFile(const CString& path, const CByteBuffer& buffer, uint32_t id) {
+bool CApplicationData::makeUserFolder() {
     foldersExist_ = foldersExist_ || makeFolders(wideCopy(userFolder_).wideData()) == 0;
+    return foldersExist_;
+}
+
+CError* CApplicationData::lockName(const CString& name, CFileLock& lock) {
+    CString path;
+    {
+        CLockScope scope(linkLock());
+        resolveFolders();
+        if (!fileAccess_ || foldersFailed_ || !makeUserFolder()) {
+            return nullptr;  // the block stands for this process alone
+        }
+        path = wideCopy(userFolder_ + name + ".lock");
+    }
+    // Any other failure shows in the writing.
+    if (isFileBusy(lock.acquire(path.wideData(), kPatienceMs))) {
+        TARV_FAIL("@tarvstr_CApplicationData_lockName_Busy The stored '%1' is in use by another program.", name);
+    }
+    return nullptr;
+}
+
+bool CApplicationData::writeFile(const CString& path, const CByteBuffer& buffer, uint32_t id) {
+    makeUserFolder();
     CMemoryWriteBuffer block;
     if (CError* error = block.writeCompressedData(buffer, id)) {
         delete error;
-        return;
+        return false;
     }
     CByteBuffer bytes;
     block.copyTo(bytes);
-    (void)replaceFile(wideCopy(path).wideData(), bytes.data(), bytes.count());
+    return replaceFile(wideCopy(path).wideData(), bytes.data(), bytes.count()) == 0;
 }
 
 void CApplicationData::write(const CString& name, const CByteBuffer& buffer, uint32_t id) {
@@ -118,10 +158,8 @@ void CApplicationData::write(const CString& name, const CByteBuffer& buffer, uin
         return;
     }
     resolveFolders();
-    if (!foldersFailed_) {
-        writeFile(userFolder_ + name, buffer, id);
-    }
-    recent_[userFolder_ + name] = CRecent{id, buffer};
+    const bool isStored = !foldersFailed_ && writeFile(userFolder_ + name, buffer, id);
+    recent_[userFolder_ + name] = CRecent{id, buffer, isStored};
     notifyBridges(name);
 }
 

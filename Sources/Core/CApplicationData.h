@@ -4,6 +4,7 @@
 
 #include "Core/CBridge.h"
 #include "Core/CStreams.h"
+#include "Platform/FileLock.h"
 
 namespace tarv {
 
@@ -21,6 +22,24 @@ public:
     /// Writes the user's file, whole or not at all, and tells the bridges of that name on this thread, under the
     /// store's lock. Where the file can't be written, the block stands for this process alone.
     void write(const CString& name, const CByteBuffer& buffer, uint32_t id);
+    /// As read, but the file first: what another program wrote meanwhile counts, and is what read gives from now on.
+    void readStored(const CString& name, CByteBuffer& buffer, uint32_t id);
+    /// Reads the stored block, hands it to `edit(CByteBuffer&)`, which changes it or fails, and writes the result as
+    /// write does. No other update of that name, by a thread or a program, comes between. Fails as `edit` does, and if
+    /// another program keeps the name for longer than two seconds; then nothing is written.
+    template <class Edit>
+    [[nodiscard]] CError* update(const CString& name, uint32_t id, Edit&& edit) {
+        CFileLock lock;
+        TARV_TRY(lockName(name, lock));
+        CLockScope scope(linkLock());
+        CByteBuffer buffer;
+        readStored(name, buffer, id);
+        TARV_TRY(edit(buffer));
+        write(name, buffer, id);
+        return nullptr;
+    }
+    /// The embedded block alone.
+    void readEmbedded(const CString& name, CByteBuffer& buffer, uint32_t id);
     /// Without access, read gives empty buffers and write does nothing.
     void setFileAccess(bool allowed);
     /// Forgets the folders and what was written in this process, so that the next use begins anew.
@@ -34,13 +53,16 @@ private:
     struct CRecent {
         uint32_t id;
         CByteBuffer bytes;
+        bool isStored;  ///< the file holds it, too
     };
 
     void resolveFolders();
+    bool makeUserFolder();
+    [[nodiscard]] CError* lockName(const CString& name, CFileLock& lock);
     /// Whether a file is there; what is damaged gives an empty buffer.
     static bool readFile(const CString& path, CByteBuffer& buffer, uint32_t id);
     bool readFiles(const CString& name, CByteBuffer& buffer, uint32_t id);
-    void writeFile(const CString& path, const CByteBuffer& buffer, uint32_t id);
+    bool writeFile(const CString& path, const CByteBuffer& buffer, uint32_t id);
 
     CString subPath_;
     CString prefix_;

@@ -47,6 +47,9 @@ private:
     intptr_t handle_ = kNoHandle;
 };
 
+/// Whether CFile::open failed because somebody else has the file open and does not share it.
+bool isFileBusy(CPlatformError error);
+
 /// Moves a file to another name in the same folder and over what stands there, in one step: the name leads to the old
 /// content or to the new at any moment, also if the program ends meanwhile. Fails if a folder stands there or, on
 /// Windows, somebody has that file open.

@@ -33,6 +33,10 @@ bool lockFor(int file, CFileAccess access, CFileSharing sharing) {
 
 }  // namespace
 
+bool isFileBusy(CPlatformError error) {
+    return error == EWOULDBLOCK;
+}
+
 CFile::~CFile() {
     if (isOpen()) {
         (void)close();

@@ -45,6 +45,10 @@ CPlatformError moveTo(intptr_t handle, int64_t distance, DWORD origin, int64_t* 
 
 }  // namespace
 
+bool isFileBusy(CPlatformError error) {
+    return error == ERROR_SHARING_VIOLATION;
+}
+
 CFile::~CFile() {
     if (isOpen()) {
         (void)close();

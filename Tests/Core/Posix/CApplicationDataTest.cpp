@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "Tests/Core/LogCapture.h"
 #include "Tests/Core/TestApplication.h"
 
 namespace tarv {
@@ -181,6 +182,64 @@ TEST_F(CApplicationDataTest, TextsComeBackAsWrittenOrAsTheirFallback) {
     EXPECT_EQ(later.readText("ui-scale", "1.0"), "1.25");
     later.writeText("ui-scale", "");
     EXPECT_EQ(CLocalData().readText("ui-scale", "1.0"), "");
+}
+
+TEST_F(CApplicationDataTest, AnUpdateBeginsWithWhatAnotherProgramWrote) {
+    CApplicationData data("Maker/", "AppDataGlobal_");
+    CApplicationData other("Maker/", "AppDataGlobal_");
+    data.write("routing-presets", bytesOf("mine"), kId);
+    other.write("routing-presets", bytesOf("theirs"), kId);
+    EXPECT_EQ(read(data), "mine");
+    EXPECT_EQ(consumed(data.update("routing-presets", kId,
+                                   [](CByteBuffer& bytes) -> CError* {
+                                       bytes = bytesOf(textOf(bytes) + " and mine");
+                                       return nullptr;
+                                   })),
+              "");
+    EXPECT_EQ(read(data), "theirs and mine");
+    EXPECT_EQ(read(other), "theirs");
+    CByteBuffer stored;
+    other.readStored("routing-presets", stored, kId);
+    EXPECT_EQ(textOf(stored), "theirs and mine");
+}
+
+TEST_F(CApplicationDataTest, AnUpdateThatFailsWritesNothing) {
+    CApplicationData data("Maker/", "AppDataGlobal_");
+    data.write("routing-presets", bytesOf("mine"), kId);
+    EXPECT_NE(consumed(data.update("routing-presets", kId,
+                                   [](CByteBuffer& bytes) -> CError* {
+                                       bytes = bytesOf("half");
+                                       TARV_FAIL("@test no");
+                                   })),
+              "");
+    EXPECT_EQ(read(data), "mine");
+}
+
+TEST_F(CApplicationDataTest, AnUpdateWaitsForAnotherProgramAndThenSaysSo) {
+    CApplicationData data("Maker/", "AppDataGlobal_");
+    data.write("routing-presets", bytesOf("mine"), kId);
+    CFileLock lock;
+    const std::u16string path = std::filesystem::path(folder + "/user/Maker/routing-presets.lock").u16string();
+    ASSERT_EQ(lock.acquire(path.c_str(), 0), 0u);
+    const std::string failure =
+        consumed(data.update("routing-presets", kId, [](CByteBuffer&) -> CError* { return nullptr; }));
+    EXPECT_EQ(failure.substr(0, failure.find('\r')), "The stored 'routing-presets' is in use by another program.");
+}
+
+TEST_F(CApplicationDataTest, TheEmbeddedBlockIsReadAloneWhateverIsStored) {
+    CApplicationData data("Maker/", "AppDataGlobal_");
+    data.write("routing-presets", bytesOf("mine"), kId);
+    CByteBuffer bytes;
+    data.readEmbedded("routing-presets", bytes, kId);
+    EXPECT_EQ(textOf(bytes), "embedded");
+}
+
+TEST_F(CApplicationDataTest, ADamagedFileIsLogged) {
+    CApplicationData data("Maker/", "AppDataGlobal_");
+    putFile("user/Maker/routing-presets", "damaged");
+    CLogCapture log;
+    EXPECT_EQ(read(data), "");
+    EXPECT_FALSE(log.lines.empty());
 }
 
 }  // namespace
