@@ -1,0 +1,24 @@
+#pragma once
+
+#include "Core/CStreams.h"
+#include "Core/CString.h"
+
+namespace tarv {
+
+/// The preset that new instances start with: one preset stream in the product's local store, in a block of id 'aprs'
+/// under `kDataName`. An empty block means that there is none. Any thread but the audio thread; failures of the store
+/// itself are dropped, as CApplicationData documents.
+class CAudioDefaultPreset {
+public:
+    static constexpr const char* kDataName = "default-preset";
+
+    /// The preset stream as it is stored, empty for none; it may be damaged.
+    static void read(CByteBuffer& stream);
+    /// Gives the display name; false if there is no preset or none that can be read.
+    static bool readName(CString& displayName);
+    /// Stores a preset stream; the store notifies its bridges.
+    static void write(const CByteBuffer& stream);
+    static void clear();
+};
+
+}  // namespace tarv
