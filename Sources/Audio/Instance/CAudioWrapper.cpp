@@ -11,12 +11,19 @@
 #include "Audio/Parameters/CAudioExtParam.h"
 #include "Audio/Parameters/CAudioGlobalParam.h"
 #include "Audio/Parameters/CAudioParamCollector.h"
+#include "Audio/Stores/CAudioDefaultPreset.h"
 #include "Audio/Visuals/CAudioVizCollector.h"
 #include "Core/CApplication.h"
 #include "Core/CApplicationData.h"
 #include "Core/CompressedBlock.h"
 
 namespace tarv {
+
+namespace {
+
+constexpr const char* kOversamplingLevel = "oversampling-level";
+
+}  // namespace
 
 /// Carries changes that the engine makes to one external parameter to the host.
 class CAudioWrapper::CExtParamBridge final : public CHeapObject, public CAudioExtParamHostBridge {
@@ -29,9 +36,10 @@ private:
     int32_t index_;
 };
 
-CAudioWrapper::CAudioWrapper() = default;
+CAudioWrapper::CAudioWrapper() : oversamplingBridge_(this, &CAudioWrapper::readOversamplingLevel) {}
 
 CAudioWrapper::~CAudioWrapper() {
+    oversamplingBridge_.disconnect();
     if (extParamList_ != nullptr) {
         for (int32_t i = 0; i < extParamList_->count(); ++i) {
             extParamList_->param(i)->setHostBridge(nullptr);
@@ -66,6 +74,7 @@ CError* CAudioWrapper::init() {
     TARV_TRY(findRequiredObjects());
     TARV_TRY(createProcesses());
     TARV_TRY(createGlobalParams());
+    startWithDefaultPreset();  // before the host's bridges: it has not got the instance yet
     interfaceBase_->setGroupCount(groupCount_);
     interfaceBase_->setInternalChannelCount(channelCount_);
     for (int32_t i = 0; i < extParamList_->count(); ++i) {
@@ -76,7 +85,8 @@ CError* CAudioWrapper::init() {
     inputCount_ = 1;
     outputCount_ = 1;
     sampleRateChanged_ = true;
-    oversamplingLevel_ = readOversamplingLevel();
+    oversamplingBridge_.subscribe(CGlobalData::instance(), kOversamplingLevel);
+    readOversamplingLevel(nullptr);
     return nullptr;
 }
 
@@ -244,10 +254,21 @@ CError* CAudioWrapper::createGlobalParams() {
     return nullptr;
 }
 
-int32_t CAudioWrapper::readOversamplingLevel() {
+// Also called by the store when the setting is written, on the writer's thread: the next block asks for the level.
+void CAudioWrapper::readOversamplingLevel(CCheckedObject*) {
     bool isNumber = false;
-    const int32_t level = CString::toInt(CGlobalData::instance().readText("oversampling-level", "1"), &isNumber);
-    return isNumber ? level : 1;
+    const int32_t level = CString::toInt(CGlobalData::instance().readText(kOversamplingLevel, "1"), &isNumber);
+    oversamplingLevel_.store(isNumber ? level : 1, std::memory_order_relaxed);
+}
+
+void CAudioWrapper::startWithDefaultPreset() {
+    CByteBuffer stream;
+    CAudioDefaultPreset::read(stream);
+    if (!stream.isEmpty()) {
+        CMemoryReader reader(stream.data(), static_cast<uint32_t>(stream.count()));
+        // A damaged one changes nothing.
+        TARV_CONSUME(paramRegistry_->activatePreset(reader, {-1, false, false}));
+    }
 }
 
 CError* CAudioWrapper::getState(CByteBuffer& chunk, bool isProgram) {
@@ -318,8 +339,9 @@ void CAudioWrapper::setChannelCounts(int32_t inputs, int32_t outputs) {
 
 void CAudioWrapper::setOffline(bool isOffline) {
     isOffline_ = isOffline;
+    hostStages_ = isOffline ? oversamplingLevel() : 0;
     hostOfflineParam_->setValue(0, 0, isOffline ? 1.0 : 0.0);
-    hostOversamplingParam_->setValue(0, 0, isOffline ? oversamplingLevel_ : 0.0);
+    hostOversamplingParam_->setValue(0, 0, hostStages_);
 }
 
 void CAudioWrapper::setHostBpm(double bpm) {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 
 #include "Audio/Graph/CAudioGraph.h"
 #include "Audio/Presets/CAudioParamRegistry.h"
+#include "Core/CApplicationData.h"
 #include "Core/CObject.h"
 
 namespace tarv {
@@ -103,8 +105,8 @@ public:
     const int32_t (&version() const)[3] { return version_; }
     int32_t internalChannelCount() const { return channelCount_; }
     int32_t groupCount() const { return groupCount_; }
-    /// The stored oversampling level: a number of stages used while the host renders off-line.
-    int32_t oversamplingLevel() const { return oversamplingLevel_; }
+    /// The stored oversampling level: a number of stages used while the host renders off-line. Follows the setting.
+    int32_t oversamplingLevel() const { return oversamplingLevel_.load(std::memory_order_relaxed); }
     CAudioGraph& graph() { return graph_; }
 
     [[nodiscard]] static CError* parseVersion(const CString& text, int32_t (&version)[3]);
@@ -137,7 +139,8 @@ private:
     [[nodiscard]] CError* findRequiredObjects();
     [[nodiscard]] CError* createProcesses();
     [[nodiscard]] CError* createGlobalParams();
-    static int32_t readOversamplingLevel();
+    void readOversamplingLevel(CCheckedObject* sender);
+    void startWithDefaultPreset();
     void resetGraph();
     void prepareGraph();
     /// Makes the modules and buffers that fades will need with the channels and rates of now.
@@ -191,10 +194,13 @@ private:
 
     bool isOffline_ = false;
     double lastBpm_ = 0.0;
-    int32_t oversamplingLevel_ = 1;
+    int32_t hostStages_ = 0;  ///< as host-oversampling-mode was set last
+    std::atomic<int32_t> oversamplingLevel_{1};
+    std::atomic<bool> isLatencyMarked_{false};  ///< host-latency-change is set
     int32_t inputCount_ = 1;
     int32_t outputCount_ = 1;
     bool sampleRateChanged_ = false;
+    CApplicationDataBridge<CAudioWrapper> oversamplingBridge_;
 };
 
 }  // namespace tarv

@@ -87,6 +87,10 @@ void CAudioWrapper::resume() {
     }
     // Also when the audio thread has found it out already: it leaves the values that users read alone.
     setOffline(hostProcessLevel() == kOfflineLevel);
+    // The host takes the latency anew behind a resume.
+    if (isLatencyMarked_.exchange(false, std::memory_order_relaxed)) {
+        hostLatencyParam_->setValue(0, 0, 0.0);
+    }
     graph_.hostRate = env_->sampleRate();
     prepareGraph();
     vizCollector_->start();
@@ -160,7 +164,11 @@ void CAudioWrapper::pollHost() {
         // On the audio thread: straight to the processes, without a lock or a pooled record of the host's side.
         isOffline_ = isOffline;
         hostOfflineParam_->setEngineValue(0, 0, isOffline ? 1.0 : 0.0);
-        hostOversamplingParam_->setEngineValue(0, 0, isOffline ? oversamplingLevel_ : 0.0);
+    }
+    const int32_t stages = isOffline ? oversamplingLevel() : 0;
+    if (stages != hostStages_) {
+        hostStages_ = stages;
+        hostOversamplingParam_->setEngineValue(0, 0, stages);
     }
     double bpm = 0.0;
     if (useHostBpm_ && hostTempo(bpm) && bpm != lastBpm_) {
@@ -296,6 +304,7 @@ void CAudioWrapper::processAny(const Sample* const* inputs, Sample* const* outpu
         placeDelays();
     }
     if (env_->latency() != latencyBefore) {
+        isLatencyMarked_.store(true, std::memory_order_relaxed);
         hostLatencyParam_->setEngineValue(0, 0, 1.0);
         hostIoChanged();
     }

@@ -71,7 +71,32 @@ void CAudioParam::setEngineValue(int32_t group, int32_t element, double value, i
     for (int32_t i = 0; i < info_.elementSize(); ++i) {
         change->values[i] = i == index ? info_.clamp(i, value) : engineData_.value(group, element, i);
     }
+    if (group == 0 && element == 0 && index == 0) {
+        engineNumber_.store(change->values[0], std::memory_order_relaxed);
+        engineSets_.fetch_add(1, std::memory_order_release);
+    }
     collector_.postChange(*this, change, false, -1.0);
+}
+
+bool CAudioParam::takeEngineValue() {
+    CLockScope scope(lock_);
+    const uint32_t sets = engineSets_.load(std::memory_order_acquire);
+    if (sets == engineSetsSeen_) {
+        return false;
+    }
+    engineSetsSeen_ = sets;
+    const double number = engineNumber_.load(std::memory_order_relaxed);
+    if (number == userData_.value(0, 0)) {
+        return false;
+    }
+    CAudioParamChange change;
+    change.count = 1;
+    change.elementSize = info_.elementSize();
+    change.values.resize(change.elementSize);
+    fillElement(change, number, 0);
+    userData_.apply(change);
+    isRecordCurrent_ = false;
+    return true;
 }
 
 void CAudioParam::setText(int32_t group, int32_t element, const CString& text, const CAudioParamListener* origin) {

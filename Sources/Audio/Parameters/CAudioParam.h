@@ -73,8 +73,13 @@ public:
     /// posts the change. `origin` is the listener that is not told.
     void setValue(int32_t group, int32_t element, double value, int32_t index = 0,
                   const CAudioParamListener* origin = nullptr);
-    /// Audio side: sets one number as setValue does, straight to the processes, due at once; the user-side value stays.
+    /// Audio side: sets one number as setValue does, straight to the processes, due at once; the user-side value stays
+    /// until takeEngineValue. No lock.
     void setEngineValue(int32_t group, int32_t element, double value, int32_t index = 0);
+    /// User side: takes over what setEngineValue set since the last call as the first number of group 0, unless a user
+    /// has set a value behind it. True if the user-side value is another one now; nobody is notified and nothing
+    /// posted. Any thread but the audio thread.
+    bool takeEngineValue();
     /// User side: sets a text and posts the change. Only of a string parameter.
     void setText(int32_t group, int32_t element, const CString& text, const CAudioParamListener* origin = nullptr);
 
@@ -102,6 +107,11 @@ private:
     mutable CByteBuffer record_;
     mutable bool isRecordCurrent_ = false;
     CAudioParamData engineData_;
+    // The first number that the audio side set last, how often it did, and how much of that the user side knows (under
+    // the lock).
+    std::atomic<double> engineNumber_{0.0};
+    std::atomic<uint32_t> engineSets_{0};
+    uint32_t engineSetsSeen_ = 0;
     CAudioParamConsumer* consumers_ = nullptr;
     std::atomic<int32_t> consumerCount_{0};
     CAudioParamQueue queue_;

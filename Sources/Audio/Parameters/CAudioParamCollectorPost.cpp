@@ -121,6 +121,7 @@ bool CAudioParamCollector::postUnderLock(CAudioParam& param, CAudioParamChange* 
     change->time = time;
     param.userData_.apply(*change);
     param.isRecordCurrent_ = false;
+    param.engineSetsSeen_ = param.engineSets_.load(std::memory_order_acquire);
     if (param.info_.isString()) {
         // No process reads texts: they never travel to the audio thread.
         param.engineData_.apply(*change);

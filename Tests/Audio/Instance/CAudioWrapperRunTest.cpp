@@ -354,6 +354,15 @@ TEST(CAudioWrapperRunTest, ALatencyThatChangesWhileAudioRunsIsToldToTheHost) {
         instance.run({1.0});
         EXPECT_EQ(heardValue(instance.wrapper, kLatencyChange), 1.0);
         EXPECT_EQ(instance.wrapper.ioChanges, 1);
+        // It is marked until a resume, behind which the host takes the latency anew.
+        CAudioParam& mark = *instance.wrapper.paramCollector()->findParam("plugin.modMain.host-latency-change");
+        EXPECT_TRUE(mark.takeEngineValue());
+        EXPECT_EQ(mark.value(0, 0), 1.0);
+        instance.wrapper.suspend();
+        instance.wrapper.resume();
+        EXPECT_EQ(mark.value(0, 0), 0.0);
+        instance.run({1.0});
+        EXPECT_EQ(heardValue(instance.wrapper, kLatencyChange), 0.0);
     }
 }
 
