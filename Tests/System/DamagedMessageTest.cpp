@@ -50,6 +50,12 @@ std::vector<std::vector<uint8_t>> goodMessages(const CMessageClient& client) {
         add(type, client.id(1));
     }
     add(kImportLabels);
+    add(kAddProgram, registry, int32_t{1}, CString("x"));
+    add(kDeleteProgram, registry, int32_t{1});
+    add(kReplaceProgram, registry, int32_t{1});
+    add(kSetDefaultPreset, registry, bytes);
+    add(kClearDefaultPreset);
+    add(kAskDefaultPreset, client.id(1));
     return all;
 }
 
@@ -81,7 +87,8 @@ TEST_F(DamagedMessages, ThereIsOneHandlerForEachType) {
 }
 
 TEST_F(DamagedMessages, TypesBeyondTheClientsAreRefused) {
-    for (const uint32_t type : {29u, 39u, 40u, 0x80000000u, 0xffffffffu}) {
+    for (const uint32_t type :
+         {uint32_t{kFirstBaseMessage}, uint32_t{kDefaultPreset}, uint32_t{kMessageCount}, 0x80000000u, 0xffffffffu}) {
         EXPECT_EQ(client_.send(type), "Invalid data type " + std::to_string(type) + ".");
     }
 }

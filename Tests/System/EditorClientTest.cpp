@@ -35,7 +35,10 @@ TEST_F(EditorClient, ValuesComeAndGo) {
     EXPECT_EQ(client_->paramInfo(ear), nullptr);
     pumpEvents();
     ASSERT_EQ(ear.changes.size(), 1u);
-    EXPECT_EQ(ear.changes[0].group, CAudioParamData::kAllGroups);
+    EXPECT_EQ(ear.changes[0].group, 0);
+    EXPECT_EQ(ear.changes[0].first, 0);
+    EXPECT_EQ(ear.changes[0].count, engine::kBands);
+    EXPECT_TRUE(ear.changes[0].isReplacing);
     ASSERT_TRUE(client_->paramInfo(ear));
     EXPECT_EQ(client_->paramInfo(ear)->definitionPath(), param(kGains).info().definitionPath());
     const double numbers[] = {2.0, 0.5};
@@ -48,11 +51,57 @@ TEST_F(EditorClient, ValuesComeAndGo) {
     EXPECT_EQ(ear.changes[1].first, 2);
     EXPECT_EQ(ear.changes[1].count, 2);
     EXPECT_EQ(ear.changes[1].value, 2.0);
+    EXPECT_FALSE(ear.changes[1].isReplacing);
     EXPECT_TRUE(client_->paramData(ear)->isSame(param(kGains).userData()));
     EXPECT_EQ(firstLine(client_->setNumbers(kGains, 1, 0, numbers, 1, 1, {}, true)), "");
     pumpEvents();
+    ASSERT_EQ(ear.changes.size(), 3u);
+    EXPECT_EQ(ear.changes[2].count, 1);
+    EXPECT_TRUE(ear.changes[2].isReplacing);
     EXPECT_TRUE(client_->paramData(ear)->isSame(param(kGains).userData()));
     EXPECT_EQ(client_->paramData(ear)->elementCount(1), 1);
+}
+
+TEST_F(EditorClient, AWholeValueComesAsTheRangesThatAreThere) {
+    param(kGains).setValue(2, 3, 2.0);
+    CParamEar ear;
+    EXPECT_EQ(firstLine(client_->addParamListener(kGains, ear)), "");
+    pumpEvents();
+    ASSERT_EQ(ear.changes.size(), 3u);
+    for (int32_t group = 0; group < 3; ++group) {
+        const CChange& change = ear.changes[static_cast<size_t>(group)];
+        EXPECT_EQ(change.group, group);
+        EXPECT_EQ(change.first, 0);
+        EXPECT_EQ(change.count, client_->paramData(ear)->elementCount(group));
+        EXPECT_TRUE(change.isReplacing);
+    }
+    ear.changes.clear();
+    // The groups that a reset empties are among what changed.
+    EXPECT_EQ(firstLine(client_->masterReset(kRegistry)), "");
+    pumpEvents();
+    ASSERT_EQ(ear.changes.size(), 3u);
+    EXPECT_EQ(ear.changes[2].count, 0);
+    EXPECT_EQ(ear.changes[2].value, 1.0);
+}
+
+TEST_F(EditorClient, AnEditForAllGroupsReachesThoseThatHoldNothingInTheCopyToo) {
+    CParamEar ear;
+    EXPECT_EQ(firstLine(client_->addParamListener(kGains, ear)), "");
+    const double half = 0.5;
+    EXPECT_EQ(firstLine(client_->setNumbers(kGains, CAudioParamData::kAllGroups, 1, &half, 1)), "");
+    pumpEvents();
+    for (int32_t group = 0; group < instance_->groupCount(); ++group) {
+        EXPECT_EQ(client_->paramData(ear)->value(group, 1), 0.5) << group;
+    }
+    EXPECT_TRUE(client_->paramData(ear)->isSame(param(kGains).userData()));
+}
+
+TEST_F(EditorClient, NegativePlacesAreRefusedBeforeAnythingIsRead) {
+    const std::string start = std::string("Parameter '") + kGains + "' has no place for ";
+    EXPECT_EQ(firstLine(client_->setNumbers(kGains, 0, -1, nullptr, 1)), start + "1 elements from -1 on in group 0.");
+    EXPECT_EQ(firstLine(client_->setNumbers(kGains, 0, 0, nullptr, -1)), start + "-1 elements from 0 on in group 0.");
+    EXPECT_EQ(firstLine(client_->setNumbers(kGains, -1, 0, nullptr, 1)), start + "1 elements from 0 on in group -1.");
+    EXPECT_EQ(labels().size(), 1u);
 }
 
 TEST_F(EditorClient, TextsComeAndGo) {
@@ -123,22 +172,51 @@ TEST_F(EditorClient, PresetsAndBanksTravelAsData) {
     CRegistryEar ear;
     const double half = 0.5;
     EXPECT_EQ(firstLine(client_->setNumbers(kOutGain, 0, 0, &half, 1)), "");
-    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, ear)), "");
+    uint32_t request = 0;
+    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, ear, request)), "");
     pumpEvents();
     ASSERT_FALSE(ear.data.isEmpty());
+    EXPECT_EQ(ear.requests, std::vector<uint32_t>{request});
     EXPECT_EQ(firstLine(client_->masterReset(kRegistry)), "");
     EXPECT_EQ(param(kOutGain).value(0, 0), 1.0);
     EXPECT_EQ(firstLine(client_->activateData(kRegistry, ear.data)), "");
     EXPECT_EQ(param(kOutGain).value(0, 0), 0.5);
     ear.data.clear();
-    EXPECT_EQ(firstLine(client_->acquireBank(kRegistry, ear, true)), "");
+    EXPECT_EQ(firstLine(client_->acquireBank(kRegistry, ear, request, true)), "");
     pumpEvents();
+    EXPECT_EQ(ear.requests.back(), request);
     EXPECT_EQ(firstLine(client_->activateData(kRegistry, ear.data)), "");
     EXPECT_EQ(firstLine(client_->activateRomPreset(kRegistry, 1)), "");
     EXPECT_EQ(labels().back(), "ROM preset activate");
     EXPECT_EQ(firstLine(client_->copyToAlternate(kRegistry)), "");
     EXPECT_EQ(firstLine(client_->resetState(kRegistry)), "");
     EXPECT_NE(firstLine(client_->activateRomPreset(kRegistry, 100)), "");
+}
+
+TEST_F(EditorClient, AnswersBearTheNumbersOfTheirQuestions) {
+    CRegistryEar ear;
+    uint32_t requests[3] = {};
+    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, ear, requests[0], true, 1)), "");
+    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, ear, requests[1], true, 2)), "");
+    EXPECT_EQ(firstLine(client_->acquireBank(kRegistry, ear, requests[2])), "");
+    pumpEvents();
+    EXPECT_EQ(ear.requests, (std::vector<uint32_t>{requests[0], requests[1], requests[2]}));
+    EXPECT_NE(requests[0], requests[1]);
+    EXPECT_NE(requests[1], requests[2]);
+}
+
+TEST_F(EditorClient, ProgramsAreAddedReplacedAndDeleted) {
+    CRegistryEar ear;
+    EXPECT_EQ(firstLine(client_->addRegistryListener(kRegistry, ear)), "");
+    const int32_t count = registry().programCount();
+    EXPECT_EQ(firstLine(client_->addProgram(kRegistry, 1, "Mine")), "");
+    EXPECT_EQ(firstLine(client_->replaceProgram(kRegistry, 2)), "");
+    pumpEvents();
+    ASSERT_EQ(ear.states.back().programs.count(), count + 1);
+    EXPECT_EQ(ear.states.back().programs[1], CString("Mine"));
+    EXPECT_EQ(firstLine(client_->deleteProgram(kRegistry, 1)), "");
+    pumpEvents();
+    EXPECT_EQ(ear.states.back().programs.count(), count);
 }
 
 TEST_F(EditorClient, GesturesAndTheHistory) {

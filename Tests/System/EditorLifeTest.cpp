@@ -84,7 +84,7 @@ TEST_F(EditorLife, WhenNobodyReadsAllIsAskedForAnew) {
     }
     EXPECT_EQ(clientConnector_->pendingCount(), 1);
     pumpEvents();
-    EXPECT_EQ(ear.changes.back().group, CAudioParamData::kAllGroups);
+    EXPECT_TRUE(ear.changes.back().isReplacing);
     EXPECT_TRUE(client_->paramData(ear)->isSame(param(kOutGain).userData()));
 }
 
@@ -94,15 +94,15 @@ TEST_F(EditorLife, ADamagedMessageIsDroppedAndTheOthersAreRead) {
     pumpEvents();
     param(kOutGain).setValue(0, 0, 0.5);
     CByteBuffer damaged;
-    damaged.append(40);
+    damaged.append(kMessageCount);
     EXPECT_EQ(firstLine(connector_->sendToClient(clientConnector_->clientId(), damaged)), "");
     param(kOutGain).setValue(0, 0, 0.6);
     pumpEvents();
     EXPECT_EQ(ear.changes.size(), 3u);
     CByteBuffer unknown;
-    delete packMessage(unknown, uint32_t{40});
+    delete packMessage(unknown, uint32_t{kMessageCount});
     CMemoryReader reader(unknown.data(), 4);
-    EXPECT_EQ(firstLine(client_->processMessage(reader)), "Invalid data type 40.");
+    EXPECT_EQ(firstLine(client_->processMessage(reader)), "Invalid data type " + std::to_string(kMessageCount) + ".");
 }
 
 TEST_F(EditorLife, AConnectorWithoutAClientSaysSo) {

@@ -22,11 +22,13 @@ struct CChange {
     int32_t first;
     int32_t count;
     double value;
+    bool isReplacing;
 };
 
 struct CParamEar : CAudioInterfaceParamListener {
-    void onParamChanged(const CAudioParamData& data, int32_t group, int32_t first, int32_t count) override {
-        changes.push_back({group, first, count, data.value(group == CAudioParamData::kAllGroups ? 0 : group, first)});
+    void onParamChanged(const CAudioParamData& data, int32_t group, int32_t first, int32_t count,
+                        bool isReplacing) override {
+        changes.push_back({group, first, count, data.value(group, first), isReplacing});
         if (onChange)
             onChange();
     }
@@ -39,11 +41,15 @@ struct CParamEar : CAudioInterfaceParamListener {
 struct CRegistryEar : CAudioInterfaceRegistryListener {
     void onRegistryChanged(const CInterfaceRegistryState& state) override { states.push_back(state); }
     void onAlternateChanged(bool isAlternate) override { alternates.push_back(isAlternate); }
-    void onDataAcquired(const CByteBuffer& bytes) override { data = bytes; }
+    void onDataAcquired(uint32_t request, const CByteBuffer& bytes) override {
+        data = bytes;
+        requests.push_back(request);
+    }
     void onRegistryGone() override { ++gone; }
     std::vector<CInterfaceRegistryState> states;
     std::vector<bool> alternates;
     CByteBuffer data;
+    std::vector<uint32_t> requests;
     int gone = 0;
 };
 

@@ -156,6 +156,27 @@ TEST_F(ParamMessages, AReplacingMessageEndsTheGroupBehindItsValues) {
     EXPECT_EQ(param(kGains).value(1, 3), 2.0);
 }
 
+TEST_F(ParamMessages, TheHostLearnsOfTheElementsThatAReplacingMessageRemoves) {
+    EXPECT_EQ(client_.set(kGains, 1, 0, {2.0, 2.0, 2.0, 2.0}), "");
+    instance_->paramChanges = 0;
+    EXPECT_EQ(client_.set(kGains, 1, 0, {0.5, 0.5}, kIsReplacing), "");
+    EXPECT_EQ(instance_->paramChanges, 4);
+    EXPECT_NEAR(hostParams().getParameter(9 + 3), 0.5, 1e-12);
+    EXPECT_EQ(client_.set(kGains, CAudioParamData::kAllGroups, 0, {0.5}, kIsReplacing), "");
+    EXPECT_EQ(instance_->paramChanges, 4 + 2 * engine::kBands);
+}
+
+TEST_F(ParamMessages, AllGroupsTakeWhatIsMeantForAllAlsoThoseThatHoldNothing) {
+    EXPECT_EQ(client_.set(kGains, CAudioParamData::kAllGroups, 2, {0.5}), "");
+    for (int32_t group = 0; group < instance_->groupCount(); ++group) {
+        EXPECT_EQ(param(kGains).value(group, 2), 0.5) << group;
+        EXPECT_EQ(param(kGains).value(group, 1), 1.0) << group;
+    }
+    EXPECT_EQ(labels().size(), 2u);
+    EXPECT_EQ(client_.undo(), "");
+    EXPECT_EQ(param(kGains).value(7, 2), 1.0);
+}
+
 TEST_F(ParamMessages, AllGroupsTakeWhatIsMeantForAll) {
     param(kGains).setValue(1, 0, 1.5);
     EXPECT_EQ(client_.subscribe(1, kGains, 0), "");

@@ -140,6 +140,47 @@ TEST_F(RegistryMessages, TheRoutingRegistryResetsWhatLiesUnderItAlone) {
     EXPECT_EQ(param(kOutGain).value(0, 0), 0.5);
 }
 
+TEST_F(RegistryMessages, AProgramIsAddedAtItsPlaceWithTheCurrentState) {
+    EXPECT_EQ(client_.send(kSubscribeRegistry, path_, client_.id(1)), "");
+    const int32_t count = registry().programCount();
+    EXPECT_EQ(client_.set(kOutGain, 0, 0, {0.5}), "");
+    EXPECT_EQ(client_.send(kAddProgram, path_, int32_t{1}, CString("Mine")), "");
+    EXPECT_EQ(labels().back(), "Program add");
+    EXPECT_EQ(client_.send(kAddProgram, path_, count + 1, CString("Last")), "");
+    const CInterfaceRegistryState state = client_.takeLast(kRegistryChanged).registry;
+    ASSERT_EQ(state.programs.count(), count + 2);
+    EXPECT_EQ(state.programs[1], CString("Mine"));
+    EXPECT_EQ(state.programs[count + 1], CString("Last"));
+    EXPECT_EQ(state.currentProgram, 0);
+    EXPECT_EQ(client_.set(kOutGain, 0, 0, {0.75}), "");
+    EXPECT_EQ(client_.send(kSetProgram, path_, int32_t{1}), "");
+    EXPECT_EQ(param(kOutGain).value(0, 0), 0.5);
+}
+
+TEST_F(RegistryMessages, AReplacedProgramKeepsItsName) {
+    const CString name = registry().programName(2);
+    EXPECT_EQ(client_.set(kOutGain, 0, 0, {0.5}), "");
+    EXPECT_EQ(client_.send(kReplaceProgram, path_, int32_t{2}), "");
+    EXPECT_EQ(labels().back(), "Program replace");
+    EXPECT_EQ(registry().programName(2), name);
+    EXPECT_EQ(client_.set(kOutGain, 0, 0, {0.75}), "");
+    EXPECT_EQ(client_.send(kSetProgram, path_, int32_t{2}), "");
+    EXPECT_EQ(param(kOutGain).value(0, 0), 0.5);
+}
+
+TEST_F(RegistryMessages, ProgramsAreDeletedButForTheLast) {
+    EXPECT_EQ(client_.send(kSubscribeRegistry, path_, client_.id(1)), "");
+    const CString second = registry().programName(1);
+    EXPECT_EQ(client_.send(kDeleteProgram, path_, int32_t{0}), "");
+    EXPECT_EQ(labels().back(), "Program delete");
+    EXPECT_EQ(client_.takeLast(kRegistryChanged).registry.programs[0], second);
+    while (registry().programCount() > 1) {
+        EXPECT_EQ(client_.send(kDeleteProgram, path_, int32_t{0}), "");
+    }
+    EXPECT_EQ(client_.send(kDeleteProgram, path_, int32_t{0}), "The last program can't be deleted.");
+    EXPECT_EQ(registry().programCount(), 1);
+}
+
 TEST_F(RegistryMessages, AnUnsubscribedRegistryIsSilent) {
     EXPECT_EQ(client_.send(kSubscribeRegistry, path_, client_.id(1)), "");
     EXPECT_EQ(client_.send(kUnsubscribeRegistry, client_.id(1)), "");
@@ -159,6 +200,10 @@ TEST_F(RegistryMessages, EachMessageNeedsARegistry) {
     EXPECT_EQ(client_.send(kSetProgram, other, int32_t{0}), failure);
     EXPECT_EQ(client_.send(kRenameProgram, other, int32_t{0}, CString("x")), failure);
     EXPECT_EQ(client_.send(kActivateRomPreset, other, int32_t{0}), failure);
+    EXPECT_EQ(client_.send(kAddProgram, other, int32_t{0}, CString("x")), failure);
+    EXPECT_EQ(client_.send(kDeleteProgram, other, int32_t{0}), failure);
+    EXPECT_EQ(client_.send(kReplaceProgram, other, int32_t{0}), failure);
+    EXPECT_EQ(client_.send(kSetDefaultPreset, other, none), failure);
     EXPECT_EQ(client_.send(kActivateData, other, int32_t{-1}, none), failure);
     EXPECT_EQ(client_.send(kAcquirePreset, other, client_.id(1), false, int32_t{-1}, int32_t{-1}), failure);
     EXPECT_EQ(client_.send(kAcquireBank, other, client_.id(1), false), failure);
@@ -174,7 +219,15 @@ TEST_F(RegistryMessages, IndexesOutOfRangeAreRefused) {
         EXPECT_EQ(client_.send(kSetProgram, path_, index), failure);
         EXPECT_EQ(client_.send(kRenameProgram, path_, index, CString("x")), failure);
         EXPECT_EQ(client_.send(kActivateRomPreset, path_, index), failure);
+        EXPECT_EQ(client_.send(kDeleteProgram, path_, index), failure);
+        EXPECT_EQ(client_.send(kReplaceProgram, path_, index), failure);
     }
+    for (const int32_t index : {-1, count + 1, 0x7fffffff}) {
+        EXPECT_EQ(client_.send(kAddProgram, path_, index, CString("x")),
+                  "Invalid preset index " + std::to_string(index) + " specified.");
+    }
+    EXPECT_EQ(client_.send(kAddProgram, CString(kRoutingRegistry), int32_t{0}, CString("x")),
+              "Invalid preset index 0 specified.");
     EXPECT_EQ(client_.send(kAcquirePreset, path_, client_.id(1), true, registry().romCount(), int32_t{-1}),
               "Invalid preset index " + std::to_string(registry().romCount()) + " specified.");
     EXPECT_EQ(client_.send(kAcquireBank, CString(kRoutingRegistry), client_.id(1), false),

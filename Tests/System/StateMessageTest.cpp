@@ -61,10 +61,10 @@ TEST_F(StateMessages, EachQuestionHasItsOwnAnswerForTheOneWhoAsked) {
     const struct {
         uint32_t type;
         std::vector<double> numbers;
-    } kExpected[] = {{34, {96000.0}},
-                     {35, {2, 6, 0}},
-                     {36, {static_cast<double>(instance_->groupCount())}},
-                     {37, {static_cast<double>(instance_->internalChannelCount())}}};
+    } kExpected[] = {{kSampleRate, {96000.0}},
+                     {kIoCounts, {2, 6, 0}},
+                     {kGroupCount, {static_cast<double>(instance_->groupCount())}},
+                     {kInternalCount, {static_cast<double>(instance_->internalChannelCount())}}};
     ASSERT_EQ(told.size(), 4u);
     for (size_t i = 0; i < 4; ++i) {
         EXPECT_EQ(told[i].type, kExpected[i].type);

@@ -49,6 +49,7 @@ CError* CAudioInterfaceClient::init() {
     }
     connector_->setClient(this);
     TARV_TRY(send(kRequestState, newId()));
+    TARV_TRY(requestDefaultPreset());
     const CString& groupNames = getAttrString("group-names-param");
     if (!groupNames.isEmpty()) {
         groupNames_ = std::make_unique<CGroupNamesParamListener>();
@@ -166,9 +167,17 @@ void CAudioInterfaceClient::removeListener(CAudioInterfaceListener& listener) {
 }
 
 CError* CAudioInterfaceClient::requestFrames() {
-    // One asks for all: what has gathered goes to each of them.
-    if (!visuals_.isEmpty()) {
-        TARV_TRY(send(kRequestValues, visuals_[0]->id));
+    TARV_TRY(requireConnector());
+    TARV_TRY(send(kRequestValues, tickIdOf(connector_->clientId())));
+    return nullptr;
+}
+
+CError* CAudioInterfaceClient::requirePlace(const CString& param, int32_t group, int32_t first, int32_t count) const {
+    if (group < 0 || first < 0 || count < 0 || count > CAudioParamData::kElementLimit) {
+        TARV_FAIL(
+            "@tarvstr_CAudioInterfaceClient_requirePlace_InvalidPlace Parameter '%1' has no place for %2 elements from "
+            "%3 on in group %4.",
+            param, CString::fromInt(count), CString::fromInt(first), CString::fromInt(group));
     }
     return nullptr;
 }
@@ -190,6 +199,7 @@ CError* CAudioInterfaceClient::setTail(CMemoryWriteBuffer& stream, const CInterf
 CError* CAudioInterfaceClient::setNumbers(const CString& param, int32_t group, int32_t first, const double* numbers,
                                           int32_t elements, int32_t elementSize, const CInterfaceUndo& undo,
                                           bool isReplacing) {
+    TARV_TRY(requirePlace(param, group, first, elements));
     CMemoryWriteBuffer stream;
     TARV_TRY(setHead(stream, param, group, first, elements,
                      (isReplacing ? kIsReplacing : 0u) | (undo.isRecorded ? kIsRecorded : 0u)));
@@ -202,6 +212,7 @@ CError* CAudioInterfaceClient::setNumbers(const CString& param, int32_t group, i
 
 CError* CAudioInterfaceClient::setTexts(const CString& param, int32_t group, int32_t first, const CTextList& texts,
                                         const CInterfaceUndo& undo, bool isReplacing) {
+    TARV_TRY(requirePlace(param, group, first, texts.count()));
     CMemoryWriteBuffer stream;
     TARV_TRY(setHead(stream, param, group, first, texts.count(),
                      (isReplacing ? kIsReplacing : 0u) | (undo.isRecorded ? kIsRecorded : 0u)));
@@ -234,64 +245,6 @@ CError* CAudioInterfaceClient::redo(int32_t count) {
 
 CError* CAudioInterfaceClient::selectStep(int32_t position) {
     TARV_TRY(send(kMoveInHistory, newId(), static_cast<uint32_t>(CHistoryMove::Select), position, int32_t{0}));
-    return nullptr;
-}
-
-CError* CAudioInterfaceClient::setProgram(const CString& registry, int32_t index) {
-    TARV_TRY(send(kSetProgram, registry, index));
-    return nullptr;
-}
-
-CError* CAudioInterfaceClient::renameProgram(const CString& registry, int32_t index, const CString& displayName) {
-    TARV_TRY(send(kRenameProgram, registry, index, displayName));
-    return nullptr;
-}
-
-CError* CAudioInterfaceClient::activateRomPreset(const CString& registry, int32_t index) {
-    TARV_TRY(send(kActivateRomPreset, registry, index));
-    return nullptr;
-}
-
-CError* CAudioInterfaceClient::activateData(const CString& registry, const CByteBuffer& packed, int32_t group) {
-    TARV_TRY(send(kActivateData, registry, group, packed));
-    return nullptr;
-}
-
-CError* CAudioInterfaceClient::acquirePreset(const CString& registry, CAudioInterfaceRegistryListener& listener,
-                                             bool fromRom, int32_t index, int32_t group) {
-    const uint32_t request = newId();
-    TARV_TRY(send(kAcquirePreset, registry, request, fromRom, index, group));
-    attach(listener);
-    requests_[request] = &listener;
-    return nullptr;
-}
-
-CError* CAudioInterfaceClient::acquireBank(const CString& registry, CAudioInterfaceRegistryListener& listener,
-                                           bool fromRom) {
-    const uint32_t request = newId();
-    TARV_TRY(send(kAcquireBank, registry, request, fromRom));
-    attach(listener);
-    requests_[request] = &listener;
-    return nullptr;
-}
-
-CError* CAudioInterfaceClient::swapAB(const CString& registry) {
-    TARV_TRY(send(kSwapAB, registry));
-    return nullptr;
-}
-
-CError* CAudioInterfaceClient::copyToAlternate(const CString& registry) {
-    TARV_TRY(send(kCopyToAlternate, registry));
-    return nullptr;
-}
-
-CError* CAudioInterfaceClient::resetState(const CString& registry) {
-    TARV_TRY(send(kResetState, registry));
-    return nullptr;
-}
-
-CError* CAudioInterfaceClient::masterReset(const CString& registry) {
-    TARV_TRY(send(kMasterReset, registry));
     return nullptr;
 }
 

@@ -22,7 +22,7 @@ struct CInterfaceUndo {
 /// asks for. Everything that is set is heard again from the engine, in order. The editor's thread. Events of this
 /// object: `engine-state` (the full state has come), `update-sample-rate`, `update-io-channel-counts`,
 /// `update-group-count`, `update-internal-channel-count`, `clear`, `undo-history-changed`, `group-names-changed`,
-/// `bound-value-changed` (`id`), `data-passed`, `engine-gone`.
+/// `bound-value-changed` (`id`), `data-passed`, `default-preset-update`, `engine-gone`.
 class CAudioInterfaceClient : public CObject, public CAudioInterfaceClientTarget {
 public:
     CAudioInterfaceClient();
@@ -38,7 +38,8 @@ public:
     [[nodiscard]] CError* addVizProcessor(const CString& source, CAudioInterfaceVizProcessor& processor);
     /// Ends all that a listener subscribed. One that does not listen here is left alone.
     void removeListener(CAudioInterfaceListener& listener);
-    /// Has the records that gathered since sent; of an editor's tick.
+    /// An editor's tick: has the visual records sent that gathered since the last one, and the values that the engine
+    /// has set itself (off-line state, tempo, latency).
     [[nodiscard]] CError* requestFrames();
 
     /// What is known of a parameter that the listener subscribed: null until its values have come.
@@ -61,14 +62,31 @@ public:
 
     [[nodiscard]] CError* setProgram(const CString& registry, int32_t index);
     [[nodiscard]] CError* renameProgram(const CString& registry, int32_t index, const CString& displayName);
+    /// Puts a copy of the current state at an index in 0..count of the session bank.
+    [[nodiscard]] CError* addProgram(const CString& registry, int32_t index, const CString& displayName);
+    /// Fails for the last program that is left.
+    [[nodiscard]] CError* deleteProgram(const CString& registry, int32_t index);
+    /// Overwrites a program with the current state; its name stays.
+    [[nodiscard]] CError* replaceProgram(const CString& registry, int32_t index);
     [[nodiscard]] CError* activateRomPreset(const CString& registry, int32_t index);
     /// A preset or a bank, a compressed block. Group -1: all.
     [[nodiscard]] CError* activateData(const CString& registry, const CByteBuffer& packed, int32_t group = -1);
-    /// The answer comes to the listener's onDataAcquired. Index -1: the current state.
+    /// The answer comes to the listener's onDataAcquired with the number that `request` gets here. Index -1: the
+    /// current state.
     [[nodiscard]] CError* acquirePreset(const CString& registry, CAudioInterfaceRegistryListener& listener,
-                                        bool fromRom = false, int32_t index = -1, int32_t group = -1);
+                                        uint32_t& request, bool fromRom = false, int32_t index = -1,
+                                        int32_t group = -1);
     [[nodiscard]] CError* acquireBank(const CString& registry, CAudioInterfaceRegistryListener& listener,
-                                      bool fromRom = false);
+                                      uint32_t& request, bool fromRom = false);
+    /// Stores a compressed preset of a master registry, with which new instances start. Every editor of the process
+    /// gets the event `default-preset-update`.
+    [[nodiscard]] CError* setDefaultPreset(const CString& registry, const CByteBuffer& packed);
+    /// New instances start as the factory made them.
+    [[nodiscard]] CError* clearDefaultPreset();
+    [[nodiscard]] CError* requestDefaultPreset();
+    /// As they came last; asked for at the start.
+    bool hasDefaultPreset() const { return hasDefaultPreset_; }
+    const CString& defaultPresetName() const { return defaultPresetName_; }
     [[nodiscard]] CError* swapAB(const CString& registry);
     [[nodiscard]] CError* copyToAlternate(const CString& registry);
     [[nodiscard]] CError* resetState(const CString& registry);
@@ -107,11 +125,16 @@ private:
     struct CVizEntry;
     struct CBoundEntry;
     using CHandler = CError* (CAudioInterfaceClient::*)(CPosInputStream& stream);
-    static const CHandler kHandlers[kMessageCount - kFirstBaseMessage];
+    struct CHandlerRow {
+        uint32_t type;
+        CHandler handle;
+    };
+    static const CHandlerRow kHandlers[kMessageCount - kFirstBaseMessage];
 
     template <class Entry>
     void forget(COwnedArray<Entry>& entries, const CAudioInterfaceListener& listener, uint32_t type);
     [[nodiscard]] CError* requireConnector() const;
+    [[nodiscard]] CError* requirePlace(const CString& param, int32_t group, int32_t first, int32_t count) const;
     [[nodiscard]] CError* deliver(const CByteBuffer& message) const;
     template <class... T>
     [[nodiscard]] CError* send(uint32_t type, const T&... fields) const {
@@ -139,6 +162,7 @@ private:
     [[nodiscard]] CError* takeGroupCount(CPosInputStream& stream);
     [[nodiscard]] CError* takeInternalCount(CPosInputStream& stream);
     [[nodiscard]] CError* takeFrame(CPosInputStream& stream);
+    [[nodiscard]] CError* takeDefaultPreset(CPosInputStream& stream);
     [[nodiscard]] CError* takeData(CPosInputStream& stream);
     [[nodiscard]] CError* takeAnswer(CPosInputStream& stream);
     [[nodiscard]] CError* takeBoundValue(CPosInputStream& stream);
@@ -159,6 +183,8 @@ private:
         requests_;
     std::unique_ptr<CGroupNamesParamListener> groupNames_;
     CByteBuffer passedData_;
+    bool hasDefaultPreset_ = false;
+    CString defaultPresetName_;
 };
 
 }  // namespace tarv

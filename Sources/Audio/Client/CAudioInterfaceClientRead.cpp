@@ -1,5 +1,7 @@
 // What comes from the engine.
 
+#include <algorithm>
+
 #include "Audio/Client/CAudioInterfaceClient.h"
 #include "Audio/Client/CAudioInterfaceClientEntries.h"
 #include "Audio/Messages/CAudioInterfaceClientConnector.h"
@@ -11,17 +13,23 @@
 
 namespace tarv {
 
-// By type from the first on.
-const CAudioInterfaceClient::CHandler CAudioInterfaceClient::kHandlers[kMessageCount - kFirstBaseMessage] = {
-    &CAudioInterfaceClient::takeState,         &CAudioInterfaceClient::takeValues,
-    &CAudioInterfaceClient::takeRegistry,      &CAudioInterfaceClient::takeGroupNames,
-    &CAudioInterfaceClient::takeHistory,       &CAudioInterfaceClient::takeSampleRate,
-    &CAudioInterfaceClient::takeIoCounts,      &CAudioInterfaceClient::takeGroupCount,
-    &CAudioInterfaceClient::takeInternalCount, &CAudioInterfaceClient::takeFrame,
-    &CAudioInterfaceClient::takeData,
+constexpr CAudioInterfaceClient::CHandlerRow CAudioInterfaceClient::kHandlers[] = {
+    {kFullState, &CAudioInterfaceClient::takeState},
+    {kParamValues, &CAudioInterfaceClient::takeValues},
+    {kRegistryChanged, &CAudioInterfaceClient::takeRegistry},
+    {kGroupNames, &CAudioInterfaceClient::takeGroupNames},
+    {kHistory, &CAudioInterfaceClient::takeHistory},
+    {kSampleRate, &CAudioInterfaceClient::takeSampleRate},
+    {kIoCounts, &CAudioInterfaceClient::takeIoCounts},
+    {kGroupCount, &CAudioInterfaceClient::takeGroupCount},
+    {kInternalCount, &CAudioInterfaceClient::takeInternalCount},
+    {kFrame, &CAudioInterfaceClient::takeFrame},
+    {kData, &CAudioInterfaceClient::takeData},
+    {kDefaultPreset, &CAudioInterfaceClient::takeDefaultPreset},
 };
 
 CError* CAudioInterfaceClient::processMessage(CPosInputStream& stream) {
+    static_assert(isKeyedByType(kHandlers, kFirstBaseMessage, kMessageCount));
     uint32_t type = 0;
     TARV_TRY(stream.readValue(type));
     if (type < kFirstBaseMessage || type >= kMessageCount) {
@@ -29,7 +37,7 @@ CError* CAudioInterfaceClient::processMessage(CPosInputStream& stream) {
                   CString::fromInt(type));
     }
     // The last of what each of them does is to call the editor's code: that may destroy this object.
-    return (this->*kHandlers[type - kFirstBaseMessage])(stream);
+    return (this->*kHandlers[type - kFirstBaseMessage].handle)(stream);
 }
 
 CError* CAudioInterfaceClient::tell(const CString& eventName) {
@@ -77,9 +85,18 @@ CError* CAudioInterfaceClient::takeWhole(CPosInputStream& stream, CParamEntry& e
     CAudioParamData data;
     TARV_TRY(CAudioParamStorage::load(stream, definition->info(), data));
     TARV_TRY(expectMessageEnd(stream));
+    const int32_t groups = std::max({entry.data.groupCount(), data.groupCount(), 1});
     entry.info = &definition->info();
     entry.data = std::move(data);
-    entry.listener->onParamChanged(entry.data, CAudioParamData::kAllGroups, 0, CAudioParamData::kElementLimit);
+    const uint32_t id = entry.id;
+    for (int32_t group = 0; group < groups; ++group) {
+        // A call before may have destroyed the listener, or this object.
+        CParamEntry* now = isLive(this) ? paramEntry(id) : nullptr;
+        if (!now) {
+            break;
+        }
+        now->listener->onParamChanged(now->data, group, 0, now->data.elementCount(group), true);
+    }
     return nullptr;
 }
 
@@ -93,8 +110,9 @@ CError* CAudioInterfaceClient::takePart(CPosInputStream& stream, CParamEntry& en
     int32_t held = 0;
     int32_t size = 0;
     TARV_TRY(takeFields(stream, group, first, count, held, size));
-    if (size != (entry.data.isString() ? 0 : entry.data.elementSize()) || first < 0 || count < 0 ||
-        count > held - first || held > CAudioParamData::kElementLimit) {
+    const bool isPlace = group >= 0 && first >= 0 && count >= 0 && held >= first && count <= held - first &&
+                         held <= CAudioParamData::kElementLimit;
+    if (!isPlace || size != (entry.data.isString() ? 0 : entry.data.elementSize())) {
         TARV_FAIL("@tarvstr_CAudioInterfaceClient_takePart_InvalidPlace Parameter '%1' has no place for such values.",
                   entry.path);
     }
@@ -114,7 +132,8 @@ CError* CAudioInterfaceClient::takePart(CPosInputStream& stream, CParamEntry& en
     }
     TARV_TRY(expectMessageEnd(stream));
     entry.data.apply(change);
-    if (entry.data.elementCount(group) != held) {
+    const bool isReplacing = entry.data.elementCount(group) != held;
+    if (isReplacing) {
         CAudioParamChange end;
         end.group = group;
         end.first = held;
@@ -124,7 +143,7 @@ CError* CAudioInterfaceClient::takePart(CPosInputStream& stream, CParamEntry& en
         end.sourcePool = &pool;
         entry.data.apply(end);
     }
-    entry.listener->onParamChanged(entry.data, group, first, count);
+    entry.listener->onParamChanged(entry.data, group, first, count, isReplacing);
     return nullptr;
 }
 
@@ -225,6 +244,16 @@ CError* CAudioInterfaceClient::takeInternalCount(CPosInputStream& stream) {
     return tell("update-internal-channel-count");
 }
 
+CError* CAudioInterfaceClient::takeDefaultPreset(CPosInputStream& stream) {
+    uint32_t request = 0;
+    bool isThere = false;
+    CString name;
+    TARV_TRY(takeMessage(stream, request, isThere, name));
+    hasDefaultPreset_ = isThere;
+    defaultPresetName_ = name;
+    return tell("default-preset-update");
+}
+
 CError* CAudioInterfaceClient::takeFrame(CPosInputStream& stream) {
     uint32_t id = 0;
     uint32_t count = 0;
@@ -272,7 +301,7 @@ CError* CAudioInterfaceClient::takeAnswer(CPosInputStream& stream) {
     if (found != requests_.end()) {
         CAudioInterfaceRegistryListener& listener = *found->second;
         requests_.erase(found);
-        listener.onDataAcquired(bytes);
+        listener.onDataAcquired(request, bytes);
     }
     return nullptr;
 }
@@ -302,6 +331,7 @@ CError* CAudioInterfaceClient::takePassed(CPosInputStream& stream) {
 
 CError* CAudioInterfaceClient::refresh() {
     TARV_TRY(send(kRequestState, newId()));
+    TARV_TRY(requestDefaultPreset());
     for (const CParamEntry* entry : params_) {
         TARV_TRY(send(kRequestValues, entry->id));
     }

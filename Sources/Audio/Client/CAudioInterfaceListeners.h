@@ -25,8 +25,11 @@ private:
 /// Hears one parameter.
 class CAudioInterfaceParamListener : public CAudioInterfaceListener {
 public:
-    /// Values were set. `data` holds all of them; `group` is an index or CAudioParamData::kAllGroups.
-    virtual void onParamChanged(const CAudioParamData& data, int32_t group, int32_t first, int32_t count) = 0;
+    /// Values of one group were set. `data` holds all of the parameter; elements `first` to before `first + count` are
+    /// there. With `isReplacing` the group ends behind them: what it held further on is gone. A whole value comes as
+    /// one replacing call for each group that it holds or that the former one held, at least for group 0.
+    virtual void onParamChanged(const CAudioParamData& data, int32_t group, int32_t first, int32_t count,
+                                bool isReplacing) = 0;
     /// The engine has gone: no change comes any more.
     virtual void onParamGone() {}
 };
@@ -37,8 +40,8 @@ public:
     virtual void onRegistryChanged(const CInterfaceRegistryState& state) = 0;
     /// The other one of the A/B states is current.
     virtual void onAlternateChanged(bool) {}
-    /// A preset or bank that this listener asked for, as a compressed block.
-    virtual void onDataAcquired(const CByteBuffer&) {}
+    /// A preset or bank that this listener asked for, as a compressed block. `request` is what the asking call gave.
+    virtual void onDataAcquired([[maybe_unused]] uint32_t request, const CByteBuffer&) {}
     /// The engine has gone.
     virtual void onRegistryGone() {}
 };

@@ -3,46 +3,55 @@
 #include "Audio/Engine/CAudioInterfaceBaseListeners.h"
 #include "Audio/Parameters/CAudioParamCollector.h"
 #include "Audio/Presets/CAudioParamRegistry.h"
+#include "Audio/Stores/CAudioDefaultPreset.h"
 #include "Audio/Visuals/CAudioVizCollector.h"
 
 namespace tarv {
 
-// By type.
-const CAudioInterfaceBase::CHandler CAudioInterfaceBase::kHandlers[kFirstBaseMessage] = {
-    &CAudioInterfaceBase::subscribeParam,
-    &CAudioInterfaceBase::unsubscribeParam,
-    &CAudioInterfaceBase::requestValues,
-    &CAudioInterfaceBase::requestState,
-    &CAudioInterfaceBase::setValues,
-    &CAudioInterfaceBase::subscribeRegistry,
-    &CAudioInterfaceBase::unsubscribeRegistry,
-    &CAudioInterfaceBase::record,
-    &CAudioInterfaceBase::moveInHistory,
-    &CAudioInterfaceBase::subscribeVisual,
-    &CAudioInterfaceBase::unsubscribeVisual,
-    &CAudioInterfaceBase::setProgram,
-    &CAudioInterfaceBase::renameProgram,
-    &CAudioInterfaceBase::activateRomPreset,
-    &CAudioInterfaceBase::activateData,
-    &CAudioInterfaceBase::acquirePreset,
-    &CAudioInterfaceBase::acquireBank,
-    &CAudioInterfaceBase::registryAction<&CAudioParamRegistry::swapAB>,
-    &CAudioInterfaceBase::registryAction<&CAudioParamRegistry::masterReset>,
-    &CAudioInterfaceBase::registryAction<&CAudioParamRegistry::reset>,
-    &CAudioInterfaceBase::registryAction<&CAudioParamRegistry::copyToAlternate>,
-    &CAudioInterfaceBase::bindValue,
-    &CAudioInterfaceBase::unbindValue,
-    &CAudioInterfaceBase::pass,
-    &CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellSampleRate>,
-    &CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellIoCounts>,
-    &CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellGroupCount>,
-    &CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellInternalCount>,
-    &CAudioInterfaceBase::importLabels,
+constexpr CAudioInterfaceBase::CHandlerRow CAudioInterfaceBase::kHandlers[] = {
+    {kSubscribeParam, &CAudioInterfaceBase::subscribeParam},
+    {kUnsubscribeParam, &CAudioInterfaceBase::unsubscribeParam},
+    {kRequestValues, &CAudioInterfaceBase::requestValues},
+    {kRequestState, &CAudioInterfaceBase::requestState},
+    {kSetValues, &CAudioInterfaceBase::setValues},
+    {kSubscribeRegistry, &CAudioInterfaceBase::subscribeRegistry},
+    {kUnsubscribeRegistry, &CAudioInterfaceBase::unsubscribeRegistry},
+    {kRecord, &CAudioInterfaceBase::record},
+    {kMoveInHistory, &CAudioInterfaceBase::moveInHistory},
+    {kSubscribeVisual, &CAudioInterfaceBase::subscribeVisual},
+    {kUnsubscribeVisual, &CAudioInterfaceBase::unsubscribeVisual},
+    {kSetProgram, &CAudioInterfaceBase::setProgram},
+    {kRenameProgram, &CAudioInterfaceBase::renameProgram},
+    {kActivateRomPreset, &CAudioInterfaceBase::activateRomPreset},
+    {kActivateData, &CAudioInterfaceBase::activateData},
+    {kAcquirePreset, &CAudioInterfaceBase::acquirePreset},
+    {kAcquireBank, &CAudioInterfaceBase::acquireBank},
+    {kSwapAB, &CAudioInterfaceBase::registryAction<&CAudioParamRegistry::swapAB>},
+    {kMasterReset, &CAudioInterfaceBase::registryAction<&CAudioParamRegistry::masterReset>},
+    {kResetState, &CAudioInterfaceBase::registryAction<&CAudioParamRegistry::reset>},
+    {kCopyToAlternate, &CAudioInterfaceBase::registryAction<&CAudioParamRegistry::copyToAlternate>},
+    {kBindValue, &CAudioInterfaceBase::bindValue},
+    {kUnbindValue, &CAudioInterfaceBase::unbindValue},
+    {kPass, &CAudioInterfaceBase::pass},
+    {kAskSampleRate, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellSampleRate>},
+    {kAskIoCounts, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellIoCounts>},
+    {kAskGroupCount, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellGroupCount>},
+    {kAskInternalCount, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellInternalCount>},
+    {kImportLabels, &CAudioInterfaceBase::importLabels},
+    {kAddProgram, &CAudioInterfaceBase::addProgram},
+    {kDeleteProgram, &CAudioInterfaceBase::deleteProgram},
+    {kReplaceProgram, &CAudioInterfaceBase::replaceProgram},
+    {kSetDefaultPreset, &CAudioInterfaceBase::setDefaultPreset},
+    {kClearDefaultPreset, &CAudioInterfaceBase::clearDefaultPreset},
+    {kAskDefaultPreset, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellDefaultPreset>},
 };
 
-CAudioInterfaceBase::CAudioInterfaceBase() : subscriptions_(std::make_unique<CSubscriptions>()) {}
+CAudioInterfaceBase::CAudioInterfaceBase()
+    : subscriptions_(std::make_unique<CSubscriptions>()),
+      defaultPresetBridge_(this, &CAudioInterfaceBase::defaultPresetChanged) {}
 
 CAudioInterfaceBase::~CAudioInterfaceBase() {
+    defaultPresetBridge_.disconnect();
     if (connector_) {
         connector_->setBase(nullptr);
     }
@@ -69,7 +78,13 @@ CError* CAudioInterfaceBase::init() {
                   getAttrString("viz-collector"));
     }
     connector_->setBase(this);
+    defaultPresetBridge_.subscribe(CLocalData::instance(), CAudioDefaultPreset::kDataName);
     return nullptr;
+}
+
+void CAudioInterfaceBase::connectorGone() {
+    defaultPresetBridge_.disconnect();  // notifications come on other threads
+    connector_ = nullptr;
 }
 
 CError* CAudioInterfaceBase::deliver(int32_t client, const CByteBuffer& message) const {
@@ -78,13 +93,14 @@ CError* CAudioInterfaceBase::deliver(int32_t client, const CByteBuffer& message)
 }
 
 CError* CAudioInterfaceBase::processMessage(CInputStream& stream) {
+    static_assert(isKeyedByType(kHandlers, 0, kFirstBaseMessage));
     uint32_t type = 0;
     TARV_TRY(stream.readValue(type));
     if (type >= kFirstBaseMessage) {
         TARV_FAIL("@tarvstr_CAudioInterfaceBase_processMessage_InvalidType Invalid data type %1.",
                   CString::fromInt(type));
     }
-    TARV_TRY((this->*kHandlers[type])(stream));
+    TARV_TRY((this->*kHandlers[type].handle)(stream));
     return nullptr;
 }
 
@@ -145,6 +161,7 @@ CError* CAudioInterfaceBase::subscribeParam(CInputStream& stream) {
     CAudioParam* param = nullptr;
     TARV_TRY(findDefined(name, param));
     CParamListener& listener = paramListener(*param);
+    listener.sendEngineValue();  // to those that are there already
     listener.add(id, (flags & kAsGroupNames) != 0);
     subscriptions_->params[id] = &listener;
     if (flags & kSendAtOnce) {
@@ -174,12 +191,14 @@ CError* CAudioInterfaceBase::requestValues(CInputStream& stream) {
         found->second->sendWhole(id, 0);
         return nullptr;
     }
+    bool isTick = id == tickIdOf(clientOf(id)) && connector_->clients().indexOf(clientOf(id)) >= 0;
     for (const CSubscriptions::CVisual& visual : subscriptions_->visuals) {
-        if (visual.id == id) {
-            sendChangedValues();
-            TARV_TRY(sendFrames());
-            return nullptr;
-        }
+        isTick = isTick || visual.id == id;
+    }
+    if (isTick) {
+        sendEngineValues();
+        TARV_TRY(sendFrames());
+        return nullptr;
     }
     CLockScope scope(subscriptions_->valueLock);
     for (CBinding& binding : subscriptions_->bindings) {

@@ -5,6 +5,7 @@
 #include "Audio/Messages/CAudioInterfaceBaseConnector.h"
 #include "Audio/Messages/CAudioInterfaceMessage.h"
 #include "Audio/Presets/CAudioParamUndo.h"
+#include "Core/CApplicationData.h"
 
 namespace tarv {
 
@@ -47,7 +48,7 @@ public:
     [[nodiscard]] CError* processMessage(CInputStream& stream) override;
     /// A client left: what it asked for ends, and so does a record that it left open. Under the call lock.
     void clientGone(int32_t client) override;
-    void connectorGone() override { connector_ = nullptr; }
+    void connectorGone() override;
 
 protected:
     void historyChanged() override;
@@ -61,7 +62,11 @@ private:
     struct CBinding;
     using CHandler = CError* (CAudioInterfaceBase::*)(CInputStream& stream);
     struct CNotification;
-    static const CHandler kHandlers[kFirstBaseMessage];
+    struct CHandlerRow {
+        uint32_t type;
+        CHandler handle;
+    };
+    static const CHandlerRow kHandlers[kFirstBaseMessage];
     static const CNotification kNotifications[];
     static const CBoundValue kBoundValues[];
 
@@ -96,10 +101,15 @@ private:
     // CAudioInterfaceBaseRegistry.cpp.
     [[nodiscard]] CError* setProgram(CInputStream& stream);
     [[nodiscard]] CError* renameProgram(CInputStream& stream);
+    [[nodiscard]] CError* addProgram(CInputStream& stream);
+    [[nodiscard]] CError* deleteProgram(CInputStream& stream);
+    [[nodiscard]] CError* replaceProgram(CInputStream& stream);
     [[nodiscard]] CError* activateRomPreset(CInputStream& stream);
     [[nodiscard]] CError* activateData(CInputStream& stream);
     [[nodiscard]] CError* acquirePreset(CInputStream& stream);
     [[nodiscard]] CError* acquireBank(CInputStream& stream);
+    [[nodiscard]] CError* setDefaultPreset(CInputStream& stream);
+    [[nodiscard]] CError* clearDefaultPreset(CInputStream& stream);
     template <void (CAudioParamRegistry::*Action)()>
     [[nodiscard]] CError* registryAction(CInputStream& stream);
     [[nodiscard]] CError* findRegistry(const CString& path, CAudioParamRegistry*& registry) const;
@@ -118,11 +128,14 @@ private:
     [[nodiscard]] CError* tellGroupCount(uint32_t request, int32_t client) const;
     [[nodiscard]] CError* tellInternalCount(uint32_t request, int32_t client) const;
     [[nodiscard]] CError* tellClear(uint32_t request, int32_t client) const;
+    [[nodiscard]] CError* tellDefaultPreset(uint32_t request, int32_t client) const;
     void setCounts(const CInterfaceCounts& counts, const CString& eventName);
     [[nodiscard]] CError* sendFrames();
     void sendHistory(bool isForced);
     void sendBoundValue(CBinding& binding, bool isForced) const;
     void sendChangedValues();
+    void sendEngineValues();
+    void defaultPresetChanged(CCheckedObject* sender);
     void onParamChanged(CAudioParam& param, int32_t group, int32_t first, int32_t count) override;
 
     /// A message to the client of an id.
@@ -151,6 +164,7 @@ private:
     CInterfaceCounts counts_;
     CTextList channelLabels_;
     CByteBuffer lastHistory_;  // under the history's lock
+    CApplicationDataBridge<CAudioInterfaceBase> defaultPresetBridge_;
 };
 
 }  // namespace tarv

@@ -58,14 +58,16 @@ CError* CAudioInterfaceBase::targetOf(uint32_t id, const CString& name, CAudioPa
 }
 
 CError* CAudioInterfaceBase::requirePlace(const CEdit& edit) const {
-    const bool isForAll = edit.group == CAudioParamData::kAllGroups;
-    CLockScope scope(edit.param->lock());
-    const CAudioParamData& data = edit.param->userData();
-    const int32_t groups = edit.param->info().isSingleGroup() ? 1 : std::max(kGroupReach, data.groupCount());
-    const int32_t reach = std::max(kElementReach, data.elementCount(edit.group));
-    const bool isGroup = isForAll || (edit.group >= 0 && edit.group < groups);
-    if (!isGroup || edit.first < 0 || edit.first > reach || edit.count < 0 ||
-        edit.count > CAudioParamData::kElementLimit - edit.first) {
+    bool hasPlace = edit.group >= 0 && edit.first >= 0 && edit.count >= 0;
+    if (hasPlace) {
+        CLockScope scope(edit.param->lock());
+        const CAudioParamData& data = edit.param->userData();
+        const int32_t groups = edit.param->info().isSingleGroup() ? 1 : std::max(kGroupReach, data.groupCount());
+        hasPlace = (edit.group == CAudioParamData::kAllGroups || edit.group < groups) &&
+                   edit.first <= std::max(kElementReach, data.elementCount(edit.group)) &&
+                   edit.count <= CAudioParamData::kElementLimit - edit.first;
+    }
+    if (!hasPlace) {
         TARV_FAIL(
             "@tarvstr_CAudioInterfaceBase_requirePlace_InvalidPlace Parameter '%1' has no place for %2 elements from "
             "%3 on in group %4.",
@@ -125,6 +127,8 @@ bool CAudioInterfaceBase::editGroup(const CEdit& edit, int32_t group) const {
 
 void CAudioInterfaceBase::carryOut(const CEdit& edit) {
     const CString label = labelOf(edit);
+    const int32_t lastGroups = edit.param->info().isSingleGroup() ? 1 : counts().groups;
+    int32_t notified = edit.count;
     {
         CLockScope scope(lock());
         CAudioParamData before;
@@ -135,9 +139,13 @@ void CAudioInterfaceBase::carryOut(const CEdit& edit) {
             const CAudioParamData& data = edit.param->userData();
             before = data;
             const bool isForAll = edit.group == CAudioParamData::kAllGroups;
-            const int32_t end = isForAll ? before.groupCount() : edit.group + 1;
+            // Also groups that hold nothing yet: they are at the default, which is a value like others.
+            const int32_t end = isForAll ? std::max({before.groupCount(), lastGroups, 1}) : edit.group + 1;
             for (int32_t group = isForAll ? 0 : edit.group; group < end; ++group) {
                 editGroup(edit, group);
+                if (edit.flags & kIsReplacing) {
+                    notified = std::max(notified, before.elementCount(group) - edit.first);
+                }
             }
             after = data;
         }
@@ -149,8 +157,9 @@ void CAudioInterfaceBase::carryOut(const CEdit& edit) {
             addStep(std::move(step), true);
         }
     }
-    // Also of a value that stayed: whoever set it beyond its range has to hear what it is.
-    edit.param->tell(edit.group, edit.first, edit.count);
+    // Notifies even if unchanged: the sender must learn the clamped value. Elements that a replacing edit removed are
+    // at their defaults now, which the host has to know, too.
+    edit.param->tell(edit.group, edit.first, notified);
     tellIfChanged();
 }
 

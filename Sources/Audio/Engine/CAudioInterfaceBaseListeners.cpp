@@ -102,6 +102,12 @@ void CAudioInterfaceBase::CParamListener::sendWhole(uint32_t id, uint32_t reques
     }
 }
 
+void CAudioInterfaceBase::CParamListener::sendEngineValue() {
+    if (param_.takeEngineValue()) {
+        onParamChanged(param_, 0, 0, 1);
+    }
+}
+
 void CAudioInterfaceBase::CParamListener::onParamChanged(CAudioParam&, int32_t group, int32_t first, int32_t count) {
     // Hosts automate on their audio threads: without a subscriber nothing is taken or built.
     if (count_.load(std::memory_order_acquire) == 0) {

@@ -21,6 +21,9 @@ public:
     void remove(uint32_t id);
     /// Sends the whole value to one of the subscriptions, or with `kNoRequest` to all.
     void sendWhole(uint32_t id, uint32_t request);
+    /// Sends what the audio thread has set since the last call. No other listener of the parameter is notified: the
+    /// host knows it, or set it.
+    void sendEngineValue();
     void onParamChanged(CAudioParam& param, int32_t group, int32_t first, int32_t count) override;
 
 private:

@@ -3,6 +3,8 @@
 #include "Audio/Engine/CAudioInterfaceBase.h"
 #include "Audio/Messages/CAudioInterfaceBaseConnector.h"
 #include "Audio/Presets/CAudioParamRegistry.h"
+#include "Audio/Stores/CAudioDefaultPreset.h"
+#include "Audio/Stores/PackedStream.h"
 #include "Core/CompressedBlock.h"
 
 namespace tarv {
@@ -75,6 +77,46 @@ CError* CAudioInterfaceBase::renameProgram(CInputStream& stream) {
     return nullptr;
 }
 
+CError* CAudioInterfaceBase::addProgram(CInputStream& stream) {
+    CString path;
+    int32_t index = 0;
+    CString displayName;
+    TARV_TRY(takeMessage(stream, path, index, displayName));
+    CAudioParamRegistry* registry = nullptr;
+    TARV_TRY(findRegistry(path, registry));
+    // Behind the last one is a place, too; a registry without programs has none.
+    if (index != registry->programCount() || index == 0) {
+        TARV_TRY(requireProgram(*registry, index));
+    }
+    registry->addProgram(index, displayName);
+    return nullptr;
+}
+
+CError* CAudioInterfaceBase::deleteProgram(CInputStream& stream) {
+    CString path;
+    int32_t index = 0;
+    TARV_TRY(takeMessage(stream, path, index));
+    CAudioParamRegistry* registry = nullptr;
+    TARV_TRY(findRegistry(path, registry));
+    TARV_TRY(requireProgram(*registry, index));
+    if (registry->programCount() == 1) {
+        TARV_FAIL("@tarvstr_CAudioInterfaceBase_deleteProgram_LastProgram The last program can't be deleted.");
+    }
+    registry->deleteProgram(index);
+    return nullptr;
+}
+
+CError* CAudioInterfaceBase::replaceProgram(CInputStream& stream) {
+    CString path;
+    int32_t index = 0;
+    TARV_TRY(takeMessage(stream, path, index));
+    CAudioParamRegistry* registry = nullptr;
+    TARV_TRY(findRegistry(path, registry));
+    TARV_TRY(requireProgram(*registry, index));
+    registry->replaceProgram(index);
+    return nullptr;
+}
+
 CError* CAudioInterfaceBase::activateRomPreset(CInputStream& stream) {
     CString path;
     int32_t index = 0;
@@ -139,6 +181,36 @@ CError* CAudioInterfaceBase::acquireBank(CInputStream& stream) {
     TARV_TRY(registry->acquireBank(fromRom, writer, true));
     TARV_TRY(sendTo(request, kData, static_cast<uint32_t>(CDataKind::Answer), request, bytes));
     return nullptr;
+}
+
+CError* CAudioInterfaceBase::setDefaultPreset(CInputStream& stream) {
+    CString path;
+    CByteBuffer packed;
+    TARV_TRY(takeMessage(stream, path, packed));
+    CAudioParamRegistry* registry = nullptr;
+    TARV_TRY(findRegistry(path, registry));
+    CMemoryReader source(packed.data(), static_cast<uint32_t>(packed.count()));
+    CByteBuffer bytes;
+    TARV_TRY(source.readCompressedData(bytes, kPresetBlockId));
+    CMemoryReader reader(bytes.data(), static_cast<uint32_t>(bytes.count()));
+    CAudioPreset preset;
+    TARV_TRY(preset.load(reader));
+    TARV_TRY(expectStreamEnd(reader));
+    if (!registry->isMaster() || !preset.hasPrefix(registry->id())) {
+        TARV_FAIL("@tarvstr_CAudioInterfaceBase_setDefaultPreset_IncompatiblePreset Incompatible preset.");
+    }
+    CAudioDefaultPreset::write(bytes);
+    return nullptr;
+}
+
+CError* CAudioInterfaceBase::clearDefaultPreset(CInputStream& stream) {
+    TARV_TRY(expectMessageEnd(stream));
+    CAudioDefaultPreset::clear();
+    return nullptr;
+}
+
+void CAudioInterfaceBase::defaultPresetChanged(CCheckedObject*) {
+    TARV_CONSUME(tellDefaultPreset(kNoRequest, -1));
 }
 
 template <void (CAudioParamRegistry::*Action)()>

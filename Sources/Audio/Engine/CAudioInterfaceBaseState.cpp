@@ -9,6 +9,7 @@
 #include "Audio/Parameters/CAudioEnv.h"
 #include "Audio/Parameters/CAudioParamCollector.h"
 #include "Audio/Presets/CAudioParamRegistry.h"
+#include "Audio/Stores/CAudioDefaultPreset.h"
 #include "Audio/Visuals/CAudioVizCollector.h"
 
 namespace tarv {
@@ -141,6 +142,13 @@ CError* CAudioInterfaceBase::tellClear(uint32_t, int32_t client) const {
     return nullptr;
 }
 
+CError* CAudioInterfaceBase::tellDefaultPreset(uint32_t request, int32_t client) const {
+    CString name;
+    const bool isThere = CAudioDefaultPreset::readName(name);
+    TARV_TRY(sendToClient(client, kDefaultPreset, request, isThere, name));
+    return nullptr;
+}
+
 template <CError* (CAudioInterfaceBase::*Answer)(uint32_t, int32_t) const>
 CError* CAudioInterfaceBase::answer(CInputStream& stream) {
     uint32_t request = 0;
@@ -154,6 +162,7 @@ template CError* CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellSampleRat
 template CError* CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellIoCounts>(CInputStream& stream);
 template CError* CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellGroupCount>(CInputStream& stream);
 template CError* CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellInternalCount>(CInputStream& stream);
+template CError* CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellDefaultPreset>(CInputStream& stream);
 
 CError* CAudioInterfaceBase::requestState(CInputStream& stream) {
     uint32_t request = 0;
@@ -293,6 +302,7 @@ CError* CAudioInterfaceBase::bindValue(CInputStream& stream) {
         bpmParam_ = paramCollector_->findParam(kBpmParam);
         if (bpmParam_) {
             bpmParam_->addListener(*this);
+            paramListener(*bpmParam_);  // so that a tick asks it for what the audio thread set
         }
     }
     CLockScope scope(subscriptions_->valueLock);
@@ -313,6 +323,20 @@ void CAudioInterfaceBase::sendBoundValue(CBinding& binding, bool isForced) const
     if (isOther) {
         TARV_CONSUME(sendTo(binding.id, kData, static_cast<uint32_t>(CDataKind::Value), binding.id, binding.numbers));
     }
+}
+
+void CAudioInterfaceBase::sendEngineValues() {
+    CArray<CParamListener*, 16> listeners;
+    {
+        CLockScope scope(subscriptions_->listenerLock);
+        for (CParamListener* listener : subscriptions_->paramListeners) {
+            listeners.append(listener);
+        }
+    }
+    for (CParamListener* listener : listeners) {
+        listener->sendEngineValue();
+    }
+    sendChangedValues();
 }
 
 void CAudioInterfaceBase::sendChangedValues() {

@@ -14,7 +14,9 @@ enum CInterfaceMessage : uint32_t {
     // From a client.
     kSubscribeParam = 0,     ///< id, parameter, u32 flags (CSubscribeFlag), u32 request (comes back in the answer)
     kUnsubscribeParam = 1,   ///< id
-    kRequestValues = 2,      ///< id of a parameter (answer: kParamValues), a bound value (kData), visual data (kFrame)
+    kRequestValues = 2,      ///< id of a parameter (answer: kParamValues), a bound value (kData), visual data (kFrame);
+                             ///< number 0 of a client: an editor's tick. Visual data and a tick send all frames that
+                             ///< gathered, and what the engine has set itself since the last time
     kRequestState = 3,       ///< request; answer: kFullState
     kSetValues = 4,          ///< id or 0, parameter (empty: the id's), i32 group (9999: all), i32 first element,
                              ///< i32 count of elements, u32 flags (CSetFlag), the elements' f64 or texts, text label
@@ -43,24 +45,31 @@ enum CInterfaceMessage : uint32_t {
     kAskGroupCount = 26,     ///< request; answer: kGroupCount
     kAskInternalCount = 27,  ///< request; answer: kInternalCount
     kImportLabels = 28,      ///< nothing
+    kAddProgram = 29,        ///< registry, i32 index in 0..count, text display name; a copy of the current state
+    kDeleteProgram = 30,     ///< registry, i32 index; not the last one
+    kReplaceProgram = 31,    ///< registry, i32 index; its name stays
+    kSetDefaultPreset = 32,  ///< registry, bytes: a compressed preset of this registry's prefix; of a master
+    kClearDefaultPreset = 33,  ///< nothing
+    kAskDefaultPreset = 34,    ///< request; answer: kDefaultPreset
 
     // From the engine.
-    kFirstBaseMessage = 29,
-    kFullState = 29,    ///< request, CInterfaceState
-    kParamValues = 30,  ///< id, request (0 for a change), u32 CValuesForm, then for Whole: text path of the definition,
+    kFirstBaseMessage = 35,
+    kFullState = 35,    ///< request, CInterfaceState
+    kParamValues = 36,  ///< id, request (0 for a change), u32 CValuesForm, then for Whole: text path of the definition,
                         ///< the storage record; for Part: i32 group, i32 first, i32 count, i32 elements that the
                         ///< group has now, u32 numbers of an element (0: texts), the elements' f64 or texts
-    kRegistryChanged = 31,  ///< id, CInterfaceRegistryState
-    kGroupNames = 32,       ///< id, request, list of texts; in place of kParamValues where asked for
-    kHistory = 33,          ///< CInterfaceHistory
-    kSampleRate = 34,       ///< request or kNoRequest, f64 Hz
-    kIoCounts = 35,         ///< request or kNoRequest, u32 inputs, u32 outputs, u32 side-chain inputs
-    kGroupCount = 36,       ///< request or kNoRequest, u32
-    kInternalCount = 37,    ///< request or kNoRequest, u32 internal channels
-    kFrame = 38,            ///< id, list of records (CAudioVizData)
-    kData = 39,  ///< u32 CDataKind, then for Answer: request, bytes; Value: id, list of f64; Passed: request of
+    kRegistryChanged = 37,  ///< id, CInterfaceRegistryState
+    kGroupNames = 38,       ///< id, request, list of texts; in place of kParamValues where asked for
+    kHistory = 39,          ///< CInterfaceHistory
+    kSampleRate = 40,       ///< request or kNoRequest, f64 Hz
+    kIoCounts = 41,         ///< request or kNoRequest, u32 inputs, u32 outputs, u32 side-chain inputs
+    kGroupCount = 42,       ///< request or kNoRequest, u32
+    kInternalCount = 43,    ///< request or kNoRequest, u32 internal channels
+    kFrame = 44,            ///< id, list of records (CAudioVizData)
+    kData = 45,  ///< u32 CDataKind, then for Answer: request, bytes; Value: id, list of f64; Passed: request of
                  ///< the sender, bytes; Clear: nothing
-    kMessageCount = 40,
+    kDefaultPreset = 46,  ///< request or kNoRequest, flag (there is one), text display name
+    kMessageCount = 47,
 };
 
 /// The id of what was not asked for.
@@ -75,9 +84,25 @@ enum class CHistoryMove : uint32_t { Undo = 0, Redo = 1, Select = 2 };
 enum class CValuesForm : uint32_t { Whole = 0, Part = 1 };
 enum class CDataKind : uint32_t { Answer = 0, Value = 1, Passed = 2, Clear = 3 };
 
+/// Whether a table of rows with a `type` has one row for each type from `first` to before `end`, in order.
+template <class Row, size_t Count>
+constexpr bool isKeyedByType(const Row (&rows)[Count], uint32_t first, uint32_t end) {
+    for (size_t i = 0; i < Count; ++i) {
+        if (rows[i].type != first + i) {
+            return false;
+        }
+    }
+    return Count == end - first;
+}
+
 /// The client that a listener or request id belongs to.
 inline int32_t clientOf(uint32_t id) {
     return static_cast<int32_t>(id >> 16);
+}
+
+/// The id by which a client asks for all that gathered; no listener has it.
+inline uint32_t tickIdOf(int32_t client) {
+    return static_cast<uint32_t>(client) << 16;
 }
 
 /// Texts of a message. The count is not believed: each text takes bytes of its own.

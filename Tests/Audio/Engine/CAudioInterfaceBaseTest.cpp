@@ -43,6 +43,20 @@ std::vector<CTestNode> sharedTree(bool hasSwitch = true) {
     return {{"core:object", "audio", {}, audio}};
 }
 
+TEST(InterfaceMessages, ATableOfHandlersNeedsEachTypeOnceAndInOrder) {
+    struct CRow {
+        uint32_t type;
+    };
+    static constexpr CRow kGood[] = {{3}, {4}, {5}};
+    static constexpr CRow kSwapped[] = {{3}, {5}, {4}};
+    static constexpr CRow kTwice[] = {{3}, {3}, {5}};
+    static_assert(isKeyedByType(kGood, 3, 6));
+    EXPECT_FALSE(isKeyedByType(kGood, 3, 7));
+    EXPECT_FALSE(isKeyedByType(kGood, 2, 5));
+    EXPECT_FALSE(isKeyedByType(kSwapped, 3, 6));
+    EXPECT_FALSE(isKeyedByType(kTwice, 3, 6));
+}
+
 TEST(InterfaceBase, TheObjectsBesideTheGraphFindEachOther) {
     CTestApplication application(creators(), sharedTree());
     auto root = application.makeRoot(children());
@@ -192,8 +206,8 @@ TEST(InterfaceBaseConnector, MessagesNeedABaseAndATypeOfAClient) {
         const std::string failure = consumed(connector->processClientData(reader));
         return failure.substr(0, failure.find('\r'));
     };
-    EXPECT_EQ(send(28), "");
-    EXPECT_EQ(send(29), "Invalid data type 29.");
+    EXPECT_EQ(send(kImportLabels), "");
+    EXPECT_EQ(send(kFirstBaseMessage), "Invalid data type " + std::to_string(kFirstBaseMessage) + ".");
     connector->setBase(nullptr);
     EXPECT_EQ(send(0), "No base object defined.");
 }

@@ -126,6 +126,15 @@ CError* readRate(CInputStream& in, CTold& told) {
     return nullptr;
 }
 
+CError* readDefaultPreset(CInputStream& in, CTold& told) {
+    bool isThere = false;
+    CString name;
+    TARV_TRY(takeFields(in, told.id, isThere, name));
+    told.numbers.push_back(isThere ? 1.0 : 0.0);
+    told.texts.push_back(name.toUtf8());
+    return nullptr;
+}
+
 CError* (*const kReaders[])(CInputStream& in, CTold& told) = {
     [](CInputStream& in, CTold& told) { return takeFields(in, told.id, told.state); },
     &readValues,
@@ -138,6 +147,7 @@ CError* (*const kReaders[])(CInputStream& in, CTold& told) = {
     &readCounts<1>,
     &readFrame,
     &readData,
+    &readDefaultPreset,
 };
 
 CError* readMessage(CInputStream& in, CTold& told) {

@@ -32,7 +32,7 @@ struct CTold {
     std::vector<std::shared_ptr<CAudioVizData>> records;
 };
 
-/// Speaks the messages 0 to 28 as an editor does and reads 29 to 39, byte by byte: no code of the client's classes is
+/// Speaks the messages of an editor and reads those of the engine, byte by byte: no code of the client's classes is
 /// in it. Messages may arrive on any thread; all else is for one thread.
 class CMessageClient final : public CAudioInterfaceClientEnd {
 public:
