@@ -84,7 +84,7 @@ const CCreatorRow kCreatorRows[] = {
     {"audio:fltgen-serial-item", &createObject<CAudioFilterSerialGenItem>, nullptr},
     {"audio:interface-base", &createObject<CAudioInterfaceBase>, nullptr},
     {"audio:interface-base-connector-vst", &createObject<CAudioInterfaceBaseConnectorVST>, nullptr},
-    {"audio:interface-client", &createObject<CAudioInterfaceClient>, nullptr},
+    {"audio:interface-client", &createObject<CAudioInterfaceClient>, &CAudioInterfaceClient::initClass},
     {"audio:interface-client-connector-vst", &createObject<CAudioInterfaceClientConnectorVST>,
      &CAudioInterfaceClientConnector::initClass},
     {"audio:modBypass", &createObject<CModBypassDef>, nullptr},

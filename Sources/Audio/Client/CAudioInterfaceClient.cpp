@@ -1,12 +1,14 @@
 #include "Audio/Client/CAudioInterfaceClient.h"
 
 #include "Audio/Client/CAudioInterfaceClientEntries.h"
+#include "Core/CNotifyServer.h"
 
 namespace tarv {
 
 namespace {
 
 constexpr uint32_t kNumbers = 0xffff;
+constexpr const char* kStoreChanged = "preset-store-changed";
 
 }  // namespace
 
@@ -18,7 +20,13 @@ CAudioInterfaceListener::~CAudioInterfaceListener() {
 
 CAudioInterfaceClient::CAudioInterfaceClient() = default;
 
+CError* CAudioInterfaceClient::initClass(CClassDescriptor& descriptor) {
+    descriptor.addHandler<&CAudioInterfaceClient::presetStoreChanged>(kStoreChanged);
+    return nullptr;
+}
+
 CAudioInterfaceClient::~CAudioInterfaceClient() {
+    presetStores_.deleteAll();  // their notifications come on other threads
     // Whoever still listens has to be let go before the lists are; the engine is told of each that leaves.
     while (!params_.isEmpty()) {
         removeListener(*params_.last()->listener);
@@ -48,6 +56,7 @@ CError* CAudioInterfaceClient::init() {
                   getAttrString("client-connector"));
     }
     connector_->setClient(this);
+    listenObject(fullName(), kStoreChanged, kStoreChanged);
     TARV_TRY(send(kRequestState, newId()));
     TARV_TRY(requestDefaultPreset());
     const CString& groupNames = getAttrString("group-names-param");
@@ -245,6 +254,53 @@ CError* CAudioInterfaceClient::redo(int32_t count) {
 
 CError* CAudioInterfaceClient::selectStep(int32_t position) {
     TARV_TRY(send(kMoveInHistory, newId(), static_cast<uint32_t>(CHistoryMove::Select), position, int32_t{0}));
+    return nullptr;
+}
+
+CError* CAudioInterfaceClient::findPresetStore(const CString& storeName, CAudioPresetStore*& store) {
+    for (CAudioPresetStore* known : presetStores_) {
+        if (storeName == known->form().name) {
+            store = known;
+            return nullptr;
+        }
+    }
+    const CAudioPresetStoreForm* form = CAudioPresetStore::findForm(storeName);
+    if (!form) {
+        TARV_FAIL("@tarvstr_CAudioInterfaceClient_findPresetStore_NoStore No preset store '%1' found.", storeName);
+    }
+    store = new CAudioPresetStore(*form, &presetStoreWritten, this);
+    presetStores_.append(store);
+    return nullptr;
+}
+
+// On the thread that writes, with the store's lock held: the editor's code hears of it by a post.
+void CAudioInterfaceClient::presetStoreWritten(void* user) {
+    auto& client = *static_cast<CAudioInterfaceClient*>(user);
+    if (!client.notifyServer() || client.isStorePosted_.exchange(true)) {
+        return;
+    }
+    CAttributeMap params;
+    if (CError* error = client.notifyServer()->sendPosted(client.fullName(), kStoreChanged, params)) {
+        client.isStorePosted_ = false;
+        TARV_CONSUME(error);
+    }
+}
+
+CError* CAudioInterfaceClient::presetStoreChanged() {
+    isStorePosted_ = false;
+    CArray<CString, 2> changed;
+    for (CAudioPresetStore* store : presetStores_) {
+        if (store->refreshIfChanged()) {
+            changed.append(store->form().name);
+        }
+    }
+    for (int32_t i = 0; i < changed.count() && isLive(this); ++i) {
+        CAttributeMap params;
+        params["store-name"] = CAttributeValue::fromString(changed[i]);
+        if (CError* error = sendEvent("shared-banks-update", params, false)) {
+            return error;
+        }
+    }
     return nullptr;
 }
 

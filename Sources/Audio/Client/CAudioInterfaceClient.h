@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "Audio/Client/CAudioInterfaceListeners.h"
+#include "Audio/Client/CAudioPresetStore.h"
 #include "Audio/Messages/CAudioInterfaceClientConnector.h"
 #include "Core/CObject.h"
 
@@ -22,13 +23,15 @@ struct CInterfaceUndo {
 /// asks for. Everything that is set is heard again from the engine, in order. The editor's thread. Events of this
 /// object: `engine-state` (the full state has come), `update-sample-rate`, `update-io-channel-counts`,
 /// `update-group-count`, `update-internal-channel-count`, `clear`, `undo-history-changed`, `group-names-changed`,
-/// `bound-value-changed` (`id`), `data-passed`, `default-preset-update`, `engine-gone`.
+/// `bound-value-changed` (`id`), `data-passed`, `default-preset-update`, `shared-banks-update`
+/// (`store-name`: an editor of this process wrote that store), `engine-gone`.
 class CAudioInterfaceClient : public CObject, public CAudioInterfaceClientTarget {
 public:
     CAudioInterfaceClient();
     ~CAudioInterfaceClient() override;
     /// Asks for the full state, and for the names of the groups if `group-names-param` is there.
     [[nodiscard]] CError* init() override;
+    [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
 
     /// Subscribes a parameter of a full name; its values come with the first call of the listener.
     [[nodiscard]] CError* addParamListener(const CString& param, CAudioInterfaceParamListener& listener);
@@ -92,6 +95,10 @@ public:
     [[nodiscard]] CError* resetState(const CString& registry);
     [[nodiscard]] CError* masterReset(const CString& registry);
 
+    /// The presets that a user's editors share under a `store-name`, as long as this object; read anew at the first
+    /// call.
+    [[nodiscard]] CError* findPresetStore(const CString& storeName, CAudioPresetStore*& store);
+
     /// Follows a value of the engine by name (see CAudioInterfaceBase); gives the id to read it by.
     [[nodiscard]] CError* bindValue(const CString& name, int32_t count, uint32_t& id);
     [[nodiscard]] CError* unbindValue(uint32_t id);
@@ -133,6 +140,8 @@ private:
 
     template <class Entry>
     void forget(COwnedArray<Entry>& entries, const CAudioInterfaceListener& listener, uint32_t type);
+    static void presetStoreWritten(void* user);
+    [[nodiscard]] CError* presetStoreChanged();
     [[nodiscard]] CError* requireConnector() const;
     [[nodiscard]] CError* requirePlace(const CString& param, int32_t group, int32_t first, int32_t count) const;
     [[nodiscard]] CError* deliver(const CByteBuffer& message) const;
@@ -185,6 +194,8 @@ private:
     CByteBuffer passedData_;
     bool hasDefaultPreset_ = false;
     CString defaultPresetName_;
+    COwnedArray<CAudioPresetStore, 2> presetStores_;
+    std::atomic<bool> isStorePosted_{false};
 };
 
 }  // namespace tarv

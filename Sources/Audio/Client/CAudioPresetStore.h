@@ -1,0 +1,75 @@
+#pragma once
+
+#include <atomic>
+
+#include "Audio/Stores/CAudioBankList.h"
+#include "Core/CApplicationData.h"
+
+namespace tarv {
+
+/// Where a store lies and how it is written.
+struct CAudioPresetStoreForm {
+    const char* name;  ///< `store-name`, and the key in the user's data
+    bool isGlobal;     ///< in CGlobalData, otherwise in CLocalData
+    bool hasBanks;     ///< banks with presets; otherwise a list of presets, which stands here as one bank
+};
+
+/// Presets that outlive an instance, one list for all editors of a user. Holds a copy of what is stored; every edit
+/// reads what is stored anew, makes the one change in it and writes it, under a lock between programs, so that what
+/// another program wrote stays. A bank is known by its place and name, a preset by its place and bytes: where another
+/// program moved it the edit follows, and where it is another one now the edit fails, changes nothing and the copy is
+/// what is stored. Indexes are those of the copy; an index out of range fails.
+/// The editor's thread, but for what `changed` notifies.
+class CAudioPresetStore : public CHeapObject {
+public:
+    /// `changed(user)` comes when any editor of this process wrote the store; on the thread that wrote, under the
+    /// store's lock.
+    CAudioPresetStore(const CAudioPresetStoreForm& form, void (*changed)(void* user), void* user);
+    ~CAudioPresetStore();
+    /// The form of a store's name, or null.
+    static const CAudioPresetStoreForm* findForm(const CString& name);
+
+    const CAudioPresetStoreForm& form() const { return form_; }
+    const CAudioBankList& banks() const { return banks_; }
+    /// Reads what is stored. A list of presets that is missing, damaged or empty is the embedded one; damaged banks are
+    /// logged and none.
+    void refresh();
+    /// Refreshes if `changed` has come since.
+    bool refreshIfChanged();
+
+    /// Banks; not of a list.
+    [[nodiscard]] CError* insertBank(int32_t index, const CAudioPresetBank& bank);
+    [[nodiscard]] CError* deleteBank(int32_t index);
+    [[nodiscard]] CError* renameBank(int32_t index, const CString& name);
+    /// Presets of a bank; of a list the bank is 0.
+    [[nodiscard]] CError* insertPreset(int32_t bank, int32_t index, const CAudioPreset& preset);
+    [[nodiscard]] CError* deletePreset(int32_t bank, int32_t index);
+    [[nodiscard]] CError* renamePreset(int32_t bank, int32_t index, const CString& displayName);
+    /// Overwrites a preset; its name stays.
+    [[nodiscard]] CError* replacePreset(int32_t bank, int32_t index, const CAudioPreset& preset);
+
+private:
+    CApplicationData& data() const;
+    uint32_t blockIdOfForm() const;
+    [[nodiscard]] CError* parse(const CByteBuffer& bytes, CAudioBankList& banks) const;
+    void parseStored(const CByteBuffer& bytes, CAudioBankList& banks) const;
+    [[nodiscard]] CError* save(const CAudioBankList& banks, CByteBuffer& bytes) const;
+    [[nodiscard]] CError* requireBanks() const;
+    [[nodiscard]] CError* requireIndex(int32_t index, int32_t end) const;
+    [[nodiscard]] CError* requirePreset(int32_t bank, int32_t index) const;
+    [[nodiscard]] CError* findBank(const CAudioBankList& stored, int32_t index, int32_t& found) const;
+    [[nodiscard]] CError* findPreset(const CAudioBankList& stored, int32_t bank, int32_t index, int32_t& foundBank,
+                                     int32_t& found) const;
+    template <class Edit>
+    [[nodiscard]] CError* edit(Edit&& change);
+    void storeWritten(CCheckedObject* sender);
+
+    const CAudioPresetStoreForm& form_;
+    void (*changed_)(void* user);
+    void* user_;
+    CAudioBankList banks_;
+    std::atomic<bool> isChanged_{false};
+    CApplicationDataBridge<CAudioPresetStore> bridge_;
+};
+
+}  // namespace tarv
