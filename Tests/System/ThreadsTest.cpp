@@ -52,6 +52,31 @@ CSignal settled(CPlainInstance& instance) {
     return render(instance, noise(2, 3000, 0.25, 99));
 }
 
+TEST(OtherThreads, RatesAndBlockSizesArriveWhileTheAudioThreadRuns) {
+    const auto instance = start({44100.0, 2, straight(2, 1)});
+    CAudioThread audio(*instance, 6);
+    std::thread host([&] {
+        constexpr double kRates[] = {96000.0, 44100.0, 48000.0, 192000.0};
+        for (int32_t round = 0; round < 200; ++round) {
+            instance->setSampleRate(kRates[round % 4]);
+            instance->setBlockSize(64 + round % 8);
+            instance->extParamList()->setParameter(1 + round % 7, 0.5 + 0.5 * std::sin(round));
+        }
+        for (int32_t i = 1; i <= kBands; ++i) {
+            instance->extParamList()->setParameter(i, 0.6);
+        }
+        instance->setSampleRate(48000.0);
+    });
+    host.join();
+    EXPECT_TRUE(audio.finish());
+
+    const auto quiet = start({48000.0, 2, straight(2, 1)});
+    for (int32_t i = 1; i <= kBands; ++i) {
+        quiet->extParamList()->setParameter(i, 0.6);
+    }
+    EXPECT_EQ(firstDifference(settled(*instance), settled(*quiet)), CDifference());
+}
+
 TEST(OtherThreads, EachChangeArrivesWhileTheAudioThreadRuns) {
     const auto instance = start({44100.0, 2, straight(2, 0)});
     CAudioThread audio(*instance, 5);

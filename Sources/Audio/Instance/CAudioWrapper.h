@@ -61,9 +61,10 @@ public:
 
     void suspend();
     void resume();
-    /// Rate in Hz. Takes effect at the next resume.
+    /// Rate in Hz. Takes effect at the next resume or, while active, before the next block, which then starts as behind
+    /// a suspend and a resume. [any thread, any state]
     void setSampleRate(double rate);
-    /// Frames of the longest block that the host announces. Takes effect at the next resume.
+    /// Frames of the longest block that the host announces. Takes effect as a rate does. [any thread, any state]
     void setBlockSize(int32_t frames);
     /// Channels that the host hands over and expects; at least 1 each. Takes effect at the next resume.
     void setChannelCounts(int32_t inputs, int32_t outputs);
@@ -72,7 +73,8 @@ public:
 
     /// Runs one host block of any length, cut into runs of at most kMaxSubBlock frames. Null channel pointers (or a
     /// null array) are silence on the way in and dropped on the way out. While suspended it only clears the outputs. In
-    /// place is allowed. Audio thread.
+    /// place is allowed. What was set since the resume is there from the first sample of the first block, without a
+    /// fade. Audio thread.
     void processBlock(const float* const* inputs, float* const* outputs, int32_t frames);
     void processBlock(const double* const* inputs, double* const* outputs, int32_t frames);
 
@@ -143,6 +145,11 @@ private:
     void startWithDefaultPreset();
     void resetGraph();
     void prepareGraph();
+    /// Takes rate and block size over from the environment and makes the graph ready for them, in silence and with all
+    /// values in place: a resume's part for the graph.
+    void startGraph();
+    /// Brings host, visual frames and pending changes up to the block that begins.
+    void beginBlock();
     /// Makes the modules and buffers that fades will need with the channels and rates of now.
     void makeRoom();
     void placeDelays();
@@ -201,6 +208,10 @@ private:
     int32_t outputCount_ = 1;
     bool sampleRateChanged_ = false;
     CApplicationDataBridge<CAudioWrapper> oversamplingBridge_;
+    /// The block size that the graph was started with; its rate stands in the graph.
+    int32_t startedBlockSize_ = 0;
+    /// No block has run since the resume.
+    bool isFirstBlock_ = false;
 };
 
 }  // namespace tarv

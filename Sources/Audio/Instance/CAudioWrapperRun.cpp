@@ -91,11 +91,10 @@ void CAudioWrapper::resume() {
     if (isLatencyMarked_.exchange(false, std::memory_order_relaxed)) {
         hostLatencyParam_->setValue(0, 0, 0.0);
     }
-    graph_.hostRate = env_->sampleRate();
-    prepareGraph();
+    startGraph();
+    isFirstBlock_ = true;
     vizCollector_->start();
     interfaceBase_->start();
-    graph_.isRunning = true;
     CLockScope scope(env_->lock());
     env_->setRunning(true);
 }
@@ -119,6 +118,28 @@ void CAudioWrapper::prepareGraph() {
     graph_.context->flush();
     makeRoom();
     placeDelays();
+}
+
+void CAudioWrapper::startGraph() {
+    graph_.isRunning = false;
+    graph_.hostRate = env_->sampleRate();
+    startedBlockSize_ = env_->blockSize();
+    prepareGraph();
+    graph_.isRunning = true;
+}
+
+void CAudioWrapper::beginBlock() {
+    const bool isFormatNew = env_->sampleRate() != graph_.hostRate || env_->blockSize() != startedBlockSize_;
+    const uint64_t deliveries = paramCollector_->deliveries();
+    pollHost();
+    vizCollector_->setPosition(env_->position());
+    paramCollector_->applyPendingChanges(graph_.now);
+    // Hosts that set a rate while running, or the state behind the resume, would otherwise hear filters of the old
+    // rate, or a fade from values that nobody chose.
+    if (isFormatNew || (isFirstBlock_ && paramCollector_->deliveries() != deliveries)) {
+        startGraph();
+    }
+    isFirstBlock_ = false;
 }
 
 void CAudioWrapper::makeRoom() {
@@ -287,10 +308,8 @@ void CAudioWrapper::processAny(const Sample* const* inputs, Sample* const* outpu
         }
         return;
     }
-    pollHost();
-    vizCollector_->setPosition(env_->position());
-    paramCollector_->applyPendingChanges(graph_.now);
     const int32_t latencyBefore = env_->latency();
+    beginBlock();
     for (int32_t offset = 0; offset < frames; offset += kMaxSubBlock) {
         const int32_t count = frames - offset < kMaxSubBlock ? frames - offset : kMaxSubBlock;
         runOnce(inputs, outputs, offset, count);
@@ -299,7 +318,7 @@ void CAudioWrapper::processAny(const Sample* const* inputs, Sample* const* outpu
             makeRoom();
         }
     }
-    env_->advancePosition(frames / env_->sampleRate());
+    env_->advancePosition(frames / graph_.hostRate);
     if (graph_.delaysChanged) {
         placeDelays();
     }

@@ -254,6 +254,7 @@ void AudioEffectX::setSampleRate(float rate) {
     constexpr float kMostRate = 1.0e7f;
     if (rate >= kLeastRate && rate <= kMostRate) {
         sampleRate_ = rate;
+        formatChanged();
     }
 }
 
@@ -261,6 +262,7 @@ void AudioEffectX::setBlockSize(intptr_t frames) {
     constexpr intptr_t kMostFrames = 1 << 24;
     if (frames > 0 && frames <= kMostFrames) {
         blockSize_ = static_cast<int32_t>(frames);
+        formatChanged();
     }
 }
 

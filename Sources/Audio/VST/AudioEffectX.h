@@ -35,6 +35,8 @@ public:
 
     virtual void suspend() {}
     virtual void resume() {}
+    /// The host announced a rate or a block size, which sampleRate() and blockSize() give. [any thread, any state]
+    virtual void formatChanged() {}
     /// Audio in channels of `frames` samples each; the arrays have as many pointers as channels were announced.
     virtual void processReplacing(float** inputs, float** outputs, int32_t frames) = 0;
     virtual void processDoubleReplacing(double** inputs, double** outputs, int32_t frames) = 0;

@@ -158,15 +158,21 @@ void CAudioWrapperVST::suspend() {
 
 void CAudioWrapperVST::resume() {
     CProcessScope scope(*this);
-    const auto rate = static_cast<double>(AudioEffectX::sampleRate());
-    if (isActive() && rate != env()->sampleRate()) {
-        // A host that changes the rate and forgot to suspend shall not hear the filters of the old one.
-        CAudioWrapper::suspend();
-    }
-    CAudioWrapper::setBlockSize(AudioEffectX::blockSize());
-    CAudioWrapper::setSampleRate(rate);
+    takeFormat();
     CAudioWrapper::resume();
     setInitialDelay(latency());
+}
+
+void CAudioWrapperVST::takeFormat() {
+    CAudioWrapper::setBlockSize(AudioEffectX::blockSize());
+    CAudioWrapper::setSampleRate(static_cast<double>(AudioEffectX::sampleRate()));
+}
+
+void CAudioWrapperVST::formatChanged() {
+    // Audacity sets the rate behind `mains on` and sends no other: without this its sound has filters of the old rate.
+    if (isActive()) {
+        takeFormat();
+    }
 }
 
 void CAudioWrapperVST::processReplacing(float** inputs, float** outputs, int32_t frames) {

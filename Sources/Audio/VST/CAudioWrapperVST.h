@@ -26,6 +26,7 @@ public:
 
     void suspend() override;
     void resume() override;
+    void formatChanged() override;
     void processReplacing(float** inputs, float** outputs, int32_t frames) override;
     void processDoubleReplacing(double** inputs, double** outputs, int32_t frames) override;
     void setParameter(int32_t index, float value) override;
@@ -77,6 +78,7 @@ private:
     class CHostCall;
 
     void askHost();
+    void takeFormat();
     bool isHostCalling() const;
     void programChanged(CCheckedObject* sender);
 

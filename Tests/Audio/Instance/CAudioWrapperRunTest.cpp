@@ -5,43 +5,13 @@
 #include "Audio/Engine/CAudioInterfaceBase.h"
 #include "Audio/Parameters/CAudioEnv.h"
 #include "Audio/Visuals/CAudioVizCollector.h"
-#include "Tests/Audio/Instance/WrapperTree.h"
+#include "Tests/Audio/Instance/RunningInstance.h"
 #include "Tests/Audio/Modules/CTestGen.h"
 
 namespace tarv {
 namespace {
 
-using CSignal = std::vector<double>;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-/// An instance of the small plug-in: a gain of 2 for the group of each channel. Stereo unless told otherwise.
-class CInstance {
-public:
-    explicit CInstance(const CWrapperDefinitions& definitions = {}) : application_(definitions) {
-        EXPECT_EQ(messageOf(wrapper.init()), "");
-        wrapper.setChannelCounts(2, 2);
-    }
-    /// One block of a mono signal in 64-bit, on the first channel; what comes out of it.
-    CSignal run(const CSignal& in) {
-        CSignal out(in.size(), 99.0);
-        const double* inputs[2] = {in.data(), nullptr};
-        double* outputs[2] = {out.data(), nullptr};
-        wrapper.processBlock(inputs, outputs, static_cast<int32_t>(in.size()));
-        return out;
-    }
-    void setGain(double value, int32_t group = 0) {
-        wrapper.paramCollector()->findParam("plugin.modMain.g.gain")->setValue(group, 0, value);
-    }
-    double param(const char* name) {
-        return wrapper.paramCollector()->findParam((CString("plugin.modMain.") + name))->value(0, 0);
-    }
-
-private:
-    CWrapperApplication application_;
-
-public:
-    CTestWrapper wrapper;
-};
 
 /// Watches the runs of the graph: the samples that each run of the gain delivers.
 class CRunLengths : public CAudioGraphObserver {
@@ -60,7 +30,7 @@ TEST(CAudioWrapperRunTest, BlocksRunInPiecesOfAtMost512) {
         std::vector<int32_t> lengths;
     } rows[] = {{0, {}}, {-5, {}}, {1, {1}}, {512, {512}}, {513, {512, 1}}, {1025, {512, 512, 1}}};
     for (const auto& row : rows) {
-        CInstance instance;
+        CRunningInstance instance;
         instance.wrapper.resume();
         CRunLengths watch;
         instance.wrapper.graph().observer = &watch;
@@ -73,7 +43,7 @@ TEST(CAudioWrapperRunTest, BlocksRunInPiecesOfAtMost512) {
 }
 
 TEST(CAudioWrapperRunTest, ThePositionCountsTheSecondsOfAllBlocks) {
-    CInstance instance;
+    CRunningInstance instance;
     instance.wrapper.setSampleRate(48000.0);
     instance.wrapper.resume();
     EXPECT_EQ(instance.wrapper.env()->position(), 0.0);
@@ -87,7 +57,7 @@ TEST(CAudioWrapperRunTest, ThePositionCountsTheSecondsOfAllBlocks) {
 }
 
 TEST(CAudioWrapperRunTest, FramesOfVisualDataBeginWithBlocksBetweenResumeAndSuspend) {
-    CInstance instance;
+    CRunningInstance instance;
     auto& viz = *instance.wrapper.instanceRoot()->findObjectOf<CAudioVizCollector>("plugin.viz-collector");
     instance.wrapper.setSampleRate(48000.0);
     viz.enableParam()->setValue(0, 0, 1.0);
@@ -105,7 +75,7 @@ TEST(CAudioWrapperRunTest, FramesOfVisualDataBeginWithBlocksBetweenResumeAndSusp
 }
 
 TEST(CAudioWrapperRunTest, NullPointersAreSilenceOnTheWayInAndDroppedOnTheWayOut) {
-    CInstance instance;
+    CRunningInstance instance;
     instance.wrapper.resume();
     const CSignal ones(10, 1.0);
     CSignal first(10, 99.0);
@@ -124,7 +94,7 @@ TEST(CAudioWrapperRunTest, NullPointersAreSilenceOnTheWayInAndDroppedOnTheWayOut
 }
 
 TEST(CAudioWrapperRunTest, BothPrecisionsMeetTheSameGraph) {
-    CInstance instance;
+    CRunningInstance instance;
     instance.setGain(1.0 / 3.0);
     instance.wrapper.resume();
     const CSignal wide = noiseSignal(700);
@@ -139,7 +109,7 @@ TEST(CAudioWrapperRunTest, BothPrecisionsMeetTheSameGraph) {
 }
 
 TEST(CAudioWrapperRunTest, InPlaceGivesTheSame) {
-    CInstance instance;
+    CRunningInstance instance;
     instance.setGain(3.0, 1);
     instance.wrapper.resume();
     CSignal first = noiseSignal(1000, 1);
@@ -155,7 +125,7 @@ TEST(CAudioWrapperRunTest, InPlaceGivesTheSame) {
 }
 
 TEST(CAudioWrapperRunTest, WithoutResumeTheOutputIsSilent) {
-    CInstance instance;
+    CRunningInstance instance;
     EXPECT_EQ(instance.run(CSignal(10, 1.0)), CSignal(10, 0.0));
     instance.wrapper.resume();
     EXPECT_EQ(instance.run(CSignal(10, 1.0)), CSignal(10, 2.0));
@@ -164,7 +134,7 @@ TEST(CAudioWrapperRunTest, WithoutResumeTheOutputIsSilent) {
 }
 
 TEST(CAudioWrapperRunTest, SuspendAndResumeMayComeTwice) {
-    CInstance instance;
+    CRunningInstance instance;
     instance.wrapper.suspend();
     EXPECT_FALSE(instance.wrapper.isActive());
     instance.wrapper.resume();
@@ -182,7 +152,7 @@ TEST(CAudioWrapperRunTest, SuspendAndResumeMayComeTwice) {
 }
 
 TEST(CAudioWrapperRunTest, ChangesWhileSuspendedAreHeardFromTheFirstSampleWithoutAFade) {
-    CInstance instance;
+    CRunningInstance instance;
     instance.setGain(3.0);
     instance.wrapper.resume();
     EXPECT_EQ(instance.run(CSignal(10, 1.0)), CSignal(10, 3.0));
@@ -194,8 +164,8 @@ TEST(CAudioWrapperRunTest, ChangesWhileSuspendedAreHeardFromTheFirstSampleWithou
     EXPECT_EQ(instance.run({1.0})[0], 5.0);  // while running it fades
 }
 
-TEST(CAudioWrapperRunTest, ARateIsTakenAtTheNextResume) {
-    CInstance instance;
+TEST(CAudioWrapperRunTest, ARateThatComesWhileSuspendedIsTakenAtTheResume) {
+    CRunningInstance instance;
     instance.wrapper.setSampleRate(96000.0);
     EXPECT_EQ(instance.wrapper.env()->sampleRate(), 96000.0);
     instance.wrapper.resume();
@@ -207,7 +177,7 @@ TEST(CAudioWrapperRunTest, ARateIsTakenAtTheNextResume) {
 }
 
 TEST(CAudioWrapperRunTest, ChannelCountsAreHeldBetween1And32) {
-    CInstance instance;
+    CRunningInstance instance;
     const struct {
         int32_t asked;
         int32_t held;
@@ -222,13 +192,13 @@ TEST(CAudioWrapperRunTest, ChannelCountsAreHeldBetween1And32) {
 }
 
 TEST(CAudioWrapperRunTest, AnInputThatIsNotFiniteCountsAs0) {
-    CInstance instance;
+    CRunningInstance instance;
     instance.wrapper.resume();
     EXPECT_EQ(instance.run({1.0, kInfinity, -kInfinity, std::nan(""), 1.0}), (CSignal{2.0, 0.0, 0.0, 0.0, 2.0}));
 }
 
 TEST(CAudioWrapperRunTest, FromAnOutputThatIsNotFiniteOnThePieceIsSilentAndTheGraphStartsAnew) {
-    CInstance instance;
+    CRunningInstance instance;
     instance.wrapper.resume();
     CSignal in(600, 1.0);
     in[300] = 1e308;  // twice that is beyond the format
@@ -239,7 +209,7 @@ TEST(CAudioWrapperRunTest, FromAnOutputThatIsNotFiniteOnThePieceIsSilentAndTheGr
 }
 
 TEST(CAudioWrapperRunTest, AHostOf32BitsHasASmallerRange) {
-    CInstance instance;
+    CRunningInstance instance;
     instance.wrapper.resume();
     std::vector<float> in(4, 1.0f);
     std::vector<float> out(4, 99.0f);
@@ -251,7 +221,7 @@ TEST(CAudioWrapperRunTest, AHostOf32BitsHasASmallerRange) {
 }
 
 TEST(CAudioWrapperRunTest, OffLineRenderingIsFollowed) {
-    CInstance instance;
+    CRunningInstance instance;
     instance.wrapper.resume();
     instance.run({1.0});
     EXPECT_EQ(heardValue(instance.wrapper, kOffline), 0.0);
@@ -274,7 +244,7 @@ TEST(CAudioWrapperRunTest, OffLineRenderingIsFollowed) {
 }
 
 TEST(CAudioWrapperRunTest, WhatTheAudioThreadFoundOfOffLineRenderingIsReadBehindTheNextResume) {
-    CInstance instance;
+    CRunningInstance instance;
     instance.wrapper.resume();
     instance.wrapper.processLevel = 4;
     instance.run({1.0});
@@ -291,7 +261,7 @@ TEST(CAudioWrapperRunTest, OnlyAPlugInThatUsesItAsksForTheTempo) {
     for (const bool isUsed : {false, true}) {
         CWrapperDefinitions definitions;
         definitions.pluginAttributes = {{"use-host-bpm", isUsed ? "true" : "false"}};
-        CInstance instance(definitions);
+        CRunningInstance instance(definitions);
         instance.wrapper.tempo = 97.5;
         instance.wrapper.resume();
         instance.run({1.0});
@@ -302,7 +272,7 @@ TEST(CAudioWrapperRunTest, OnlyAPlugInThatUsesItAsksForTheTempo) {
         instance.run({1.0});
         EXPECT_EQ(heardValue(instance.wrapper, kBpm), isUsed ? 97.5 : 140.0);
     }
-    CInstance instance;
+    CRunningInstance instance;
     instance.wrapper.setHostBpm(120.0);
     EXPECT_EQ(instance.param("host-bpm"), 120.0);
 }
@@ -330,7 +300,7 @@ CWrapperDefinitions delayedDefinitions(CTestAttributes filterAttributes = {}) {
 }
 
 TEST(CAudioWrapperRunTest, TheLatencyOfTheGraphIsKnownBehindResume) {
-    CInstance instance(delayedDefinitions());
+    CRunningInstance instance(delayedDefinitions());
     EXPECT_EQ(instance.wrapper.latency(), 0);
     instance.wrapper.resume();
     EXPECT_EQ(instance.wrapper.latency(), 100);
@@ -339,7 +309,7 @@ TEST(CAudioWrapperRunTest, TheLatencyOfTheGraphIsKnownBehindResume) {
 
 TEST(CAudioWrapperRunTest, ALatencyThatChangesWhileAudioRunsIsToldToTheHost) {
     for (const bool isSmooth : {false, true}) {
-        CInstance instance(delayedDefinitions({{"is-smooth-update", isSmooth ? "true" : "false"}}));
+        CRunningInstance instance(delayedDefinitions({{"is-smooth-update", isSmooth ? "true" : "false"}}));
         instance.wrapper.resume();
         instance.run(CSignal(10, 1.0));
         EXPECT_EQ(instance.wrapper.ioChanges, 0);
@@ -366,8 +336,21 @@ TEST(CAudioWrapperRunTest, ALatencyThatChangesWhileAudioRunsIsToldToTheHost) {
     }
 }
 
+TEST(CAudioWrapperRunTest, ALatencyThatANewFormatBringsIsToldToTheHost) {
+    CRunningInstance instance(delayedDefinitions());
+    instance.wrapper.resume();
+    instance.run(CSignal(10, 1.0));
+    CAudioParam& index = *instance.wrapper.paramCollector()->findParam("plugin.modMain.f.index");
+    index.setValue(0, 0, 2.0);
+    index.setValue(1, 0, 2.0);
+    instance.wrapper.setSampleRate(96000.0);
+    instance.run({1.0});
+    EXPECT_EQ(instance.wrapper.latency(), 7);
+    EXPECT_EQ(instance.wrapper.ioChanges, 1);
+}
+
 TEST(CAudioWrapperRunTest, TwoInstancesDoNotTouchEachOther) {
-    CInstance first;
+    CRunningInstance first;
     CTestWrapper second;
     ASSERT_EQ(messageOf(second.init()), "");
     second.resume();

@@ -121,8 +121,9 @@ TEST_F(CAudioWrapperVSTTest, ResumeTakesRateAndBlockSizeFromTheHost) {
     EXPECT_EQ(w.env()->blockSize(), 96);
     EXPECT_TRUE(w.isActive());
     e->dispatcher(e, vst::kEffectSetSampleRate, 0, 0, nullptr, 96000.0f);
-    w.resume();
-    EXPECT_EQ(w.env()->sampleRate(), 96000.0) << "without a suspend between";
+    e->dispatcher(e, vst::kEffectSetBlockSize, 0, 128, nullptr, 0.0f);
+    EXPECT_EQ(w.env()->sampleRate(), 96000.0) << "the next block runs at it, without a suspend between";
+    EXPECT_EQ(w.env()->blockSize(), 128);
     w.suspend();
     EXPECT_FALSE(w.isActive());
 }
