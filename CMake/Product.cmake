@@ -60,8 +60,12 @@ foreach(licence ${licences})
 endforeach()
 # What a crash report needs stays here; what is shipped is without it. The date goes into the header that objcopy writes:
 # a fixed one, so that the same sources give the same bytes.
+# The stereo face is the same file under another name, by which the library knows what to show (CPluginFace.h).
 set(copy_object ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0 ${CMAKE_OBJCOPY})
+set(stereo_file BrindleXEQ-Stereo${CMAKE_SHARED_MODULE_SUFFIX})
 add_custom_command(TARGET BrindleXEQ POST_BUILD WORKING_DIRECTORY ${CMAKE_BINARY_DIR} VERBATIM
+    BYPRODUCTS ${CMAKE_BINARY_DIR}/${stereo_file}
     COMMAND ${copy_object} --only-keep-debug $<TARGET_FILE_NAME:BrindleXEQ> $<TARGET_FILE_NAME:BrindleXEQ>.debug
     COMMAND ${copy_object} --strip-unneeded --add-gnu-debuglink=$<TARGET_FILE_NAME:BrindleXEQ>.debug
-            $<TARGET_FILE_NAME:BrindleXEQ>)
+            $<TARGET_FILE_NAME:BrindleXEQ>
+    COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE_NAME:BrindleXEQ> ${stereo_file})

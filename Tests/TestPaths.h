@@ -6,6 +6,8 @@ namespace tarv {
 extern const char* const kSourceFolder;
 /// The built library. Wine has the root folder as drive Z.
 extern const char* const kPluginFile;
+/// The same library under the name of its stereo face.
+extern const char* const kStereoFile;
 /// The built compiler of the definitions; empty for Windows.
 extern const char* const kDefinitionCompilerFile;
 

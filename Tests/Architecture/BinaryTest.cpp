@@ -15,6 +15,8 @@ namespace {
 
 const std::string kDll = "build/windows/BrindleXEQ.dll";
 const std::string kTwin = "build/native/BrindleXEQ.so";
+const std::string kStereoDll = "build/windows/BrindleXEQ-Stereo.dll";
+const std::string kStereoTwin = "build/native/BrindleXEQ-Stereo.so";
 
 std::string bytesOf(const std::string& path) {
     std::ifstream in(std::filesystem::path(kSourceFolder) / path, std::ios::binary);
@@ -66,6 +68,14 @@ TEST(Binary, BesideTheDllLieTheLicencesOfWhatIsInIt) {
     }
     // The faces' own notice goes with what was drawn from them.
     EXPECT_NE(bytesOf("build/windows/licences/inter.txt").find("Open Font License (OFL)"), std::string::npos);
+}
+
+TEST(Binary, TheStereoFaceIsTheSameFileUnderAnotherName) {
+    // So exports, imports and licences are those of the full one.
+    ASSERT_GT(bytesOf(kDll).size(), 100000u);
+    EXPECT_EQ(bytesOf(kStereoDll), bytesOf(kDll));
+    ASSERT_GT(bytesOf(kTwin).size(), 100000u);
+    EXPECT_EQ(bytesOf(kStereoTwin), bytesOf(kTwin));
 }
 
 TEST(Binary, NoPathOfThisMachineIsInABinary) {

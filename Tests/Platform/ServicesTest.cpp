@@ -5,6 +5,7 @@
 
 #include "Platform/Clock.h"
 #include "Platform/Folders.h"
+#include "Platform/OwnFile.h"
 #include "Platform/ProcessHeap.h"
 #include "Platform/ThreadId.h"
 #include "Platform/WindowClass.h"
@@ -54,6 +55,14 @@ TEST(Folders, AreMadeLevelByLevelAndNamesMayHoldAnyLetter) {
     EXPECT_EQ(removeFile(file.c_str()), 0u);
     EXPECT_NE(removeFile(file.c_str()), 0u);
     std::filesystem::remove_all(base);
+}
+
+TEST(OwnFile, IsTheFileOfThisProgram) {
+    std::u16string path;
+    ASSERT_EQ(ownFilePath(path), 0u);
+    const std::u16string name = path.substr(path.rfind(u'/') + 1);
+    EXPECT_EQ(name.substr(0, name.find(u'.')), u"PlatformTests");
+    EXPECT_TRUE(std::filesystem::is_regular_file(path)) << "it may be relative to the current folder";
 }
 
 TEST(WindowClass, ANameIsTakenUntilItIsGivenBack) {

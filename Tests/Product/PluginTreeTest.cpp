@@ -13,6 +13,7 @@ const CAttributeRow kProject[] = {
     {"plugin-category-vst", "kPlugCategEffect"},
     {"plugin-autype", "kAudioUnitType_Effect"},
     {"plugin-code", "TAEQ"},
+    {"plugin-code-stereo", "TAES"},
     {"app-name", "Brindle XEQ"},
     {"app-name-concat", "BrindleXEQ"},
     {"app-full-name", "Tarvelo Brindle XEQ"},

@@ -7,6 +7,8 @@
 #include "Audio/Engine/CAudioInterfaceBase.h"
 #include "Audio/Parameters/CAudioEnv.h"
 #include "Audio/Parameters/CAudioExtParam.h"
+#include "Audio/VST/CPluginFace.h"
+#include "Audio/VST/VstAnswers.h"
 #include "Platform/ThreadId.h"
 
 namespace tarv {
@@ -19,42 +21,6 @@ constexpr const char* kLockedProduct = "WaveLab";
 constexpr const char* kFocusKeepingVendor = "Steinberg";
 
 std::atomic<bool> focusIsTaken{true};
-
-struct CNamedValue {
-    const char* name;
-    intptr_t value;
-};
-
-constexpr CNamedValue kCanDo[] = {
-    {vst::kCanCockosExtensions, vst::kCockosExtensionsAnswer},
-    {vst::kCanReceiveMidiEvent, 1},
-    {vst::kCanReceiveTimeInfo, 1},
-};
-
-constexpr CNamedValue kCategories[] = {
-    {"kPlugCategUnknown", vst::kCategoryUnknown},
-    {"kPlugCategEffect", vst::kCategoryEffect},
-    {"kPlugCategSynth", vst::kCategorySynth},
-    {"kPlugCategAnalysis", vst::kCategoryAnalysis},
-    {"kPlugCategMastering", vst::kCategoryMastering},
-    {"kPlugCategSpacializer", vst::kCategorySpacializer},
-    {"kPlugCategRoomFx", vst::kCategoryRoomFx},
-    {"kPlugSurroundFx", vst::kCategorySurroundFx},
-    {"kPlugCategRestoration", vst::kCategoryRestoration},
-    {"kPlugCategOfflineProcess", vst::kCategoryOfflineProcess},
-    {"kPlugCategShell", vst::kCategoryShell},
-    {"kPlugCategGenerator", vst::kCategoryGenerator},
-};
-
-template <size_t count>
-intptr_t valueOf(const CNamedValue (&table)[count], const CString& name) {
-    for (const CNamedValue& row : table) {
-        if (name == row.name) {
-            return row.value;
-        }
-    }
-    return 0;
-}
 
 /// Writes at most `size` bytes, the terminator included; a character that would not fit whole is left out.
 void copyText(char* to, const CString& text, int32_t size) {
@@ -121,14 +87,19 @@ bool CAudioWrapperVST::isFocusTaken() {
 CError* CAudioWrapperVST::init() {
     TARV_TRY(CAudioWrapper::init());
     askHost();
-    setUniqueID(pluginCode());
+    const bool isStereo = ownFace() == CPluginFace::kStereo;
+    uint32_t code = pluginCode();
+    if (isStereo) {
+        TARV_TRY(acquirePluginCode(project()->getAttrString("plugin-code-stereo"), code));
+    }
+    setUniqueID(code);
     setVersion(getVendorVersion());
     setNumPrograms(paramRegistry()->programCount());
     setNumParams(extParamList()->count());
     programsAreChunks(true);
     canProcessReplacing(true);
     canDoubleReplacing(true);
-    const int32_t channels = isManyChannels_ ? internalChannelCount() : 2;
+    const int32_t channels = isManyChannels_ && !isStereo ? internalChannelCount() : 2;
     setNumInputs(channels);
     setNumOutputs(channels);
     // Before the first resume a host may process already: all of its outputs are to be silent.
@@ -366,11 +337,11 @@ intptr_t CAudioWrapperVST::vendorSpecific(int32_t index, intptr_t value, void* p
 }
 
 intptr_t CAudioWrapperVST::canDo(const char* text) {
-    return valueOf(kCanDo, text);
+    return vstCanDo(text);
 }
 
 int32_t CAudioWrapperVST::plugCategory(const CString& name) {
-    return static_cast<int32_t>(valueOf(kCategories, name));
+    return vstCategory(name);
 }
 
 int32_t CAudioWrapperVST::getPlugCategory() {

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstdint>
+
+#include "Core/CString.h"
+
+namespace tarv {
+
+/// The answer to a host's question what the effect can do, compared exactly; 0 for any other question. Any thread.
+intptr_t vstCanDo(const CString& question);
+/// The number of a category by its name in the project; 0 for an unknown one. Any thread.
+int32_t vstCategory(const CString& name);
+
+}  // namespace tarv
