@@ -25,7 +25,7 @@ CVstHost::~CVstHost() {
     close();
 }
 
-bool CVstHost::open(vst::EntryProc entry) {
+bool CVstHost::create(vst::EntryProc entry) {
     openingHost = this;
     effect_ = entry(&CVstHost::callback);
     openingHost = nullptr;
@@ -34,6 +34,13 @@ bool CVstHost::open(vst::EntryProc entry) {
         return false;
     }
     effect_->user = this;
+    return true;
+}
+
+bool CVstHost::open(vst::EntryProc entry) {
+    if (!create(entry)) {
+        return false;
+    }
     dispatch(vst::kEffectOpen);
     return true;
 }

@@ -29,7 +29,9 @@ public:
     CVstHost(const CVstHost&) = delete;
     CVstHost& operator=(const CVstHost&) = delete;
 
-    /// Makes the effect and opens it. False when the plug-in gives none, or one of another kind.
+    /// Makes the effect. False when the plug-in gives none, or one of another kind.
+    bool create(vst::EntryProc entry);
+    /// Makes the effect and opens it.
     bool open(vst::EntryProc entry);
     void close();
 

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "CVstHost.h"
+#include "HostTraces.h"
+
+namespace tarv::host {
+
+/// One call of a trace.
+struct CTraceCall {
+    enum CKind : uint8_t { kDispatch, kSet, kGet, kProcess };
+    int32_t thread = 0;
+    CKind kind = kDispatch;
+    int32_t opcode = 0;
+    int32_t index = 0;
+    int64_t value = 0;  ///< of a dispatch; frames of a block
+    bool isInPlace = false;
+    float opt = 0.0f;  ///< of a dispatch; the position that is set
+    std::string text;  ///< of a question
+};
+
+/// Every call of a trace, its loops unrolled. A line that cannot be read ends it.
+std::vector<CTraceCall> readTrace(const char* lines);
+
+/// Makes the calls of a trace to a fresh effect, each on the thread that it has there, and compares every block with
+/// what a second effect gives, bit for bit: one that is suspended, gets rate, block size and all that was set so far,
+/// and is resumed. It is started where the first block behind a resume stands; what comes later is done to both.
+/// Chunks, of which a trace has only the sizes, are those of an effect with values of the player's.
+class CTracePlayer {
+public:
+    CTracePlayer(vst::EntryProc entry, const CHostTrace& trace);
+    ~CTracePlayer();
+
+    /// The first difference, or "".
+    std::string play();
+    /// Whether the host removed the effect.
+    bool isClosed() const { return subject_.effect() == nullptr; }
+    int32_t blockCount() const { return blockCount_; }
+    int32_t channels() const { return channels_; }
+    /// The highest sample that came out.
+    double level() const { return level_; }
+
+private:
+    class CThread;
+    static constexpr size_t kThreads = 2;
+    static constexpr int32_t kBlocksInARow = 60;
+
+    void make(const CTraceCall& call);
+    void dispatch(const CTraceCall& call);
+    /// A call that changes the state, of the subject or of the other effect.
+    void change(CVstHost& host, const CTraceCall& call);
+    void startReference();
+    void process(const CTraceCall& call);
+    void compareParameters();
+    void makeChunks(vst::EntryProc entry);
+
+    vst::EntryProc entry_;
+    const CHostTrace& trace_;
+    CVstHost subject_;
+    std::unique_ptr<CVstHost> reference_;
+    std::array<std::unique_ptr<CThread>, kThreads> threads_;
+    std::vector<CTraceCall> changes_;
+    std::string chunks_[2];
+    float rate_ = 44100.0f;
+    int32_t blockSize_ = 1024;
+    uint32_t seed_ = 1;
+    int32_t blockCount_ = 0;
+    int32_t blocksInARow_ = 0;
+    int32_t channels_ = 0;
+    double level_ = 0.0;
+    std::string difference_;
+};
+
+}  // namespace tarv::host
