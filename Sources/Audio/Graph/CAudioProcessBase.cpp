@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "Audio/Parameters/CAudioParamCollector.h"
 #include "Audio/Parameters/CAudioParamDef.h"
@@ -47,8 +48,10 @@ void CAudioProcessBase::updateParams() {
     }
     changed_ = 0;
     graph().isSteady = false;
-    // A change reaches the place later by what stands before it, so that it meets the samples it was meant for.
-    const double now = graph().now - (def().useTimeShift() ? inputDelay_ : 0);
+    // A change reaches the place later by what stands before it, so that it meets the samples it was meant for. While
+    // no audio runs there are no such samples: all changes are due.
+    const double now = graph().isRunning ? graph().now - (def().useTimeShift() ? inputDelay_ : 0)
+                                         : std::numeric_limits<double>::infinity();
     constexpr int32_t kRoom = 31;
     CArray<CAudioParamSlot*, kRoom> touched;
     queue_.takeDue(now, [this, &touched](const CAudioParamChange& change, CAudioParamSlot* slot) {

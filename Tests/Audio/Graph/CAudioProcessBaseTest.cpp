@@ -176,6 +176,22 @@ TEST(CAudioProcessBaseTest, AChangeIsTakenLaterByTheDelayBeforeItsPlace) {
     }
 }
 
+TEST(CAudioProcessBaseTest, AChangeMadeWhileSuspendedIsHeardFromTheFirstSampleBehindADelayToo) {
+    CGraphTree tree(delayed({{"is-smooth-update", "true"}}));
+    ASSERT_EQ(tree.build("p"), "");
+    tree.start();
+    tree.runMono(std::vector<double>(100, 1.0), 4);
+    // The first one is still on its way to the gain when the audio stops.
+    tree.set("plugin.p.g.gain", 0, 1, 7.0);
+    tree.runMono(std::vector<double>(4, 1.0));
+    tree.suspend();
+    tree.set("plugin.p.g.gain", 3.0);
+    tree.start();
+    EXPECT_EQ(tree.inner("g").inputDelay(), 10);
+    EXPECT_EQ(tree.slotValue(tree.inner("g"), 0, 0, 1), 7.0);
+    EXPECT_EQ(tree.runMono(std::vector<double>(32, 1.0), 4), std::vector<double>(32, 3.0));
+}
+
 TEST(CAudioProcessBaseTest, DelaysAreCountedInHostSamples) {
     CGraphTree tree(delayed({}, {{"audio:modInterpolator", "i"}}));
     ASSERT_EQ(tree.build("p"), "");
