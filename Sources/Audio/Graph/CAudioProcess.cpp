@@ -196,7 +196,7 @@ void CAudioProcess::runTransfers(const CStep& step) {
         }
         dst.samples = src.samples < dst.samples ? src.samples : dst.samples;
         dst.rate = src.rate;
-        dst.layout = transfer->mayMerge ? mixSerial(dst.layout, src.layout) : src.layout;
+        dst.layout = transfer->isFirst ? src.layout : mixSerial(dst.layout, src.layout);
         for (const CAudioChannel& channel : src.channels) {
             if (!transfer->isLast) {
                 context().addReference(channel.handle);

@@ -69,6 +69,7 @@ private:
         CAudioPort* dst;
         bool isLast;    ///< the source's references go over
         bool mayMerge;  ///< other links lead to the same port
+        bool isFirst;   ///< of the links to that port
     };
     /// A child with the run of transfers that follows it; a null child stands for the composite's own inputs.
     struct CStep {

@@ -111,6 +111,10 @@ void CAudioProcess::addStep(CAudioProcessBase* child) {
         transfer.src = child != nullptr ? &child->output(link.srcPort) : &input(link.srcPort);
         transfer.dst = link.dst != nullptr ? &link.dst->input(link.dstPort) : &output(link.dstPort);
         transfer.isLast = true;
+        transfer.isFirst = true;
+        for (const CTransfer& earlier : transfers_) {
+            transfer.isFirst &= earlier.dst != transfer.dst;
+        }
         for (const CLink& other : liveLinks_) {
             transfer.mayMerge |= &other != &link && other.dst == link.dst && other.dstPort == link.dstPort;
         }

@@ -97,6 +97,22 @@ TEST(CAudioProcessOrderTest, ASumWithAnotherSignalStartsFromSilence) {
     EXPECT_EQ(gain.fadeCount(), 0);
 }
 
+TEST(CAudioProcessOrderTest, WhereLinksMeetARunBecomesSteady) {
+    CGraphTree tree({processNode({gainNode("a", "2"), gainNode("b", "3"), linkNode("*/1", "a"), linkNode("a", "*")})});
+    ASSERT_EQ(tree.build("p"), "");
+    const CTestChannels ones = {{0, 0, {1.0}, 3}};
+    tree.start(ones);
+    tree.run(ones, ones);
+    for (int32_t block = 0; block < 3; ++block) {
+        tree.graph.isSteady = true;
+        EXPECT_EQ(samplesOf(tree.run(ones, ones)), std::vector<CSignal>{{16.0}});
+        EXPECT_TRUE(tree.graph.isSteady) << block;
+    }
+    tree.graph.isSteady = true;
+    tree.run(ones, {{0, 0, {1.0}, 4}});
+    EXPECT_FALSE(tree.graph.isSteady);
+}
+
 TEST(CAudioProcessOrderTest, OnlyTheFirstInputOfASwitchedOutProcessIsConnectedThrough) {
     CGraphTree tree({processNode(withState(
         {gainNode("a", "2"), {"audio:modNode", "b", kBypassed}, gainNode("c", "5"), linkNode("*", "b/1")}, "1"))});
