@@ -20,6 +20,8 @@ public:
 
 CApplication* application = nullptr;
 bool startTried = false;
+constexpr double kMinScale = 0.5;
+constexpr double kMaxScale = 4.0;
 double scale = 1.0;
 
 CLock& creationLock() {
@@ -31,7 +33,7 @@ double readScale() {
     bool ok = false;
     CString text = CLocalData::instance().readText("ui-scale", "1.0");
     double value = CString::toDouble(text, &ok);
-    return ok && !text.isEmpty() ? value : 1.0;
+    return ok && value >= kMinScale && value <= kMaxScale ? value : 1.0;
 }
 
 }  // namespace

@@ -36,7 +36,8 @@ public:
     static CObject* sharedRoot();
     /// A new root with a notification server of its own, for one instance or one editor. The caller owns it.
     [[nodiscard]] static CError* initRootObject(CObject*& root);
-    /// Factor for all lengths of the editor, read from the user's settings at the start; 1.0 by default.
+    /// Factor for all lengths of the editor, 0.5 to 4, read from the user's settings at the start; 1.0 by default and
+    /// for any other text.
     static double uiScale();
 
 private:

@@ -201,8 +201,9 @@ struct CScaleCase {
 TEST(Application, ReadsTheScaleOfTheEditorAtTheStart) {
     std::string folder = testing::TempDir() + "tarv-scale";
     setenv("TARV_DATA_ROOT", folder.c_str(), 1);
-    const CScaleCase cases[] = {{nullptr, 1.0}, {"1.25", 1.25}, {"0,8", 0.8},
-                                {"-1.0", -1.0}, {"large", 1.0}, {"", 1.0}};
+    const CScaleCase cases[] = {{nullptr, 1.0},        {"1.25", 1.25}, {"0,8", 0.8},   {"0.5", 0.5}, {"4", 4.0},
+                                {"0.499", 1.0},        {"4.001", 1.0}, {"-1.0", 1.0},  {"0", 1.0},   {"1e9", 1.0},
+                                {"999999999999", 1.0}, {"large", 1.0}, {"1.25x", 1.0}, {"-", 1.0},   {"", 1.0}};
     for (const CScaleCase& c : cases) {
         std::filesystem::remove_all(folder);
         if (c.stored) {
