@@ -53,11 +53,8 @@ struct CRegistryEar : CAudioInterfaceRegistryListener {
     int gone = 0;
 };
 
-/// An editor's tree of its own, on this thread, beside the instance.
-class CEditorTest : public CMessageTest {
-protected:
-    CEditorTest() { open(); }
-
+/// The objects that an editor needs to exchange messages with an engine.
+struct CEditorTree {
     static std::vector<CTestNode> nodes(const char* groupNames = kGroupNamesParam,
                                         const char* baseConnector = "plugin.interface-base-connector",
                                         const char* clientConnector = "ui.connector") {
@@ -69,6 +66,13 @@ protected:
                    "client",
                    {{"client-connector", clientConnector}, {"group-names-param", groupNames}}}}}};
     }
+};
+
+/// An editor's tree on this thread, beside the instance.
+class CEditorTest : public CMessageTest, protected CEditorTree {
+protected:
+    CEditorTest() { open(); }
+
     std::unique_ptr<CObject> makeRoot(bool withPlugin = true) {
         CObject* root = nullptr;
         EXPECT_EQ(firstLine(CApplication::initRootObject(root)), "");

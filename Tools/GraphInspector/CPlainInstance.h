@@ -12,6 +12,7 @@ class CPlainInstance : public CAudioWrapper {
 public:
     /// An instance of the product, or null with the reason in `error` (owned by the caller).
     static CPlainInstance* create(CError*& error);
+    ~CPlainInstance() override { stopMessages(); }
 
     int32_t hostProcessLevel() override { return processLevel; }
     bool hostTempo(double&) override { return false; }

@@ -27,15 +27,9 @@ CError* CAudioInterfaceClient::initClass(CClassDescriptor& descriptor) {
 
 CAudioInterfaceClient::~CAudioInterfaceClient() {
     presetStores_.deleteAll();  // their notifications come on other threads
-    // Whoever still listens has to be let go before the lists are; the engine is told of each that leaves.
-    while (!params_.isEmpty()) {
-        removeListener(*params_.last()->listener);
-    }
-    while (!registries_.isEmpty()) {
-        removeListener(*registries_.last()->listener);
-    }
-    while (!visuals_.isEmpty()) {
-        removeListener(*visuals_.last()->listener);
+    // Each listener is let go before the lists are; the engine gets a message of each subscription that ends.
+    while (!listeners_.isEmpty()) {
+        removeListener(*listeners_.last());
     }
     while (!values_.isEmpty()) {
         TARV_CONSUME(unbindValue(values_.last()->id));
@@ -44,7 +38,7 @@ CAudioInterfaceClient::~CAudioInterfaceClient() {
         TARV_CONSUME(send(kUnsubscribeParam, groupNames_->id));
     }
     if (connector_) {
-        connector_->setClient(nullptr);
+        connector_->unsetClient(*this);
     }
 }
 
@@ -55,7 +49,10 @@ CError* CAudioInterfaceClient::init() {
         TARV_FAIL("@tarvstr_CAudioInterfaceClient_init_NoClientConnector No client connector '%1' found.",
                   getAttrString("client-connector"));
     }
-    connector_->setClient(this);
+    if (CError* error = connector_->setClient(*this)) {
+        connector_ = nullptr;
+        return addErrorLocation(error, __FILE__, __LINE__, fullName(), CString());
+    }
     listenObject(fullName(), kStoreChanged, kStoreChanged);
     TARV_TRY(send(kRequestState, newId()));
     TARV_TRY(requestDefaultPreset());
@@ -109,7 +106,10 @@ void CAudioInterfaceClient::attach(CAudioInterfaceListener& listener) {
     if (listener.client_ && listener.client_ != this) {
         listener.client_->removeListener(listener);
     }
-    listener.client_ = this;
+    if (listener.client_ != this) {
+        listener.client_ = this;
+        listeners_.append(&listener);
+    }
 }
 
 CError* CAudioInterfaceClient::addParamListener(const CString& param, CAudioInterfaceParamListener& listener) {
@@ -167,6 +167,7 @@ void CAudioInterfaceClient::removeListener(CAudioInterfaceListener& listener) {
         return;
     }
     listener.client_ = nullptr;
+    listeners_.removeAt(listeners_.indexOf(&listener));
     forget(params_, listener, kUnsubscribeParam);
     forget(registries_, listener, kUnsubscribeRegistry);
     forget(visuals_, listener, kUnsubscribeVisual);

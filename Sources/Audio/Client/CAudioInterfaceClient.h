@@ -121,7 +121,7 @@ public:
     [[nodiscard]] CError* processMessage(CPosInputStream& stream) override;
     /// Asks anew for all that was subscribed.
     [[nodiscard]] CError* refresh() override;
-    /// Tells the listeners that no message comes any more.
+    /// Notifies the listeners that no message comes any more.
     void engineGone() override;
     void connectorGone() override { connector_ = nullptr; }
 
@@ -155,6 +155,8 @@ private:
     bool isUsed(uint32_t id) const;
     uint32_t newId();
     void attach(CAudioInterfaceListener& listener);
+    template <class Entry>
+    static Entry* entryOf(const COwnedArray<Entry>& entries, uint32_t id);
     [[nodiscard]] CError* setHead(COutputStream& stream, const CString& param, int32_t group, int32_t first,
                                   int32_t count, uint32_t flags) const;
     [[nodiscard]] CError* setTail(CMemoryWriteBuffer& stream, const CInterfaceUndo& undo) const;
@@ -178,11 +180,11 @@ private:
     [[nodiscard]] CError* takePassed(CPosInputStream& stream);
     [[nodiscard]] CError* takeWhole(CPosInputStream& stream, CParamEntry& entry);
     [[nodiscard]] CError* takePart(CPosInputStream& stream, CParamEntry& entry);
-    CParamEntry* paramEntry(uint32_t id) const;
 
     CAudioInterfaceClientConnector* connector_ = nullptr;
     CInterfaceState state_;
     uint32_t lastNumber_ = 0;
+    CArray<CAudioInterfaceListener*, 16> listeners_;  // each once, also those that only wait for an answer
     COwnedArray<CParamEntry> params_;
     COwnedArray<CRegistryEntry> registries_;
     COwnedArray<CVizEntry> visuals_;

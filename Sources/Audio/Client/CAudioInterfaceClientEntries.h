@@ -4,7 +4,8 @@
 
 namespace tarv {
 
-/// The client ends of the subscriptions.
+/// The client ends of the subscriptions. A listener may end its own, or destroy the client: after each call an entry is
+/// looked up anew by its id.
 struct CAudioInterfaceClient::CParamEntry : public CHeapObject {
     uint32_t id = 0;
     CString path;
@@ -37,5 +38,15 @@ public:
     CString path;
     CTextList names;
 };
+
+template <class Entry>
+Entry* CAudioInterfaceClient::entryOf(const COwnedArray<Entry>& entries, uint32_t id) {
+    for (Entry* entry : entries) {
+        if (entry->id == id) {
+            return entry;
+        }
+    }
+    return nullptr;
+}
 
 }  // namespace tarv

@@ -10,6 +10,7 @@
 #include "Audio/Parameters/CAudioParamStorage.h"
 #include "Audio/Visuals/CAudioVizData.h"
 #include "Core/CApplication.h"
+#include "Core/CObjectWatch.h"
 
 namespace tarv {
 
@@ -53,21 +54,12 @@ CError* CAudioInterfaceClient::takeState(CPosInputStream& stream) {
     return tell("engine-state");
 }
 
-CAudioInterfaceClient::CParamEntry* CAudioInterfaceClient::paramEntry(uint32_t id) const {
-    for (CParamEntry* entry : params_) {
-        if (entry->id == id) {
-            return entry;
-        }
-    }
-    return nullptr;
-}
-
 CError* CAudioInterfaceClient::takeValues(CPosInputStream& stream) {
     uint32_t id = 0;
     uint32_t request = 0;
     uint32_t form = 0;
     TARV_TRY(takeFields(stream, id, request, form));
-    CParamEntry* entry = paramEntry(id);
+    CParamEntry* entry = entryOf(params_, id);
     if (!entry) {
         return nullptr;  // it was on its way when the listener left
     }
@@ -174,16 +166,15 @@ CError* CAudioInterfaceClient::takeRegistry(CPosInputStream& stream) {
             known = state;
         }
     }
-    for (CRegistryEntry* entry : registries_) {
-        if (entry->id == id) {
-            CAudioInterfaceRegistryListener& listener = *entry->listener;
-            if (entry->isAlternate != state.isAlternate) {
-                entry->isAlternate = state.isAlternate;
-                listener.onAlternateChanged(state.isAlternate);
-            }
-            listener.onRegistryChanged(state);
-            return nullptr;
-        }
+    CRegistryEntry* entry = entryOf(registries_, id);
+    if (entry && entry->isAlternate != state.isAlternate) {
+        const CObjectWatch watch(*this);
+        entry->isAlternate = state.isAlternate;
+        entry->listener->onAlternateChanged(state.isAlternate);
+        entry = watch.isAlive() ? entryOf(registries_, id) : nullptr;
+    }
+    if (entry) {
+        entry->listener->onRegistryChanged(state);
     }
     return nullptr;
 }
@@ -258,22 +249,20 @@ CError* CAudioInterfaceClient::takeFrame(CPosInputStream& stream) {
     uint32_t id = 0;
     uint32_t count = 0;
     TARV_TRY(takeFields(stream, id, count));
-    for (CVizEntry* entry : visuals_) {
-        if (entry->id != id) {
-            continue;
+    const CObjectWatch watch(*this);
+    CVizEntry* entry = entryOf(visuals_, id);
+    for (uint32_t i = 0; i < count && entry; ++i) {
+        CAudioVizData* read = nullptr;
+        TARV_TRY(CAudioVizData::readAny(stream, read));
+        const std::unique_ptr<CAudioVizData> data(read);
+        if (!data) {
+            break;  // where a record of an unknown kind ends is not known
         }
-        CAudioInterfaceVizProcessor& processor = *entry->listener;
-        for (uint32_t i = 0; i < count; ++i) {
-            CAudioVizData* read = nullptr;
-            TARV_TRY(CAudioVizData::readAny(stream, read));
-            const std::unique_ptr<CAudioVizData> data(read);
-            if (!data) {
-                break;  // where a record of an unknown kind ends can't be told
-            }
-            processor.processVizData(*data);
-        }
-        processor.endVizFrame();
-        return nullptr;
+        entry->listener->processVizData(*data);
+        entry = watch.isAlive() ? entryOf(visuals_, id) : nullptr;
+    }
+    if (entry) {
+        entry->listener->endVizFrame();
     }
     return nullptr;
 }
@@ -349,26 +338,28 @@ CError* CAudioInterfaceClient::refresh() {
 }
 
 void CAudioInterfaceClient::engineGone() {
-    CArray<CAudioInterfaceParamListener*, 16> params;
-    for (CParamEntry* entry : params_) {
-        params.append(entry->listener);
+    const CObjectWatch watch(*this);
+    CArray<uint32_t, 16> params;
+    for (const CParamEntry* entry : params_) {
+        params.append(entry->id);
     }
-    for (CAudioInterfaceParamListener* listener : params) {
-        // One that was told before may have destroyed this one.
-        if (isLive(listener) && listener->client() == this) {
-            listener->onParamGone();
+    for (int32_t i = 0; i < params.count() && watch.isAlive(); ++i) {
+        if (const CParamEntry* entry = entryOf(params_, params[i])) {
+            entry->listener->onParamGone();
         }
     }
-    CArray<CAudioInterfaceRegistryListener*, 4> registries;
-    for (CRegistryEntry* entry : registries_) {
-        registries.append(entry->listener);
+    CArray<uint32_t, 4> registries;
+    for (int32_t i = 0; watch.isAlive() && i < registries_.count(); ++i) {
+        registries.append(registries_[i]->id);
     }
-    for (CAudioInterfaceRegistryListener* listener : registries) {
-        if (isLive(listener) && listener->client() == this) {
-            listener->onRegistryGone();
+    for (int32_t i = 0; i < registries.count() && watch.isAlive(); ++i) {
+        if (const CRegistryEntry* entry = entryOf(registries_, registries[i])) {
+            entry->listener->onRegistryGone();
         }
     }
-    TARV_CONSUME(tell("engine-gone"));
+    if (watch.isAlive()) {
+        TARV_CONSUME(tell("engine-gone"));
+    }
 }
 
 }  // namespace tarv

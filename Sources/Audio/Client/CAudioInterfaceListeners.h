@@ -9,8 +9,9 @@ namespace tarv {
 class CAudioInterfaceClient;
 class CAudioVizData;
 
-/// What editor code hears through. A listener belongs to one client at a time and leaves it when it dies; the client
-/// lets it go when that dies first. The editor's thread.
+/// What notifies editor code. A listener belongs to one client at a time and leaves it when it is destroyed; a client
+/// that is destroyed first lets it go. Each notification may destroy the listener, another one, or the client with its
+/// whole tree. The editor's thread.
 class CAudioInterfaceListener : public CCheckedObject {
 public:
     ~CAudioInterfaceListener() override;

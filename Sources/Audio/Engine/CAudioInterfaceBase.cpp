@@ -51,10 +51,7 @@ CAudioInterfaceBase::CAudioInterfaceBase()
       defaultPresetBridge_(this, &CAudioInterfaceBase::defaultPresetChanged) {}
 
 CAudioInterfaceBase::~CAudioInterfaceBase() {
-    defaultPresetBridge_.disconnect();
-    if (connector_) {
-        connector_->setBase(nullptr);
-    }
+    stopMessages();
     if (bpmParam_) {
         bpmParam_->removeListener(*this);
     }
@@ -85,6 +82,13 @@ CError* CAudioInterfaceBase::init() {
 void CAudioInterfaceBase::connectorGone() {
     defaultPresetBridge_.disconnect();  // notifications come on other threads
     connector_ = nullptr;
+}
+
+void CAudioInterfaceBase::stopMessages() {
+    defaultPresetBridge_.disconnect();
+    if (connector_) {
+        connector_->unsetBase(*this);
+    }
 }
 
 CError* CAudioInterfaceBase::deliver(int32_t client, const CByteBuffer& message) const {

@@ -27,6 +27,9 @@ public:
     CAudioParamCollector* paramCollector() const { return paramCollector_; }
     CAudioVizCollector* vizCollector() const { return vizCollector_; }
 
+    /// Waits for the message that is being processed; from then on each one fails. Called before an engine is destroyed
+    /// whose editor lives on another thread. Any thread.
+    void stopMessages();
     /// Set going by resume, stopped by suspend.
     void start();
     void stop();

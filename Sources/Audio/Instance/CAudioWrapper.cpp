@@ -39,6 +39,7 @@ private:
 CAudioWrapper::CAudioWrapper() : oversamplingBridge_(this, &CAudioWrapper::readOversamplingLevel) {}
 
 CAudioWrapper::~CAudioWrapper() {
+    stopMessages();
     oversamplingBridge_.disconnect();
     if (extParamList_ != nullptr) {
         for (int32_t i = 0; i < extParamList_->count(); ++i) {
@@ -53,6 +54,12 @@ CAudioWrapper::~CAudioWrapper() {
         paramCollector_->detachConsumers();
     }
     delete root_;
+}
+
+void CAudioWrapper::stopMessages() {
+    if (interfaceBase_ != nullptr) {
+        interfaceBase_->stopMessages();
+    }
 }
 
 CQPLEXContext* CAudioWrapper::context() const {

@@ -59,6 +59,9 @@ public:
     /// The engine changed an external parameter, of which the value is asked; the host's automation is to hear of it.
     virtual void hostParamChanged(int32_t index, const CAudioExtParam& param) = 0;
 
+    /// Waits for the message of an editor that is being processed; later ones fail. The first step of a subclass's
+    /// destructor, since a message calls the host through it and the editor may live on another thread. [main thread]
+    void stopMessages();
     void suspend();
     void resume();
     /// Rate in Hz. Takes effect at the next resume or, while active, before the next block, which then starts as behind

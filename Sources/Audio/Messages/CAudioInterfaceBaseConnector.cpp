@@ -2,20 +2,30 @@
 
 namespace tarv {
 
+CAudioInterfaceBaseConnector::CAudioInterfaceBaseConnector()
+    : link_(std::allocate_shared<CAudioInterfaceLink>(CHeapAllocator<CAudioInterfaceLink>())) {}
+
 CAudioInterfaceBaseConnector::~CAudioInterfaceBaseConnector() {
-    CLockScope scope(callLock_);
+    CLockScope scope(callLock());
     if (base_) {
         base_->connectorGone();
     }
 }
 
 void CAudioInterfaceBaseConnector::setBase(CAudioInterfaceBaseTarget* base) {
-    CLockScope scope(callLock_);
+    CLockScope scope(callLock());
     base_ = base;
 }
 
+void CAudioInterfaceBaseConnector::unsetBase(const CAudioInterfaceBaseTarget& base) {
+    CLockScope scope(callLock());
+    if (base_ == &base) {
+        base_ = nullptr;
+    }
+}
+
 CError* CAudioInterfaceBaseConnector::processClientData(CInputStream& stream) {
-    CLockScope scope(callLock_);
+    CLockScope scope(callLock());
     if (!base_) {
         TARV_FAIL("@tarvstr_CAudioInterfaceBaseConnector_processClientData_NoBase No base object defined.");
     }
@@ -23,8 +33,13 @@ CError* CAudioInterfaceBaseConnector::processClientData(CInputStream& stream) {
     return nullptr;
 }
 
+CAudioInterfaceBaseConnectorVST::CAudioInterfaceBaseConnectorVST() {
+    link()->connector = this;
+}
+
 CAudioInterfaceBaseConnectorVST::~CAudioInterfaceBaseConnectorVST() {
     CLockScope scope(callLock());
+    link()->connector = nullptr;
     CLockScope setScope(setLock_);
     for (const CClient& client : clients_) {
         client.end->onBaseGone();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "Core/CObject.h"
 #include "Core/CStreams.h"
 
@@ -22,9 +24,18 @@ protected:
     ~CAudioInterfaceBaseTarget() = default;
 };
 
+class CAudioInterfaceBaseConnectorVST;
+
+/// What the engine's connector shares with its clients, so that either end may be destroyed first, on any thread.
+struct CAudioInterfaceLink {
+    CLock callLock;
+    CAudioInterfaceBaseConnectorVST* connector = nullptr;  ///< under the call lock; null once it is being destroyed
+};
+
 /// Moves the bytes between the engine's interface object and its clients. Any thread but the audio thread's blocks.
 class CAudioInterfaceBaseConnector : public CObject {
 public:
+    CAudioInterfaceBaseConnector();
     ~CAudioInterfaceBaseConnector() override;
     /// Delivers a message to one client, or with -1 to every one. A client that has gone is no failure; of several
     /// failures the first is passed on when all clients were served.
@@ -34,14 +45,18 @@ public:
     /// The clients that are connected now.
     virtual CClientList clients() const = 0;
 
-    /// Waits for a message that is being processed.
+    /// Waits for a message that is being processed. Any thread.
     void setBase(CAudioInterfaceBaseTarget* base);
+    /// The same for a base that goes: another one that has taken its place stays.
+    void unsetBase(const CAudioInterfaceBaseTarget& base);
     CAudioInterfaceBaseTarget* base() const { return base_; }
-    /// Serialises the messages of the clients, and their coming and going. Nothing that hears of changes takes it.
-    CLock& callLock() const { return callLock_; }
+    /// Serialises the messages of the clients, their coming and going, and the end of this object. No listener of
+    /// changes takes it.
+    CLock& callLock() const { return link_->callLock; }
+    const std::shared_ptr<CAudioInterfaceLink>& link() const { return link_; }
 
 private:
-    mutable CLock callLock_;
+    const std::shared_ptr<CAudioInterfaceLink> link_;
     CAudioInterfaceBaseTarget* base_ = nullptr;
 };
 
@@ -50,7 +65,8 @@ class CAudioInterfaceClientEnd {
 public:
     /// One message, on the thread that sends it and with the set of clients locked: keeps a copy and returns at once.
     [[nodiscard]] virtual CError* onProcessBaseData(CInputStream& stream) = 0;
-    /// The connector goes; on its thread.
+    /// The connector is being destroyed. On the thread that destroys it, with the call lock and the set of clients
+    /// locked: returns at once.
     virtual void onBaseGone() {}
 
 protected:
@@ -61,6 +77,7 @@ protected:
 /// is guarded by a lock under which nothing is called but the clients' ends; clients may come and go on any thread.
 class CAudioInterfaceBaseConnectorVST : public CAudioInterfaceBaseConnector {
 public:
+    CAudioInterfaceBaseConnectorVST();
     ~CAudioInterfaceBaseConnectorVST() override;
     [[nodiscard]] CError* sendToClient(int32_t clientId, const CByteBuffer& buffer) override;
     CClientList clients() const override;

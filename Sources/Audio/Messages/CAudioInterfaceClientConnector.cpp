@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "Core/CNotifyServer.h"
+#include "Core/CObjectWatch.h"
 
 namespace tarv {
 
@@ -11,18 +12,16 @@ namespace {
 constexpr const char* kEvent = "process-base-data";
 constexpr const char* kHandler = "process-base-data-proxy";
 
-/// The rest of a stream.
+/// The rest of a stream, in a buffer of that size: a message may wait for long.
 CError* readAll(CInputStream& stream, CByteBuffer& bytes) {
-    constexpr int32_t kStep = 4096;
-    for (int64_t count = kStep; count > 0;) {
-        const int32_t start = bytes.count();
-        bytes.resize(start + kStep);
-        count = kStep;
-        CError* error = stream.readStreamed(bytes.data() + start, count);
-        bytes.resize(error ? start : start + static_cast<int32_t>(count));
-        if (error) {
-            return error;
-        }
+    uint8_t piece[4096];
+    for (int64_t count = sizeof(piece); count > 0;) {
+        count = sizeof(piece);
+        TARV_TRY(stream.readStreamed(piece, count));
+        bytes.append(piece, static_cast<int32_t>(count));
+    }
+    if (bytes.capacity() > bytes.count()) {
+        bytes.reserve(bytes.count());
     }
     return nullptr;
 }
@@ -32,9 +31,6 @@ CError* readAll(CInputStream& stream, CByteBuffer& bytes) {
 CAudioInterfaceClientConnector::~CAudioInterfaceClientConnector() {
     if (client_) {
         client_->connectorGone();
-    }
-    if (isGone_) {
-        *isGone_ = true;
     }
 }
 
@@ -49,9 +45,20 @@ CError* CAudioInterfaceClientConnector::init() {
     return nullptr;
 }
 
-void CAudioInterfaceClientConnector::setClient(CAudioInterfaceClientTarget* client) {
+CError* CAudioInterfaceClientConnector::setClient(CAudioInterfaceClientTarget& client) {
     CLockScope scope(lock_);
-    client_ = client;
+    if (client_ && client_ != &client) {
+        TARV_FAIL("@tarvstr_CAudioInterfaceClientConnector_setClient_HasClient The connector has a client already.");
+    }
+    client_ = &client;
+    return nullptr;
+}
+
+void CAudioInterfaceClientConnector::unsetClient(const CAudioInterfaceClientTarget& client) {
+    CLockScope scope(lock_);
+    if (client_ == &client) {
+        client_ = nullptr;
+    }
 }
 
 int32_t CAudioInterfaceClientConnector::pendingCount() const {
@@ -81,7 +88,7 @@ void CAudioInterfaceClientConnector::noteBaseGone() {
     TARV_CONSUME(post());
 }
 
-// Posted also on the editor's own thread: whoever sends may hold locks that the editor's code would wait for.
+// Posted also on the editor's own thread: the sender may hold locks that the editor's code would wait for.
 CError* CAudioInterfaceClientConnector::post() {
     if (!isPosted_ && notifyServer()) {
         CAttributeMap params;
@@ -98,43 +105,53 @@ CAudioInterfaceClientConnector::CBatch CAudioInterfaceClientConnector::takeBatch
 }
 
 CError* CAudioInterfaceClientConnector::processBaseDataProxy() {
-    // A listener may run a loop of events of its own: what comes meanwhile is read behind what is being read.
+    // A listener may run a loop of events: what comes meanwhile is read behind what is being read.
     if (isReading_) {
+        isMissed_ = true;
         return nullptr;
     }
-    bool isGone = false;
+    const CObjectWatch watch(*this);
     isReading_ = true;
-    isGone_ = &isGone;
-    for (CBatch batch = takeBatch(); !isGone && !batch.isEmpty();) {
-        readBatch(batch, isGone);
-        if (!isGone) {
-            batch = takeBatch();
-        }
+    readBatch(takeBatch(), watch);
+    if (!watch.isAlive()) {
+        return nullptr;
     }
-    if (!isGone) {
-        isReading_ = false;
-        isGone_ = nullptr;
+    isReading_ = false;
+    if (std::exchange(isMissed_, false)) {
+        TARV_TRY(postMissed());
     }
     return nullptr;
 }
 
-void CAudioInterfaceClientConnector::readBatch(const CBatch& batch, const bool& isGone) {
-    for (int32_t i = 0; i < batch.messages.count() && !isGone && client_; ++i) {
+CError* CAudioInterfaceClientConnector::postMissed() {
+    CLockScope scope(lock_);
+    isPosted_ = false;
+    if (!batch_.isEmpty()) {
+        TARV_TRY(post());
+    }
+    return nullptr;
+}
+
+void CAudioInterfaceClientConnector::readBatch(const CBatch& batch, const CObjectWatch& watch) {
+    for (int32_t i = 0; i < batch.messages.count() && watch.isAlive() && client_; ++i) {
         const CByteBuffer& message = batch.messages[i];
         CMemoryReader reader(message.data(), static_cast<uint32_t>(message.count()));
         TARV_CONSUME(client_->processMessage(reader));
     }
-    if (batch.isLossy && !isGone && client_) {
+    if (batch.isLossy && watch.isAlive() && client_) {
         TARV_CONSUME(client_->refresh());
     }
-    if (batch.isBaseGone && !isGone && client_) {
+    if (batch.isBaseGone && watch.isAlive() && client_) {
         client_->engineGone();
     }
 }
 
 CAudioInterfaceClientConnectorVST::~CAudioInterfaceClientConnectorVST() {
-    if (CAudioInterfaceBaseConnectorVST* base = base_.load()) {
-        base->removeClient(*this);
+    if (link_) {
+        CLockScope scope(link_->callLock);
+        if (link_->connector) {
+            link_->connector->removeClient(*this);
+        }
     }
 }
 
@@ -154,7 +171,7 @@ CError* CAudioInterfaceClientConnectorVST::init() {
             "specified.",
             path);
     }
-    base_ = base;
+    link_ = base->link();
     return nullptr;
 }
 
@@ -164,18 +181,25 @@ CError* CAudioInterfaceClientConnectorVST::onProcessBaseData(CInputStream& strea
 }
 
 CError* CAudioInterfaceClientConnectorVST::sendToBase(const CByteBuffer& buffer) {
-    CAudioInterfaceBaseConnectorVST* base = base_.load();
-    if (!base) {
-        TARV_FAIL("@tarvstr_CAudioInterfaceClientConnectorVST_sendToBase_NoBase No base connector defined.");
+    // A copy, since a host that is called may close the editor.
+    const std::shared_ptr<CAudioInterfaceLink> link = link_;
+    const CObjectWatch watch(*this);
+    if (link) {
+        CLockScope scope(link->callLock);
+        if (link->connector) {
+            CMemoryReader reader(buffer.data(), static_cast<uint32_t>(buffer.count()));
+            CError* error = link->connector->processClientData(reader);
+            if (!watch.isAlive()) {
+                return error;
+            }
+            TARV_TRY(error);
+            return nullptr;
+        }
     }
-    CLockScope scope(base->callLock());
-    CMemoryReader reader(buffer.data(), static_cast<uint32_t>(buffer.count()));
-    TARV_TRY(base->processClientData(reader));
-    return nullptr;
+    TARV_FAIL("@tarvstr_CAudioInterfaceClientConnectorVST_sendToBase_NoBase No base connector defined.");
 }
 
 void CAudioInterfaceClientConnectorVST::onBaseGone() {
-    base_ = nullptr;
     noteBaseGone();
 }
 

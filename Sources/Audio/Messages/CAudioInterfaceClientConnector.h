@@ -1,10 +1,10 @@
 #pragma once
 
-#include <atomic>
-
 #include "Audio/Messages/CAudioInterfaceBaseConnector.h"
 
 namespace tarv {
+
+class CObjectWatch;
 
 /// What a client's connector hands the messages of the engine to. Called on the editor's thread.
 class CAudioInterfaceClientTarget {
@@ -23,8 +23,8 @@ protected:
 };
 
 /// Moves the bytes between a client object and the engine (`audio:interface-client-connector`). Messages of the engine
-/// arrive on any thread and are read on the thread of the editor's anchor, in their order; without an anchor above it
-/// none is read.
+/// arrive on any thread and are read on the thread of the editor's anchor, in their order: with each post all that have
+/// come, while those that come meanwhile wait for a post of theirs. Without an anchor above it none is read.
 class CAudioInterfaceClientConnector : public CObject {
 public:
     ~CAudioInterfaceClientConnector() override;
@@ -39,7 +39,10 @@ public:
     /// The number that the engine knows this client by, or -1.
     virtual int32_t clientId() const = 0;
 
-    void setClient(CAudioInterfaceClientTarget* client);
+    /// Takes one client; fails while there is another, since both would give the same ids. The editor's thread.
+    [[nodiscard]] CError* setClient(CAudioInterfaceClientTarget& client);
+    /// Lets a client go that is destroyed. The editor's thread.
+    void unsetClient(const CAudioInterfaceClientTarget& client);
     CAudioInterfaceClientTarget* client() const { return client_; }
     /// Messages that wait to be read, at most kQueueLimit: when nobody reads they are dropped, and the client asks anew
     /// for all that it had subscribed.
@@ -47,7 +50,7 @@ public:
     int32_t pendingCount() const;
 
 protected:
-    /// The client is told on its thread that the engine has gone. Any thread.
+    /// Notifies the client, on its thread, that the engine has gone. Any thread.
     void noteBaseGone();
 
 private:
@@ -61,8 +64,9 @@ private:
     };
     [[nodiscard]] CError* processBaseDataProxy();
     [[nodiscard]] CError* post();
+    [[nodiscard]] CError* postMissed();
     CBatch takeBatch();
-    void readBatch(const CBatch& batch, const bool& isGone);
+    void readBatch(const CBatch& batch, const CObjectWatch& watch);
 
     mutable CLock lock_;
     CAudioInterfaceClientTarget* client_ = nullptr;
@@ -70,7 +74,7 @@ private:
     bool isPosted_ = false;
     // The editor's thread.
     bool isReading_ = false;
-    bool* isGone_ = nullptr;
+    bool isMissed_ = false;  ///< a post has come while messages were read
 };
 
 /// The connector inside one process (`audio:interface-client-connector-vst`): finds the engine's connector from the
@@ -88,7 +92,7 @@ public:
     void onBaseGone() override;
 
 private:
-    std::atomic<CAudioInterfaceBaseConnectorVST*> base_{nullptr};
+    std::shared_ptr<CAudioInterfaceLink> link_;  // null without a number
     int32_t clientId_ = -1;
 };
 

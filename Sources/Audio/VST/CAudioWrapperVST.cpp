@@ -73,6 +73,7 @@ CAudioWrapperVST::CAudioWrapperVST(vst::HostCallback host) : AudioEffectX(host, 
 
 CAudioWrapperVST::~CAudioWrapperVST() {
     setEditor(nullptr);
+    stopMessages();
     processLock_.reset();
     programBridge_.disconnect();
     if (isActive()) {
