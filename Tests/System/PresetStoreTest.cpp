@@ -1,5 +1,8 @@
 // Banks and preset lists that all editors of a user share: edits, other programs' edits, notifications, damage.
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <thread>
 
 #include "Audio/Client/CAudioPresetStore.h"
@@ -163,6 +166,35 @@ TEST_F(PresetStores, ConcurrentThreadsLoseNoEdit) {
     run(0);
     other.join();
     EXPECT_EQ(readElsewhere()->count(), 2 * kEdits);
+}
+
+TEST_F(PresetStores, TwoProgramsThatWriteAtOnceLoseNoEdit) {
+    constexpr int32_t kEdits = 40;
+    const auto run = [](const char* name) {
+        CAudioPresetStore own(
+            *CAudioPresetStore::findForm(kBanks), [](void*) {}, nullptr);
+        bool isGood = true;
+        for (int32_t i = 0; i < kEdits; ++i) {
+            isGood = firstLine(own.insertBank(0, CBank(name, {"a"}))).empty() && isGood;
+        }
+        return isGood;
+    };
+    const pid_t other = fork();
+    ASSERT_GE(other, 0);
+    if (other == 0) {
+        _exit(run("theirs") ? 0 : 1);
+    }
+    EXPECT_TRUE(run("mine"));
+    int status = -1;
+    EXPECT_EQ(waitpid(other, &status, 0), other);
+    EXPECT_EQ(status, 0);
+    const auto stored = readElsewhere();
+    int32_t mine = 0;
+    for (int32_t i = 0; i < stored->count(); ++i) {
+        mine += stored->bank(i).name() == CString("mine") ? 1 : 0;
+    }
+    EXPECT_EQ(mine, kEdits);
+    EXPECT_EQ(stored->count(), 2 * kEdits);
 }
 
 TEST_F(PresetStores, RoutingPresetsBeginWithTheEmbeddedListAndEndThere) {
