@@ -26,8 +26,8 @@ class CQPLEXContext;
 class CQPLEXContextObject;
 
 /// Host-independent core of one plug-in instance: owns the instance's root with its `plugin` tree and the process
-/// graph, and is what a host wrapper calls. Threads: processBlock on the host's audio thread, all else on the host's
-/// user-interface thread; the environment's lock guards the active flag, the sample rate and the block size.
+/// graph, and is what a host wrapper calls. In brackets: the thread and the state in which a function may be called.
+/// The environment's lock guards the active flag, the sample rate and the block size.
 class CAudioWrapper : public CCheckedObject {
 public:
     /// Bytes of a prefix that a host may keep before a chunk, and of a chunk that is too short to be one.
@@ -48,45 +48,50 @@ public:
     CAudioWrapper();
     ~CAudioWrapper() override;
 
-    /// The host's process level as VST 2 numbers it; 4 is off-line rendering. Audio thread.
+    /// The host's process level as VST 2 numbers it; 4 is off-line rendering. [audio thread, running; main thread at
+    /// resume]
     virtual int32_t hostProcessLevel() = 0;
     /// Builds the instance: root, `plugin` tree, process graph. A host wrapper's override calls this first.
+    /// [main thread, new]
     [[nodiscard]] virtual CError* init();
-    /// Asks the host for its tempo with a valid-tempo request; false if it has none. Audio thread.
+    /// Asks the host for its tempo with a valid-tempo request; false if it has none. [audio thread, running]
     virtual bool hostTempo(double& bpm) = 0;
-    /// The count of channels or the latency changed. Audio thread.
+    /// The count of channels or the latency changed. [audio thread, running]
     virtual void hostIoChanged() = 0;
-    /// The engine changed an external parameter, of which the value is asked; the host's automation is to hear of it.
+    /// The engine changed an external parameter; the host's automation gets its value. [any thread but the audio
+    /// thread]
     virtual void hostParamChanged(int32_t index, const CAudioExtParam& param) = 0;
 
     /// Waits for the message of an editor that is being processed; later ones fail. The first step of a subclass's
     /// destructor, since a message calls the host through it and the editor may live on another thread. [main thread]
     void stopMessages();
-    void suspend();
-    void resume();
+    void suspend();  // [main thread, any state]
+    void resume();   // [main thread, any state]
     /// Rate in Hz. Takes effect at the next resume or, while active, before the next block, which then starts as behind
     /// a suspend and a resume. [any thread, any state]
     void setSampleRate(double rate);
     /// Frames of the longest block that the host announces. Takes effect as a rate does. [any thread, any state]
     void setBlockSize(int32_t frames);
     /// Channels that the host hands over and expects; at least 1 each. Takes effect at the next resume.
+    /// [main thread, suspended]
     void setChannelCounts(int32_t inputs, int32_t outputs);
-    void setOffline(bool isOffline);
-    void setHostBpm(double bpm);
+    void setOffline(bool isOffline);  // [main thread, suspended]
+    void setHostBpm(double bpm);      // [main thread, suspended]
 
     /// Runs one host block of any length, cut into runs of at most kMaxSubBlock frames. Null channel pointers (or a
     /// null array) are silence on the way in and dropped on the way out. While suspended it only clears the outputs. In
     /// place is allowed. What was set since the resume is there from the first sample of the first block, without a
-    /// fade. Audio thread.
+    /// fade. [audio thread, any state]
     void processBlock(const float* const* inputs, float* const* outputs, int32_t frames);
     void processBlock(const double* const* inputs, double* const* outputs, int32_t frames);
 
     /// The host's chunk: the current program as a compressed block of id 'aprs', or the session bank as one of id
-    /// 'abnk'. All storable and persistent parameters are in it. Any thread but the audio thread.
+    /// 'abnk'. All storable and persistent parameters are in it.
+    /// [any thread but the audio thread, any state]
     [[nodiscard]] CError* getState(CByteBuffer& chunk, bool isProgram);
     /// Restores what getState gave. With `checkHeader` a chunk of up to kChunkPrefix bytes does nothing, and the block
     /// is taken where its id stands: at the first byte or behind a prefix. Not a step of the history. On failure
-    /// nothing changes. Any thread but the audio thread.
+    /// nothing changes. [any thread but the audio thread, any state]
     [[nodiscard]] CError* setState(const void* data, int64_t size, bool isProgram, bool checkHeader);
 
     bool isActive() const;

@@ -21,45 +21,53 @@ public:
 };
 
 /// The effect's side of the VST 2 interface: an AEffect for the host, whose calls arrive at the virtuals below with
-/// their pointers checked for null. Texts are written into the host's buffers, whose sizes stand in Vst2.h.
-/// Thread: process calls on the host's audio thread, parameters from any, all else on the user interface's.
+/// their pointers checked for null. Texts are written into the host's buffers, whose sizes stand in Vst2.h. In
+/// brackets: the thread and the state in which hosts make the call. "Main thread" is the host's user interface; a host
+/// may have another one for work in the background instead, but makes these calls one at a time.
 class AudioEffectX {
 public:
-    /// `host` may be null: then every question to the host is answered by 0.
+    /// `host` may be null: then every question to the host is answered by 0. [main thread]
     AudioEffectX(vst::HostCallback host, int32_t numPrograms, int32_t numParams);
-    virtual ~AudioEffectX();
+    virtual ~AudioEffectX();  // [main thread, suspended or, in careless hosts, running]
     AudioEffectX(const AudioEffectX&) = delete;
     AudioEffectX& operator=(const AudioEffectX&) = delete;
 
     vst::AEffect* getAeffect() { return &effect_; }
 
-    virtual void suspend() {}
-    virtual void resume() {}
+    virtual void suspend() {}  // [main thread, any state]
+    virtual void resume() {}   // [main thread, any state]
     /// The host announced a rate or a block size, which sampleRate() and blockSize() give. [any thread, any state]
     virtual void formatChanged() {}
     /// Audio in channels of `frames` samples each; the arrays have as many pointers as channels were announced.
+    /// [audio thread, running; suspended in careless hosts]
     virtual void processReplacing(float** inputs, float** outputs, int32_t frames) = 0;
     virtual void processDoubleReplacing(double** inputs, double** outputs, int32_t frames) = 0;
+    /// Positions from 0 to 1. [any thread, any state]
     virtual void setParameter(int32_t index, float value) = 0;
     virtual float getParameter(int32_t index) = 0;
+    /// Programs. [main thread, any state]
     virtual int32_t getProgram() { return 0; }
     virtual void setProgram(int32_t) {}
     virtual void setProgramName(const char*) {}
     virtual void getProgramName(char* text) { *text = 0; }
+    virtual bool getProgramNameIndexed(int32_t, char*) { return false; }
     /// The chunk of the current program or of the bank in memory that stays valid until the next call of the same kind;
-    /// its size, 0 on failure.
+    /// its size, 0 on failure. [main thread, any state]
     virtual int32_t getChunk(void**, bool) { return 0; }
-    /// Nonzero when the chunk was taken.
+    /// Nonzero when the chunk was taken. [main thread, any state]
     virtual int32_t setChunk(const void*, intptr_t, bool) { return 0; }
+    /// Texts of a parameter. [any thread, any state]
     virtual void getParameterLabel(int32_t, char*) {}
     virtual void getParameterDisplay(int32_t, char*) {}
     virtual void getParameterName(int32_t, char*) {}
-    virtual bool getProgramNameIndexed(int32_t, char*) { return false; }
+    /// The host's channels. [main thread, suspended]
     virtual bool setSpeakerArrangement(const vst::SpeakerArrangement*, const vst::SpeakerArrangement*) { return false; }
     virtual bool getSpeakerArrangement(vst::SpeakerArrangement** input, vst::SpeakerArrangement** output);
-    /// 0 is 32-bit, 1 is 64-bit; false for what is not supported.
+    /// 0 is 32-bit, 1 is 64-bit; false for what is not supported. [main thread, suspended]
     virtual bool setProcessPrecision(int32_t) { return false; }
+    /// Events of the block that follows. [audio thread, running]
     virtual int32_t processEvents(const vst::Events*) { return 0; }
+    /// What the effect is. [main thread, any state]
     virtual bool getEffectName(char*) { return false; }
     virtual bool getVendorString(char*) { return false; }
     virtual bool getProductString(char*) { return false; }
@@ -69,6 +77,7 @@ public:
     virtual int32_t getPlugCategory() { return vst::kCategoryUnknown; }
 
     /// The rate in Hz and the longest block that the host announced last. What makes no sense is not taken over.
+    /// [main thread]
     float sampleRate() const { return sampleRate_; }
     int32_t blockSize() const { return blockSize_; }
 

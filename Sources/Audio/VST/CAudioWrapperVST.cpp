@@ -15,9 +15,14 @@ namespace tarv {
 
 namespace {
 
+// Special cases for hosts, each with what it is there for.
+/// Hosts of an older interface know two channels.
 constexpr int32_t kManyChannelsVersion = 2300;
+/// Knows two channels, whatever version it announces.
 constexpr const char* kTwoChannelProduct = "Sony ACID Pro";
+/// Calls suspend and resume from one thread while a block runs on another: the graph would be reset under the block.
 constexpr const char* kLockedProduct = "WaveLab";
+/// Keeps the keyboard focus. In all others a mouse press in an editor takes it, or typed keys would go to the host.
 constexpr const char* kFocusKeepingVendor = "Steinberg";
 
 std::atomic<bool> focusIsTaken{true};

@@ -10,11 +10,12 @@
 namespace tarv {
 
 /// The VST 2 effect: joins the host's interface with the core of an instance, and is the only place that knows hosts by
-/// name. Owned by the host from create to its close call. Threads are those of AudioEffectX.
+/// name. Owned by the host from create to its close call. Threads and states of its overrides stand at AudioEffectX and
+/// CAudioWrapper.
 class CAudioWrapperVST : public AudioEffectX, public CAudioWrapper {
 public:
     /// What the exported entry point does: an effect for `host`, or null when the host has no version or the instance
-    /// cannot be built (which is shown to the user).
+    /// cannot be built (which is shown to the user). [main thread]
     static vst::AEffect* create(vst::HostCallback host);
 
     explicit CAudioWrapperVST(vst::HostCallback host);
