@@ -164,6 +164,24 @@ TEST_F(LateSettingsTest, RatesMayComeFromAnotherThreadThanTheBlocks) {
     EXPECT_TRUE(sameBits(process(host, input), process(plain, input)));
 }
 
+TEST_F(LateSettingsTest, ARateFromAnotherThreadThatMeetsTheResumeIsNotLost) {
+    const auto input = noise<double>(kChannels, 600);
+    CVstHost plain;
+    openAt(plain, 96000.0);
+    plain.resume();
+    const auto expected = process(plain, input);
+    CVstHost host;
+    openAt(host, 44100.0);
+    for (int32_t round = 0; round < 50; ++round) {
+        host.suspend();
+        setRate(host, 44100.0);
+        std::thread user([&] { host.dispatch(vst::kEffectSetSampleRate, 0, 0, nullptr, 96000.0f); });
+        host.resume();
+        user.join();
+        ASSERT_TRUE(sameBits(process(host, input), expected)) << round;
+    }
+}
+
 /// What a host sets between `mains on` and the first block.
 struct CLateSetting {
     const char* name;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "Audio/Engine/CAudioInterfaceBase.h"
 #include "Audio/Graph/CAudioProcessBase.h"
@@ -76,8 +77,12 @@ void CAudioWrapper::resume() {
     if (env_->isRunning()) {
         return;
     }
-    if (sampleRateChanged_) {
-        sampleRateChanged_ = false;
+    bool isRateNew = false;
+    {
+        CLockScope scope(env_->lock());
+        isRateNew = std::exchange(sampleRateChanged_, false);
+    }
+    if (isRateNew) {
         TARV_CONSUME(interfaceBase_->notify("update-sample-rate"));
     }
     if (inputCount_ != graph_.hostInputs || outputCount_ != graph_.hostOutputs) {

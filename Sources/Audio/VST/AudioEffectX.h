@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 #include "Audio/VST/Vst2.h"
 #include "Core/CHeap.h"
 
@@ -77,7 +79,7 @@ public:
     virtual int32_t getPlugCategory() { return vst::kCategoryUnknown; }
 
     /// The rate in Hz and the longest block that the host announced last. What makes no sense is not taken over.
-    /// [main thread]
+    /// [any thread, any state]
     float sampleRate() const { return sampleRate_; }
     int32_t blockSize() const { return blockSize_; }
 
@@ -125,8 +127,8 @@ private:
     vst::AEffect effect_{};
     vst::HostCallback host_;
     AEffEditor* editor_ = nullptr;
-    float sampleRate_ = 44100.0f;
-    int32_t blockSize_ = 1024;
+    std::atomic<float> sampleRate_{44100.0f};
+    std::atomic<int32_t> blockSize_{1024};
 };
 
 }  // namespace tarv

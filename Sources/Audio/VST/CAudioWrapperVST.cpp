@@ -137,6 +137,8 @@ void CAudioWrapperVST::resume() {
     CProcessScope scope(*this);
     takeFormat();
     CAudioWrapper::resume();
+    // What another thread announced meanwhile found the effect suspended, and was not forwarded.
+    takeFormat();
     setInitialDelay(latency());
 }
 
