@@ -9,7 +9,6 @@ namespace tarv {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
-constexpr int32_t kSectionType = 21;
 
 // No design may ask for more memory than a second and a half at the highest rate takes, whatever its values are.
 constexpr int32_t kMostTaps = 1 << 23;
@@ -82,7 +81,7 @@ void CAudioFilterFIRLPGen::design(CSectionList& list, double sampleRate, const d
     }
     const int32_t n = static_cast<int32_t>(half);
     list.latency = n;
-    CArray<double, 4>& taps = addSection(list, kSectionType, 1.0, {}, {}).numerators;
+    CArray<double, 4>& taps = addSection(list, CFilterSection::kFirType, 1.0, {}, {}).numerators;
     taps.resize(2 * n + 1);
     CRotation carrier(2.0 * kPi * values[0] / rate);
     CRotation window(kPi / (n + 1));
@@ -101,7 +100,7 @@ void CAudioFilterFIRHilbGen::design(CSectionList& list, double sampleRate, const
     if (length == 0) {
         return;
     }
-    CArray<double, 4>& taps = addSection(list, kSectionType, 1.0, {}, {}).numerators;
+    CArray<double, 4>& taps = addSection(list, CFilterSection::kFirType, 1.0, {}, {}).numerators;
     taps.resize(length);
     for (int32_t i = 0; i < length; ++i) {
         // From the middle of the taps, a whole number in a filter of odd length and a half more in one of even length.
@@ -127,7 +126,7 @@ void CAudioFilterFIRLimGen::design(CSectionList& list, double sampleRate, const 
         return;
     }
     list.latency = length - 1;
-    CArray<double, 4>& taps = addSection(list, kSectionType, 1.0, {}, {}).numerators;
+    CArray<double, 4>& taps = addSection(list, CFilterSection::kFirType, 1.0, {}, {}).numerators;
     taps.resize(length);
     double sum = 0.0;
     for (int32_t i = 0; i < length; ++i) {

@@ -13,9 +13,7 @@ bool CAudioFilterGen::readType(int32_t maximum, int32_t& type) const {
 }
 
 void CAudioFilterGen::restart(CSectionList& list) {
-    list.sections.clear();
-    list.isParallel = 0;
-    list.latency = 0;
+    list.restart();
 }
 
 CFilterSection& CAudioFilterGen::addSection(CSectionList& list, int32_t type, double gain,
@@ -26,6 +24,9 @@ CFilterSection& CAudioFilterGen::addSection(CSectionList& list, int32_t type, do
     CFilterSection& section = list.sections.last();
     section.type = type;
     section.gain = gain;
+    if (type == CFilterSection::kFirType) {
+        section.numerators = list.takeKept();
+    }
     section.numerators.resize(static_cast<int32_t>(numerators.size()));
     std::copy(numerators.begin(), numerators.end(), section.numerators.begin());
     section.denominators.resize(static_cast<int32_t>(denominators.size()));

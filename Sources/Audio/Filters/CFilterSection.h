@@ -17,6 +17,8 @@ namespace tarv {
 /// | 22       | level-dependent biquad        | as 0, then p, q, r, t, k1, k2| as 0            |
 /// | 23       | six first-order all-passes    | six coefficients in all over both lists      |
 struct CFilterSection {
+    static constexpr int32_t kFirType = 21;
+
     int32_t type = 0;
     double gain = 1.0;  ///< linear factor for the section's output; never folded into the coefficients
     int32_t flags = 0;  ///< reserved, 0
@@ -24,11 +26,18 @@ struct CFilterSection {
     CArray<double, 4> denominators;
 };
 
-/// What a design fills and a filter runs. Reused from design to design: lists of the usual lengths stay inline.
+/// What a design fills and a filter runs. Reused from design to design: lists of the usual lengths stay inline, and the
+/// memory of taps is kept for the next design.
 struct CSectionList {
     CArray<CFilterSection, 4> sections;
-    uint8_t isParallel = 0;  ///< sections side by side on one input, outputs summed
-    int32_t latency = 0;     ///< samples
+    uint8_t isParallel = 0;             ///< sections side by side on one input, outputs summed
+    int32_t latency = 0;                ///< samples
+    CArray<CArray<double, 4>, 4> kept;  ///< storages of earlier taps
+
+    /// Empties the list.
+    void restart();
+    /// An empty list of coefficients with the largest storage that is kept, or none.
+    CArray<double, 4> takeKept();
 };
 
 }  // namespace tarv

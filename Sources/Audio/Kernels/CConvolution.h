@@ -10,7 +10,8 @@ namespace tarv {
 
 /// The taps of a FIR filter as spectra of equal partitions, for convolution by overlap-save (Stockham 1966; partitioned
 /// as Kulp 1988). The set in use can be replaced while audio runs: the new one is posted under a lock of this object
-/// and taken up at the next acquire; the old one is deleted by a later post.
+/// and taken up at the next acquire. Three sets are made in advance: one is in use, one may be posted, and the third
+/// takes the next taps.
 class CConvolution : public CHeapObject {
 public:
     /// Room for `mostTaps` taps. `partition`: samples of a partition, a power of two from 2.
@@ -24,7 +25,7 @@ public:
     int32_t mostPartitions() const { return mostPartitions_; }
     const CRealTransform& transform() const { return transform_; }
 
-    /// Posts new taps; those beyond `mostTaps` are cut off. Allocates. Any thread but the audio thread, one at a time.
+    /// Posts new taps; those beyond `mostTaps` are cut off. Does not allocate. Any thread, one at a time.
     void setTaps(const double* taps, int32_t count);
     /// Takes up what was posted last. Audio thread, while no product of the old set is outstanding.
     void acquire();
@@ -33,19 +34,19 @@ public:
 
 private:
     struct CSet {
-        int32_t partitions;
-        double* spectra;
+        int32_t partitions = 0;
+        double* spectra = nullptr;
     };
-    CSet* makeSet(const double* taps, int32_t count) const;
-    static void destroySet(CSet* set);
+    void fill(CSet& set, const double* taps, int32_t count) const;
+    CSet* freeSet();
 
     CLock lock_;
     CRealTransform transform_;
     int32_t partition_;
     int32_t mostPartitions_;
+    CSet sets_[3];
     CSet* inUse_ = nullptr;
     CSet* posted_ = nullptr;
-    CSet* retired_ = nullptr;
 };
 
 }  // namespace tarv

@@ -57,7 +57,7 @@ private:
 ///                                     another module whose history is taken over where that makes sense
 ///   CBufferHandle run(CBufferHandle in, CBufferHandle second, int32_t count)   a block with one reference
 ///   void retire()                     gives its state back
-///   void makeReady()                  allocates what a design needs
+///   void makeReady(const T* like)     allocates what a design as that of `like` needs; null: of anything
 ///   int32_t latency() const           samples
 template <class T>
 class CAudioProcessTerminal : public CAudioProcessTerminalBase {
@@ -199,7 +199,7 @@ void CAudioProcessTerminal<T>::makeSpares() {
         spares_.reserve(3 * voices_.count());
     }
     for (T* module : spares_) {
-        module->makeReady();
+        module->makeReady(voices_.isEmpty() ? nullptr : voices_[0].current);
     }
     noteUse(voices_.count(), rate_);
 }

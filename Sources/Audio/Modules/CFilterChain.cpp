@@ -29,7 +29,7 @@ CBufferHandle CFilterChain::makeState(CQPLEXContext& context, const CFilterSecti
         target[written++] = 0.0;
     }
     const CBufferHandle block = context.takeBuffer(kernels.stateSize * kBytes);
-    if (before != nullptr) {
+    if (before != nullptr && before->block != kNoBuffer) {
         context.issue(kernels.update, 1, 0.0, {block, coefficients, before->block});
     } else {
         context.issue(kernels.init, 1, 0.0, {block, coefficients});
@@ -38,23 +38,73 @@ CBufferHandle CFilterChain::makeState(CQPLEXContext& context, const CFilterSecti
     return block;
 }
 
-CFirSection* CFilterChain::makeFir(CQPLEXContext& context, const CFilterSection& section) {
+/// A section with room for the taps, its taps and history anything: one that is parked, or a new one.
+CFirSection* CFilterChain::takeFir(CQPLEXContext& context, int32_t taps) {
+    for (int32_t i = 0; i < parked_.count(); ++i) {
+        CFirSection* const fir = parked_[i];
+        if (fir->room() >= taps) {
+            parked_.removeAt(i);
+            return fir;
+        }
+    }
+    // What is too small now will hardly be wanted again.
+    parked_.deleteAll();
+    return new CFirSection(context, taps);
+}
+
+CFirSection* CFilterChain::designFir(CQPLEXContext& context, const CFilterSection& section, CState* before,
+                                     bool isInPlace) {
     const int32_t taps = section.numerators.count();
-    auto* const fir = new CFirSection(context, taps);
+    CFirSection* const old = before != nullptr ? before->fir : nullptr;
+    CFirSection* fir = old;
+    if (old == nullptr || !isInPlace || old->room() < taps) {
+        fir = takeFir(context, taps);
+        if (old != nullptr) {
+            fir->takeHistory(*old);
+        } else {
+            fir->clear();
+        }
+    } else {
+        before->fir = nullptr;
+    }
     fir->setTaps(section.numerators.data(), taps);
     return fir;
+}
+
+void CFilterChain::makeReady(CQPLEXContext& context, const CFilterChain& like) {
+    int32_t wanted = 0;
+    for (const CState& state : like.states_) {
+        if (state.fir == nullptr) {
+            continue;
+        }
+        ++wanted;
+        int32_t there = 0;
+        for (const CFirSection* fir : parked_) {
+            there += fir->room() >= state.fir->room() ? 1 : 0;
+        }
+        if (there < wanted) {
+            parked_.append(new CFirSection(context, state.fir->room()));
+        }
+        if (list_.kept.count() < wanted) {
+            CArray<double, 4> taps;
+            taps.reserve(state.fir->room());
+            list_.kept.append(std::move(taps));
+        }
+    }
 }
 
 void CFilterChain::releaseStates(CQPLEXContext& context) {
     for (const CState& state : states_) {
         context.releaseReference(state.block);
-        delete state.fir;
+        if (state.fir != nullptr) {
+            parked_.append(state.fir);
+        }
     }
     states_.clear();
 }
 
 void CFilterChain::design(CQPLEXContext& context, const CAudioFilterGen* generator, const double* values, int32_t count,
-                          double rate, const CFilterChain* from) {
+                          double rate, CFilterChain* from) {
     generator_ = generator;
     isDesigned_ = true;
     values_.clear();
@@ -64,8 +114,7 @@ void CFilterChain::design(CQPLEXContext& context, const CAudioFilterGen* generat
     if (generator != nullptr) {
         generator->design(list_, rate, values, count);
     } else {
-        list_.sections.clear();
-        list_.latency = 0;
+        list_.restart();
     }
     if (list_.sections.count() < 2) {
         list_.isParallel = 0;
@@ -73,8 +122,8 @@ void CFilterChain::design(CQPLEXContext& context, const CAudioFilterGen* generat
     CArray<CState, 4> states;
     for (int32_t k = 0; k < list_.sections.count(); ++k) {
         const CFilterSection& section = list_.sections[k];
-        const CState* before = from != nullptr && k < from->states_.count() ? &from->states_[k] : nullptr;
-        if (before != nullptr && (before->type != section.type || before->block == kNoBuffer)) {
+        CState* before = from != nullptr && k < from->states_.count() ? &from->states_[k] : nullptr;
+        if (before != nullptr && before->type != section.type) {
             before = nullptr;
         }
         CState state;
@@ -82,7 +131,7 @@ void CFilterChain::design(CQPLEXContext& context, const CAudioFilterGen* generat
         if (section.type != kSectionTypeFir) {
             state.block = makeState(context, section, before);
         } else {
-            state.fir = makeFir(context, section);
+            state.fir = designFir(context, section, before, from == this);
         }
         states.append(state);
     }
@@ -92,9 +141,7 @@ void CFilterChain::design(CQPLEXContext& context, const CAudioFilterGen* generat
 
 void CFilterChain::release(CQPLEXContext& context) {
     releaseStates(context);
-    list_.sections.clear();
-    list_.isParallel = 0;
-    list_.latency = 0;
+    list_.restart();
     generator_ = nullptr;
     isDesigned_ = false;
 }

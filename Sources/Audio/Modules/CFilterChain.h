@@ -18,8 +18,10 @@ public:
     /// Designs for a rate in Hz. A section takes its history from the section of `from` at the same position if the
     /// types match (`from` may be the chain itself or null).
     void design(CQPLEXContext& context, const CAudioFilterGen* generator, const double* values, int32_t count,
-                double rate, const CFilterChain* from);
+                double rate, CFilterChain* from);
     void release(CQPLEXContext& context);
+    /// Makes what a design for as many taps as `like` has will need, so that it allocates nothing.
+    void makeReady(CQPLEXContext& context, const CFilterChain& like);
 
 private:
     struct CState {
@@ -27,7 +29,8 @@ private:
         CBufferHandle block = kNoBuffer;
         CFirSection* fir = nullptr;  // owned
     };
-    static CFirSection* makeFir(CQPLEXContext& context, const CFilterSection& section);
+    CFirSection* takeFir(CQPLEXContext& context, int32_t taps);
+    CFirSection* designFir(CQPLEXContext& context, const CFilterSection& section, CState* before, bool isInPlace);
     void releaseStates(CQPLEXContext& context);
     static CBufferHandle makeState(CQPLEXContext& context, const CFilterSection& section, const CState* before);
 
@@ -36,6 +39,7 @@ private:
     CArray<double, 9> values_;
     CSectionList list_;
     CArray<CState, 4> states_;
+    COwnedArray<CFirSection, 4> parked_;  ///< not in use, for later designs
 };
 
 }  // namespace tarv

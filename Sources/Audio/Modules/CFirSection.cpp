@@ -15,8 +15,11 @@ CFirSection::CFirSection(CQPLEXContext& context, int32_t mostTaps)
       transformPlace_(context.takeBuffer(sizeof(void*))),
       convolutionPlace_(context.takeBuffer(sizeof(void*))),
       frame_(context.takeBuffer(kSize * kBytes)) {
-    *static_cast<const CRealTransform**>(context.data(transformPlace_)) = &convolution_.transform();
-    *static_cast<CConvolution**>(context.data(convolutionPlace_)) = &convolution_;
+    // Without a buffer, which only a full table refuses, the operations that name it do not run.
+    if (transformPlace_ != kNoBuffer && convolutionPlace_ != kNoBuffer) {
+        *static_cast<const CRealTransform**>(context.data(transformPlace_)) = &convolution_.transform();
+        *static_cast<CConvolution**>(context.data(convolutionPlace_)) = &convolution_;
+    }
     for (int32_t i = 0; i < convolution_.mostPartitions(); ++i) {
         spectra_.append(context.takeBuffer(kSize * kBytes));
     }
@@ -43,12 +46,25 @@ void CFirSection::clear() {
     position_ = 0;
 }
 
+void CFirSection::takeHistory(const CFirSection& from) {
+    const int32_t copy = context_.commonKernel(CCommonKernel::Copy);
+    context_.issue(copy, kSize, 0.0, {frame_, from.frame_});
+    for (int32_t age = 0; age < spectra_.count(); ++age) {
+        if (age < from.spectra_.count()) {
+            context_.issue(copy, kSize, 0.0, {spectrum(age), from.spectrum(age)});
+        } else {
+            context_.issue(context_.commonKernel(CCommonKernel::Fill0), kSize, 0.0, {spectrum(age)});
+        }
+    }
+    position_ = from.position_;
+}
+
 CBufferHandle CFirSection::spectrum(int32_t age) const {
     return spectra_[(newest_ + age) % spectra_.count()];
 }
 
 CBufferHandle CFirSection::run(CBufferHandle in, int32_t count) {
-    const CBufferHandle out = context_.takeBuffer(count * kBytes);
+    const CBufferHandle out = context_.takeSignal(count);
     context_.issue(acquire_, 0, 0.0, {convolutionPlace_});
     for (int32_t done = 0; done < count;) {
         const int32_t piece = std::min(count - done, kPartition - position_);
@@ -63,7 +79,7 @@ void CFirSection::runPiece(CBufferHandle out, CBufferHandle in, int32_t count) {
     const int32_t place = (kPartition + position_) * kBytes;
     context_.issue(copy, count, 0.0, {CQPLEXContext::offsetBy(frame_, place), in});
     context_.issue(forward_, kSize, 0.0, {spectrum(0), transformPlace_, frame_});
-    const CBufferHandle sum = context_.takeBuffer(kSize * kBytes);
+    const CBufferHandle sum = context_.takeSignal(kSize);
     context_.issue(multiply_, kSize, 0.0, {sum, convolutionPlace_, spectrum(0)});
     for (int32_t age = 1; age < spectra_.count(); ++age) {
         context_.issue(multiplyAdd_, kSize, age, {sum, convolutionPlace_, spectrum(age)});

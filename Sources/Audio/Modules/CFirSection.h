@@ -9,7 +9,7 @@ namespace tarv {
 /// A filter section of type 21 on one channel: convolution with its taps, without added latency. Blocks of any length:
 /// what has come in of a partition is transformed anew with each block. So, other than with all other sections, where a
 /// host cuts its blocks shows in the last bits.
-/// Made outside the audio thread; run: audio thread.
+/// Making one allocates; all else does not. Thread: the audio thread, but for setTaps.
 class CFirSection : public CHeapObject {
 public:
     static constexpr int32_t kPartition = 256;  ///< samples
@@ -20,12 +20,16 @@ public:
     CFirSection(const CFirSection&) = delete;
     CFirSection& operator=(const CFirSection&) = delete;
 
-    /// New taps for the blocks to come; the history stays. Any thread but the audio thread.
+    /// Taps that there is room for, at least as many as asked for.
+    int32_t room() const { return convolution_.mostPartitions() * kPartition; }
+    /// New taps for the blocks to come; the history stays. Any thread, one at a time.
     void setTaps(const double* taps, int32_t count) { convolution_.setTaps(taps, count); }
     /// Issues the operations of a block of `count` samples; the output has one reference for the caller.
     CBufferHandle run(CBufferHandle in, int32_t count);
     /// Forgets the history.
     void clear();
+    /// Goes on where another section stands: what that has heard, as far back as there is room here.
+    void takeHistory(const CFirSection& from);
 
 private:
     static constexpr int32_t kSize = 2 * kPartition;  // of a transform

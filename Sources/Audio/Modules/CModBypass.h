@@ -21,7 +21,7 @@ public:
     void design(double, CModBypassModule*) { choice_ = choose(); }
     CBufferHandle run(CBufferHandle in, CBufferHandle second, int32_t count);
     void retire() { drop(seed_); }
-    void makeReady() {}
+    void makeReady(const CModBypassModule*) {}
     int32_t latency() const { return 0; }
 
 private:

@@ -20,7 +20,7 @@ public:
     void design(double rate, CModDenormModule* from);
     CBufferHandle run(CBufferHandle in, CBufferHandle second, int32_t count);
     void retire() { drop(seed_); }
-    void makeReady() {}
+    void makeReady(const CModDenormModule*) {}
     int32_t latency() const { return 0; }
 
 private:

@@ -90,7 +90,7 @@ void CModFilterModule::design(double rate, CModFilterModule* from) {
     CDesignValues values;
     for (int32_t i = 0; i < count_; ++i) {
         const CAudioFilterGen* generator = readChain(i, values);
-        const CFilterChain* before = from != nullptr && i < from->count_ ? from->chains_[i] : nullptr;
+        CFilterChain* before = from != nullptr && i < from->count_ ? from->chains_[i] : nullptr;
         if (before != chains_[i] || !before->isDesignedWith(generator, values.data(), values.count())) {
             chains_[i]->design(context(), generator, values.data(), values.count(), rate, before);
         }
@@ -106,9 +106,12 @@ void CModFilterModule::retire() {
     isSingle_ = false;
 }
 
-void CModFilterModule::makeReady() {
+void CModFilterModule::makeReady(const CModFilterModule* like) {
     while (chains_.count() < wantedCount()) {
         chains_.append(new CFilterChain);
+    }
+    for (int32_t i = 0; like != nullptr && i < like->count_ && i < chains_.count(); ++i) {
+        chains_[i]->makeReady(context(), *like->chains_[i]);
     }
 }
 

@@ -34,7 +34,7 @@ public:
     void design(double rate, CModFilterModule* from);
     CBufferHandle run(CBufferHandle in, CBufferHandle second, int32_t count);
     void retire();
-    void makeReady();
+    void makeReady(const CModFilterModule* like);
     int32_t latency() const;
 
     int32_t chainCount() const { return count_; }

@@ -23,7 +23,7 @@ public:
     void design(double rate, CModGainModule* from);
     CBufferHandle run(CBufferHandle in, CBufferHandle second, int32_t count);
     void retire() { drop(seed_); }
-    void makeReady() {}
+    void makeReady(const CModGainModule*) {}
     int32_t latency() const { return 0; }
 
 private:

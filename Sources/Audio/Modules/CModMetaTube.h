@@ -24,7 +24,7 @@ public:
     void design(double rate, CModMetaTubeModule* from);
     CBufferHandle run(CBufferHandle in, CBufferHandle second, int32_t count);
     void retire();
-    void makeReady() {}
+    void makeReady(const CModMetaTubeModule*) {}
     int32_t latency() const { return 0; }
 
 private:

@@ -20,7 +20,7 @@ public:
     void design(double, CModMuteModule*) { isMuted_ = isMutedNow(); }
     CBufferHandle run(CBufferHandle in, CBufferHandle second, int32_t count);
     void retire() { drop(seed_); }
-    void makeReady() {}
+    void makeReady(const CModMuteModule*) {}
     int32_t latency() const { return 0; }
 
 private:

@@ -139,6 +139,84 @@ TEST(CModFilterSectionsTest, AnFirSectionFadesFromItsOldTapsToItsNewOnes) {
     EXPECT_NEAR(out[44], 0.5, 1e-13);
 }
 
+/// A filter of 301 taps, of which the last is the parameter `freq`: what it gives is 300 samples late.
+std::vector<CTestNode> lateTap(CTestAttributes attributes) {
+    std::string zeros;
+    for (int32_t i = 0; i < 300; ++i) {
+        zeros += i == 0 ? "0" : " 0";
+    }
+    return {{"test:gen", "fir", {{"type", "21"}, {"gains", "1"}, {"numerators", zeros}, {"use-values", "true"}}},
+            arrayNode({"fir"}),
+            filterNode("", "0", "0.5", std::move(attributes))};
+}
+
+TEST(CModFilterSectionsTest, AnFirSectionKeepsItsHistoryOverARedesign) {
+    const CSignal in = noiseSignal(2000);
+    for (const char* isSmooth : {"true", "false"}) {
+        for (const int32_t block : {100, 512}) {
+            CFilter tree(lateTap({{"is-smooth-update", isSmooth}, {"xfade-length", "0.001"}}));
+            const auto half = in.begin() + 1000;
+            const CSignal first = tree.runMono({in.begin(), half}, block);
+            tree.set("plugin.f.freq", 2.0);
+            const CSignal second = tree.runMono({half, in.end()}, block);
+            // Behind the fade of 44 samples: what came before the redesign, with the new tap.
+            for (size_t i = 44; i < second.size(); ++i) {
+                ASSERT_NEAR(second[i], 2.0 * in[1000 + i - 300], 1e-12) << i << ' ' << isSmooth << ' ' << block;
+            }
+            ASSERT_NEAR(first[999], 0.5 * in[699], 1e-12);
+        }
+    }
+}
+
+TEST(CModFilterSectionsTest, ARedesignOfAnFirSectionAllocatesNothing) {
+    for (const char* isSmooth : {"true", "false"}) {
+        CFilter tree(lateTap({{"is-smooth-update", isSmooth}, {"xfade-length", "0.001"}}));
+        tree.graph.context->reserveBuffers(32, 4096);
+        tree.graph.context->reserveBuffers(32, 64);
+        const CSignal in = noiseSignal(512);
+        const CTestChannels channels = {{0, 0, in}};
+        tree.run(channels);
+        for (int32_t round = 0; round < 20; ++round) {
+            tree.set("plugin.f.freq", 1.0 + round);
+            tree.collector().applyPendingChanges(tree.graph.now);
+            CAudioPort& port = tree.process().input(0);
+            port.samples = 512;
+            port.rate = CGraphTree::kRate;
+            const CBufferHandle block = tree.graph.context->takeSignal(512);
+            std::copy(in.begin(), in.end(), tree.graph.context->signal(block));
+            port.add(0, 0, 0, block);
+            const CHeapCounters before = CHeap::counters();
+            tree.process().process();
+            tree.graph.context->flush();
+            EXPECT_EQ(CHeap::counters().allocations, before.allocations) << round << ' ' << isSmooth;
+            EXPECT_EQ(CHeap::counters().frees, before.frees) << round << ' ' << isSmooth;
+            tree.process().output(0).release(*tree.graph.context);
+            tree.graph.now += 512;
+        }
+    }
+}
+
+TEST(CModFilterSectionsTest, MoreTapsThanThereIsRoomForKeepTheHistoryToo) {
+    // One generator has 3 taps, the other 600; the change of the index is one of the generator.
+    std::string taps;
+    for (int32_t i = 0; i < 600; ++i) {
+        taps += i == 0 ? "1" : " 0";
+    }
+    for (const char* isSmooth : {"true", "false"}) {
+        CFilter tree({{"test:gen", "short", {{"type", "21"}, {"gains", "1"}, {"numerators", "0 0 1"}}},
+                      {"test:gen", "long", {{"type", "21"}, {"gains", "1"}, {"numerators", "0 0 0 1 " + taps}}},
+                      arrayNode({"short", "long"}),
+                      filterNode("", "0", "", {{"is-smooth-update", isSmooth}, {"xfade-length", "0.0001"}})});
+        const CSignal in = noiseSignal(600);
+        tree.runMono({in.begin(), in.begin() + 300}, 100);
+        tree.set("plugin.f.index", 1.0);
+        const CSignal out = tree.runMono({in.begin() + 300, in.end()}, 100);
+        for (size_t i = 4; i < out.size(); ++i) {
+            ASSERT_NEAR(out[i], in[300 + i - 3] + in[300 + i - 4], 1e-12) << i << ' ' << isSmooth;
+        }
+    }
+}
+
 TEST(CModFilterSectionsTest, TheLatenciesOfTheFiltersAddUp) {
     CFilter tree({poles("a", "1", "0.5", {{"latency", "10"}}),
                   {"audio:fltgen-firlp", "lp"},
