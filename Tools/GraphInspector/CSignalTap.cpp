@@ -15,7 +15,9 @@ void CSignalTap::processed(CAudioProcessBase& process) {
     frames_ += port.samples;
     for (int32_t i = 0; i < port.samples; ++i) {
         for (const CAudioChannel& channel : port.channels) {
-            std::fwrite(process.context().signal(channel.handle) + i, sizeof(double), 1, file_);
+            const double* const signal = process.context().signal(channel.handle);
+            const double silence = 0.0;
+            std::fwrite(signal != nullptr ? signal + i : &silence, sizeof(double), 1, file_);
         }
     }
 }

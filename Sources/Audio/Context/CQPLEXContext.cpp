@@ -30,7 +30,7 @@ uint32_t hashOf(const char* name) {
 
 CQPLEXContext::CQPLEXContext() {
     for (int32_t i = 0; i < kBufferCount; ++i) {
-        buffers_[i] = {0,      nullptr, i + 1 < kBufferCount ? i + 1 : kNone, 0, 0, kNone, kNone, {nullptr, nullptr},
+        buffers_[i] = {0,      nullptr, i + 1 < kUsableBuffers ? i + 1 : kNone, 0, 0, kNone, kNone, {nullptr, nullptr},
                        nullptr};
     }
     for (CQueuedOperation& operation : operations_) {
@@ -181,6 +181,9 @@ CBufferHandle CQPLEXContext::takeOther(int32_t sizeClass) {
 }
 
 void CQPLEXContext::notifyOnWrite(CBufferHandle handle, uint8_t* first, uint8_t* second) {
+    if (handle == kNoBuffer) {
+        return;
+    }
     CBuffer& buffer = buffers_[indexOf(handle)];
     buffer.notify[0] = first;
     buffer.notify[1] = second;
@@ -214,7 +217,7 @@ void CQPLEXContext::issueOperands(int32_t kernelNumber, int32_t count, double im
 #pragma GCC unroll 8
     for (int32_t j = 0; j < N; ++j) {
         signs |= handles[j];
-        buffers[j] = &buffers_[indexOf(handles[j]) & (kBufferCount - 1)];
+        buffers[j] = &buffers_[indexOf(handles[j])];
 #pragma GCC unroll 8
         for (int32_t k = 0; k < j; ++k) {
             isRepeated |= buffers[k] == buffers[j];

@@ -151,7 +151,8 @@ public:
     const CSectionKernels& sectionKernels(int32_t type) const { return sectionKernels_[type]; }
     void setSectionKernels(int32_t type, const CSectionKernels& kernels) { sectionKernels_[type] = kernels; }
 
-    /// A buffer of at least `bytes`, contents undefined, one reference. kNoBuffer when all 2048 are in use.
+    /// A buffer of at least `bytes`, contents undefined, one reference. kNoBuffer when all 4095 are in use: whoever
+    /// passes that on instead of a buffer gets an operation that is not run, and nothing from the table.
     CBufferHandle takeBuffer(int32_t bytes) {
         const int32_t sizeClass = sizeClassOf(bytes);
         const int32_t index = freeBuffers_[sizeClass];
@@ -186,19 +187,28 @@ public:
         }
     }
     int32_t references(CBufferHandle handle) const {
-        return static_cast<int32_t>(buffers_[indexOf(handle)].state & kReferences);
+        return handle == kNoBuffer ? 0 : static_cast<int32_t>(buffers_[indexOf(handle)].state & kReferences);
     }
-    /// Address of a buffer. Contents may be written right after takeBuffer, before any operation names the buffer;
-    /// whoever reads them calls flush first.
-    void* data(CBufferHandle handle) const { return buffers_[indexOf(handle)].data + offsetOf(handle); }
+    /// Address of a buffer, null for kNoBuffer. Contents may be written right after takeBuffer, before any operation
+    /// names the buffer; whoever reads them calls flush first.
+    void* data(CBufferHandle handle) const {
+        return handle == kNoBuffer ? nullptr : buffers_[indexOf(handle)].data + offsetOf(handle);
+    }
     double* signal(CBufferHandle handle) const { return static_cast<double*>(data(handle)); }
-    int32_t capacity(CBufferHandle handle) const { return buffers_[indexOf(handle)].capacity; }
+    /// Bytes of a buffer's storage, 0 for kNoBuffer.
+    int32_t capacity(CBufferHandle handle) const {
+        return handle == kNoBuffer ? 0 : buffers_[indexOf(handle)].capacity;
+    }
     /// A handle `bytes` further into the storage. The sum of offsets must stay below 512 KiB.
     static CBufferHandle offsetBy(CBufferHandle handle, int32_t bytes) {
         return handle == kNoBuffer ? kNoBuffer : handle + bytes * (kIndexMask + 1);
     }
     static int32_t indexOf(CBufferHandle handle) { return handle & kIndexMask; }
     static int32_t offsetOf(CBufferHandle handle) { return handle >> kIndexBits; }
+    /// Entries of the table that have a storage, in use or not.
+    int32_t storageCount() const { return unusedBuffers_ == -1 ? kUsableBuffers : unusedBuffers_; }
+    /// The most buffers that can be in use at once.
+    static constexpr int32_t kUsableBuffers = 4095;
     /// Sets both bytes to 1 when the next write of the buffer completes.
     void notifyOnWrite(CBufferHandle handle, uint8_t* first, uint8_t* second);
     /// Makes sure that `count` free buffers of `bytes` exist, so that later takeBuffer calls do not allocate.
@@ -252,7 +262,8 @@ public:
 private:
     static constexpr int32_t kIndexBits = 12;
     static constexpr int32_t kIndexMask = (1 << kIndexBits) - 1;
-    static constexpr int32_t kBufferCount = 2048;
+    // Twice what the largest tree takes (SystemTests, ContextRoom). The last index is that of kNoBuffer.
+    static constexpr int32_t kBufferCount = kIndexMask + 1;
     static constexpr int32_t kOperationCount = 512;
     static constexpr int32_t kWaiterCount = 4096;
     static constexpr int32_t kKernelCount = 512;
@@ -260,7 +271,7 @@ private:
     static constexpr int32_t kSmallestStorage = 64;
     static constexpr int32_t kSizeClassCount = 25;  // storages of 64 bytes, 128, 256 ...
     // Each operand waits at most once, so the waiter table can't run out before the operation table does.
-    static_assert(kOperationCount * kMaxOperands <= kWaiterCount && kBufferCount <= kIndexMask + 1);
+    static_assert(kOperationCount * kMaxOperands <= kWaiterCount && kUsableBuffers < kBufferCount);
 
     using CBuffer = CContextBuffer;
     static constexpr uint64_t kOneReference = 1;

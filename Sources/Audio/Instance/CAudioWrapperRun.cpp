@@ -223,8 +223,9 @@ void CAudioWrapper::takeInputs(const Sample* const* inputs, int32_t offset, int3
     for (int32_t i = 0; i < graph_.hostInputs; ++i) {
         run_.inputs[i] = nullptr;
         // An input without a buffer is left out: the router makes silence for whoever asks for it.
-        if (inputs != nullptr && inputs[i] != nullptr) {
-            const CBufferHandle block = graph_.context->takeSignal(frames);
+        const bool isThere = inputs != nullptr && inputs[i] != nullptr;
+        const CBufferHandle block = isThere ? graph_.context->takeSignal(frames) : kNoBuffer;
+        if (block != kNoBuffer) {
             run_.inputs[i] = graph_.context->signal(block);
             widen(run_.inputs[i], inputs[i] + offset, frames);
             mainProcess_->input(0).add(0, i, 0, block);

@@ -247,12 +247,25 @@ TEST_F(CQPLEXContextTest, NoBufferIsNoReference) {
     context->addReference(kNoBuffer);
     context->releaseReference(kNoBuffer);
     EXPECT_EQ(context->counters().buffersInUse, 0);
+    EXPECT_EQ(context->references(kNoBuffer), 0);
+    EXPECT_EQ(context->capacity(kNoBuffer), 0);
+    EXPECT_EQ(context->data(kNoBuffer), nullptr);
+    uint8_t bytes[2] = {};
+    context->notifyOnWrite(kNoBuffer, &bytes[0], &bytes[1]);
+    // No entry of the table is meant: taking all of them shows none that is watched.
+    for (int32_t i = 0; i < CQPLEXContext::kUsableBuffers; ++i) {
+        const CBufferHandle taken = context->takeBuffer(64);
+        ASSERT_NE(CQPLEXContext::indexOf(taken), CQPLEXContext::indexOf(kNoBuffer));
+        context->issue(common(CCommonKernel::Fill0), 1, 0.0, {taken});
+    }
+    context->flush();
+    EXPECT_EQ(bytes[0] + bytes[1], 0);
 }
 
 TEST_F(CQPLEXContextTest, AFullBufferTableFlushesAndThenGivesNone) {
     const CBufferHandle in = filled(1.0);
     int32_t taken = 1;
-    for (; taken < 2047; ++taken) {
+    for (; taken < CQPLEXContext::kUsableBuffers - 1; ++taken) {
         ASSERT_NE(context->takeBuffer(64), kNoBuffer);
     }
     const CBufferHandle last = context->takeBuffer(kBytes);
