@@ -39,6 +39,19 @@ struct CLayoutChange {
     std::vector<CSet> before, after;
 };
 
+/// With that many bands, and three behind the seventh that stand high at 100 Hz, 1 kHz and 5 kHz.
+std::vector<CSet> louderBands(std::vector<CSet> sets, int32_t count) {
+    const double frequencies[] = {100.0, 1000.0, 5000.0};
+    for (int32_t group = 0; group < 2; ++group) {
+        for (int32_t i = 0; i < 3; ++i) {
+            sets.push_back({kFreqs, group, kBands + i, frequencies[i]});
+            sets.push_back({kGains, group, kBands + i, factorOf(9.0)});
+        }
+    }
+    sets.push_back({kBandCount, 0, 0, static_cast<double>(count)});
+    return sets;
+}
+
 std::vector<CLayoutChange> layoutChanges() {
     return {{"1x to 2x", straight(2, 0), {{kOversampling, 0, 0, 2}}},
             {"2x to 1x", straight(2, 1), {{kOversampling, 0, 0, 1}}},
@@ -51,7 +64,11 @@ std::vector<CLayoutChange> layoutChanges() {
             {"grouping", straight(2, 0), {{kGrouping, 0, 1, 1}}},
             {"grouping at 2x", straight(2, 1), {{kGrouping, 0, 1, 1}}},
             {"pairs on", straight(2, 0), {{kPairs, 0, 0, 1}, {kPairs, 0, 1, 1}}},
-            {"pairs off", midSide(), {{kPairs, 0, 0, 0}, {kPairs, 0, 1, 0}}}};
+            {"pairs off", midSide(), {{kPairs, 0, 0, 0}, {kPairs, 0, 1, 0}}},
+            {"7 bands to 10", louderBands(straight(2, 0), 7), {{kBandCount, 0, 0, 10}}},
+            {"7 bands to 1", straight(2, 0), {{kBandCount, 0, 0, 1}}},
+            {"10 bands to 3", louderBands(straight(2, 0), 10), {{kBandCount, 0, 0, 3}}},
+            {"1 band to 7 at 4x", louderBands(straight(2, 2), 1), {{kBandCount, 0, 0, 7}}}};
 }
 
 std::vector<CSet> curveSets(const CCurve& curve) {
@@ -104,6 +121,42 @@ TEST(Continuity, NoLayoutChangeStandsOutOfASineByMoreThan6Decibels) {
         }
     }
     RecordProperty("worstDecibels", std::to_string(worst));
+}
+
+/// The largest difference of two samples that follow each other.
+double largestStep(const std::vector<double>& row, size_t from, size_t end) {
+    double step = 0.0;
+    for (size_t i = from + 1; i < end; ++i) {
+        step = std::max(step, std::fabs(row[i] - row[i - 1]));
+    }
+    return step;
+}
+
+TEST(Continuity, AnotherBandCountMakesNoStepInASine) {
+    for (const CCurve& curve : kCurves) {
+        for (const double hz : {50.0, 440.0, 3000.0}) {
+            for (const double count : {1.0, 5.0, 10.0}) {
+                CSetup setup{kRate, 2, curveSets(curve)};
+                const std::vector<CSet> bands = louderBands(straight(2, 0), kBands);
+                setup.sets.insert(setup.sets.end(), bands.begin(), bands.end());
+                // At 0.9 of a quarter period the sine is nearly at its peak.
+                const auto at = static_cast<int64_t>(kSettle + std::lround(0.225 * kRate / hz));
+                const int64_t back = at + static_cast<int64_t>(kSettle);
+                const std::vector<CEvent> events = {{at, {kBandCount, 0, 0, count}},
+                                                    {back, {kBandCount, 0, 0, static_cast<double>(kBands)}}};
+                const auto end = static_cast<size_t>(back) + kSettle;
+                const CSignal output = render(*start(setup), sine(2, end, hz, kRate, 1.0), events);
+                for (const auto& row : output) {
+                    const auto first = static_cast<size_t>(at);
+                    const auto second = static_cast<size_t>(back);
+                    const double settled = std::max(largestStep(row, first - kSettledPart, first),
+                                                    largestStep(row, second - kSettledPart, second));
+                    EXPECT_LT(largestStep(row, first - kSettledPart, end), 2.0 * settled)
+                        << curve.name << ", " << count << " bands, " << hz << " Hz";
+                }
+            }
+        }
+    }
 }
 
 TEST(Continuity, NorDoesAResumeAtAnotherRate) {

@@ -2,8 +2,6 @@
 
 #include <cmath>
 
-#include "Audio/Parameters/CAudioParamNames.h"
-
 namespace tarv {
 
 bool CAudioBypassEvaluator::evaluate() {
@@ -29,6 +27,7 @@ CError* CAudioProcess::init() {
     needOutput(0);
     TARV_TRY(buildChildren(*processDef));
     buildLinks(*processDef);
+    TARV_TRY(findRates());
     buildStates(*processDef);
     isStructureDirty_ = true;
     return nullptr;
@@ -102,9 +101,9 @@ void CAudioProcess::buildStates(const CAudioProcessDef& processDef) {
     for (const CAudioProcessBypassStateDef* state : processDef.bypassStates()) {
         auto* evaluator = new CAudioBypassEvaluator(*state);
         states_.append(evaluator);
-        bindShared(resolveParamName(path(), state->condition().param), evaluator->slot());
+        bindRelative(state->condition().param, evaluator->slot());
         if (!state->andCondition().param.isEmpty()) {
-            bindShared(resolveParamName(path(), state->andCondition().param), evaluator->andSlot());
+            bindRelative(state->andCondition().param, evaluator->andSlot());
         }
         evaluator->evaluate();
     }

@@ -34,6 +34,8 @@ public:
     [[nodiscard]] CError* init() override;
     void clearBuffers() override;
     void updateIdle() override;
+    void changeRate(CAudioRate& rate) const override;
+    const CAudioProcessBase* findInner(const CString& childName) const override { return findProcess(childName); }
     void process() override;
     void reset() override;
     void makeSpares() override;
@@ -80,6 +82,11 @@ private:
 
     [[nodiscard]] CError* buildChildren(const CAudioProcessDef& def);
     void buildLinks(const CAudioProcessDef& def);
+    [[nodiscard]] CError* findRates();
+    [[nodiscard]] CError* joinRates(const CAudioProcessBase* dst, CAudioRate& rate) const;
+    bool isRated(const CAudioProcessBase* src) const;
+    const CAudioRate* rateBehind(const CAudioProcessBase* src) const;
+    static bool mayMeet(const CLink& a, const CLink& b);
     void addLink(const CLink& link);
     void buildStates(const CAudioProcessDef& def);
 
@@ -100,6 +107,9 @@ private:
     COwnedArray<CAudioProcessBase, 16> children_;
     std::map<CString, CAudioProcessBase*> names_;
     CArray<CLink, 16> links_;
+    CArray<CAudioRate, 16> rates_;  ///< behind each child, relative to the inputs, as found
+    CArray<int32_t, 16> rated_;     ///< the children whose rate that is
+    CAudioRate ownRate_;            ///< the change that the whole makes
     COwnedArray<CAudioBypassEvaluator> states_;
     int32_t linkState_ = -1;
     bool isStructureDirty_ = true;

@@ -152,6 +152,51 @@ void CAudioProcessBase::bindShared(const CString& fullName, CAudioParamSlot& slo
     collector.addConsumer(*collector.getParam(fullName), slot, queue_, changed_, -1, element);
 }
 
+/// The process to which a relative name leads; `name` becomes its local name there. Null above the graph.
+const CAudioProcessBase* CAudioProcessBase::findOwner(CString& name) const {
+    const CAudioProcessBase* owner = this;
+    const bool isAbove = name.startsWith("^");
+    while (owner != nullptr && name.startsWith("^")) {
+        // An instance of a stack has its stack's path: both are one step.
+        const CString& left = owner->path();
+        while (owner != nullptr && owner->path() == left) {
+            owner = owner->parent();
+        }
+        name = name.substring(1);
+    }
+    if (isAbove && name.startsWith(".")) {
+        name = name.substring(1);
+    }
+    for (int32_t dot = name.indexOf('.'); owner != nullptr && dot >= 0; dot = name.indexOf('.')) {
+        const CAudioProcessBase* inner = owner->findInner(name.substring(0, dot));
+        if (inner == nullptr) {
+            break;
+        }
+        owner = inner;
+        name = name.substring(dot + 1);
+    }
+    return owner;
+}
+
+void CAudioProcessBase::bindRelative(const CString& name, CAudioParamSlot& slot) {
+    CString local = name;
+    const CAudioProcessBase* owner = name.startsWith("/") ? nullptr : findOwner(local);
+    if (owner == nullptr) {
+        bindShared(resolveParamName(path(), name), slot);
+        return;
+    }
+    bool isShared = false;
+    const CString fullName = owner->paramFullName(local, isShared);
+    const CAudioParamDef* param = owner->def().findParamBelow(local);
+    // A process that is built later announces its named parameters then; a name that nobody owns may still come.
+    const bool isNamed = param == nullptr || param->info().isStorable() || param->info().isPersistent();
+    if (isShared || isNamed || param->info().isGlobal()) {
+        bindShared(fullName, slot);
+    } else {
+        slot.data.resetWithDefaults(param->info(), 0);
+    }
+}
+
 void CAudioProcessBase::bindSlots() {
     for (const CAudioProcessDefBase::CParam& param : def().params()) {
         const CAudioParamInfo& info = param.def->info();

@@ -3,6 +3,7 @@
 #include "Audio/Graph/CAudioGraph.h"
 #include "Audio/Graph/CAudioPort.h"
 #include "Audio/Graph/CAudioProcessDef.h"
+#include "Audio/Graph/CAudioRate.h"
 #include "Audio/Parameters/CAudioParam.h"
 
 namespace tarv {
@@ -49,6 +50,10 @@ public:
     virtual void makeSpares() {}
     /// Tells the process the delay of its place, in host samples; gives the delay behind it.
     virtual int32_t placeDelay(int32_t inputDelay);
+    /// Applies to `rate` what the process does to the rate of its inputs, whatever its parameters say.
+    virtual void changeRate(CAudioRate& rate) const { (void)rate; }
+    /// A process inside by its name, null if there is none.
+    virtual const CAudioProcessBase* findInner(const CString& childName) const { return (void)childName, nullptr; }
     /// Calls `visit` for each process inside, in run order where there is one.
     virtual void visitChildren(void (*visit)(void* user, CAudioProcessBase& child), void* user) const;
 
@@ -69,8 +74,8 @@ public:
     CAudioPort& output(int32_t port) { return *outputs_[port]; }
     const CAudioPort& output(int32_t port) const { return *outputs_[port]; }
     /// Makes sure that the ports up to this number exist. While the graph is built.
-    void needInput(int32_t port);
-    void needOutput(int32_t port);
+    virtual void needInput(int32_t port);
+    virtual void needOutput(int32_t port);
 
     /// Delay of the process's place in the chain, in host samples.
     int32_t inputDelay() const { return inputDelay_; }
@@ -93,6 +98,10 @@ protected:
     void bindSlot(const CString& name, CAudioParamSlot& slot, int32_t element);
     /// Connects a slot with the collector's parameter of a full name, for all groups and elements.
     void bindShared(const CString& fullName, CAudioParamSlot& slot, int32_t element = -1);
+    /// Connects a slot with the parameter that a name stands for at this process: "^" leads to the process around it, a
+    /// process's name and a "." to one inside, "/" makes the rest a full name. What the process that owns it would bind
+    /// is bound: a remap's target, a parameter that others know, or private defaults.
+    void bindRelative(const CString& name, CAudioParamSlot& slot);
     /// Binds the slots of the definition's `param-alloc` list and announces its named parameters to the collector.
     void bindSlots();
     /// A slot took one or more changes; called by updateParams.
@@ -101,6 +110,7 @@ protected:
     /// `isShared` tells which.
     CString paramFullName(const CString& name, bool& isShared) const;
 
+    const CAudioProcessBase* findOwner(CString& name) const;
     void setDelays(int32_t inputDelay, int32_t outputDelay);
     /// The least count of samples that the input ports offer.
     int32_t stepLength() const;

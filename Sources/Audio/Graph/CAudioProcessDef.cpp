@@ -139,6 +139,32 @@ const CAudioProcessDefBase* CAudioProcessDef::findChildDef(const CString& name) 
     return found == childNames_.end() ? nullptr : found->second;
 }
 
+const CAudioParamDef* CAudioProcessDef::findParamBelow(const CString& name) const {
+    if (const CAudioParamDef* own = findParam(name)) {
+        return own;
+    }
+    const int32_t dot = name.indexOf('.');
+    const CAudioProcessDefBase* child = dot >= 0 ? findChildDef(name.substring(0, dot)) : nullptr;
+    return child != nullptr ? child->findParamBelow(name.substring(dot + 1)) : nullptr;
+}
+
+bool CAudioProcessDef::isChained(const CAudioLinkEnd& src, const CAudioLinkEnd& dst) const {
+    if (!isAutoLinks_ || src.port != 0 || dst.port != 0) {
+        return false;
+    }
+    const CAudioProcessDefBase* previous = nullptr;
+    for (const CAudioProcessDefBase* child : childDefs_) {
+        if (child->isPrototype() || child->isOutOfOrder()) {
+            continue;
+        }
+        if (src.child == previous && dst.child == child) {
+            return true;
+        }
+        previous = child;
+    }
+    return src.child == previous && dst.child == nullptr;
+}
+
 const CAudioProcessBypassStateDef* CAudioProcessDef::findBypassState(int32_t id) const {
     for (const CAudioProcessBypassStateDef* state : bypassStates_) {
         if (state->id() == id) {

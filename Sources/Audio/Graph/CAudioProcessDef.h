@@ -12,6 +12,7 @@ class CAudioParamRemapDef;
 class CAudioProcessBase;
 class CAudioProcessBypassStateDef;
 class CAudioProcessLinkDef;
+struct CAudioLinkEnd;
 
 /// Definition of a process: what it contains, which parameters it owns and how it is instantiated. Holds no audio
 /// state; read-only after the tree is built, so that any thread may create processes from it.
@@ -55,6 +56,8 @@ public:
     const CAudioParamAllocDef* allocAt(int32_t index) const;
     /// The definition of a parameter of this process by its local name, null if it owns none of that name.
     const CAudioParamDef* findParam(const CString& localName) const;
+    /// The same by a name that may lead into processes further in ("modFilter.freq").
+    virtual const CAudioParamDef* findParamBelow(const CString& name) const { return findParam(name); }
     /// The remap whose `orig` equals the name, null if there is none.
     const CAudioParamRemapDef* findRemap(const CString& orig) const;
 
@@ -104,6 +107,9 @@ public:
     const CArray<const CAudioProcessDefBase*, 4>& multibandDefs() const { return multibandDefs_; }
     const CArray<const CAudioProcessDefBase*, 4>& prototypeDefs() const { return prototypeDefs_; }
     const CAudioProcessDefBase* findChildDef(const CString& name) const;
+    const CAudioParamDef* findParamBelow(const CString& name) const override;
+    /// Whether the automatic chain links these ends.
+    bool isChained(const CAudioLinkEnd& src, const CAudioLinkEnd& dst) const;
     const CAudioProcessBypassStateDef* findBypassState(int32_t id) const;
 
 protected:

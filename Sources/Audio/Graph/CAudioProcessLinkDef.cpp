@@ -45,6 +45,10 @@ CError* CAudioProcessLinkDef::resolve(const CAudioProcessDef& owner) {
             "specified.",
             getAttrString("dst"));
     }
+    if (owner.isChained(src_, dst_)) {
+        TARV_FAIL("@tarvstr_CAudioProcessLinkDef_init_DupeLink Link from '%1' to '%2' repeats an automatic one.",
+                  getAttrString("src"), getAttrString("dst"));
+    }
     for (const CString& text : getAttrString("bypass-state-id").split(' ')) {
         bool ok = false;
         const int32_t id = CString::toInt(text, &ok);

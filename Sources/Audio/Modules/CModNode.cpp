@@ -15,10 +15,14 @@ CError* CModNode::init() {
     return nullptr;
 }
 
+void CModNode::needInput(int32_t port) {
+    CAudioProcessBase::needInput(port);
+    needOutput(port);
+}
+
 void CModNode::process() {
     updateParams();
     for (int32_t port = 0; port < inputCount(); ++port) {
-        needOutput(port);
         output(port).takeFrom(input(port), context());
     }
 }

@@ -15,6 +15,7 @@ class CModNode : public CAudioProcessBase {
 public:
     [[nodiscard]] CError* init() override;
     void process() override;
+    void needInput(int32_t port) override;
 };
 
 /// Definition of the end point of a chain (`audio:modOutput`).

@@ -73,17 +73,40 @@ TEST(CAudioProcessLinkDefTest, BadLinksStopTheBuild) {
     }
 }
 
+TEST(CAudioProcessLinkDefTest, ALinkThatRepeatsAnAutomaticOneStopsTheBuild) {
+    const struct {
+        const char* src;
+        const char* dst;
+        bool isRepeated;
+    } rows[] = {{"*", "a", true},     {"a", "b", true},    {"b", "*", true},      {"a/0", "b/0", true},
+                {"*", "b", false},    {"a", "*", false},   {"b", "a", false},     {"*", "*", false},
+                {"a", "b/1", false},  {"a/1", "b", false}, {"b", "proto", false}, {"proto", "*", false},
+                {"b", "side", false}, {"side", "*", false}};
+    for (const auto& row : rows) {
+        const CTestNode side{"audio:modNode", "side", {{"is-outoforder", "true"}}};
+        const CTestNode prototype{"audio:modNode", "proto", {{"is-prototype", "true"}}};
+        CTestNode definition = owner({side, prototype, linkNode(row.src, row.dst)});
+        const std::string message =
+            std::string("Link from '") + row.src + "' to '" + row.dst + "' repeats an automatic one.";
+        EXPECT_EQ(graphLoadFailure({definition}), row.isRepeated ? message : "") << row.src << ' ' << row.dst;
+        definition.attributes.emplace_back("is-auto-links", "false");
+        EXPECT_EQ(graphLoadFailure({definition}), "") << row.src << ' ' << row.dst;
+    }
+    EXPECT_EQ(graphLoadFailure({owner({linkNode("a", "b", {{"state-id", "1"}})})}),
+              "Link from 'a' to 'b' repeats an automatic one.");
+}
+
 TEST(CAudioProcessLinkDefTest, ALinkMayStandBeforeTheProcessesThatItNames) {
     EXPECT_EQ(
         graphLoadFailure(
-            {{"audio:process-def", "p", {}, {linkNode("a", "b"), {"audio:modNode", "a"}, {"audio:modNode", "b"}}}}),
+            {{"audio:process-def", "p", {}, {linkNode("a", "b/1"), {"audio:modNode", "a"}, {"audio:modNode", "b"}}}}),
         "");
 }
 
 TEST(CAudioProcessLinkDefTest, StatesAreReadAndUnknownOnesDropped) {
     CGraphTree tree(
-        {owner({linkNode("a", "b", {{"state-id", "4"}, {"bypass-state-id", "11 5  x 3"}}),
-                linkNode("a", "b", {{"bypass-state-id", ""}}), linkNode("a", "b", {{"bypass-state-id", "5"}})})});
+        {owner({linkNode("a", "b/1", {{"state-id", "4"}, {"bypass-state-id", "11 5  x 3"}}),
+                linkNode("a", "b/1", {{"bypass-state-id", ""}}), linkNode("a", "b/1", {{"bypass-state-id", "5"}})})});
     const auto& links = tree.definition<CAudioProcessDef>("p").links();
     EXPECT_EQ(links[0]->stateId(), 4);
     ASSERT_EQ(links[0]->bypassStateIds().count(), 2);

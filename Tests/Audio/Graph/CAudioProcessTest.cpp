@@ -208,6 +208,36 @@ TEST(CAudioProcessTest, TheStateLooksAtTheRoundedValueOfGroupAndElement0) {
     }
 }
 
+TEST(CAudioProcessTest, AStateIsBoundAsASlot) {
+    const auto bound = [](const std::string& param, std::vector<CTestNode> more) {
+        more.insert(more.end(),
+                    {numberNode("also", "0"), gainNode("a", "2", {}, {privateNode("hidden", "1")}),
+                     gainNode("b", "3", {{"bypass-state-id", "11"}}), stateNode({{"id", "11"}, {"param", param}})});
+        return processNode(more);
+    };
+    const struct {
+        CTestNode definition;
+        double heard;
+        const char* changedBy;
+        double changed;
+    } rows[] = {{bound("on", {privateNode("on", "1")}), 2.0, nullptr, 0.0},
+                {bound("on", {privateNode("on", "0")}), 6.0, nullptr, 0.0},
+                {bound("on", {remapNode("on", "also")}), 6.0, "plugin.p.also", 2.0},
+                {bound("on", {privateNode("on", "1"), remapNode("on", "also")}), 6.0, "plugin.p.also", 2.0},
+                {bound("a.hidden", {remapNode("a.hidden", "also")}), 6.0, "plugin.p.also", 2.0},
+                {bound("a.hidden", {}), 2.0, nullptr, 0.0},
+                {bound("a.gain", {}), 6.0, "plugin.p.a.gain", 1.0}};
+    for (const auto& row : rows) {
+        CGraphTree tree({row.definition});
+        ASSERT_EQ(tree.build("p"), "");
+        EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{row.heard});
+        if (row.changedBy != nullptr) {
+            tree.set(row.changedBy, 1.0);
+            EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{row.changed});
+        }
+    }
+}
+
 TEST(CAudioProcessTest, BothConditionsMustHold) {
     CGraphTree tree({switchable({{"id", "11"}, {"param", "on"}, {"and-param", "also"}, {"and-range", "(0;2]"}})});
     ASSERT_EQ(tree.build("p"), "");
