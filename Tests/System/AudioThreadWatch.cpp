@@ -14,9 +14,11 @@ thread_local const tarv::CLock* allowedLock = nullptr;
 thread_local uint64_t allocationCount = 0;
 thread_local uint64_t freeCount = 0;
 thread_local uint64_t lockCount = 0;
+thread_local uint64_t heapLockCount = 0;
 thread_local uint64_t allowedLockCount = 0;
 thread_local uint64_t whileHeldCount = 0;
 thread_local int heldDepth = 0;
+thread_local int heapDepth = 0;
 
 void note(uint64_t& counter) {
     if (isWatching) {
@@ -27,7 +29,7 @@ void note(uint64_t& counter) {
 
 void noteEntry(const void* lock) {
     if (lock != allowedLock) {
-        note(lockCount);
+        note(heapDepth > 0 ? heapLockCount : lockCount);
     } else if (isWatching) {
         ++allowedLockCount;
         ++heldDepth;
@@ -43,6 +45,9 @@ void* __real_malloc(size_t size);
 void* __real_calloc(size_t count, size_t size);
 void* __real_realloc(void* block, size_t size);
 void __real_free(void* block);
+void* __real__ZN4tarv5CHeap5allocEm(size_t size);
+void* __real__ZN4tarv5CHeap7reallocEPvm(void* block, size_t size);
+void __real__ZN4tarv5CHeap4freeEPv(void* block);
 void __real__ZN4tarv5CLock5enterEv(void* lock);
 bool __real__ZN4tarv5CLock8tryEnterEv(void* lock);
 void __real__ZN4tarv5CLock5leaveEv(void* lock);
@@ -67,6 +72,26 @@ void __wrap_free(void* block) {
         note(freeCount);
     }
     __real_free(block);
+}
+
+void* __wrap__ZN4tarv5CHeap5allocEm(size_t size) {
+    ++heapDepth;
+    void* const block = __real__ZN4tarv5CHeap5allocEm(size);
+    --heapDepth;
+    return block;
+}
+
+void* __wrap__ZN4tarv5CHeap7reallocEPvm(void* block, size_t size) {
+    ++heapDepth;
+    void* const moved = __real__ZN4tarv5CHeap7reallocEPvm(block, size);
+    --heapDepth;
+    return moved;
+}
+
+void __wrap__ZN4tarv5CHeap4freeEPv(void* block) {
+    ++heapDepth;
+    __real__ZN4tarv5CHeap4freeEPv(block);
+    --heapDepth;
 }
 
 void __wrap__ZN4tarv5CLock5enterEv(void* lock) {

@@ -16,7 +16,7 @@ struct CWatched {
     uint64_t frees;
     uint64_t poolAllocations;  ///< of the pool heap, of every thread
     uint64_t poolFrees;
-    uint64_t locks;         ///< other than the allowed one
+    uint64_t locks;         ///< other than the allowed one and those that the pool heap takes
     uint64_t allowedLocks;  ///< entries of the allowed one
     uint64_t whileHeld;     ///< calls of the C heap and entries of other locks while the allowed one was held
 

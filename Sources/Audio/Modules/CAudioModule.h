@@ -8,9 +8,12 @@ class CAudioProcessTerminalBase;
 
 /// Base of every per-channel worker of a terminal process. Made by its process, bound and resolved once, then assigned
 /// to a channel, designed, run, retired, and assigned again. Thread: the audio thread, or the one that resumes.
-class CAudioModule : public CCheckedObject {
+class CAudioModule : public CHeapObject {
 public:
     CAudioModule() = default;
+    virtual ~CAudioModule() = default;
+    CAudioModule(const CAudioModule&) = delete;
+    CAudioModule& operator=(const CAudioModule&) = delete;
 
     /// Hands every slot its binding through the process's regModuleParam.
     virtual void bindParams() = 0;

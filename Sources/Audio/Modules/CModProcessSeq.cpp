@@ -9,34 +9,44 @@ CError* CModProcessSeq::init() {
     return nullptr;
 }
 
-CError* CModProcessSeq::insertChild(int32_t position, const CAudioProcessDefBase& childDef, const CString& childName) {
+CError* CModProcessSeq::appendChild(const CAudioProcessDefBase& childDef, const CString& childName) {
     CAudioProcessBase* child = childDef.instantiate();
+    children_.append(child);
     child->place({&graph(), this, &childDef, path() + "." + childName, childName, stackIndex()});
-    if (CError* error = child->init()) {
-        delete child;
-        return addErrorLocation(error, __FILE__, __LINE__, errorContextName(), CString());
-    }
-    sequence_.insert(position, child);
+    TARV_TRY(child->init());
     return nullptr;
 }
 
-void CModProcessSeq::removeChild(int32_t position) {
-    CAudioProcessBase* child = sequence_[position];
-    sequence_.removeAt(position);
-    delete child;
+void CModProcessSeq::setSequence(int32_t first, int32_t end) {
+    first_ = first;
+    end_ = end;
+    // Neither those that come nor those that go keep a history of another time.
+    for (CAudioProcessBase* child : children_) {
+        child->reset();
+    }
+}
+
+void CModProcessSeq::updateParams() {
+    CAudioProcessBase::updateParams();
+    for (int32_t i = 0; i < allCount(); ++i) {
+        if (i < first_ || i >= end_) {
+            children_[i]->updateIdle();
+        }
+    }
 }
 
 void CModProcessSeq::process() {
     updateParams();
     updateSequence();
     CAudioPort* source = &input(0);
-    for (CAudioProcessBase* child : sequence_) {
-        child->input(0).takeFrom(*source, context());
-        child->process();
+    for (int32_t i = first_; i < end_; ++i) {
+        CAudioProcessBase& child = *children_[i];
+        child.input(0).takeFrom(*source, context());
+        child.process();
         if (graph().observer != nullptr) {
-            graph().observer->processed(*child);
+            graph().observer->processed(child);
         }
-        source = &child->output(0);
+        source = &child.output(0);
     }
     output(0).takeFrom(*source, context());
     releaseInputs();
@@ -44,43 +54,43 @@ void CModProcessSeq::process() {
 
 void CModProcessSeq::updateIdle() {
     updateParams();
-    for (CAudioProcessBase* child : sequence_) {
-        child->updateIdle();
+    for (int32_t i = first_; i < end_; ++i) {
+        children_[i]->updateIdle();
     }
 }
 
 void CModProcessSeq::clearBuffers() {
     CAudioProcessBase::clearBuffers();
-    for (CAudioProcessBase* child : sequence_) {
+    for (CAudioProcessBase* child : children_) {
         child->clearBuffers();
     }
 }
 
 void CModProcessSeq::reset() {
     CAudioProcessBase::reset();
-    for (CAudioProcessBase* child : sequence_) {
+    for (CAudioProcessBase* child : children_) {
         child->reset();
     }
 }
 
 void CModProcessSeq::makeSpares() {
-    for (CAudioProcessBase* child : sequence_) {
-        child->makeSpares();
+    for (int32_t i = first_; i < end_; ++i) {
+        children_[i]->makeSpares();
     }
 }
 
 int32_t CModProcessSeq::placeDelay(int32_t inputDelay) {
     int32_t delay = inputDelay;
-    for (CAudioProcessBase* child : sequence_) {
-        delay = child->placeDelay(delay);
+    for (int32_t i = first_; i < end_; ++i) {
+        delay = children_[i]->placeDelay(delay);
     }
     setDelays(inputDelay, delay);
     return delay;
 }
 
 void CModProcessSeq::visitChildren(void (*visit)(void* user, CAudioProcessBase& child), void* user) const {
-    for (CAudioProcessBase* child : sequence_) {
-        visit(user, *child);
+    for (int32_t i = first_; i < end_; ++i) {
+        visit(user, *children_[i]);
     }
 }
 

@@ -113,6 +113,9 @@ CError* CModResampler::init() {
             own.filter2Path());
     }
     TARV_TRY(CModProcessSeq::init());
+    for (int32_t pair = 0; pair < kMaxStages; ++pair) {
+        TARV_TRY(addPair(pair == (own.isDown() ? kMaxStages - 1 : 0)));
+    }
     return nullptr;
 }
 
@@ -127,24 +130,35 @@ int32_t CModResampler::wantedStages() const {
     return static_cast<int32_t>(stages < 0.0 ? 0.0 : stages > kMaxStages ? kMaxStages : stages);
 }
 
-CError* CModResampler::addPair() {
-    const CAudioProcessDefBase& filter = childCount() == 0 ? *filter1Def_ : *filter2Def_;
+void CModResampler::changeRate(CAudioRate& rate) const {
+    const int32_t direction = resamplerDef().isDown() ? -1 : 1;
+    CString factor;
+    bool isFixed = true;
+    for (int32_t i = 0; i < 2; ++i) {
+        const CAudioParamSlot* choice = slot(i);
+        const bool isShared = choice != nullptr && choice->param != nullptr;
+        factor = factor + (isShared ? choice->param->fullName() : CString::fromInt(slotNumber(choice, 0))) + "|";
+        isFixed = isFixed && !isShared;
+    }
+    if (isFixed) {
+        rate.shift(direction * wantedStages());
+    } else {
+        rate.scale(factor, direction);
+    }
+}
+
+CError* CModResampler::addPair(bool isLowest) {
+    const CAudioProcessDefBase& filter = isLowest ? *filter1Def_ : *filter2Def_;
     const CString stageName("modInterpDecim");
     const CString filterName("modFilter");
     if (resamplerDef().isDown()) {
-        TARV_TRY(insertChild(0, *stageDef_, stageName));
-        TARV_TRY(insertChild(0, filter, filterName));
+        TARV_TRY(appendChild(filter, filterName));
+        TARV_TRY(appendChild(*stageDef_, stageName));
     } else {
-        TARV_TRY(insertChild(childCount(), *stageDef_, stageName));
-        TARV_TRY(insertChild(childCount(), filter, filterName));
+        TARV_TRY(appendChild(*stageDef_, stageName));
+        TARV_TRY(appendChild(filter, filterName));
     }
     return nullptr;
-}
-
-void CModResampler::removePair() {
-    const int32_t position = resamplerDef().isDown() ? 0 : childCount() - 2;
-    removeChild(position);
-    removeChild(position);
 }
 
 void CModResampler::updateSequence() {
@@ -157,17 +171,11 @@ void CModResampler::updateSequence() {
     if (wanted == stageCount()) {
         return;
     }
-    while (stageCount() > wanted) {
-        removePair();
-    }
-    while (stageCount() < wanted) {
-        if (CError* error = addPair()) {
-            logError(error);
-            break;
-        }
-    }
-    for (int32_t i = 0; i < childCount(); ++i) {
-        child(i).reset();
+    // The pair at the lowest rate is the first of the upsampler and the last of the downsampler.
+    if (resamplerDef().isDown()) {
+        setSequence(allCount() - 2 * wanted, allCount());
+    } else {
+        setSequence(0, 2 * wanted);
     }
     placeDelay(inputDelay());
 }

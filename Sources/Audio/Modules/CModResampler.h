@@ -20,6 +20,7 @@ public:
     [[nodiscard]] CError* init() override;
     void registerKernels() override;
     void process() override;
+    void changeRate(CAudioRate& rate) const override { rate.shift(1); }
 
 private:
     int32_t kernel_ = -1;
@@ -32,6 +33,7 @@ public:
     void registerKernels() override;
     void process() override;
     void reset() override;
+    void changeRate(CAudioRate& rate) const override { rate.shift(-1); }
 
 private:
     int32_t evenKernel_ = -1;
@@ -65,11 +67,13 @@ public:
     bool isDown() const override { return true; }
 };
 
-/// Runs a sequence of processes that it owns, each feeding the next; an empty one passes its input on.
+/// Runs a sequence of processes that it owns, each feeding the next; an empty one passes its input on. Children beside
+/// the sequence wait at rest and go on taking changes.
 class CModProcessSeq : public CAudioProcessBase {
 public:
     [[nodiscard]] CError* init() override;
     void clearBuffers() override;
+    void updateParams() override;
     void updateIdle() override;
     void process() override;
     void reset() override;
@@ -77,29 +81,35 @@ public:
     int32_t placeDelay(int32_t inputDelay) override;
     void visitChildren(void (*visit)(void* user, CAudioProcessBase& child), void* user) const override;
 
-    int32_t childCount() const { return sequence_.count(); }
-    CAudioProcessBase& child(int32_t index) const { return *sequence_[index]; }
+    /// The children that run, in order.
+    int32_t childCount() const { return end_ - first_; }
+    CAudioProcessBase& child(int32_t index) const { return *children_[first_ + index]; }
 
 protected:
     /// Brings the sequence up to date before it runs.
     virtual void updateSequence() {}
-    /// Creates a child at a position of the sequence.
-    [[nodiscard]] CError* insertChild(int32_t position, const CAudioProcessDefBase& childDef, const CString& childName);
-    void removeChild(int32_t position);
+    /// Creates a child behind all others, at rest. While the graph is built.
+    [[nodiscard]] CError* appendChild(const CAudioProcessDefBase& childDef, const CString& childName);
+    int32_t allCount() const { return children_.count(); }
+    /// The children from `first` up to `end` are the sequence from now on; all start from silence.
+    void setSequence(int32_t first, int32_t end);
 
 private:
-    COwnedArray<CAudioProcessBase, 6> sequence_;
+    COwnedArray<CAudioProcessBase, 6> children_;
+    int32_t first_ = 0;
+    int32_t end_ = 0;
 };
 
 /// Raises or lowers the rate by a power of two: pairs of a stage and a half-band filter, as many as `mode` says or, at
-/// "Auto", as `host-mode` says. The pair at the lowest rate has the steep filter. A change of the count starts the
-/// whole sequence from silence; it allocates.
+/// "Auto", as `host-mode` says. The pair at the lowest rate has the steep filter. All pairs are made with the
+/// resampler; a change of the count starts the whole sequence from silence.
 class CModResampler : public CModProcessSeq {
 public:
     static constexpr int32_t kMaxStages = 3;
 
     [[nodiscard]] CError* init() override;
     int32_t stageCount() const { return childCount() / 2; }
+    void changeRate(CAudioRate& rate) const override;
 
 protected:
     void slotChanged(CAudioParamSlot& slot) override;
@@ -108,8 +118,7 @@ protected:
 private:
     const CModResamplerDef& resamplerDef() const { return static_cast<const CModResamplerDef&>(def()); }
     int32_t wantedStages() const;
-    [[nodiscard]] CError* addPair();
-    void removePair();
+    [[nodiscard]] CError* addPair(bool isLowest);
 
     const CAudioProcessDefBase* stageDef_ = nullptr;
     const CAudioProcessDefBase* filter1Def_ = nullptr;
