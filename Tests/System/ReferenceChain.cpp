@@ -1,6 +1,5 @@
 #include "Tests/System/ReferenceChain.h"
 
-#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <numbers>
@@ -47,15 +46,11 @@ public:
         want(first);
     }
 
-    /// Entries that come begin in silence, those that go take their history with them.
     void want(const CSettings& settings) {
-        const CGroupSettings& group = settings.groups[group_];
-        entries_.resize(std::min(entries_.size(), static_cast<size_t>(settings.bandCount)), nullptr);
-        for (int band = 0; band < settings.bandCount; ++band) {
-            if (static_cast<size_t>(band) == entries_.size()) {
-                entries_.push_back(std::make_shared<CEntry>(bandValues(group, band), rate_));
-            }
-            entries_[static_cast<size_t>(band)]->want(bandValues(group, band));
+        bands_ = settings.groups[group_];
+        wantedCount_ = static_cast<size_t>(settings.bandCount);
+        for (size_t band = 0; band < entries_.size(); ++band) {
+            entries_[band]->want(bandValues(bands_, static_cast<int>(band)));
         }
         gain_.want(gainValues(settings));
         bypass_.want(bypassValues(settings));
@@ -65,17 +60,52 @@ public:
     std::vector<double> raise(double x) { return up_.next(layout_.hasNoise ? noise_.addTo(x) : x); }
 
     double equalise(double dry) {
-        double x = pre_.next(dry);
-        for (const auto& entry : entries_) {
-            x = entry->next(x);
-        }
-        x = highPass_.next(post_.next(x));
+        const double x = highPass_.next(post_.next(runEntries(pre_.next(dry))));
         return bypass_.next(gain_.next(x), dry);
     }
 
     double lower(const std::vector<double>& samples) { return down_.next(samples); }
 
 private:
+    /// Both counts run for 15 ms behind a change, and the sound passes from the end of the one to that of the other.
+    double runEntries(double x) {
+        if (left_ == 0 && count_ != wantedCount_) {
+            beginFade();
+        }
+        double fresh = x;
+        double stale = x;
+        for (size_t band = 0; band < entries_.size(); ++band) {
+            x = entries_[band]->next(x);
+            fresh = band + 1 == count_ ? x : fresh;
+            stale = band + 1 == formerCount_ ? x : stale;
+        }
+        hasRun_ = true;
+        if (left_ == 0) {
+            return fresh;
+        }
+        const double mixed = ramp_.next(fresh, stale);
+        if (--left_ == 0) {
+            entries_.resize(count_, nullptr);
+        }
+        return mixed;
+    }
+
+    /// Entries that come begin in silence; those that go take their history with them when the fade has ended.
+    void beginFade() {
+        formerCount_ = count_;
+        count_ = wantedCount_;
+        while (entries_.size() < count_) {
+            const auto band = static_cast<int>(entries_.size());
+            entries_.push_back(std::make_shared<CEntry>(bandValues(bands_, band), rate_));
+        }
+        if (hasRun_) {
+            left_ = fadeLength(rate_);
+            ramp_ = CRamp(left_);
+        } else {
+            entries_.resize(count_, nullptr);
+        }
+    }
+
     CGain::Values gainValues(const CSettings& settings) const {
         return {settings.groups[group_].outGain, settings.groups[group_].isMuted};
     }
@@ -99,7 +129,14 @@ private:
     CUpsampler up_;
     CDownsampler down_;
     CBiquad pre_;
+    CGroupSettings bands_;
     std::vector<std::shared_ptr<CEntry>> entries_;
+    size_t count_ = 0;
+    size_t wantedCount_ = 0;
+    size_t formerCount_ = 0;
+    bool hasRun_ = false;
+    int64_t left_ = 0;
+    CRamp ramp_{1};
     CBiquad post_;
     COnePoleHighPass highPass_;
     CFading<CGain> gain_;

@@ -339,16 +339,23 @@ TEST(ReferenceChain, WhatIsNotANumberCountsAsSilence) {
     EXPECT_EQ(output[0], (std::vector<double>{0.0, 0.0, 0.0, 1.0}));
 }
 
-TEST(ReferenceChain, BandsComeAndGoWithoutAFade) {
+TEST(ReferenceChain, BandsComeAndGoInAFadeOf15Milliseconds) {
     CLayout layout;
     const CSignal input = {sine(500.0, 44100.0, 0.25, 2000)};
+    constexpr size_t kLast = 1000 + 661;
     CSettings fewer;
     fewer.bandCount = 5;
     const CSignal cut = render(layout, CSettings(), {{1000, fewer}}, input, 2000);
     const CSignal whole = render(layout, CSettings(), {}, input, 2000);
     EXPECT_EQ(std::vector<double>(cut[0].begin(), cut[0].begin() + 1000),
               std::vector<double>(whole[0].begin(), whole[0].begin() + 1000));
-    EXPECT_NE(cut[0][1000], whole[0][1000]);
+    // The first sample of a fade is the former sound, its middle half of each; 1e-3 is what the shelf behind still
+    // settles.
+    EXPECT_NEAR(cut[0][1000], whole[0][1000], 1e-15);
+    EXPECT_NE(cut[0][1001], whole[0][1001]);
+    const CSignal few = render(layout, fewer, {}, input, 2000);
+    EXPECT_NEAR(cut[0][1000 + 331], 0.5 * (few[0][1000 + 331] + whole[0][1000 + 331]), 1e-3);
+    EXPECT_NEAR(cut[0][kLast + 1], few[0][kLast + 1], 1e-3);
 }
 
 TEST(ReferenceChain, ScheduledChangesLeaveWhatLiesBeforeThemAndOtherGroups) {
