@@ -166,13 +166,12 @@ TEST_F(HistoryMessages, EachStateOfABHasItsOwnList) {
     EXPECT_EQ(param(kOutGain).value(0, 0), 1.0);
 }
 
-TEST_F(HistoryMessages, AValueOfManyNumbersComesBackWholeWhateverOthersSetMeanwhile) {
+TEST_F(HistoryMessages, AStepTakesItsElementsBackAndLeavesWhatAHostSetMeanwhile) {
     EXPECT_EQ(client_.set(kGains, 0, 0, {0.5, 0.6, 0.7}), "");
     param(kGains).setValue(0, 5, 2.0);
     EXPECT_EQ(client_.undo(), "");
     EXPECT_EQ(param(kGains).value(0, 0), 1.0);
-    // The step holds the whole value as it was: what a host did in between goes with it.
-    EXPECT_EQ(param(kGains).value(0, 5), 1.0);
+    EXPECT_EQ(param(kGains).value(0, 5), 2.0);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "Audio/Presets/CAudioRegistryAction.h"
 #include "Audio/Stores/PackedStream.h"
 #include "Core/CompressedBlock.h"
+#include "Core/SystemText.h"
 
 namespace tarv {
 
@@ -165,7 +166,8 @@ void CAudioParamRegistry::addProgram(int32_t index, const CString& displayName) 
     captureCurrent();
     auto program = std::make_unique<CAudioPreset>();
     program->copyFrom(slot());
-    program->setName(id_ + ":" + displayName);
+    program->setName(id_ + ":");
+    program->setDisplayName(displayName);
     program->identity().id = ++lastProgramId_;
     markChanged(*program);
     auto programs = std::make_unique<CProgramAction>(*this);
@@ -193,11 +195,13 @@ void CAudioParamRegistry::renameProgram(int32_t index, const CString& displayNam
         return;
     }
     nameCurrent();
-    if (session_.preset(index).displayName() == displayName) {
+    const CString before = session_.preset(index).displayName();
+    const CString after = withinUtf8Bytes(displayName, CAudioPreset::kMaxNameBytes);
+    if (before == after) {
         return;
     }
     auto programs = std::make_unique<CProgramAction>(*this);
-    programs->rename(programId(index), session_.preset(index).displayName(), displayName);
+    programs->rename(programId(index), before, after);
     action.carryOut("Program name change", std::move(programs));
 }
 

@@ -6,6 +6,8 @@
 
 #include "Audio/Stores/PackedStream.h"
 #include "Core/CompressedBlock.h"
+#include "Core/SystemText.h"
+#include "Core/Utf8.h"
 
 namespace tarv {
 
@@ -37,7 +39,7 @@ CString CAudioPreset::displayName() const {
 }
 
 void CAudioPreset::setDisplayName(const CString& displayName) {
-    name_ = name_.substring(0, colon() + 1) + displayName;
+    name_ = name_.substring(0, colon() + 1) + withinUtf8Bytes(displayName, kMaxNameBytes);
 }
 
 CAudioPreset::CBytes CAudioPreset::key(int32_t index) const {
@@ -242,9 +244,30 @@ CError* CAudioPreset::load(CMemoryReader& stream) {
     return nullptr;
 }
 
+// The longest name that can be shown has its prefix before it.
+CError* CAudioPreset::loadName(CMemoryReader& stream) {
+    constexpr uint32_t kPrefixRoom = 256;
+    uint32_t length = 0;
+    const uint8_t* bytes = nullptr;
+    TARV_TRY(stream.takeValue(length));
+    if (static_cast<int32_t>(length) < 0) {
+        length = 0;
+    }
+    if (length > kMaxNameBytes + kPrefixRoom) {
+        TARV_FAIL("@tarvstr_CAudioPreset_loadName_TooLong Preset name too long (%1 bytes).",
+                  CString::fromInt(static_cast<int32_t>(length)));
+    }
+    TARV_TRY(stream.takeBytes(bytes, length));
+    name_ = textOfUnknownEncoding(reinterpret_cast<const char*>(bytes), length);
+    if (name_.length() > static_cast<int32_t>(kMaxNameBytes / kMaxUtf8Bytes)) {
+        setDisplayName(displayName());
+    }
+    return nullptr;
+}
+
 CError* CAudioPreset::loadFresh(CMemoryReader& stream) {
     uint32_t count = 0;
-    TARV_TRY(stream.readString(name_));
+    TARV_TRY(loadName(stream));
     TARV_TRY(stream.takeValue(count));
     TARV_TRY(loadEntries(stream, count));
     return nullptr;

@@ -25,8 +25,9 @@ public:
     bool hasPrefix(const CString& prefix) const;
     CString displayName() const;
     void setName(const CString& name) { name_ = name; }
-    /// Keeps the prefix.
+    /// Keeps the prefix. A name beyond kMaxNameBytes of UTF-8, what a message can hold, is cut.
     void setDisplayName(const CString& displayName);
+    static constexpr uint32_t kMaxNameBytes = CInputStream::kMaxStringBytes;
 
     int32_t recordCount() const { return entries_.count(); }
     /// Key and record of an index in 0..recordCount-1, by ascending key.
@@ -61,7 +62,8 @@ public:
     const CIdentity& identity() const { return identity_; }
 
     /// The stream form: name, count, then key, byte length and record of each. On failure the preset is as it was. A
-    /// count below 1 ends the read; of two records with one key the later counts.
+    /// count below 1 ends the read; of two records with one key the later counts. A name that is not valid UTF-8 is in
+    /// the system's code page; it is written back as UTF-8.
     [[nodiscard]] CError* load(CMemoryReader& stream);
     /// The same into a preset that was just made, and holds anything on failure.
     [[nodiscard]] CError* loadFresh(CMemoryReader& stream);
@@ -89,6 +91,7 @@ private:
     void putInOrder();
     void waste(const CEntry& entry) { waste_ += entry.byteCount(); }
     void dropWaste();
+    [[nodiscard]] CError* loadName(CMemoryReader& stream);
     [[nodiscard]] CError* loadEntries(CMemoryReader& stream, uint32_t count);
     void clearLengthsOfNamelessKeys();
 

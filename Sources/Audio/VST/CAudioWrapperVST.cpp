@@ -9,6 +9,7 @@
 #include "Audio/Parameters/CAudioExtParam.h"
 #include "Audio/VST/CPluginFace.h"
 #include "Audio/VST/VstAnswers.h"
+#include "Core/SystemText.h"
 #include "Platform/ThreadId.h"
 
 namespace tarv {
@@ -201,7 +202,7 @@ void CAudioWrapperVST::setProgram(int32_t index) {
 
 void CAudioWrapperVST::setProgramName(const char* text) {
     CHostCall call(*this);
-    paramRegistry()->renameProgram(paramRegistry()->currentProgram(), CString::fromUtf8(text, std::strlen(text)));
+    paramRegistry()->renameProgram(paramRegistry()->currentProgram(), textOfUnknownEncoding(text, std::strlen(text)));
 }
 
 int32_t CAudioWrapperVST::getChunk(void** data, bool isProgram) {
