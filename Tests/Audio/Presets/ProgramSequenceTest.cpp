@@ -38,7 +38,7 @@ std::string nameOf(const std::string& bytes) {
 struct CShadowList {
     struct CStep {
         CIds named;
-        CIds deleted;  ///< what its undo must bring back
+        uint64_t serial = 0;
     };
     std::vector<CStep> steps;
     size_t position = 0;
@@ -83,9 +83,10 @@ private:
     }
     std::string anyPreset() { return wholePreset(newName(), upTo(50)); }
 
-    void note(const CIds& named, const CIds& deleted = {}) {
+    void note(const CIds& named) {
         named_ = named;
-        list().add({named, deleted});
+        crossed_ = ++serials_;
+        list().add({named, crossed_});
     }
     /// What changes nothing is no step.
     void noteIfChanged(const CIds& named) {
@@ -113,9 +114,14 @@ private:
     uint64_t alternateId_ = 0;  ///< 0: no state beside this one yet
     CShadowList lists_[2];
     CPrograms before_;
-    CPrograms gone_;  ///< programs that went by the last step over them, with the bytes that they had then
-    CIds mustReturn_;
-    bool isOneStep_ = true;
+    struct CGone {
+        uint64_t step = 0;
+        std::string bytes;
+    };
+    std::map<uint64_t, CGone> gone_;  ///< programs that one step took out, with the bytes that they had then
+    uint64_t serials_ = 0;
+    uint64_t crossed_ = 0;  ///< the one step that an operation made or moved over; 0: none, or several
+    uint64_t undone_ = 0;   ///< the same, if it was taken back
     CIds named_;
 };
 
@@ -135,7 +141,7 @@ void CProgramSequence::remove() {
     if (master().programCount() < 2)
         return;
     master().deleteProgram(index);
-    note({id}, {id});
+    note({id});
 }
 
 void CProgramSequence::rename() {
@@ -183,10 +189,7 @@ void CProgramSequence::bank(bool isChunk) {
     for (int32_t i = 0; i < master().programCount(); ++i)
         named.insert(master().programId(i));
     if (!isChunk) {
-        CIds deleted;
-        for (const auto& entry : before_)
-            deleted.insert(entry.first);
-        note(named, deleted);
+        note(named);
         return;
     }
     named_ = named;
@@ -257,9 +260,10 @@ void CProgramSequence::move(int32_t target) {
         if (i >= old)
             named_.insert(own.steps[static_cast<size_t>(i - old)].named.begin(),
                           own.steps[static_cast<size_t>(i - old)].named.end());
-    if (position - target == 1 && position > old)
-        mustReturn_ = own.steps[static_cast<size_t>(target - old)].deleted;
-    isOneStep_ = last - first < 2;
+    if (last - first == 1 && first >= old) {
+        crossed_ = own.steps[static_cast<size_t>(first - old)].serial;
+        undone_ = target < position ? crossed_ : 0;
+    }
     tree_.history().selectStep(target);
     own.position = static_cast<size_t>(std::max(0, target - old));
     if (first < old)
@@ -268,8 +272,8 @@ void CProgramSequence::move(int32_t target) {
 
 std::string CProgramSequence::step() {
     named_.clear();
-    mustReturn_.clear();
-    isOneStep_ = true;
+    crossed_ = 0;
+    undone_ = 0;
     const int32_t kind = upTo(40);
     int32_t position = 0;
     const int32_t count = tree_.history().getStepLabels(&position).count() - 1;
@@ -319,18 +323,16 @@ void CProgramSequence::check() {
     }
     for (const auto& [id, bytes] : now)
         ASSERT_TRUE(before_.count(id) != 0 || named_.count(id) != 0) << "program " << id << " came from nowhere";
-    for (const uint64_t id : mustReturn_) {
-        ASSERT_TRUE(now.count(id) != 0) << "program " << id << " did not come back";
-        if (before_.count(id) == 0 && gone_.count(id) != 0) {
-            ASSERT_TRUE(now.at(id) == gone_[id]) << "program " << id << " came back changed";
+    for (const auto& [id, gone] : gone_)
+        if (undone_ != 0 && gone.step == undone_) {
+            ASSERT_TRUE(now.count(id) != 0) << "program " << id << " did not come back";
+            ASSERT_TRUE(now.at(id) == gone.bytes) << "program " << id << " came back changed";
         }
-    }
-    for (const auto& [id, bytes] : before_) {
-        if (now.count(id) == 0 && isOneStep_)
-            gone_[id] = bytes;
-        else
-            gone_.erase(id);
-    }
+    for (const auto& [id, bytes] : before_)
+        if (now.count(id) == 0)
+            gone_[id] = {crossed_, bytes};
+    for (const auto& [id, bytes] : now)
+        gone_.erase(id);
     before_ = now;
 }
 
