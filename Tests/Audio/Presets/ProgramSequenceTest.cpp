@@ -333,6 +333,10 @@ void CProgramSequence::check() {
             gone_[id] = {crossed_, bytes};
     for (const auto& [id, bytes] : now)
         gone_.erase(id);
+    // A jump may have brought a program back, changed it and taken it out again.
+    for (const uint64_t id : named_)
+        if (crossed_ == 0)
+            gone_.erase(id);
     before_ = now;
 }
 
