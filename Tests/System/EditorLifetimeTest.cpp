@@ -53,12 +53,12 @@ class EditorLifetime : public CEditorTest {
 protected:
     EditorLifetime() { CVizActor::counts = {}; }
 
-    /// A frame of two records for the first visual subscription of this editor, whose id follows those of the state and
-    /// the group names.
+    /// A frame of two records for the first visual subscription of this editor, whose id follows those of the state,
+    /// the default preset and the group names.
     void sendFrame() const {
         CByteBuffer bytes;
         CMemoryWriteBuffer stream;
-        const uint32_t id = static_cast<uint32_t>(clientConnector_->clientId()) << 16 | 3;
+        const uint32_t id = static_cast<uint32_t>(clientConnector_->clientId()) << 16 | 4;
         delete putFields(stream, static_cast<uint32_t>(kFrame), id, uint32_t{2});
         for (int i = 0; i < 2; ++i) {
             delete CAudioVizDataMeter().write(stream);
@@ -73,13 +73,15 @@ protected:
         EXPECT_FALSE(error);
         return made;
     }
+
+    uint32_t request_ = 0;
 };
 
 TEST_F(EditorLifetime, ARequestThatIsOpenEndsWithTheClient) {
     CRegistryEar preset;
     CRegistryEar bank;
-    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, preset)), "");
-    EXPECT_EQ(firstLine(client_->acquireBank(kRegistry, bank)), "");
+    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, preset, request_)), "");
+    EXPECT_EQ(firstLine(client_->acquireBank(kRegistry, bank, request_)), "");
     editor_.reset();
     EXPECT_EQ(preset.client(), nullptr);
     EXPECT_EQ(bank.client(), nullptr);
@@ -89,7 +91,7 @@ TEST_F(EditorLifetime, ARequestThatIsOpenEndsWithTheClient) {
 
 TEST_F(EditorLifetime, AListenerThatOnlyGotAnAnswerIsLetGoToo) {
     CRegistryEar ear;
-    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, ear)), "");
+    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, ear, request_)), "");
     pumpEvents();
     EXPECT_FALSE(ear.data.isEmpty());
     editor_.reset();
@@ -99,7 +101,7 @@ TEST_F(EditorLifetime, AListenerThatOnlyGotAnAnswerIsLetGoToo) {
 TEST_F(EditorLifetime, ARequestEndsWithItsListener) {
     {
         CRegistryEar ear;
-        EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, ear)), "");
+        EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, ear, request_)), "");
     }
     EXPECT_GT(pumpEvents(), 0);
 }

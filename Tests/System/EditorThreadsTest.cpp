@@ -33,7 +33,8 @@ protected:
             const double value = 0.5 + 0.01 * (i % 40);
             // A failure says that the engine has gone.
             delete client->setNumbers(kOutGain, 0, 0, &value, 1);
-            delete client->acquirePreset(kRegistry, registryEar);
+            uint32_t request = 0;
+            delete client->acquirePreset(kRegistry, registryEar, request);
             pumpEvents();
         }
         delete root;

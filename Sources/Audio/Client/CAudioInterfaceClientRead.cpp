@@ -81,9 +81,10 @@ CError* CAudioInterfaceClient::takeWhole(CPosInputStream& stream, CParamEntry& e
     entry.info = &definition->info();
     entry.data = std::move(data);
     const uint32_t id = entry.id;
+    const CObjectWatch watch(*this);
     for (int32_t group = 0; group < groups; ++group) {
-        // A call before may have destroyed the listener, or this object.
-        CParamEntry* now = isLive(this) ? paramEntry(id) : nullptr;
+        // The call for a former group may have destroyed the listener, or this object.
+        CParamEntry* now = watch.isAlive() ? entryOf(params_, id) : nullptr;
         if (!now) {
             break;
         }

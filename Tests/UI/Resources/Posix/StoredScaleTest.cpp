@@ -29,9 +29,13 @@ TEST(StoredScale, ChoosesTheVersionsAtLoading) {
                                                                                     {"1.25", 25},
                                                                                     {"1,25", 25},
                                                                                     {"0.9", 16},
+                                                                                    {"0.5", 16},
+                                                                                    {"4", 25},
+                                                                                    {"0.49", 20},
+                                                                                    {"4.01", 20},
                                                                                     {"large", 20},
-                                                                                    {"-7", 16},
-                                                                                    {"999", 25}}) {
+                                                                                    {"-7", 20},
+                                                                                    {"999", 20}}) {
         std::filesystem::remove_all(folder);
         CLocalData().writeText("ui-scale", stored);
         CLocalData::instance().reset();
