@@ -274,7 +274,7 @@ CError* CAudioInterfaceClient::findPresetStore(const CString& storeName, CAudioP
     return nullptr;
 }
 
-// On the thread that writes, with the store's lock held: the editor's code hears of it by a post.
+// On the thread that writes, with the store's lock held: a post notifies the editor's code.
 void CAudioInterfaceClient::presetStoreWritten(void* user) {
     auto& client = *static_cast<CAudioInterfaceClient*>(user);
     if (!client.notifyServer() || client.isStorePosted_.exchange(true)) {

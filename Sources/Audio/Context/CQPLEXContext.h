@@ -151,8 +151,8 @@ public:
     const CSectionKernels& sectionKernels(int32_t type) const { return sectionKernels_[type]; }
     void setSectionKernels(int32_t type, const CSectionKernels& kernels) { sectionKernels_[type] = kernels; }
 
-    /// A buffer of at least `bytes`, contents undefined, one reference. kNoBuffer when all 4095 are in use: whoever
-    /// passes that on instead of a buffer gets an operation that is not run, and nothing from the table.
+    /// A buffer of at least `bytes`, contents undefined, one reference. Returns kNoBuffer when all
+    /// 4095 are in use; an operation that names kNoBuffer is not run.
     CBufferHandle takeBuffer(int32_t bytes) {
         const int32_t sizeClass = sizeClassOf(bytes);
         const int32_t index = freeBuffers_[sizeClass];
@@ -190,7 +190,7 @@ public:
         return handle == kNoBuffer ? 0 : static_cast<int32_t>(buffers_[indexOf(handle)].state & kReferences);
     }
     /// Address of a buffer, null for kNoBuffer. Contents may be written right after takeBuffer, before any operation
-    /// names the buffer; whoever reads them calls flush first.
+    /// names the buffer. Call flush before reading them.
     void* data(CBufferHandle handle) const {
         return handle == kNoBuffer ? nullptr : buffers_[indexOf(handle)].data + offsetOf(handle);
     }

@@ -124,7 +124,7 @@ void CAudioParamRegistry::CProgramAction::putIn(bool forth) {
     }
 }
 
-// All places are noted before any program goes: each stands behind the one that stood before it.
+// Records all places before it takes any program out: each place is given by the program in front of it.
 void CAudioParamRegistry::CProgramAction::takeOut(const CIds& ids) {
     for (CPresence& presence : presences_) {
         if (ids.indexOf(presence.id) >= 0) {
