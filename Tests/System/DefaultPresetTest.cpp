@@ -59,9 +59,9 @@ TEST_F(DefaultPreset, EveryEditorLearnsItsName) {
     pumpEvents();
     EXPECT_TRUE(client_->hasDefaultPreset());
     EXPECT_EQ(client_->defaultPresetName(), CString("Mine"));
-    const CTold told = other.takeLast(kDefaultPreset);
-    EXPECT_EQ(told.id, kNoRequest);
-    EXPECT_EQ(told.texts, std::vector<std::string>{"Mine"});
+    const CReceivedMessage received = other.takeLast(kDefaultPreset);
+    EXPECT_EQ(received.id, kNoRequest);
+    EXPECT_EQ(received.texts, std::vector<std::string>{"Mine"});
     EXPECT_EQ(other.send(kAskDefaultPreset, other.id(5)), "");
     EXPECT_EQ(other.takeLast(kDefaultPreset).id, other.id(5));
     EXPECT_EQ(other.send(kClearDefaultPreset), "");

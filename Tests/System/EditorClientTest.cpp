@@ -30,70 +30,70 @@ TEST_F(EditorClient, BeginsWithTheFullStateAndTheNamesOfTheGroups) {
 }
 
 TEST_F(EditorClient, ValuesComeAndGo) {
-    CParamEar ear;
-    EXPECT_EQ(firstLine(client_->addParamListener(kGains, ear)), "");
-    EXPECT_EQ(client_->paramInfo(ear), nullptr);
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kGains, recorder)), "");
+    EXPECT_EQ(client_->paramInfo(recorder), nullptr);
     pumpEvents();
-    ASSERT_EQ(ear.changes.size(), 1u);
-    EXPECT_EQ(ear.changes[0].group, 0);
-    EXPECT_EQ(ear.changes[0].first, 0);
-    EXPECT_EQ(ear.changes[0].count, engine::kBands);
-    EXPECT_TRUE(ear.changes[0].isReplacing);
-    ASSERT_TRUE(client_->paramInfo(ear));
-    EXPECT_EQ(client_->paramInfo(ear)->definitionPath(), param(kGains).info().definitionPath());
+    ASSERT_EQ(recorder.changes.size(), 1u);
+    EXPECT_EQ(recorder.changes[0].group, 0);
+    EXPECT_EQ(recorder.changes[0].first, 0);
+    EXPECT_EQ(recorder.changes[0].count, engine::kBands);
+    EXPECT_TRUE(recorder.changes[0].isReplacing);
+    ASSERT_TRUE(client_->paramInfo(recorder));
+    EXPECT_EQ(client_->paramInfo(recorder)->definitionPath(), param(kGains).info().definitionPath());
     const double numbers[] = {2.0, 0.5};
     EXPECT_EQ(firstLine(client_->setNumbers(kGains, 1, 2, numbers, 2)), "");
     EXPECT_EQ(param(kGains).value(1, 3), 0.5);
-    EXPECT_EQ(ear.changes.size(), 1u);
+    EXPECT_EQ(recorder.changes.size(), 1u);
     pumpEvents();
-    ASSERT_EQ(ear.changes.size(), 2u);
-    EXPECT_EQ(ear.changes[1].group, 1);
-    EXPECT_EQ(ear.changes[1].first, 2);
-    EXPECT_EQ(ear.changes[1].count, 2);
-    EXPECT_EQ(ear.changes[1].value, 2.0);
-    EXPECT_FALSE(ear.changes[1].isReplacing);
-    EXPECT_TRUE(client_->paramData(ear)->isSame(param(kGains).userData()));
+    ASSERT_EQ(recorder.changes.size(), 2u);
+    EXPECT_EQ(recorder.changes[1].group, 1);
+    EXPECT_EQ(recorder.changes[1].first, 2);
+    EXPECT_EQ(recorder.changes[1].count, 2);
+    EXPECT_EQ(recorder.changes[1].value, 2.0);
+    EXPECT_FALSE(recorder.changes[1].isReplacing);
+    EXPECT_TRUE(client_->paramData(recorder)->isSame(param(kGains).userData()));
     EXPECT_EQ(firstLine(client_->setNumbers(kGains, 1, 0, numbers, 1, 1, {}, true)), "");
     pumpEvents();
-    ASSERT_EQ(ear.changes.size(), 3u);
-    EXPECT_EQ(ear.changes[2].count, 1);
-    EXPECT_TRUE(ear.changes[2].isReplacing);
-    EXPECT_TRUE(client_->paramData(ear)->isSame(param(kGains).userData()));
-    EXPECT_EQ(client_->paramData(ear)->elementCount(1), 1);
+    ASSERT_EQ(recorder.changes.size(), 3u);
+    EXPECT_EQ(recorder.changes[2].count, 1);
+    EXPECT_TRUE(recorder.changes[2].isReplacing);
+    EXPECT_TRUE(client_->paramData(recorder)->isSame(param(kGains).userData()));
+    EXPECT_EQ(client_->paramData(recorder)->elementCount(1), 1);
 }
 
 TEST_F(EditorClient, AWholeValueComesAsTheRangesThatAreThere) {
     param(kGains).setValue(2, 3, 2.0);
-    CParamEar ear;
-    EXPECT_EQ(firstLine(client_->addParamListener(kGains, ear)), "");
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kGains, recorder)), "");
     pumpEvents();
-    ASSERT_EQ(ear.changes.size(), 3u);
+    ASSERT_EQ(recorder.changes.size(), 3u);
     for (int32_t group = 0; group < 3; ++group) {
-        const CChange& change = ear.changes[static_cast<size_t>(group)];
+        const CChange& change = recorder.changes[static_cast<size_t>(group)];
         EXPECT_EQ(change.group, group);
         EXPECT_EQ(change.first, 0);
-        EXPECT_EQ(change.count, client_->paramData(ear)->elementCount(group));
+        EXPECT_EQ(change.count, client_->paramData(recorder)->elementCount(group));
         EXPECT_TRUE(change.isReplacing);
     }
-    ear.changes.clear();
+    recorder.changes.clear();
     // The groups that a reset empties are among what changed.
     EXPECT_EQ(firstLine(client_->masterReset(kRegistry)), "");
     pumpEvents();
-    ASSERT_EQ(ear.changes.size(), 3u);
-    EXPECT_EQ(ear.changes[2].count, 0);
-    EXPECT_EQ(ear.changes[2].value, 1.0);
+    ASSERT_EQ(recorder.changes.size(), 3u);
+    EXPECT_EQ(recorder.changes[2].count, 0);
+    EXPECT_EQ(recorder.changes[2].value, 1.0);
 }
 
 TEST_F(EditorClient, AnEditForAllGroupsReachesThoseThatHoldNothingInTheCopyToo) {
-    CParamEar ear;
-    EXPECT_EQ(firstLine(client_->addParamListener(kGains, ear)), "");
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kGains, recorder)), "");
     const double half = 0.5;
     EXPECT_EQ(firstLine(client_->setNumbers(kGains, CAudioParamData::kAllGroups, 1, &half, 1)), "");
     pumpEvents();
     for (int32_t group = 0; group < instance_->groupCount(); ++group) {
-        EXPECT_EQ(client_->paramData(ear)->value(group, 1), 0.5) << group;
+        EXPECT_EQ(client_->paramData(recorder)->value(group, 1), 0.5) << group;
     }
-    EXPECT_TRUE(client_->paramData(ear)->isSame(param(kGains).userData()));
+    EXPECT_TRUE(client_->paramData(recorder)->isSame(param(kGains).userData()));
 }
 
 TEST_F(EditorClient, NegativePlacesAreRefusedBeforeAnythingIsRead) {
@@ -105,38 +105,38 @@ TEST_F(EditorClient, NegativePlacesAreRefusedBeforeAnythingIsRead) {
 }
 
 TEST_F(EditorClient, TextsComeAndGo) {
-    CParamEar ear;
-    EXPECT_EQ(firstLine(client_->addParamListener(kInNamesParam, ear)), "");
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kInNamesParam, recorder)), "");
     CTextList names;
     names.append("Bass");
     EXPECT_EQ(firstLine(client_->setTexts(kInNamesParam, 0, 1, names)), "");
     pumpEvents();
-    EXPECT_TRUE(client_->paramData(ear)->isSame(param(kInNamesParam).userData()));
-    EXPECT_EQ(client_->paramData(ear)->text(0, 1), CString("Bass"));
+    EXPECT_TRUE(client_->paramData(recorder)->isSame(param(kInNamesParam).userData()));
+    EXPECT_EQ(client_->paramData(recorder)->text(0, 1), CString("Bass"));
 }
 
 TEST_F(EditorClient, WhatIsSentIsPostedAlsoOnTheEditorsOwnThreadAndOnlyOnce) {
-    CParamEar ear;
-    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
     pumpEvents();
     for (const double value : {0.5, 0.6, 0.7}) {
         param(kOutGain).setValue(0, 0, value);
     }
-    EXPECT_EQ(ear.changes.size(), 1u);
+    EXPECT_EQ(recorder.changes.size(), 1u);
     EXPECT_EQ(clientConnector_->pendingCount(), 3);
     EXPECT_EQ(pumpEvents(), 1);
-    ASSERT_EQ(ear.changes.size(), 4u);
-    EXPECT_EQ(ear.changes[1].value, 0.5);
-    EXPECT_EQ(ear.changes[3].value, 0.7);
+    ASSERT_EQ(recorder.changes.size(), 4u);
+    EXPECT_EQ(recorder.changes[1].value, 0.5);
+    EXPECT_EQ(recorder.changes[3].value, 0.7);
     EXPECT_EQ(pumpEvents(), 0);
 }
 
 TEST_F(EditorClient, WhatAListenerSetsIsHeardBehindWhatWasAlreadyThere) {
-    CParamEar ear;
-    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
     pumpEvents();
     int rounds = 0;
-    ear.onChange = [&] {
+    recorder.onChange = [&] {
         if (++rounds == 1) {
             const double value = 0.9;
             EXPECT_EQ(firstLine(client_->setNumbers(kOutGain, 0, 0, &value, 1)), "");
@@ -148,44 +148,44 @@ TEST_F(EditorClient, WhatAListenerSetsIsHeardBehindWhatWasAlreadyThere) {
     param(kOutGain).setValue(0, 0, 0.5);
     param(kOutGain).setValue(0, 0, 0.6);
     pumpEvents();
-    ASSERT_EQ(ear.changes.size(), 4u);
-    EXPECT_EQ(ear.changes[2].value, 0.6);
-    EXPECT_EQ(ear.changes[3].value, 0.9);
+    ASSERT_EQ(recorder.changes.size(), 4u);
+    EXPECT_EQ(recorder.changes[2].value, 0.6);
+    EXPECT_EQ(recorder.changes[3].value, 0.9);
 }
 
 TEST_F(EditorClient, RegistriesTellWhatChanged) {
-    CRegistryEar ear;
-    EXPECT_EQ(firstLine(client_->addRegistryListener(kRegistry, ear)), "");
+    CRegistryRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addRegistryListener(kRegistry, recorder)), "");
     EXPECT_EQ(firstLine(client_->setProgram(kRegistry, 2)), "");
     EXPECT_EQ(firstLine(client_->renameProgram(kRegistry, 2, "Mine")), "");
     EXPECT_EQ(firstLine(client_->swapAB(kRegistry)), "");
     pumpEvents();
-    ASSERT_GE(ear.states.size(), 4u);
-    EXPECT_EQ(ear.states[0].currentProgram, 0);
-    EXPECT_EQ(ear.states.back().currentProgram, 2);
-    EXPECT_EQ(ear.states.back().programs[2], CString("Mine"));
-    EXPECT_EQ(ear.alternates, std::vector<bool>{true});
+    ASSERT_GE(recorder.states.size(), 4u);
+    EXPECT_EQ(recorder.states[0].currentProgram, 0);
+    EXPECT_EQ(recorder.states.back().currentProgram, 2);
+    EXPECT_EQ(recorder.states.back().programs[2], CString("Mine"));
+    EXPECT_EQ(recorder.alternates, std::vector<bool>{true});
     EXPECT_EQ(client_->engineState().registries[1].currentProgram, 2);
 }
 
 TEST_F(EditorClient, PresetsAndBanksTravelAsData) {
-    CRegistryEar ear;
+    CRegistryRecorder recorder;
     const double half = 0.5;
     EXPECT_EQ(firstLine(client_->setNumbers(kOutGain, 0, 0, &half, 1)), "");
     uint32_t request = 0;
-    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, ear, request)), "");
+    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, recorder, request)), "");
     pumpEvents();
-    ASSERT_FALSE(ear.data.isEmpty());
-    EXPECT_EQ(ear.requests, std::vector<uint32_t>{request});
+    ASSERT_FALSE(recorder.data.isEmpty());
+    EXPECT_EQ(recorder.requests, std::vector<uint32_t>{request});
     EXPECT_EQ(firstLine(client_->masterReset(kRegistry)), "");
     EXPECT_EQ(param(kOutGain).value(0, 0), 1.0);
-    EXPECT_EQ(firstLine(client_->activateData(kRegistry, ear.data)), "");
+    EXPECT_EQ(firstLine(client_->activateData(kRegistry, recorder.data)), "");
     EXPECT_EQ(param(kOutGain).value(0, 0), 0.5);
-    ear.data.clear();
-    EXPECT_EQ(firstLine(client_->acquireBank(kRegistry, ear, request, true)), "");
+    recorder.data.clear();
+    EXPECT_EQ(firstLine(client_->acquireBank(kRegistry, recorder, request, true)), "");
     pumpEvents();
-    EXPECT_EQ(ear.requests.back(), request);
-    EXPECT_EQ(firstLine(client_->activateData(kRegistry, ear.data)), "");
+    EXPECT_EQ(recorder.requests.back(), request);
+    EXPECT_EQ(firstLine(client_->activateData(kRegistry, recorder.data)), "");
     EXPECT_EQ(firstLine(client_->activateRomPreset(kRegistry, 1)), "");
     EXPECT_EQ(labels().back(), "ROM preset activate");
     EXPECT_EQ(firstLine(client_->copyToAlternate(kRegistry)), "");
@@ -194,29 +194,29 @@ TEST_F(EditorClient, PresetsAndBanksTravelAsData) {
 }
 
 TEST_F(EditorClient, AnswersBearTheNumbersOfTheirQuestions) {
-    CRegistryEar ear;
+    CRegistryRecorder recorder;
     uint32_t requests[3] = {};
-    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, ear, requests[0], true, 1)), "");
-    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, ear, requests[1], true, 2)), "");
-    EXPECT_EQ(firstLine(client_->acquireBank(kRegistry, ear, requests[2])), "");
+    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, recorder, requests[0], true, 1)), "");
+    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, recorder, requests[1], true, 2)), "");
+    EXPECT_EQ(firstLine(client_->acquireBank(kRegistry, recorder, requests[2])), "");
     pumpEvents();
-    EXPECT_EQ(ear.requests, (std::vector<uint32_t>{requests[0], requests[1], requests[2]}));
+    EXPECT_EQ(recorder.requests, (std::vector<uint32_t>{requests[0], requests[1], requests[2]}));
     EXPECT_NE(requests[0], requests[1]);
     EXPECT_NE(requests[1], requests[2]);
 }
 
 TEST_F(EditorClient, ProgramsAreAddedReplacedAndDeleted) {
-    CRegistryEar ear;
-    EXPECT_EQ(firstLine(client_->addRegistryListener(kRegistry, ear)), "");
+    CRegistryRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addRegistryListener(kRegistry, recorder)), "");
     const int32_t count = registry().programCount();
     EXPECT_EQ(firstLine(client_->addProgram(kRegistry, 1, "Mine")), "");
     EXPECT_EQ(firstLine(client_->replaceProgram(kRegistry, 2)), "");
     pumpEvents();
-    ASSERT_EQ(ear.states.back().programs.count(), count + 1);
-    EXPECT_EQ(ear.states.back().programs[1], CString("Mine"));
+    ASSERT_EQ(recorder.states.back().programs.count(), count + 1);
+    EXPECT_EQ(recorder.states.back().programs[1], CString("Mine"));
     EXPECT_EQ(firstLine(client_->deleteProgram(kRegistry, 1)), "");
     pumpEvents();
-    EXPECT_EQ(ear.states.back().programs.count(), count);
+    EXPECT_EQ(recorder.states.back().programs.count(), count);
 }
 
 TEST_F(EditorClient, GesturesAndTheHistory) {
@@ -272,11 +272,11 @@ TEST_F(EditorClient, TwoEditorsHaveTheLowestFreeNumbersAndHearEachOther) {
 }
 
 TEST_F(EditorClient, ChangesOfAnotherThreadAreHeardOnTheEditorsInOrder) {
-    CParamEar ear;
-    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
     pumpEvents();
     const std::thread::id editorThread = std::this_thread::get_id();
-    ear.onChange = [&] { EXPECT_EQ(std::this_thread::get_id(), editorThread); };
+    recorder.onChange = [&] { EXPECT_EQ(std::this_thread::get_id(), editorThread); };
     constexpr int32_t kCount = 2000;
     std::atomic<bool> isDone{false};
     std::thread host([&] {
@@ -290,9 +290,9 @@ TEST_F(EditorClient, ChangesOfAnotherThreadAreHeardOnTheEditorsInOrder) {
     }
     host.join();
     pumpEvents();
-    ASSERT_EQ(ear.changes.size(), static_cast<size_t>(kCount) + 1);
-    for (size_t i = 2; i < ear.changes.size(); ++i) {
-        EXPECT_GT(ear.changes[i].value, ear.changes[i - 1].value);
+    ASSERT_EQ(recorder.changes.size(), static_cast<size_t>(kCount) + 1);
+    for (size_t i = 2; i < recorder.changes.size(); ++i) {
+        EXPECT_GT(recorder.changes[i].value, recorder.changes[i - 1].value);
     }
 }
 

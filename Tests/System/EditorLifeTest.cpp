@@ -11,86 +11,86 @@ class EditorLife : public CEditorTest {};
 
 TEST_F(EditorLife, AListenerThatDiesOrLeavesIsUnsubscribed) {
     {
-        CParamEar ear;
-        EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+        CParamRecorder recorder;
+        EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
         param(kOutGain).setValue(0, 0, 0.5);
     }
     pumpEvents();
     param(kOutGain).setValue(0, 0, 0.6);
     EXPECT_EQ(clientConnector_->pendingCount(), 0);
-    CRegistryEar registryEar;
-    EXPECT_EQ(firstLine(client_->addRegistryListener(kRegistry, registryEar)), "");
-    client_->removeListener(registryEar);
-    EXPECT_EQ(registryEar.client(), nullptr);
+    CRegistryRecorder registryRecorder;
+    EXPECT_EQ(firstLine(client_->addRegistryListener(kRegistry, registryRecorder)), "");
+    client_->removeListener(registryRecorder);
+    EXPECT_EQ(registryRecorder.client(), nullptr);
     pumpEvents();
     registry().selectProgram(1);
     pumpEvents();
-    EXPECT_TRUE(registryEar.states.empty());
+    EXPECT_TRUE(registryRecorder.states.empty());
 }
 
 TEST_F(EditorLife, AListenerMayCloseTheEditor) {
-    CParamEar ear;
-    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
     pumpEvents();
-    ear.onChange = [&] { editor_.reset(); };
+    recorder.onChange = [&] { editor_.reset(); };
     param(kOutGain).setValue(0, 0, 0.5);
     param(kOutGain).setValue(0, 0, 0.6);
     pumpEvents();
-    EXPECT_EQ(ear.changes.size(), 2u);
-    EXPECT_EQ(ear.client(), nullptr);
+    EXPECT_EQ(recorder.changes.size(), 2u);
+    EXPECT_EQ(recorder.client(), nullptr);
     EXPECT_EQ(connector_->clientCount(), 0);
     param(kOutGain).setValue(0, 0, 0.7);
 }
 
 TEST_F(EditorLife, AnEditorThatClosesLeavesNothingBehind) {
-    CParamEar ear;
-    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
     EXPECT_EQ(firstLine(client_->beginStep("Half")), "");
     const double half = 0.5;
     EXPECT_EQ(firstLine(client_->setNumbers(kOutGain, 0, 0, &half, 1)), "");
     editor_.reset();
     EXPECT_EQ(connector_->clientCount(), 0);
-    EXPECT_EQ(ear.client(), nullptr);
+    EXPECT_EQ(recorder.client(), nullptr);
     EXPECT_EQ(labels().back(), "Half");
     param(kOutGain).setValue(0, 0, 0.6);
     EXPECT_EQ(pumpEvents(), 0);
-    EXPECT_TRUE(ear.changes.empty());
+    EXPECT_TRUE(recorder.changes.empty());
 }
 
 TEST_F(EditorLife, AnEngineThatGoesIsToldToTheListeners) {
-    CParamEar paramEar;
-    CRegistryEar registryEar;
-    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, paramEar)), "");
-    EXPECT_EQ(firstLine(client_->addRegistryListener(kRegistry, registryEar)), "");
+    CParamRecorder paramRecorder;
+    CRegistryRecorder registryRecorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, paramRecorder)), "");
+    EXPECT_EQ(firstLine(client_->addRegistryListener(kRegistry, registryRecorder)), "");
     pumpEvents();
     // The application goes with the last instance: the editor's tree needs it.
     CError* error = nullptr;
     std::unique_ptr<CPlainInstance> keeper(CPlainInstance::create(error));
     instance_.reset();
     pumpEvents();
-    EXPECT_EQ(paramEar.gone, 1);
-    EXPECT_EQ(registryEar.gone, 1);
+    EXPECT_EQ(paramRecorder.gone, 1);
+    EXPECT_EQ(registryRecorder.gone, 1);
     EXPECT_EQ(firstLine(client_->undo()), "No base connector defined.");
     editor_.reset();
-    EXPECT_EQ(paramEar.client(), nullptr);
+    EXPECT_EQ(paramRecorder.client(), nullptr);
 }
 
 TEST_F(EditorLife, WhenNobodyReadsAllIsAskedForAnew) {
-    CParamEar ear;
-    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
     pumpEvents();
     for (int32_t i = 0; i <= CAudioInterfaceClientConnector::kQueueLimit; ++i) {
         param(kOutGain).setValue(0, 0, 0.5 + i * 1e-6);
     }
     EXPECT_EQ(clientConnector_->pendingCount(), 1);
     pumpEvents();
-    EXPECT_TRUE(ear.changes.back().isReplacing);
-    EXPECT_TRUE(client_->paramData(ear)->isSame(param(kOutGain).userData()));
+    EXPECT_TRUE(recorder.changes.back().isReplacing);
+    EXPECT_TRUE(client_->paramData(recorder)->isSame(param(kOutGain).userData()));
 }
 
 TEST_F(EditorLife, ADamagedMessageIsDroppedAndTheOthersAreRead) {
-    CParamEar ear;
-    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
     pumpEvents();
     param(kOutGain).setValue(0, 0, 0.5);
     CByteBuffer damaged;
@@ -98,7 +98,7 @@ TEST_F(EditorLife, ADamagedMessageIsDroppedAndTheOthersAreRead) {
     EXPECT_EQ(firstLine(connector_->sendToClient(clientConnector_->clientId(), damaged)), "");
     param(kOutGain).setValue(0, 0, 0.6);
     pumpEvents();
-    EXPECT_EQ(ear.changes.size(), 3u);
+    EXPECT_EQ(recorder.changes.size(), 3u);
     CByteBuffer unknown;
     delete packMessage(unknown, uint32_t{kMessageCount});
     CMemoryReader reader(unknown.data(), 4);

@@ -40,9 +40,9 @@ struct CVizActor : CAudioInterfaceVizProcessor {
 
 CVizCounts CVizActor::counts;
 
-struct CParamActor : CParamEar {
+struct CParamActor : CParamRecorder {
     void onParamGone() override {
-        CParamEar::onParamGone();
+        CParamRecorder::onParamGone();
         const std::function<void()> copy = onGone;
         copy();
     }
@@ -78,8 +78,8 @@ protected:
 };
 
 TEST_F(EditorLifetime, ARequestThatIsOpenEndsWithTheClient) {
-    CRegistryEar preset;
-    CRegistryEar bank;
+    CRegistryRecorder preset;
+    CRegistryRecorder bank;
     EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, preset, request_)), "");
     EXPECT_EQ(firstLine(client_->acquireBank(kRegistry, bank, request_)), "");
     editor_.reset();
@@ -90,18 +90,18 @@ TEST_F(EditorLifetime, ARequestThatIsOpenEndsWithTheClient) {
 }
 
 TEST_F(EditorLifetime, AListenerThatOnlyGotAnAnswerIsLetGoToo) {
-    CRegistryEar ear;
-    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, ear, request_)), "");
+    CRegistryRecorder recorder;
+    EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, recorder, request_)), "");
     pumpEvents();
-    EXPECT_FALSE(ear.data.isEmpty());
+    EXPECT_FALSE(recorder.data.isEmpty());
     editor_.reset();
-    EXPECT_EQ(ear.client(), nullptr);
+    EXPECT_EQ(recorder.client(), nullptr);
 }
 
 TEST_F(EditorLifetime, ARequestEndsWithItsListener) {
     {
-        CRegistryEar ear;
-        EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, ear, request_)), "");
+        CRegistryRecorder recorder;
+        EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, recorder, request_)), "");
     }
     EXPECT_GT(pumpEvents(), 0);
 }
@@ -208,10 +208,10 @@ TEST_F(EditorLifetime, AConnectorHasOneClientThatAnotherDoesNotUnset) {
               "The connector has a client already.");
     EXPECT_EQ(second, nullptr);
     EXPECT_EQ(clientConnector_->client(), client_);
-    CParamEar ear;
-    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
     pumpEvents();
-    EXPECT_EQ(ear.changes.size(), 1u);
+    EXPECT_EQ(recorder.changes.size(), 1u);
     delete client_;
     ASSERT_EQ(firstLine(ui->createChild(second, "audio:interface-client", "second", false, &attributes)), "");
     EXPECT_EQ(clientConnector_->client(), dynamic_cast<CAudioInterfaceClient*>(second));

@@ -11,30 +11,30 @@ using engine::kOutGain;
 class EditorQueue : public CEditorTest {};
 
 TEST_F(EditorQueue, IsTakenOnceATurnHoweverMuchComesMeanwhile) {
-    CParamEar ear;
-    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
     pumpEvents();
-    ear.changes.clear();
+    recorder.changes.clear();
     constexpr size_t kAnswers = 5;
-    ear.onChange = [&] {
-        if (ear.changes.size() <= kAnswers) {
-            param(kOutGain).setValue(0, 0, 0.5 + 0.01 * static_cast<double>(ear.changes.size()));
+    recorder.onChange = [&] {
+        if (recorder.changes.size() <= kAnswers) {
+            param(kOutGain).setValue(0, 0, 0.5 + 0.01 * static_cast<double>(recorder.changes.size()));
         }
     };
     param(kOutGain).setValue(0, 0, 0.5);
     EXPECT_EQ(pumpEvents(), 1 + static_cast<int>(kAnswers)) << "each answer has a post and a turn";
-    EXPECT_EQ(ear.changes.size(), 1 + kAnswers);
-    EXPECT_EQ(ear.changes.back().value, 0.55);
+    EXPECT_EQ(recorder.changes.size(), 1 + kAnswers);
+    EXPECT_EQ(recorder.changes.back().value, 0.55);
 }
 
 TEST_F(EditorQueue, WhatALoopOfEventsLeavesOutHasAPostOfItsOwn) {
-    CParamEar ear;
-    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, ear)), "");
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
     pumpEvents();
-    ear.changes.clear();
+    recorder.changes.clear();
     int inner = -1;
-    ear.onChange = [&] {
-        if (ear.changes.size() == 1) {
+    recorder.onChange = [&] {
+        if (recorder.changes.size() == 1) {
             param(kOutGain).setValue(0, 0, 0.6);
             inner = pumpEvents();
             param(kOutGain).setValue(0, 0, 0.7);
@@ -43,9 +43,9 @@ TEST_F(EditorQueue, WhatALoopOfEventsLeavesOutHasAPostOfItsOwn) {
     param(kOutGain).setValue(0, 0, 0.5);
     EXPECT_EQ(pumpEvents(), 2);
     EXPECT_EQ(inner, 1) << "the post is delivered, and nothing is read";
-    ASSERT_EQ(ear.changes.size(), 3u);
-    EXPECT_EQ(ear.changes[1].value, 0.6);
-    EXPECT_EQ(ear.changes[2].value, 0.7);
+    ASSERT_EQ(recorder.changes.size(), 3u);
+    EXPECT_EQ(recorder.changes[1].value, 0.6);
+    EXPECT_EQ(recorder.changes[2].value, 0.7);
     EXPECT_EQ(clientConnector_->pendingCount(), 0);
 }
 

@@ -25,7 +25,7 @@ struct CChange {
     bool isReplacing;
 };
 
-struct CParamEar : CAudioInterfaceParamListener {
+struct CParamRecorder : CAudioInterfaceParamListener {
     void onParamChanged(const CAudioParamData& data, int32_t group, int32_t first, int32_t count,
                         bool isReplacing) override {
         changes.push_back({group, first, count, data.value(group, first), isReplacing});
@@ -38,7 +38,7 @@ struct CParamEar : CAudioInterfaceParamListener {
     int gone = 0;
 };
 
-struct CRegistryEar : CAudioInterfaceRegistryListener {
+struct CRegistryRecorder : CAudioInterfaceRegistryListener {
     void onRegistryChanged(const CInterfaceRegistryState& state) override { states.push_back(state); }
     void onAlternateChanged(bool isAlternate) override { alternates.push_back(isAlternate); }
     void onDataAcquired(uint32_t request, const CByteBuffer& bytes) override {

@@ -24,21 +24,21 @@ protected:
         delete root->setAttribute("PluginRootPtrVar", CAttributeValue::fromPointer(pluginRoot));
         EXPECT_EQ(firstLine(loadTree(*root, CEditorTree::nodes())), "");
         auto* client = root->findObjectOf<CAudioInterfaceClient>("ui.client");
-        CParamEar ear;
-        CRegistryEar registryEar;
-        delete client->addParamListener(kOutGain, ear);
-        delete client->addRegistryListener(kRegistry, registryEar);
+        CParamRecorder recorder;
+        CRegistryRecorder registryRecorder;
+        delete client->addParamListener(kOutGain, recorder);
+        delete client->addRegistryListener(kRegistry, registryRecorder);
         meet.arrive_and_wait();
         for (int32_t i = 0; !isDone; ++i) {
             const double value = 0.5 + 0.01 * (i % 40);
             // A failure says that the engine has gone.
             delete client->setNumbers(kOutGain, 0, 0, &value, 1);
             uint32_t request = 0;
-            delete client->acquirePreset(kRegistry, registryEar, request);
+            delete client->acquirePreset(kRegistry, registryRecorder, request);
             pumpEvents();
         }
         delete root;
-        EXPECT_EQ(ear.client(), nullptr);
+        EXPECT_EQ(recorder.client(), nullptr);
     }
 
     void endBoth(CFirst first) {

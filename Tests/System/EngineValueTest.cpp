@@ -24,9 +24,9 @@ protected:
     std::vector<double> tick(uint32_t n) {
         EXPECT_EQ(client_.send(kRequestValues, tickIdOf(client_.number())), "");
         std::vector<double> numbers;
-        for (const CTold& told : client_.take(kParamValues)) {
-            if (told.id == client_.id(n)) {
-                numbers.insert(numbers.end(), told.numbers.begin(), told.numbers.end());
+        for (const CReceivedMessage& received : client_.take(kParamValues)) {
+            if (received.id == client_.id(n)) {
+                numbers.insert(numbers.end(), received.numbers.begin(), received.numbers.end());
             }
         }
         return numbers;
@@ -98,12 +98,12 @@ TEST_F(EngineValues, TheLatencyAndTheMarkOfItsChangeComeWithTheTick) {
     param(kLatencyChange).setEngineValue(0, 0, 1.0);
     EXPECT_EQ(client_.waiting(), 0u);
     EXPECT_EQ(client_.send(kRequestValues, tickIdOf(client_.number())), "");
-    const std::vector<CTold> told = client_.take();
-    ASSERT_EQ(told.size(), 2u);
-    EXPECT_EQ(told[0].id, client_.id(1));
-    EXPECT_EQ(told[0].numbers, std::vector<double>{1.0});
-    EXPECT_EQ(told[1].id, client_.id(2));
-    EXPECT_EQ(told[1].numbers, std::vector<double>{100.0});
+    const std::vector<CReceivedMessage> received = client_.take();
+    ASSERT_EQ(received.size(), 2u);
+    EXPECT_EQ(received[0].id, client_.id(1));
+    EXPECT_EQ(received[0].numbers, std::vector<double>{1.0});
+    EXPECT_EQ(received[1].id, client_.id(2));
+    EXPECT_EQ(received[1].numbers, std::vector<double>{100.0});
     param(kLatencyChange).setEngineValue(0, 0, 0.0);
     EXPECT_EQ(tick(1), std::vector<double>{0.0});
 }
@@ -133,16 +133,16 @@ class EngineValuesInAnEditor : public CEditorTest {};
 
 TEST_F(EngineValuesInAnEditor, ComeWithTheEditorsTickAlsoWithoutVisualData) {
     instance_->start(44100.0, 2, 2);
-    CParamEar ear;
-    EXPECT_EQ(firstLine(client_->addParamListener(kOffline, ear)), "");
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOffline, recorder)), "");
     pumpEvents();
-    ear.changes.clear();
+    recorder.changes.clear();
     instance_->processLevel = kOfflineLevel;
     instance_->run({std::vector<double>(64), std::vector<double>(64)}, 64);
     EXPECT_EQ(firstLine(client_->requestFrames()), "");
     pumpEvents();
-    ASSERT_EQ(ear.changes.size(), 1u);
-    EXPECT_EQ(ear.changes[0].value, 1.0);
+    ASSERT_EQ(recorder.changes.size(), 1u);
+    EXPECT_EQ(recorder.changes[0].value, 1.0);
 }
 
 }  // namespace

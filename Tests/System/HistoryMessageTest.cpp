@@ -128,11 +128,11 @@ TEST_F(HistoryMessages, SelectingGoesToAnyStepAndTellsEveryone) {
     other.take();
     EXPECT_EQ(client_.select(1), "");
     EXPECT_EQ(param(kOutGain).value(0, 0), 0.5);
-    const std::vector<CTold> told = other.take();
-    ASSERT_EQ(told.size(), 2u);
-    EXPECT_EQ(told[0].type, kParamValues);
-    EXPECT_EQ(told[0].groups[0], std::vector<double>{0.5});
-    EXPECT_EQ(told[1].history.position, 1);
+    const std::vector<CReceivedMessage> received = other.take();
+    ASSERT_EQ(received.size(), 2u);
+    EXPECT_EQ(received[0].type, kParamValues);
+    EXPECT_EQ(received[0].groups[0], std::vector<double>{0.5});
+    EXPECT_EQ(received[1].history.position, 1);
     EXPECT_EQ(client_.select(4), "");
     EXPECT_EQ(client_.select(-1), "");
     EXPECT_EQ(client_.undo(-3), "");

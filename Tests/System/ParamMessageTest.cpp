@@ -20,15 +20,15 @@ protected:
 TEST_F(ParamMessages, ASubscriptionIsAnsweredByTheWholeValueAsItIsStored) {
     param(kGains).setValue(1, 2, 2.0);
     EXPECT_EQ(client_.subscribe(1, kGains, kSendAtOnce, 77), "");
-    const std::vector<CTold> told = client_.take();
-    ASSERT_EQ(told.size(), 1u);
-    EXPECT_EQ(told[0].type, kParamValues);
-    EXPECT_EQ(told[0].id, client_.id(1));
-    EXPECT_EQ(told[0].request, 77u);
-    EXPECT_TRUE(told[0].isWhole);
-    EXPECT_EQ(told[0].definition, "audio.modMain.modBrindleXEQ.xeq-gains");
-    ASSERT_GE(told[0].groups.size(), 2u);
-    EXPECT_EQ(told[0].groups[1][2], 2.0);
+    const std::vector<CReceivedMessage> received = client_.take();
+    ASSERT_EQ(received.size(), 1u);
+    EXPECT_EQ(received[0].type, kParamValues);
+    EXPECT_EQ(received[0].id, client_.id(1));
+    EXPECT_EQ(received[0].request, 77u);
+    EXPECT_TRUE(received[0].isWhole);
+    EXPECT_EQ(received[0].definition, "audio.modMain.modBrindleXEQ.xeq-gains");
+    ASSERT_GE(received[0].groups.size(), 2u);
+    EXPECT_EQ(received[0].groups[1][2], 2.0);
 }
 
 TEST_F(ParamMessages, WithoutTheFlagNothingComesUntilItIsAskedFor) {
@@ -44,18 +44,18 @@ TEST_F(ParamMessages, WhatAHostSetsReachesTheSubscriberInOrder) {
     hostParams().setParameter(1, 1.0);
     hostParams().setParameter(9, 0.5);
     hostParams().setParameter(1, 0.0);
-    const std::vector<CTold> told = client_.take(kParamValues);
-    ASSERT_EQ(told.size(), 3u);
+    const std::vector<CReceivedMessage> received = client_.take(kParamValues);
+    ASSERT_EQ(received.size(), 3u);
     const struct {
         int32_t group;
         double db;
     } kExpected[] = {{0, 12.0}, {1, 0.0}, {0, -12.0}};
     for (size_t i = 0; i < 3; ++i) {
-        EXPECT_FALSE(told[i].isWhole);
-        EXPECT_EQ(told[i].group, kExpected[i].group);
-        EXPECT_EQ(told[i].first, 0);
-        ASSERT_EQ(told[i].numbers.size(), 1u);
-        EXPECT_NEAR(engine::decibels(told[i].numbers[0]), kExpected[i].db, 1e-9) << i;
+        EXPECT_FALSE(received[i].isWhole);
+        EXPECT_EQ(received[i].group, kExpected[i].group);
+        EXPECT_EQ(received[i].first, 0);
+        ASSERT_EQ(received[i].numbers.size(), 1u);
+        EXPECT_NEAR(engine::decibels(received[i].numbers[0]), kExpected[i].db, 1e-9) << i;
     }
 }
 
@@ -68,13 +68,13 @@ TEST_F(ParamMessages, TwoChangesInOneBlockBothArriveInOrder) {
     param(kMute).setValue(0, 0, 1.0);
     param(kOutGain).setValue(0, 0, 0.75);
     instance_->run({std::vector<double>(64), std::vector<double>(64)}, 64);
-    const std::vector<CTold> told = client_.take(kParamValues);
-    ASSERT_EQ(told.size(), 3u);
-    EXPECT_EQ(told[0].id, client_.id(1));
-    EXPECT_EQ(told[0].numbers, std::vector<double>{0.5});
-    EXPECT_EQ(told[1].id, client_.id(2));
-    EXPECT_EQ(told[1].numbers, std::vector<double>{1.0});
-    EXPECT_EQ(told[2].numbers, std::vector<double>{0.75});
+    const std::vector<CReceivedMessage> received = client_.take(kParamValues);
+    ASSERT_EQ(received.size(), 3u);
+    EXPECT_EQ(received[0].id, client_.id(1));
+    EXPECT_EQ(received[0].numbers, std::vector<double>{0.5});
+    EXPECT_EQ(received[1].id, client_.id(2));
+    EXPECT_EQ(received[1].numbers, std::vector<double>{1.0});
+    EXPECT_EQ(received[2].numbers, std::vector<double>{0.75});
 }
 
 TEST_F(ParamMessages, WhatAClientSetsIsHeardInTheNextBlock) {
@@ -99,11 +99,11 @@ TEST_F(ParamMessages, WhatAClientSetsIsToldToTheHostAndToEverySubscriber) {
     EXPECT_EQ(instance_->paramChanges, 1);
     EXPECT_NEAR(hostParams().getParameter(4), 0.5 + 20.0 * std::log10(2.0) / 24.0, 1e-12);
     for (CMessageClient* each : {&client_, &other}) {
-        const CTold told = each->takeLast(kParamValues);
-        EXPECT_EQ(told.id, each->id(1));
-        EXPECT_EQ(told.group, 0);
-        EXPECT_EQ(told.first, 3);
-        EXPECT_EQ(told.numbers, std::vector<double>{2.0});
+        const CReceivedMessage received = each->takeLast(kParamValues);
+        EXPECT_EQ(received.id, each->id(1));
+        EXPECT_EQ(received.group, 0);
+        EXPECT_EQ(received.first, 3);
+        EXPECT_EQ(received.numbers, std::vector<double>{2.0});
     }
 }
 
@@ -148,9 +148,9 @@ TEST_F(ParamMessages, AReplacingMessageEndsTheGroupBehindItsValues) {
     EXPECT_EQ(client_.set(kGains, 1, 0, {2.0, 2.0, 2.0, 2.0}), "");
     client_.take();
     EXPECT_EQ(client_.set(kGains, 1, 0, {0.5, 0.5}, kIsReplacing | kIsRecorded), "");
-    const CTold told = client_.takeLast(kParamValues);
-    EXPECT_EQ(told.held, 2);
-    EXPECT_EQ(told.numbers, (std::vector<double>{0.5, 0.5}));
+    const CReceivedMessage received = client_.takeLast(kParamValues);
+    EXPECT_EQ(received.held, 2);
+    EXPECT_EQ(received.numbers, (std::vector<double>{0.5, 0.5}));
     EXPECT_EQ(param(kGains).value(1, 3), 1.0);
     EXPECT_EQ(client_.undo(), "");
     EXPECT_EQ(param(kGains).value(1, 3), 2.0);
@@ -191,9 +191,9 @@ TEST_F(ParamMessages, TextsTravelBothWays) {
     EXPECT_EQ(client_.subscribe(1, kInNamesParam), "");
     EXPECT_EQ(client_.takeLast(kParamValues).texts[0], "L");
     EXPECT_EQ(client_.setTexts(kInNamesParam, 0, 1, {"Bass \xc3\xa4", ""}), "");
-    const CTold told = client_.takeLast(kParamValues);
-    EXPECT_EQ(told.first, 1);
-    EXPECT_EQ(told.texts, (std::vector<std::string>{"Bass \xc3\xa4", ""}));
+    const CReceivedMessage received = client_.takeLast(kParamValues);
+    EXPECT_EQ(received.first, 1);
+    EXPECT_EQ(received.texts, (std::vector<std::string>{"Bass \xc3\xa4", ""}));
     EXPECT_EQ(param(kInNamesParam).text(0, 1).toUtf8(), "Bass \xc3\xa4");
 }
 
@@ -201,10 +201,10 @@ TEST_F(ParamMessages, GroupNamesComeAsAListWhereTheyAreAskedForAsSuch) {
     EXPECT_EQ(client_.subscribe(1, kGroupNamesParam, kSendAtOnce | kAsGroupNames), "");
     EXPECT_EQ(client_.takeLast(kGroupNames).texts, (std::vector<std::string>{"1", "2", "3", "4", "5", "6", "7", "8"}));
     param(kGroupNamesParam).setText(0, 1, "Drums");
-    const CTold told = client_.takeLast(kGroupNames);
-    EXPECT_EQ(told.id, client_.id(1));
-    EXPECT_EQ(told.texts[1], "Drums");
-    EXPECT_EQ(told.texts.size(), 8u);
+    const CReceivedMessage received = client_.takeLast(kGroupNames);
+    EXPECT_EQ(received.id, client_.id(1));
+    EXPECT_EQ(received.texts[1], "Drums");
+    EXPECT_EQ(received.texts.size(), 8u);
 }
 
 TEST_F(ParamMessages, AnUnsubscribedParameterIsSilent) {
@@ -249,13 +249,13 @@ TEST_F(ParamMessages, AfterARestoredStateEverySubscriberHearsAll) {
     EXPECT_EQ(client_.send(kSubscribeRegistry, CString(kRegistry), client_.id(3)), "");
     client_.take();
     base().sendState();
-    const std::vector<CTold> told = client_.take();
-    ASSERT_EQ(told.size(), 4u);
-    EXPECT_EQ(told[0].id, client_.id(1));
-    EXPECT_TRUE(told[0].isWhole);
-    EXPECT_EQ(told[1].id, client_.id(2));
-    EXPECT_EQ(told[2].type, kRegistryChanged);
-    EXPECT_EQ(told[3].type, kHistory);
+    const std::vector<CReceivedMessage> received = client_.take();
+    ASSERT_EQ(received.size(), 4u);
+    EXPECT_EQ(received[0].id, client_.id(1));
+    EXPECT_TRUE(received[0].isWhole);
+    EXPECT_EQ(received[1].id, client_.id(2));
+    EXPECT_EQ(received[2].type, kRegistryChanged);
+    EXPECT_EQ(received[3].type, kHistory);
 }
 
 }  // namespace

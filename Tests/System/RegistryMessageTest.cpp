@@ -15,10 +15,10 @@ protected:
         EXPECT_EQ(type == kAcquirePreset ? client_.send(type, path, client_.id(9), fromRom, int32_t{-1}, int32_t{-1})
                                          : client_.send(type, path, client_.id(9), fromRom),
                   "");
-        const CTold told = client_.takeLast(kData);
-        EXPECT_EQ(told.kind, static_cast<uint32_t>(CDataKind::Answer));
-        EXPECT_EQ(told.id, client_.id(9));
-        return told.bytes;
+        const CReceivedMessage received = client_.takeLast(kData);
+        EXPECT_EQ(received.kind, static_cast<uint32_t>(CDataKind::Answer));
+        EXPECT_EQ(received.id, client_.id(9));
+        return received.bytes;
     }
     static uint32_t blockIdOf(const CByteBuffer& bytes) {
         return bytes.count() < 4 ? 0
@@ -32,20 +32,20 @@ protected:
 
 TEST_F(RegistryMessages, ASubscriptionIsAnsweredByWhatTheRegistryHolds) {
     EXPECT_EQ(client_.send(kSubscribeRegistry, path_, client_.id(1)), "");
-    const CTold told = client_.takeLast(kRegistryChanged);
-    EXPECT_EQ(told.id, client_.id(1));
-    EXPECT_EQ(told.registry.path, path_);
-    EXPECT_EQ(told.registry.id, CString("TAEQ"));
-    EXPECT_TRUE(told.registry.isMaster);
-    EXPECT_FALSE(told.registry.isAlternate);
-    EXPECT_EQ(told.registry.presetNaming, CString("Master preset"));
-    EXPECT_EQ(told.registry.bankName, CString("Session Bank"));
-    EXPECT_EQ(told.registry.romName, CString("Factory ROM"));
-    ASSERT_EQ(told.registry.programs.count(), registry().programCount());
-    ASSERT_EQ(told.registry.romPresets.count(), registry().romCount());
-    EXPECT_GE(told.registry.romPresets.count(), 2);
-    for (int32_t i = 0; i < told.registry.romPresets.count(); ++i) {
-        EXPECT_EQ(told.registry.romPresets[i], registry().romName(i));
+    const CReceivedMessage received = client_.takeLast(kRegistryChanged);
+    EXPECT_EQ(received.id, client_.id(1));
+    EXPECT_EQ(received.registry.path, path_);
+    EXPECT_EQ(received.registry.id, CString("TAEQ"));
+    EXPECT_TRUE(received.registry.isMaster);
+    EXPECT_FALSE(received.registry.isAlternate);
+    EXPECT_EQ(received.registry.presetNaming, CString("Master preset"));
+    EXPECT_EQ(received.registry.bankName, CString("Session Bank"));
+    EXPECT_EQ(received.registry.romName, CString("Factory ROM"));
+    ASSERT_EQ(received.registry.programs.count(), registry().programCount());
+    ASSERT_EQ(received.registry.romPresets.count(), registry().romCount());
+    EXPECT_GE(received.registry.romPresets.count(), 2);
+    for (int32_t i = 0; i < received.registry.romPresets.count(); ++i) {
+        EXPECT_EQ(received.registry.romPresets[i], registry().romName(i));
     }
 }
 

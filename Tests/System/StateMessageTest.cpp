@@ -16,9 +16,9 @@ protected:
     /// Numbers of the bound values that have come.
     std::vector<std::vector<double>> bound() {
         std::vector<std::vector<double>> found;
-        for (const CTold& told : client_.take(kData)) {
-            if (told.kind == kValueKind) {
-                found.push_back(told.numbers);
+        for (const CReceivedMessage& received : client_.take(kData)) {
+            if (received.kind == kValueKind) {
+                found.push_back(received.numbers);
             }
         }
         return found;
@@ -31,21 +31,21 @@ TEST_F(StateMessages, TheFullStateHoldsWhatAnEditorBeginsWith) {
     instance_->start(48000.0, 2, 4);
     EXPECT_EQ(client_.set(kOutGain, 0, 0, {0.5}, kIsRecorded, "a"), "");
     EXPECT_EQ(client_.send(kRequestState, client_.id(3)), "");
-    const CTold told = client_.takeLast(kFullState);
-    EXPECT_EQ(told.id, client_.id(3));
-    EXPECT_EQ(told.state.sampleRate, 48000.0);
-    EXPECT_EQ(told.state.blockSize, instance_->env()->blockSize());
-    EXPECT_EQ(told.state.latency, instance_->latency());
-    EXPECT_TRUE(told.state.isRunning);
-    EXPECT_EQ(told.state.counts,
+    const CReceivedMessage received = client_.takeLast(kFullState);
+    EXPECT_EQ(received.id, client_.id(3));
+    EXPECT_EQ(received.state.sampleRate, 48000.0);
+    EXPECT_EQ(received.state.blockSize, instance_->env()->blockSize());
+    EXPECT_EQ(received.state.latency, instance_->latency());
+    EXPECT_TRUE(received.state.isRunning);
+    EXPECT_EQ(received.state.counts,
               (CInterfaceCounts{2, 4, 0, instance_->groupCount(), instance_->internalChannelCount()}));
-    ASSERT_EQ(told.state.registries.count(), 2);
-    EXPECT_EQ(told.state.registries[0].path, CString(kRoutingRegistry));
-    EXPECT_EQ(told.state.registries[1].path, CString(kRegistry));
-    EXPECT_EQ(told.state.registries[1].programs.count(), registry().programCount());
-    EXPECT_EQ(told.state.history.position, 1);
-    ASSERT_EQ(told.state.history.labels.count(), 2);
-    EXPECT_EQ(told.state.history.labels[1], CString("a"));
+    ASSERT_EQ(received.state.registries.count(), 2);
+    EXPECT_EQ(received.state.registries[0].path, CString(kRoutingRegistry));
+    EXPECT_EQ(received.state.registries[1].path, CString(kRegistry));
+    EXPECT_EQ(received.state.registries[1].programs.count(), registry().programCount());
+    EXPECT_EQ(received.state.history.position, 1);
+    ASSERT_EQ(received.state.history.labels.count(), 2);
+    EXPECT_EQ(received.state.history.labels[1], CString("a"));
 }
 
 TEST_F(StateMessages, EachQuestionHasItsOwnAnswerForTheOneWhoAsked) {
@@ -57,7 +57,7 @@ TEST_F(StateMessages, EachQuestionHasItsOwnAnswerForTheOneWhoAsked) {
     EXPECT_EQ(client_.send(kAskIoCounts, client_.id(2)), "");
     EXPECT_EQ(client_.send(kAskGroupCount, client_.id(3)), "");
     EXPECT_EQ(client_.send(kAskInternalCount, client_.id(4)), "");
-    const std::vector<CTold> told = client_.take();
+    const std::vector<CReceivedMessage> received = client_.take();
     const struct {
         uint32_t type;
         std::vector<double> numbers;
@@ -65,11 +65,11 @@ TEST_F(StateMessages, EachQuestionHasItsOwnAnswerForTheOneWhoAsked) {
                      {kIoCounts, {2, 6, 0}},
                      {kGroupCount, {static_cast<double>(instance_->groupCount())}},
                      {kInternalCount, {static_cast<double>(instance_->internalChannelCount())}}};
-    ASSERT_EQ(told.size(), 4u);
+    ASSERT_EQ(received.size(), 4u);
     for (size_t i = 0; i < 4; ++i) {
-        EXPECT_EQ(told[i].type, kExpected[i].type);
-        EXPECT_EQ(told[i].id, client_.id(static_cast<uint32_t>(i) + 1));
-        EXPECT_EQ(told[i].numbers, kExpected[i].numbers);
+        EXPECT_EQ(received[i].type, kExpected[i].type);
+        EXPECT_EQ(received[i].id, client_.id(static_cast<uint32_t>(i) + 1));
+        EXPECT_EQ(received[i].numbers, kExpected[i].numbers);
     }
     EXPECT_EQ(other.waiting(), 0u);
 }
@@ -82,19 +82,19 @@ TEST_F(StateMessages, WhatTheHostChangesIsToldToEveryClient) {
     base().setInternalChannelCount(6);
     TARV_CONSUME(base().notify("clear"));
     for (CMessageClient* each : {&client_, &other}) {
-        const std::vector<CTold> told = each->take();
-        ASSERT_EQ(told.size(), 5u);
-        EXPECT_EQ(told[0].type, kSampleRate);
-        EXPECT_EQ(told[0].id, kNoRequest);
-        EXPECT_EQ(told[0].numbers, std::vector<double>{88200.0});
-        EXPECT_EQ(told[1].type, kIoCounts);
-        EXPECT_EQ(told[1].numbers, (std::vector<double>{3, 4, 1}));
-        EXPECT_EQ(told[2].type, kGroupCount);
-        EXPECT_EQ(told[2].numbers, std::vector<double>{5});
-        EXPECT_EQ(told[3].type, kInternalCount);
-        EXPECT_EQ(told[3].numbers, std::vector<double>{6});
-        EXPECT_EQ(told[4].type, kData);
-        EXPECT_EQ(told[4].kind, static_cast<uint32_t>(CDataKind::Clear));
+        const std::vector<CReceivedMessage> received = each->take();
+        ASSERT_EQ(received.size(), 5u);
+        EXPECT_EQ(received[0].type, kSampleRate);
+        EXPECT_EQ(received[0].id, kNoRequest);
+        EXPECT_EQ(received[0].numbers, std::vector<double>{88200.0});
+        EXPECT_EQ(received[1].type, kIoCounts);
+        EXPECT_EQ(received[1].numbers, (std::vector<double>{3, 4, 1}));
+        EXPECT_EQ(received[2].type, kGroupCount);
+        EXPECT_EQ(received[2].numbers, std::vector<double>{5});
+        EXPECT_EQ(received[3].type, kInternalCount);
+        EXPECT_EQ(received[3].numbers, std::vector<double>{6});
+        EXPECT_EQ(received[4].type, kData);
+        EXPECT_EQ(received[4].kind, static_cast<uint32_t>(CDataKind::Clear));
     }
 }
 
@@ -109,8 +109,8 @@ TEST_F(StateMessages, ASuspendTellsThatTheAudioStateIsCleared) {
     instance_->start(44100.0, 2, 2);
     client_.take();
     instance_->suspend();
-    const CTold told = client_.takeLast(kData);
-    EXPECT_EQ(told.kind, static_cast<uint32_t>(CDataKind::Clear));
+    const CReceivedMessage received = client_.takeLast(kData);
+    EXPECT_EQ(received.kind, static_cast<uint32_t>(CDataKind::Clear));
 }
 
 TEST_F(StateMessages, ABoundValueComesAtOnceAndAtEachChange) {
@@ -178,11 +178,11 @@ TEST_F(StateMessages, PassedBytesReachTheOtherClientsAlone) {
     EXPECT_EQ(client_.send(kPass, client_.id(7), bytes), "");
     EXPECT_EQ(client_.waiting(), 0u);
     for (CMessageClient* each : {&second, &third}) {
-        const CTold told = each->takeLast(kData);
-        EXPECT_EQ(told.kind, static_cast<uint32_t>(CDataKind::Passed));
-        EXPECT_EQ(told.id, client_.id(7));
-        ASSERT_EQ(told.bytes.count(), 3);
-        EXPECT_EQ(told.bytes[2], 250);
+        const CReceivedMessage received = each->takeLast(kData);
+        EXPECT_EQ(received.kind, static_cast<uint32_t>(CDataKind::Passed));
+        EXPECT_EQ(received.id, client_.id(7));
+        ASSERT_EQ(received.bytes.count(), 3);
+        EXPECT_EQ(received.bytes[2], 250);
     }
 }
 
@@ -244,12 +244,12 @@ TEST_F(FrameMessages, AFrameComesWhenItIsAskedForToEachOneThatSubscribedItsSourc
     makeFrame(0.5);
     EXPECT_EQ(client_.waiting(), 0u);
     EXPECT_EQ(client_.send(kRequestValues, client_.id(1)), "");
-    const CTold all = client_.takeLast(kFrame);
+    const CReceivedMessage all = client_.takeLast(kFrame);
     EXPECT_EQ(all.id, client_.id(1));
     ASSERT_EQ(all.records.size(), 2u);
     EXPECT_EQ(static_cast<CAudioVizDataMeter&>(*all.records[0]).level, 0.5);
     EXPECT_EQ(static_cast<CAudioVizDataSpectrum&>(*all.records[1]).bins[1], 1.0);
-    const CTold meters = other.takeLast(kFrame);
+    const CReceivedMessage meters = other.takeLast(kFrame);
     ASSERT_EQ(meters.records.size(), 1u);
     EXPECT_EQ(meters.records[0]->kind(), CAudioVizKind::Meter);
     EXPECT_EQ(meters.records[0]->source, meter_->number());
@@ -267,9 +267,9 @@ TEST_F(FrameMessages, AnUnsubscribedSourceIsSilent) {
     EXPECT_EQ(client_.send(kUnsubscribeVisual, client_.id(1)), "");
     makeFrame(0.5);
     EXPECT_EQ(client_.send(kRequestValues, client_.id(2)), "");
-    const std::vector<CTold> told = client_.take(kFrame);
-    ASSERT_EQ(told.size(), 1u);
-    EXPECT_EQ(told[0].id, client_.id(2));
+    const std::vector<CReceivedMessage> received = client_.take(kFrame);
+    ASSERT_EQ(received.size(), 1u);
+    EXPECT_EQ(received[0].id, client_.id(2));
     EXPECT_EQ(client_.send(kUnsubscribeVisual, client_.id(1)),
               "No visual listener " + std::to_string(client_.id(1)) + " found.");
 }

@@ -26,9 +26,9 @@ protected:
         EXPECT_EQ(type == kAcquireBank ? client_.send(type, registry, client_.id(2), false)
                                        : client_.send(type, registry, client_.id(2), false, int32_t{-1}, int32_t{-1}),
                   "");
-        const std::vector<CTold> told = client_.take(kData);
-        EXPECT_EQ(told.size(), 1u);
-        return told.empty() ? CByteBuffer() : told[0].bytes;
+        const std::vector<CReceivedMessage> received = client_.take(kData);
+        EXPECT_EQ(received.size(), 1u);
+        return received.empty() ? CByteBuffer() : received[0].bytes;
     }
     CByteBuffer chunk(bool isProgram) {
         CByteBuffer bytes;

@@ -33,17 +33,17 @@ constexpr CAudioInterfaceBase::CHandlerRow CAudioInterfaceBase::kHandlers[] = {
     {kBindValue, &CAudioInterfaceBase::bindValue},
     {kUnbindValue, &CAudioInterfaceBase::unbindValue},
     {kPass, &CAudioInterfaceBase::pass},
-    {kAskSampleRate, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellSampleRate>},
-    {kAskIoCounts, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellIoCounts>},
-    {kAskGroupCount, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellGroupCount>},
-    {kAskInternalCount, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellInternalCount>},
+    {kAskSampleRate, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::sendSampleRate>},
+    {kAskIoCounts, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::sendIoCounts>},
+    {kAskGroupCount, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::sendGroupCount>},
+    {kAskInternalCount, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::sendInternalCount>},
     {kImportLabels, &CAudioInterfaceBase::importLabels},
     {kAddProgram, &CAudioInterfaceBase::addProgram},
     {kDeleteProgram, &CAudioInterfaceBase::deleteProgram},
     {kReplaceProgram, &CAudioInterfaceBase::replaceProgram},
     {kSetDefaultPreset, &CAudioInterfaceBase::setDefaultPreset},
     {kClearDefaultPreset, &CAudioInterfaceBase::clearDefaultPreset},
-    {kAskDefaultPreset, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellDefaultPreset>},
+    {kAskDefaultPreset, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::sendDefaultPreset>},
 };
 
 CAudioInterfaceBase::CAudioInterfaceBase()

@@ -126,12 +126,12 @@ private:
     [[nodiscard]] CError* pass(CInputStream& stream);
     template <CError* (CAudioInterfaceBase::*Answer)(uint32_t, int32_t) const>
     [[nodiscard]] CError* answer(CInputStream& stream);
-    [[nodiscard]] CError* tellSampleRate(uint32_t request, int32_t client) const;
-    [[nodiscard]] CError* tellIoCounts(uint32_t request, int32_t client) const;
-    [[nodiscard]] CError* tellGroupCount(uint32_t request, int32_t client) const;
-    [[nodiscard]] CError* tellInternalCount(uint32_t request, int32_t client) const;
-    [[nodiscard]] CError* tellClear(uint32_t request, int32_t client) const;
-    [[nodiscard]] CError* tellDefaultPreset(uint32_t request, int32_t client) const;
+    [[nodiscard]] CError* sendSampleRate(uint32_t request, int32_t client) const;
+    [[nodiscard]] CError* sendIoCounts(uint32_t request, int32_t client) const;
+    [[nodiscard]] CError* sendGroupCount(uint32_t request, int32_t client) const;
+    [[nodiscard]] CError* sendInternalCount(uint32_t request, int32_t client) const;
+    [[nodiscard]] CError* sendClear(uint32_t request, int32_t client) const;
+    [[nodiscard]] CError* sendDefaultPreset(uint32_t request, int32_t client) const;
     void setCounts(const CInterfaceCounts& counts, const CString& eventName);
     [[nodiscard]] CError* sendFrames();
     void sendHistory(bool isForced);

@@ -122,7 +122,7 @@ bool CAudioInterfaceBase::editGroup(const CEdit& edit, int32_t group) const {
         change->values[i] = pool.addString(edit.texts[i]);
     }
     change->sourcePool = &pool;
-    return paramCollector_->postUntold(param, change);
+    return paramCollector_->postWithoutNotifying(param, change);
 }
 
 void CAudioInterfaceBase::carryOut(const CEdit& edit) {
@@ -159,8 +159,8 @@ void CAudioInterfaceBase::carryOut(const CEdit& edit) {
     }
     // Notifies even if unchanged: the sender must learn the clamped value. Elements that a replacing edit removed are
     // at their defaults now, which the host has to know, too.
-    edit.param->tell(edit.group, edit.first, notified);
-    tellIfChanged();
+    edit.param->notify(edit.group, edit.first, notified);
+    notifyIfChanged();
 }
 
 CString CAudioInterfaceBase::labelOf(const CEdit& edit) const {

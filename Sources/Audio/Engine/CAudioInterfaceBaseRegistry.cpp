@@ -210,7 +210,7 @@ CError* CAudioInterfaceBase::clearDefaultPreset(CInputStream& stream) {
 }
 
 void CAudioInterfaceBase::defaultPresetChanged(CCheckedObject*) {
-    TARV_CONSUME(tellDefaultPreset(kNoRequest, -1));
+    TARV_CONSUME(sendDefaultPreset(kNoRequest, -1));
 }
 
 template <void (CAudioParamRegistry::*Action)()>

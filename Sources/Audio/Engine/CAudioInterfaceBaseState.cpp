@@ -51,11 +51,11 @@ struct CAudioInterfaceBase::CNotification {
 };
 
 const CAudioInterfaceBase::CNotification CAudioInterfaceBase::kNotifications[] = {
-    {"update-sample-rate", &CAudioInterfaceBase::tellSampleRate},
-    {"update-io-channel-counts", &CAudioInterfaceBase::tellIoCounts},
-    {"update-group-count", &CAudioInterfaceBase::tellGroupCount},
-    {"update-internal-channel-count", &CAudioInterfaceBase::tellInternalCount},
-    {"clear", &CAudioInterfaceBase::tellClear},
+    {"update-sample-rate", &CAudioInterfaceBase::sendSampleRate},
+    {"update-io-channel-counts", &CAudioInterfaceBase::sendIoCounts},
+    {"update-group-count", &CAudioInterfaceBase::sendGroupCount},
+    {"update-internal-channel-count", &CAudioInterfaceBase::sendInternalCount},
+    {"clear", &CAudioInterfaceBase::sendClear},
 };
 
 void CAudioInterfaceBase::start() {
@@ -116,33 +116,33 @@ void CAudioInterfaceBase::setInternalChannelCount(int32_t count) {
     setCounts(wanted, "update-internal-channel-count");
 }
 
-CError* CAudioInterfaceBase::tellSampleRate(uint32_t request, int32_t client) const {
+CError* CAudioInterfaceBase::sendSampleRate(uint32_t request, int32_t client) const {
     TARV_TRY(sendToClient(client, kSampleRate, request, vizCollector_->env()->sampleRate()));
     return nullptr;
 }
 
-CError* CAudioInterfaceBase::tellIoCounts(uint32_t request, int32_t client) const {
+CError* CAudioInterfaceBase::sendIoCounts(uint32_t request, int32_t client) const {
     const CInterfaceCounts now = counts();
     TARV_TRY(sendToClient(client, kIoCounts, request, now.inputs, now.outputs, now.sidechain));
     return nullptr;
 }
 
-CError* CAudioInterfaceBase::tellGroupCount(uint32_t request, int32_t client) const {
+CError* CAudioInterfaceBase::sendGroupCount(uint32_t request, int32_t client) const {
     TARV_TRY(sendToClient(client, kGroupCount, request, counts().groups));
     return nullptr;
 }
 
-CError* CAudioInterfaceBase::tellInternalCount(uint32_t request, int32_t client) const {
+CError* CAudioInterfaceBase::sendInternalCount(uint32_t request, int32_t client) const {
     TARV_TRY(sendToClient(client, kInternalCount, request, counts().internalChannels));
     return nullptr;
 }
 
-CError* CAudioInterfaceBase::tellClear(uint32_t, int32_t client) const {
+CError* CAudioInterfaceBase::sendClear(uint32_t, int32_t client) const {
     TARV_TRY(sendToClient(client, kData, static_cast<uint32_t>(CDataKind::Clear)));
     return nullptr;
 }
 
-CError* CAudioInterfaceBase::tellDefaultPreset(uint32_t request, int32_t client) const {
+CError* CAudioInterfaceBase::sendDefaultPreset(uint32_t request, int32_t client) const {
     CString name;
     const bool isThere = CAudioDefaultPreset::readName(name);
     TARV_TRY(sendToClient(client, kDefaultPreset, request, isThere, name));
@@ -158,11 +158,11 @@ CError* CAudioInterfaceBase::answer(CInputStream& stream) {
     return nullptr;
 }
 
-template CError* CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellSampleRate>(CInputStream& stream);
-template CError* CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellIoCounts>(CInputStream& stream);
-template CError* CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellGroupCount>(CInputStream& stream);
-template CError* CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellInternalCount>(CInputStream& stream);
-template CError* CAudioInterfaceBase::answer<&CAudioInterfaceBase::tellDefaultPreset>(CInputStream& stream);
+template CError* CAudioInterfaceBase::answer<&CAudioInterfaceBase::sendSampleRate>(CInputStream& stream);
+template CError* CAudioInterfaceBase::answer<&CAudioInterfaceBase::sendIoCounts>(CInputStream& stream);
+template CError* CAudioInterfaceBase::answer<&CAudioInterfaceBase::sendGroupCount>(CInputStream& stream);
+template CError* CAudioInterfaceBase::answer<&CAudioInterfaceBase::sendInternalCount>(CInputStream& stream);
+template CError* CAudioInterfaceBase::answer<&CAudioInterfaceBase::sendDefaultPreset>(CInputStream& stream);
 
 CError* CAudioInterfaceBase::requestState(CInputStream& stream) {
     uint32_t request = 0;

@@ -114,7 +114,7 @@ void CAudioParam::setText(int32_t group, int32_t element, const CString& text, c
     notifyListeners(group, element, 1, origin);
 }
 
-void CAudioParam::tellAll() {
+void CAudioParam::notifyAll() {
     notifyListeners(CAudioParamData::kAllGroups, 0, CAudioParamData::kElementLimit, nullptr);
 }
 

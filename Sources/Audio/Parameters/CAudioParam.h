@@ -85,9 +85,9 @@ public:
 
     /// Tells the listeners that values of a group, or with CAudioParamData::kAllGroups of all, were set. Outside all
     /// locks.
-    void tell(int32_t group, int32_t first, int32_t count) { notifyListeners(group, first, count, nullptr); }
+    void notify(int32_t group, int32_t first, int32_t count) { notifyListeners(group, first, count, nullptr); }
     /// Tells the listeners that values of every group may have changed. Outside all locks.
-    void tellAll();
+    void notifyAll();
     void addListener(CAudioParamListener& listener);
     void removeListener(CAudioParamListener& listener);
 

@@ -55,8 +55,8 @@ public:
     void postChange(CAudioParam& param, CAudioParamChange* change, bool queued, double time,
                     const CAudioParamListener* origin = nullptr);
     /// As a queued postChange at time 0, but listeners are not told: the caller, who may hold locks now, calls
-    /// CAudioParam::tell when it holds none. Tells whether the change was carried out.
-    bool postUntold(CAudioParam& param, CAudioParamChange* change);
+    /// CAudioParam::notify when it holds none. Tells whether the change was carried out.
+    bool postWithoutNotifying(CAudioParam& param, CAudioParamChange* change);
     /// A whole value in place of the present one, as part of something larger.
     struct CAssignment {
         CAudioParam* param = nullptr;
@@ -64,7 +64,7 @@ public:
         int32_t group = -1;    ///< -1: every group, what `data` lacks is emptied; otherwise this one takes group 0
     };
     /// Makes the user-side value of one parameter that of the assignment, by one change for each group that differs;
-    /// tells whether one did. Listeners are not told: the caller, who may hold locks now, calls tellAll when it holds
+    /// tells whether one did. Listeners are not told: the caller, who may hold locks now, calls notifyAll when it holds
     /// none. `before` and `after`, if not null, get the values around it. Any thread but the audio thread.
     bool assign(const CAssignment& assignment, CAudioParamData* before = nullptr, CAudioParamData* after = nullptr);
     /// One round: hands what was posted to the processes' queues, `timeOffset` added to each time. Audio thread, once a

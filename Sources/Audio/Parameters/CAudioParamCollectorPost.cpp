@@ -72,7 +72,7 @@ void CAudioParamCollector::postChange(CAudioParam& param, CAudioParamChange* cha
     }
 }
 
-bool CAudioParamCollector::postUntold(CAudioParam& param, CAudioParamChange* change) {
+bool CAudioParamCollector::postWithoutNotifying(CAudioParam& param, CAudioParamChange* change) {
     CLockScope scope(param.lock_);
     return postUnderLock(param, change, 0.0);
 }

@@ -102,11 +102,11 @@ void CAudioParamUndo::addStep(std::unique_ptr<CAudioParamUndoStep> step, bool is
         isUntold_ = addUnderLock(std::move(step)) || isUntold_;
     }
     if (!isLocked) {
-        tellIfChanged();
+        notifyIfChanged();
     }
 }
 
-void CAudioParamUndo::tellIfChanged() {
+void CAudioParamUndo::notifyIfChanged() {
     bool isChanged = false;
     {
         CLockScope scope(lock_);
@@ -221,7 +221,7 @@ void CAudioParamUndo::move(int32_t target, bool isRelative) {
         }
     }
     for (CAudioParam* param : touched.params) {
-        param->tellAll();
+        param->notifyAll();
     }
     for (CAudioUndoAction::CObserver* observer : touched.observers) {
         observer->actionsMoved();

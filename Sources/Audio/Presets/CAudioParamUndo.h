@@ -102,7 +102,7 @@ public:
 
     /// Takes a finished step over: an empty one is dropped, one of the gesture before it merged. Steps that could have
     /// been redone are gone. While a record is under construction the step becomes a part of it. `isLocked`: the caller
-    /// holds lock(), and calls tellIfChanged when it has left it.
+    /// holds lock(), and calls notifyIfChanged when it has left it.
     void addStep(std::unique_ptr<CAudioParamUndoStep> step, bool isLocked = false);
     /// Opens a record: what is added until endRecord is one step, with this label. A record that is open is ended.
     void beginRecord(std::unique_ptr<CAudioParamUndoStep> record);
@@ -117,16 +117,16 @@ public:
     /// Labels from the pseudo step on, and the position among them.
     CArray<CString, 4> getStepLabels(int32_t* position = nullptr) const;
     /// Exchanges the list with another one. A record under construction is ended first. The caller holds lock(), and
-    /// calls tellIfChanged when it has left it.
+    /// calls notifyIfChanged when it has left it.
     void swapList(CAudioParamUndoList& other);
     /// Tells of what was done under a caller's lock. Outside all locks.
-    void tellIfChanged();
+    void notifyIfChanged();
     CLock& lock() const { return lock_; }
 
     /// The owner of the programs, or null; it outlives the history or leaves it.
     void setPrograms(CAudioUndoPrograms* programs);
     /// Ends what the steps of this list and of another say of programs: their actions go, their values belong to
-    /// whichever program is current, and steps without values go. The caller holds lock(), and calls tellIfChanged.
+    /// whichever program is current, and steps without values go. The caller holds lock(), and calls notifyIfChanged.
     void endActions(CAudioParamUndoList* other);
     /// Values of one program in this list belong to another from here on. The caller holds lock().
     void moveValues(uint64_t fromProgram, uint64_t toProgram);

@@ -18,10 +18,10 @@ CAudioParamRegistry::CAction::~CAction() {
             registry_.undo_->addStep(std::move(step_), true);
         }
         registry_.undo_->lock().leave();
-        registry_.undo_->tellIfChanged();
+        registry_.undo_->notifyIfChanged();
     }
     for (CAudioParam* param : touched_.params) {
-        param->tellAll();
+        param->notifyAll();
     }
     if (isProgramChanged_ || !touched_.observers.isEmpty()) {
         registry_.notifyBridges(kProgramUpdate);

@@ -144,7 +144,7 @@ bool CAudioUndoValues::assignGroup(CAudioParam& param, int32_t first, int32_t en
         }
     }
     change->sourcePool = &pool;
-    return collector.postUntold(param, change);
+    return collector.postWithoutNotifying(param, change);
 }
 
 bool CAudioUndoValues::assignTo(CAudioParam& param, CSide side) const {

@@ -24,10 +24,10 @@ std::string firstLine(CError* error) {
     return text;
 }
 
-CError* readWhole(CInputStream& in, CTold& told) {
+CError* readWhole(CInputStream& in, CReceivedMessage& received) {
     CString path;
     TARV_TRY(takeField(in, path));
-    told.definition = path.toUtf8();
+    received.definition = path.toUtf8();
     const auto* definition = CApplication::sharedRoot()->findObjectOf<CAudioParamDef>(path);
     if (!definition) {
         TARV_FAIL("@test No definition '%1'.", path);
@@ -35,112 +35,112 @@ CError* readWhole(CInputStream& in, CTold& told) {
     CAudioParamData data;
     TARV_TRY(CAudioParamStorage::load(in, definition->info(), data));
     for (int32_t group = 0; group < data.groupCount(); ++group) {
-        told.groups.emplace_back();
+        received.groups.emplace_back();
         for (int32_t element = 0; element < data.elementCount(group); ++element) {
             if (data.isString()) {
-                told.texts.push_back(data.text(group, element).toUtf8());
+                received.texts.push_back(data.text(group, element).toUtf8());
                 continue;
             }
             for (int32_t i = 0; i < data.elementSize(); ++i) {
-                told.groups.back().push_back(data.storedNumber(group, element, i));
+                received.groups.back().push_back(data.storedNumber(group, element, i));
             }
         }
     }
     return nullptr;
 }
 
-CError* readPart(CInputStream& in, CTold& told) {
+CError* readPart(CInputStream& in, CReceivedMessage& received) {
     int32_t count = 0;
     uint32_t size = 0;
-    TARV_TRY(takeFields(in, told.group, told.first, count, told.held, size));
+    TARV_TRY(takeFields(in, received.group, received.first, count, received.held, size));
     for (int32_t element = 0; element < count; ++element) {
         if (size == 0) {
             CString text;
             TARV_TRY(takeField(in, text));
-            told.texts.push_back(text.toUtf8());
+            received.texts.push_back(text.toUtf8());
         }
         for (uint32_t i = 0; i < size; ++i) {
             double number = 0.0;
             TARV_TRY(takeField(in, number));
-            told.numbers.push_back(number);
+            received.numbers.push_back(number);
         }
     }
     return nullptr;
 }
 
-CError* readValues(CInputStream& in, CTold& told) {
+CError* readValues(CInputStream& in, CReceivedMessage& received) {
     uint32_t form = 0;
-    TARV_TRY(takeFields(in, told.id, told.request, form));
-    told.isWhole = form == 0;
-    TARV_TRY(told.isWhole ? readWhole(in, told) : readPart(in, told));
+    TARV_TRY(takeFields(in, received.id, received.request, form));
+    received.isWhole = form == 0;
+    TARV_TRY(received.isWhole ? readWhole(in, received) : readPart(in, received));
     return nullptr;
 }
 
-CError* readNames(CInputStream& in, CTold& told) {
+CError* readNames(CInputStream& in, CReceivedMessage& received) {
     CTextList names;
-    TARV_TRY(takeFields(in, told.id, told.request, names));
+    TARV_TRY(takeFields(in, received.id, received.request, names));
     for (const CString& name : names) {
-        told.texts.push_back(name.toUtf8());
+        received.texts.push_back(name.toUtf8());
     }
     return nullptr;
 }
 
-CError* readFrame(CInputStream& in, CTold& told) {
+CError* readFrame(CInputStream& in, CReceivedMessage& received) {
     uint32_t count = 0;
-    TARV_TRY(takeFields(in, told.id, count));
+    TARV_TRY(takeFields(in, received.id, count));
     for (uint32_t i = 0; i < count; ++i) {
         CAudioVizData* data = nullptr;
         TARV_TRY(CAudioVizData::readAny(in, data));
-        told.records.emplace_back(data);
+        received.records.emplace_back(data);
     }
     return nullptr;
 }
 
-CError* readData(CInputStream& in, CTold& told) {
-    TARV_TRY(takeField(in, told.kind));
-    if (told.kind == static_cast<uint32_t>(CDataKind::Value)) {
+CError* readData(CInputStream& in, CReceivedMessage& received) {
+    TARV_TRY(takeField(in, received.kind));
+    if (received.kind == static_cast<uint32_t>(CDataKind::Value)) {
         CNumberList numbers;
-        TARV_TRY(takeFields(in, told.id, numbers));
-        told.numbers.assign(numbers.begin(), numbers.end());
-    } else if (told.kind != static_cast<uint32_t>(CDataKind::Clear)) {
-        TARV_TRY(takeFields(in, told.id, told.bytes));
+        TARV_TRY(takeFields(in, received.id, numbers));
+        received.numbers.assign(numbers.begin(), numbers.end());
+    } else if (received.kind != static_cast<uint32_t>(CDataKind::Clear)) {
+        TARV_TRY(takeFields(in, received.id, received.bytes));
     }
     return nullptr;
 }
 
 /// A count that travels as u32.
 template <int32_t Count>
-CError* readCounts(CInputStream& in, CTold& told) {
-    TARV_TRY(takeField(in, told.id));
+CError* readCounts(CInputStream& in, CReceivedMessage& received) {
+    TARV_TRY(takeField(in, received.id));
     for (int32_t i = 0; i < Count; ++i) {
         uint32_t count = 0;
         TARV_TRY(takeField(in, count));
-        told.numbers.push_back(count);
+        received.numbers.push_back(count);
     }
     return nullptr;
 }
 
-CError* readRate(CInputStream& in, CTold& told) {
-    told.numbers.resize(1);
-    TARV_TRY(takeFields(in, told.id, told.numbers[0]));
+CError* readRate(CInputStream& in, CReceivedMessage& received) {
+    received.numbers.resize(1);
+    TARV_TRY(takeFields(in, received.id, received.numbers[0]));
     return nullptr;
 }
 
-CError* readDefaultPreset(CInputStream& in, CTold& told) {
+CError* readDefaultPreset(CInputStream& in, CReceivedMessage& received) {
     bool isThere = false;
     CString name;
-    TARV_TRY(takeFields(in, told.id, isThere, name));
-    told.numbers.push_back(isThere ? 1.0 : 0.0);
-    told.texts.push_back(name.toUtf8());
+    TARV_TRY(takeFields(in, received.id, isThere, name));
+    received.numbers.push_back(isThere ? 1.0 : 0.0);
+    received.texts.push_back(name.toUtf8());
     return nullptr;
 }
 
-CError* (*const kReaders[])(CInputStream& in, CTold& told) = {
-    [](CInputStream& in, CTold& told) { return takeFields(in, told.id, told.state); },
+CError* (*const kReaders[])(CInputStream& in, CReceivedMessage& received) = {
+    [](CInputStream& in, CReceivedMessage& received) { return takeFields(in, received.id, received.state); },
     &readValues,
-    [](CInputStream& in, CTold& told) { return takeFields(in, told.id, told.registry); },
+    [](CInputStream& in, CReceivedMessage& received) { return takeFields(in, received.id, received.registry); },
     &readNames,
-    [](CInputStream& in, CTold& told) { return takeFields(in, told.history); },
+    [](CInputStream& in, CReceivedMessage& received) { return takeFields(in, received.history); },
     &readRate,
     &readCounts<3>,
     &readCounts<1>,
@@ -150,23 +150,23 @@ CError* (*const kReaders[])(CInputStream& in, CTold& told) = {
     &readDefaultPreset,
 };
 
-CError* readMessage(CInputStream& in, CTold& told) {
-    TARV_TRY(takeField(in, told.type));
-    if (told.type < kFirstBaseMessage || told.type >= kMessageCount) {
-        TARV_FAIL("@test Message %1 of the engine.", CString::fromInt(told.type));
+CError* readMessage(CInputStream& in, CReceivedMessage& received) {
+    TARV_TRY(takeField(in, received.type));
+    if (received.type < kFirstBaseMessage || received.type >= kMessageCount) {
+        TARV_FAIL("@test Message %1 of the engine.", CString::fromInt(received.type));
     }
-    TARV_TRY(kReaders[told.type - kFirstBaseMessage](in, told));
+    TARV_TRY(kReaders[received.type - kFirstBaseMessage](in, received));
     TARV_TRY(expectMessageEnd(in));
     return nullptr;
 }
 
 }  // namespace
 
-CTold readTold(const std::vector<uint8_t>& bytes, std::string& failure) {
-    CTold told;
+CReceivedMessage readMessage(const std::vector<uint8_t>& bytes, std::string& failure) {
+    CReceivedMessage received;
     CMemoryReader reader(bytes.data(), static_cast<uint32_t>(bytes.size()));
-    failure = firstLine(readMessage(reader, told));
-    return told;
+    failure = firstLine(readMessage(reader, received));
+    return received;
 }
 
 CMessageClient::CMessageClient(CAudioInterfaceBaseConnectorVST& connector) : connector_(connector) {
@@ -229,33 +229,33 @@ CError* CMessageClient::onProcessBaseData(CInputStream& stream) {
     return nullptr;
 }
 
-std::vector<CTold> CMessageClient::take() {
+std::vector<CReceivedMessage> CMessageClient::take() {
     std::vector<std::vector<uint8_t>> queue;
     {
         const std::lock_guard<std::mutex> guard(mutex_);
         queue.swap(queue_);
     }
-    std::vector<CTold> all;
+    std::vector<CReceivedMessage> all;
     for (const std::vector<uint8_t>& bytes : queue) {
         std::string failure;
-        all.push_back(readTold(bytes, failure));
+        all.push_back(readMessage(bytes, failure));
         endUnless(failure.empty(), failure.c_str(), all.back().type);
     }
     return all;
 }
 
-std::vector<CTold> CMessageClient::take(uint32_t type) {
-    std::vector<CTold> found;
-    for (CTold& told : take()) {
-        if (told.type == type) {
-            found.push_back(std::move(told));
+std::vector<CReceivedMessage> CMessageClient::take(uint32_t type) {
+    std::vector<CReceivedMessage> found;
+    for (CReceivedMessage& received : take()) {
+        if (received.type == type) {
+            found.push_back(std::move(received));
         }
     }
     return found;
 }
 
-CTold CMessageClient::takeLast(uint32_t type) {
-    const std::vector<CTold> found = take(type);
+CReceivedMessage CMessageClient::takeLast(uint32_t type) {
+    const std::vector<CReceivedMessage> found = take(type);
     endUnless(!found.empty(), "None has come.", type);
     return found.back();
 }

@@ -12,7 +12,7 @@
 namespace tarv {
 
 /// A message of the engine, read: what its type does not carry is empty.
-struct CTold {
+struct CReceivedMessage {
     uint32_t type = 0;
     uint32_t id = 0;  ///< of the listener or the request
     uint32_t request = 0;
@@ -69,11 +69,11 @@ public:
     std::string select(int32_t position) { return move(CHistoryMove::Select, position, 0); }
 
     /// All that has come since the last call, in order. A message that can't be read ends the program.
-    std::vector<CTold> take();
+    std::vector<CReceivedMessage> take();
     /// Those of one type; the others are dropped.
-    std::vector<CTold> take(uint32_t type);
+    std::vector<CReceivedMessage> take(uint32_t type);
     /// The last one of a type; without one the program ends.
-    CTold takeLast(uint32_t type);
+    CReceivedMessage takeLast(uint32_t type);
     size_t waiting() const;
     bool isBaseGone() const { return isBaseGone_; }
 
@@ -93,6 +93,6 @@ private:
 };
 
 /// Reads one message of the engine; the failure's first line goes to `failure`.
-CTold readTold(const std::vector<uint8_t>& bytes, std::string& failure);
+CReceivedMessage readMessage(const std::vector<uint8_t>& bytes, std::string& failure);
 
 }  // namespace tarv

@@ -33,7 +33,7 @@ CTestChannels elements(const std::vector<int32_t>& numbers) {
 }
 
 /// "group.element=sample" of each channel.
-std::string told(const CTestChannels& channels) {
+std::string received(const CTestChannels& channels) {
     std::string text;
     for (const CTestChannel& channel : channels) {
         text += (text.empty() ? "" : " ") + std::to_string(channel.group) + "." + std::to_string(channel.element) +
@@ -59,7 +59,7 @@ TEST(CModRouterTest, InputElementsTakeTheHostsChannelsAndTheirGroups) {
     };
     for (const auto& row : rows) {
         CRouter tree(row.routing, row.grouping, false);
-        EXPECT_EQ(told(tree.run(elements({0, 1, 2, 3}))), row.channels) << row.routing;
+        EXPECT_EQ(received(tree.run(elements({0, 1, 2, 3}))), row.channels) << row.routing;
     }
 }
 
@@ -94,14 +94,14 @@ TEST(CModRouterTest, AnEntryFarBeyondEveryHostIsSilence) {
                            wide("grouping", std::string("-5000000000,") + far), allocNode("routing", 0),
                            allocNode("grouping", 1)}}});
         ASSERT_EQ(tree.build("r"), "");
-        EXPECT_EQ(told(tree.run(elements({0}))), "0.0=0 7.1=10") << far;
+        EXPECT_EQ(received(tree.run(elements({0}))), "0.0=0 7.1=10") << far;
     }
 }
 
 TEST(CModRouterTest, TheLayoutHasNoMoreElementsThanTheGraphHasChannels) {
     CRouter tree("1,2,3,4", "0", false);
     tree.graph.channelCount = 3;
-    EXPECT_EQ(told(tree.run(elements({0, 1, 2, 3}))), "0.0=10 0.1=11 0.2=12");
+    EXPECT_EQ(received(tree.run(elements({0, 1, 2, 3}))), "0.0=10 0.1=11 0.2=12");
 }
 
 TEST(CModRouterTest, OutputEntriesSendTheirElementToTheHostsChannels) {
@@ -130,7 +130,7 @@ TEST(CModRouterTest, OutputEntriesSendTheirElementToTheHostsChannels) {
     };
     for (const auto& row : rows) {
         CRouter tree(row.routing, "0", true);
-        EXPECT_EQ(told(tree.run(elements(row.elements))), row.channels) << row.what;
+        EXPECT_EQ(received(tree.run(elements(row.elements))), row.channels) << row.what;
         EXPECT_EQ(tree.graph.context->counters().operations, 0u) << row.what;
     }
 }
@@ -138,26 +138,26 @@ TEST(CModRouterTest, OutputEntriesSendTheirElementToTheHostsChannels) {
 TEST(CModRouterTest, AHostOfFewerOutputsGetsNoOthers) {
     CRouter tree("1,2,3,0,0,0,0,0", "0", true);
     tree.graph.hostOutputs = 2;
-    EXPECT_EQ(told(tree.run(elements({0, 1, 2}))), "0.0=10 0.1=11");
+    EXPECT_EQ(received(tree.run(elements({0, 1, 2}))), "0.0=10 0.1=11");
 }
 
 TEST(CModRouterTest, HostOutputsBeyondTheTableAreSilent) {
     // The ninth element of the list is its default again; it belongs to no element of the graph.
     CRouter tree("1,2,0,0,0,0,0,0", "0", true);
     tree.graph.hostOutputs = 32;
-    EXPECT_EQ(told(tree.run(elements({0, 1}))), "0.0=10 0.1=11");
+    EXPECT_EQ(received(tree.run(elements({0, 1}))), "0.0=10 0.1=11");
 }
 
 TEST(CModRouterTest, AChangeOfRoutingIsHeardAtOnce) {
     for (const bool isOutput : {false, true}) {
         CRouter tree("1,2,0,0,0,0,0,0", "0", isOutput);
         tree.start(elements({0, 1}));
-        EXPECT_EQ(told(tree.run(elements({0, 1}))), "0.0=10 0.1=11");
+        EXPECT_EQ(received(tree.run(elements({0, 1}))), "0.0=10 0.1=11");
         tree.set("plugin.r.routing", 0, 0, 2.0);
         tree.set("plugin.r.routing", 0, 1, 1.0);
-        EXPECT_EQ(told(tree.run(elements({0, 1}))), "0.0=11 0.1=10");
+        EXPECT_EQ(received(tree.run(elements({0, 1}))), "0.0=11 0.1=10");
         tree.set("plugin.r.routing", 1, 0, 1.0);  // read at group 0 alone
-        EXPECT_EQ(told(tree.run(elements({0, 1}))), "0.0=11 0.1=10");
+        EXPECT_EQ(received(tree.run(elements({0, 1}))), "0.0=11 0.1=10");
     }
 }
 
@@ -236,11 +236,11 @@ TEST(CModRouterTest, WhatFollowsTheOutputsHearsOfAnotherSignal) {
     ASSERT_EQ(tree.build("p"), "");
     tree.start(elements({0, 1}));
     tree.set("plugin.p.g.gain", 5.0);
-    EXPECT_EQ(told(tree.run(elements({0, 1}))), "0.0=20 0.1=22");
+    EXPECT_EQ(received(tree.run(elements({0, 1}))), "0.0=20 0.1=22");
     // The first channel begins anew, with the new gain; the second goes on fading.
     CTestChannels channels = elements({0, 1});
     channels[0].serial = 1;
-    EXPECT_EQ(told(tree.run(channels)), "0.0=50 0.1=22");
+    EXPECT_EQ(received(tree.run(channels)), "0.0=50 0.1=22");
 }
 
 TEST(CModRouterTest, WithNothingRoutedTheGraphRunsEmpty) {

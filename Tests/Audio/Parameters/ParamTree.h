@@ -27,14 +27,14 @@ using CTestAttributes = std::vector<std::pair<std::string, std::string>>;
 /// A history that counts how often it told of a change.
 class CTestHistory : public CAudioParamUndo {
 public:
-    std::atomic<int32_t> told{0};
-    std::function<void()> onTold;
+    std::atomic<int32_t> received{0};
+    std::function<void()> onMessage;
 
 protected:
     void historyChanged() override {
-        ++told;
-        if (onTold)
-            onTold();
+        ++received;
+        if (onMessage)
+            onMessage();
         CAudioParamUndo::historyChanged();
     }
 };

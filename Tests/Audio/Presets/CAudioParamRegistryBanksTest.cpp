@@ -282,18 +282,18 @@ TEST_F(RegistryBanks, AHostsRestoreGivesTheSameAsAnActivationWithUndo) {
 }
 
 TEST_F(RegistryBanks, TheNameBridgeReadsWritesAndHearsOfTheCurrentPreset) {
-    int32_t told = 0;
+    int32_t received = 0;
     std::string seen;
     struct CUser {
-        int32_t* told;
+        int32_t* received;
         std::string* seen;
         CAudioParamRegistryNameBridge* bridge;
-    } user{&told, &seen, nullptr};
+    } user{&received, &seen, nullptr};
     CAudioParamRegistryNameBridge bridge(
         master(),
         [](void* opaque) {
             auto& heard = *static_cast<CUser*>(opaque);
-            ++*heard.told;
+            ++*heard.received;
             *heard.seen = heard.bridge->read().toUtf8();
         },
         &user);

@@ -16,8 +16,8 @@ constexpr int32_t kRounds = 300;
 
 /// An editor's end: reads what it is told of, as deep as an editor would.
 struct CEditor {
-    explicit CEditor(CPresetTree& watched) : tree(watched), bridge(watched.master(), &CEditor::told, this) {}
-    static void told(void* user) {
+    explicit CEditor(CPresetTree& watched) : tree(watched), bridge(watched.master(), &CEditor::received, this) {}
+    static void received(void* user) {
         auto& editor = *static_cast<CEditor*>(user);
         editor.letters += editor.bridge.read().length();
         editor.letters += editor.tree.master().programCount();
@@ -99,13 +99,13 @@ TEST(RegistryThreads, ListenersAndBridgesAreToldWithEveryLockFree) {
             ++times;
         }
         void onParamChanged(CAudioParam&, int32_t, int32_t, int32_t) override { look(); }
-        void told(CCheckedObject*) { look(); }
+        void received(CCheckedObject*) { look(); }
         CPresetTree& tree;
         int32_t times = 0;
     } stranger(tree);
     tree.param("out.mute").addListener(stranger);
-    tree.history().onTold = [&] { stranger.look(); };
-    COwnedBridge<CStranger> bridge(&stranger, &CStranger::told);
+    tree.history().onMessage = [&] { stranger.look(); };
+    COwnedBridge<CStranger> bridge(&stranger, &CStranger::received);
     bridge.connect(tree.master(), CAudioParamRegistry::kProgramUpdate);
     tree.set("out.mute", 1);
     tree.master().selectProgram(1);

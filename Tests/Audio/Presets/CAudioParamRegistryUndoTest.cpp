@@ -163,9 +163,9 @@ TEST_F(RegistryUndo, MovesOverManyStepsGiveWhatStepByStepMovesGive) {
 TEST_F(RegistryUndo, AStepsUndoTellsTheBridgesOfTheProgram) {
     struct CHeard {
         int32_t times = 0;
-        void told(CCheckedObject*) { ++times; }
+        void received(CCheckedObject*) { ++times; }
     } heard;
-    COwnedBridge<CHeard> bridge(&heard, &CHeard::told);
+    COwnedBridge<CHeard> bridge(&heard, &CHeard::received);
     bridge.connect(master(), CAudioParamRegistry::kProgramUpdate);
     const std::function<void()> actions[] = {
         [this] { master().selectProgram(1); },

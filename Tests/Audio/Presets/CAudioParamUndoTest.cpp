@@ -69,7 +69,7 @@ TEST_F(ParamUndo, AStepIsTakenBackAndBroughtForthAgain) {
 TEST_F(ParamUndo, MovesEndAtTheEndsOfTheList) {
     history().undo(1);
     history().redo(1);
-    EXPECT_EQ(history().told, 0);
+    EXPECT_EQ(history().received, 0);
     step("a", "eq.gains", 5);
     step("b", "eq.gains", 6);
     const int32_t most = std::numeric_limits<int32_t>::max();
@@ -167,10 +167,10 @@ TEST_F(ParamUndo, OnlyGesturesOfTheSameKeyAndParametersMerge) {
 TEST_F(ParamUndo, AnEmptyStepLeavesTheListAlone) {
     step("a", "eq.gains", 1);
     history().undo(1);
-    const int32_t told = history().told;
+    const int32_t received = history().received;
     step("the same value", "eq.gains", 0);
     EXPECT_EQ(tree_.labels(), "*Undo history start,a");
-    EXPECT_EQ(history().told, told);
+    EXPECT_EQ(history().received, received);
     history().redo(1);
     EXPECT_EQ(gain(), 1);
 }
@@ -236,7 +236,7 @@ TEST_F(ParamUndo, AnOpenRecordIsEndedByAMoveAndByTheNext) {
 
 TEST_F(ParamUndo, EachChangeOfTheListIsToldOnceWithTheLockFree) {
     bool isFree = true;
-    history().onTold = [&] {
+    history().onMessage = [&] {
         std::thread([&] {
             const bool entered = history().lock().tryEnter();
             isFree = isFree && entered;
@@ -245,15 +245,15 @@ TEST_F(ParamUndo, EachChangeOfTheListIsToldOnceWithTheLockFree) {
         }).join();
     };
     step("a", "eq.gains", 1);
-    EXPECT_EQ(history().told, 1);
+    EXPECT_EQ(history().received, 1);
     history().undo(1);
-    EXPECT_EQ(history().told, 2);
+    EXPECT_EQ(history().received, 2);
     history().redo(1);
-    EXPECT_EQ(history().told, 3);
+    EXPECT_EQ(history().received, 3);
     tree_.master().masterReset();
-    EXPECT_EQ(history().told, 4);
+    EXPECT_EQ(history().received, 4);
     tree_.master().swapAB();
-    EXPECT_EQ(history().told, 5);
+    EXPECT_EQ(history().received, 5);
     EXPECT_TRUE(isFree);
 }
 
@@ -263,11 +263,11 @@ TEST_F(ParamUndo, WhoHoldsTheLockAddsUnderIt) {
     {
         CLockScope scope(history().lock());
         history().addStep(std::move(step), true);
-        EXPECT_EQ(history().told, 0);
+        EXPECT_EQ(history().received, 0);
     }
-    history().tellIfChanged();
-    history().tellIfChanged();
-    EXPECT_EQ(history().told, 1);
+    history().notifyIfChanged();
+    history().notifyIfChanged();
+    EXPECT_EQ(history().received, 1);
     EXPECT_EQ(tree_.labels(), "Undo history start,*under the lock");
 }
 

@@ -20,10 +20,10 @@ public:
         bridge_.connect(tree.master(), CAudioParamRegistry::kProgramUpdate);
         for (const char* name : kParams)
             tree.param(name).addListener(*this);
-        tree.history().onTold = [this] { check(nullptr); };
+        tree.history().onMessage = [this] { check(nullptr); };
     }
     ~CLockWatch() {
-        tree_.history().onTold = nullptr;
+        tree_.history().onMessage = nullptr;
         for (const char* name : kParams)
             tree_.param(name).removeListener(*this);
     }

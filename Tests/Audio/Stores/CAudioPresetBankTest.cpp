@@ -22,7 +22,7 @@ struct CNamedBank : CAudioPresetBank {
 };
 
 /// Names, a star before the selected one.
-std::string told(const CAudioPresetBank& bank) {
+std::string received(const CAudioPresetBank& bank) {
     std::string all;
     for (int32_t i = 0; i < bank.count(); ++i)
         all += (i == bank.selectedIndex() ? "*" : "") + bank.preset(i).name().toUtf8() + ' ';
@@ -43,7 +43,7 @@ TEST(PresetBank, TheStreamIsNameCountAndPresets) {
     CAudioPresetBank bank;
     ASSERT_EQ(load(stream, bank), "");
     EXPECT_EQ(bank.name(), "Session Bank");
-    EXPECT_EQ(told(bank), "*TAEQ:a TAEQ:b ");
+    EXPECT_EQ(received(bank), "*TAEQ:a TAEQ:b ");
     EXPECT_EQ(savedBytes(bank), stream);
 }
 
@@ -60,10 +60,10 @@ TEST(PresetBank, TheListHasAVersionAndAReservedWordInPlaceOfTheName) {
     const std::string stream = CStored().words({1, 0, 1}).text("TAIO:a").word(0).bytes();
     CAudioPresetList list;
     ASSERT_EQ(load(stream, list), "");
-    EXPECT_EQ(told(list), "*TAIO:a ");
+    EXPECT_EQ(received(list), "*TAIO:a ");
     EXPECT_EQ(savedBytes(list), stream);
     EXPECT_EQ(load(CStored().words({2, 0, 0}).bytes(), list), "Unsupported preset list version 2.");
-    EXPECT_EQ(told(list), "*TAIO:a ");
+    EXPECT_EQ(received(list), "*TAIO:a ");
 }
 
 TEST(PresetBank, EachReaderDemandsItsOwnId) {
@@ -80,7 +80,7 @@ TEST(PresetBank, EachReaderDemandsItsOwnId) {
     EXPECT_EQ(firstLine(aPreset.load(bank.path().c_str())), std::string(kInvalid) + "1936879713, read 1802396257).");
     EXPECT_EQ(firstLine(aBank.load(list.path().c_str())), std::string(kInvalid) + "1802396257, read 1953721441).");
     EXPECT_EQ(firstLine(aList.load(preset.path().c_str())), std::string(kInvalid) + "1953721441, read 1936879713).");
-    EXPECT_EQ(told(aBank), "*TAEQ:x ");
+    EXPECT_EQ(received(aBank), "*TAEQ:x ");
 }
 
 TEST(PresetBank, OutOfRangeSelectsTheFirst) {
@@ -96,24 +96,24 @@ TEST(PresetBank, OutOfRangeSelectsTheFirst) {
 TEST(PresetBank, TheSelectedPresetStaysSelectedWhenOthersComeAndGo) {
     CNamedBank bank({"a", "b", "c"}, 1);
     bank.insert(0, CAudioPreset("first"));
-    EXPECT_EQ(told(bank), "first a *b c ");
+    EXPECT_EQ(received(bank), "first a *b c ");
     bank.insert(4, CAudioPreset("last"));
-    EXPECT_EQ(told(bank), "first a *b c last ");
+    EXPECT_EQ(received(bank), "first a *b c last ");
     bank.remove(0);
     bank.remove(3);
-    EXPECT_EQ(told(bank), "a *b c ");
+    EXPECT_EQ(received(bank), "a *b c ");
 }
 
 TEST(PresetBank, TheNeighbourIsSelectedWhenTheSelectedPresetGoes) {
     CNamedBank bank({"a", "b", "c"}, 1);
     bank.remove(1);
-    EXPECT_EQ(told(bank), "a *c ");
+    EXPECT_EQ(received(bank), "a *c ");
     bank.remove(1);
-    EXPECT_EQ(told(bank), "*a ");
+    EXPECT_EQ(received(bank), "*a ");
     bank.remove(0);
     EXPECT_EQ(bank.selectedIndex(), 0);
     bank.insert(0, CAudioPreset("new"));
-    EXPECT_EQ(told(bank), "*new ");
+    EXPECT_EQ(received(bank), "*new ");
 }
 
 TEST(PresetBank, CopiesAreDeepAndTakeTheOthersCount) {
@@ -122,22 +122,22 @@ TEST(PresetBank, CopiesAreDeepAndTakeTheOthersCount) {
     bank.setName("mine");
     bank.copyPresets(source);
     source.preset(0).setName("changed");
-    EXPECT_EQ(told(bank), "a *b c ");
+    EXPECT_EQ(received(bank), "a *b c ");
     EXPECT_EQ(bank.name(), "mine");
     bank.copyFrom(source);
-    EXPECT_EQ(told(bank), "changed b *c ");
+    EXPECT_EQ(received(bank), "changed b *c ");
     EXPECT_EQ(bank.name(), "bank");
     CNamedBank shorter({"one"});
     bank.copyPresets(shorter);
-    EXPECT_EQ(told(bank), "*one ");
+    EXPECT_EQ(received(bank), "*one ");
 }
 
 TEST(PresetBank, ALoadKeepsTheSelectedIndexIfItIsInRange) {
     CNamedBank bank({"a", "b", "c"}, 1);
     ASSERT_EQ(load(storedBank("n", {storedPreset("x"), storedPreset("y")}), bank), "");
-    EXPECT_EQ(told(bank), "x *y ");
+    EXPECT_EQ(received(bank), "x *y ");
     ASSERT_EQ(load(storedBank("n", {storedPreset("z")}), bank), "");
-    EXPECT_EQ(told(bank), "*z ");
+    EXPECT_EQ(received(bank), "*z ");
 }
 
 TEST(PresetBank, CutAtAnyByteNothingChanges) {
@@ -149,7 +149,7 @@ TEST(PresetBank, CutAtAnyByteNothingChanges) {
         EXPECT_NE(load(stream.substr(0, length), bank), "") << length;
     for (size_t length = 0; length < list.size(); ++length)
         EXPECT_NE(load(list.substr(0, length), presets), "") << length;
-    EXPECT_EQ(told(bank), "a *b ");
+    EXPECT_EQ(received(bank), "a *b ");
     EXPECT_EQ(presets.count(), 0);
 }
 
@@ -173,7 +173,7 @@ TEST(PresetBank, ABlockCutAtAnyByteOrDamagedInItsDataChangesNothing) {
         if (failure.empty())
             EXPECT_EQ(savedBytes(bank), stream) << bit;
         else
-            EXPECT_EQ(told(bank), "a *b ") << bit;
+            EXPECT_EQ(received(bank), "a *b ") << bit;
         ASSERT_EQ(load(before, bank), "");
     }
 }
@@ -185,7 +185,7 @@ TEST(PresetBank, ACountThatNoBankReachesIsRefused) {
               "Invalid preset count 65537.");
     EXPECT_EQ(load(CStored().text("n").word(0xffffffff).bytes(), bank), "Invalid preset count 4294967295.");
     EXPECT_EQ(load(CStored().words({1, 0, 0x80000000}).bytes(), list), "Invalid preset count 2147483648.");
-    EXPECT_EQ(told(bank), "*a ");
+    EXPECT_EQ(received(bank), "*a ");
 }
 
 }  // namespace
