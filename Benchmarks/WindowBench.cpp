@@ -83,7 +83,7 @@ void loadGraphics(benchmark::State& state) {
             std::vector<std::unique_ptr<CDataSet>> loaded;
             for (const CResourceRow* row = kResourceRows; row->name; ++row) {
                 if (std::unique_ptr<CDataSet> set = setFor(row->name)) {
-                    mustSucceed(loadDataSet(*set, row->name));
+                    mustSucceed(loadDataSet(*set, row->name, 1.0));
                     bytes += set->getSize();
                     loaded.push_back(std::move(set));
                     ++sets;

@@ -1,7 +1,10 @@
 #include "Core/CApplication.h"
 
+#include <atomic>
+
 #include "Core/CApplicationData.h"
 #include "Core/CNotifyServer.h"
+#include "Core/CScaledResource.h"
 #include "Core/Log.h"
 
 namespace tarv {
@@ -22,7 +25,9 @@ CApplication* application = nullptr;
 bool startTried = false;
 constexpr double kMinScale = 0.5;
 constexpr double kMaxScale = 4.0;
-double scale = 1.0;
+std::atomic<double> scale{1.0};
+// Under the creation lock.
+int32_t openEditors = 0;
 
 CLock& creationLock() {
     static CLock lock;
@@ -104,6 +109,8 @@ void CApplication::finish() {
     }
     CCreatorRegistry::clear();
     CResourceMap::clear();
+    CScaledResource::forgetScale();
+    openEditors = 0;
     startTried = false;
 }
 
@@ -128,6 +135,26 @@ CError* CApplication::initRootObject(CObject*& root) {
 
 double CApplication::uiScale() {
     return scale;
+}
+
+void CApplication::refreshUiScale() {
+    CLockScope scope(creationLock());
+    if (openEditors == 0) {
+        scale = readScale();
+    }
+}
+
+CError* CApplication::openEditor() {
+    CLockScope scope(creationLock());
+    refreshUiScale();
+    TARV_TRY(CScaledResource::loadAll(scale));
+    ++openEditors;
+    return nullptr;
+}
+
+void CApplication::closeEditor() {
+    CLockScope scope(creationLock());
+    --openEditors;
 }
 
 }  // namespace tarv

@@ -36,9 +36,17 @@ public:
     static CObject* sharedRoot();
     /// A new root with a notification server of its own, for one instance or one editor. The caller owns it.
     [[nodiscard]] static CError* initRootObject(CObject*& root);
-    /// Factor for all lengths of the editor, 0.5 to 4, read from the user's settings at the start; 1.0 by default and
-    /// for any other text.
+
+    /// Factor for all lengths of the editor, 0.5 to 4: what the user's settings held at the start, or at the last
+    /// refreshUiScale or openEditor that read them. 1.0 by default and for any other text. Any thread.
     static double uiScale();
+    /// Reads the factor from the user's settings, unless an editor is open. Threads of the user interface.
+    static void refreshUiScale();
+    /// Counts an editor as open, and before the first one reads the factor and loads the graphics if they hold another.
+    /// A failure counts nothing. Threads of the user interface.
+    [[nodiscard]] static CError* openEditor();
+    /// Once for each openEditor that succeeded. The graphics stay loaded.
+    static void closeEditor();
 
 private:
     [[nodiscard]] CError* init(const CProductTables& tables);

@@ -78,6 +78,11 @@ const char* const kIcons[] = {"Arrow",  "ArrowSm", "ArrowRight", "ArrowUpDn", "C
 
 class Graphics : public CProductTree {
 protected:
+    static void SetUpTestSuite() {
+        CProductTree::SetUpTestSuite();
+        CError* error = CApplication::openEditor();
+        ASSERT_FALSE(error) << error->joined().toUtf8();
+    }
     static const CImageSet& images(const std::string& name) {
         return dynamic_cast<const CImageSetObject&>(*shared("is." + name)).dataSet();
     }

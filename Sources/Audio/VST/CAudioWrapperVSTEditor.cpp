@@ -19,9 +19,7 @@ int16_t scaledLength(const CObject& project, const char* name) {
 
 }  // namespace
 
-CAudioWrapperVSTEditor::CAudioWrapperVSTEditor(CAudioWrapperVST& effect)
-    : effect_(effect),
-      rect_{0, 0, scaledLength(*effect.project(), "window-height"), scaledLength(*effect.project(), "window-width")} {}
+CAudioWrapperVSTEditor::CAudioWrapperVSTEditor(CAudioWrapperVST& effect) : effect_(effect) {}
 
 CAudioWrapperVSTEditor::~CAudioWrapperVSTEditor() {
     close();
@@ -32,6 +30,9 @@ const CString& CAudioWrapperVSTEditor::errorContextName() const {
 }
 
 bool CAudioWrapperVSTEditor::getRect(vst::Rect** rect) {
+    CApplication::refreshUiScale();
+    rect_.right = scaledLength(*effect_.project(), "window-width");
+    rect_.bottom = scaledLength(*effect_.project(), "window-height");
     *rect = &rect_;
     return true;
 }
@@ -53,6 +54,8 @@ bool CAudioWrapperVSTEditor::open(void* parent) {
 }
 
 CError* CAudioWrapperVSTEditor::buildTree(void* parent) {
+    TARV_TRY(CApplication::openEditor());
+    isCounted_ = true;
     TARV_TRY(CApplication::initRootObject(root_));
     TARV_CONSUME(root_->setAttribute("PluginRootPtrVar", CAttributeValue::fromPointer(effect_.instanceRoot())));
     TARV_CONSUME(root_->setAttribute("ParentWindow", CAttributeValue::fromPointer(parent)));
@@ -64,6 +67,10 @@ CError* CAudioWrapperVSTEditor::buildTree(void* parent) {
 void CAudioWrapperVSTEditor::close() {
     delete root_;
     root_ = nullptr;
+    if (isCounted_) {
+        CApplication::closeEditor();
+        isCounted_ = false;
+    }
 }
 
 }  // namespace tarv

@@ -12,11 +12,13 @@ class CAudioWrapperVST;
 /// no editor. Thread: the host's user interface.
 class CAudioWrapperVSTEditor : public AEffEditor {
 public:
-    /// The effect outlives its editor. Reads `window-width` and `window-height` of the project, in pixels at scale 1.
+    /// The effect outlives its editor.
     explicit CAudioWrapperVSTEditor(CAudioWrapperVST& effect);
     ~CAudioWrapperVSTEditor() override;
 
     CAudioWrapperVST* getEffect() const { return &effect_; }
+    /// `window-width` and `window-height` of the project, in pixels at scale 1, times the editor's scale. A scale that
+    /// the user has chosen counts if no editor is open in the process.
     bool getRect(vst::Rect** rect) override;
     bool open(void* parent) override;
     void close() override;
@@ -29,8 +31,9 @@ private:
     const CString& errorContextName() const;
 
     CAudioWrapperVST& effect_;
-    vst::Rect rect_;
+    vst::Rect rect_{};
     CObject* root_ = nullptr;
+    bool isCounted_ = false;  ///< as open, in the application
 };
 
 }  // namespace tarv

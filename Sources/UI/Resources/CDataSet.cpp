@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Core/CApplication.h"
 #include "Core/CResourceReader.h"
 
 namespace tarv {
@@ -36,8 +35,10 @@ int32_t nearestScale(const CArray<double, 3>& scales, double scale) {
     return nearest;
 }
 
-CError* loadDataSet(CDataSet& set, const CString& name) {
-    TARV_TRY(loadDataSet(set, name, CApplication::uiScale()));
+CError* requireDataSet(const CString& name) {
+    CResourceReader reader;
+    TARV_TRY(reader.open(name));
+    TARV_TRY(reader.close());
     return nullptr;
 }
 

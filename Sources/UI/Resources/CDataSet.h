@@ -47,9 +47,10 @@ private:
 /// near, since what is too small still fits its place; what is not a number counts as 1.
 int32_t nearestScale(const CArray<double, 3>& scales, double scale);
 
-/// Reads the resource or file of that name, which must hold this set and nothing else.
+/// Fails if there is no resource or file of that name.
+[[nodiscard]] CError* requireDataSet(const CString& name);
+/// Reads the resource or file of that name, which must hold this set and nothing else. After a failure the content
+/// counts for nothing.
 [[nodiscard]] CError* loadDataSet(CDataSet& set, const CString& name, double scale);
-/// The same at the editor's scale.
-[[nodiscard]] CError* loadDataSet(CDataSet& set, const CString& name);
 
 }  // namespace tarv

@@ -1,7 +1,6 @@
 #include "UI/Resources/CFontObject.h"
 
 #include <algorithm>
-#include <memory>
 
 namespace tarv {
 
@@ -22,21 +21,32 @@ CError* CFontObject::finishInit() {
     TARV_TRY(CObject::finishInit());
     for (const CObject* child : children()) {
         if (child->getAttrBool("is-font-style")) {
-            TARV_TRY(loadStyle(*child));
+            TARV_TRY(makeStyle(*child));
         }
     }
+    TARV_TRY(loadWithOthers());
     return nullptr;
 }
 
-CError* CFontObject::loadStyle(const CObject& child) {
+CError* CFontObject::makeStyle(const CObject& child) {
     const int32_t index = styleIndex(child.name());
     if (index == kStyleCount) {
         TARV_FAIL("@tarvstr_CFontObject_initChilds_UnknownFontStyle Unknown font style '%1'.", child.name());
     }
-    auto font = std::make_unique<CFont>();
-    TARV_TRY(loadDataSet(*font, child.getAttrString("file")));
-    delete fonts_[index];
-    fonts_[index] = font.release();
+    files_[index] = child.getAttrString("file");
+    TARV_TRY(requireDataSet(files_[index]));
+    if (!fonts_[index]) {
+        fonts_[index] = new CFont;
+    }
+    return nullptr;
+}
+
+CError* CFontObject::loadAt(double scale) {
+    for (int32_t i = 0; i < kStyleCount; ++i) {
+        if (fonts_[i]) {
+            TARV_TRY(loadDataSet(*fonts_[i], files_[i], scale));
+        }
+    }
     return nullptr;
 }
 

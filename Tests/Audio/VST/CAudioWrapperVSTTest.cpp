@@ -8,6 +8,8 @@
 #include "Audio/Parameters/CAudioEnv.h"
 #include "Audio/Parameters/CAudioExtParam.h"
 #include "Audio/VST/CAudioWrapperVSTEditor.h"
+#include "Core/CApplication.h"
+#include "Core/CApplicationData.h"
 #include "Product/Product.h"
 
 namespace tarv {
@@ -275,6 +277,35 @@ TEST_F(CAudioWrapperVSTTest, TheEditorStandsInTheProjectsSizeAndGivesUpWithoutAW
     EXPECT_FALSE(editor.isOpen());
     editor.close();
     EXPECT_FALSE(w.getAeffect()->flags & vst::kFlagHasEditor);
+}
+
+TEST_F(CAudioWrapperVSTTest, TheEditorsRectangleFollowsTheChosenScaleWhileNoEditorIsOpen) {
+    CAudioWrapperVSTEditor editor(make());
+    const auto size = [&](const char* scale) {
+        CLocalData::instance().writeText("ui-scale", scale);
+        vst::Rect* rect = nullptr;
+        EXPECT_TRUE(editor.getRect(&rect));
+        return std::pair<int, int>(rect->right, rect->bottom);
+    };
+    EXPECT_EQ(size("1.25"), std::pair(800, 500));
+    EXPECT_EQ(size("0.8"), std::pair(512, 320));
+    CError* error = CApplication::openEditor();
+    ASSERT_FALSE(error) << error->joined().toUtf8();
+    EXPECT_EQ(size("1.25"), std::pair(512, 320)) << "another instance's editor is open";
+    CApplication::closeEditor();
+    EXPECT_EQ(size("1.25"), std::pair(800, 500));
+    EXPECT_EQ(size("1.0"), std::pair(640, 400));
+}
+
+TEST_F(CAudioWrapperVSTTest, AnEditorThatFailsToOpenDoesNotCountAsOpen) {
+    CAudioWrapperVSTEditor editor(make());
+    int window = 0;
+    EXPECT_FALSE(editor.open(&window));
+    CLocalData::instance().writeText("ui-scale", "1.25");
+    CApplication::refreshUiScale();
+    EXPECT_EQ(CApplication::uiScale(), 1.25);
+    CLocalData::instance().writeText("ui-scale", "1.0");
+    CApplication::refreshUiScale();
 }
 
 }  // namespace

@@ -50,6 +50,7 @@ protected:
             rows_[i] = {resources_[i].data(), names[i]};
         }
         CResourceMap::addRows(rows_);
+        EXPECT_EQ(consumed(CApplication::openEditor()), "");
     }
 
     /// The failure of making an object; whole, with its places.
