@@ -87,7 +87,7 @@ void chunks(benchmark::State& state) {
             inflated.push_back(secondsOf([&] { inflateAlone(chunk, out); }));
         }
         // Not in turn with setChunk: what deflate takes and gives back, a quarter of a megabyte, makes the system's
-        // heap shrink and grow again at the cost of whoever allocates next.
+        // heap shrink and grow again at the cost of the next allocation.
         for (int32_t i = 0; i < kRounds; ++i) {
             CByteBuffer given;
             get.push_back(secondsOf([&] { mustSucceed(instance->getState(given, isProgram)); }));

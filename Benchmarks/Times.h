@@ -29,7 +29,7 @@ inline double medianOf(std::vector<double> values) {
     return *middle;
 }
 
-/// A benchmark of what failed would tell nothing: the program ends.
+/// A benchmark of what failed would measure nothing: the program ends.
 inline void mustSucceed(CError* error) {
     if (error) {
         showError(error);

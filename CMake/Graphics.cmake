@@ -3,7 +3,7 @@
 tarv_host_tool(GfxBuilder gfx_builder gfx_builder_depends)
 set(TARV_GRAPHICS_FILES "")
 
-# tarv_graphics(folder source-extension extension): the extension tells the builder the kind of a source.
+# tarv_graphics(folder source-extension extension): the builder takes the kind of a source from the extension.
 function(tarv_graphics folder source_extension extension)
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/Gfx/${folder}/*.${source_extension})
     file(MAKE_DIRECTORY ${TARV_RESOURCE_DIR}/Gfx/${folder})

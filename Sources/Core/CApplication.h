@@ -34,7 +34,7 @@ public:
     static bool exists();
     /// Null when no application exists. Read-only once the application has started, and then for any thread.
     static CObject* sharedRoot();
-    /// A new root with a notification server of its own, for one instance or one editor. The caller owns it.
+    /// A new root that has its own notification server, for one instance or one editor. The caller owns it.
     [[nodiscard]] static CError* initRootObject(CObject*& root);
 
     /// Factor for all lengths of the editor, 0.5 to 4: what the user's settings held at the start, or at the last

@@ -19,7 +19,7 @@ public:
     /// The block of that name and id: what was written last in this process, otherwise the user's file, otherwise the
     /// embedded one. A damaged user file gives an empty buffer, too.
     void read(const CString& name, CByteBuffer& buffer, uint32_t id);
-    /// Writes the user's file, whole or not at all, and tells the bridges of that name on this thread, under the
+    /// Writes the user's file, whole or not at all, and notifies the bridges of that name on this thread, under the
     /// store's lock. Where the file can't be written, the block stands for this process alone.
     void write(const CString& name, const CByteBuffer& buffer, uint32_t id);
     /// As read, but the file first: what another program wrote meanwhile counts, and is what read gives from now on.
@@ -89,7 +89,7 @@ public:
     static CLocalData& instance();
 };
 
-/// Tells a method of its owner, `void T::method(CCheckedObject* sender)`, of each write of one name.
+/// Calls a method of its owner, `void T::method(CCheckedObject* sender)`, after each write of one name.
 template <class T>
 class CApplicationDataBridge : public COwnedBridge<T> {
 public:

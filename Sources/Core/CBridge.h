@@ -36,7 +36,7 @@ private:
     std::shared_ptr<CLink> link_;
 };
 
-/// One end that hears of the other. A subclass calls disconnect in its own destructor, since a notification may
+/// The observing end. A subclass calls disconnect in its own destructor, since a notification may
 /// arrive on another thread until then.
 class CBridge : public CCheckedObject {
 public:

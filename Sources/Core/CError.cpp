@@ -71,7 +71,7 @@ CError* addErrorLocation(CError* error, const char* sourcePath, int line, const 
     if (!message.isEmpty()) {
         const CString arguments[] = {a1, a2, a3, a4, a5};
         CString text;
-        // A file name may hold any unit: the line takes the width of what it tells.
+        // A file name may hold any unit: the line takes the width of its text.
         for (const CString& argument : arguments) {
             if (argument.isWide()) {
                 text.widen();

@@ -6,12 +6,12 @@
 namespace tarv {
 
 /// What went wrong: message lines first, then one location line for each level that passed it on, innermost first.
-/// A null pointer is success. Owned by whoever holds the pointer until logError or showError consumes it.
+/// A null pointer is success. The holder of the pointer owns it until logError or showError consumes it.
 class CError {
 public:
     CError() = default;
     ~CError();
-    // Lives outside the pool heap, so that it can tell of trouble there.
+    // Lives outside the pool heap, so that it can report a failure there.
     static void* operator new(size_t size);
     static void operator delete(void* p);
 

@@ -1,3 +1,5 @@
+// Streams over memory: a reader of bytes that lie elsewhere, and a buffer that grows with what is written.
+
 #include <algorithm>
 #include <cstring>
 

@@ -54,7 +54,7 @@ CError* CSharedAttribute::setAttribute(CObject* sender, const CString& name, con
 
 void CSharedAttribute::write(const CString& text) {
     known_ = text;
-    // The thread and not a mere flag: another thread's write may tell of itself right before or behind this one.
+    // The thread and not a mere flag: another thread's write may notify right before or behind this one.
     writingThread_ = currentThreadId();
     store_->writeText(key_, text);
     writingThread_ = 0;

@@ -15,21 +15,21 @@ using CSharedAttributeBridge = CApplicationDataBridge<CSharedAttribute>;
 /// writes arrives here as a change of the attribute, followed by the event `update`.
 /// Thread: that of the tree. A write elsewhere comes as a post to the thread anchor above this object, also from the
 /// same thread, so that no attribute is set under the store's lock; several writes may come as one. Without an anchor
-/// above, the object hears of none.
+/// above, the object receives none.
 class CSharedAttribute : public CObject {
 public:
     ~CSharedAttribute() override;
     /// Fails without a name in `attribute`. The value is the stored one or `def-value`; nothing is written.
     [[nodiscard]] CError* init() override;
     using CObject::setAttribute;
-    /// Hears of the changes of its own attribute as an observer of itself.
+    /// Receives the changes of its own attribute as an observer of itself.
     [[nodiscard]] CError* setAttribute(CObject* sender, const CString& name, const CAttributeValue& value) override;
     [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
 
 private:
     /// On the thread that writes, with the store's lock held.
     void storeWritten(CCheckedObject* sender);
-    /// A post that tells of a write has arrived.
+    /// A post about a write has arrived.
     [[nodiscard]] CError* storedValueChanged();
     void write(const CString& text);
     [[nodiscard]] CError* takeStored();

@@ -1,3 +1,5 @@
+// Conversions between texts and numbers.
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>

@@ -103,7 +103,7 @@ CError* CInputZipStream::inflateSome(uint8_t* target, int64_t& count, bool& isEn
         const int result = inflate(zip_, Z_FINISH);
         count = step - zip_->avail_out;
         isEnded = result == Z_STREAM_END;
-        // No progress for want of input is no damage: it is told as the end that it is.
+        // No progress for want of input is no damage: it is the end of the source, and fails as such.
         if (isSourceAtEnd && count == 0 && (result == Z_OK || result == Z_BUF_ERROR)) {
             TARV_FAIL("@tarvstr_CInputZipStream_read_PrematureEnd Premature end of file.");
         }

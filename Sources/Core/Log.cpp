@@ -25,7 +25,7 @@ CLogState& logState() {
     return *state;
 }
 
-/// A log that cannot be written has nowhere to tell so.
+/// A log that can't be written has nowhere to report it.
 void writeToFile(CLogState& state, const CString& line) {
     CFile file;
     if (file.open(state.path.wideData(), state.isFileBegun ? CFileAccess::kAppend : CFileAccess::kRewrite,

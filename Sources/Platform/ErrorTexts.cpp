@@ -1,3 +1,5 @@
+// Texts of the error window, the same on every system.
+
 #include "Platform/ErrorWindow.h"
 
 namespace tarv {

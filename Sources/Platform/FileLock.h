@@ -9,7 +9,7 @@ namespace tarv {
 class CFileLock {
 public:
     /// Waits up to that many milliseconds while somebody else holds it. The path is UTF-16, ended by 0; its folder must
-    /// be there. isFileBusy tells whether a failure is that somebody still holds it.
+    /// be there. isFileBusy returns whether the failure is that another holder still has it.
     [[nodiscard]] CPlatformError acquire(const char16_t* path, int32_t milliseconds);
     void release();
 

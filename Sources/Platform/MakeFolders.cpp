@@ -1,3 +1,5 @@
+// Makes a folder with all folders above it, on every system.
+
 #include "Platform/Folders.h"
 
 namespace tarv {

@@ -1,3 +1,5 @@
+// Replaces a file in one step through a temporary file, on every system.
+
 #include <string>
 
 #include "Platform/File.h"

@@ -1,3 +1,5 @@
+// The functions that the library exports.
+
 #include "Audio/VST/CAudioWrapperVST.h"
 #include "Product/Product.h"
 

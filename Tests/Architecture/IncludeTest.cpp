@@ -51,7 +51,7 @@ const CArrows& arrows() {
     return kArrows;
 }
 
-/// The folder with a README of its own that a path lies in; the longest wins. Empty if there is none.
+/// The folder with a README that a path lies in; the longest wins. Empty if there is none.
 std::string folderOf(std::string_view path) {
     std::string found;
     for (const auto& [folder, names] : arrows())

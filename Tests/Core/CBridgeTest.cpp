@@ -10,31 +10,31 @@ namespace {
 
 class CSource : public CBridgeBase {
 public:
-    void tell(const char* what) { notifyBridges(what); }
+    void send(const char* what) { notifyBridges(what); }
 };
 
-struct CHearer {
-    explicit CHearer() : bridge(this, &CHearer::hear) {}
-    void hear(CCheckedObject* sender) {
+struct CReceiver {
+    explicit CReceiver() : bridge(this, &CReceiver::receive) {}
+    void receive(CCheckedObject* sender) {
         ++count;
         last = sender;
         if (next) {
             next->bridge.disconnect();
         }
     }
-    COwnedBridge<CHearer> bridge;
+    COwnedBridge<CReceiver> bridge;
     int count = 0;
     CCheckedObject* last = nullptr;
-    CHearer* next = nullptr;
+    CReceiver* next = nullptr;
 };
 
 TEST(Bridge, ForwardsToItsOwnerWhatItWasConnectedFor) {
     CSource source;
-    CHearer a;
-    CHearer b;
+    CReceiver a;
+    CReceiver b;
     a.bridge.connect(source, "a");
     b.bridge.connect(source, "b");
-    source.tell("a");
+    source.send("a");
     EXPECT_EQ(a.count, 1);
     EXPECT_EQ(a.last, &source);
     EXPECT_EQ(b.count, 0);
@@ -44,45 +44,45 @@ TEST(Bridge, ForwardsToItsOwnerWhatItWasConnectedFor) {
 TEST(Bridge, LeavesTheBaseWhenItsOwnerDies) {
     CSource source;
     {
-        CHearer hearer;
-        hearer.bridge.connect(source, "a");
+        CReceiver receiver;
+        receiver.bridge.connect(source, "a");
         EXPECT_EQ(source.bridgeCount(), 1);
     }
     EXPECT_EQ(source.bridgeCount(), 0);
-    source.tell("a");
+    source.send("a");
 }
 
 TEST(Bridge, PointsNowhereWhenTheBaseDies) {
-    CHearer hearer;
+    CReceiver receiver;
     {
         CSource source;
-        hearer.bridge.connect(source, "a");
-        EXPECT_EQ(hearer.bridge.base(), &source);
+        receiver.bridge.connect(source, "a");
+        EXPECT_EQ(receiver.bridge.base(), &source);
     }
-    EXPECT_EQ(hearer.bridge.base(), nullptr);
-    hearer.bridge.disconnect();
-    EXPECT_EQ(hearer.count, 0);
+    EXPECT_EQ(receiver.bridge.base(), nullptr);
+    receiver.bridge.disconnect();
+    EXPECT_EQ(receiver.count, 0);
 }
 
 TEST(Bridge, ConnectsAnewToAnotherBase) {
     CSource first;
     CSource second;
-    CHearer hearer;
-    hearer.bridge.connect(first, "a");
-    hearer.bridge.connect(second, "a");
+    CReceiver receiver;
+    receiver.bridge.connect(first, "a");
+    receiver.bridge.connect(second, "a");
     EXPECT_EQ(first.bridgeCount(), 0);
-    second.tell("a");
-    EXPECT_EQ(hearer.count, 1);
+    second.send("a");
+    EXPECT_EQ(receiver.count, 1);
 }
 
 TEST(Bridge, OneThatIsDisconnectedDuringANotificationIsNotCalled) {
     CSource source;
-    CHearer a;
-    CHearer b;
+    CReceiver a;
+    CReceiver b;
     a.next = &b;
     a.bridge.connect(source, "x");
     b.bridge.connect(source, "x");
-    source.tell("x");
+    source.send("x");
     EXPECT_EQ(a.count, 1);
     EXPECT_EQ(b.count, 0);
 }
@@ -90,13 +90,13 @@ TEST(Bridge, OneThatIsDisconnectedDuringANotificationIsNotCalled) {
 TEST(Bridge, BothEndsMayEndOnDifferentThreads) {
     for (int round = 0; round < 300; ++round) {
         auto source = std::make_unique<CSource>();
-        auto hearer = std::make_unique<CHearer>();
-        hearer->bridge.connect(*source, "x");
+        auto receiver = std::make_unique<CReceiver>();
+        receiver->bridge.connect(*source, "x");
         std::thread other([&] {
-            source->tell("x");
+            source->send("x");
             source.reset();
         });
-        hearer.reset();
+        receiver.reset();
         other.join();
     }
 }

@@ -106,7 +106,7 @@ TEST_F(FileStreams, FailuresNameFileErrorAndFlags) {
     EXPECT_TRUE(appending.starts_with("Unable to open file '" + unmade + "' for appending (error ")) << appending;
 }
 
-TEST_F(FileStreams, AShortReadTellsBothCounts) {
+TEST_F(FileStreams, AShortReadNamesBothCounts) {
     const CString path = pathOf("a.bin");
     put(path, "0123456789");
     CFileReader reader;

@@ -41,7 +41,7 @@ TEST(CHeap, EverySizeGivesAnAlignedBlockOfItsOwn) {
     }
 }
 
-TEST(CHeap, TheByteBeforeTheBlockTellsItsClass) {
+TEST(CHeap, TheByteBeforeTheBlockHoldsItsClass) {
     if (!kHasPools) {
         GTEST_SKIP() << "sanitizer builds have no pools";
     }

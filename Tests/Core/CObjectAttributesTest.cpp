@@ -121,7 +121,7 @@ TEST(ObjectAttributes, AMapIsSetWholeBeforeItsHandlersRun) {
     EXPECT_EQ(object->calls.size(), 2u) << "each pending handler runs once";
 }
 
-TEST(ObjectAttributes, AnObserverOfEverythingHearsEachNameUntilItDies) {
+TEST(ObjectAttributes, AnObserverOfEverythingReceivesEachNameUntilItDies) {
     CTestApplication application(kRows);
     auto root = application.makeRoot({{"core:object", "source"}, {"test:handling", "h"}});
     CObject* source = root->findObject("source");

@@ -145,7 +145,7 @@ TEST(ObjectTemplates, AnObjectOfAnotherClassIsDestroyedWithAMessage) {
     EXPECT_EQ(root->findObject("x"), nullptr);
 }
 
-TEST(ObjectTemplates, AFailingInitTellsWhere) {
+TEST(ObjectTemplates, AFailingInitNamesItsPlace) {
     CTestApplication application(kRows);
     auto root = application.makeRoot({testTemplate("t", "test:made", {{"fail-init", "true"}})});
     CObject* child = nullptr;

@@ -88,7 +88,7 @@ TEST(CompressedBlock, DataOfEverySizeComesBack) {
     }
 }
 
-TEST(CompressedBlock, DamageIsToldAndLeavesNothing) {
+TEST(CompressedBlock, DamageFailsAndLeavesNothing) {
     struct CBadBlock {
         const char* name;
         CByteBuffer block;
@@ -185,7 +185,7 @@ private:
     int64_t room_;
 };
 
-TEST(ZipStreams, AFullTargetIsTold) {
+TEST(ZipStreams, AFullTargetFails) {
     for (int64_t room : {0, 3, 4, 8, 12, 40000, 70000}) {
         CFullTarget target(room);
         EXPECT_EQ(messageOf(target.writeCompressedData(noise(100000), kTreeBlockId)), "Full.") << room;

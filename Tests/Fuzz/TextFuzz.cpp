@@ -9,7 +9,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const CString text = CString::fromUtf8(reinterpret_cast<const char*>(data), size);
     const std::string encoded = text.toUtf8();
     const CString again = CString::fromUtf8(encoded.data(), encoded.size());
-    // Surrogates have no code of their own, so the first way back may lose units; the second loses nothing.
+    // Surrogates have no code, so the first way back may lose units; the second loses nothing.
     must(again.length() <= text.length());
     must(again.toUtf8() == encoded);
 

@@ -4,7 +4,7 @@
 
 namespace tarv::factory {
 
-/// What the factory data are told to hold, written down once more.
+/// The content that the factory data must have, written down once more.
 
 using CCurve = std::array<double, 7>;  ///< decibels
 

@@ -97,7 +97,7 @@ const CExternalRow kExternals[] = {
 
 class PluginTree : public CProductTree {};
 
-TEST_F(PluginTree, ProjectTellsWhoTheProductIs) {
+TEST_F(PluginTree, ProjectHoldsTheNamesOfTheProduct) {
     const CObject* project = shared("project");
     ASSERT_TRUE(project);
     for (const CAttributeRow& row : kProject) {

@@ -18,7 +18,7 @@ struct CAttributeRow {
     const char* value;
 };
 
-/// An object as the tables tell it: all of its attributes, in any order.
+/// An object as the tables list it: all of its attributes, in any order.
 struct CObjectRow {
     const char* name;
     const char* tag;

@@ -125,7 +125,7 @@ TEST_F(ProductResources, LetAnEditorsRootLoad) {
     EXPECT_EQ(root->findChild("ui")->tag().toUtf8(), "ui:ui-event-bridge");
 }
 
-TEST_F(ProductResources, AndVersionResourceTellOneProduct) {
+TEST_F(ProductResources, AndVersionResourceNameOneProduct) {
     const CObject* project = shared("project");
     EXPECT_EQ(project->getAttrString("app-vendor").toUtf8(), TARV_PRODUCT_VENDOR);
     EXPECT_EQ(project->getAttrString("app-name").toUtf8(), TARV_PRODUCT_NAME);

@@ -17,7 +17,7 @@ T at(const std::string& bytes, size_t offset) {
     return value;
 }
 
-TEST(FloatWav, KeepsSamplesBeyondFullScaleUnderAHeaderThatTellsTheTruth) {
+TEST(FloatWav, KeepsSamplesBeyondFullScaleUnderARightHeader) {
     const std::string path = testing::TempDir() + "tarv-float.wav";
     const std::vector<double> samples = {0.5, -1.0, 2.0, -3.5, 1e-11, 0.1};
     CFloatWav wav(2, 47999.6);

@@ -63,7 +63,7 @@ inline std::vector<CPixel> pixelsOf(const CLinearBitmap& bitmap) {
     return {bitmap.row(0), bitmap.row(bitmap.height())};
 }
 
-/// A ramp in which every entry has channels of its own.
+/// A ramp in which no two entries share a channel's value.
 inline CColor noiseColor(double opacity, uint32_t seed = 1) {
     CColor color;
     color.opacity = opacity;

@@ -14,7 +14,7 @@ static_assert(int64_t{255} * (kOpaqueAlpha - 1) < 1 << 23);
 
 constexpr int32_t kLevels[] = {0, 1, 2, 3, 63, 64, 126, 127, 128, 129, 191, 200, 252, 253, 254, 255};
 
-/// Three channels at once, each with a level of its own, so that none may leak into its neighbour.
+/// Three channels at once, each at another level, so that none may leak into its neighbour.
 CPixel pixelOf(int32_t level) {
     return static_cast<CPixel>(level) << 16 | static_cast<CPixel>(255 - level) << 8 |
            static_cast<CPixel>((level * 7 + 3) & 255);

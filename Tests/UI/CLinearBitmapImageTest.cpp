@@ -120,7 +120,7 @@ TEST(BitmapImage, OverTheEdgesAndFarAwayTouchesNothingElse) {
     }
 }
 
-TEST(BitmapImage, TellsThePixelsThatTheClipLeaves) {
+TEST(BitmapImage, CountsThePixelsThatTheClipLeaves) {
     CLinearBitmap bitmap;
     EXPECT_GOOD(bitmap.resize(64, 24));
     const auto layer = layerOf(CBytes(10 * 6, 200), 10, 1, -1, -1);
@@ -157,7 +157,7 @@ TEST(BitmapImage, AtAnOpacityOf0997CountsAsOpaque) {
     EXPECT_NE(pixelsOf(bitmap), std::vector<CPixel>(80, color.ramp[255]));
 }
 
-/// A layer of one row of a file of its own making.
+/// A layer of one row, in a file that the test writes.
 std::unique_ptr<CImageSet> setOfBlock(int32_t bytesPerPixel, uint32_t width, uint32_t height, const CBytes& block) {
     CFileBuilder file;
     file.value(1).value(0).value(1).value(0).value(1).value(0).value(static_cast<uint32_t>(bytesPerPixel));

@@ -1,3 +1,5 @@
+// Command line of the compiler of definitions.
+
 #include <cstdio>
 #include <filesystem>
 #include <set>
@@ -13,7 +15,7 @@ constexpr char kUsage[] =
     "\n"
     "Compiles XML definitions to a compressed object tree. A source in the raw form (as --dump prints it) is taken as "
     "it\n"
-    "stands. A bad source is told with file, line and column, and nothing is written.\n"
+    "stands. A bad source fails with file, line and column, and nothing is written.\n"
     "  --templates  a source whose top-level templates may be used\n"
     "  --depfile    writes the files that the output depends on, in the form of make\n";
 

@@ -1,3 +1,5 @@
+// Command line of the compiler of factory banks.
+
 #include <cstdio>
 
 #include "DefinitionCompiler.h"

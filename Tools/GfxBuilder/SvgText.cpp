@@ -1,3 +1,5 @@
+// Reads attributes of SVG elements: names, words, properties and lengths.
+
 #include <algorithm>
 #include <sstream>
 

@@ -1,3 +1,5 @@
+// Command line of the builder of graphics.
+
 #include <cstdio>
 
 #include "DefinitionCompiler.h"

@@ -16,7 +16,7 @@ using CBox = CSheetCanvas::CBox;
 constexpr double kMargin = 12.0;
 constexpr double kImageSheetWidth = 720.0;
 
-/// The base colours that a set wears in the editor; a sheet shows them in all their states.
+/// The base colours in which the editor draws a set; a sheet shows them in all their states.
 struct CSetColors {
     const char* set;
     std::vector<const char*> frames;  ///< of ranges of nine pieces
@@ -158,7 +158,7 @@ bool writeImageSheet(CSheetResources& resources, const std::string& set, const s
     const CSetColors* colors = std::find_if(std::begin(kSetColors), std::end(kSetColors),
                                             [&](const CSetColors& row) { return set == row.set; });
     if (colors == std::end(kSetColors)) {
-        std::fprintf(stderr, "GfxSheets: it is not known which colours '%s' wears\n", set.c_str());
+        std::fprintf(stderr, "GfxSheets: no colours are listed for '%s'\n", set.c_str());
         return false;
     }
     // Two passes over one layout: the first finds the height.

@@ -1,3 +1,5 @@
+// Command line of the designer of half-band filters.
+
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>

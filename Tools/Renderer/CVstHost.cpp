@@ -6,7 +6,7 @@ namespace tarv::host {
 
 namespace {
 
-// The effect asks its first questions before it can be told which host it belongs to.
+// The effect asks its first questions before the host knows the effect.
 thread_local CVstHost* openingHost = nullptr;
 
 intptr_t copyText(void* ptr, const std::string& text, size_t size) {

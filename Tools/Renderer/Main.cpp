@@ -1,3 +1,5 @@
+// Command line of the renderer.
+
 #ifdef _WIN32
 #include <fcntl.h>
 #include <io.h>
@@ -32,7 +34,7 @@ int main(int argc, char** argv) {
     CRenderOptions options;
     std::string error;
     if (!parseOptions(argc, argv, options, error)) {
-        return fail(kBadCommand, error + " (--help tells all)");
+        return fail(kBadCommand, error + " (--help lists all options)");
     }
     if (options.isHelp) {
         std::fputs(renderHelp(), stdout);

@@ -1,3 +1,5 @@
+// Command line of the packer of resources.
+
 #include <cstdio>
 #include <string>
 #include <vector>

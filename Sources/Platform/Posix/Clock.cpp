@@ -1,3 +1,5 @@
+// The clock of POSIX systems.
+
 #include "Platform/Clock.h"
 
 #include <time.h>

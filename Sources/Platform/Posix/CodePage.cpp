@@ -1,3 +1,5 @@
+// The code page of systems that have none: Windows-1252.
+
 #include "Platform/CodePage.h"
 
 #include <cstdint>

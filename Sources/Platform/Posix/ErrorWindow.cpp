@@ -1,3 +1,5 @@
+// The error window of systems without one: the standard error stream.
+
 #include "Platform/ErrorWindow.h"
 
 #include <cstdio>

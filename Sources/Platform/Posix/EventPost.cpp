@@ -1,3 +1,5 @@
+// Posts between threads on POSIX systems, in queues of the process.
+
 #include "Platform/EventPost.h"
 
 #include <cerrno>

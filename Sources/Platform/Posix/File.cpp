@@ -1,3 +1,5 @@
+// Files of POSIX systems.
+
 #include "Platform/File.h"
 
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// Folders of the user's data on POSIX systems.
+
 #include "Platform/Folders.h"
 
 #include <sys/stat.h>

@@ -1,3 +1,5 @@
+// The recursive lock of POSIX systems.
+
 #include "Platform/Lock.h"
 
 #include <pthread.h>

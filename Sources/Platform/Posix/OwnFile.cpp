@@ -1,3 +1,5 @@
+// The path of this library on POSIX systems.
+
 #include "Platform/OwnFile.h"
 
 #include <dlfcn.h>

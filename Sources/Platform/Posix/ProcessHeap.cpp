@@ -1,3 +1,5 @@
+// The process's heap on POSIX systems.
+
 #include "Platform/ProcessHeap.h"
 
 #include <cstdlib>

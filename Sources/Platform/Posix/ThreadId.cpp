@@ -1,3 +1,5 @@
+// Thread ids of POSIX systems.
+
 #include "Platform/ThreadId.h"
 
 #include <sys/syscall.h>

@@ -1,3 +1,5 @@
+// Window classes on systems that have none: a set of the names that are registered.
+
 #include "Platform/WindowClass.h"
 
 #include <cerrno>

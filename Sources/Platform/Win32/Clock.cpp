@@ -1,3 +1,5 @@
+// The clock of Windows.
+
 #include "Platform/Clock.h"
 
 #include <windows.h>

@@ -1,3 +1,5 @@
+// The code page of Windows.
+
 #include "Platform/CodePage.h"
 
 #include <windows.h>

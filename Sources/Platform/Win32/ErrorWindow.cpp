@@ -1,3 +1,5 @@
+// The error window of Windows.
+
 #include "Platform/ErrorWindow.h"
 
 #include <string>

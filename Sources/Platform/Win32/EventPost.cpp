@@ -1,3 +1,5 @@
+// Posts between threads on Windows, by messages to a hidden window.
+
 #include "Platform/EventPost.h"
 
 #include <windows.h>

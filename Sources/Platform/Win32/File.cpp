@@ -1,3 +1,5 @@
+// Files of Windows.
+
 #include "Platform/File.h"
 
 #include <windows.h>

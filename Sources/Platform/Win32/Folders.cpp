@@ -1,3 +1,5 @@
+// Folders of the user's data on Windows.
+
 #include "Platform/Folders.h"
 
 #include <windows.h>

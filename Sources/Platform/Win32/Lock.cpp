@@ -1,3 +1,5 @@
+// The recursive lock of Windows.
+
 #include "Platform/Lock.h"
 
 #include <windows.h>

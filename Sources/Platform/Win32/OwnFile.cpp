@@ -1,3 +1,5 @@
+// The path of this library on Windows.
+
 #include "Platform/OwnFile.h"
 
 #include "Platform/Win32/Module.h"

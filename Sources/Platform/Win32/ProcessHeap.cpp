@@ -1,3 +1,5 @@
+// The process's heap on Windows.
+
 #include "Platform/ProcessHeap.h"
 
 #include <windows.h>

@@ -1,3 +1,5 @@
+// Thread ids of Windows.
+
 #include "Platform/ThreadId.h"
 
 #include <windows.h>

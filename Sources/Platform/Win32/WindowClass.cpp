@@ -1,3 +1,5 @@
+// Window classes of Windows.
+
 #include "Platform/WindowClass.h"
 
 #include "Platform/Win32/Module.h"

@@ -164,7 +164,7 @@ struct CFollower {
     CApplicationDataBridge<CFollower> bridge;
 };
 
-TEST_F(CApplicationDataTest, AWriteTellsTheFollowersOfItsName) {
+TEST_F(CApplicationDataTest, AWriteNotifiesTheFollowersOfItsName) {
     CFollower first(global);
     CFollower second(global);
     CFollower stranger(local);

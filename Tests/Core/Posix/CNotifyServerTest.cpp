@@ -12,17 +12,17 @@
 namespace tarv {
 namespace {
 
-/// Notes the events that it hears, in one list for all listeners.
+/// Records the events that it receives, in one list for all listeners.
 class CListening : public CObject {
 public:
-    static std::vector<std::string> heard;
+    static std::vector<std::string> received;
     static std::vector<uint64_t> threads;
     static CObject* victim;
     static std::function<void()> onHear;
 
     static CError* initClass(CClassDescriptor& descriptor) {
-        descriptor.addHandler<&CListening::hear>("hear");
-        descriptor.addHandler<&CListening::hearShort>("hear-short");
+        descriptor.addHandler<&CListening::receive>("receive");
+        descriptor.addHandler<&CListening::receiveShort>("receive-short");
         descriptor.addHandler<&CListening::fail>("fail");
         descriptor.addHandler<&CListening::destroyVictim>("destroy-victim");
         descriptor.addHandler<&CListening::releaseSelf>("release-self");
@@ -31,18 +31,19 @@ public:
         descriptor.addHandler<&CListening::call>("call");
         return nullptr;
     }
-    CError* hear(CAttributeMap& params) {
-        heard.push_back(name().toUtf8() + ": " + params["sender"].asString().toUtf8() + " " +
-                        params["event-name"].asString().toUtf8() + " " + params["listener"].asString().toUtf8() + " " +
-                        params["listener-proc"].asString().toUtf8() + " " + params["value"].asString().toUtf8());
+    CError* receive(CAttributeMap& params) {
+        received.push_back(name().toUtf8() + ": " + params["sender"].asString().toUtf8() + " " +
+                           params["event-name"].asString().toUtf8() + " " + params["listener"].asString().toUtf8() +
+                           " " + params["listener-proc"].asString().toUtf8() + " " +
+                           params["value"].asString().toUtf8());
         threads.push_back(currentThreadId());
         return nullptr;
     }
-    CError* hearShort() {
-        heard.push_back(name().toUtf8() + " short");
+    CError* receiveShort() {
+        received.push_back(name().toUtf8() + " short");
         return nullptr;
     }
-    CError* fail() { TARV_FAIL("@tarvstr_CListening_fail_Always Cannot hear."); }
+    CError* fail() { TARV_FAIL("@tarvstr_CListening_fail_Always Cannot receive."); }
     CError* destroyVictim() {
         delete victim;
         victim = nullptr;
@@ -55,7 +56,8 @@ public:
     }
     CError* destroyAndFail() {
         delete std::exchange(victim, nullptr);
-        return addErrorLocation(nullptr, __FILE__, __LINE__, CString(), "@tarvstr_CListening_fail_Always Cannot hear.");
+        return addErrorLocation(nullptr, __FILE__, __LINE__, CString(),
+                                "@tarvstr_CListening_fail_Always Cannot receive.");
     }
     CError* call() {
         onHear();
@@ -63,7 +65,7 @@ public:
     }
 };
 
-std::vector<std::string> CListening::heard;
+std::vector<std::string> CListening::received;
 std::vector<uint64_t> CListening::threads;
 CObject* CListening::victim = nullptr;
 std::function<void()> CListening::onHear;
@@ -76,7 +78,7 @@ const std::vector<CCreatorRow> kRows = {
 
 struct CNotifyTest : testing::Test {
     CNotifyTest() {
-        CListening::heard.clear();
+        CListening::received.clear();
         CListening::threads.clear();
         root = application.makeRoot({{"ui:ui-event-bridge",
                                       "ui",
@@ -102,40 +104,40 @@ struct CNotifyTest : testing::Test {
     CAttributeMap params;
 };
 
-TEST_F(CNotifyTest, AListenerOfTheSameThreadHearsAtOnce) {
-    at("ui.one")->listenObject("ui.sender", "update", "hear");
+TEST_F(CNotifyTest, AListenerOfTheSameThreadIsCalledAtOnce) {
+    at("ui.one")->listenObject("ui.sender", "update", "receive");
     EXPECT_EQ(send("update"), "");
-    EXPECT_EQ(CListening::heard, (std::vector<std::string>{"one: ui.sender update ui.one hear 7"}));
-    EXPECT_EQ(params["listener-proc"].asString(), "hear");
+    EXPECT_EQ(CListening::received, (std::vector<std::string>{"one: ui.sender update ui.one receive 7"}));
+    EXPECT_EQ(params["listener-proc"].asString(), "receive");
     EXPECT_GT(params["listener-id"].asInt(), 0);
 }
 
 TEST_F(CNotifyTest, AnEventWithoutListenersAddsOnlySenderAndName) {
-    at("ui.one")->listenObject("ui.two", "update", "hear");
+    at("ui.one")->listenObject("ui.two", "update", "receive");
     EXPECT_EQ(send("update"), "");
     EXPECT_EQ(params.size(), 3u);
     EXPECT_EQ(params["sender"].asString(), "ui.sender");
     EXPECT_EQ(params["event-name"].asString(), "update");
     EXPECT_EQ(params["value"].asInt(), 7);
-    EXPECT_TRUE(CListening::heard.empty());
+    EXPECT_TRUE(CListening::received.empty());
     EXPECT_EQ(send("never-heard-of"), "");
     EXPECT_EQ(params.count("listener"), 0u);
 }
 
 TEST_F(CNotifyTest, ListenersHearInTheOrderOfRegistration) {
     for (const char* name : {"ui.three", "ui.one", "ui.two"}) {
-        at(name)->listenObject("ui.sender", "update", "hear-short");
+        at(name)->listenObject("ui.sender", "update", "receive-short");
     }
     EXPECT_EQ(send("update"), "");
-    EXPECT_EQ(CListening::heard, (std::vector<std::string>{"three short", "one short", "two short"}));
+    EXPECT_EQ(CListening::received, (std::vector<std::string>{"three short", "one short", "two short"}));
 }
 
 TEST_F(CNotifyTest, TheSameRegistrationTwiceCountsOnce) {
-    at("ui.one")->listenObject("ui.sender", "update", "hear-short");
-    at("ui.one")->listenObject("ui.sender", "update", "hear-short");
-    at("ui.one")->listenObject("ui.sender", "update", "hear");
+    at("ui.one")->listenObject("ui.sender", "update", "receive-short");
+    at("ui.one")->listenObject("ui.sender", "update", "receive-short");
+    at("ui.one")->listenObject("ui.sender", "update", "receive");
     EXPECT_EQ(send("update"), "");
-    EXPECT_EQ(CListening::heard.size(), 2u);
+    EXPECT_EQ(CListening::received.size(), 2u);
 }
 
 TEST_F(CNotifyTest, AnUnknownHandlerIsLoggedAndLeavesNoRegistration) {
@@ -147,48 +149,48 @@ TEST_F(CNotifyTest, AnUnknownHandlerIsLoggedAndLeavesNoRegistration) {
 }
 
 TEST_F(CNotifyTest, AListenerWithoutAThreadAnchorIsLeftOut) {
-    at("loose")->listenObject("ui.sender", "update", "hear");
+    at("loose")->listenObject("ui.sender", "update", "receive");
     EXPECT_EQ(send("update"), "");
     EXPECT_EQ(send("update", true), "");
-    EXPECT_TRUE(CListening::heard.empty());
+    EXPECT_TRUE(CListening::received.empty());
 }
 
 TEST_F(CNotifyTest, TheFirstFailureEndsTheWalk) {
-    at("ui.one")->listenObject("ui.sender", "update", "hear-short");
+    at("ui.one")->listenObject("ui.sender", "update", "receive-short");
     at("ui.two")->listenObject("ui.sender", "update", "fail");
-    at("ui.three")->listenObject("ui.sender", "update", "hear-short");
+    at("ui.three")->listenObject("ui.sender", "update", "receive-short");
     std::string error = send("update");
-    EXPECT_EQ(error.find("Cannot hear.\r\n"), 0u);
+    EXPECT_EQ(error.find("Cannot receive.\r\n"), 0u);
     EXPECT_NE(error.find(" ) // ui.sender\r\n"), std::string::npos) << error;
-    EXPECT_EQ(CListening::heard, (std::vector<std::string>{"one short"}));
+    EXPECT_EQ(CListening::received, (std::vector<std::string>{"one short"}));
 }
 
 TEST_F(CNotifyTest, ReleasedListenersHearNothing) {
-    at("ui.one")->listenObject("ui.sender", "update", "hear");
-    at("ui.two")->listenObject("ui.sender", "update", "hear");
+    at("ui.one")->listenObject("ui.sender", "update", "receive");
+    at("ui.two")->listenObject("ui.sender", "update", "receive");
     at("ui.one")->releaseListeners();
     delete at("ui.two");
     EXPECT_EQ(send("update"), "");
-    EXPECT_TRUE(CListening::heard.empty());
+    EXPECT_TRUE(CListening::received.empty());
 }
 
 TEST_F(CNotifyTest, AHandlerMayDestroyAListenerThatComesAfterIt) {
     CListening::victim = at("ui.two");
     at("ui.one")->listenObject("ui.sender", "update", "destroy-victim");
-    at("ui.two")->listenObject("ui.sender", "update", "hear");
-    at("ui.three")->listenObject("ui.sender", "update", "hear-short");
+    at("ui.two")->listenObject("ui.sender", "update", "receive");
+    at("ui.three")->listenObject("ui.sender", "update", "receive-short");
     EXPECT_EQ(send("update"), "");
-    EXPECT_EQ(CListening::heard, (std::vector<std::string>{"three short"}));
+    EXPECT_EQ(CListening::received, (std::vector<std::string>{"three short"}));
 }
 
 TEST_F(CNotifyTest, AHandlerMayDestroyTheSender) {
     CListening::victim = sender;
     at("ui.one")->listenObject("ui.sender", "update", "destroy-victim");
-    at("ui.two")->listenObject("ui.sender", "update", "hear");
+    at("ui.two")->listenObject("ui.sender", "update", "receive");
     at("ui.three")->listenObject("ui.sender", "update", "fail");
     const std::string error = send("update");
     EXPECT_EQ(at("ui.sender"), nullptr);
-    EXPECT_EQ(CListening::heard, (std::vector<std::string>{"two: ui.sender update ui.two hear 7"}));
+    EXPECT_EQ(CListening::received, (std::vector<std::string>{"two: ui.sender update ui.two receive 7"}));
     EXPECT_NE(error.find("Sources/Core/CObject( "), std::string::npos);
     EXPECT_NE(error.find(" ) // ui.sender\r\n"), std::string::npos) << error;
 }
@@ -196,21 +198,21 @@ TEST_F(CNotifyTest, AHandlerMayDestroyTheSender) {
 TEST_F(CNotifyTest, AHandlerMayDestroyTheWholeTree) {
     CListening::victim = root.release();
     at(*CListening::victim, "ui.one").listenObject("ui.sender", "update", "destroy-victim");
-    at(*CListening::victim, "ui.two").listenObject("ui.sender", "update", "hear");
+    at(*CListening::victim, "ui.two").listenObject("ui.sender", "update", "receive");
     EXPECT_EQ(send("update"), "");
     EXPECT_EQ(CListening::victim, nullptr);
-    EXPECT_TRUE(CListening::heard.empty());
+    EXPECT_TRUE(CListening::received.empty());
 }
 
 TEST_F(CNotifyTest, TheTreeMayGoWithinAnEventWithinAnEvent) {
     CListening::victim = root.release();
     at(*CListening::victim, "ui.one").listenObject("ui.sender", "outer", "send-inner");
-    at(*CListening::victim, "ui.two").listenObject("ui.sender", "outer", "hear");
+    at(*CListening::victim, "ui.two").listenObject("ui.sender", "outer", "receive");
     at(*CListening::victim, "ui.two").listenObject("ui.one", "inner", "destroy-victim");
-    at(*CListening::victim, "ui.three").listenObject("ui.one", "inner", "hear");
+    at(*CListening::victim, "ui.three").listenObject("ui.one", "inner", "receive");
     EXPECT_EQ(send("outer"), "");
     EXPECT_EQ(CListening::victim, nullptr);
-    EXPECT_TRUE(CListening::heard.empty());
+    EXPECT_TRUE(CListening::received.empty());
 }
 
 TEST_F(CNotifyTest, APostedHandlerMayDestroyTheWholeTreeAndFail) {
@@ -220,7 +222,7 @@ TEST_F(CNotifyTest, APostedHandlerMayDestroyTheWholeTreeAndFail) {
     CLogCapture log;
     pumpEvents();
     EXPECT_EQ(CListening::victim, nullptr);
-    EXPECT_EQ(log.lines.at(0).find("Cannot hear."), 0u) << log.lines.at(0);
+    EXPECT_EQ(log.lines.at(0).find("Cannot receive."), 0u) << log.lines.at(0);
 }
 
 TEST_F(CNotifyTest, AHandlerMayDestroyAServerThatStandsAlone) {
@@ -228,25 +230,25 @@ TEST_F(CNotifyTest, AHandlerMayDestroyAServerThatStandsAlone) {
     CAttributeMap own;
     CListening::onHear = [&] { server.reset(); };
     ASSERT_TRUE(server->listenObject(*at("ui.one"), "anybody", "update", "call"));
-    ASSERT_TRUE(server->listenObject(*at("ui.two"), "anybody", "update", "hear"));
+    ASSERT_TRUE(server->listenObject(*at("ui.two"), "anybody", "update", "receive"));
     EXPECT_EQ(consumed(server->send("anybody", "update", own, false)), "");
     EXPECT_EQ(server, nullptr);
-    EXPECT_TRUE(CListening::heard.empty());
+    EXPECT_TRUE(CListening::received.empty());
 }
 
 TEST_F(CNotifyTest, AnEventFromAnotherThreadArrivesLaterOnTheAnchorsThread) {
-    at("ui.one")->listenObject("ui.sender", "update", "hear");
+    at("ui.one")->listenObject("ui.sender", "update", "receive");
     std::string error;
     std::thread([&] { error = send("update"); }).join();
     EXPECT_EQ(error, "");
-    EXPECT_TRUE(CListening::heard.empty());
+    EXPECT_TRUE(CListening::received.empty());
     EXPECT_EQ(pumpEvents(), 1);
-    EXPECT_EQ(CListening::heard, (std::vector<std::string>{"one: ui.sender update ui.one hear 7"}));
+    EXPECT_EQ(CListening::received, (std::vector<std::string>{"one: ui.sender update ui.one receive 7"}));
     EXPECT_EQ(CListening::threads, (std::vector<uint64_t>{currentThreadId()}));
 }
 
 TEST_F(CNotifyTest, ASynchronousEventFromAnotherThreadRunsThere) {
-    at("ui.one")->listenObject("ui.sender", "update", "hear");
+    at("ui.one")->listenObject("ui.sender", "update", "receive");
     uint64_t other = 0;
     std::thread([&] {
         other = currentThreadId();
@@ -257,19 +259,19 @@ TEST_F(CNotifyTest, ASynchronousEventFromAnotherThreadRunsThere) {
 }
 
 TEST_F(CNotifyTest, APostedEventWaitsOnItsOwnThreadToo) {
-    at("ui.one")->listenObject("ui.sender", "update", "hear");
-    at("loose")->listenObject("ui.sender", "update", "hear");
+    at("ui.one")->listenObject("ui.sender", "update", "receive");
+    at("loose")->listenObject("ui.sender", "update", "receive");
     params["value"] = CAttributeValue::fromInt(7);
     EXPECT_EQ(consumed(root->notifyServer()->sendPosted("ui.sender", "update", params)), "");
-    EXPECT_TRUE(CListening::heard.empty());
+    EXPECT_TRUE(CListening::received.empty());
     EXPECT_EQ(pumpEvents(), 1);
-    EXPECT_EQ(CListening::heard, (std::vector<std::string>{"one: ui.sender update ui.one hear 7"}));
+    EXPECT_EQ(CListening::received, (std::vector<std::string>{"one: ui.sender update ui.one receive 7"}));
     EXPECT_EQ(consumed(root->notifyServer()->sendPosted("ui.sender", "never-heard-of", params)), "");
 }
 
 TEST_F(CNotifyTest, PostsArriveInTheirOrderAndEachWithItsOwnParameters) {
-    at("ui.two")->listenObject("ui.sender", "update", "hear");
-    at("ui.one")->listenObject("ui.sender", "update", "hear");
+    at("ui.two")->listenObject("ui.sender", "update", "receive");
+    at("ui.one")->listenObject("ui.sender", "update", "receive");
     std::thread([&] {
         for (int value : {1, 2}) {
             CAttributeMap own;
@@ -278,28 +280,29 @@ TEST_F(CNotifyTest, PostsArriveInTheirOrderAndEachWithItsOwnParameters) {
         }
     }).join();
     pumpEvents();
-    EXPECT_EQ(CListening::heard,
-              (std::vector<std::string>{"two: ui.sender update ui.two hear 1", "one: ui.sender update ui.one hear 1",
-                                        "two: ui.sender update ui.two hear 2", "one: ui.sender update ui.one hear 2"}));
+    EXPECT_EQ(
+        CListening::received,
+        (std::vector<std::string>{"two: ui.sender update ui.two receive 1", "one: ui.sender update ui.one receive 1",
+                                  "two: ui.sender update ui.two receive 2", "one: ui.sender update ui.one receive 2"}));
 }
 
 TEST_F(CNotifyTest, APostToAnObjectThatDiesMeanwhileIsDropped) {
-    at("ui.one")->listenObject("ui.sender", "update", "hear");
+    at("ui.one")->listenObject("ui.sender", "update", "receive");
     std::thread([&] { EXPECT_EQ(send("update"), ""); }).join();
     delete at("ui.one");
     CObject* successor = nullptr;
     ASSERT_EQ(consumed(at("ui")->createChild(successor, "test:listening", "one", false)), "");
-    successor->listenObject("ui.sender", "update", "hear");
+    successor->listenObject("ui.sender", "update", "receive");
     EXPECT_EQ(pumpEvents(), 1);
-    EXPECT_TRUE(CListening::heard.empty()) << "not even one of the same name";
+    EXPECT_TRUE(CListening::received.empty()) << "not even one of the same name";
 }
 
 TEST_F(CNotifyTest, AnAnchorThatDiesTakesItsPostsAlong) {
-    at("ui.one")->listenObject("ui.sender", "update", "hear");
+    at("ui.one")->listenObject("ui.sender", "update", "receive");
     std::thread([&] { EXPECT_EQ(send("update"), ""); }).join();
     delete at("ui");
     EXPECT_EQ(pumpEvents(), 0);
-    EXPECT_TRUE(CListening::heard.empty());
+    EXPECT_TRUE(CListening::received.empty());
 }
 
 TEST_F(CNotifyTest, AFailureOfAPostedEventIsLogged) {
@@ -307,7 +310,7 @@ TEST_F(CNotifyTest, AFailureOfAPostedEventIsLogged) {
     std::thread([&] { EXPECT_EQ(send("update"), ""); }).join();
     CLogCapture log;
     EXPECT_EQ(pumpEvents(), 1);
-    EXPECT_TRUE(log.has("Cannot hear."));
+    EXPECT_TRUE(log.has("Cannot receive."));
 }
 
 TEST_F(CNotifyTest, APostToAWindowThatIsGoneFails) {
@@ -333,9 +336,9 @@ TEST_F(CNotifyTest, ServersHaveDifferentIds) {
 
 TEST_F(CNotifyTest, TreesDoNotHearEachOther) {
     auto second = application.makeRoot({{"ui:ui-event-bridge", "ui", {}, {{"test:listening", "one"}}}});
-    second->findObject("ui.one")->listenObject("ui.sender", "update", "hear");
+    second->findObject("ui.one")->listenObject("ui.sender", "update", "receive");
     EXPECT_EQ(send("update"), "");
-    EXPECT_TRUE(CListening::heard.empty());
+    EXPECT_TRUE(CListening::received.empty());
 }
 
 TEST_F(CNotifyTest, SendersOfManyThreadsMeetListenersThatComeAndGo) {
@@ -351,7 +354,7 @@ TEST_F(CNotifyTest, SendersOfManyThreadsMeetListenersThatComeAndGo) {
     for (int round = 0; round < 200; ++round) {
         CObject* guest = nullptr;
         ASSERT_EQ(consumed(at("ui")->createChild(guest, "test:listening", "guest", false)), "");
-        guest->listenObject("ui.sender", "update", "hear");
+        guest->listenObject("ui.sender", "update", "receive");
         pumpEvents();
         delete guest;
     }

@@ -36,7 +36,7 @@ TEST_F(SharedAttribute, WritesEachChangeAtOnce) {
         change(*editor, value);
         EXPECT_EQ(CGlobalData().readText("tablet", "none").toUtf8(), value);
     }
-    EXPECT_EQ(pumpEvents(), 0) << "the one that writes is not told";
+    EXPECT_EQ(pumpEvents(), 0) << "the one that writes is not notified";
     EXPECT_TRUE(listener(*editor).values.empty());
 }
 
@@ -156,7 +156,7 @@ TEST_F(SharedAttribute, ALaterInstanceBeginsWithTheChangedValue) {
     EXPECT_EQ(valueOf(*makeEditor()), "true") << "in another session, too";
 }
 
-TEST_F(SharedAttribute, WithoutAThreadAnchorHearsNothing) {
+TEST_F(SharedAttribute, WithoutAThreadAnchorReceivesNothing) {
     auto root = application.makeRoot({{"core:object", "ui", {}, {shared("tablet")}}});
     CGlobalData::instance().writeText("tablet", "true");
     EXPECT_EQ(pumpEvents(), 0);

@@ -13,14 +13,14 @@
 
 namespace tarv {
 
-/// Notes each `update` that it hears: the value that stands then, and the thread.
+/// Records each `update` that it receives: the value at that time, and the thread.
 class CUpdateListener : public CObject {
 public:
     static CError* initClass(CClassDescriptor& descriptor) {
-        descriptor.addHandler<&CUpdateListener::hear>("hear");
+        descriptor.addHandler<&CUpdateListener::receive>("receive");
         return nullptr;
     }
-    CError* hear(CAttributeMap& params) {
+    CError* receive(CAttributeMap& params) {
         values.push_back(root()->findObject(params["sender"].asString())->getAttrString("tablet-mode").toUtf8());
         threads.push_back(currentThreadId());
         if (onUpdate) {
@@ -68,7 +68,7 @@ protected:
                                            {shared("tablet", std::move(more)),
                                             {"core:object", "follower", {{"value", "{*/ui.tablet tablet-mode}"}}},
                                             {"test:listener", "listener"}}}});
-        root->findObject("ui.listener")->listenObject("ui.tablet", "update", "hear");
+        root->findObject("ui.listener")->listenObject("ui.tablet", "update", "receive");
         return root;
     }
     static std::string valueOf(const CObject& root) {

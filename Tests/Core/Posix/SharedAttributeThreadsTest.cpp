@@ -28,7 +28,7 @@ TEST_F(SharedAttributeThreads, NoStoreIsLockedWhileAnUpdateIsHeard) {
     EXPECT_EQ(listener(*second).values, (std::vector<std::string>{"true"}));
 }
 
-TEST_F(SharedAttributeThreads, AnObjectThatDiesMeanwhileIsNotTold) {
+TEST_F(SharedAttributeThreads, AnObjectThatDiesMeanwhileIsNotNotified) {
     auto first = makeEditor(), second = makeEditor();
     change(*first, "true");
     delete second->findObject("ui.tablet");

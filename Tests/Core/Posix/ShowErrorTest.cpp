@@ -6,7 +6,7 @@
 namespace tarv {
 namespace {
 
-TEST(ShowError, ShowingNothingTellsThatThereAreNoDetails) {
+TEST(ShowError, ShowingNothingSaysThatThereAreNoDetails) {
     CError* none = nullptr;
     testing::internal::CaptureStderr();
     showError(none);
@@ -16,7 +16,7 @@ TEST(ShowError, ShowingNothingTellsThatThereAreNoDetails) {
     EXPECT_NE(shown.find("<no details>"), std::string::npos);
 }
 
-TEST(ShowError, ShowingLogsTellsAndConsumes) {
+TEST(ShowError, ShowingLogsShowsAndConsumes) {
     CGatheredLog log;
     CError* error = addErrorLocation(nullptr, "Sources/Core/A.cpp", 1, "", "@id Broken.");
     testing::internal::CaptureStderr();

@@ -76,7 +76,7 @@ constexpr const char* kPresetText =
     "  gain  a\n      0: 0.5 0.10000000000000001\n      1:\n"
     "  name  n\n      0: \"\\x0a\"\n";
 
-TEST(BlockText, APresetIsToldWithAllDigitsAndEscapedTexts) {
+TEST(BlockText, APresetIsWrittenWithAllDigitsAndEscapedTexts) {
     CBlock block;
     EXPECT_EQ(textOf(addPreset(block).packed(kPresetBlockId)), kPresetText);
 }
@@ -86,7 +86,7 @@ TEST(BlockText, AHostsPrefixIsPassedOver) {
     EXPECT_EQ(textOf(addPreset(block).packed(kPresetBlockId, "sixteen bytes...")), kPresetText);
 }
 
-TEST(BlockText, BanksAndListsTellTheirPresets) {
+TEST(BlockText, BanksAndListsShowTheirPresets) {
     CBlock bank;
     EXPECT_EQ(textOf(addPreset(bank.text("Bank").word(1)).packed(kBankBlockId)),
               std::string("bank \"Bank\" of 1\n") + kPresetText);
@@ -100,14 +100,14 @@ TEST(BlockText, ASettingIsItsText) {
     EXPECT_EQ(textOf(block.text("0.7").packed(blockId("dstr"))), "setting \"0.7\"\n");
 }
 
-TEST(BlockText, ARecordOfAnotherVersionIsNamedAndTheRestTold) {
+TEST(BlockText, ARecordOfAnotherVersionIsNamedAndTheRestWritten) {
     CBlock block;
     block.text("TAEQ:x").word(1).text("k").word(20).text("").word(2).word(1).word(0).word(0);
     EXPECT_EQ(textOf(block.packed(kPresetBlockId)),
               "preset \"TAEQ:x\"\n  k  20 bytes: Unknown record (version 2, element size 1, data type 0).\n");
 }
 
-TEST(BlockText, WhatIsDamagedIsNotTold) {
+TEST(BlockText, WhatIsDamagedIsNotWritten) {
     CBlock cut;
     cut.text("TAEQ:x").word(3);
     EXPECT_EQ(textOf(cut.packed(kPresetBlockId)).substr(0, 8), "failed: ");

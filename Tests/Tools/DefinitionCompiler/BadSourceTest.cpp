@@ -88,7 +88,7 @@ const CBadSource kBadSources[] = {
      "a.xml:1:24: error: attribute 'b' is given twice"},
 };
 
-TEST(BadSources, AreToldWithFileLineColumnAndFault) {
+TEST(BadSources, FailWithFileLineColumnAndFault) {
     for (const CBadSource& bad : kBadSources) {
         CSourceFolder folder;
         folder.add("a.xml", bad.text);
@@ -109,7 +109,7 @@ TEST(BadSources, NestedBeyondAllReasonAreRefused) {
     EXPECT_NE(faultOf(folder, "a.xml").find("the elements are nested too deeply"), std::string::npos);
 }
 
-TEST(BadSources, TemplatesThatNestBeyondWhatTheProgramLoadsAreToldWhereTheyDo) {
+TEST(BadSources, TemplatesThatNestBeyondWhatTheProgramLoadsFailAtTheirPlace) {
     const auto nested = [](int count, const std::string& inner) {
         std::string text = inner;
         for (int i = 0; i < count; ++i) {
@@ -126,7 +126,7 @@ TEST(BadSources, TemplatesThatNestBeyondWhatTheProgramLoadsAreToldWhereTheyDo) {
     EXPECT_EQ(faultOf(folder, "a.xml"), "a.xml:1:330: error: the elements are nested too deeply");
 }
 
-TEST(BadSources, AFileThatIsNotThereIsTold) {
+TEST(BadSources, AFileThatIsNotThereFails) {
     CSourceFolder folder;
     EXPECT_EQ(faultOf(folder, "b.xml"), "b.xml: error: the file can't be opened");
 }
@@ -147,7 +147,7 @@ TEST(Includes, KeepThePlacesOfErrorsRight) {
     EXPECT_EQ(faultOf(folder, "a.xml"), "sub/b.xml:3:6: error: the name 'x.y' holds '.', which has a meaning in paths");
 }
 
-TEST(Includes, InACircleAreToldWhereTheCircleCloses) {
+TEST(Includes, InACircleFailWhereTheCircleCloses) {
     CSourceFolder folder;
     folder.add("a.xml", definitions("<include file='b.xml'/>"));
     folder.add("b.xml", definitions("<include file='a.xml'/>"));

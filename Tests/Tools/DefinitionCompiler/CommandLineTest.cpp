@@ -46,7 +46,7 @@ TEST(DefinitionCompilerProgram, WritesWhatTheOutputDependsOn) {
     EXPECT_EQ(folder.read("deps"), "result: a.xml b.xml\n");
 }
 
-TEST(DefinitionCompilerProgram, TellsItsUseWhenCalledWrongly) {
+TEST(DefinitionCompilerProgram, PrintsItsUseWhenCalledWrongly) {
     CSourceFolder folder;
     for (const char* arguments : {"", "a.xml", "a b c", "--dump", "--dump a b", "--unknown", "a b --depfile"}) {
         EXPECT_EQ(run(folder, arguments), 2) << arguments;

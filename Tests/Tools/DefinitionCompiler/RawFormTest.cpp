@@ -10,7 +10,7 @@ namespace tarv {
 
 namespace {
 
-/// The block in the file, told raw and compiled again.
+/// The block in the file, written raw and compiled again.
 std::string packedAgain(const CSourceFolder& folder, const std::string& block) {
     std::string raw;
     const auto failure = dumpDefinitions(folder.add("block", block), raw);
@@ -118,7 +118,7 @@ constexpr CBadRaw kBadRaws[] = {
      "a.xml:1:6: error: a template needs exactly one node"},
 };
 
-TEST(RawForm, WithAFaultIsToldWithItsPlace) {
+TEST(RawForm, WithAFaultFailsWithItsPlace) {
     for (const CBadRaw& bad : kBadRaws) {
         CSourceFolder folder;
         folder.add("a.xml", bad.text);

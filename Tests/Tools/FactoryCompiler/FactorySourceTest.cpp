@@ -45,7 +45,7 @@ const CBadFactory kBadFactories[] = {
      "a.xml:1:50: error: the key 'k' is given twice"},
 };
 
-TEST(FactorySource, WithAFaultIsToldWithItsPlace) {
+TEST(FactorySource, WithAFaultFailsWithItsPlace) {
     for (const CBadFactory& bad : kBadFactories) {
         EXPECT_EQ(faultIn(bad.text), bad.message);
     }

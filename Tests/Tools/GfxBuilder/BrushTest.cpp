@@ -72,7 +72,7 @@ constexpr CBadBrush kBadBrushes[] = {
     {"widths = 65\n", "a.brush:1:1: error: a width is a number from 0 to 64 above the one in front of it, not '65'"},
 };
 
-TEST(Brush, WithAFaultIsToldWithItsPlace) {
+TEST(Brush, WithAFaultFailsWithItsPlace) {
     const CTestFolder folder;
     for (const CBadBrush& bad : kBadBrushes) {
         std::vector<double> widths;

@@ -164,7 +164,7 @@ constexpr CBadFont kBadFonts[] = {
      "a.font: error: the face 'Inter' 'Wide' isn't installed"},
 };
 
-TEST(Font, WithAFaultIsToldWithItsPlace) {
+TEST(Font, WithAFaultFailsWithItsPlace) {
     const CTestFolder folder;
     for (const CBadFont& bad : kBadFonts) {
         CFontSource source;

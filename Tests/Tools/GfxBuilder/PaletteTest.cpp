@@ -296,7 +296,7 @@ constexpr CBadRules kBadRules[] = {
     {"frames 32 50% A\n", "rules.txt:1:1: error: 'A' is no colour without frames above this line"},
 };
 
-TEST(PaletteRules, WithAFaultAreToldWithTheirPlace) {
+TEST(PaletteRules, WithAFaultFailWithTheirPlace) {
     const CTestFolder folder;
     const std::string path = folder.file("Own.palette", "coat = 102030\n");
     for (const CBadRules& bad : kBadRules) {

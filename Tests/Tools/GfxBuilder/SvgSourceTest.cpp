@@ -74,7 +74,7 @@ const CBadDrawing kBadDrawings[] = {
      "own"},
 };
 
-TEST(SvgSource, WithAFaultIsToldWithFileShapeAndReason) {
+TEST(SvgSource, WithAFaultFailsWithFileShapeAndReason) {
     for (const CBadDrawing& bad : kBadDrawings) {
         EXPECT_EQ(svgFault(bad.content), bad.message) << bad.content;
     }

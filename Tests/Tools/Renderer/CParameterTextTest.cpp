@@ -56,7 +56,7 @@ TEST_P(CParameterTextTest, APlainNumberIsThePositionItself) {
     EXPECT_EQ(value, 0.3f);
 }
 
-TEST_P(CParameterTextTest, WhatTheParameterCannotBeIsToldAndNothingIsSet) {
+TEST_P(CParameterTextTest, WhatTheParameterCannotBeFailsAndNothingIsSet) {
     CParameterText texts(host);
     const struct {
         int32_t index;

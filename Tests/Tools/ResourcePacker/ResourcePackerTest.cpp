@@ -45,7 +45,7 @@ constexpr CBadTable kBadTables[] = {
      "1:44: error: the resource 'a' is given twice"},
 };
 
-TEST(ResourceTable, WithAFaultIsToldWithItsPlace) {
+TEST(ResourceTable, WithAFaultFailsWithItsPlace) {
     for (const CBadTable& bad : kBadTables) {
         CSourceFolder folder;
         folder.add("data", "abc");

@@ -11,7 +11,7 @@ namespace {
 
 constexpr uint64_t kHuge = 0xffffffff;
 
-/// Stamps in which each byte tells its place.
+/// Stamps in which each byte holds its place.
 CBytes tableOf(int32_t side) {
     CBytes table(static_cast<size_t>(side * side * 256));
     for (size_t i = 0; i < table.size(); ++i) {
@@ -107,7 +107,7 @@ TEST(DamagedBrushSet, IsAnErrorWhereverItIsCut) {
     expectStrictReading<CBrushSet>(goodBrushSet());
 }
 
-TEST(DamagedBrushSet, TellsWhatIsWrong) {
+TEST(DamagedBrushSet, NamesTheFault) {
     const auto noNumber = std::bit_cast<uint64_t>(std::nan(""));
     const auto negative = std::bit_cast<uint64_t>(-1.0);
     expectDamages<CBrushSet>(goodBrushSet(), {

@@ -75,7 +75,7 @@ TEST(DamagedFont, IsAnErrorWhereverItIsCut) {
     expectStrictReading<CFont>(goodFont());
 }
 
-TEST(DamagedFont, TellsWhatIsWrong) {
+TEST(DamagedFont, NamesTheFault) {
     expectDamages<CFont>(goodFont(), {
                                          {"version", 2, 4, "Unsupported data set version 2 (before byte 8)."},
                                          {"inner version", 2, 4, "Unsupported data set version 2 (before byte 12)."},

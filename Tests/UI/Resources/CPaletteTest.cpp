@@ -71,7 +71,7 @@ TEST(Palette, FindsColorsByTheirWholeName) {
     EXPECT_EQ(palette.findColor("Text")->full(), rampOf(0)[255]);
 }
 
-TEST(Palette, TellsTheFramesOfAColorAndZeroForOthers) {
+TEST(Palette, CountsTheFramesOfAColorAndZeroForOthers) {
     CPalette palette;
     fill(palette);
     EXPECT_EQ(palette.getFrameCount("Alarm"), 32u);
@@ -92,7 +92,7 @@ TEST(Palette, LooksUpBaseStateAndFrameAndFallsBackToTheBase) {
     EXPECT_EQ(nameFor(palette, "Alarm", "", 32 * 5 + 8), "Alarm|8") << "frames go round";
     EXPECT_EQ(nameFor(palette, "Alarm", "Active", 8), "Alarm_Active|8");
     EXPECT_EQ(nameFor(palette, "Alarm", "Hover", 8), "Alarm") << "the base alone, without a frame";
-    EXPECT_EQ(nameFor(palette, "Bypass", "", 3), "Bypass") << "frames are told of that are not there";
+    EXPECT_EQ(nameFor(palette, "Bypass", "", 3), "Bypass") << "the table lists frames that are not there";
     EXPECT_EQ(nameFor(palette, "Nothing", ""), "-");
     EXPECT_EQ(nameFor(palette, "Nothing", "Hover", 2), "-");
 }
@@ -141,7 +141,7 @@ TEST(DamagedPalette, IsAnErrorWhereverItIsCut) {
     expectStrictReading<CPalette>(goodPalette());
 }
 
-TEST(DamagedPalette, TellsWhatIsWrong) {
+TEST(DamagedPalette, NamesTheFault) {
     expectDamages<CPalette>(goodPalette(),
                             {
                                 {"version", 3, 4, "Unsupported data set version 3 (before byte 8)."},

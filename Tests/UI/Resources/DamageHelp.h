@@ -87,7 +87,7 @@ void expectStrictReading(const CFileBuilder& good) {
     }
 }
 
-/// Each failure tells where: the text of an error and all its location lines.
+/// Each failure names its place: the text of an error and all its location lines.
 template <class T>
 std::string wholeError(const CBytes& file) {
     T set;

@@ -123,7 +123,7 @@ inline CBytes randomPixels(int32_t width, int32_t height, int32_t bytesPerPixel,
     return pixels;
 }
 
-/// A picture of one layer at the three scales, its sizes told by the scale.
+/// A picture of one layer at the three scales, its sizes given by the scale.
 inline CImage* makeImage(int32_t bytesPerPixel, uint32_t seed, double advance = 0.0) {
     auto* layer = new CImageLayer(bytesPerPixel);
     for (const double scale : {0.8, 1.0, 1.25}) {

@@ -54,7 +54,7 @@ TEST(DamagedImageSet, IsAnErrorWhereverItIsCut) {
     expectStrictReading<CImageSet>(goodImageSet());
 }
 
-TEST(DamagedImageSet, TellsWhatIsWrongWithItsTables) {
+TEST(DamagedImageSet, NamesTheFaultInItsTables) {
     const double infinity = std::numeric_limits<double>::infinity();
     const double noNumber = std::numeric_limits<double>::quiet_NaN();
     expectDamages<CImageSet>(goodImageSet(),
@@ -89,7 +89,7 @@ TEST(DamagedImageSet, TellsWhatIsWrongWithItsTables) {
                              });
 }
 
-TEST(DamagedImageSet, TellsWhatIsWrongWithThePlaceOfAPicture) {
+TEST(DamagedImageSet, NamesTheFaultInThePlaceOfAPicture) {
     const double infinity = std::numeric_limits<double>::infinity();
     expectDamages<CImageSet>(goodImageSet(),
                              {
@@ -115,7 +115,7 @@ TEST(DamagedImageSet, TellsWhatIsWrongWithThePlaceOfAPicture) {
                              });
 }
 
-TEST(DamagedImageSet, TellsWhatIsWrongWithARow) {
+TEST(DamagedImageSet, NamesTheFaultInARow) {
     const CFileBuilder good = goodImageSet();
     const std::string block = std::to_string(good.offsetOf("block"));
     const std::string firstRun = std::to_string(good.offsetOf("block") + kFirstRun);
@@ -148,7 +148,7 @@ TEST(DamagedImageSet, TellsWhatIsWrongWithARow) {
               });
 }
 
-TEST(DamagedImageSet, TellsOfRunsThatEndBehindTheirBlock) {
+TEST(DamagedImageSet, NamesRunsThatEndBehindTheirBlock) {
     struct CCase {
         CBytes rows;
         uint32_t width;
@@ -190,7 +190,7 @@ TEST(DamagedImageSet, CanNotMakeItsRowsBeReadOverAndOver) {
               std::string::npos);
 }
 
-TEST(DamagedImageSet, TellsThePlaceInTheStreamAndInTheReader) {
+TEST(DamagedImageSet, NamesThePlaceInTheStreamAndInTheReader) {
     CBytes cut = goodImageSet().file();
     cut.resize(60);
     const std::string error = wholeError<CImageSet>(cut);
