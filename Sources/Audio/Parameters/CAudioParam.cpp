@@ -7,14 +7,6 @@
 
 namespace tarv {
 
-bool CAudioParamConsumer::wants(const CAudioParamChange& change) const {
-    const bool isForGroup =
-        change.group == CAudioParamData::kAllGroups || change.group == group || group == -1 || group == -2;
-    const bool isForElement =
-        change.resize != 0 || element == -1 || (element >= change.first && element < change.first + change.count);
-    return isForGroup && isForElement;
-}
-
 CAudioParam::CAudioParam(CAudioParamCollector& collector, const CString& fullName)
     : collector_(collector), fullName_(fullName) {}
 
@@ -38,44 +30,58 @@ const CByteBuffer& CAudioParam::storedRecord() const {
     return record_;
 }
 
-void CAudioParam::fillElement(CAudioParamChange& change, double value, int32_t index) const {
-    for (int32_t i = 0; i < info_.elementSize(); ++i) {
-        change.values[i] = i == index ? info_.clamp(i, value) : userData_.value(change.group, change.first, i);
+void CAudioParam::setValue(int32_t group, int32_t element, double value, int32_t index,
+                           const CAudioParamListener* origin) {
+    collector_.postValue(*this, group, element, value, index, origin);
+}
+
+void CAudioParam::setText(int32_t group, int32_t element, const CString& text, const CAudioParamListener* origin) {
+    collector_.postText(*this, group, element, text, origin);
+}
+
+void CAudioParam::setEngineValue(int32_t group, int32_t element, double value, int32_t index) {
+    collector_.postEngineValue(*this, group, element, value, index);
+}
+
+bool CAudioParam::bind(const CAudioParamInfo& info) {
+    CLockScope scope(lock_);
+    if (isDefined()) {
+        return false;
     }
+    info_ = info;
+    for (CAudioParamData* data : {&userData_, &engineData_}) {
+        data->reset(info);
+        data->reserve(info.isSingleGroup() ? 0 : CAudioParamData::kAllGroups, kReadyElements);
+        data->resetWithDefaults(info, 0);
+    }
+    defined_.store(true, std::memory_order_release);
+    return true;
 }
 
 bool CAudioParam::takesNumber(double value, int32_t index) const {
     return isDefined() && !info_.isString() && !std::isnan(value) && index >= 0 && index < info_.elementSize();
 }
 
-void CAudioParam::setValue(int32_t group, int32_t element, double value, int32_t index,
-                           const CAudioParamListener* origin) {
-    if (!takesNumber(value, index)) {
-        return;
+bool CAudioParam::applyUserChange(const CAudioParamChange& change) {
+    if (!isDefined() || !userData_.takes(change)) {
+        return false;
     }
-    {
-        // Held until the change is queued, so that the order of the changes is that of the user-side values.
-        CLockScope scope(lock_);
-        CAudioParamChange* change = collector_.createChange(*this, group, element, 1);
-        fillElement(*change, value, index);
-        collector_.postUnderLock(*this, change, 0.0);
+    userData_.apply(change);
+    isRecordCurrent_ = false;
+    engineSetsSeen_ = engineSets_.load(std::memory_order_acquire);
+    if (info_.isString()) {
+        engineData_.apply(change);
     }
-    notifyListeners(group, element, 1, origin);
+    return true;
 }
 
-void CAudioParam::setEngineValue(int32_t group, int32_t element, double value, int32_t index) {
-    if (!takesNumber(value, index)) {
-        return;
-    }
-    CAudioParamChange* change = collector_.createEngineChange(*this, group, element, 1);
-    for (int32_t i = 0; i < info_.elementSize(); ++i) {
-        change->values[i] = i == index ? info_.clamp(i, value) : engineData_.value(group, element, i);
-    }
-    if (group == 0 && element == 0 && index == 0) {
-        engineNumber_.store(change->values[0], std::memory_order_relaxed);
-        engineSets_.fetch_add(1, std::memory_order_release);
-    }
-    collector_.postChange(*this, change, false, -1.0);
+bool CAudioParam::takesEngineChange(const CAudioParamChange& change) const {
+    return isDefined() && !info_.isString() && engineData_.takes(change);
+}
+
+void CAudioParam::noteEngineNumber(double number) {
+    engineNumber_.store(number, std::memory_order_relaxed);
+    engineSets_.fetch_add(1, std::memory_order_release);
 }
 
 bool CAudioParam::takeEngineValue() {
@@ -90,32 +96,15 @@ bool CAudioParam::takeEngineValue() {
         return false;
     }
     CAudioParamChange change;
-    change.count = 1;
-    change.elementSize = info_.elementSize();
-    change.values.resize(change.elementSize);
-    fillElement(change, number, 0);
+    change.shape(*this, 0, 0, 1, false);
+    change.fillElement(info_, userData_, 0, number);
     userData_.apply(change);
     isRecordCurrent_ = false;
     return true;
 }
 
-void CAudioParam::setText(int32_t group, int32_t element, const CString& text, const CAudioParamListener* origin) {
-    if (!isDefined() || !info_.isString()) {
-        return;
-    }
-    {
-        CLockScope scope(lock_);
-        CAudioParamData pool;
-        CAudioParamChange* change = collector_.createChange(*this, group, element, 1);
-        change->values[0] = pool.addString(text);
-        change->sourcePool = &pool;
-        collector_.postUnderLock(*this, change, 0.0);
-    }
-    notifyListeners(group, element, 1, origin);
-}
-
 void CAudioParam::notifyAll() {
-    notifyListeners(CAudioParamData::kAllGroups, 0, CAudioParamData::kElementLimit, nullptr);
+    notify(CAudioParamData::kAllGroups, 0, CAudioParamData::kElementLimit);
 }
 
 void CAudioParam::addListener(CAudioParamListener& listener) {
@@ -131,7 +120,7 @@ void CAudioParam::removeListener(CAudioParamListener& listener) {
     }
 }
 
-void CAudioParam::notifyListeners(int32_t group, int32_t first, int32_t count, const CAudioParamListener* origin) {
+void CAudioParam::notify(int32_t group, int32_t first, int32_t count, const CAudioParamListener* origin) {
     // Room for every host parameter of one table: hosts automate from their audio thread, too.
     CArray<CAudioParamListener*, 31> listeners;
     {

@@ -1,45 +1,17 @@
 #pragma once
 
-#include "Audio/Parameters/CAudioParamChange.h"
 #include "Audio/Parameters/CAudioParamInfo.h"
+#include "Audio/Parameters/CAudioParamListener.h"
+#include "Audio/Parameters/CAudioParamRoute.h"
 #include "Core/CCheckedObject.h"
 
 namespace tarv {
 
 class CAudioParamCollector;
 
-/// A process's own copy of one parameter. A private parameter has no `param` and data from the definition; an unset
-/// slot has data that is not valid. Audio thread.
-struct CAudioParamSlot {
-    CAudioParam* param = nullptr;
-    CAudioParamData data;
-    uint8_t changed = 0;
-};
-
-/// Link between a parameter and a slot of a process.
-struct CAudioParamConsumer {
-    CAudioParamSlot* slot;
-    CAudioParamQueue* queue;
-    uint8_t* changedFlag;
-    int32_t group;    ///< -1 and -2: all
-    int32_t element;  ///< -1: all
-    CAudioParamConsumer* next;
-
-    /// Whether a change is meant for this consumer.
-    bool wants(const CAudioParamChange& change) const;
-};
-
-/// Hears of changes that were posted for a parameter, on the poster's thread and outside the parameter's lock.
-class CAudioParamListener {
-public:
-    virtual void onParamChanged(CAudioParam& param, int32_t group, int32_t first, int32_t count) = 0;
-
-protected:
-    ~CAudioParamListener() = default;
-};
-
-/// A run-time parameter, one for each full name, owned by the collector and living as long. It has a user-side value
-/// under its lock (hosts, editor, presets) and an engine-side value that only the audio side touches.
+/// A run-time parameter, one for each full name; the collector owns it and destroys it with itself. It holds a
+/// user-side value under its lock (hosts, editor, presets), the stored record of that value, and an engine-side value
+/// that only the audio side touches. Changes go through the collector, which applies them here.
 class CAudioParam : public CCheckedObject {
 public:
     /// Elements that a parameter's stores have room for from the start: enough for every channel and every band.
@@ -60,44 +32,58 @@ public:
     CString text(int32_t group, int32_t element) const;
     /// The user-side store; hold lock() while using it.
     const CAudioParamData& userData() const { return userData_; }
-    /// The user-side value as a stored record, made when it is asked for and kept until the value changes. Hold lock();
+    /// The user-side value as a stored record, made by the first call and kept until the value changes. Hold lock();
     /// only once defined.
     const CByteBuffer& storedRecord() const;
-    /// That record if it was asked for since the value changed last, otherwise null. Hold lock().
+    /// That record if storedRecord was called since the value changed last, otherwise null. Hold lock().
     const CByteBuffer* currentRecord() const { return isRecordCurrent_ ? &record_ : nullptr; }
     /// The engine-side store (audio side); it lags one round behind the processes' queues. Of a string parameter: hold
     /// lock().
     const CAudioParamData& engineData() const { return engineData_; }
 
-    /// User side: sets one number of one element, clamped to the range (a value that is not a number is ignored), and
-    /// posts the change. `origin` is the listener that is not told.
+    /// User side: sets one number of one element, clamped to the range, and posts the change. A value that is not a
+    /// number is ignored. `origin` is the one listener that is not notified. [any thread but the audio thread]
     void setValue(int32_t group, int32_t element, double value, int32_t index = 0,
                   const CAudioParamListener* origin = nullptr);
+    /// User side: sets a text and posts the change. Only of a string parameter. [any thread but the audio thread]
+    void setText(int32_t group, int32_t element, const CString& text, const CAudioParamListener* origin = nullptr);
     /// Audio side: sets one number as setValue does, straight to the processes, due at once; the user-side value stays
-    /// until takeEngineValue. No lock.
+    /// until takeEngineValue. No lock. [audio thread]
     void setEngineValue(int32_t group, int32_t element, double value, int32_t index = 0);
     /// User side: takes over what setEngineValue set since the last call as the first number of group 0, unless a user
-    /// has set a value behind it. True if the user-side value is another one now; nobody is notified and nothing
-    /// posted. Any thread but the audio thread.
+    /// set a value after it. Returns whether the user-side value changed; nobody is notified and nothing posted.
+    /// [any thread but the audio thread]
     bool takeEngineValue();
-    /// User side: sets a text and posts the change. Only of a string parameter.
-    void setText(int32_t group, int32_t element, const CString& text, const CAudioParamListener* origin = nullptr);
 
-    /// Tells the listeners that values of a group, or with CAudioParamData::kAllGroups of all, were set. Outside all
-    /// locks.
-    void notify(int32_t group, int32_t first, int32_t count) { notifyListeners(group, first, count, nullptr); }
-    /// Tells the listeners that values of every group may have changed. Outside all locks.
+    /// Notifies the listeners but `origin` that values of a group, or with CAudioParamData::kAllGroups of all, were
+    /// set. The caller holds no lock.
+    void notify(int32_t group, int32_t first, int32_t count, const CAudioParamListener* origin = nullptr);
+    /// Notifies the listeners that values of every group may have changed. The caller holds no lock.
     void notifyAll();
     void addListener(CAudioParamListener& listener);
     void removeListener(CAudioParamListener& listener);
 
-private:
-    friend class CAudioParamCollector;
+    // What the collector calls to define the parameter and to carry a posted change out. Nothing else calls these: a
+    // value that is set without a post would never reach the processes.
 
+    /// Takes the definition's information and sets both values to its defaults; false if a definition was bound before.
+    /// [while the graph is built, or audio thread]
+    bool bind(const CAudioParamInfo& info);
+    /// Whether number `index` of an element can be set to `value`.
     bool takesNumber(double value, int32_t index) const;
-    void fillElement(CAudioParamChange& change, double value, int32_t index) const;
-    void notifyListeners(int32_t group, int32_t first, int32_t count, const CAudioParamListener* origin);
+    /// Applies a change to the user-side value, and that of a text to the engine-side value, too, since no process
+    /// reads texts. False if its shape does not fit. Hold lock().
+    bool applyUserChange(const CAudioParamChange& change);
+    /// Whether applyEngineChange would apply the change. [audio thread]
+    bool takesEngineChange(const CAudioParamChange& change) const;
+    /// Applies a change of numbers to the engine-side value. [audio thread]
+    void applyEngineChange(const CAudioParamChange& change) { engineData_.apply(change); }
+    /// Keeps the first number of group 0 for takeEngineValue. [audio thread]
+    void noteEngineNumber(double number);
+    /// Where changes of this parameter go.
+    CAudioParamRoute& route() { return route_; }
 
+private:
     CAudioParamCollector& collector_;
     CString fullName_;
     mutable CLock lock_;
@@ -107,16 +93,12 @@ private:
     mutable CByteBuffer record_;
     mutable bool isRecordCurrent_ = false;
     CAudioParamData engineData_;
-    // The first number that the audio side set last, how often it did, and how much of that the user side knows (under
-    // the lock).
+    // The first number that the audio side set last, how often it set one, and the count that the user side has taken
+    // over (under the lock).
     std::atomic<double> engineNumber_{0.0};
     std::atomic<uint32_t> engineSets_{0};
     uint32_t engineSetsSeen_ = 0;
-    CAudioParamConsumer* consumers_ = nullptr;
-    std::atomic<int32_t> consumerCount_{0};
-    CAudioParamQueue queue_;
-    uint32_t generation_ = 0;
-    CAudioParam* nextTouched_ = nullptr;
+    CAudioParamRoute route_;
     CArray<CAudioParamListener*, 2> listeners_;
 };
 

@@ -2,47 +2,34 @@
 
 #include <algorithm>
 
+#include "Audio/Parameters/CAudioParam.h"
 #include "Audio/Parameters/CAudioParamChangePool.h"
 
 namespace tarv {
+
+void CAudioParamChange::shape(CAudioParam& target, int32_t targetGroup, int32_t firstElement, int32_t elementCount,
+                              bool isResizing) {
+    param = &target;
+    group = targetGroup;
+    first = firstElement;
+    count = std::clamp(elementCount, 0, CAudioParamData::kElementLimit);
+    resize = isResizing ? 1 : 0;
+    elementSize = target.info().elementSize();
+    isString = target.info().isString() ? 1 : 0;
+    values.resize(count * elementSize);
+}
+
+void CAudioParamChange::fillElement(const CAudioParamInfo& info, const CAudioParamData& present, int32_t index,
+                                    double value) {
+    for (int32_t i = 0; i < info.elementSize(); ++i) {
+        values[i] = i == index ? info.clamp(i, value) : present.value(group, first, i);
+    }
+}
 
 void CAudioParamChange::release() {
     if (references_.fetch_sub(1, std::memory_order_acq_rel) == 1) {
         pool_->giveBack(this);
     }
-}
-
-void CAudioParamChange::linkTo(CAudioParamQueue& queue, CAudioParamSlot* slot) {
-    CAudioParamQueueNode& node = nodes_[nodesUsed_++];
-    node.change = this;
-    node.slot = slot;
-    references_.fetch_add(1, std::memory_order_relaxed);
-    queue.append(node);
-}
-
-void CAudioParamQueue::append(CAudioParamQueueNode& node) {
-    node.next = nullptr;
-    if (tail_) {
-        tail_->next = &node;
-    } else {
-        head_ = &node;
-    }
-    tail_ = &node;
-}
-
-double CAudioParamQueue::nextTime(double otherwise) const {
-    if (!head_) {
-        return otherwise;
-    }
-    double time = head_->change->time;
-    for (const CAudioParamQueueNode* node = head_->next; node; node = node->next) {
-        time = std::min(time, node->change->time);
-    }
-    return time;
-}
-
-void CAudioParamQueue::clear() {
-    takeAll([](const CAudioParamChange&, CAudioParamSlot*) {});
 }
 
 }  // namespace tarv

@@ -8,18 +8,17 @@ namespace tarv {
 
 class CAudioParam;
 class CAudioParamChangePool;
-class CAudioParamQueue;
 struct CAudioParamSlot;
 
-/// A change's place in one list. Belongs to the change.
+/// A change's place in one queue. Belongs to the change.
 struct CAudioParamQueueNode {
     CAudioParamQueueNode* next = nullptr;
     CAudioParamChange* change = nullptr;
-    CAudioParamSlot* slot = nullptr;  ///< null in the parameter's own queue
+    CAudioParamSlot* slot = nullptr;  ///< null in the queue of a parameter's engine-side value
 };
 
-/// One change of one parameter. A pooled record: made by CAudioParamCollector::createChange, filled by the poster,
-/// taken over by postChange, read-only from then on, and back in the pool when the last list drops it.
+/// One change of one parameter. A pooled record: CAudioParamCollector::createChange makes it, the poster fills it,
+/// postChange takes it over. It is read-only from then on, and returns to its pool when the last queue drops it.
 struct CAudioParamChange : public CHeapObject {
     double time = 0.0;  ///< when it takes effect; -1.0 for an initial value
     CAudioParam* param = nullptr;
@@ -32,83 +31,38 @@ struct CAudioParamChange : public CHeapObject {
     CArray<double, 16> values;                    ///< count * elementSize numbers
     const CAudioParamData* sourcePool = nullptr;  ///< where ids of a string change are valid, until postChange returns
 
-    /// Drops one reference; the last one gives the record back. Any thread, never allocates, frees or waits.
+    /// Sets the target, the range and the parameter's shape, with room for `count` elements.
+    void shape(CAudioParam& target, int32_t targetGroup, int32_t firstElement, int32_t elementCount, bool isResizing);
+    /// Sets a change of one element: number `index` to `value`, brought into the range of `info`, the others to what
+    /// `present` holds there.
+    void fillElement(const CAudioParamInfo& info, const CAudioParamData& present, int32_t index, double value);
+
+    /// Makes room for `count` list nodes. Only before the first of them is used.
+    void prepareNodes(int32_t count) {
+        if (nodes_.count() < count) {
+            nodes_.resize(count);
+        }
+    }
+    /// The next unused list node, which must exist. Adds a reference.
+    CAudioParamQueueNode& takeNode() {
+        CAudioParamQueueNode& node = nodes_[nodesUsed_++];
+        node.change = this;
+        references_.fetch_add(1, std::memory_order_relaxed);
+        return node;
+    }
+    /// Drops one reference; the last one returns the record to its pool. Any thread, never allocates, frees or waits.
     void release();
 
 private:
     friend class CAudioParamChangePool;
     friend class CAudioParamChangeList;
-    friend class CAudioParamCollector;
-
-    /// Appends the change to a queue with the next of its nodes, which must be there, and one reference.
-    void linkTo(CAudioParamQueue& queue, CAudioParamSlot* slot);
 
     std::atomic<int32_t> references_{0};
     CAudioParamChangePool* pool_ = nullptr;
-    CAudioParamChange* next_ = nullptr;      ///< in the batch, the pool's list or the returned records
-    CAudioParamChange* previous_ = nullptr;  ///< in the batch
+    CAudioParamChange* next_ = nullptr;      ///< in a list, or in the pool's free or returned records
+    CAudioParamChange* previous_ = nullptr;  ///< in a list
     CArray<CAudioParamQueueNode, 8> nodes_;
     int32_t nodesUsed_ = 0;
 };
-
-/// The changes delivered to one process, in order, each with the slot that it is for. Audio thread (or the one that
-/// builds). Neither appending nor taking allocates, frees or waits.
-class CAudioParamQueue {
-public:
-    CAudioParamQueue() = default;
-    CAudioParamQueue(const CAudioParamQueue&) = delete;
-    CAudioParamQueue& operator=(const CAudioParamQueue&) = delete;
-    ~CAudioParamQueue() { clear(); }
-
-    bool isEmpty() const { return head_ == nullptr; }
-    void append(CAudioParamQueueNode& node);
-    /// Hands the entries with a time at or before `now` to `take(const CAudioParamChange&, CAudioParamSlot*)` in order
-    /// and drops them; later ones stay in their order. `take` must not touch this queue.
-    template <class Take>
-    void takeDue(double now, Take&& take);
-    /// Hands every entry over as takeDue does.
-    template <class Take>
-    void takeAll(Take&& take);
-    template <class Visit>
-    void forEach(Visit&& visit) const {
-        for (const CAudioParamQueueNode* node = head_; node; node = node->next) {
-            visit(static_cast<const CAudioParamChange&>(*node->change));
-        }
-    }
-    /// The earliest time of a waiting entry, or `otherwise`.
-    double nextTime(double otherwise) const;
-    /// Drops all entries.
-    void clear();
-
-private:
-    CAudioParamQueueNode* head_ = nullptr;
-    CAudioParamQueueNode* tail_ = nullptr;
-};
-
-template <class Take>
-void CAudioParamQueue::takeDue(double now, Take&& take) {
-    CAudioParamQueueNode** link = &head_;
-    tail_ = nullptr;
-    while (CAudioParamQueueNode* node = *link) {
-        if (node->change->time <= now) {
-            *link = node->next;
-            take(static_cast<const CAudioParamChange&>(*node->change), node->slot);
-            node->change->release();
-        } else {
-            tail_ = node;
-            link = &node->next;
-        }
-    }
-}
-
-template <class Take>
-void CAudioParamQueue::takeAll(Take&& take) {
-    while (CAudioParamQueueNode* node = head_) {
-        head_ = node->next;
-        take(static_cast<const CAudioParamChange&>(*node->change), node->slot);
-        node->change->release();
-    }
-    tail_ = nullptr;
-}
 
 }  // namespace tarv

@@ -4,27 +4,6 @@
 
 namespace tarv {
 
-/// Changes waiting for the next round, in order. The environment's lock guards it.
-class CAudioParamChangeList {
-public:
-    bool isEmpty() const { return head_ == nullptr; }
-    int32_t count() const { return count_; }
-    CAudioParamChange* last() const { return tail_; }
-    CAudioParamChange* previous(const CAudioParamChange& change) const;
-    void append(CAudioParamChange* change);
-    /// Puts `change` in the place of an entry, which leaves the list.
-    void replace(CAudioParamChange& entry, CAudioParamChange* change);
-    /// Takes the first entry out; null if there is none.
-    CAudioParamChange* takeFirst();
-    /// All entries, leaving none.
-    CAudioParamChangeList takeAll();
-
-private:
-    CAudioParamChange* head_ = nullptr;
-    CAudioParamChange* tail_ = nullptr;
-    int32_t count_ = 0;
-};
-
 /// Change records, in blocks of 16, 32, 64 ...; each is made once and used again. One thread at a time takes (its owner
 /// sees to that); any thread gives back, through a stack that it pushes to and that the taker empties in one exchange.
 class CAudioParamChangePool {

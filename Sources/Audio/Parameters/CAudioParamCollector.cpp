@@ -11,36 +11,23 @@ namespace {
 /// Records that are ready when the graph starts. Hosts post from their audio thread, too: every external parameter a
 /// block, while those of the two blocks before are still held.
 constexpr int32_t kPosterRecords = 112;
-constexpr int32_t kEngineRecords = 16;
 
 }  // namespace
 
-struct CAudioParamCollector::CConsumerBlock : public CHeapObject {
-    CConsumerBlock* next;
-    CAudioParamConsumer consumers[kConsumersPerBlock];
-};
-
 CAudioParamCollector::~CAudioParamCollector() {
-    CAudioParamChangeList batch = batch_.takeAll();
-    while (CAudioParamChange* change = batch.takeFirst()) {
-        change->release();
-    }
     for (const auto& entry : params_) {
         delete entry.second;
-    }
-    while (CConsumerBlock* block = consumerBlocks_) {
-        consumerBlocks_ = block->next;
-        delete block;
     }
 }
 
 CError* CAudioParamCollector::init() {
     TARV_TRY(CObject::init());
-    env_ = findObjectOf<CAudioEnv>(getAttrString("env"));
-    if (!env_) {
+    const auto* env = findObjectOf<CAudioEnv>(getAttrString("env"));
+    if (!env) {
         TARV_FAIL("@tarvstr_CAudioParamCollector_init_NoAudioEnv No audio environment object '%1' found.",
                   getAttrString("env"));
     }
+    batch_.setEnv(*env);
     return nullptr;
 }
 
@@ -69,191 +56,178 @@ bool CAudioParamCollector::hasParam(const CString& name) const {
 
 CAudioParam* CAudioParamCollector::define(const CString& name, const CAudioParamInfo& info) {
     CAudioParam* param = getParam(name);
-    CLockScope scope(param->lock_);
-    if (param->isDefined()) {
-        return param;
-    }
-    param->info_ = info;
-    for (CAudioParamData* data : {&param->userData_, &param->engineData_}) {
-        data->reset(info);
-        data->reserve(info.isSingleGroup() ? 0 : CAudioParamData::kAllGroups, CAudioParam::kReadyElements);
-        data->resetWithDefaults(info, 0);
-    }
-    param->defined_.store(true, std::memory_order_release);
-    for (CAudioParamConsumer* consumer = param->consumers_; consumer; consumer = consumer->next) {
-        prepareSlot(*param, *consumer);
+    CLockScope scope(param->lock());
+    if (param->bind(info)) {
+        delivery_.prepareConsumers(*param);
     }
     return param;
 }
 
-CAudioParamConsumer* CAudioParamCollector::takeConsumer() {
-    if (!freeConsumers_) {
-        auto* block = new CConsumerBlock;
-        block->next = consumerBlocks_;
-        consumerBlocks_ = block;
-        for (CAudioParamConsumer& consumer : block->consumers) {
-            consumer.next = freeConsumers_;
-            freeConsumers_ = &consumer;
-        }
-    }
-    CAudioParamConsumer* consumer = freeConsumers_;
-    freeConsumers_ = consumer->next;
-    return consumer;
-}
-
-void CAudioParamCollector::addConsumer(CAudioParam& param, CAudioParamSlot& slot, CAudioParamQueue& queue,
-                                       uint8_t& changedFlag, int32_t group, int32_t element) {
-    CAudioParamConsumer* consumer = takeConsumer();
-    *consumer = {&slot, &queue, &changedFlag, group, element, nullptr};
-    // Behind the others, so that processes hear of a change in the order in which they were built.
-    CAudioParamConsumer** end = &param.consumers_;
-    while (*end) {
-        end = &(*end)->next;
-    }
-    *end = consumer;
-    param.consumerCount_.fetch_add(1, std::memory_order_relaxed);
-    slot.param = &param;
-    if (param.isDefined()) {
-        prepareSlot(param, *consumer);
-    }
-}
-
-void CAudioParamCollector::prepareSlot(CAudioParam& param, CAudioParamConsumer& consumer) {
-    CAudioParamSlot& slot = *consumer.slot;
-    *consumer.changedFlag = 1;
-    if (param.info_.isString()) {
-        CLockScope scope(param.lock_);
-        slot.data = param.engineData_;
-        return;
-    }
-    if (param.info_.isSingleGroup()) {
-        consumer.group = -1;
-    }
-    slot.data.reset(param.info_);
-    const int32_t group = consumer.group < 0 ? CAudioParamData::kAllGroups : consumer.group;
-    slot.data.reserve(param.info_.isSingleGroup() ? 0 : group, CAudioParam::kReadyElements);
-    const int32_t first = std::max(consumer.group, 0);
-    const int32_t last = consumer.group < 0 ? param.engineData_.groupCount() : consumer.group + 1;
-    for (int32_t i = first; i < last; ++i) {
-        if (param.engineData_.elementCount(i) > 0) {
-            queueInitialGroup(param, consumer, i);
-        }
-    }
-    // The engine-side value lags behind: what waits for it is handed on as well.
-    param.queue_.forEach([&](const CAudioParamChange& change) {
-        if (consumer.wants(change)) {
-            queueCopy(param, consumer, change);
-        }
-    });
-}
-
-void CAudioParamCollector::queueInitialGroup(CAudioParam& param, CAudioParamConsumer& consumer, int32_t group) {
-    const int32_t elements = param.engineData_.elementCount(group);
-    CAudioParamChange* change = initialPool_.take(1);
-    shape(*change, param, group, 0, elements, true);
-    change->time = -1.0;
-    for (int32_t i = 0; i < change->values.count(); ++i) {
-        const int32_t size = param.info_.elementSize();
-        change->values[i] = param.engineData_.value(group, i / size, i % size);
-    }
-    hand(*change, consumer);
-    change->release();
-}
-
-void CAudioParamCollector::queueCopy(CAudioParam& param, CAudioParamConsumer& consumer,
-                                     const CAudioParamChange& source) {
-    CAudioParamChange* change = initialPool_.take(1);
-    shape(*change, param, source.group, source.first, source.count, source.resize != 0);
-    change->time = source.time;
-    change->values = source.values;
-    hand(*change, consumer);
-    change->release();
-}
-
 void CAudioParamCollector::removeConsumers(CAudioParamQueue& queue) {
     queue.clear();
-    forEachParam([&](CAudioParam& param) {
-        CAudioParamConsumer** link = &param.consumers_;
-        while (CAudioParamConsumer* consumer = *link) {
-            if (consumer->queue != &queue) {
-                link = &consumer->next;
-                continue;
-            }
-            *link = consumer->next;
-            consumer->next = freeConsumers_;
-            freeConsumers_ = consumer;
-            param.consumerCount_.fetch_sub(1, std::memory_order_relaxed);
-        }
-    });
+    forEachParam([&](CAudioParam& param) { delivery_.removeConsumers(param, queue); });
 }
 
 void CAudioParamCollector::detachConsumers() {
-    forEachParam([&](CAudioParam& param) {
-        while (CAudioParamConsumer* consumer = param.consumers_) {
-            consumer->queue->clear();
-            param.consumers_ = consumer->next;
-            consumer->next = freeConsumers_;
-            freeConsumers_ = consumer;
-        }
-        param.consumerCount_.store(0, std::memory_order_relaxed);
-    });
+    forEachParam([&](CAudioParam& param) { delivery_.detachConsumers(param); });
 }
 
-void CAudioParamCollector::applyTouched() {
-    while (CAudioParam* param = touched_) {
-        touched_ = param->nextTouched_;
-        param->nextTouched_ = nullptr;
-        applyQueued(*param);
+CAudioParamChange* CAudioParamCollector::createChange(CAudioParam& param, int32_t group, int32_t first, int32_t count,
+                                                      bool resize) {
+    CAudioParamChange* change = nullptr;
+    {
+        CLockScope scope(poolLock_);
+        change = pool_.take(param.route().nodeCount());
     }
-    ++generation_;
+    change->shape(param, group, first, count, resize);
+    return change;
 }
 
-void CAudioParamCollector::applyQueued(CAudioParam& param) {
-    param.queue_.takeAll(
-        [&param](const CAudioParamChange& change, CAudioParamSlot*) { param.engineData_.apply(change); });
+void CAudioParamCollector::postChange(CAudioParam& param, CAudioParamChange* change, bool queued, double time,
+                                      const CAudioParamListener* origin) {
+    if (!queued) {
+        change->time = time;
+        if (param.takesEngineChange(*change)) {
+            delivery_.deliverAlone(*change);
+        }
+        change->release();
+        return;
+    }
+    // A merge changes the range that the record holds.
+    const int32_t group = change->group;
+    const int32_t first = change->first;
+    const int32_t count = change->count;
+    bool isApplied = false;
+    {
+        CLockScope scope(param.lock());
+        isApplied = post(param, change, time);
+    }
+    if (isApplied) {
+        param.notify(group, first, count, origin);
+    }
+}
+
+bool CAudioParamCollector::postWithoutNotifying(CAudioParam& param, CAudioParamChange* change) {
+    CLockScope scope(param.lock());
+    return post(param, change, 0.0);
+}
+
+void CAudioParamCollector::postValue(CAudioParam& param, int32_t group, int32_t element, double value, int32_t index,
+                                     const CAudioParamListener* origin) {
+    if (!param.takesNumber(value, index)) {
+        return;
+    }
+    {
+        CLockScope scope(param.lock());
+        CAudioParamChange* change = createChange(param, group, element, 1);
+        change->fillElement(param.info(), param.userData(), index, value);
+        post(param, change, 0.0);
+    }
+    param.notify(group, element, 1, origin);
+}
+
+void CAudioParamCollector::postText(CAudioParam& param, int32_t group, int32_t element, const CString& text,
+                                    const CAudioParamListener* origin) {
+    if (!param.isDefined() || !param.info().isString()) {
+        return;
+    }
+    CAudioParamData pool;
+    CAudioParamChange* change = createChange(param, group, element, 1);
+    change->values[0] = pool.addString(text);
+    change->sourcePool = &pool;
+    postWithoutNotifying(param, change);
+    param.notify(group, element, 1, origin);
+}
+
+void CAudioParamCollector::postEngineValue(CAudioParam& param, int32_t group, int32_t element, double value,
+                                           int32_t index) {
+    if (!param.takesNumber(value, index)) {
+        return;
+    }
+    CAudioParamChange* change = createEngineChange(param, group, element, 1);
+    change->fillElement(param.info(), param.engineData(), index, value);
+    if (group == 0 && element == 0 && index == 0) {
+        param.noteEngineNumber(change->values[0]);
+    }
+    postChange(param, change, false, -1.0);
+}
+
+bool CAudioParamCollector::assign(const CAssignment& assignment, CAudioParamData* before, CAudioParamData* after) {
+    CAudioParam& param = *assignment.param;
+    const CAudioParamData& data = assignment.data;
+    CLockScope scope(param.lock());
+    if (!param.isDefined() || !data.isValid() || data.elementSize() != param.info().elementSize() ||
+        data.isString() != param.info().isString()) {
+        return false;
+    }
+    const CAudioParamData& present = param.userData();
+    const bool isWhole = assignment.group < 0;
+    const int32_t first = isWhole ? 0 : assignment.group;
+    const int32_t wholeEnd = param.info().isSingleGroup() ? 1 : std::max(present.groupCount(), data.groupCount());
+    const int32_t end = isWhole ? wholeEnd : first + 1;
+    bool isChanged = false;
+    for (int32_t group = first; group < end; ++group) {
+        const int32_t source = isWhole ? group : 0;
+        if (present.isSameGroup(group, data, source)) {
+            continue;
+        }
+        if (!isChanged && before) {
+            *before = present;
+        }
+        const int32_t size = data.elementSize();
+        CAudioParamChange* change = createChange(param, group, 0, data.elementCount(source), true);
+        for (int32_t i = 0; i < change->values.count(); ++i) {
+            change->values[i] = data.storedNumber(source, i / size, i % size);
+        }
+        change->sourcePool = &data;
+        isChanged = post(param, change, 0.0) || isChanged;
+    }
+    if (isChanged && after) {
+        *after = present;
+    }
+    return isChanged;
+}
+
+// The caller holds the parameter's lock until the change is in the batch, so that the changes there have the order of
+// the user-side values.
+bool CAudioParamCollector::post(CAudioParam& param, CAudioParamChange* change, double time) {
+    if (!param.applyUserChange(*change)) {
+        change->release();
+        return false;
+    }
+    change->time = time;
+    if (param.info().isString()) {
+        change->release();  // no process reads texts: they never travel to the audio thread
+    } else {
+        enqueue(param, change);
+    }
+    return true;
+}
+
+void CAudioParamCollector::enqueue(CAudioParam& param, CAudioParamChange* change) {
+    if (batch_.add(change, param.userData())) {
+        return;
+    }
+    for (int32_t group = 0; group < param.userData().groupCount(); ++group) {
+        CAudioParamChange* part = createChange(param, group, change->first, change->count, change->resize != 0);
+        part->time = change->time;
+        part->values = change->values;
+        enqueue(param, part);
+    }
+    change->release();
 }
 
 void CAudioParamCollector::applyPendingChanges(double timeOffset) {
-    CAudioParamChangeList batch;
-    {
-        CLockScope scope(env_->lock());
-        batch = batch_.takeAll();
-    }
+    CAudioParamChangeList batch = batch_.takeAll();
     if (batch.isEmpty()) {
         return;
     }
-    applyTouched();
+    delivery_.beginRound();
     while (CAudioParamChange* change = batch.takeFirst()) {
         change->time += timeOffset;
-        deliver(*change);
+        delivery_.deliver(*change);
         change->release();
     }
-}
-
-void CAudioParamCollector::deliver(CAudioParamChange& change) {
-    CAudioParam& param = *change.param;
-    // Fewer only if the graph grew since the change was made.
-    const int32_t needed = param.consumerCount_.load(std::memory_order_relaxed) + 1;
-    if (change.nodes_.count() < needed) {
-        change.nodes_.resize(needed);
-    }
-    if (param.generation_ != generation_) {
-        param.generation_ = generation_;
-        param.nextTouched_ = touched_;
-        touched_ = &param;
-    }
-    change.linkTo(param.queue_, nullptr);
-    for (CAudioParamConsumer* consumer = param.consumers_; consumer; consumer = consumer->next) {
-        if (consumer->wants(change)) {
-            hand(change, *consumer);
-        }
-    }
-}
-
-void CAudioParamCollector::hand(CAudioParamChange& change, CAudioParamConsumer& consumer) {
-    change.linkTo(*consumer.queue, consumer.slot);
-    *consumer.changedFlag = 1;
-    ++deliveries_;
 }
 
 void CAudioParamCollector::closeCollection() {
@@ -262,18 +236,18 @@ void CAudioParamCollector::closeCollection() {
         return;
     }
     closed_ = true;
-    int32_t consumers = 0;
+    int32_t nodes = 1;
     for (const auto& entry : params_) {
         offerParam(*entry.second);
-        consumers = std::max(consumers, entry.second->consumerCount_.load(std::memory_order_relaxed));
+        nodes = std::max(nodes, entry.second->route().nodeCount());
     }
-    enginePool_.prepare(kEngineRecords, consumers + 1);
+    delivery_.prepareRecords(nodes);
     CLockScope poolScope(poolLock_);
-    pool_.prepare(kPosterRecords, consumers + 1);
+    pool_.prepare(kPosterRecords, nodes);
 }
 
 void CAudioParamCollector::offerParam(CAudioParam& param) {
-    const CString& assigned = param.info_.registry();
+    const CString& assigned = param.info().registry();
     if (CAudioParamReceiver* registry = assigned.isEmpty() ? nullptr : getRegistry(assigned)) {
         registry->takeParam(param.fullName(), param);
         return;
