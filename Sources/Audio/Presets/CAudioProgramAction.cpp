@@ -1,46 +1,54 @@
-// What an action does to the programs of the session bank, and takes back of it.
-
 #include "Audio/Presets/CAudioProgramAction.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "Audio/Presets/CAudioRegistryAction.h"
-
 namespace tarv {
 
-CAudioParamRegistry::CProgramAction::CProgramAction(CAudioParamRegistry& registry, bool withPersistent)
-    : registry_(registry), movedAt_(++registry.changeClock_) {
+CAudioProgramAction::CAudioProgramAction(CAudioSessionBank& session, bool withPersistent)
+    : session_(session), movedAt_(session.nextTime()) {
     request_.withPersistent = withPersistent;
 }
 
-void CAudioParamRegistry::CProgramAction::add(std::unique_ptr<CAudioPreset> program, uint64_t predecessor) {
+void CAudioProgramAction::add(std::unique_ptr<CAudioPreset> program, uint64_t predecessor) {
     const uint64_t id = program->identity().id;
     presences_.append({id, true, std::move(program), predecessor, 0});
 }
 
-void CAudioParamRegistry::CProgramAction::remove(uint64_t id) {
+void CAudioProgramAction::remove(uint64_t id) {
     presences_.append({id, false, nullptr, 0, 0});
 }
 
-void CAudioParamRegistry::CProgramAction::replace(uint64_t id, CAudioPreset& contents) {
+void CAudioProgramAction::replace(uint64_t id, CAudioPreset& contents) {
     auto other = std::make_unique<CAudioPreset>();
     other->take(contents);
     contents_.append({id, std::move(other)});
 }
 
-void CAudioParamRegistry::CProgramAction::rename(uint64_t id, const CString& before, const CString& after) {
+void CAudioProgramAction::replaceAll(CAudioPresetBank& loaded) {
+    select(session_.slot().identity().id, loaded.preset(loaded.selectedIndex()).identity().id);
+    for (int32_t i = 0; i < bank().count(); ++i) {
+        remove(bank().preset(i).identity().id);
+    }
+    for (uint64_t predecessor = 0; loaded.count() > 0;) {
+        const uint64_t id = loaded.preset(0).identity().id;
+        add(loaded.takeOut(0), predecessor);
+        predecessor = id;
+    }
+}
+
+void CAudioProgramAction::rename(uint64_t id, const CString& before, const CString& after) {
     names_.append({id, before, after});
 }
 
-void CAudioParamRegistry::CProgramAction::select(uint64_t before, uint64_t after) {
+void CAudioProgramAction::select(uint64_t before, uint64_t after) {
     selectedBefore_ = before;
     selectedAfter_ = after;
 }
 
-bool CAudioParamRegistry::CProgramAction::merge(CAudioUndoAction& later) {
-    auto* other = dynamic_cast<CProgramAction*>(&later);
-    const auto isName = [](const CProgramAction& action) {
+bool CAudioProgramAction::merge(CAudioUndoAction& later) {
+    auto* other = dynamic_cast<CAudioProgramAction*>(&later);
+    const auto isName = [](const CAudioProgramAction& action) {
         return action.names_.count() == 1 && action.presences_.isEmpty() && action.contents_.isEmpty() &&
                action.selectedAfter_ == 0;
     };
@@ -52,7 +60,7 @@ bool CAudioParamRegistry::CProgramAction::merge(CAudioUndoAction& later) {
     return true;
 }
 
-bool CAudioParamRegistry::CProgramAction::isIdle() const {
+bool CAudioProgramAction::isIdle() const {
     bool isIdle = presences_.isEmpty() && names_.isEmpty() && selectedAfter_ == 0;
     for (const CContents& contents : contents_) {
         const int32_t index = bank().indexOf(contents.id);
@@ -61,12 +69,12 @@ bool CAudioParamRegistry::CProgramAction::isIdle() const {
     return isIdle;
 }
 
-bool CAudioParamRegistry::CProgramAction::isOthersWork(const CAudioPreset& program) const {
-    return program.identity().changedAt[registry_.isAlternate_ ? 0 : 1] > movedAt_;
+bool CAudioProgramAction::isOthersWork(const CAudioPreset& program) const {
+    return session_.isOthersWork(program, movedAt_);
 }
 
 // The last program stays.
-CAudioParamRegistry::CProgramAction::CIds CAudioParamRegistry::CProgramAction::leaving(bool forth) const {
+CAudioProgramAction::CIds CAudioProgramAction::leaving(bool forth) const {
     CIds ids;
     for (const CPresence& presence : presences_) {
         const int32_t index = presence.isAdded == forth ? -1 : bank().indexOf(presence.id);
@@ -77,9 +85,9 @@ CAudioParamRegistry::CProgramAction::CIds CAudioParamRegistry::CProgramAction::l
     return ids;
 }
 
-bool CAudioParamRegistry::CProgramAction::canComeUp(int32_t index, CAssignments& assignments) const {
+bool CAudioProgramAction::canSelect(int32_t index, CAssignments& assignments) const {
     assignments.clear();
-    if (CError* error = registry_.decode(bank().preset(index), request_, assignments)) {
+    if (CError* error = session_.codec().decode(bank().preset(index), request_, assignments)) {
         TARV_CONSUME(error);
         assignments.clear();
         return false;
@@ -88,24 +96,24 @@ bool CAudioParamRegistry::CProgramAction::canComeUp(int32_t index, CAssignments&
 }
 
 // The program that is current afterwards: the one that was selected, else the present one, else its neighbour.
-int32_t CAudioParamRegistry::CProgramAction::programToBe(bool forth, CIds& leaving, CAssignments& assignments) const {
+int32_t CAudioProgramAction::programToBe(bool forth, CIds& leaving, CAssignments& assignments) const {
     const int32_t current = bank().selectedIndex();
     const uint64_t currentId = bank().preset(current).identity().id;
     const auto isStaying = [&](int32_t index) { return leaving.indexOf(bank().preset(index).identity().id) < 0; };
     const int32_t wanted = bank().indexOf(forth ? selectedAfter_ : selectedBefore_);
-    if (wanted >= 0 && wanted != current && isStaying(wanted) && canComeUp(wanted, assignments)) {
+    if (wanted >= 0 && wanted != current && isStaying(wanted) && canSelect(wanted, assignments)) {
         return wanted;
     }
     if (isStaying(current)) {
         return current;
     }
     for (int32_t i = current + 1; i < bank().count(); ++i) {
-        if (isStaying(i) && canComeUp(i, assignments)) {
+        if (isStaying(i) && canSelect(i, assignments)) {
             return i;
         }
     }
     for (int32_t i = current - 1; i >= 0; --i) {
-        if (isStaying(i) && canComeUp(i, assignments)) {
+        if (isStaying(i) && canSelect(i, assignments)) {
             return i;
         }
     }
@@ -113,7 +121,7 @@ int32_t CAudioParamRegistry::CProgramAction::programToBe(bool forth, CIds& leavi
     return current;
 }
 
-void CAudioParamRegistry::CProgramAction::putIn(bool forth) {
+void CAudioProgramAction::putIn(bool forth) {
     for (CPresence& presence : presences_) {
         if (presence.isAdded != forth || !presence.out) {
             continue;
@@ -125,7 +133,7 @@ void CAudioParamRegistry::CProgramAction::putIn(bool forth) {
 }
 
 // Records all places before it takes any program out: each place is given by the program in front of it.
-void CAudioParamRegistry::CProgramAction::takeOut(const CIds& ids) {
+void CAudioProgramAction::takeOut(const CIds& ids) {
     for (CPresence& presence : presences_) {
         if (ids.indexOf(presence.id) >= 0) {
             presence.index = bank().indexOf(presence.id);
@@ -139,29 +147,28 @@ void CAudioParamRegistry::CProgramAction::takeOut(const CIds& ids) {
     }
 }
 
-void CAudioParamRegistry::CProgramAction::exchangeContents() {
+void CAudioProgramAction::exchangeContents() {
     for (CContents& contents : contents_) {
         const int32_t index = bank().indexOf(contents.id);
         if (index >= 0 && !isOthersWork(bank().preset(index))) {
             bank().preset(index).swap(*contents.other);
-            registry_.markChanged(bank().preset(index));
-            registry_.followStore(bank().preset(index));
+            session_.contentsReplaced(bank().preset(index));
         }
     }
 }
 
-void CAudioParamRegistry::CProgramAction::exchangeNames(bool forth) {
+void CAudioProgramAction::exchangeNames(bool forth) {
     for (const CName& name : names_) {
         const int32_t index = bank().indexOf(name.id);
         if (index >= 0 && bank().preset(index).displayName() == (forth ? name.before : name.after)) {
-            registry_.renameSlot(index, forth ? name.after : name.before);
+            session_.rename(index, forth ? name.after : name.before);
         }
     }
 }
 
-bool CAudioParamRegistry::CProgramAction::move(bool forth, CTouched& touched) {
-    CLockScope scope(registry_.bankLock_);
-    registry_.captureCurrent();
+bool CAudioProgramAction::move(bool forth, CTouched& touched) {
+    CLockScope scope(session_.lock());
+    session_.captureCurrent();
     putIn(forth);
     exchangeContents();
     exchangeNames(forth);
@@ -173,15 +180,15 @@ bool CAudioParamRegistry::CProgramAction::move(bool forth, CTouched& touched) {
     const bool isSelected = wanted == 0 || bank().preset(next).identity().id == wanted || !presences_.isEmpty();
     const bool isWhole = isSelected && going.count() == wantedToGo;
     bank().select(next);
-    registry_.addNameShown(registry_.slot().displayName(), assignments);
+    session_.addNameShown(assignments);
     takeOut(going);
-    for (const CAssignment& assignment : assignments) {
-        if (registry_.collector_->assign(assignment)) {
+    for (const CAudioParamCollector::CAssignment& assignment : assignments) {
+        if (assignment.param->collector().assign(assignment)) {
             touched.add(*assignment.param);
         }
     }
-    touched.add(static_cast<CObserver&>(registry_));
-    movedAt_ = ++registry_.changeClock_;
+    touched.add(session_.observer());
+    movedAt_ = session_.nextTime();
     return isWhole;
 }
 

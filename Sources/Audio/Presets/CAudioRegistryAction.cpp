@@ -4,67 +4,61 @@
 
 namespace tarv {
 
-CAudioParamRegistry::CAction::CAction(CAudioParamRegistry& registry) : registry_(registry) {
-    if (registry_.undo_) {
-        registry_.undo_->lock().enter();
+CAudioRegistryAction::CAudioRegistryAction(CAudioSessionBank& session, CAudioParamUndo* undo)
+    : session_(session), undo_(undo) {
+    if (undo_) {
+        undo_->lock().enter();
     }
-    registry_.bankLock_.enter();
+    session_.lock().enter();
 }
 
-CAudioParamRegistry::CAction::~CAction() {
-    registry_.bankLock_.leave();
-    if (registry_.undo_) {
+CAudioRegistryAction::~CAudioRegistryAction() {
+    session_.lock().leave();
+    if (undo_) {
         if (step_) {
-            registry_.undo_->addStep(std::move(step_), true);
+            undo_->addStep(std::move(step_), true);
         }
-        registry_.undo_->lock().leave();
-        registry_.undo_->notifyIfChanged();
+        undo_->lock().leave();
+        undo_->notifyIfChanged();
     }
-    for (CAudioParam* param : touched_.params) {
-        param->notifyAll();
+    if (isProgramChanged_) {
+        touched_.add(session_.observer());
     }
-    if (isProgramChanged_ || !touched_.observers.isEmpty()) {
-        registry_.notifyBridges(kProgramUpdate);
-    }
+    touched_.notify();
 }
 
-void CAudioParamRegistry::CAction::assign(const CAssignments& assignments) {
-    for (const CAssignment& assignment : assignments) {
-        const bool isOfStep = step_ && assignment.param != registry_.nameParam_;
+void CAudioRegistryAction::assign(const CAssignments& assignments) {
+    for (const CAudioParamCollector::CAssignment& assignment : assignments) {
+        CAudioParam& param = *assignment.param;
+        const bool isOfStep = step_ && &param != session_.nameParam();
         CAudioParamData before;
         CAudioParamData after;
-        if (registry_.collector_->assign(assignment, isOfStep ? &before : nullptr, isOfStep ? &after : nullptr)) {
-            touched_.add(*assignment.param);
+        if (param.collector().assign(assignment, isOfStep ? &before : nullptr, isOfStep ? &after : nullptr)) {
+            touched_.add(param);
             if (isOfStep) {
-                step_->add(*assignment.param, before, after);
+                step_->add(param, before, after);
             }
         }
     }
 }
 
-void CAudioParamRegistry::CAction::record(const CString& label) {
+void CAudioRegistryAction::record(const CString& label) {
     step_ = std::make_unique<CAudioParamUndoStep>(label);
 }
 
-void CAudioParamRegistry::CAction::carryOut(const CString& label, std::unique_ptr<CProgramAction> programs) {
-    if (programs->carryOut(touched_)) {
+void CAudioRegistryAction::perform(const CString& label, std::unique_ptr<CAudioProgramAction> programs) {
+    if (programs->perform(touched_)) {
         record(label);
         programs_ = programs.get();
         step_->action = std::move(programs);
     }
 }
 
-void CAudioParamRegistry::CAction::dropIdleStep() {
-    registry_.captureCurrent();
+void CAudioRegistryAction::dropIdleStep() {
+    session_.captureCurrent();
     if (programs_ && step_->values.empty() && programs_->isIdle()) {
         programs_ = nullptr;
         step_.reset();
-    }
-}
-
-void CAudioParamRegistry::CAction::endProgramSteps() {
-    if (registry_.undo_) {
-        registry_.undo_->endActions(registry_.alternate_ ? &registry_.alternate_->history : nullptr);
     }
 }
 

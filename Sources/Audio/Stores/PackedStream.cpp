@@ -14,4 +14,13 @@ CError* expectStreamEnd(CPosInputStream& stream) {
     return nullptr;
 }
 
+CError* writeStored(COutputStream& stream, const CByteBuffer& bytes, uint32_t id, bool isPacked) {
+    if (isPacked) {
+        TARV_TRY(stream.writeCompressedData(bytes, id));
+    } else {
+        TARV_TRY(stream.write(bytes.data(), bytes.count()));
+    }
+    return nullptr;
+}
+
 }  // namespace tarv

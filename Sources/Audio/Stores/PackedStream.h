@@ -7,8 +7,11 @@ namespace tarv {
 /// Fails unless the reader stands at its end.
 [[nodiscard]] CError* expectStreamEnd(CPosInputStream& stream);
 
-/// Reads a compressed block of that id and hands what was inflated to `load(CInputStream&)` of `target`, which has to
-/// take all of it, and takes the result over by `take(T&)`. On failure `target` is as it was.
+/// Writes a stream as a compressed block of that id, or bare.
+[[nodiscard]] CError* writeStored(COutputStream& stream, const CByteBuffer& bytes, uint32_t id, bool isPacked);
+
+/// Reads a compressed block of that id and passes what was inflated to `load(CInputStream&)` of a new T, which has to
+/// read all of it; `target` takes the result over by `take(T&)`. On failure `target` is as it was.
 template <class T>
 [[nodiscard]] CError* loadPacked(CInputStream& source, uint32_t id, T& target) {
     CByteBuffer bytes;

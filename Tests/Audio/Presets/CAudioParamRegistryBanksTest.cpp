@@ -1,5 +1,6 @@
 // The banks of a master: ROM, session, programs, the alternate state.
 
+#include "Audio/Presets/CAudioParamRegistryNameBridge.h"
 #include "Tests/Audio/Presets/PresetTree.h"
 
 namespace tarv {

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <thread>
 
+#include "Audio/Presets/CAudioParamRegistryNameBridge.h"
 #include "Tests/Audio/Presets/PresetTree.h"
 
 namespace tarv {
