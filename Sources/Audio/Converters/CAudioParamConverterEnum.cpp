@@ -22,7 +22,7 @@ CError* CAudioParamConverterEnum::attrStateNames() {
     longNames_.clear();
     shortNames_.clear();
     const CString& names = getAttrString("state-names");
-    // An empty attribute names no state, not one without letters.
+    // An empty attribute means no states, not one state with an empty name.
     for (const CString& state : names.split(';', !names.isEmpty())) {
         const int32_t bar = state.indexOf('|');
         longNames_.append(bar < 0 ? state : state.substring(0, bar));

@@ -4,8 +4,8 @@
 
 namespace tarv {
 
-/// A state number; the state names stand in `state-names`, separated by ";", with a short form behind "|"
-/// (`audio:cvt-enum`). Texts are read as numbers only.
+/// A state number (`audio:cvt-enum`). `state-names` lists the names of the states, separated by ";", each with an
+/// optional short form behind "|". Texts are read as numbers only.
 class CAudioParamConverterEnum : public CAudioParamConverter {
 public:
     static CError* initClass(CClassDescriptor& descriptor);

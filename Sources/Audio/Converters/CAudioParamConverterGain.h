@@ -4,8 +4,8 @@
 
 namespace tarv {
 
-/// Linear gain, shown in dB; logarithmic (`audio:cvt-gain`). A range holds no 0. `decimals` 0 to 10; `zero-point` and
-/// `off-point` are kept for an editor to read.
+/// Linear gain, shown in dB; logarithmic (`audio:cvt-gain`). Both limits are above 0. `decimals` 0 to 10; `zero-point`
+/// and `off-point` are for an editor to read.
 class CAudioParamConverterGain : public CAudioParamConverter {
 public:
     static CError* initClass(CClassDescriptor& descriptor);
@@ -20,7 +20,7 @@ public:
     [[nodiscard]] CError* attrZeroPoint();
     [[nodiscard]] CError* attrOffPoint();
 
-    /// Place of 0 dB on a control, 0..1.
+    /// Position of 0 dB on a control, 0..1.
     double zeroPoint() const { return zeroPoint_; }
     /// Hundredths; negative for none.
     int32_t offPoint() const { return offPoint_; }

@@ -10,7 +10,7 @@ namespace tarv {
 namespace {
 
 constexpr double kFailedRatio = 0.5;
-/// The ratio that stands for one, and how near to one it is taken.
+/// The ratio that replaces 1, and the distance from 1 within which it does.
 constexpr double kNearlyOne = 0.999;
 constexpr double kNearness = 0.001;
 

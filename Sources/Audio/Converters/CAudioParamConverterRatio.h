@@ -4,8 +4,8 @@
 
 namespace tarv {
 
-/// The ratio b/a of a text "a:b" or "a"; its angle is linear (`audio:cvt-ratio`). A ratio is never exactly one: within
-/// 0.001 of it, it is 0.999. `decimals` 1 to 10.
+/// The ratio b/a of a text "a:b" or "a"; its angle is linear (`audio:cvt-ratio`). A ratio within 0.001 of 1 becomes
+/// 0.999, so that none is exactly 1. `decimals` 1 to 10.
 class CAudioParamConverterRatio : public CAudioParamConverter {
 public:
     static CError* initClass(CClassDescriptor& descriptor);

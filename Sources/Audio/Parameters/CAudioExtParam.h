@@ -8,10 +8,10 @@ namespace tarv {
 class CAudioExtParam;
 class CAudioParamCollector;
 
-/// The host's end of an external parameter: hears of changes that the host did not make itself.
+/// The host's end of an external parameter: notified of changes that the host did not make.
 class CAudioExtParamHostBridge {
 public:
-    /// On the thread that posted the change, outside all locks. The new value is asked of `param`.
+    /// Called on the thread that posted the change, outside all locks. `param` gives the new value.
     virtual void onExtParamChanged(const CAudioExtParam& param) = 0;
 
 protected:
@@ -22,13 +22,13 @@ protected:
 /// Any thread; each call takes the parameter's lock.
 class CAudioExtParam : public CObject, private CAudioParamListener {
 public:
-    /// Longest name that hosts of the older kind have room for.
+    /// Longest name that the oldest hosts have room for, in characters.
     static constexpr int32_t kNameLimit = 7;
 
     ~CAudioExtParam() override;
     [[nodiscard]] CError* init() override;
 
-    /// Sets the normalised value: clamped to 0..1, what is not a number is ignored.
+    /// Sets the normalised value, clamped to 0..1; ignores what is not a number.
     void setValue(double normalised);
     /// The normalised value, 0..1; 0.0 while no definition is bound.
     double getValue() const;
@@ -66,7 +66,7 @@ public:
     int32_t count() const { return params_.count(); }
     /// The parameter of a host index, null for an index outside the list.
     CAudioExtParam* param(int32_t index) const;
-    /// The host's forms: an index outside the list does nothing and gives 0.0.
+    /// As the host calls them: an index outside the list changes nothing and returns 0.0.
     void setParameter(int32_t index, double normalised);
     double getParameter(int32_t index) const;
 

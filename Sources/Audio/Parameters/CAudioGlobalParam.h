@@ -5,9 +5,9 @@
 
 namespace tarv {
 
-/// Binds one parameter to a key of a store, so that a value set in one instance reaches all. Made when the parameter
-/// is defined: takes the stored value, or stores the parameter's default if there is none. Values are kept as texts in
-/// real units. Any thread but the audio thread.
+/// Binds one parameter to a key of a store, so that a value that is set in one instance reaches all. Created when the
+/// parameter is defined: it takes the stored value, or stores the parameter's default if there is no number. Values are
+/// stored as texts in real units. [any thread but the audio thread]
 class CAudioGlobalParam final : public CHeapObject, private CAudioParamListener {
 public:
     CAudioGlobalParam(CAudioParam& param, CApplicationData& store, const CString& key);

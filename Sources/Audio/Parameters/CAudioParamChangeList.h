@@ -16,7 +16,7 @@ public:
     void replace(CAudioParamChange& entry, CAudioParamChange* change);
     /// Takes the first entry out; null if there is none.
     CAudioParamChange* takeFirst();
-    /// All entries, leaving none.
+    /// Moves all entries to the result.
     CAudioParamChangeList takeAll();
 
 private:

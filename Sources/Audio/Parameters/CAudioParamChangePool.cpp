@@ -4,7 +4,7 @@ namespace tarv {
 
 namespace {
 
-/// Numbers beyond which a record gives its room up before it is used again.
+/// A record with room for more numbers than this releases it before it is reused.
 constexpr int32_t kKeptNumbers = 256;
 
 }  // namespace
@@ -25,7 +25,7 @@ void CAudioParamChangePool::prepare(int32_t records, int32_t nodes) {
     for (const CBlock& block : blocks_) {
         for (int32_t i = 0; i < block.count; ++i) {
             CAudioParamChange& record = block.records[i];
-            // The nodes of a record in use stand in lists and cannot move.
+            // The nodes of a record in use are linked into lists and cannot move.
             if (record.references_.load(std::memory_order_acquire) == 0 && record.nodes_.count() < nodes) {
                 record.nodes_.resize(nodes);
             }

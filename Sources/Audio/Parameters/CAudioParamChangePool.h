@@ -4,8 +4,8 @@
 
 namespace tarv {
 
-/// Change records, in blocks of 16, 32, 64 ...; each is made once and used again. One thread at a time takes (its owner
-/// sees to that); any thread gives back, through a stack that it pushes to and that the taker empties in one exchange.
+/// Change records in blocks of 16, 32, 64 ...; each is made once and reused. One thread at a time takes records, which
+/// the owner ensures. Any thread gives them back, by a push to a stack that the taker empties in one exchange.
 class CAudioParamChangePool {
 public:
     CAudioParamChangePool() = default;

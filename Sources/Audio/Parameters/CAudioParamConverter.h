@@ -7,7 +7,7 @@ namespace tarv {
 class CAudioParamData;
 class CAudioParamInfo;
 
-/// How much room a text has.
+/// How long a text may be.
 enum class CAudioTextMode : int32_t { Full = 0, Short = 1, ShortNames = 2 };
 
 /// A value to be shown: a number in real units, and for a text parameter the store in which the number is an id.
@@ -18,15 +18,15 @@ struct CAudioParamShown {
     const CAudioParamData* data = nullptr;
 };
 
-/// Knows one unit: real value (the engine's own), normalised value (0..1) and text. Shared, holds no range: that comes
-/// with `info`, at position `index` of the element. Any thread, read-only after the tree is built.
+/// Converts one unit between real value (as the engine uses it), normalised value (0..1) and text. Parameters share it;
+/// the range is that of `info`, at position `index` of the element. Any thread, read-only after the tree is built.
 class CAudioParamConverter : public CObject {
 public:
     [[nodiscard]] CError* init() override;
 
     /// Real value of a typed text, clamped; the minimum and false if it does not parse. `ok` may be null.
     virtual double textToValue(const CAudioParamInfo& info, int32_t index, const CString& text, bool* ok) const;
-    /// The same without a range: reads the limits themselves. What it gives on a failure is the class's own.
+    /// As textToValue, but not clamped: it reads the limits themselves. On failure each class has its default result.
     virtual double textToLimit(const CAudioParamInfo& info, int32_t index, const CString& text, bool* ok) const = 0;
     /// Text of a real value, without the unit.
     virtual void valueToText(CString& result, const CAudioParamInfo& info, int32_t index, const CAudioParamShown& value,
@@ -39,7 +39,7 @@ public:
     const CString& label() const { return label_; }
 
 protected:
-    /// What textToValue gives when the text does not parse.
+    /// The result of textToValue for a text that does not parse.
     virtual double failedValue(const CAudioParamInfo& info, int32_t index) const;
 
 private:

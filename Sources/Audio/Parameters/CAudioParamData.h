@@ -10,7 +10,7 @@ struct CAudioParamChange;
 
 /// The value of one parameter: groups of elements of elementSize numbers in real units, and for a string parameter the
 /// texts whose ids the numbers are. A group holds a run of elements from 0; what it does not hold is at its default.
-/// No lock of its own. apply and assignment allocate only beyond what reserve or former values made room for.
+/// No lock; the owner guards it. apply and assignment allocate only beyond what reserve or former values made room for.
 class CAudioParamData {
 public:
     /// Group index of a change that is meant for all groups.
@@ -45,7 +45,7 @@ public:
         return group >= 0 && group < groupCount_ ? groups_[group].elementCount : 0;
     }
     /// Number `index` of an element: the stored one, otherwise the default (the row's own element if it has it, else
-    /// its first). A parameter of a single group is read at group 0 whatever is asked. 0.0 when not valid, and for an
+    /// its first). A parameter of a single group is read at group 0 whatever `group` is. 0.0 when not valid, and for an
     /// index outside the element.
     double value(int32_t group, int32_t element, int32_t index = 0) const;
     /// The stored number, or id of a text, of an element that the group holds; a parameter of a single group is not
@@ -53,7 +53,7 @@ public:
     double storedNumber(int32_t group, int32_t element, int32_t index) const {
         return groups_[group].values[element * elementSize_ + index];
     }
-    /// The default alone.
+    /// The default of a number.
     double defaultValue(int32_t element, int32_t index = 0) const;
     /// The text of an element of a string parameter; empty if there is none.
     CString text(int32_t group, int32_t element) const;
@@ -63,23 +63,23 @@ public:
     bool isSameGroup(int32_t group, const CAudioParamData& other, int32_t otherGroup) const;
     /// The same of all groups.
     bool isSame(const CAudioParamData& other) const;
-    /// Brings every number into the range of `info`; one that is none gets its default.
+    /// Clamps every number to the range of `info`; what is not a number becomes the default.
     void clampTo(const CAudioParamInfo& info);
 
-    /// A value whose group 0 is one group of this one.
+    /// A new value whose group 0 is a copy of one group.
     CAudioParamData onlyGroup(int32_t group, const CAudioParamInfo& info) const;
 
-    /// Carries a change out; one whose shape does not fit is ignored. Ids of a string change are copied from the
+    /// Applies a change; one whose shape does not fit is ignored. Ids of a string change are copied from the
     /// change's source pool.
     void apply(const CAudioParamChange& change);
-    /// Whether apply would carry the change out: shape and group fit.
+    /// Whether shape and group of a change fit, so that apply does not ignore it.
     bool takes(const CAudioParamChange& change) const;
 
-    /// Adds a text and gives its id (the first is 1).
+    /// Adds a text and returns its id (the first is 1).
     int32_t addString(const CString& text) { return strings_.add(text); }
-    /// Drops one use of an id; the text goes with the last.
+    /// Drops one use of an id; the text is deleted with the last.
     void release(int32_t id) { strings_.release(id); }
-    /// Copies a text of another store and gives its new id.
+    /// Copies a text of another store and returns its new id.
     int32_t copyString(int32_t id, const CAudioParamData& other) { return strings_.copy(id, other.strings_); }
     /// The text of an id, or null.
     const CString* getString(int32_t id) const { return strings_.get(id); }

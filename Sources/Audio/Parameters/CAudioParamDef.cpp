@@ -28,7 +28,7 @@ CError* CAudioParamDef::init() {
 
 int32_t CAudioParamDef::readFlags() const {
     int32_t flags = 0;
-    // The first of the three wins: a parameter is kept with the instance, in presets, or not at all.
+    // The first that is set counts: the value is stored with the instance, in presets, or for all instances.
     if (getAttrBool("is-persistent")) {
         flags = CAudioParamInfo::Persistent;
     } else if (getAttrBool("is-storable")) {

@@ -17,7 +17,7 @@ private:
     CAudioParamInfo info_;
 };
 
-/// Says through which slot number of the owning process its code reads a parameter (`audio:param-alloc`).
+/// Assigns a parameter to the slot number by which the code of the owning process reads it (`audio:param-alloc`).
 class CAudioParamAllocDef : public CObject {
 public:
     [[nodiscard]] CError* init() override;
@@ -29,7 +29,7 @@ private:
     int32_t index_ = -1;
 };
 
-/// Says that a name of the owning process stands for another, shared parameter (`audio:param-remap`).
+/// Maps a name of the owning process to another, shared parameter (`audio:param-remap`).
 class CAudioParamRemapDef : public CObject {
 public:
     [[nodiscard]] CError* init() override;

@@ -11,8 +11,8 @@ class CObject;
 /// One default row: the numbers of all its elements in one run.
 using CAudioParamRow = CArray<double, 16>;
 
-/// What is known of a parameter apart from its value: shape, flags, units, range, defaults. Built by a definition,
-/// copied into the run-time parameter, read-only afterwards (any thread). Converters belong to the shared tree.
+/// The description of a parameter without its value: shape, flags, units, range, defaults. A definition builds it and
+/// the run-time parameter copies it; read-only afterwards (any thread). Converters belong to the shared tree.
 class CAudioParamInfo {
 public:
     /// Bits of the storage flags.
@@ -28,7 +28,7 @@ public:
 
     void setShape(int32_t elementSize, bool isString, int32_t flags);
     void setNames(const CString& visualName, const CString& displayPath, const CString& definitionPath);
-    /// Looks the converters up below `sharedRoot` and reads range and defaults with them. setShape comes first.
+    /// Finds the converters below `sharedRoot` and reads range and defaults with them. Call setShape before.
     [[nodiscard]] CError* parse(const CObject& sharedRoot, const CTexts& texts);
 
     int32_t elementSize() const { return elementSize_; }
@@ -55,7 +55,7 @@ public:
     double minimum(int32_t position) const { return minimums_[position]; }
     double maximum(int32_t position) const { return maximums_[position]; }
     void setRange(int32_t position, double minimum, double maximum);
-    /// `value` brought between the limits, whichever is the smaller.
+    /// `value` clamped to the limits, of which either may be the smaller.
     double clamp(int32_t position, double value) const;
 
     int32_t defaultRowCount() const { return rows_.count(); }

@@ -7,7 +7,7 @@ namespace tarv {
 
 namespace {
 
-/// The groups of a record that are written: up to the last that holds a value.
+/// The number of groups to write: up to the last that holds a value.
 int32_t storedGroupCount(const CAudioParamData& data) {
     int32_t count = data.groupCount();
     while (count > 0 && data.elementCount(count - 1) == 0) {
@@ -39,7 +39,7 @@ CError* CAudioParamStorage::save(COutputStream& stream, const CAudioParamInfo& i
     return nullptr;
 }
 
-// A text for each element, numbered anew from 1 in their order: equal values give equal bytes, however they came about.
+// Numbers the texts anew from 1 in the order of the elements, so that equal values give equal bytes.
 CError* CAudioParamStorage::saveTexts(COutputStream& stream, const CAudioParamData& data, int32_t groups) {
     int32_t count = 0;
     for (int32_t group = 0; group < groups; ++group) {
@@ -139,7 +139,7 @@ CError* CAudioParamStorage::loadGroup(CInputStream& stream, CAudioParamData& dat
         return refuse(__LINE__, "@tarvstr_CAudioParamStorage_load_ElementError Invalid element count %1.", count);
     }
     for (int32_t element = 0; element < static_cast<int32_t>(count); ++element) {
-        // Room grows with what was really read: a record that only claims many elements takes no memory for them.
+        // Room grows with what was read, so that a record with a false count takes no memory for it.
         if ((element & (element + 1)) == 0) {
             data.reserveGroup(group, std::min<int32_t>(element * 2 + 1, static_cast<int32_t>(count)));
         }

@@ -13,9 +13,9 @@ public:
     /// Writes the groups that hold values.
     [[nodiscard]] static CError* save(COutputStream& stream, const CAudioParamInfo& info, const CAudioParamData& data);
     /// Reads a record into `data`, which takes its shape and defaults from `info` and then holds the record's groups
-    /// and nothing else, as they were written: the caller sees to the range. On failure `data` is as it was.
-    /// `definitionPath` gives the record's path. `isForeign` tells of a failure whether the record is sound as far as
-    /// it was read, but of another version or format.
+    /// and nothing else, as they were written: the caller clamps them. On failure `data` is as it was.
+    /// `definitionPath` gets the record's path. On failure `isForeign` is true if the record is intact as far as it was
+    /// read, but of another version or format.
     [[nodiscard]] static CError* load(CInputStream& stream, const CAudioParamInfo& info, CAudioParamData& data,
                                       CString* definitionPath = nullptr, bool* isForeign = nullptr);
 

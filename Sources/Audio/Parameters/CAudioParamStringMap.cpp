@@ -98,7 +98,7 @@ CError* CAudioParamStringMap::loadItem(CInputStream& stream) {
     }
     auto item = std::make_unique<CAudioParamDataItemString>();
     TARV_TRY(item->load(stream));
-    // Ids stay clear of the end of their range, so that the counter behind the last of them cannot run over.
+    // An id in the upper half of the range is dropped, so that the counter of new ids cannot overflow.
     if (id == 0 || id > static_cast<uint32_t>(std::numeric_limits<int32_t>::max() / 2)) {
         return nullptr;
     }

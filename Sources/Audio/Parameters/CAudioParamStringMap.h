@@ -6,7 +6,7 @@
 
 namespace tarv {
 
-/// Texts by id, counted by the elements that use them; ids start at 1 and are not used again. Copies are deep.
+/// Texts by id, with a count of the elements that use each; ids start at 1 and are not reused. Copies are deep.
 class CAudioParamStringMap {
 public:
     CAudioParamStringMap() = default;
@@ -22,9 +22,9 @@ public:
     int32_t copy(int32_t id, const CAudioParamStringMap& other);
     /// One more use of an id; false if there is no such id.
     bool use(int32_t id);
-    /// Drops one use; the item goes with the last. An unknown id does nothing.
+    /// Drops one use; the item is deleted with the last. Ignores an unknown id.
     void release(int32_t id);
-    /// Drops the items that nothing uses.
+    /// Deletes the items that nothing uses.
     void dropUnused();
     /// The text of an id or null.
     const CString* get(int32_t id) const;

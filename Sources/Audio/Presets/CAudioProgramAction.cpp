@@ -73,7 +73,7 @@ bool CAudioProgramAction::isOthersWork(const CAudioPreset& program) const {
     return session_.isOthersWork(program, movedAt_);
 }
 
-// The last program stays.
+// Never lists all programs: the bank keeps at least one.
 CAudioProgramAction::CIds CAudioProgramAction::leaving(bool forth) const {
     CIds ids;
     for (const CPresence& presence : presences_) {

@@ -1,4 +1,4 @@
-// The difference of two values of a parameter, and how it is taken back element by element.
+// Computes the difference of two values of a parameter and applies one side of it, element by element.
 
 #include "Audio/Presets/CAudioUndoValues.h"
 
@@ -100,7 +100,8 @@ bool CAudioUndoValues::isPresent(const CAudioParamData& data, int32_t first, int
     return true;
 }
 
-// The side's own count, unless something else gave the group another one since the step.
+// The group's count on that side. If something else changed the count since the step, the present one, grown to hold
+// the step's elements.
 int32_t CAudioUndoValues::countFor(const CAudioParamData& data, int32_t first, int32_t end, CSide side) const {
     const int32_t group = elements_[first].group;
     const int32_t present = data.elementCount(group);
@@ -117,7 +118,7 @@ int32_t CAudioUndoValues::countFor(const CAudioParamData& data, int32_t first, i
     return needed;
 }
 
-// One change from the first element of the step in this group to the last, or to the end where the count changes.
+// Posts one change from the first element of the step in this group to the last, or to the end if the count changes.
 bool CAudioUndoValues::assignGroup(CAudioParam& param, int32_t first, int32_t end, CSide side) const {
     const CAudioParamData& data = param.userData();
     const int32_t group = elements_[first].group;

@@ -6,7 +6,7 @@ namespace tarv {
 
 /// What a step of the history changed of one parameter: the elements whose numbers (or texts) differ, and the element
 /// counts of groups that differ, each before and after the step. Everything else of the parameter is not part of the
-/// step. No lock of its own: the history's lock guards it.
+/// step. No lock; the history's lock guards it.
 class CAudioUndoValues {
 public:
     enum class CSide { Before, After };
@@ -19,15 +19,15 @@ public:
     /// Adds what a later part of the same step changed: the union of the elements, of each the first value before and
     /// the last value after.
     void add(CAudioUndoValues&& later);
-    /// Brings the elements of the step to one side and posts one change for each group that differs from that. Other
-    /// elements keep their values. A group keeps its count if something else changed that since. Takes the parameter's
-    /// lock; does not notify listeners. Returns whether a change was posted.
+    /// Sets the elements of the step to their values on one side, by one change for each group that differs from them.
+    /// Other elements keep their values. A group keeps its count if something else changed it since the step. Takes the
+    /// parameter's lock; does not notify listeners. Returns whether a change was posted.
     bool assignTo(CAudioParam& param, CSide side) const;
     /// The text of element 0 of group 0, if the step changed it; otherwise null.
     const CString* firstText(CSide side) const;
 
 private:
-    /// What one element was; one beyond the count of its group is at its default.
+    /// The state of one element; one beyond the count of its group is at its default.
     struct CState {
         CArray<double, 2> numbers;
         CString text;

@@ -1,5 +1,3 @@
-// Banks in their order, as bytes.
-
 #include "Audio/Stores/CAudioBankList.h"
 
 #include <utility>

@@ -4,7 +4,7 @@
 
 namespace tarv {
 
-/// Banks in their order, as the instances of a user share them. No lock of its own; the owner guards it.
+/// The ordered list of banks that the instances of a user share. No lock; the owner guards it.
 class CAudioBankList : public CHeapObject {
 public:
     static constexpr uint32_t kVersion = 1;
@@ -15,7 +15,7 @@ public:
     /// Bank of an index in 0..count-1.
     CAudioPresetBank& bank(int32_t index) { return *banks_[index]; }
     const CAudioPresetBank& bank(int32_t index) const { return *banks_[index]; }
-    /// Puts a copy at an index in 0..count.
+    /// Inserts a copy at an index in 0..count.
     void insert(int32_t index, const CAudioPresetBank& bank);
     void remove(int32_t index);
     void clear() { banks_.deleteAll(); }

@@ -1,5 +1,3 @@
-// The default preset in the local store.
-
 #include "Audio/Stores/CAudioDefaultPreset.h"
 
 #include "Audio/Stores/CAudioPreset.h"

@@ -14,7 +14,7 @@ public:
 
     /// The preset stream as it is stored, empty for none; it may be damaged.
     static void read(CByteBuffer& stream);
-    /// Gives the display name; false if there is no preset or none that can be read.
+    /// Reads the display name; false if there is no preset or it cannot be read.
     static bool readName(CString& displayName);
     /// Stores a preset stream; the store notifies its bridges.
     static void write(const CByteBuffer& stream);

@@ -57,7 +57,7 @@ CString CAudioPreset::keyText(int32_t index) const {
 int32_t CAudioPreset::placeOf(const CBytes& wanted, bool& isThere) const {
     int32_t first = 0;
     int32_t end = entries_.count();
-    // Streams are in order as a rule: then the place is the end.
+    // Streams are usually in order: then the place is the end.
     if (end > 0 && compareBytes(key(end - 1), wanted) < 0) {
         first = end;
     }
@@ -95,7 +95,7 @@ void CAudioPreset::enter(const CEntry& entry) {
     dropWaste();
 }
 
-// Entries as they came from a stream: by key, and of those with one key the last.
+// Sorts the entries of a stream by key, and keeps the last of those with one key.
 void CAudioPreset::putInOrder() {
     std::sort(entries_.begin(), entries_.end(), [this](const CEntry& a, const CEntry& b) {
         const int order = compareBytes(keyOf(a), keyOf(b));
@@ -190,7 +190,7 @@ void CAudioPreset::swap(CAudioPreset& other) {
     take(held);
 }
 
-// Looks at the bytes in place and copies them as one run.
+// Checks the bytes in place and copies them as one run.
 CError* CAudioPreset::loadEntries(CMemoryReader& stream, uint32_t count) {
     if (stream.restCount() > INT32_MAX) {
         TARV_FAIL("@tarvstr_CAudioPreset_load_TooLong Preset too long (%1 bytes).",
@@ -228,7 +228,7 @@ CError* CAudioPreset::loadEntries(CMemoryReader& stream, uint32_t count) {
     return nullptr;
 }
 
-// A negative length counts as none; it is written back as what it counts.
+// A negative length counts as 0 and is written back as 0.
 void CAudioPreset::clearLengthsOfNamelessKeys() {
     for (const CEntry& entry : entries_) {
         if (entry.keyLength == 0) {
@@ -244,7 +244,7 @@ CError* CAudioPreset::load(CMemoryReader& stream) {
     return nullptr;
 }
 
-// The longest name that can be shown has its prefix before it.
+// Leaves room for the prefix before the longest display name.
 CError* CAudioPreset::loadName(CMemoryReader& stream) {
     constexpr uint32_t kPrefixRoom = 256;
     uint32_t length = 0;
@@ -277,7 +277,7 @@ CError* CAudioPreset::save(COutputStream& stream) const {
     TARV_TRY(stream.writeString(name_));
     TARV_TRY(stream.writeValue(static_cast<uint32_t>(entries_.count())));
     for (int32_t i = 0; i < entries_.count();) {
-        // Records that lie in their order go as one run.
+        // Writes records that lie in their order as one run.
         const int32_t start = entries_[i].start;
         int32_t end = start;
         for (; i < entries_.count() && entries_[i].start == end; ++i) {

@@ -6,9 +6,8 @@
 
 namespace tarv {
 
-/// A named collection of raw parameter records by key. Records are not interpreted: those that this build does not know
-/// stay as they came. Keys stand in ascending byte order, in whichever order they were set. Has no lock; the
-/// owner guards it.
+/// A named collection of raw parameter records by key. Records are not interpreted; those of unknown keys are kept as
+/// they are. Keys are in ascending byte order. No lock; the owner guards it.
 class CAudioPreset : public CHeapObject {
 public:
     /// A run of bytes inside the preset, valid until the preset changes.
@@ -20,7 +19,7 @@ public:
     CAudioPreset() = default;
     explicit CAudioPreset(const CString& name) : name_(name) {}
 
-    /// Prefix, ":" and display name; the first colon counts. Without one the prefix is empty and all of it is shown.
+    /// Prefix, ":" and display name; the first colon counts. Without one the whole name is the display name.
     const CString& name() const { return name_; }
     bool hasPrefix(const CString& prefix) const;
     CString displayName() const;
@@ -36,13 +35,13 @@ public:
     CString keyText(int32_t index) const;
     /// The index of a key (UTF-8, as all keys here), or -1.
     int32_t find(const std::string& key) const { return find(key, -1); }
-    /// The same for one who guesses the index, as a walk through the keys in their order does.
+    /// As find(key), but tries the index `guess` first, for a walk through the keys in their order.
     int32_t find(const std::string& key, int32_t guess) const;
     /// Sets or replaces the record of a key; returns whether that changed the preset.
     bool setRecord(const std::string& key, const CByteBuffer& record);
-    /// Drops the record of a key, if there is one.
+    /// Removes the record of a key, if there is one.
     void removeRecord(const std::string& key);
-    /// Drops all records; the name stays.
+    /// Removes all records; the name stays.
     void clear();
     void copyFrom(const CAudioPreset& other);
     /// Whether name and records are the same, byte for byte.
@@ -52,8 +51,8 @@ public:
     /// Exchanges names and records.
     void swap(CAudioPreset& other);
 
-    /// Which preset of its owner this is, and the owner's marks on it. Not part of the contents: copying, taking,
-    /// exchanging and storing leave it alone. 0: none was given.
+    /// Identifies the preset among those of its owner, who also notes changes here. Not part of the contents: copyFrom,
+    /// take, swap and save leave it unchanged. Id 0: none was assigned.
     struct CIdentity {
         uint64_t id = 0;
         uint64_t changedAt[2] = {0, 0};  ///< when each of two states (A/B) changed the contents last
@@ -62,10 +61,10 @@ public:
     const CIdentity& identity() const { return identity_; }
 
     /// The stream form: name, count, then key, byte length and record of each. On failure the preset is as it was. A
-    /// count below 1 ends the read; of two records with one key the later counts. A name that is not valid UTF-8 is in
-    /// the system's code page; it is written back as UTF-8.
+    /// count below 1 ends the read; of two records with one key the later counts. A name that is not valid UTF-8 is
+    /// read in the system's code page; it is written back as UTF-8.
     [[nodiscard]] CError* load(CMemoryReader& stream);
-    /// The same into a preset that was just made, and holds anything on failure.
+    /// As load, into a new preset; on failure its contents are undefined.
     [[nodiscard]] CError* loadFresh(CMemoryReader& stream);
     [[nodiscard]] CError* save(COutputStream& stream) const;
     /// A file (or an embedded range) of the compressed form, id 'aprs'.

@@ -9,7 +9,7 @@ namespace tarv {
 
 namespace {
 
-/// Count and presets. `bank` gets them behind its own.
+/// Reads count and presets and appends them to `bank`.
 CError* loadPresets(CMemoryReader& stream, CAudioPresetBank& bank) {
     uint32_t count = 0;
     TARV_TRY(stream.readValue(count));

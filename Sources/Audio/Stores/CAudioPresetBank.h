@@ -6,7 +6,7 @@
 
 namespace tarv {
 
-/// A named, ordered list of presets with one selected. Has no lock; the owner guards it.
+/// A named, ordered list of presets with one selected. No lock; the owner guards it.
 class CAudioPresetBank : public CHeapObject {
 public:
     /// Presets that a stream may hold: far above what any bank has, and low enough that a count costs no memory.
@@ -25,14 +25,14 @@ public:
     int32_t selectedIndex() const { return selected_; }
     /// An index out of range selects 0.
     void select(int32_t index);
-    /// Puts a copy at an index in 0..count; the selected preset stays selected.
+    /// Inserts a copy at an index in 0..count; the selected preset stays selected.
     void insert(int32_t index, const CAudioPreset& preset);
-    /// An empty preset behind the others.
+    /// Appends an empty preset.
     CAudioPreset& append();
     void remove(int32_t index);
     /// The index of the preset with this identity, or -1.
     int32_t indexOf(uint64_t id) const;
-    /// Puts a preset at an index in 0..count; the selected preset stays selected.
+    /// Inserts a preset at an index in 0..count; the selected preset stays selected.
     void putIn(int32_t index, std::unique_ptr<CAudioPreset> preset);
     /// Takes the preset of an index out; selects as remove does.
     std::unique_ptr<CAudioPreset> takeOut(int32_t index);

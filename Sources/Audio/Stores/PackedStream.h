@@ -4,7 +4,7 @@
 
 namespace tarv {
 
-/// Fails unless the reader stands at its end.
+/// Fails unless the reader is at its end.
 [[nodiscard]] CError* expectStreamEnd(CPosInputStream& stream);
 
 /// Writes a stream as a compressed block of that id, or bare.
@@ -24,7 +24,7 @@ template <class T>
     return nullptr;
 }
 
-/// The same from an embedded range or a file.
+/// As loadPacked, from an embedded range or a file.
 template <class T>
 [[nodiscard]] CError* loadPackedFile(const CString& path, uint32_t id, T& target) {
     CResourceReader reader;

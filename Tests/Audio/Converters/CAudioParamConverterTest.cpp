@@ -71,7 +71,7 @@ const CMap kMaps[] = {
     {"text", [](double n) { return n * 8388608.0; }},
 };
 
-TEST_F(Converter, MapsFollowTheirFormulasAndComeBack) {
+TEST_F(Converter, MapsFollowTheirFormulasAndInvertThem) {
     for (const CMap& map : kMaps)
         for (double norm : {0.0, 0.001, 0.25, 0.5, 0.77, 1.0}) {
             const double expected = map.formula(norm);
@@ -167,7 +167,7 @@ TEST_F(Converter, TypedTextsGiveClampedValues) {
     }
 }
 
-TEST_F(Converter, LimitsAreReadWithoutAClampAndFailToTheClasssOwnValue) {
+TEST_F(Converter, LimitsAreReadWithoutAClampAndFailToTheDefaultOfTheirClass) {
     const CParsed kLimits[] = {
         {"gain", "48", std::exp(48.0 / kDb)},
         {"gain", "x", 1.0, false},
@@ -255,7 +255,7 @@ TEST_F(Converter, ValuesAreShownByTheirRules) {
     }
 }
 
-TEST_F(Converter, ShortStateNamesStandBehindTheBar) {
+TEST_F(Converter, ShortStateNamesFollowTheBar) {
     EXPECT_EQ(text("enum-gate", 2.0, CAudioTextMode::ShortNames), "CutA");
     EXPECT_EQ(text("enum-gate", 1.0, CAudioTextMode::ShortNames), "Fall");
 }
@@ -270,7 +270,7 @@ TEST_F(Converter, ShownTextsThatAreNotRoundedReadBackAsTheSameValue) {
         }
 }
 
-TEST_F(Converter, ATextIsFoundInTheStoreThatIsShown) {
+TEST_F(Converter, ATextIsFoundByItsIdInTheStoreShown) {
     CAudioParamData data;
     data.resetWithDefaults(tree_.info("text"), 0);
     CString result;
@@ -282,13 +282,13 @@ TEST_F(Converter, ATextIsFoundInTheStoreThatIsShown) {
     EXPECT_EQ(result, "");
 }
 
-TEST_F(Converter, TheUnitIsTheLabelAndNoOtherSpelling) {
+TEST_F(Converter, TheUnitIsTheLabelAttributeAndNoOther) {
     EXPECT_EQ(tree_.converter("gain").label(), "dB");
     EXPECT_EQ(tree_.converter("time-sec").label(), "ms");
     EXPECT_EQ(tree_.converter("phase").label(), "");
 }
 
-TEST(ConverterAttributes, GoodOnesAreKept) {
+TEST(ConverterAttributes, ValidAttributesAreKept) {
     CTestApplication application(paramCreators());
     auto root = application.makeRoot(
         {{"audio:cvt-gain", "a", {{"decimals", "0"}, {"zero-point", "0.25"}, {"off-point", "0.333"}}},
@@ -305,7 +305,7 @@ TEST(ConverterAttributes, GoodOnesAreKept) {
     EXPECT_EQ(root->findObjectOf<CAudioParamConverterEnum>("none")->stateCount(), 0);
 }
 
-TEST(ConverterAttributes, BadOnesStopTheTreeWithTheirMessage) {
+TEST(ConverterAttributes, InvalidAttributesStopTheTreeWithTheirMessage) {
     const struct {
         const char* tag;
         const char* attribute;

@@ -35,7 +35,7 @@ protected:
           gains_(tree_.define("gains")),
           bypass_(tree_.define("bypass")) {}
     void onExtParamChanged(const CAudioExtParam& param) override {
-        heard_.emplace_back(param.extName().toUtf8(), param.getValue());
+        received_.emplace_back(param.extName().toUtf8(), param.getValue());
     }
     std::string display(int32_t index) const {
         CString text;
@@ -47,7 +47,7 @@ protected:
     CAudioExtParamList& list_;
     CAudioParam& gains_;
     CAudioParam& bypass_;
-    std::vector<std::pair<std::string, double>> heard_;
+    std::vector<std::pair<std::string, double>> received_;
 };
 
 TEST_F(ExtParam, TheListHoldsItsParametersInOrder) {
@@ -59,7 +59,7 @@ TEST_F(ExtParam, TheListHoldsItsParametersInOrder) {
     EXPECT_EQ(list_.param(1)->param(), &gains_);
 }
 
-TEST_F(ExtParam, AValueGoesToOneElementOfOneGroup) {
+TEST_F(ExtParam, AValueSetsOneElementOfOneGroup) {
     list_.setParameter(2, 1.0);
     EXPECT_NEAR(gains_.value(1, 0), 3.9810717055349725, 1e-12 * 3.98);
     EXPECT_EQ(gains_.value(0, 0), 1.0);
@@ -77,7 +77,7 @@ TEST_F(ExtParam, IndexesOutsideTheListDoNothing) {
     EXPECT_EQ(tree_.collector().pendingCount(), 0);
 }
 
-TEST_F(ExtParam, NormalisedValuesAreClampedAndWhatIsNoNumberIsIgnored) {
+TEST_F(ExtParam, NormalisedValuesAreClampedAndNotANumberIsIgnored) {
     list_.setParameter(1, 7.0);
     EXPECT_NEAR(list_.getParameter(1), 1.0, 1e-12);
     list_.setParameter(1, std::nan(""));
@@ -86,7 +86,7 @@ TEST_F(ExtParam, NormalisedValuesAreClampedAndWhatIsNoNumberIsIgnored) {
     EXPECT_NEAR(list_.getParameter(1), 0.0, 1e-12);
 }
 
-TEST_F(ExtParam, ADefinitionThatIsNotThereYetReadsZeroAndTakesNothing) {
+TEST_F(ExtParam, WithoutADefinitionTheValueIsZeroAndCannotBeSet) {
     list_.setParameter(3, 0.7);
     EXPECT_EQ(list_.getParameter(3), 0.0);
     EXPECT_EQ(display(3), "");
@@ -111,22 +111,22 @@ TEST_F(ExtParam, TextsComeFromTheConverter) {
     EXPECT_EQ(text, "On");
 }
 
-TEST_F(ExtParam, TheHostHearsOfChangesThatItDidNotMake) {
+TEST_F(ExtParam, TheHostIsNotifiedOfChangesThatItDidNotMake) {
     for (int32_t i = 0; i < list_.count(); ++i)
         list_.param(i)->setHostBridge(this);
     list_.setParameter(1, 0.25);
-    EXPECT_TRUE(heard_.empty());
+    EXPECT_TRUE(received_.empty());
     gains_.setValue(0, 6, 1.0);
     gains_.setValue(0, 5, 1.0);
     gains_.setValue(1, 6, 1.0);
-    ASSERT_EQ(heard_.size(), 1u);
-    EXPECT_EQ(heard_[0].first, "EQA6");
-    EXPECT_NEAR(heard_[0].second, 0.5, 1e-12);
+    ASSERT_EQ(received_.size(), 1u);
+    EXPECT_EQ(received_[0].first, "EQA6");
+    EXPECT_NEAR(received_[0].second, 0.5, 1e-12);
     bypass_.setValue(0, 0, 1.0);
-    EXPECT_EQ(heard_.back(), std::make_pair(std::string("Bypass"), 1.0));
+    EXPECT_EQ(received_.back(), std::make_pair(std::string("Bypass"), 1.0));
     list_.param(1)->setHostBridge(nullptr);
     gains_.setValue(0, 6, 2.0);
-    EXPECT_EQ(heard_.size(), 2u);
+    EXPECT_EQ(received_.size(), 2u);
 }
 
 TEST_F(ExtParam, RemovingOneShiftsTheLaterOnesDown) {
@@ -136,7 +136,7 @@ TEST_F(ExtParam, RemovingOneShiftsTheLaterOnesDown) {
     EXPECT_EQ(list_.param(0)->extName(), "EQA6");
     EXPECT_EQ(list_.param(1)->extName(), "EQB0");
     delete removed;
-    bypass_.setValue(0, 0, 1.0);  // nobody is left to hear it
+    bypass_.setValue(0, 0, 1.0);  // no listener is left
 }
 
 TEST(ExtParamDefinition, BadOnesFailWithTheirMessage) {

@@ -93,7 +93,7 @@ TEST_F(CAudioGlobalParamTest, AnInstanceMadeLaterHasTheValueOfTheOthers) {
     EXPECT_EQ(param(second, kDenorm).value(0, 0), 0.0);
 }
 
-TEST_F(CAudioGlobalParamTest, AnInstanceThatIsGoneHearsNothing) {
+TEST_F(CAudioGlobalParamTest, ADestroyedInstanceIsNotNotified) {
     CTestWrapper first;
     init(first);
     {
@@ -104,8 +104,8 @@ TEST_F(CAudioGlobalParamTest, AnInstanceThatIsGoneHearsNothing) {
     EXPECT_EQ(CGlobalData::instance().readText("denorm-enable", ""), "0.0000000");
 }
 
-/// The small plug-in without one of the parameters, with a folder of its own.
-TEST(CAudioGlobalParam, OfAParameterThatNoDefinitionHasStoresNothing) {
+/// The small plug-in without one of the parameters, with a separate folder.
+TEST(CAudioGlobalParam, WithoutADefinitionNothingIsStored) {
     const std::string folder = testing::TempDir() + "tarv-no-global-param";
     CWrapperDefinitions definitions;
     std::erase_if(definitions.processes, [](const CTestNode& node) { return node.name == "meter-rmstime"; });

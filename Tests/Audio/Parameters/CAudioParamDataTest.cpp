@@ -40,7 +40,7 @@ protected:
     std::map<std::string, CAudioParamData> data_;
 };
 
-TEST_F(ParamData, AFreshStoreIsNotValidAndReadsZero) {
+TEST_F(ParamData, ANewStoreIsNotValidAndReadsZero) {
     CAudioParamData data;
     EXPECT_FALSE(data.isValid());
     EXPECT_EQ(data.value(0, 0), 0.0);
@@ -56,7 +56,7 @@ TEST_F(ParamData, ResetKeepsShapeAndDefaultsButNoGroup) {
     EXPECT_EQ(data.value(5, 6), 12000.0);
 }
 
-TEST_F(ParamData, ElementsThatARowLacksRepeatItsFirst) {
+TEST_F(ParamData, ElementsBeyondTheDefaultRowRepeatItsFirst) {
     EXPECT_EQ(groupOf(data_["seven"], 0), (std::vector<double>{64, 150, 350, 1000, 2000, 6000, 12000}));
     EXPECT_EQ(data_["seven"].value(0, 7), 64.0);
     CAudioParamData data;
@@ -81,7 +81,7 @@ TEST_F(ParamData, ASingleGroupParameterIsReadAtGroupZero) {
     EXPECT_EQ(data_["solo"].value(3, 0), 2.0);
 }
 
-TEST_F(ParamData, AChangeToGroupFiveCreatesTheGroupsBetweenEmpty) {
+TEST_F(ParamData, AChangeToGroupFiveCreatesEmptyGroupsBeforeIt) {
     apply("flat", 5, 0, {3.0});
     EXPECT_EQ(data_["flat"].groupCount(), 6);
     for (int32_t group = 1; group < 5; ++group)
@@ -96,7 +96,7 @@ TEST_F(ParamData, AResizeShortensTheTable) {
     EXPECT_EQ(groupOf(data_["seven"], 0), (std::vector<double>{1, 9}));
 }
 
-TEST_F(ParamData, AResizeReleasesTheStringsOfTheRest) {
+TEST_F(ParamData, AResizeReleasesTheTextsBehindTheEnd) {
     CAudioParamData pool;
     const double a = pool.addString("a");
     apply("names", 0, 0, {a, a, a}, true, &pool);
@@ -183,7 +183,7 @@ TEST_F(ParamData, CopiesAreDeep) {
     EXPECT_EQ(copy.text(0, 7), "L");
 }
 
-TEST_F(ParamData, WithinTheRoomReservedChangesAndCopiesDoNotAllocate) {
+TEST_F(ParamData, WithinReservedRoomChangesAndCopiesDoNotAllocate) {
     CAudioParamData& data = data_["flat"];
     data.reserve(CAudioParamData::kAllGroups, 16);
     CAudioParamData copy = data;
@@ -217,7 +217,7 @@ TEST_F(ParamData, TwoValuesAreTheSameWhenTheirGroupsHoldTheSameBitsOrTexts) {
     EXPECT_FALSE(names.isSame(data_["names"]));
 }
 
-TEST_F(ParamData, OneGroupAloneIsAValueWithThatGroupFirst) {
+TEST_F(ParamData, OnlyGroupCopiesThatGroupAsGroupZero) {
     apply("seven", 2, 0, {1, 2, 3}, true);
     const CAudioParamData only = data_["seven"].onlyGroup(2, tree_.info("seven"));
     EXPECT_EQ(only.groupCount(), 1);

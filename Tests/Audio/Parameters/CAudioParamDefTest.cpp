@@ -27,7 +27,7 @@ TEST(ParamDef, AnEmptyFlagReadsAsFalse) {
     EXPECT_EQ(tree.info("b").flags(), 0);
 }
 
-TEST(ParamDef, ThreeWordsMakeAStringParameterAndNoOther) {
+TEST(ParamDef, ThreeDataTypesMakeAStringParameter) {
     CParamTree tree({
         paramNode("a", "text", "", "", "x", {{"data-type", "string"}}),
         paramNode("b", "text", "", "", "x", {{"data-type", "str"}}),
@@ -90,7 +90,7 @@ TEST(ParamDef, MoreConvertersThanPositionsAreAllowed) {
     EXPECT_EQ(tree.info("a").minimum(0), 0.0);
 }
 
-TEST(ParamDef, DefaultTextsGetIdsFromOneOn) {
+TEST(ParamDef, DefaultTextsGetIdsFromOne) {
     CParamTree tree({paramNode("names", "text", "", "", "L,R,L", {{"data-type", "string"}})});
     const CAudioParamInfo& info = tree.info("names");
     ASSERT_EQ(info.defaultRow(0).count(), 3);
@@ -143,7 +143,7 @@ TEST(ParamDef, BadDefinitionsStopTheTreeWithTheirMessage) {
     }
 }
 
-TEST(ParamDef, SlotsAndRemapsKeepWhatTheySay) {
+TEST(ParamDef, SlotsAndRemapsKeepTheirAttributes) {
     CParamTree tree({{"audio:param-alloc", "slot", {{"param-name", "bias-I"}, {"index", "5"}}},
                      {"audio:param-remap", "remap", {{"orig", "modBandFilter.gain"}, {"new", "^.xeq-gains"}}}});
     const auto* slot = CApplication::sharedRoot()->findObjectOf<CAudioParamAllocDef>("audio.slot");

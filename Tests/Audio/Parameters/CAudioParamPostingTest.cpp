@@ -77,7 +77,7 @@ TEST_F(ParamPosting, GapsOfLongElementsKeepTheirNumbersTogether) {
     collector().detachConsumers();
 }
 
-TEST_F(ParamPosting, ResizesMergeToWhatTheyGiveOneAfterTheOther) {
+TEST_F(ParamPosting, MergedResizesHaveTheResultOfSingleOnes) {
     const struct {
         int32_t first;
         std::vector<double> values;
@@ -155,23 +155,23 @@ TEST_F(ParamPosting, AHostThatTakesNoBlocksDoesNotFillTheMemory) {
         EXPECT_EQ(process_.slot.data.value(1, element), gains_.value(1, element)) << element;
 }
 
-TEST_F(ParamPosting, ListenersHearOfEveryChangeButTheirOwn) {
+TEST_F(ParamPosting, ListenersAreNotifiedOfEveryChangeButTheirOwn) {
     struct CListener : CAudioParamListener {
         void onParamChanged(CAudioParam& param, int32_t group, int32_t first, int32_t count) override {
-            heard.push_back({static_cast<double>(count), group, first, {param.value(group, first)}});
+            received.push_back({static_cast<double>(count), group, first, {param.value(group, first)}});
         }
-        std::vector<CTaken> heard;
+        std::vector<CTaken> received;
     } first, second;
     gains_.addListener(first);
     gains_.addListener(second);
     gains_.setValue(0, 2, 3.0, 0, &first);
     post(gains_, 1, 0, {4, 5});
     gains_.setEngineValue(0, 0, 1.0);
-    EXPECT_EQ(first.heard, (std::vector<CTaken>{{2.0, 1, 0, {4}}}));
-    EXPECT_EQ(second.heard, (std::vector<CTaken>{{1.0, 0, 2, {3}}, {2.0, 1, 0, {4}}}));
+    EXPECT_EQ(first.received, (std::vector<CTaken>{{2.0, 1, 0, {4}}}));
+    EXPECT_EQ(second.received, (std::vector<CTaken>{{1.0, 0, 2, {3}}, {2.0, 1, 0, {4}}}));
     gains_.removeListener(second);
     gains_.setValue(0, 2, 4.0, 0, &first);
-    EXPECT_EQ(second.heard.size(), 2u);
+    EXPECT_EQ(second.received.size(), 2u);
     gains_.removeListener(first);
 }
 

@@ -23,7 +23,7 @@ protected:
         output_.consume(mute_, 0, -1);
         tree_.collector().closeCollection();
         tree_.env().setRunning(true);
-        // What was queued while the graph was built is taken before the first block.
+        // Takes what was queued while the graph was built, before the first block.
         block(0.0);
     }
     ~ParamRealTime() override { tree_.collector().detachConsumers(); }
@@ -68,11 +68,11 @@ TEST_F(ParamRealTime, ARoundNeitherAllocatesNorFreesFromTheFirstBlockOn) {
     }
 }
 
-// Hosts post from their audio thread, too; every host parameter of a table hears of it.
+// Hosts post from their audio thread, too, and every host parameter of a table is notified.
 TEST_F(ParamRealTime, PostersDoNotAllocateEither) {
     struct CCounting : CAudioParamListener {
-        void onParamChanged(CAudioParam&, int32_t, int32_t, int32_t) override { ++heard; }
-        int heard = 0;
+        void onParamChanged(CAudioParam&, int32_t, int32_t, int32_t) override { ++received; }
+        int received = 0;
     };
     CCounting listeners[kGroups * kBands];
     for (CCounting& listener : listeners)
@@ -84,7 +84,7 @@ TEST_F(ParamRealTime, PostersDoNotAllocateEither) {
     }
     EXPECT_EQ(CHeap::counters().allocations, before);
     for (CCounting& listener : listeners) {
-        EXPECT_EQ(listener.heard, 300 * kGroups * kBands);
+        EXPECT_EQ(listener.received, 300 * kGroups * kBands);
         gains_.removeListener(listener);
     }
 }

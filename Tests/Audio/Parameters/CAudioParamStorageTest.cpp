@@ -8,7 +8,7 @@
 namespace tarv {
 namespace {
 
-/// Writes records as the layout tells, field by field.
+/// Writes records by the documented layout, field by field.
 class CRecord {
 public:
     CRecord& text(const char* text) {
@@ -57,7 +57,7 @@ protected:
     CParamTree tree_;
 };
 
-TEST_F(ParamStorage, AFloatRecordHasTheLayoutTold) {
+TEST_F(ParamStorage, AFloatRecordHasTheDocumentedLayout) {
     const std::string record =
         CRecord().text("audio.gains").words({1, 1, 0, 2, 2}).reals({1.5, -2}).words({1}).reals({7}).bytes();
     CAudioParamData data;
@@ -95,7 +95,7 @@ TEST_F(ParamStorage, ATableOfEightNamesStoresEightTextsAndEightIdsEvenIfTwoAreEq
     EXPECT_EQ(save("channels", data), record.words({8, 1, 2, 3, 4, 5, 6, 7, 8}).bytes());
 }
 
-TEST_F(ParamStorage, TextsThatNoElementUsesAreDroppedAndSharedOnesLiveAsLongAsTheirLast) {
+TEST_F(ParamStorage, UnusedTextsAreDroppedAndSharedOnesStayUntilTheirLastUse) {
     const std::string record = CRecord()
                                    .text("audio.names")
                                    .words({1, 1, 1, 1, 2, 7, 1})
@@ -134,7 +134,7 @@ TEST_F(ParamStorage, OnlyGroupsUpToTheLastThatHoldsValuesAreWritten) {
     EXPECT_EQ(save("gains", data), CRecord().text("audio.gains").words({1, 1, 0, 2, 0, 1}).reals({4}).bytes());
 }
 
-TEST_F(ParamStorage, NumbersOutOfRangeAreReadAsTheyStandAndClampedOnDemand) {
+TEST_F(ParamStorage, NumbersOutOfRangeAreReadAsWrittenAndClampedOnDemand) {
     CAudioParamData data;
     const double inf = std::numeric_limits<double>::infinity();
     const CAudioParamInfo& info = tree_.info("gains");
@@ -192,7 +192,7 @@ TEST_F(ParamStorage, EveryCutOfARecordFails) {
     EXPECT_EQ(load("names", record, data), "");
 }
 
-TEST_F(ParamStorage, TextsAreNumberedAnewFromOneInTheOrderOfTheirElements) {
+TEST_F(ParamStorage, TextsAreRenumberedFromOneInTheOrderOfTheirElements) {
     const std::string scattered = CRecord()
                                       .text("audio.names")
                                       .words({1, 1, 1, 2, 3, 40, 1})

@@ -24,7 +24,7 @@ namespace tarv {
 
 using CTestAttributes = std::vector<std::pair<std::string, std::string>>;
 
-/// A history that counts how often it told of a change.
+/// A history that counts its notifications.
 class CTestHistory : public CAudioParamUndo {
 public:
     std::atomic<int32_t> received{0};

@@ -38,7 +38,7 @@ protected:
     CPresetTree tree_{threePresets()};
 };
 
-TEST_F(RegistryBanks, TheSessionBankBeginsAsACopyOfTheRomUnderNamesOfTheirOwn) {
+TEST_F(RegistryBanks, TheSessionBankBeginsAsACopyOfTheRomAndBothHaveFixedNames) {
     EXPECT_EQ(tree_.programs(), "*One,Two,Three");
     EXPECT_EQ(master().romCount(), 3);
     EXPECT_EQ(master().romName(1), "Two");
@@ -84,7 +84,7 @@ TEST_F(RegistryBanks, ANonMasterHasNoBanks) {
     EXPECT_EQ(tree_.labels(), "*Undo history start");
 }
 
-TEST_F(RegistryBanks, TheIndexIsTestedAgainstTheBankThatIsMeant) {
+TEST_F(RegistryBanks, TheIndexIsCheckedAgainstTheRequestedBank) {
     master().deleteProgram(2);
     EXPECT_EQ(acquireFailure(master(), false, 2), "Invalid preset index 2 specified.");
     EXPECT_EQ(acquireFailure(master(), false, -2), "Invalid preset index -2 specified.");
@@ -101,10 +101,10 @@ TEST_F(RegistryBanks, MinusOneWritesThePresentStateAndAnIndexTheStoredSlot) {
     const std::string current = tree_.acquire(master());
     EXPECT_EQ(current.find(CStored().text("TAEQ:Two").bytes()), 0u);
     EXPECT_NE(current.find(realRecord({{7}}, 1, "audio.gains")), std::string::npos);
-    EXPECT_EQ(tree_.acquire(master(), 1), preset("Two", 2)) << "the slot itself is as it was";
+    EXPECT_EQ(tree_.acquire(master(), 1), preset("Two", 2)) << "the slot is unchanged";
 }
 
-TEST_F(RegistryBanks, SelectingLeavesInASlotWhatTheUserLeftThere) {
+TEST_F(RegistryBanks, SelectingAnotherProgramStoresThePresentValuesInTheSlot) {
     master().selectProgram(1);
     EXPECT_EQ(gain(), 2);
     EXPECT_EQ(tree_.text("preset-name"), "Two");
@@ -130,7 +130,7 @@ TEST_F(RegistryBanks, TheCurrentProgramAgainAndIndexesOutOfRangeChangeNothing) {
     EXPECT_EQ(tree_.labels(), labels);
 }
 
-TEST_F(RegistryBanks, AProgramIsAddedAsTheStateIsAndTheCurrentOneStaysCurrent) {
+TEST_F(RegistryBanks, AnAddedProgramHoldsThePresentStateAndTheCurrentOneStaysCurrent) {
     master().selectProgram(1);
     tree_.set("eq.gains", 7);
     master().addProgram(0, "New: one");
@@ -147,7 +147,7 @@ TEST_F(RegistryBanks, AProgramIsAddedAsTheStateIsAndTheCurrentOneStaysCurrent) {
     EXPECT_EQ(tree_.text("preset-name"), "New: one");
 }
 
-TEST_F(RegistryBanks, DeletingTheCurrentProgramBringsItsNeighbourUpAndTheLastOneStays) {
+TEST_F(RegistryBanks, DeletingTheCurrentProgramSelectsItsNeighbourAndTheLastOneStays) {
     master().selectProgram(1);
     master().deleteProgram(1);
     EXPECT_EQ(tree_.programs(), "One,*Three");
@@ -156,14 +156,14 @@ TEST_F(RegistryBanks, DeletingTheCurrentProgramBringsItsNeighbourUpAndTheLastOne
     tree_.set("eq.gains", 8);
     master().deleteProgram(0);
     EXPECT_EQ(tree_.programs(), "*Three");
-    EXPECT_EQ(gain(), 8) << "another one's end changes no value";
+    EXPECT_EQ(gain(), 8) << "deleting another program changes no value";
     master().deleteProgram(0);
     master().deleteProgram(5);
     master().deleteProgram(-1);
     EXPECT_EQ(tree_.programs(), "*Three");
 }
 
-TEST_F(RegistryBanks, DeletingTheLastSlotBringsUpTheOneBeforeIt) {
+TEST_F(RegistryBanks, DeletingTheLastSlotSelectsTheOneBeforeIt) {
     master().selectProgram(2);
     master().deleteProgram(2);
     EXPECT_EQ(tree_.programs(), "One,*Two");
@@ -195,7 +195,7 @@ TEST_F(RegistryBanks, RenamingChangesTheNameShownOfTheCurrentOneOnly) {
     EXPECT_EQ(tree_.labels(), labels);
 }
 
-TEST_F(RegistryBanks, ANameWrittenToItsParameterIsTheSlotsName) {
+TEST_F(RegistryBanks, ANameSetByItsParameterIsTheSlotsName) {
     tree_.param("preset-name").setText(0, 0, "Typed");
     EXPECT_EQ(tree_.programs(), "*Typed,Two,Three");
 }
@@ -245,7 +245,7 @@ TEST_F(RegistryBanks, ADamagedBankChangesNothing) {
     EXPECT_EQ(tree_.everything(), before);
 }
 
-TEST_F(RegistryBanks, ASlotWithADamagedRecordDoesNotComeUp) {
+TEST_F(RegistryBanks, ASlotWithADamagedRecordIsNotSelected) {
     ASSERT_EQ(tree_.activateBank(storedBank("b", {preset("A", 11), storedPreset("TAEQ:x", {{"eq.gains", "damage"}})})),
               "");
     const std::string before = tree_.everything();
@@ -282,7 +282,7 @@ TEST_F(RegistryBanks, AHostsRestoreGivesTheSameAsAnActivationWithUndo) {
     EXPECT_EQ(other.everything(), tree_.everything());
 }
 
-TEST_F(RegistryBanks, TheNameBridgeReadsWritesAndHearsOfTheCurrentPreset) {
+TEST_F(RegistryBanks, TheNameBridgeReadsWritesAndIsNotifiedOfTheCurrentName) {
     int32_t received = 0;
     std::string seen;
     struct CUser {
@@ -293,9 +293,9 @@ TEST_F(RegistryBanks, TheNameBridgeReadsWritesAndHearsOfTheCurrentPreset) {
     CAudioParamRegistryNameBridge bridge(
         master(),
         [](void* opaque) {
-            auto& heard = *static_cast<CUser*>(opaque);
-            ++*heard.received;
-            *heard.seen = heard.bridge->read().toUtf8();
+            auto& listener = *static_cast<CUser*>(opaque);
+            ++*listener.received;
+            *listener.seen = listener.bridge->read().toUtf8();
         },
         &user);
     user.bridge = &bridge;

@@ -1,4 +1,4 @@
-// Between parameters and presets: what is captured, what is applied, and what is refused.
+// Capture and activation of presets: which values are captured and applied, and what is refused.
 
 #include <cmath>
 #include <limits>
@@ -43,7 +43,7 @@ protected:
     std::string activate(const CStoredRecords& records, const CPresetRequest& request = {}) {
         return tree_.activate(tree_.master(), storedPreset("TAEQ:Test", records), request);
     }
-    /// Values that are no defaults, in every parameter.
+    /// Sets every parameter to a value other than its default.
     void disturb() {
         tree_.set("eq.gains", 11, 0, 1);
         tree_.set("eq.gains", 12, 1, 2);
@@ -60,7 +60,7 @@ protected:
     CPresetTree tree_;
 };
 
-TEST_F(RegistryPresets, CapturedIsWhatIsStorableOrPersistentUnderItsKey) {
+TEST_F(RegistryPresets, StorableAndPersistentParametersAreCapturedUnderTheirKeys) {
     EXPECT_EQ(keysOf(tree_.acquire(tree_.master())),
               (std::vector<std::string>{"eq.gains", "eq.pair", "instance-name", "io-params.group-names",
                                         "io-params.in-routing", "out.mute", "oversampling"}));
@@ -84,7 +84,7 @@ TEST_F(RegistryPresets, TheCapturedBytesAreTheStoredForm) {
                                      {"in-routing", realRecord({{1, 2}}, 1, "audio.in-routing")}}));
 }
 
-TEST_F(RegistryPresets, WhatWasCapturedRestoresEveryValueInAnotherInstance) {
+TEST_F(RegistryPresets, ACapturedPresetRestoresEveryStoredValueInAnotherInstance) {
     disturb();
     const std::string stored = tree_.acquire(tree_.master());
     const std::string before = tree_.state();
@@ -93,7 +93,7 @@ TEST_F(RegistryPresets, WhatWasCapturedRestoresEveryValueInAnotherInstance) {
     ASSERT_EQ(other.activate(other.master(), stored, {-1, true, false}), "");
     EXPECT_EQ(other.acquire(other.master()), stored);
     EXPECT_EQ(other.state(), tree_.state());
-    EXPECT_NE(other.state(), before) << "what has no flag does not survive";
+    EXPECT_NE(other.state(), before) << "parameters without a flag are not restored";
 }
 
 TEST_F(RegistryPresets, StoredGroupsAreTakenAndThoseThatARecordLacksAreAtTheirDefaults) {
@@ -108,7 +108,7 @@ TEST_F(RegistryPresets, StoredGroupsAreTakenAndThoseThatARecordLacksAreAtTheirDe
     EXPECT_EQ(tree_.value("eq.gains", 0, 1), 0);
 }
 
-TEST_F(RegistryPresets, AGroupThatARecordLacksSoundsLikeItsDefaultsWithTheNextRound) {
+TEST_F(RegistryPresets, AGroupThatARecordLacksReachesProcessesAsDefaultsWithTheNextRound) {
     tree_.env().setRunning(true);
     CProcessStub process;
     process.consume(tree_.param("eq.gains"), -1, -1);
@@ -123,7 +123,7 @@ TEST_F(RegistryPresets, AGroupThatARecordLacksSoundsLikeItsDefaultsWithTheNextRo
     tree_.collector().detachConsumers();
 }
 
-TEST_F(RegistryPresets, WhatNoKeyReachesIsResetSoThatNoPresetIsAPartialUpdate) {
+TEST_F(RegistryPresets, StorableParametersWithoutARecordAreReset) {
     disturb();
     ASSERT_EQ(activate({{"eq.gains", one(7)}}), "");
     EXPECT_EQ(tree_.value("out.mute"), 0);
@@ -131,7 +131,7 @@ TEST_F(RegistryPresets, WhatNoKeyReachesIsResetSoThatNoPresetIsAPartialUpdate) {
     EXPECT_EQ(tree_.value("eq.pair"), 1);
     EXPECT_EQ(tree_.value("io-params.in-routing", 0, 3), 1);
     EXPECT_EQ(tree_.text("io-params.group-names"), "1");
-    EXPECT_EQ(tree_.value("io-params.solo"), 1) << "what has no flag stays";
+    EXPECT_EQ(tree_.value("io-params.solo"), 1) << "parameters without a flag stay";
 }
 
 TEST_F(RegistryPresets, PersistentParametersAreAppliedOnRequestOnly) {
@@ -185,7 +185,7 @@ TEST_F(RegistryPresets, TheRoutingRegistryIgnoresOversamplingAndKeysWithoutParam
     EXPECT_EQ(tree_.text("preset-name"), "Default");
 }
 
-TEST_F(RegistryPresets, RecordsOfUnknownKeysStayAsTheyCame) {
+TEST_F(RegistryPresets, RecordsOfUnknownKeysAreKept) {
     const std::string strange("\x00\x01 tomorrow", 11);
     ASSERT_EQ(activate({{"a.of-tomorrow", strange}, {"eq.gains", one(3)}}), "");
     const std::string captured = tree_.acquire(tree_.master());
@@ -193,7 +193,7 @@ TEST_F(RegistryPresets, RecordsOfUnknownKeysStayAsTheyCame) {
     EXPECT_EQ(recordOf(captured, "eq.gains"), one(3, "audio.gains")) << "known ones are captured anew";
 }
 
-TEST_F(RegistryPresets, OutOfRangeTakesTheNearestValueAndNoNumberTheDefault) {
+TEST_F(RegistryPresets, NumbersOutOfRangeAreClampedAndNotANumberBecomesTheDefault) {
     const std::string routing = realRecord({{std::nan(""), std::nan(""), -1, 17}});
     ASSERT_EQ(activate({{"eq.gains", realRecord({{1e9, std::nan(""), -kInf}, {kInf}})},
                         {"eq.pair", realRecord({{std::nan(""), std::nan(""), 10, -10}}, 2)},
@@ -291,7 +291,7 @@ TEST_F(RegistryPresets, APresetOfAnotherRegistryIsIncompatible) {
     EXPECT_EQ(tree_.everything(), before);
 }
 
-TEST_F(RegistryPresets, TheNameBehindTheFirstColonIsShownAndGoesToTheSlot) {
+TEST_F(RegistryPresets, TheNameBehindTheFirstColonIsShownAndNamesTheSlot) {
     ASSERT_EQ(tree_.activate(tree_.master(), storedPreset("TAEQ:5:1 Boom")), "");
     EXPECT_EQ(tree_.text("preset-name"), "5:1 Boom");
     EXPECT_EQ(tree_.programs(), "*5:1 Boom");
@@ -309,7 +309,7 @@ TEST_F(RegistryPresets, ASingleGroupTakesTheRecordsGroupZeroAndLeavesTheOthers) 
     EXPECT_EQ(tree_.value("eq.gains", 1, 0), 1);
     EXPECT_EQ(tree_.value("eq.gains", 1, 2), 3);
     EXPECT_EQ(tree_.value("out.mute", 0), 1);
-    EXPECT_EQ(tree_.value("out.mute", 1), 0) << "reset in this group alone";
+    EXPECT_EQ(tree_.value("out.mute", 1), 0) << "reset in this group only";
     EXPECT_EQ(tree_.value("io-params.in-routing"), 1);
     EXPECT_EQ(tree_.value("io-params.in-routing", 0, 3), 5);
     EXPECT_EQ(tree_.value("oversampling"), 3);
@@ -324,7 +324,7 @@ TEST_F(RegistryPresets, OneGroupIsWrittenAsGroupZero) {
                                             {"out.mute", one(1, "audio.mute")}}));
 }
 
-TEST_F(RegistryPresets, ARecordOfMoreGroupsThanItsParameterHasIsNoChangeOfItsOwn) {
+TEST_F(RegistryPresets, GroupsBeyondThoseOfTheParameterAreNoChange) {
     ASSERT_EQ(activate({{"io-params.in-routing", realRecord({{1, 2}, {7, 7}})}}), "");
     EXPECT_EQ(tree_.value("io-params.in-routing", 1, 0), 1);
     const std::string labels = tree_.labels();

@@ -21,7 +21,7 @@ std::vector<std::string> keysOf(CParamTree& tree, const char* path) {
 
 using CKeys = std::vector<std::string>;
 
-TEST(ParamRegistry, BothRegistriesTakeWhatLiesUnderTheirHierarchy) {
+TEST(ParamRegistry, EachRegistryTakesTheParametersUnderItsHierarchy) {
     CParamTree tree({}, {registryNode("TAIO", "plugin.modMain.io-params"), registryNode("TAEQ", "plugin.modMain.")});
     for (const char* name :
          {"plugin.modMain.io-params.grouping", "plugin.modMain.gain", "plugin.modMainly.x", "audio.x"})
@@ -31,7 +31,7 @@ TEST(ParamRegistry, BothRegistriesTakeWhatLiesUnderTheirHierarchy) {
     EXPECT_EQ(keysOf(tree, "plugin.TAEQ"), (CKeys{"gain", "io-params.grouping"}));
 }
 
-TEST(ParamRegistry, AnEnumeratedOneIsOfferedFirstAndKeepsWhatItTakes) {
+TEST(ParamRegistry, AnEnumeratedRegistryIsOfferedFirstAndTakesExclusively) {
     CParamTree tree({},
                     {registryNode("TAEQ", "plugin"), registryNode("TAIO", "plugin.io", {{"is-enumerated", "true"}})});
     tree.collector().getParam("plugin.io.x");
@@ -41,7 +41,7 @@ TEST(ParamRegistry, AnEnumeratedOneIsOfferedFirstAndKeepsWhatItTakes) {
     EXPECT_EQ(keysOf(tree, "plugin.TAEQ"), (CKeys{"y"}));
 }
 
-TEST(ParamRegistry, AnAssignedParameterGoesToItsRegistryAlone) {
+TEST(ParamRegistry, AnAssignedParameterIsTakenByItsRegistryAlone) {
     CParamTree tree({paramNode("gain", "real", "0", "1", "0", {{"param-registry", "TAIO"}})},
                     {registryNode("TAEQ", "p"), registryNode("TAIO", "plugin.io")});
     tree.define("gain");

@@ -1,4 +1,4 @@
-// State from several threads at once: every lock in its order, and nobody told while one is held.
+// State from several threads at once: locks are taken in order, and listeners notified while none is held.
 
 #include <atomic>
 #include <thread>
@@ -15,7 +15,7 @@ std::string preset(const std::string& name, double gain) {
 
 constexpr int32_t kRounds = 300;
 
-/// An editor's end: reads what it is told of, as deep as an editor would.
+/// An editor's end: reads what changed, as an editor would.
 struct CEditor {
     explicit CEditor(CPresetTree& watched) : tree(watched), bridge(watched.master(), &CEditor::received, this) {}
     static void received(void* user) {
@@ -31,7 +31,7 @@ struct CEditor {
     CAudioParamRegistryNameBridge bridge;
 };
 
-TEST(RegistryThreads, SettingActivatingSavingUndoingAndTheAudioThreadGetAlong) {
+TEST(RegistryThreads, SettingActivatingSavingUndoingAndTheAudioThreadRunTogether) {
     CPresetTree tree({preset("One", 1), preset("Two", 2), preset("Three", 3)});
     tree.env().setRunning(true);
     CEditor editor(tree);
@@ -77,7 +77,7 @@ TEST(RegistryThreads, SettingActivatingSavingUndoingAndTheAudioThreadGetAlong) {
     EXPECT_GT(editor.times, 0);
     EXPECT_GT(editor.letters, 0);
     EXPECT_GE(tree.master().programCount(), 1);
-    // What was left is a whole state: it is what its own chunk restores.
+    // The result is a whole state: its chunk restores the same.
     const std::string stored = tree.acquireBank();
     CPresetTree other;
     ASSERT_EQ(other.activateBank(stored, {-1, true, false}), "");
@@ -85,11 +85,11 @@ TEST(RegistryThreads, SettingActivatingSavingUndoingAndTheAudioThreadGetAlong) {
     EXPECT_EQ(tree.text("preset-name"), tree.master().programName(tree.master().currentProgram()).toUtf8());
 }
 
-TEST(RegistryThreads, ListenersAndBridgesAreToldWithEveryLockFree) {
+TEST(RegistryThreads, ListenersAndBridgesAreNotifiedWithEveryLockFree) {
     CPresetTree tree({preset("One", 1), preset("Two", 2)});
     struct CStranger : CAudioParamListener {
         explicit CStranger(CPresetTree& watched) : tree(watched) {}
-        // Another thread gets through all that needs the locks while this one is being told.
+        // Another thread can take every lock while this one is notified.
         void look() {
             std::thread([this] {
                 tree.master().programCount();

@@ -1,4 +1,4 @@
-// What the history takes back of the registries' actions, and the alternate state with a history of its own.
+// Undo of the registries' actions, and the alternate state with its history.
 
 #include "Tests/Audio/Presets/PresetTree.h"
 
@@ -21,8 +21,7 @@ protected:
     CAudioParamRegistry& master() { return tree_.master(); }
     double gain() { return tree_.value("eq.gains"); }
 
-    /// Runs an action; the history has one more step with this label, whose undo brings everything back and whose redo
-    /// repeats it.
+    /// Runs an action; expects one more step with this label, whose undo restores everything and whose redo repeats it.
     void expectStep(const std::string& label, const std::function<void()>& action) {
         const std::string before = tree_.everything();
         const int32_t count = tree_.history().getStepLabels().count();
@@ -53,13 +52,13 @@ TEST_F(RegistryUndo, APresetIsOneStep) {
     EXPECT_EQ(tree_.value("out.mute"), 1);
 }
 
-TEST_F(RegistryUndo, ARoutingPresetIsOneStepUnderItsOwnWord) {
+TEST_F(RegistryUndo, ARoutingPresetIsOneStepUnderItsRegistrysLabel) {
     expectStep("Routing preset activate", [this] {
         ASSERT_EQ(tree_.activate(tree_.routing(), storedPreset("TAIO:x", {{"in-routing", realRecord({{3, 4}})}})), "");
     });
 }
 
-TEST_F(RegistryUndo, ASingleGroupStandsInTheLabelByItsNameOrItsNumber) {
+TEST_F(RegistryUndo, TheLabelNamesASingleGroupByNameOrNumber) {
     expectStep("Master preset (2) activate", [this] { ASSERT_EQ(tree_.activate(master(), preset("A", 5), {1}), ""); });
     tree_.param("io-params.group-names").setText(0, 1, "Side");
     expectStep("Master preset (Side) activate",
@@ -82,7 +81,7 @@ TEST_F(RegistryUndo, ASelectionMovesBackAndTheSlotsKeepTheirContents) {
     EXPECT_EQ(tree_.programs(), "*One,Two,Three");
     EXPECT_EQ(gain(), 7);
     master().selectProgram(1);
-    EXPECT_EQ(gain(), 8) << "what was left in the slot when its selection was taken back";
+    EXPECT_EQ(gain(), 8) << "the value that the slot held when its selection was undone";
 }
 
 TEST_F(RegistryUndo, ABankIsOneStep) {
@@ -128,7 +127,7 @@ TEST_F(RegistryUndo, AMasterResetIsOneStepToTheDefaults) {
     expectStep("Routing preset reset", [this] { tree_.routing().reset(); });
 }
 
-TEST_F(RegistryUndo, MovesOverManyStepsGiveWhatStepByStepMovesGive) {
+TEST_F(RegistryUndo, MovesOverManyStepsHaveTheResultOfSingleMoves) {
     std::vector<std::string> states = {tree_.everything()};
     const auto note = [&] { states.push_back(tree_.everything()); };
     ASSERT_EQ(tree_.activate(master(), preset("First", 21)), "");
@@ -160,12 +159,12 @@ TEST_F(RegistryUndo, MovesOverManyStepsGiveWhatStepByStepMovesGive) {
         }
 }
 
-TEST_F(RegistryUndo, AStepsUndoTellsTheBridgesOfTheProgram) {
-    struct CHeard {
+TEST_F(RegistryUndo, UndoAndRedoNotifyTheBridgesOfTheProgram) {
+    struct CListener {
         int32_t times = 0;
         void received(CCheckedObject*) { ++times; }
-    } heard;
-    COwnedBridge<CHeard> bridge(&heard, &CHeard::received);
+    } listener;
+    COwnedBridge<CListener> bridge(&listener, &CListener::received);
     bridge.connect(master(), CAudioParamRegistry::kProgramUpdate);
     const std::function<void()> actions[] = {
         [this] { master().selectProgram(1); },
@@ -182,20 +181,20 @@ TEST_F(RegistryUndo, AStepsUndoTellsTheBridgesOfTheProgram) {
     };
     int32_t index = 0;
     for (const auto& action : actions) {
-        int32_t before = heard.times;
+        int32_t before = listener.times;
         action();
-        EXPECT_GT(heard.times, before) << index;
-        before = heard.times;
+        EXPECT_GT(listener.times, before) << index;
+        before = listener.times;
         tree_.history().undo(1);
-        EXPECT_GT(heard.times, before) << "undo of " << index;
-        before = heard.times;
+        EXPECT_GT(listener.times, before) << "undo of " << index;
+        before = listener.times;
         tree_.history().redo(1);
-        EXPECT_GT(heard.times, before) << "redo of " << index;
+        EXPECT_GT(listener.times, before) << "redo of " << index;
         ++index;
     }
 }
 
-TEST_F(RegistryUndo, TheAlternateStateIsTheSameAtFirstAndASecondPressBringsTheFirstBack) {
+TEST_F(RegistryUndo, TheAlternateStateIsTheSameAtFirstAndASecondSwapRestoresTheFirst) {
     tree_.set("eq.gains", 7);
     const std::string first = tree_.state();
     EXPECT_FALSE(master().isAlternate());

@@ -50,7 +50,7 @@ TEST_F(ParamUndo, TheListBeginsWithItsStart) {
     EXPECT_EQ(history().undoCountMax(), 32);
 }
 
-TEST_F(ParamUndo, AStepIsTakenBackAndBroughtForthAgain) {
+TEST_F(ParamUndo, AStepIsUndoneAndRedone) {
     step("Gain change", "eq.gains", 5);
     step("Mute change", "out.mute", 1);
     EXPECT_EQ(tree_.labels(), "Undo history start,Gain change,*Mute change");
@@ -110,10 +110,10 @@ TEST_F(ParamUndo, AThirtyThirdStepDropsTheOldestAndKeepsTheStart) {
     EXPECT_EQ(labels[1], "s2");
     EXPECT_EQ(labels[32], "s33");
     history().undo(100);
-    EXPECT_EQ(gain(), 1) << "the step from 0 to 1 is gone";
+    EXPECT_EQ(gain(), 1) << "the step from 0 to 1 was deleted";
 }
 
-TEST_F(ParamUndo, ANewStepCutsOffWhatCouldHaveBeenRedone) {
+TEST_F(ParamUndo, ANewStepDeletesTheStepsThatCouldHaveBeenRedone) {
     step("a", "eq.gains", 1);
     step("b", "eq.gains", 2);
     step("c", "eq.gains", 3);
@@ -124,7 +124,7 @@ TEST_F(ParamUndo, ANewStepCutsOffWhatCouldHaveBeenRedone) {
     EXPECT_EQ(gain(), 1);
 }
 
-TEST_F(ParamUndo, MovesOfOneGestureMergeAndTheFirstFormerValueStays) {
+TEST_F(ParamUndo, StepsOfOneGestureMergeAndKeepTheFirstFormerValue) {
     step("Gain change", "eq.gains", 1, 77);
     step("Gain change", "eq.gains", 2, 77);
     step("Gain change", "eq.gains", 3, 77);
@@ -135,7 +135,7 @@ TEST_F(ParamUndo, MovesOfOneGestureMergeAndTheFirstFormerValueStays) {
     EXPECT_EQ(gain(), 3);
 }
 
-TEST_F(ParamUndo, WithAnotherControlBetweenThemTheyDoNot) {
+TEST_F(ParamUndo, GesturesWithAnotherControlBetweenThemDoNotMerge) {
     step("Gain change", "eq.gains", 1, 77);
     step("Mute change", "out.mute", 1, 78);
     step("Gain change", "eq.gains", 2, 77);
@@ -175,7 +175,7 @@ TEST_F(ParamUndo, AnEmptyStepLeavesTheListAlone) {
     EXPECT_EQ(gain(), 1);
 }
 
-TEST_F(ParamUndo, TextsAndGroupsComeBackAsTheyWere) {
+TEST_F(ParamUndo, TextsAndGroupsAreRestored) {
     auto first = std::make_unique<CAudioParamUndoStep>("group");
     turn(*first, "eq.gains", 4, 2, 1);
     history().addStep(std::move(first));
@@ -203,7 +203,7 @@ TEST_F(ParamUndo, TextsAndGroupsComeBackAsTheyWere) {
     EXPECT_EQ(tree_.value("eq.gains", 2, 1), 4);
 }
 
-TEST_F(ParamUndo, ARecordMakesOneStepOfWhatIsAddedToIt) {
+TEST_F(ParamUndo, ARecordIsOneStepOfAllThatIsAddedToIt) {
     history().beginRecord(std::make_unique<CAudioParamUndoStep>("Group A to B copy"));
     step("part", "eq.gains", 1);
     step("part", "out.mute", 1);
@@ -234,7 +234,7 @@ TEST_F(ParamUndo, AnOpenRecordIsEndedByAMoveAndByTheNext) {
     EXPECT_EQ(tree_.labels(), "Undo history start,first,*no part any more");
 }
 
-TEST_F(ParamUndo, EachChangeOfTheListIsToldOnceWithTheLockFree) {
+TEST_F(ParamUndo, EachChangeOfTheListNotifiesOnceWithTheLockFree) {
     bool isFree = true;
     history().onMessage = [&] {
         std::thread([&] {
@@ -257,7 +257,7 @@ TEST_F(ParamUndo, EachChangeOfTheListIsToldOnceWithTheLockFree) {
     EXPECT_TRUE(isFree);
 }
 
-TEST_F(ParamUndo, WhoHoldsTheLockAddsUnderIt) {
+TEST_F(ParamUndo, ACallerThatHoldsTheLockCanAddAStep) {
     auto step = std::make_unique<CAudioParamUndoStep>("under the lock");
     turn(*step, "eq.gains", 1);
     {
@@ -271,8 +271,8 @@ TEST_F(ParamUndo, WhoHoldsTheLockAddsUnderIt) {
     EXPECT_EQ(tree_.labels(), "Undo history start,*under the lock");
 }
 
-TEST_F(ParamUndo, ListenersHearOfWhatAMoveBroughtBack) {
-    struct CHeard : CAudioParamListener {
+TEST_F(ParamUndo, ListenersAreNotifiedOfTheValuesThatAMoveRestored) {
+    struct CListener : CAudioParamListener {
         void onParamChanged(CAudioParam& param, int32_t group, int32_t first, int32_t count) override {
             value = param.value(0, 0);
             isWhole = group == CAudioParamData::kAllGroups && first == 0 && count > 16;
@@ -281,15 +281,15 @@ TEST_F(ParamUndo, ListenersHearOfWhatAMoveBroughtBack) {
         double value = -1;
         bool isWhole = false;
         int32_t times = 0;
-    } heard;
+    } listener;
     step("a", "eq.gains", 1);
     step("b", "eq.gains", 2);
-    tree_.param("eq.gains").addListener(heard);
+    tree_.param("eq.gains").addListener(listener);
     history().undo(2);
-    EXPECT_EQ(heard.value, 0);
-    EXPECT_EQ(heard.times, 1);
-    EXPECT_TRUE(heard.isWhole);
-    tree_.param("eq.gains").removeListener(heard);
+    EXPECT_EQ(listener.value, 0);
+    EXPECT_EQ(listener.times, 1);
+    EXPECT_TRUE(listener.isWhole);
+    tree_.param("eq.gains").removeListener(listener);
 }
 
 TEST(ParamUndoOfLengthZero, KeepsNoStep) {

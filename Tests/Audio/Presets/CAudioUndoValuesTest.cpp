@@ -1,4 +1,4 @@
-// A step takes back the elements that it changed; what was set elsewhere meanwhile stays.
+// Undo restores the elements that a step changed; what was set elsewhere meanwhile stays.
 
 #include "Audio/Presets/CAudioUndoValues.h"
 
@@ -40,7 +40,7 @@ protected:
     CPresetTree tree_;
 };
 
-TEST_F(UndoValues, WhatAHostSetInAnotherBandOrGroupStays) {
+TEST_F(UndoValues, UndoKeepsValuesThatAHostSetInAnotherBandOrGroup) {
     tree_.set("eq.gains", 1, 0, 6);
     tree_.set("eq.gains", 1, 1, 6);
     turn(2, 5);
@@ -57,7 +57,7 @@ TEST_F(UndoValues, WhatAHostSetInAnotherBandOrGroupStays) {
     EXPECT_EQ(gain(2, 1), 8);
 }
 
-TEST_F(UndoValues, AGestureTakesBackTheUnionOfItsElements) {
+TEST_F(UndoValues, UndoOfAGestureRestoresTheUnionOfItsElements) {
     tree_.set("eq.gains", 1, 0, 6);
     turn(1, 5, 0, 77);
     tree_.set("eq.gains", 2, 0, 3);
@@ -67,7 +67,7 @@ TEST_F(UndoValues, AGestureTakesBackTheUnionOfItsElements) {
     ASSERT_EQ(tree_.labels(), "Undo history start,*step");
     history().undo(1);
     EXPECT_EQ(gain(1), 0);
-    EXPECT_EQ(gain(3), 2) << "as the gesture found it";
+    EXPECT_EQ(gain(3), 2) << "the value before the gesture";
     EXPECT_EQ(gain(5), 7);
     EXPECT_EQ(gain(6), 1);
     history().redo(1);
@@ -76,7 +76,7 @@ TEST_F(UndoValues, AGestureTakesBackTheUnionOfItsElements) {
     EXPECT_EQ(gain(5), 7);
 }
 
-TEST_F(UndoValues, APresetTakesBackWhatDifferedElementCountsIncluded) {
+TEST_F(UndoValues, UndoOfAPresetRestoresDifferingElementsAndCounts) {
     tree_.set("eq.gains", 4, 0, 4);
     tree_.set("eq.gains", 3, 1, 1);
     ASSERT_EQ(tree_.activate(tree_.master(), storedPreset("TAEQ:x", {{"eq.gains", realRecord({{0, 9}})}})), "");
@@ -86,7 +86,7 @@ TEST_F(UndoValues, APresetTakesBackWhatDifferedElementCountsIncluded) {
     history().undo(1);
     EXPECT_EQ(count("eq.gains"), 5);
     EXPECT_EQ(count("eq.gains", 1), 2);
-    EXPECT_EQ(gain(0), 6) << "the preset had left it alone";
+    EXPECT_EQ(gain(0), 6) << "the preset did not change it";
     EXPECT_EQ(gain(1), 0);
     EXPECT_EQ(gain(4), 4);
     EXPECT_EQ(gain(1, 1), 3);
@@ -110,7 +110,7 @@ TEST_F(UndoValues, AGroupThatGrewSinceKeepsItsCount) {
     EXPECT_EQ(gain(4, 1), 8);
 }
 
-TEST_F(UndoValues, AnElementBeyondAGroupThatShrankSinceComesBack) {
+TEST_F(UndoValues, UndoRestoresAnElementBeyondAGroupThatShrankSince) {
     tree_.set("eq.gains", 2, 0, 5);
     turn(5, 7);
     ASSERT_EQ(
@@ -121,7 +121,7 @@ TEST_F(UndoValues, AnElementBeyondAGroupThatShrankSinceComesBack) {
     EXPECT_EQ(gain(5), 2);
 }
 
-TEST_F(UndoValues, ElementsOfSeveralNumbersAndTextsComeBackOneByOne) {
+TEST_F(UndoValues, UndoRestoresElementsOfSeveralNumbersAndTextsOneByOne) {
     step("eq.pair", CAudioParamUndoStep::kNoKey, [&] { tree_.param("eq.pair").setValue(0, 0, 5, 1); });
     CAudioParam& names = tree_.param("io-params.group-names");
     step("io-params.group-names", CAudioParamUndoStep::kNoKey, [&] { names.setText(0, 1, "Mid"); });
@@ -137,7 +137,7 @@ TEST_F(UndoValues, ElementsOfSeveralNumbersAndTextsComeBackOneByOne) {
     EXPECT_EQ(tree_.text("io-params.group-names", 2), "Host");
 }
 
-TEST_F(UndoValues, AMoveBackToWhatIsThereAlreadyPostsNothing) {
+TEST_F(UndoValues, UndoToThePresentValuesPostsNothing) {
     turn(2, 5);
     tree_.set("eq.gains", 0, 0, 2);
     tree_.collector().applyPendingChanges(0.0);

@@ -13,7 +13,7 @@ std::string preset(const std::string& name, double gain) {
     return storedPreset("TAEQ:" + name, {{"eq.gains", realRecord({{gain}}, 1, "audio.gains")}});
 }
 
-/// Listens to everything that a registry does, and looks from another thread whether a lock is held then.
+/// Listens to all notifications of a registry, and checks from another thread whether a lock is held then.
 class CLockWatch : CAudioParamListener {
 public:
     explicit CLockWatch(CPresetTree& tree) : tree_(tree) {

@@ -60,7 +60,7 @@ std::vector<CTestNode> instance(const std::string& romFile, const std::string& u
             {"audio:param-registry", "TAEQ", master}};
 }
 
-void tell(std::ostream& out, const CAudioParam& param) {
+void print(std::ostream& out, const CAudioParam& param) {
     CLockScope scope(param.lock());
     const CAudioParamData& data = param.userData();
     out << param.fullName().toUtf8();
@@ -100,12 +100,12 @@ CPresetTree::CPresetTree(const std::vector<std::string>& romPresets, const std::
 std::string CPresetTree::state() {
     std::ostringstream out;
     for (const auto& row : kParams)
-        tell(out, param(row.name));
+        print(out, param(row.name));
     return out.str();
 }
 
 std::string CPresetTree::everything() {
-    // What the banks hold goes through a preset's reader; a capture on the way changes nothing that can be heard.
+    // Reads the programs through the registry; a capture on the way changes no value.
     std::string all = state() + programs() + '\n';
     for (int32_t i = 0; i < master().programCount(); ++i)
         all += acquire(master(), i == master().currentProgram() ? -1 : i);

@@ -37,7 +37,7 @@ inline std::string packed(const std::string& bytes, uint32_t id) {
     return textOf(block);
 }
 
-/// A file with these bytes for the length of its life.
+/// A file with these bytes, deleted with the object.
 class CStoredFile {
 public:
     explicit CStoredFile(const std::string& bytes);

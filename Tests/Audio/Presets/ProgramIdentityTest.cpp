@@ -33,7 +33,7 @@ protected:
     CPresetTree tree_{{preset("One", 1), preset("Two", 2), preset("Three", 3)}};
 };
 
-TEST_F(ProgramIdentity, AProgramThatTheOtherStateAddedOutlivesEveryUndo) {
+TEST_F(ProgramIdentity, UndoNeverRemovesAProgramThatTheOtherStateAdded) {
     tree_.set("eq.gains", 7);
     master().deleteProgram(2);
     master().replaceProgram(1);
@@ -50,7 +50,7 @@ TEST_F(ProgramIdentity, AProgramThatTheOtherStateAddedOutlivesEveryUndo) {
     EXPECT_EQ(gainOf(2), 55);
 }
 
-TEST_F(ProgramIdentity, UndoInOneStateLeavesWhatTheOtherStoredInTheSameProgram) {
+TEST_F(ProgramIdentity, UndoInOneStateKeepsTheContentsThatTheOtherStoredInTheSameProgram) {
     tree_.set("eq.gains", 7);
     master().replaceProgram(2);
     master().addProgram(3, "Added");
@@ -65,10 +65,10 @@ TEST_F(ProgramIdentity, UndoInOneStateLeavesWhatTheOtherStoredInTheSameProgram) 
     master().swapAB();
     history().undo(2);
     EXPECT_EQ(tree_.programs(), "*One,Two,Three,Added");
-    EXPECT_EQ(gainOf(2), 7) << "the other state's step, taken back where it was made";
+    EXPECT_EQ(gainOf(2), 7) << "the other state's step, undone in that state";
 }
 
-TEST_F(ProgramIdentity, ARedoBringsAnAddedProgramBackWithWhatWasLeftInIt) {
+TEST_F(ProgramIdentity, RedoRestoresAnAddedProgramWithItsLastContents) {
     master().addProgram(0, "New");
     const uint64_t id = master().programId(0);
     master().selectProgram(0);
@@ -90,7 +90,7 @@ TEST_F(ProgramIdentity, ABankThatAHostRestoresEndsTheStepsOfTheFormerPrograms) {
     master().addProgram(0, "InB");
     master().swapAB();
     ASSERT_EQ(tree_.activateBank(storedBank("b", {preset("A", 11), preset("B", 12)}), {-1, true, false}), "");
-    EXPECT_EQ(tree_.labels(), "Undo history start,Master preset activate,*Master reset") << "values stay";
+    EXPECT_EQ(tree_.labels(), "Undo history start,Master preset activate,*Master reset") << "steps of values stay";
     history().undo(1);
     EXPECT_EQ(gain(), 9);
     history().undo(1);
@@ -100,7 +100,7 @@ TEST_F(ProgramIdentity, ABankThatAHostRestoresEndsTheStepsOfTheFormerPrograms) {
     EXPECT_EQ(gainOf(1), 12);
     master().swapAB();
     EXPECT_EQ(tree_.labels(), "*Undo history start");
-    EXPECT_EQ(tree_.programs(), "A,*B") << "that state's program is gone, the current one stays";
+    EXPECT_EQ(tree_.programs(), "A,*B") << "that state's program was deleted, the current one stays";
 }
 
 TEST_F(ProgramIdentity, EachStateHasItsCurrentProgram) {
@@ -112,7 +112,7 @@ TEST_F(ProgramIdentity, EachStateHasItsCurrentProgram) {
     EXPECT_EQ(tree_.programs(), "*One,Two,Three");
     EXPECT_EQ(tree_.text("preset-name"), "One");
     EXPECT_EQ(gain(), 7);
-    EXPECT_EQ(gainOf(1), 8) << "what the other state left there";
+    EXPECT_EQ(gainOf(1), 8) << "the value that the other state stored there";
     master().renameProgram(1, "Zwei");
     tree_.set("eq.gains", 9);
     master().swapAB();
@@ -130,7 +130,7 @@ TEST_F(ProgramIdentity, ACopyTakesTheProgramAlong) {
     EXPECT_EQ(tree_.programs(), "One,Two,*Three");
 }
 
-TEST_F(ProgramIdentity, IfAStatesProgramIsGoneTheCurrentOneStays) {
+TEST_F(ProgramIdentity, IfAStatesProgramWasDeletedTheCurrentOneStays) {
     tree_.set("eq.gains", 7);
     master().swapAB();
     master().selectProgram(1);
@@ -141,7 +141,7 @@ TEST_F(ProgramIdentity, IfAStatesProgramIsGoneTheCurrentOneStays) {
     EXPECT_EQ(gain(), 7) << "the values are exchanged all the same";
 }
 
-TEST_F(ProgramIdentity, WhatIsStoredInTheOtherStatesProgramIsNotTakenBackByASwap) {
+TEST_F(ProgramIdentity, ASwapKeepsContentsThatWereStoredInTheOtherStatesProgram) {
     master().swapAB();
     master().selectProgram(1);
     tree_.set("eq.gains", 8);
@@ -151,7 +151,7 @@ TEST_F(ProgramIdentity, WhatIsStoredInTheOtherStatesProgramIsNotTakenBackByASwap
     EXPECT_EQ(gain(), 8);
 }
 
-TEST_F(ProgramIdentity, ASelectionTakenBackBringsUpWhatTheProgramHoldsNow) {
+TEST_F(ProgramIdentity, UndoOfASelectionAppliesThePresentContentsOfTheProgram) {
     tree_.set("eq.gains", 7);
     master().selectProgram(1);
     master().swapAB();
@@ -173,10 +173,10 @@ TEST_F(ProgramIdentity, ValuesOfAProgramThatIsNotCurrentStayAsTheyAre) {
     ASSERT_EQ(tree_.programs(), "*Two,Three");
     history().undo(2);
     EXPECT_EQ(tree_.programs(), "*Two,Three");
-    EXPECT_EQ(gain(), 2) << "the preset was loaded into a program that is gone";
+    EXPECT_EQ(gain(), 2) << "the preset was loaded into a program that was deleted since";
 }
 
-TEST_F(ProgramIdentity, ANameTypedIntoItsParameterIsTakenBackOfTheSameProgramOnly) {
+TEST_F(ProgramIdentity, UndoOfANameSetByItsParameterRenamesTheSameProgramOnly) {
     typeName("Eins");
     typeName("Uno");
     EXPECT_EQ(tree_.labels(), "Undo history start,*Name change") << "one gesture";
@@ -192,7 +192,7 @@ TEST_F(ProgramIdentity, ANameTypedIntoItsParameterIsTakenBackOfTheSameProgramOnl
     EXPECT_EQ(tree_.programs(), "Uno,*Two,Three");
 }
 
-TEST_F(ProgramIdentity, AnUndoneActivationBringsTheProgramsUnknownRecordsBack) {
+TEST_F(ProgramIdentity, UndoOfAnActivationRestoresTheProgramsUnknownRecords) {
     ASSERT_EQ(tree_.activate(master(), storedPreset("TAEQ:Mine", {{"test.unknown", "u"}})), "");
     ASSERT_EQ(tree_.activate(master(), preset("Other", 4)), "");
     EXPECT_EQ(tree_.acquire(master()).find("test.unknown"), std::string::npos);

@@ -22,7 +22,7 @@ protected:
     CPresetTree tree_;
 };
 
-TEST_F(ProgramName, BytesThatAreNoUtf8AreInTheSystemsCodePageAndWrittenBackAsUtf8) {
+TEST_F(ProgramName, BytesThatAreNotUtf8AreReadInTheSystemsCodePageAndWrittenAsUtf8) {
     ASSERT_EQ(load({"Gr\xfc\xdf"
                     "e \x80",
                     "Gr\u00fc\u00df"
@@ -40,7 +40,7 @@ TEST_F(ProgramName, BytesThatAreNoUtf8AreInTheSystemsCodePageAndWrittenBackAsUtf
     EXPECT_EQ(name(0), "H\u00f6he");
 }
 
-TEST_F(ProgramName, TheLongestNameOfAMessageIsWrittenAndReadBack) {
+TEST_F(ProgramName, TheLongestNameThatAMessageHoldsIsWrittenAndReadBack) {
     std::string wide;
     while (wide.size() < kMostBytes)
         wide += "\u20ac";
@@ -60,7 +60,7 @@ TEST_F(ProgramName, TheLongestNameOfAMessageIsWrittenAndReadBack) {
     }
 }
 
-TEST_F(ProgramName, ALongerNameIsCutAndItsStepIsTakenBack) {
+TEST_F(ProgramName, ALongerNameIsCutAndItsStepCanBeUndone) {
     master().renameProgram(0, CString::fromUtf8(std::string(kMostBytes + 9, 'x').c_str(), kMostBytes + 9));
     EXPECT_EQ(name(), std::string(kMostBytes, 'x'));
     tree_.history().undo(1);

@@ -1,4 +1,4 @@
-// Random sequences of actions on programs, by seed: whatever the order, a program that no action named keeps its bytes.
+// Random sequences of actions on programs, by seed: in any order, a program that no action named keeps its bytes.
 
 #include <algorithm>
 #include <cstdlib>
@@ -34,7 +34,7 @@ std::string nameOf(const std::string& bytes) {
     return bytes.substr(4, static_cast<uint8_t>(bytes[0]));
 }
 
-/// What a sequence must hold of one state's history: the programs that each step names.
+/// The expected history of one state: the programs that each step names.
 struct CShadowList {
     struct CStep {
         CIds named;
@@ -88,7 +88,7 @@ private:
         crossed_ = ++serials_;
         list().add({named, crossed_});
     }
-    /// What changes nothing is no step.
+    /// An action that changes nothing is no step.
     void noteIfChanged(const CIds& named) {
         if (programs() != before_)
             note(named);
@@ -201,10 +201,10 @@ void CProgramSequence::bank(bool isChunk) {
     EXPECT_EQ(programs().size(), presets.size());
     for (int32_t i = tree_.history().getStepLabels(&position).count(); i > 1; --i)
         tree_.history().redo(1);
-    EXPECT_EQ(programs().size(), presets.size()) << "no step brings a program of the former bank back";
+    EXPECT_EQ(programs().size(), presets.size()) << "no step restores a program of the former bank";
 }
 
-// The two states that both edit one program each have values of it: the one that comes up is named.
+// Both states may edit one program and have different values of it: names the program that becomes current.
 void CProgramSequence::swap() {
     const uint64_t present = currentId();
     const uint64_t other = alternateId_ ? alternateId_ : present;
@@ -218,7 +218,7 @@ void CProgramSequence::swap() {
     EXPECT_EQ(nameOf(tree_.acquire(master())), nameOf(found->second)) << "a swap renames nothing";
     if (isThere)
         return;
-    // The values of a program that is gone go on in the present one, and so do their steps.
+    // The values of a deleted program move to the present one, and so do their steps.
     for (CShadowList::CStep& each : list().steps)
         if (each.named.count(other) != 0)
             each.named.insert(present);
@@ -253,7 +253,7 @@ void CProgramSequence::move(int32_t target) {
     target = std::clamp(target, 0, count);
     const int32_t first = std::min(position, target);
     const int32_t last = std::max(position, target);
-    // Steps that were there before a host's bank stand before the others, and change the current program's values.
+    // Steps from before a host's bank come first in the list, and change the current program's values.
     const int32_t old = count - static_cast<int32_t>(own.steps.size());
     const uint64_t formerId = currentId();
     for (int32_t i = first; i < last; ++i)
@@ -322,18 +322,19 @@ void CProgramSequence::check() {
         }
     }
     for (const auto& [id, bytes] : now)
-        ASSERT_TRUE(before_.count(id) != 0 || named_.count(id) != 0) << "program " << id << " came from nowhere";
+        ASSERT_TRUE(before_.count(id) != 0 || named_.count(id) != 0)
+            << "program " << id << " was not added by any action";
     for (const auto& [id, gone] : gone_)
         if (undone_ != 0 && gone.step == undone_) {
-            ASSERT_TRUE(now.count(id) != 0) << "program " << id << " did not come back";
-            ASSERT_TRUE(now.at(id) == gone.bytes) << "program " << id << " came back changed";
+            ASSERT_TRUE(now.count(id) != 0) << "program " << id << " was not restored";
+            ASSERT_TRUE(now.at(id) == gone.bytes) << "program " << id << " was restored with other bytes";
         }
     for (const auto& [id, bytes] : before_)
         if (now.count(id) == 0)
             gone_[id] = {crossed_, bytes};
     for (const auto& [id, bytes] : now)
         gone_.erase(id);
-    // A jump may have brought a program back, changed it and taken it out again.
+    // A jump may have restored a program, changed it and removed it again.
     for (const uint64_t id : named_)
         if (crossed_ == 0)
             gone_.erase(id);

@@ -93,7 +93,7 @@ TEST(PresetBank, OutOfRangeSelectsTheFirst) {
     }
 }
 
-TEST(PresetBank, TheSelectedPresetStaysSelectedWhenOthersComeAndGo) {
+TEST(PresetBank, TheSelectedPresetStaysSelectedWhenOthersAreInsertedAndRemoved) {
     CNamedBank bank({"a", "b", "c"}, 1);
     bank.insert(0, CAudioPreset("first"));
     EXPECT_EQ(received(bank), "first a *b c ");
@@ -104,7 +104,7 @@ TEST(PresetBank, TheSelectedPresetStaysSelectedWhenOthersComeAndGo) {
     EXPECT_EQ(received(bank), "a *b c ");
 }
 
-TEST(PresetBank, TheNeighbourIsSelectedWhenTheSelectedPresetGoes) {
+TEST(PresetBank, TheNeighbourIsSelectedWhenTheSelectedPresetIsRemoved) {
     CNamedBank bank({"a", "b", "c"}, 1);
     bank.remove(1);
     EXPECT_EQ(received(bank), "a *c ");
@@ -169,7 +169,7 @@ TEST(PresetBank, ABlockCutAtAnyByteOrDamagedInItsDataChangesNothing) {
         std::string damaged = block;
         damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ 1 << bit % 8);
         const std::string failure = loadBlock(damaged);
-        // A few bits of the deflated form say nothing about the data, or say the same in another way.
+        // A few bits of the deflated form carry no data, or encode the same data differently.
         if (failure.empty())
             EXPECT_EQ(savedBytes(bank), stream) << bit;
         else
@@ -178,7 +178,7 @@ TEST(PresetBank, ABlockCutAtAnyByteOrDamagedInItsDataChangesNothing) {
     }
 }
 
-TEST(PresetBank, ACountThatNoBankReachesIsRefused) {
+TEST(PresetBank, ACountBeyondTheLimitIsRefused) {
     CNamedBank bank({"a"});
     CAudioPresetList list;
     EXPECT_EQ(load(CStored().text("n").word(65537).raw(std::string(8 * 65537, '\0')).bytes(), bank),

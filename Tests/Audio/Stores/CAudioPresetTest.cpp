@@ -56,7 +56,7 @@ TEST(Preset, AnUnknownKeyKeepsItsBytesAndIsWrittenBack) {
     EXPECT_EQ(savedBytes(preset), stream);
 }
 
-TEST(Preset, KeysStandInAscendingByteOrderWhateverOrderTheyCameIn) {
+TEST(Preset, KeysAreSortedByTheirBytesWhateverTheOrderOfTheStream) {
     CAudioPreset preset;
     ASSERT_EQ(load(storedPreset("p", {{"b", "2"}, {"a.b", "1"}, {"\xc3\xa4", "4"}, {"a", "0"}, {"z", "3"}}), preset),
               "");
@@ -66,7 +66,7 @@ TEST(Preset, KeysStandInAscendingByteOrderWhateverOrderTheyCameIn) {
     EXPECT_EQ(preset.keyText(2), "aa");
 }
 
-TEST(Preset, ACountOfZeroOrBelowIsAPresetWithANameAndNothingElse) {
+TEST(Preset, ACountOfZeroOrBelowIsAPresetWithoutRecords) {
     for (const uint32_t count : {0u, 0x80000000u, 0xffffffffu}) {
         CAudioPreset preset;
         ASSERT_EQ(load(CStored().text("TAEQ:Empty").word(count).bytes(), preset), "") << count;
@@ -148,7 +148,7 @@ TEST(Preset, AFileOfThePackedFormIsRead) {
     EXPECT_EQ(savedBytes(preset), stream);
 }
 
-TEST(Preset, DataBehindTheEndOfAPackedPresetAreDamage) {
+TEST(Preset, DataBehindTheEndOfAPackedPresetAreRefused) {
     CAudioPreset preset("before");
     EXPECT_EQ(loadPackedBytes(packed(storedPreset("TAEQ:x") + "?", kPresetBlockId), preset),
               "Data go on behind their end (pos 14, size 15).");
@@ -214,7 +214,7 @@ TEST(Preset, AHundredThousandRecordsInDescendingOrderAreReadAtOnce) {
     EXPECT_EQ(savedBytes(preset), storedPreset("p", records));
 }
 
-TEST(Preset, NoiseInPlaceOfAPresetNeverGetsThroughUnseen) {
+TEST(Preset, RandomBytesAreRefusedOrReadAsAWholePreset) {
     std::mt19937 random(7);
     const std::string good = storedPreset("TAEQ:x", {{"a", realRecord({{1, 2}})}, {"b", textRecord({"y", "z"})}});
     for (int round = 0; round < 2000; ++round) {
@@ -224,7 +224,7 @@ TEST(Preset, NoiseInPlaceOfAPresetNeverGetsThroughUnseen) {
         CAudioPreset preset("before");
         CMemoryReader reader(bytes.data(), static_cast<uint32_t>(bytes.size()));
         if (firstLine(preset.load(reader)).empty()) {
-            // What was read whole comes back from its own stream.
+            // A preset that was read as a whole is the same after a save and a load.
             CAudioPreset again;
             ASSERT_EQ(load(savedBytes(preset), again), "");
             EXPECT_EQ(savedBytes(again), savedBytes(preset));

@@ -8,7 +8,7 @@
 
 namespace tarv {
 
-/// Stored state put together byte by byte, with nothing of the product's writers.
+/// Writes stored state byte by byte, without the product's writers.
 class CStored {
 public:
     CStored& word(uint32_t value) {
