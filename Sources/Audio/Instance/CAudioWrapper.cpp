@@ -253,7 +253,7 @@ CError* CAudioWrapper::createGlobalParams() {
     };
     for (const auto& row : rows) {
         CAudioParam* param = paramCollector_->getParam(row.param);
-        // Without a definition there is no default either, and nothing to write for the other products of the store.
+        // Without a definition there is no value to share with other instances.
         if (param->isDefined()) {
             globalParams_.append(new CAudioGlobalParam(*param, row.store, row.key));
         }

@@ -9,9 +9,7 @@ constexpr int32_t kDecimals = 7;
 
 CAudioGlobalParam::CAudioGlobalParam(CAudioParam& param, CApplicationData& store, const CString& key)
     : param_(param), store_(store), key_(key), bridge_(this, &CAudioGlobalParam::storeChanged) {
-    if (!takeStored()) {
-        store_.writeText(key_, CString::fromDouble(param_.value(0, 0), kDecimals));
-    }
+    takeStored();
     bridge_.subscribe(store_, key_);
     param_.addListener(*this);
 }
@@ -21,15 +19,13 @@ CAudioGlobalParam::~CAudioGlobalParam() {
     bridge_.disconnect();
 }
 
-bool CAudioGlobalParam::takeStored() {
+void CAudioGlobalParam::takeStored() {
     bool isNumber = false;
     const CString text = store_.readText(key_, CString());
     const double value = CString::toDouble(text, &isNumber);
-    if (text.isEmpty() || !isNumber) {
-        return false;
+    if (!text.isEmpty() && isNumber) {
+        param_.setValue(0, 0, value, 0, this);
     }
-    param_.setValue(0, 0, value, 0, this);
-    return true;
 }
 
 void CAudioGlobalParam::storeChanged(CCheckedObject*) {

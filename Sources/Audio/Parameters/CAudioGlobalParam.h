@@ -6,8 +6,9 @@
 namespace tarv {
 
 /// Binds one parameter to a key of a store, so that a value that is set in one instance reaches all. Created when the
-/// parameter is defined: it takes the stored value, or stores the parameter's default if there is no number. Values are
-/// stored as texts in real units. [any thread but the audio thread]
+/// parameter is defined: it takes the stored value. Without one, or with one that cannot be read, the parameter keeps
+/// its value and nothing is written, so that a stored value is only replaced by one that a user sets. Values are stored
+/// as texts in real units. [any thread but the audio thread]
 class CAudioGlobalParam final : public CHeapObject, private CAudioParamListener {
 public:
     CAudioGlobalParam(CAudioParam& param, CApplicationData& store, const CString& key);
@@ -17,7 +18,7 @@ private:
     using CDataBridge = CApplicationDataBridge<CAudioGlobalParam>;
     void onParamChanged(CAudioParam& param, int32_t group, int32_t first, int32_t count) override;
     void storeChanged(CCheckedObject* sender);
-    bool takeStored();
+    void takeStored();
 
     CAudioParam& param_;
     CApplicationData& store_;

@@ -3,6 +3,7 @@
 #include <stdlib.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "Tests/Audio/Instance/WrapperTree.h"
 
@@ -29,25 +30,48 @@ protected:
         return *wrapper.paramCollector()->findParam(name);
     }
     static void init(CTestWrapper& wrapper) { ASSERT_EQ(messageOf(wrapper.init()), ""); }
+    /// The file of a key; "" if there is none.
+    std::string pathOf(const char* key) const {
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder_))
+            if (entry.path().filename() == key)
+                return entry.path().string();
+        return "";
+    }
+    static std::string bytesOf(const std::string& path) {
+        std::ifstream file(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
 
 private:
     CWrapperApplication application_;
     std::string folder_;
 };
 
-TEST_F(CAudioGlobalParamTest, WithoutAStoredValueTheDefaultIsStored) {
+TEST_F(CAudioGlobalParamTest, WithoutAStoredValueTheDefaultIsUsedAndNothingIsStored) {
+    CTestWrapper wrapper;
+    init(wrapper);
+    EXPECT_EQ(param(wrapper, kRms).value(0, 0), 0.002);
+    EXPECT_EQ(param(wrapper, kDenorm).value(0, 0), 1.0);
+    for (const char* key : {"integration-time", "release-time", "peak-level-hold-time", "denorm-enable"}) {
+        EXPECT_EQ(CLocalData::instance().readText(key, "none"), "none") << key;
+        EXPECT_EQ(CGlobalData::instance().readText(key, "none"), "none") << key;
+    }
+}
+
+TEST_F(CAudioGlobalParamTest, EachParameterIsStoredInItsStoreUnderItsKey) {
     CTestWrapper wrapper;
     init(wrapper);
     const struct {
+        const char* param;
         CApplicationData& store;
         const char* key;
-        const char* text;
-    } rows[] = {{CLocalData::instance(), "integration-time", "0.0020000"},
-                {CLocalData::instance(), "release-time", "0.7500000"},
-                {CLocalData::instance(), "peak-level-hold-time", "1.0000000"},
-                {CGlobalData::instance(), "denorm-enable", "1.0000000"}};
+    } rows[] = {{kRms, CLocalData::instance(), "integration-time"},
+                {"plugin.modMain.meter-releasetime", CLocalData::instance(), "release-time"},
+                {"plugin.modMain.meter-peaktime", CLocalData::instance(), "peak-level-hold-time"},
+                {kDenorm, CGlobalData::instance(), "denorm-enable"}};
     for (const auto& row : rows) {
-        EXPECT_EQ(row.store.readText(row.key, "none").toUtf8(), row.text) << row.key;
+        param(wrapper, row.param).setValue(0, 0, 0.5);
+        EXPECT_EQ(row.store.readText(row.key, "none").toUtf8(), "0.5000000") << row.key;
     }
     EXPECT_EQ(CGlobalData::instance().readText("integration-time", "none"), "none");
     EXPECT_EQ(CLocalData::instance().readText("denorm-enable", "none"), "none");
@@ -63,12 +87,26 @@ TEST_F(CAudioGlobalParamTest, AStoredValueIsTakenOver) {
     EXPECT_EQ(CLocalData::instance().readText("integration-time", ""), "0.3");
 }
 
-TEST_F(CAudioGlobalParamTest, AStoredTextThatIsNoNumberIsReplacedByTheDefault) {
+TEST_F(CAudioGlobalParamTest, AStoredTextThatIsNotANumberIsIgnoredAndStays) {
     CGlobalData::instance().writeText("denorm-enable", "yes");
     CTestWrapper wrapper;
     init(wrapper);
     EXPECT_EQ(param(wrapper, kDenorm).value(0, 0), 1.0);
-    EXPECT_EQ(CGlobalData::instance().readText("denorm-enable", ""), "1.0000000");
+    EXPECT_EQ(CGlobalData::instance().readText("denorm-enable", ""), "yes");
+}
+
+TEST_F(CAudioGlobalParamTest, ADamagedStoredFileIsIgnoredAndStays) {
+    CLocalData::instance().writeText("integration-time", "0.3");
+    const std::string path = pathOf("integration-time");
+    ASSERT_NE(path, "");
+    std::string damaged = bytesOf(path);
+    damaged.back() ^= 1;  // the check value
+    std::ofstream(path, std::ios::binary) << damaged;
+    CLocalData::instance().reset();
+    CTestWrapper wrapper;
+    init(wrapper);
+    EXPECT_EQ(param(wrapper, kRms).value(0, 0), 0.002);
+    EXPECT_EQ(bytesOf(path), damaged);
 }
 
 TEST_F(CAudioGlobalParamTest, AValueSetInOneInstanceReachesTheOthersAndTheStore) {
@@ -115,6 +153,8 @@ TEST(CAudioGlobalParam, WithoutADefinitionNothingIsStored) {
     {
         CTestWrapper wrapper;
         ASSERT_EQ(messageOf(wrapper.init()), "");
+        for (const char* name : {kRms, "plugin.modMain.meter-releasetime"})
+            wrapper.paramCollector()->findParam(name)->notifyAll();
         EXPECT_EQ(CLocalData::instance().readText("integration-time", "none"), "none");
         EXPECT_EQ(CLocalData::instance().readText("release-time", "none"), "0.7500000");
     }
