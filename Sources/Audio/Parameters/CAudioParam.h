@@ -42,10 +42,10 @@ public:
     const CAudioParamData& engineData() const { return engineData_; }
 
     /// User side: sets one number of one element, clamped to the range, and posts the change. A value that is not a
-    /// number is ignored. `origin` is the one listener that is not notified. [any thread but the audio thread]
+    /// number is ignored. `origin` is the one listener that is not notified. [any thread, outside a block]
     void setValue(int32_t group, int32_t element, double value, int32_t index = 0,
                   const CAudioParamListener* origin = nullptr);
-    /// User side: sets a text and posts the change. Only of a string parameter. [any thread but the audio thread]
+    /// User side: sets a text and posts the change. Only of a string parameter. [any thread, outside a block]
     void setText(int32_t group, int32_t element, const CString& text, const CAudioParamListener* origin = nullptr);
     /// Audio side: sets one number as setValue does, straight to the processes, due at once; the user-side value stays
     /// until takeEngineValue. No lock. [audio thread]

@@ -53,11 +53,11 @@ public:
                                           bool resize = false) {
         return delivery_.createChange(param, group, first, count, resize);
     }
-    /// The one way to change a value; takes the record over. Queued: any thread but the audio thread; the user-side
-    /// value follows at once, the processes with the next round. Not queued: the audio side itself, straight to the
-    /// processes (the user-side value stays). `time` counts from the start of the round that takes it; while the engine
-    /// does not run it is 0. A change of another group than 0 of a single-group parameter, one of an undefined
-    /// parameter and one whose shape does not fit are dropped. Notifies the listeners but `origin` of a queued change.
+    /// The one way to change a value; takes the record over. Queued [any thread, outside a block]: the user-side value
+    /// follows at once, the processes with the next round. Not queued [audio thread]: straight to the processes, and
+    /// the user-side value stays. `time` counts from the start of the round that takes it; while the engine does not
+    /// run it is 0. A change of another group than 0 of a single-group parameter, one of an undefined parameter and one
+    /// whose shape does not fit are dropped. Notifies the listeners but `origin` of a queued change.
     void postChange(CAudioParam& param, CAudioParamChange* change, bool queued, double time,
                     const CAudioParamListener* origin = nullptr);
     /// As a queued postChange at time 0, but notifies nobody: the caller, who may hold locks now, calls

@@ -9,7 +9,7 @@ namespace tarv {
 /// of the bank the action owns it. What no longer applies is left out: a program that is not there any more, and one
 /// that the other of the two states (A/B) changed after this action was moved last. The current program is captured
 /// before anything moves; a program that is selected gets its values from its slot. Filled and performed with the
-/// bank's lock held.
+/// bank's lock held; undo and redo take it.
 class CAudioProgramAction final : public CAudioUndoAction {
 public:
     /// `withPersistent`: a program that is selected sets its persistent parameters, too.
@@ -53,7 +53,6 @@ private:
         CString after;
     };
     using CIds = CArray<uint64_t, 4>;
-
     using CAssignments = CAudioSessionBank::CAssignments;
 
     CAudioPresetBank& bank() const { return session_.programs(); }

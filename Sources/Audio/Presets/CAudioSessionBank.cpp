@@ -143,7 +143,7 @@ bool CAudioSessionBank::isOthersWork(const CAudioPreset& program, uint64_t since
     return program.identity().changedAt[isAlternate_ ? 0 : 1] > since;
 }
 
-// A name that was set as a parameter is a program's name: the step takes it back by the program's identity.
+// A name that was set as a parameter is a program's name: the step becomes an action that renames that program.
 void CAudioSessionBank::adoptStep(CAudioParamUndoStep& step) {
     CLockScope scope(lock_);
     step.programId = slot().identity().id;

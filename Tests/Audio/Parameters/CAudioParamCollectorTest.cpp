@@ -203,6 +203,26 @@ TEST_F(ParamCollector, TextsChangeOnThePostersThreadAndAreNeverQueued) {
     EXPECT_EQ(gains_.value(0, 0), 0.0);
 }
 
+TEST_F(ParamCollector, ListenersAreNotifiedOfEveryChangeButTheirOwn) {
+    struct CListener : CAudioParamListener {
+        void onParamChanged(CAudioParam& param, int32_t group, int32_t first, int32_t count) override {
+            received.push_back({static_cast<double>(count), group, first, {param.value(group, first)}});
+        }
+        std::vector<CTaken> received;
+    } first, second;
+    gains_.addListener(first);
+    gains_.addListener(second);
+    gains_.setValue(0, 2, 3.0, 0, &first);
+    post(gains_, 1, 0, {4, 5});
+    gains_.setEngineValue(0, 0, 1.0);
+    EXPECT_EQ(first.received, (std::vector<CTaken>{{2.0, 1, 0, {4}}}));
+    EXPECT_EQ(second.received, (std::vector<CTaken>{{1.0, 0, 2, {3}}, {2.0, 1, 0, {4}}}));
+    gains_.removeListener(second);
+    gains_.setValue(0, 2, 4.0, 0, &first);
+    EXPECT_EQ(second.received.size(), 2u);
+    gains_.removeListener(first);
+}
+
 TEST_F(ParamCollector, ARemovedProcessGetsNothingAndItsConsumerIsReused) {
     auto process = std::make_unique<CProcessStub>();
     process->consume(gains_, 0, -1);

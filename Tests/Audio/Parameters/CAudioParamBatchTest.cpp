@@ -7,9 +7,9 @@ namespace {
 
 constexpr int32_t kAll = CAudioParamData::kAllGroups;
 
-class ParamPosting : public testing::Test {
+class ParamBatch : public testing::Test {
 protected:
-    ParamPosting()
+    ParamBatch()
         : tree_({paramNode("gains", "real", "-99", "99", "0,0,0,0,0,0,0"), paramNode("other", "real", "-99", "99", "5"),
                  paramNode("pair", "real real", "-9 -9", "9 9", "1*2", {{"element-size", "2"}})}),
           gains_(tree_.define("gains")),
@@ -18,7 +18,7 @@ protected:
         process_.consume(gains_, -1, -1);
         process_.take();
     }
-    ~ParamPosting() override { collector().detachConsumers(); }
+    ~ParamBatch() override { collector().detachConsumers(); }
     CAudioParamCollector& collector() { return tree_.collector(); }
     void post(CAudioParam& param, int32_t group, int32_t first, const std::vector<double>& values, double time = 0.0,
               bool resize = false) {
@@ -37,14 +37,14 @@ protected:
     CProcessStub process_;
 };
 
-TEST_F(ParamPosting, AFastDragCostsOneRecordABlock) {
+TEST_F(ParamBatch, AFastDragCostsOneRecordABlock) {
     for (int i = 0; i < 1000; ++i)
         gains_.setValue(0, 3, i * 0.01);
     EXPECT_EQ(collector().pendingCount(), 1);
     EXPECT_EQ(round(), (std::vector<CTaken>{{0.0, 0, 3, {9.99}}}));
 }
 
-TEST_F(ParamPosting, OverlappingAndTouchingRangesBecomeOne) {
+TEST_F(ParamBatch, OverlappingAndTouchingRangesBecomeOne) {
     post(gains_, 0, 2, {1, 2});
     post(gains_, 0, 3, {3, 4});
     EXPECT_EQ(round(), (std::vector<CTaken>{{0.0, 0, 2, {1, 3, 4}}}));
@@ -56,7 +56,7 @@ TEST_F(ParamPosting, OverlappingAndTouchingRangesBecomeOne) {
     EXPECT_EQ(round(), (std::vector<CTaken>{{0.0, 0, 1, {1, 9, 3, 4}}}));
 }
 
-TEST_F(ParamPosting, AGapBetweenMergedRangesHoldsTheUsersValues) {
+TEST_F(ParamBatch, AGapBetweenMergedRangesHoldsTheUsersValues) {
     post(gains_, 0, 1, {8, 9});
     round();
     post(gains_, 0, 0, {1});
@@ -65,7 +65,7 @@ TEST_F(ParamPosting, AGapBetweenMergedRangesHoldsTheUsersValues) {
     EXPECT_EQ(round(), (std::vector<CTaken>{{0.0, 0, 0, {1, 8, 9, 4}}}));
 }
 
-TEST_F(ParamPosting, GapsOfLongElementsKeepTheirNumbersTogether) {
+TEST_F(ParamBatch, GapsOfLongElementsKeepTheirNumbersTogether) {
     CAudioParam& pair = tree_.define("pair");
     CProcessStub process;
     process.consume(pair, 0, -1);
@@ -77,7 +77,7 @@ TEST_F(ParamPosting, GapsOfLongElementsKeepTheirNumbersTogether) {
     collector().detachConsumers();
 }
 
-TEST_F(ParamPosting, MergedResizesHaveTheResultOfSingleOnes) {
+TEST_F(ParamBatch, MergedResizesHaveTheResultOfSingleOnes) {
     const struct {
         int32_t first;
         std::vector<double> values;
@@ -96,7 +96,7 @@ TEST_F(ParamPosting, MergedResizesHaveTheResultOfSingleOnes) {
     EXPECT_EQ(gains_.value(0, 3), 6.0);
 }
 
-TEST_F(ParamPosting, OtherGroupsTimesAndParametersBetweenKeepChangesApart) {
+TEST_F(ParamBatch, OtherGroupsTimesAndParametersBetweenKeepChangesApart) {
     post(gains_, 0, 0, {1});
     post(gains_, 1, 0, {2});
     post(gains_, 0, 0, {3});
@@ -111,7 +111,7 @@ TEST_F(ParamPosting, OtherGroupsTimesAndParametersBetweenKeepChangesApart) {
     EXPECT_EQ(round().back().values, std::vector<double>{7});
 }
 
-TEST_F(ParamPosting, AChangeForAllGroupsOfAnotherParameterIsPassedOverAndOneOfTheSameIsNot) {
+TEST_F(ParamBatch, AChangeForAllGroupsOfAnotherParameterIsPassedOverAndOneOfTheSameIsNot) {
     post(gains_, 0, 0, {1});
     post(other_, kAll, 0, {2});
     post(gains_, 0, 1, {3});
@@ -124,7 +124,7 @@ TEST_F(ParamPosting, AChangeForAllGroupsOfAnotherParameterIsPassedOverAndOneOfTh
     EXPECT_EQ(gains_.value(0, 0), 5.0);
 }
 
-TEST_F(ParamPosting, WhileStoppedTheMemoryStaysBoundedAndTheLastValuesArrive) {
+TEST_F(ParamBatch, WhileStoppedTheMemoryStaysBoundedAndTheLastValuesArrive) {
     tree_.env().setRunning(false);
     const int32_t madeBefore = collector().pendingCount();
     for (int i = 0; i < 20000; ++i) {
@@ -143,7 +143,7 @@ TEST_F(ParamPosting, WhileStoppedTheMemoryStaysBoundedAndTheLastValuesArrive) {
                 << group << ' ' << element;
 }
 
-TEST_F(ParamPosting, AHostThatTakesNoBlocksDoesNotFillTheMemory) {
+TEST_F(ParamBatch, AHostThatTakesNoBlocksDoesNotFillTheMemory) {
     for (int i = 0; i < 20000; ++i) {
         post(gains_, i % 2, i % 7, {i * 0.001});
         post(gains_, kAll, i % 7, {i * 0.003});
@@ -153,26 +153,6 @@ TEST_F(ParamPosting, AHostThatTakesNoBlocksDoesNotFillTheMemory) {
     round();
     for (int32_t element = 0; element < 7; ++element)
         EXPECT_EQ(process_.slot.data.value(1, element), gains_.value(1, element)) << element;
-}
-
-TEST_F(ParamPosting, ListenersAreNotifiedOfEveryChangeButTheirOwn) {
-    struct CListener : CAudioParamListener {
-        void onParamChanged(CAudioParam& param, int32_t group, int32_t first, int32_t count) override {
-            received.push_back({static_cast<double>(count), group, first, {param.value(group, first)}});
-        }
-        std::vector<CTaken> received;
-    } first, second;
-    gains_.addListener(first);
-    gains_.addListener(second);
-    gains_.setValue(0, 2, 3.0, 0, &first);
-    post(gains_, 1, 0, {4, 5});
-    gains_.setEngineValue(0, 0, 1.0);
-    EXPECT_EQ(first.received, (std::vector<CTaken>{{2.0, 1, 0, {4}}}));
-    EXPECT_EQ(second.received, (std::vector<CTaken>{{1.0, 0, 2, {3}}, {2.0, 1, 0, {4}}}));
-    gains_.removeListener(second);
-    gains_.setValue(0, 2, 4.0, 0, &first);
-    EXPECT_EQ(second.received.size(), 2u);
-    gains_.removeListener(first);
 }
 
 }  // namespace
