@@ -2,11 +2,9 @@
 
 #include <cstdint>
 
-namespace tarv {
+#include "Audio/Context/CBufferHandle.h"
 
-/// Names a buffer of the context: the low 12 bits are the table index, the bits above a byte offset into the storage.
-using CBufferHandle = int32_t;
-constexpr CBufferHandle kNoBuffer = -1;
+namespace tarv {
 
 constexpr int32_t kMaxOperands = 8;
 
@@ -42,7 +40,7 @@ constexpr int32_t kLinkOperand = 2;
 /// Kernels in series: `stages[s][c]` is stage s of channel c, each reading in kLinkOperand what the stage before
 /// writes. All channels have one sample count. Nothing that a stage writes overlaps anything else of its channel, but
 /// several stages may read one signal. The destinations of all stages but the last may be null, in all channels: then
-/// nobody wants what stands between. The same bits as one kernel after the other.
+/// no operation reads what stands between. The same bits as one kernel after the other.
 using CChainFunction = void (*)(COperation* const* const* stages, int32_t count);
 
 }  // namespace tarv

@@ -255,7 +255,7 @@ TEST_F(CQPLEXContextTest, NoBufferIsNoReference) {
     // No entry of the table is meant: taking all of them shows none that is watched.
     for (int32_t i = 0; i < CQPLEXContext::kUsableBuffers; ++i) {
         const CBufferHandle taken = context->takeBuffer(64);
-        ASSERT_NE(CQPLEXContext::indexOf(taken), CQPLEXContext::indexOf(kNoBuffer));
+        ASSERT_NE(handleIndex(taken), handleIndex(kNoBuffer));
         context->issue(common(CCommonKernel::Fill0), 1, 0.0, {taken});
     }
     context->flush();

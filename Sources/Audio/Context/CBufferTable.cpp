@@ -1,0 +1,122 @@
+#include "Audio/Context/CBufferTable.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "Core/CHeap.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr int32_t kLargestSmallClass = 4;  // up to 1 KiB: state blocks
+constexpr uintptr_t kPage = 4096;
+constexpr uintptr_t kLine = 64;
+// Signals that start at equal places of their pages collide in the cache when several are walked side by side.
+// An odd number of lines gives 64 neighbours in the table 64 different places.
+constexpr uintptr_t kStagger = 9 * kLine;
+
+/// Room for the place of a signal within its page.
+constexpr size_t marginOf(int32_t sizeClass) {
+    return sizeClass > kLargestSmallClass ? kPage + kLine : 0;
+}
+
+}  // namespace
+
+CBufferTable::CBufferTable() {
+    for (int32_t i = 0; i < kBufferCount; ++i) {
+        const int32_t next = i + 1 < kUsableBuffers ? i + 1 : kNoBuffer;
+        buffers_[i] = {0, nullptr, next, 0, 0, -1, -1, {nullptr, nullptr}, nullptr};
+    }
+    std::fill(std::begin(freeBuffers_), std::end(freeBuffers_), kNoBuffer);
+}
+
+CBufferTable::~CBufferTable() {
+    for (CContextBuffer& buffer : buffers_) {
+        CHeap::free(buffer.allocation);
+    }
+}
+
+void CBufferTable::allocateStorage(int32_t index, int32_t sizeClass) {
+    CContextBuffer& buffer = buffers_[index];
+    const int32_t capacity = kSmallestStorage << sizeClass;
+    const size_t bytes = static_cast<size_t>(capacity) + marginOf(sizeClass);
+    storageBytes_ += bytes;
+    if (buffer.allocation) {
+        storageBytes_ -= static_cast<size_t>(buffer.capacity) + marginOf(buffer.sizeClass);
+        CHeap::free(buffer.allocation);
+    }
+    buffer.allocation = CHeap::alloc(bytes);
+    buffer.data = static_cast<uint8_t*>(buffer.allocation);
+    if (marginOf(sizeClass) > 0) {
+        const auto base = reinterpret_cast<uintptr_t>(buffer.allocation);
+        const uintptr_t wanted = static_cast<uintptr_t>(index) * kStagger;
+        buffer.data += (wanted - base) & (kPage - 1);
+    }
+    buffer.capacity = capacity;
+    buffer.sizeClass = sizeClass;
+    ++storageGrowths_;
+}
+
+inline int32_t CBufferTable::popFree(int32_t sizeClass) {
+    const int32_t index = freeBuffers_[sizeClass];
+    if (index != kNoBuffer) {
+        freeBuffers_[sizeClass] = buffers_[index].nextFree;
+    }
+    return index;
+}
+
+int32_t CBufferTable::takeUnused(int32_t sizeClass) {
+    const int32_t index = unusedBuffers_;
+    if (index != kNoBuffer) {
+        unusedBuffers_ = buffers_[index].nextFree;
+        allocateStorage(index, sizeClass);
+    }
+    return index;
+}
+
+/// A larger storage of the same kind serves before a new one is made; the other kind, or growth, only when the table
+/// has no unused entry any more.
+int32_t CBufferTable::takeFree(int32_t sizeClass) {
+    const int32_t kindEnd = sizeClass <= kLargestSmallClass ? kLargestSmallClass + 1 : kSizeClassCount;
+    for (int32_t c = sizeClass; c < kindEnd; ++c) {
+        if (freeBuffers_[c] != kNoBuffer) {
+            return popFree(c);
+        }
+    }
+    int32_t index = takeUnused(sizeClass);
+    for (int32_t c = kindEnd; c < kSizeClassCount && index == kNoBuffer; ++c) {
+        index = popFree(c);
+    }
+    for (int32_t c = sizeClass - 1; c >= 0 && index == kNoBuffer; --c) {
+        index = popFree(c);
+        if (index != kNoBuffer) {
+            allocateStorage(index, sizeClass);
+        }
+    }
+    return index;
+}
+
+CBufferHandle CBufferTable::takeAny(int32_t sizeClass) {
+    const int32_t index = takeFree(sizeClass);
+    return index == kNoBuffer ? kNoBuffer : startUse(index);
+}
+
+void CBufferTable::reserve(int32_t count, int32_t bytes) {
+    const int32_t sizeClass = sizeClassOf(bytes);
+    int32_t free = 0;
+    for (int32_t index = freeBuffers_[sizeClass]; index != kNoBuffer && free < count;
+         index = buffers_[index].nextFree) {
+        ++free;
+    }
+    for (; free < count; ++free) {
+        const int32_t index = takeUnused(sizeClass);
+        if (index == kNoBuffer) {
+            return;
+        }
+        buffers_[index].nextFree = freeBuffers_[sizeClass];
+        freeBuffers_[sizeClass] = index;
+    }
+}
+
+}  // namespace tarv

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <bit>
+#include <cstdint>
+
+#include "Audio/Context/CBufferHandle.h"
+#include "Audio/Context/CContextBuffer.h"
+
+namespace tarv {
+
+/// The buffers of a context, each with a storage that it keeps while it is free. Free buffers wait in one list for each
+/// size of storage. Thread: that of the context. Allocates only where a function says so.
+class CBufferTable {
+public:
+    /// The most buffers that can be in use at once: twice what the largest tree takes (SystemTests, ContextRoom). The
+    /// last index is that of kNoBuffer.
+    static constexpr int32_t kUsableBuffers = 4095;
+
+    CBufferTable();
+    ~CBufferTable();
+    CBufferTable(const CBufferTable&) = delete;
+    CBufferTable& operator=(const CBufferTable&) = delete;
+
+    /// Number of the smallest size of storage that holds `bytes`.
+    static int32_t sizeClassOf(int32_t bytes) {
+        const auto size = static_cast<uint32_t>(bytes > kSmallestStorage ? bytes : kSmallestStorage);
+        return std::bit_width(size - 1) - std::bit_width(static_cast<uint32_t>(kSmallestStorage - 1));
+    }
+    /// The buffer of exactly this size that was given back last, with one reference; kNoBuffer if none is free.
+    CBufferHandle takeWarm(int32_t sizeClass) {
+        const int32_t index = freeBuffers_[sizeClass];
+        if (index == kNoBuffer) [[unlikely]] {
+            return kNoBuffer;
+        }
+        freeBuffers_[sizeClass] = buffers_[index].nextFree;
+        return startUse(index);
+    }
+    /// The same from any size; may allocate. kNoBuffer if all buffers are in use.
+    CBufferHandle takeAny(int32_t sizeClass);
+    /// Makes sure that `count` free buffers of `bytes` exist, as far as the table has room. Allocates.
+    void reserve(int32_t count, int32_t bytes);
+
+    /// The buffer of a handle. kNoBuffer gives an entry that no buffer uses.
+    CContextBuffer& at(CBufferHandle handle) { return buffers_[handleIndex(handle)]; }
+    const CContextBuffer& at(CBufferHandle handle) const { return buffers_[handleIndex(handle)]; }
+    void releaseReference(CContextBuffer& buffer) {
+        buffer.state -= CContextBuffer::kOneReference;
+        if (buffer.references() == 0) {
+            giveBack(buffer);
+        }
+    }
+    /// Makes a buffer without references free.
+    void giveBack(CContextBuffer& buffer) {
+        buffer.notify[0] = nullptr;
+        buffer.nextFree = freeBuffers_[buffer.sizeClass];
+        freeBuffers_[buffer.sizeClass] = static_cast<int32_t>(&buffer - buffers_);
+        --inUse_;
+    }
+
+    int32_t inUse() const { return inUse_; }
+    /// Entries that have a storage, in use or not.
+    int32_t storageCount() const { return unusedBuffers_ == kNoBuffer ? kUsableBuffers : unusedBuffers_; }
+    uint64_t storageBytes() const { return storageBytes_; }
+    /// Allocations of storages.
+    uint64_t storageGrowths() const { return storageGrowths_; }
+
+private:
+    static constexpr int32_t kBufferCount = kHandleIndexMask + 1;
+    static constexpr int32_t kSmallestStorage = 64;
+    static constexpr int32_t kSizeClassCount = 25;
+    static_assert(kUsableBuffers < kBufferCount);
+
+    CBufferHandle startUse(int32_t index) {
+        buffers_[index].state = CContextBuffer::kOneReference;
+        ++inUse_;
+        return index;
+    }
+    int32_t popFree(int32_t sizeClass);
+    int32_t takeUnused(int32_t sizeClass);
+    int32_t takeFree(int32_t sizeClass);
+    void allocateStorage(int32_t index, int32_t sizeClass);
+
+    CContextBuffer buffers_[kBufferCount];
+    int32_t freeBuffers_[kSizeClassCount];
+    int32_t unusedBuffers_ = 0;  // entries that never had a storage, in the order of their indexes
+    int32_t inUse_ = 0;
+    uint64_t storageBytes_ = 0;
+    uint64_t storageGrowths_ = 0;
+};
+
+}  // namespace tarv

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+
+namespace tarv {
+
+/// An entry of the context's table of buffers: a storage, its references and the claims of queued operations on it.
+struct alignas(64) CContextBuffer {
+    // `state` is one word, so that claiming an operand costs one addition: references in the low half, above them the
+    // operations that hold the buffer for reading, a bit for the one that holds it for writing, and a bit for a buffer
+    // that operations wait for or whose next write is reported.
+    static constexpr uint64_t kOneReference = 1;
+    static constexpr uint64_t kReferences = 0xffffffffu;
+    static constexpr uint64_t kOneReader = uint64_t{1} << 32;
+    static constexpr uint64_t kReaders = uint64_t{0xffffff} << 32;
+    static constexpr uint64_t kWriter = uint64_t{1} << 56;
+    static constexpr uint64_t kWatched = uint64_t{1} << 57;
+
+    uint64_t state;
+    uint8_t* data;        ///< where the contents start within the allocation
+    int32_t nextFree;     ///< while free
+    int32_t capacity;     ///< bytes
+    int32_t sizeClass;    ///< the storage has room for 64 << sizeClass bytes
+    int32_t firstWaiter;  ///< operations that wait for the buffer, in order of issue; -1: none
+    int32_t lastWaiter;
+    uint8_t* notify[2];  ///< set to 1 by the next write; null: none
+    void* allocation;
+
+    int32_t references() const { return static_cast<int32_t>(state & kReferences); }
+};
+
+}  // namespace tarv
