@@ -9,7 +9,8 @@ class CAudioParamCollector;
 class CAudioProcessBase;
 class CQPLEXContext;
 
-/// Watches a graph from outside: called behind each process that ran. Used by tools; null in a host.
+/// Watches a graph from outside: called behind each process that ran, on the thread that runs the graph. Used by tools
+/// and tests.
 class CAudioGraphObserver {
 public:
     virtual ~CAudioGraphObserver() = default;
@@ -17,11 +18,23 @@ public:
     virtual void processed(CAudioProcessBase& process) = 0;
 };
 
-/// What all processes of one instance's graph share. Filled by the core; audio thread afterwards.
-struct CAudioGraph {
+/// What a preparation of the processes found: how much room later changes need.
+struct CGraphUse {
+    double widestRate = 0.0;  ///< the highest rate in Hz
+    int32_t voices = 0;       ///< modules in use
+    int32_t channels = 0;     ///< the most channels that one process has
+
+    bool operator==(const CGraphUse& other) const = default;
+};
+
+/// What all processes of one instance's graph share. The core fills the fields before it places a process. Every call
+/// belongs to the audio thread, or to the thread that resumes or suspends while no audio runs.
+class CAudioGraph {
+public:
     CQPLEXContext* context = nullptr;
     CAudioParamCollector* collector = nullptr;
     CAudioEnv* env = nullptr;
+    /// Null in a host.
     CAudioGraphObserver* observer = nullptr;
     /// Channels inside the graph and groups that they can belong to.
     int32_t channelCount = 8;
@@ -33,21 +46,55 @@ struct CAudioGraph {
     double hostRate = 44100.0;
     /// Time of the first sample of the current run, in host samples since the instance was made.
     double now = 0.0;
+
     /// Audio is running: changes are faded. While false (preparation) they are taken in place.
-    bool isRunning = false;
-    /// The next run of as many samples would issue the same operations as the last one. Whoever does something in a run
-    /// that the next would not do again, or changes anything in between, sets it to false.
-    bool isSteady = false;
-    /// A process met other channels or another rate than before: room is made behind the run, so that the changes that
-    /// follow find what they need.
-    bool isLayoutNew = false;
-    /// The delay of some place changed: the core sums the delays again.
-    bool delaysChanged = false;
-    /// What a preparation found: the highest rate in Hz, the modules in use, and the most channels that one process
-    /// has.
-    double widestRate = 0.0;
-    int32_t voiceCount = 0;
-    int32_t channelsUsed = 0;
+    bool isRunning() const { return isRunning_; }
+    /// [resume and suspend; the audio thread where a block starts the graph anew] Called by the core.
+    void setRunning(bool isRunning) { isRunning_ = isRunning; }
+
+    /// The next run of as many samples would issue the same operations as the last one.
+    bool isSteady() const { return isSteady_; }
+    /// [audio thread, before a run] Called by the core: the run counts as steady until invalidateRun.
+    void beginRun() { isSteady_ = true; }
+    /// [audio thread, in a run or between two] Called by a process that does something which its next run would not do
+    /// again, keeps a position in the signal outside its kernels, or meets another layout or value.
+    void invalidateRun() { isSteady_ = false; }
+
+    /// A process asked for room since the last beginUse.
+    bool isRoomWanted() const { return isRoomWanted_; }
+    /// [audio thread, in a run] Called by a process that meets other channels or another rate than before: the core
+    /// makes room behind the run, so that the changes that follow allocate nothing.
+    void requestRoom() { isRoomWanted_ = true; }
+
+    /// No process changed its delay since the last confirmDelays.
+    bool areDelaysValid() const { return areDelaysValid_; }
+    /// [audio thread, in a run] Called by a process whose delay changed: the core sums the delays behind the host's
+    /// block.
+    void invalidateDelays() { areDelaysValid_ = false; }
+    /// [audio thread behind a block; resume] Called by the core when it has summed the delays.
+    void confirmDelays() { areDelaysValid_ = true; }
+
+    /// What was noted since the last beginUse.
+    const CGraphUse& use() const { return use_; }
+    /// [audio thread behind a run; resume] Called by the core before it calls makeSpares: nothing is noted, no room is
+    /// wanted.
+    void beginUse() {
+        isRoomWanted_ = false;
+        use_ = {hostRate, 0, 0};
+    }
+    /// [in makeSpares] Called by a process that has `voices` modules, one for each channel, at `rate` in Hz.
+    void noteUse(int32_t voices, double rate) {
+        use_.voices += voices;
+        use_.channels = voices > use_.channels ? voices : use_.channels;
+        use_.widestRate = rate > use_.widestRate ? rate : use_.widestRate;
+    }
+
+private:
+    bool isRunning_ = false;
+    bool isSteady_ = false;
+    bool isRoomWanted_ = false;
+    bool areDelaysValid_ = true;
+    CGraphUse use_;
 };
 
 }  // namespace tarv

@@ -121,7 +121,7 @@ void CAudioProcess::setLinkState(int32_t state) {
     if (state != linkState_) {
         linkState_ = state;
         isStructureDirty_ = true;
-        graph().isSteady = false;
+        graph().invalidateRun();
     }
 }
 

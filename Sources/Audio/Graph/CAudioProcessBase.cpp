@@ -47,11 +47,11 @@ void CAudioProcessBase::updateParams() {
         return;
     }
     changed_ = 0;
-    graph().isSteady = false;
+    graph().invalidateRun();
     // A change reaches the place later by what stands before it, so that it meets the samples it was meant for. While
     // no audio runs there are no such samples: all changes are due.
-    const double now = graph().isRunning ? graph().now - (def().useTimeShift() ? inputDelay_ : 0)
-                                         : std::numeric_limits<double>::infinity();
+    const double now = graph().isRunning() ? graph().now - (def().useTimeShift() ? inputDelay_ : 0)
+                                           : std::numeric_limits<double>::infinity();
     constexpr int32_t kRoom = 31;
     CArray<CAudioParamSlot*, kRoom> touched;
     queue_.takeDue(now, [this, &touched](const CAudioParamChange& change, CAudioParamSlot* slot) {
@@ -73,7 +73,7 @@ void CAudioProcessBase::updateParams() {
 }
 
 void CAudioProcessBase::reset() {
-    graph().isSteady = false;
+    graph().invalidateRun();
     clearBuffers();
 }
 
@@ -99,10 +99,10 @@ int32_t CAudioProcessBase::placeDelay(int32_t inputDelay) {
 void CAudioProcessBase::setDelays(int32_t inputDelay, int32_t outputDelay) {
     if (inputDelay != inputDelay_) {
         changed_ = 1;
-        graph().isSteady = false;
+        graph().invalidateRun();
     }
     if (outputDelay != outputDelay_) {
-        graph().delaysChanged = true;
+        graph().invalidateDelays();
     }
     inputDelay_ = inputDelay;
     outputDelay_ = outputDelay;

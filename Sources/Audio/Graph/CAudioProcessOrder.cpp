@@ -8,7 +8,7 @@ namespace tarv {
 
 void CAudioProcess::rebuildOrder() {
     isStructureDirty_ = false;
-    graph().isSteady = false;
+    graph().invalidateRun();
     collectLiveLinks();
     sortChildren();
     idle_.clear();

@@ -104,7 +104,7 @@ void CAudioProcessStack::resetInstances(int32_t first, int32_t end) {
 
 void CAudioProcessStack::sizeStack() {
     isSizeDirty_ = false;
-    graph().isSteady = false;
+    graph().invalidateRun();
     const int32_t wanted = wantedCount();
     while (instances_.count() < wanted) {
         if (CError* error = addInstance()) {
@@ -129,7 +129,7 @@ void CAudioProcessStack::startSize() {
     if (count_ == formerCount_) {
         return;
     }
-    if (graph().isRunning && !isFresh_ && input(0).rate > 0.0) {
+    if (graph().isRunning() && !isFresh_ && input(0).rate > 0.0) {
         fadeLayout_ = input(0).layout;
         fadeRate_ = input(0).rate;
         const double samples = kFadeSeconds * input(0).rate + 0.5;

@@ -21,7 +21,7 @@ void CAudioProcessStack::copyChannels(CAudioPort& target, const CAudioPort& sour
 }
 
 void CAudioProcessStack::runFading(int32_t samples) {
-    graph().isSteady = false;
+    graph().invalidateRun();
     const int32_t nearer = std::min(count_, formerCount_);
     const int32_t further = std::max(count_, formerCount_);
     runInstances(0, nearer);

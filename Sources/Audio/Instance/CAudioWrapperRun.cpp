@@ -66,7 +66,7 @@ void CAudioWrapper::suspend() {
         }
         env_->setRunning(false);
     }
-    graph_.isRunning = false;
+    graph_.setRunning(false);
     resetGraph();
     vizCollector_->stop();
     TARV_CONSUME(interfaceBase_->notify("clear"));
@@ -126,11 +126,11 @@ void CAudioWrapper::prepareGraph() {
 }
 
 void CAudioWrapper::startGraph() {
-    graph_.isRunning = false;
+    graph_.setRunning(false);
     graph_.hostRate = env_->sampleRate();
     startedBlockSize_ = env_->blockSize();
     prepareGraph();
-    graph_.isRunning = true;
+    graph_.setRunning(true);
 }
 
 void CAudioWrapper::beginBlock() {
@@ -148,30 +148,27 @@ void CAudioWrapper::beginBlock() {
 }
 
 void CAudioWrapper::makeRoom() {
-    const CAudioGraph before = graph_;
-    graph_.isLayoutNew = false;
-    graph_.widestRate = graph_.hostRate;
-    graph_.voiceCount = 0;
-    graph_.channelsUsed = 0;
+    const CGraphUse before = graph_.use();
+    graph_.beginUse();
     mainProcess_->makeSpares();
+    const CGraphUse& use = graph_.use();
     // As many voices as before, at the same rate, live on what the earlier ones gave back.
-    if (graph_.isRunning && graph_.voiceCount == before.voiceCount && graph_.channelsUsed == before.channelsUsed &&
-        graph_.widestRate == before.widestRate) {
+    if (graph_.isRunning() && use == before) {
         return;
     }
 
-    const double factor = graph_.widestRate / graph_.hostRate;
+    const double factor = use.widestRate / graph_.hostRate;
     const auto blockBytes = static_cast<int32_t>(kMaxSubBlock * factor * sizeof(double) + 0.5);
-    graph_.context->reserveBuffers(inputCount_ + kBlocksPerChannel * (graph_.channelsUsed + 1), blockBytes);
+    graph_.context->reserveBuffers(inputCount_ + kBlocksPerChannel * (use.channels + 1), blockBytes);
     // Each voice needs new states, coefficients and a ramp for a fade while the old ones are still in use.
-    graph_.context->reserveBuffers(kStatesPerVoice * graph_.voiceCount, static_cast<int32_t>(sizeof(double)));
-    graph_.context->reserveBuffers(graph_.voiceCount, kLargeStateBytes);
+    graph_.context->reserveBuffers(kStatesPerVoice * use.voices, static_cast<int32_t>(sizeof(double)));
+    graph_.context->reserveBuffers(use.voices, kLargeStateBytes);
 }
 
 void CAudioWrapper::placeDelays() {
     outputProcess_->placeDelay(mainProcess_->placeDelay(0));
     outputProcess_->updateParams();
-    graph_.delaysChanged = false;
+    graph_.confirmDelays();
 }
 
 void CAudioWrapper::runGraph(int32_t frames) {
@@ -205,7 +202,7 @@ void CAudioWrapper::pollHost() {
 
 /// Whether a run would do what the last one did: nothing has changed, and the same inputs are there.
 bool CAudioWrapper::isRunSteady(const void* const* inputs, int32_t frames) const {
-    if (!graph_.isSteady || frames != run_.frames || paramCollector_->deliveries() != run_.deliveries ||
+    if (!graph_.isSteady() || frames != run_.frames || paramCollector_->deliveries() != run_.deliveries ||
         graph_.observer != nullptr) {
         return false;
     }
@@ -288,7 +285,7 @@ void CAudioWrapper::runOnce(const Sample* const* inputs, Sample* const* outputs,
     }
     const uint64_t deliveries = paramCollector_->deliveries();
     takeInputs(inputs, offset, frames);
-    graph_.isSteady = true;
+    graph_.beginRun();
     if (isSteady) {
         graph_.context->startRecording();
     }
@@ -320,12 +317,12 @@ void CAudioWrapper::processAny(const Sample* const* inputs, Sample* const* outpu
         const int32_t count = frames - offset < kMaxSubBlock ? frames - offset : kMaxSubBlock;
         runOnce(inputs, outputs, offset, count);
         graph_.now += count;
-        if (graph_.isLayoutNew) {
+        if (graph_.isRoomWanted()) {
             makeRoom();
         }
     }
     env_->advancePosition(frames / graph_.hostRate);
-    if (graph_.delaysChanged) {
+    if (!graph_.areDelaysValid()) {
         placeDelays();
     }
     if (env_->latency() != latencyBefore) {

@@ -38,13 +38,6 @@ CBufferHandle CAudioProcessTerminalBase::searchBlock(int32_t port, const CAudioC
     return block;
 }
 
-void CAudioProcessTerminalBase::noteUse(int32_t voices, double rate) const {
-    CAudioGraph& shared = graph();
-    shared.voiceCount += voices;
-    shared.channelsUsed = voices > shared.channelsUsed ? voices : shared.channelsUsed;
-    shared.widestRate = rate > shared.widestRate ? rate : shared.widestRate;
-}
-
 int32_t CAudioProcessTerminalBase::samplesOf(double seconds, double rate) {
     constexpr double kMost = 1 << 30;  // hours at any rate; keeps what is left of a fade within 32 bits
     return static_cast<int32_t>(std::clamp(std::round(seconds * rate), 1.0, kMost));

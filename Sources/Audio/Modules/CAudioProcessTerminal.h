@@ -36,9 +36,6 @@ public:
 protected:
     void slotChanged(CAudioParamSlot&) override { slotsChanged_ = true; }
 
-    /// Tells the graph what a preparation has found here.
-    void noteUse(int32_t voices, double rate) const;
-
     bool slotsChanged_ = false;
 
 private:
@@ -201,7 +198,7 @@ void CAudioProcessTerminal<T>::makeSpares() {
     for (T* module : spares_) {
         module->makeReady(voices_.isEmpty() ? nullptr : voices_[0].current);
     }
-    noteUse(voices_.count(), rate_);
+    graph().noteUse(voices_.count(), rate_);
 }
 
 template <class T>
@@ -223,7 +220,7 @@ int32_t CAudioProcessTerminal<T>::ownDelay() const {
 template <class T>
 void CAudioProcessTerminal<T>::noteDelay() {
     if (ownDelay() != outputDelay() - inputDelay()) {
-        graph().delaysChanged = true;
+        graph().invalidateDelays();
     }
 }
 
@@ -233,16 +230,16 @@ void CAudioProcessTerminal<T>::syncVoices(const CAudioPort& in) {
         retireVoices();
         rate_ = in.rate;
         fadeLength_ = fadeSamples(rate_);
-        graph().isLayoutNew = true;
+        graph().requestRoom();
     }
     layout_ = in.layout;
-    graph().isSteady = false;
+    graph().invalidateRun();
     bool isSame = in.channels.count() == voices_.count();
     for (int32_t i = 0; isSame && i < voices_.count(); ++i) {
         isSame = voices_[i].channel.isSameAs(in.channels[i]);
     }
     if (!isSame) {
-        graph().isLayoutNew = true;
+        graph().requestRoom();
         rebuildVoices(in);
         noteDelay();
     }
@@ -282,7 +279,7 @@ void CAudioProcessTerminal<T>::rebuildVoices(const CAudioPort& in) {
 template <class T>
 void CAudioProcessTerminal<T>::applyChanges() {
     slotsChanged_ = false;
-    const bool isFaded = def().isSmoothUpdate() && graph().isRunning;
+    const bool isFaded = def().isSmoothUpdate() && graph().isRunning();
     for (CVoice& voice : voices_) {
         if (voice.old != nullptr) {
             voice.isPending = true;
@@ -423,7 +420,7 @@ void CAudioProcessTerminal<T>::process() {
         applyChanges();
     }
     if (mayFade_) {
-        graph().isSteady = false;
+        graph().invalidateRun();
         servePending();
     }
     // The list goes over to the output; each block in it is then replaced by what its module makes of it.

@@ -144,7 +144,7 @@ CBufferHandle CModFilterModule::runSection(const CFilterChain& chain, int32_t se
     const CSectionKernels& kernels = context().sectionKernels(chain.list().sections[section].type);
     if (CFirSection* fir = chain.fir(section)) {
         // It keeps the place within its partition itself.
-        process().graph().isSteady = false;
+        process().graph().invalidateRun();
         const CBufferHandle plain = fir->run(in, count);
         const CBufferHandle scaled = takeSignal(count);
         context().issue(context().commonKernel(CCommonKernel::Mulc), count, useGain ? gain : 1.0, {scaled, plain});

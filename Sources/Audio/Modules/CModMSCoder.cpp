@@ -102,7 +102,7 @@ void CModMSCoder::endRise(CArrival& arrival) {
 
 void CModMSCoder::raise(CAudioChannel& channel, CArrival& arrival, int32_t samples) {
     CQPLEXContext& ctx = context();
-    graph().isSteady = false;
+    graph().invalidateRun();
     const int32_t length = samples < arrival.left ? samples : arrival.left;
     const CBufferHandle silence = ctx.takeSignal(length);
     ctx.issue(ctx.commonKernel(CCommonKernel::Fill0), length, 0.0, {silence});
@@ -121,7 +121,7 @@ void CModMSCoder::raise(CAudioChannel& channel, CArrival& arrival, int32_t sampl
 }
 
 void CModMSCoder::raiseChannels(CAudioPort& out) {
-    const bool isSudden = graph().isRunning && !isFresh_;
+    const bool isSudden = graph().isRunning() && !isFresh_;
     bool isSeen[kMaxElements] = {};
     for (CAudioChannel& channel : out.channels) {
         if (channel.element >= kMaxElements) {

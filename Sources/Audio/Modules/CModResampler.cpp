@@ -82,7 +82,9 @@ void CModDecimator::process() {
         out.add(channel.group, channel.element, channel.serial, block);
     }
     const int32_t next = offset_ + 2 * kept - count;
-    graph().isSteady &= next == offset_;
+    if (next != offset_) {
+        graph().invalidateRun();
+    }
     offset_ = next;
     releaseInputs();
     context().flush();
@@ -166,7 +168,7 @@ void CModResampler::updateSequence() {
         return;
     }
     isCountDirty_ = false;
-    graph().isSteady = false;
+    graph().invalidateRun();
     const int32_t wanted = wantedStages();
     if (wanted == stageCount()) {
         return;

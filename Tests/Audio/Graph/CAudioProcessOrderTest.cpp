@@ -104,13 +104,13 @@ TEST(CAudioProcessOrderTest, WhereLinksMeetARunBecomesSteady) {
     tree.start(ones);
     tree.run(ones, ones);
     for (int32_t block = 0; block < 3; ++block) {
-        tree.graph.isSteady = true;
+        tree.graph.beginRun();
         EXPECT_EQ(samplesOf(tree.run(ones, ones)), std::vector<CSignal>{{16.0}});
-        EXPECT_TRUE(tree.graph.isSteady) << block;
+        EXPECT_TRUE(tree.graph.isSteady()) << block;
     }
-    tree.graph.isSteady = true;
+    tree.graph.beginRun();
     tree.run(ones, {{0, 0, {1.0}, 4}});
-    EXPECT_FALSE(tree.graph.isSteady);
+    EXPECT_FALSE(tree.graph.isSteady());
 }
 
 TEST(CAudioProcessOrderTest, OnlyTheFirstInputOfASwitchedOutProcessIsConnectedThrough) {
@@ -139,17 +139,17 @@ TEST(CAudioProcessOrderTest, ASwitchedOutProcessDelaysNothing) {
     ASSERT_EQ(tree.build("p"), "");
     tree.start();
     EXPECT_EQ(tree.process().outputDelay(), 20);
-    tree.graph.delaysChanged = false;
+    tree.graph.confirmDelays();
     tree.set("plugin.p.on", 1.0);
     tree.runMono({1.0});
     EXPECT_EQ(tree.inner("b").inputDelay(), 0);
     EXPECT_EQ(tree.process().outputDelay(), 10);
-    EXPECT_TRUE(tree.graph.delaysChanged);
+    EXPECT_FALSE(tree.graph.areDelaysValid());
     // Back again it has its delay as soon as it is designed: the core is asked to sum anew.
-    tree.graph.delaysChanged = false;
+    tree.graph.confirmDelays();
     tree.set("plugin.p.on", 0.0);
     tree.runMono({1.0});
-    EXPECT_TRUE(tree.graph.delaysChanged);
+    EXPECT_FALSE(tree.graph.areDelaysValid());
     EXPECT_EQ(tree.process().placeDelay(0), 20);
 }
 
@@ -161,11 +161,11 @@ TEST(CAudioProcessOrderTest, AStackThatShrinksDelaysLess) {
     ASSERT_EQ(tree.build("p"), "");
     tree.start();
     EXPECT_EQ(tree.process().outputDelay(), 40);
-    tree.graph.delaysChanged = false;
+    tree.graph.confirmDelays();
     tree.set("plugin.p.count", 1.0);
     tree.runMono({1.0});
     EXPECT_EQ(tree.inner("s").outputDelay(), 10);
-    EXPECT_TRUE(tree.graph.delaysChanged);
+    EXPECT_FALSE(tree.graph.areDelaysValid());
     EXPECT_EQ(tree.process().placeDelay(0), 20);
 }
 

@@ -141,7 +141,7 @@ void CGraphTree::start(const CTestChannels& channels) {
     run(empty, empty);
     process_->makeSpares();
     process_->placeDelay(0);
-    graph.isRunning = true;
+    graph.setRunning(true);
 }
 
 void CGraphTree::fill(int32_t port, const CTestChannels& channels, int32_t count) {

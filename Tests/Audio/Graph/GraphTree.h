@@ -58,7 +58,7 @@ public:
     /// The preparation of a resume: a step of no samples with these channels (their samples do not matter).
     void start(const CTestChannels& channels = {{}});
     void suspend() {
-        graph.isRunning = false;
+        graph.setRunning(false);
         process_->reset();
     }
     /// One host block with these channels on port 0 (and 1, if the process has one); all of the same length.

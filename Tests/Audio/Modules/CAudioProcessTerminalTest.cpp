@@ -255,7 +255,7 @@ TEST(CAudioProcessTerminalTest, WithoutRunningAudioAChangeIsTakenInPlace) {
 TEST(CAudioProcessTerminalTest, WhileAudioStandsStillAModuleThatIsThereIsChangedInPlace) {
     CFade tree;
     tree.runMono({1.0});
-    tree.graph.isRunning = false;
+    tree.graph.setRunning(false);
     tree.set(kGain, 6.0);
     EXPECT_EQ(tree.runMono({1.0}), CSignal{6.0});
     EXPECT_EQ(tree.gain().fadeCount(), 0);

@@ -224,12 +224,12 @@ TEST(CModFilterSectionsTest, TheLatenciesOfTheFiltersAddUp) {
                   filterNode("2", "0,0")});
     EXPECT_EQ(tree.process().outputDelay(), 20);
     EXPECT_EQ(tree.module().latency(), 20);
-    tree.graph.delaysChanged = false;
+    tree.graph.confirmDelays();
     tree.runMono({1.0});
-    EXPECT_FALSE(tree.graph.delaysChanged);
+    EXPECT_TRUE(tree.graph.areDelaysValid());
     tree.set("plugin.f.count", 3.0);
     tree.runMono({1.0});
-    EXPECT_TRUE(tree.graph.delaysChanged);
+    EXPECT_FALSE(tree.graph.areDelaysValid());
     EXPECT_EQ(tree.process().placeDelay(7), 37);
 }
 

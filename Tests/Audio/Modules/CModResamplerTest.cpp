@@ -279,10 +279,10 @@ TEST(CModResamplerTest, DelaysOfTheFiltersAreSummedInHostSamples) {
         int32_t delay;
     } rows[] = {{1.0, 0}, {2.0, 40}, {4.0, 70}, {3.0, 60}};
     for (const auto& row : rows) {
-        tree.graph.delaysChanged = false;
+        tree.graph.confirmDelays();
         tree.set("plugin.p.over", row.over);
         tree.runMono({1.0});
-        EXPECT_TRUE(tree.graph.delaysChanged) << row.over;
+        EXPECT_FALSE(tree.graph.areDelaysValid()) << row.over;
         EXPECT_EQ(tree.process().placeDelay(0), row.delay) << row.over;
     }
 }
