@@ -112,12 +112,12 @@ void fillTubeBlock(double* block) {
 }
 
 const CKernelRow kRows[] = {
-    {"fltbiqcommong", "com.tarvelo.qplex.fltbiqcommong", 2, 1,
+    {"fltbiqcommong", KernelName::kBiquadCommonGain, 2, 1,
      [](double* b) { *reinterpret_cast<plain::CBiquadState*>(b) = {-1.8, 0.85, 1.75, -0.8, 0.0, 0.0}; },
      [](double* const* s, double* b, int32_t n) {
          plain::biquad(s[0], *reinterpret_cast<plain::CBiquadState*>(b), s[1], 0.5, n);
      }},
-    {"flthp1ag", "com.tarvelo.qplex.flthp1ag", 2, 1,
+    {"flthp1ag", KernelName::kHighPass1Gain, 2, 1,
      [](double* b) {
          std::fill(b, b + 5, 0.0);
          b[0] = 0.001;
@@ -129,11 +129,11 @@ const CKernelRow kRows[] = {
      [](double* const* s, double* b, int32_t n) {
          plain::tube(s[0], *reinterpret_cast<CTubeBlock*>(b), s[1], s[2], n);
      }},
-    {"flthbf4g", "com.tarvelo.qplex.flthbf4g", 2, 1, fillHalfBand<2>, plainHalfBand<2>},
-    {"flthbf4g/locals", "com.tarvelo.qplex.flthbf4g", 2, 1, fillHalfBand<2>, plainHalfBandInLocals<2>},
-    {"flthbf8g", "com.tarvelo.qplex.flthbf8g", 2, 1, fillHalfBand<4>, plainHalfBand<4>},
-    {"flthbf8g/locals", "com.tarvelo.qplex.flthbf8g", 2, 1, fillHalfBand<4>, plainHalfBandInLocals<4>},
-    {"mulc", "com.tarvelo.qplex.mulc", 2, 1, nullptr,
+    {"flthbf4g", KernelName::kHalfBand4Gain, 2, 1, fillHalfBand<2>, plainHalfBand<2>},
+    {"flthbf4g/locals", KernelName::kHalfBand4Gain, 2, 1, fillHalfBand<2>, plainHalfBandInLocals<2>},
+    {"flthbf8g", KernelName::kHalfBand8Gain, 2, 1, fillHalfBand<4>, plainHalfBand<4>},
+    {"flthbf8g/locals", KernelName::kHalfBand8Gain, 2, 1, fillHalfBand<4>, plainHalfBandInLocals<4>},
+    {"mulc", KernelName::kMulc, 2, 1, nullptr,
      [](double* const* s, double*, int32_t n) { plain::mulc(s[0], s[1], 0.5, n); }},
     {"denorm", KernelName::kDenorm, 2, 1, [](double* b) { *b = 0.0; },
      [](double* const* s, double* b, int32_t n) { plain::denorm(s[0], *reinterpret_cast<uint32_t*>(b), s[1], n); }},
@@ -145,7 +145,7 @@ const CKernelRow kRows[] = {
      [](double* const* s, double*, int32_t n) { plain::encode(s[0], s[1], s[2], s[3], n); }},
     {"msdec", KernelName::kMsDec, 4, 2, nullptr,
      [](double* const* s, double*, int32_t n) { plain::decode(s[0], s[1], s[2], s[3], n); }},
-    {"xfade", "com.tarvelo.qplex.xfade", 3, 1,
+    {"xfade", KernelName::kXfade, 3, 1,
      [](double* b) {
          b[0] = 0.5;
          b[1] = 0.4999;

@@ -117,6 +117,24 @@ TEST(Style, TheProductTalksOfItselfOnly) {
     }
 }
 
+// A name that is misspelt at one of several places fails only where the kernel is missing, in silence.
+TEST(Style, KernelNamesAreWrittenInOneFile) {
+    const std::string prefix = "com.tarvelo.qplex.";
+    std::set<std::string> names;
+    for (const CSourceFile* file : codeFiles()) {
+        if (startsWith(file->path, "Tests/"))
+            continue;
+        for (const std::string& line : file->lines) {
+            const size_t start = line.find(prefix);
+            if (start == std::string::npos)
+                continue;
+            EXPECT_EQ(file->path, "Sources/Audio/Kernels/KernelNames.h") << line;
+            EXPECT_TRUE(names.insert(line.substr(start)).second) << "written twice: " << line;
+        }
+    }
+    EXPECT_GT(names.size(), 100u);
+}
+
 TEST(Style, EveryFileIsFormatted) {
     int state = 0;
     const std::string output = runCommand(

@@ -1,6 +1,7 @@
 #include "Audio/Kernels/AllpassKernel.h"
 
 #include "Audio/Context/CQPLEXContext.h"
+#include "Audio/Kernels/KernelNames.h"
 #include "Audio/Kernels/KernelRecursion.h"
 
 namespace tarv {
@@ -73,10 +74,10 @@ void updateAllpass(COperation& operation) {
 CSectionKernels* registerAllpassKernel(CQPLEXContext& context, CSectionKernels* rows) {
     using Plain = CRecursion<CPlain>;
     using WithGain = CRecursion<CWithGain>;
-    *rows = {context.registerKernel("com.tarvelo.qplex.fltapf1_6i", initAllpass, 2, 1),
-             context.registerKernel("com.tarvelo.qplex.fltapf1_6u", updateAllpass, 3, 1),
-             context.registerKernel("com.tarvelo.qplex.fltapf1_6", &Plain::run, 3, 3, 0, &Plain::runBatch),
-             context.registerKernel("com.tarvelo.qplex.fltapf1_6g", &WithGain::run, 3, 3, 0, &WithGain::runBatch),
+    *rows = {context.registerKernel(KernelName::kAllpassInit, initAllpass, 2, 1),
+             context.registerKernel(KernelName::kAllpassUpdate, updateAllpass, 3, 1),
+             context.registerKernel(KernelName::kAllpass, &Plain::run, 3, 3, 0, &Plain::runBatch),
+             context.registerKernel(KernelName::kAllpassGain, &WithGain::run, 3, 3, 0, &WithGain::runBatch),
              kStateSize,
              kSections};
     return rows + 1;

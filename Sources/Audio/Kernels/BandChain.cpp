@@ -154,8 +154,8 @@ void runPair(const CBandOperations& a, const CBandOperations& b) {
 }  // namespace
 
 void registerBandChain(CQPLEXContext& context) {
-    context.registerChain({context.findKernel("com.tarvelo.qplex.fltbiqcommong"),
-                           context.findKernel("com.tarvelo.qplex.flthp1ag"), context.findKernel(KernelName::kMetaTube)},
+    context.registerChain({context.findKernel(KernelName::kBiquadCommonGain),
+                           context.findKernel(KernelName::kHighPass1Gain), context.findKernel(KernelName::kMetaTube)},
                           runBandChain);
 }
 

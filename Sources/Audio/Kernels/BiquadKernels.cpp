@@ -2,6 +2,7 @@
 
 #include "Audio/Context/CQPLEXContext.h"
 #include "Audio/Kernels/BiquadLoop.h"
+#include "Audio/Kernels/KernelNames.h"
 
 namespace tarv {
 
@@ -49,18 +50,16 @@ void updateBiquad(COperation& operation) {
 }  // namespace
 
 CSectionKernels* registerBiquadKernels(CQPLEXContext& context, CSectionKernels* rows) {
-    const int32_t init = context.registerKernel("com.tarvelo.qplex.fltbiqi", initBiquad, 2, 1);
-    const int32_t update = context.registerKernel("com.tarvelo.qplex.fltbiqu", updateBiquad, 3, 1);
+    const int32_t init = context.registerKernel(KernelName::kBiquadInit, initBiquad, 2, 1);
+    const int32_t update = context.registerKernel(KernelName::kBiquadUpdate, updateBiquad, 3, 1);
     for (int32_t type = 0; type < 5; ++type) {
         rows[type] = {init, update, -1, -1, kStateSize, kCoefficients};
     }
-    registerForm<CBiquadForm::Common>(context, rows[0], "com.tarvelo.qplex.fltbiqcommon",
-                                      "com.tarvelo.qplex.fltbiqcommong");
-    registerForm<CBiquadForm::LowPass>(context, rows[1], "com.tarvelo.qplex.fltbiqlp", "com.tarvelo.qplex.fltbiqlpg");
-    registerForm<CBiquadForm::HighPass>(context, rows[2], "com.tarvelo.qplex.fltbiqhp", "com.tarvelo.qplex.fltbiqhpg");
-    registerForm<CBiquadForm::BandPass>(context, rows[3], "com.tarvelo.qplex.fltbiqbp", "com.tarvelo.qplex.fltbiqbpg");
-    registerForm<CBiquadForm::Notch>(context, rows[4], "com.tarvelo.qplex.fltbiqnotch",
-                                     "com.tarvelo.qplex.fltbiqnotchg");
+    registerForm<CBiquadForm::Common>(context, rows[0], KernelName::kBiquadCommon, KernelName::kBiquadCommonGain);
+    registerForm<CBiquadForm::LowPass>(context, rows[1], KernelName::kBiquadLowPass, KernelName::kBiquadLowPassGain);
+    registerForm<CBiquadForm::HighPass>(context, rows[2], KernelName::kBiquadHighPass, KernelName::kBiquadHighPassGain);
+    registerForm<CBiquadForm::BandPass>(context, rows[3], KernelName::kBiquadBandPass, KernelName::kBiquadBandPassGain);
+    registerForm<CBiquadForm::Notch>(context, rows[4], KernelName::kBiquadNotch, KernelName::kBiquadNotchGain);
     return rows + 5;
 }
 

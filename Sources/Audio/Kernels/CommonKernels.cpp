@@ -1,10 +1,9 @@
 #include "Audio/Kernels/CommonKernels.h"
 
-#include <iterator>
-
 #include "Audio/Context/CQPLEXContext.h"
 #include "Audio/Kernels/CrossfadeKernels.h"
 #include "Audio/Kernels/KernelLanes.h"
+#include "Audio/Kernels/KernelNames.h"
 
 namespace tarv {
 
@@ -19,48 +18,60 @@ constexpr auto kMultiply2 = [](auto a, auto b) { return a * b; };
 constexpr auto kMax2 = [](auto a, auto b) { return maxOf(a, b); };
 
 struct CCommonRow {
+    CCommonKernel kernel;
     const char* name;
     CKernelFunction function;
     int32_t operandCount;
     uint32_t writeMask;
-    CKernelBatchFunction batch;
+    CKernelBatchFunction batch = nullptr;
 };
 
 constexpr CCommonRow kCommonRows[] = {
-    {"com.tarvelo.qplex.copy", kernelCopy, 2, 1, nullptr},
-    {"com.tarvelo.qplex.addc", kernelAddc, 2, 1, nullptr},
-    {"com.tarvelo.qplex.addcid", kernelAddcid, 2, 1, nullptr},
-    {"com.tarvelo.qplex.add2", kernelAdd2, 3, 1, nullptr},
-    {"com.tarvelo.qplex.add2i", kernelAdd2i, 2, 1, nullptr},
-    {"com.tarvelo.qplex.add3", kernelAdd3, 4, 1, nullptr},
-    {"com.tarvelo.qplex.add4", kernelAdd4, 5, 1, nullptr},
-    {"com.tarvelo.qplex.sub2", kernelSub2, 3, 1, nullptr},
-    {"com.tarvelo.qplex.max2", kernelMax2, 3, 1, nullptr},
-    {"com.tarvelo.qplex.max2i", kernelMax2i, 2, 1, nullptr},
-    {"com.tarvelo.qplex.max3", kernelMax3, 4, 1, nullptr},
-    {"com.tarvelo.qplex.max4", kernelMax4, 5, 1, nullptr},
-    {"com.tarvelo.qplex.min2", kernelMin2, 3, 1, nullptr},
-    {"com.tarvelo.qplex.min3", kernelMin3, 4, 1, nullptr},
-    {"com.tarvelo.qplex.min4", kernelMin4, 5, 1, nullptr},
-    {"com.tarvelo.qplex.mix", kernelMix, 3, 1, nullptr},
-    {"com.tarvelo.qplex.mix2", kernelMix2, 4, 1, nullptr},
-    {"com.tarvelo.qplex.mixb", kernelMixb, 4, 1, nullptr},
-    {"com.tarvelo.qplex.add2mul", kernelAdd2mul, 3, 1, nullptr},
-    {"com.tarvelo.qplex.add3mul", kernelAdd3mul, 4, 1, nullptr},
-    {"com.tarvelo.qplex.mulc", kernelMulc, 2, 1, nullptr},
-    {"com.tarvelo.qplex.mulci", kernelMulci, 1, 1, nullptr},
-    {"com.tarvelo.qplex.mul2", kernelMul2, 3, 1, nullptr},
-    {"com.tarvelo.qplex.mul2i", kernelMul2i, 2, 1, nullptr},
-    {"com.tarvelo.qplex.mul2addi", kernelMul2addi, 3, 1, nullptr},
-    {"com.tarvelo.qplex.abs", kernelAbs, 2, 1, nullptr},
-    {"com.tarvelo.qplex.sqrt", kernelSqrt, 2, 1, nullptr},
-    {"com.tarvelo.qplex.fill0", kernelFill0, 1, 1, nullptr},
-    {"com.tarvelo.qplex.fillc", kernelFillc, 1, 1, nullptr},
-    {"com.tarvelo.qplex.filld", kernelFilld, 2, 1, nullptr},
-    {"com.tarvelo.qplex.xfadei", kernelXfadeInit, 1, 1, nullptr},
-    {"com.tarvelo.qplex.xfade", kernelXfade, 4, 3, kernelXfadeBatch},
+    {CCommonKernel::Copy, KernelName::kCopy, kernelCopy, 2, 1},
+    {CCommonKernel::Addc, KernelName::kAddc, kernelAddc, 2, 1},
+    {CCommonKernel::Addcid, KernelName::kAddcid, kernelAddcid, 2, 1},
+    {CCommonKernel::Add2, KernelName::kAdd2, kernelAdd2, 3, 1},
+    {CCommonKernel::Add2i, KernelName::kAdd2i, kernelAdd2i, 2, 1},
+    {CCommonKernel::Add3, KernelName::kAdd3, kernelAdd3, 4, 1},
+    {CCommonKernel::Add4, KernelName::kAdd4, kernelAdd4, 5, 1},
+    {CCommonKernel::Sub2, KernelName::kSub2, kernelSub2, 3, 1},
+    {CCommonKernel::Max2, KernelName::kMax2, kernelMax2, 3, 1},
+    {CCommonKernel::Max2i, KernelName::kMax2i, kernelMax2i, 2, 1},
+    {CCommonKernel::Max3, KernelName::kMax3, kernelMax3, 4, 1},
+    {CCommonKernel::Max4, KernelName::kMax4, kernelMax4, 5, 1},
+    {CCommonKernel::Min2, KernelName::kMin2, kernelMin2, 3, 1},
+    {CCommonKernel::Min3, KernelName::kMin3, kernelMin3, 4, 1},
+    {CCommonKernel::Min4, KernelName::kMin4, kernelMin4, 5, 1},
+    {CCommonKernel::Mix, KernelName::kMix, kernelMix, 3, 1},
+    {CCommonKernel::Mix2, KernelName::kMix2, kernelMix2, 4, 1},
+    {CCommonKernel::Mixb, KernelName::kMixb, kernelMixb, 4, 1},
+    {CCommonKernel::Add2mul, KernelName::kAdd2mul, kernelAdd2mul, 3, 1},
+    {CCommonKernel::Add3mul, KernelName::kAdd3mul, kernelAdd3mul, 4, 1},
+    {CCommonKernel::Mulc, KernelName::kMulc, kernelMulc, 2, 1},
+    {CCommonKernel::Mulci, KernelName::kMulci, kernelMulci, 1, 1},
+    {CCommonKernel::Mul2, KernelName::kMul2, kernelMul2, 3, 1},
+    {CCommonKernel::Mul2i, KernelName::kMul2i, kernelMul2i, 2, 1},
+    {CCommonKernel::Mul2addi, KernelName::kMul2addi, kernelMul2addi, 3, 1},
+    {CCommonKernel::Abs, KernelName::kAbs, kernelAbs, 2, 1},
+    {CCommonKernel::Sqrt, KernelName::kSqrt, kernelSqrt, 2, 1},
+    {CCommonKernel::Fill0, KernelName::kFill0, kernelFill0, 1, 1},
+    {CCommonKernel::Fillc, KernelName::kFillc, kernelFillc, 1, 1},
+    {CCommonKernel::Filld, KernelName::kFilld, kernelFilld, 2, 1},
+    {CCommonKernel::Xfadei, KernelName::kXfadei, kernelXfadeInit, 1, 1},
+    {CCommonKernel::Xfade, KernelName::kXfade, kernelXfade, 4, 3, kernelXfadeBatch},
 };
-static_assert(std::size(kCommonRows) == static_cast<size_t>(CCommonKernel::Count));
+
+/// Numbers follow the order of CCommonKernel.
+constexpr bool isInOrder() {
+    int32_t kernel = 0;
+    for (const CCommonRow& row : kCommonRows) {
+        if (row.kernel != static_cast<CCommonKernel>(kernel++)) {
+            return false;
+        }
+    }
+    return static_cast<CCommonKernel>(kernel) == CCommonKernel::Count;
+}
+static_assert(isInOrder());
 
 void fill(COperation& operation, double value) {
     double* const out = operation.signal(0);
@@ -72,11 +83,10 @@ void fill(COperation& operation, double value) {
 }  // namespace
 
 void registerCommonKernels(CQPLEXContext& context) {
-    int32_t kernel = 0;
     for (const CCommonRow& row : kCommonRows) {
         const int32_t number =
             context.registerKernel(row.name, row.function, row.operandCount, row.writeMask, 0, row.batch);
-        context.setCommonKernel(static_cast<CCommonKernel>(kernel++), number);
+        context.setCommonKernel(row.kernel, number);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "Audio/Context/CQPLEXContext.h"
 #include "Audio/Kernels/CConvolution.h"
 #include "Audio/Kernels/FourierKernels.h"
+#include "Audio/Kernels/KernelNames.h"
 
 namespace tarv {
 
@@ -22,9 +23,9 @@ const double* partitionOf(const COperation& operation) {
 }  // namespace
 
 void registerConvolutionKernels(CQPLEXContext& context) {
-    context.registerKernel("com.tarvelo.qplex.convacquire", kernelConvolutionAcquire, 1, 1);
-    context.registerKernel("com.tarvelo.qplex.convmult", kernelConvolutionMultiply, 3, 1);
-    context.registerKernel("com.tarvelo.qplex.convmultadd", kernelConvolutionMultiplyAdd, 3, 1);
+    context.registerKernel(KernelName::kConvAcquire, kernelConvolutionAcquire, 1, 1);
+    context.registerKernel(KernelName::kConvMult, kernelConvolutionMultiply, 3, 1);
+    context.registerKernel(KernelName::kConvMultAdd, kernelConvolutionMultiplyAdd, 3, 1);
 }
 
 void kernelConvolutionAcquire(COperation& operation) {

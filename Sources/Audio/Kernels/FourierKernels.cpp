@@ -2,6 +2,7 @@
 
 #include "Audio/Context/CQPLEXContext.h"
 #include "Audio/Kernels/CRealTransform.h"
+#include "Audio/Kernels/KernelNames.h"
 
 namespace tarv {
 
@@ -31,11 +32,11 @@ void multiply(double* out, const double* a, const double* b, int32_t count, F st
 }  // namespace
 
 void registerFourierKernels(CQPLEXContext& context) {
-    context.registerKernel("com.tarvelo.qplex.rdftf", kernelForwardTransform, 3, 1);
-    context.registerKernel("com.tarvelo.qplex.rdfti", kernelInverseTransform, 3, 1);
-    context.registerKernel("com.tarvelo.qplex.rdftm", kernelSpectrumProduct, 3, 1);
-    context.registerKernel("com.tarvelo.qplex.rdftma", kernelSpectrumProductAdd, 3, 1);
-    context.registerKernel("com.tarvelo.qplex.rdftsqr", kernelSpectrumSquare, 2, 1);
+    context.registerKernel(KernelName::kRdftF, kernelForwardTransform, 3, 1);
+    context.registerKernel(KernelName::kRdftI, kernelInverseTransform, 3, 1);
+    context.registerKernel(KernelName::kRdftM, kernelSpectrumProduct, 3, 1);
+    context.registerKernel(KernelName::kRdftMa, kernelSpectrumProductAdd, 3, 1);
+    context.registerKernel(KernelName::kRdftSqr, kernelSpectrumSquare, 2, 1);
 }
 
 void kernelForwardTransform(COperation& operation) {

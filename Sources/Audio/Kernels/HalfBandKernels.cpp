@@ -2,6 +2,7 @@
 
 #include "Audio/Context/CQPLEXContext.h"
 #include "Audio/Kernels/KernelLanes.h"
+#include "Audio/Kernels/KernelNames.h"
 
 namespace tarv {
 
@@ -147,22 +148,14 @@ CSectionKernels registerOrder(CQPLEXContext& context, const CHalfBandNames& name
 }
 
 constexpr CHalfBandNames kNames[] = {
-    {"com.tarvelo.qplex.flthbf2i", "com.tarvelo.qplex.flthbf2u", "com.tarvelo.qplex.flthbf2",
-     "com.tarvelo.qplex.flthbf2g"},
-    {"com.tarvelo.qplex.flthbf4i", "com.tarvelo.qplex.flthbf4u", "com.tarvelo.qplex.flthbf4",
-     "com.tarvelo.qplex.flthbf4g"},
-    {"com.tarvelo.qplex.flthbf6i", "com.tarvelo.qplex.flthbf6u", "com.tarvelo.qplex.flthbf6",
-     "com.tarvelo.qplex.flthbf6g"},
-    {"com.tarvelo.qplex.flthbf8i", "com.tarvelo.qplex.flthbf8u", "com.tarvelo.qplex.flthbf8",
-     "com.tarvelo.qplex.flthbf8g"},
-    {"com.tarvelo.qplex.flthbf10i", "com.tarvelo.qplex.flthbf10u", "com.tarvelo.qplex.flthbf10",
-     "com.tarvelo.qplex.flthbf10g"},
-    {"com.tarvelo.qplex.flthbf12i", "com.tarvelo.qplex.flthbf12u", "com.tarvelo.qplex.flthbf12",
-     "com.tarvelo.qplex.flthbf12g"},
-    {"com.tarvelo.qplex.flthbf14i", "com.tarvelo.qplex.flthbf14u", "com.tarvelo.qplex.flthbf14",
-     "com.tarvelo.qplex.flthbf14g"},
-    {"com.tarvelo.qplex.flthbf16i", "com.tarvelo.qplex.flthbf16u", "com.tarvelo.qplex.flthbf16",
-     "com.tarvelo.qplex.flthbf16g"},
+    {KernelName::kHalfBand2Init, KernelName::kHalfBand2Update, KernelName::kHalfBand2, KernelName::kHalfBand2Gain},
+    {KernelName::kHalfBand4Init, KernelName::kHalfBand4Update, KernelName::kHalfBand4, KernelName::kHalfBand4Gain},
+    {KernelName::kHalfBand6Init, KernelName::kHalfBand6Update, KernelName::kHalfBand6, KernelName::kHalfBand6Gain},
+    {KernelName::kHalfBand8Init, KernelName::kHalfBand8Update, KernelName::kHalfBand8, KernelName::kHalfBand8Gain},
+    {KernelName::kHalfBand10Init, KernelName::kHalfBand10Update, KernelName::kHalfBand10, KernelName::kHalfBand10Gain},
+    {KernelName::kHalfBand12Init, KernelName::kHalfBand12Update, KernelName::kHalfBand12, KernelName::kHalfBand12Gain},
+    {KernelName::kHalfBand14Init, KernelName::kHalfBand14Update, KernelName::kHalfBand14, KernelName::kHalfBand14Gain},
+    {KernelName::kHalfBand16Init, KernelName::kHalfBand16Update, KernelName::kHalfBand16, KernelName::kHalfBand16Gain},
 };
 
 }  // namespace

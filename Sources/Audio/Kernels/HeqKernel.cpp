@@ -2,6 +2,7 @@
 
 #include "Audio/Context/CQPLEXContext.h"
 #include "Audio/Kernels/KernelLanes.h"
+#include "Audio/Kernels/KernelNames.h"
 
 namespace tarv {
 
@@ -83,9 +84,9 @@ void updateHeq(COperation& operation) {
 }  // namespace
 
 CSectionKernels* registerHeqKernel(CQPLEXContext& context, CSectionKernels* rows) {
-    const int32_t run = context.registerKernel("com.tarvelo.qplex.fltheq", runHeq, 3, 3);
-    *rows = {context.registerKernel("com.tarvelo.qplex.fltheqi", initHeq, 2, 1),
-             context.registerKernel("com.tarvelo.qplex.flthequ", updateHeq, 3, 1),
+    const int32_t run = context.registerKernel(KernelName::kHeq, runHeq, 3, 3);
+    *rows = {context.registerKernel(KernelName::kHeqInit, initHeq, 2, 1),
+             context.registerKernel(KernelName::kHeqUpdate, updateHeq, 3, 1),
              run,
              run,
              20,

@@ -1,6 +1,7 @@
 #include "Audio/Kernels/OnePoleKernels.h"
 
 #include "Audio/Context/CQPLEXContext.h"
+#include "Audio/Kernels/KernelNames.h"
 #include "Audio/Kernels/OnePoleLoop.h"
 
 namespace tarv {
@@ -48,19 +49,19 @@ void updateOnePole(COperation& operation) {
 }  // namespace
 
 CSectionKernels* registerOnePoleKernels(CQPLEXContext& context, CSectionKernels* rows) {
-    const int32_t init = context.registerKernel("com.tarvelo.qplex.fltlphp1i", initOnePole, 2, 1);
-    const int32_t update = context.registerKernel("com.tarvelo.qplex.fltlphp1u", updateOnePole, 3, 1);
+    const int32_t init = context.registerKernel(KernelName::kOnePoleInit, initOnePole, 2, 1);
+    const int32_t update = context.registerKernel(KernelName::kOnePoleUpdate, updateOnePole, 3, 1);
     for (int32_t type = 0; type < 8; ++type) {
         rows[type] = {init, update, -1, -1, kStateSize, 1};
     }
-    registerStages<1, false>(context, rows[0], "com.tarvelo.qplex.fltlp1a", "com.tarvelo.qplex.fltlp1ag");
-    registerStages<2, false>(context, rows[1], "com.tarvelo.qplex.fltlp1b", "com.tarvelo.qplex.fltlp1bg");
-    registerStages<3, false>(context, rows[2], "com.tarvelo.qplex.fltlp1c", "com.tarvelo.qplex.fltlp1cg");
-    registerStages<4, false>(context, rows[3], "com.tarvelo.qplex.fltlp1d", "com.tarvelo.qplex.fltlp1dg");
-    registerStages<1, true>(context, rows[4], "com.tarvelo.qplex.flthp1a", "com.tarvelo.qplex.flthp1ag");
-    registerStages<2, true>(context, rows[5], "com.tarvelo.qplex.flthp1b", "com.tarvelo.qplex.flthp1bg");
-    registerStages<3, true>(context, rows[6], "com.tarvelo.qplex.flthp1c", "com.tarvelo.qplex.flthp1cg");
-    registerStages<4, true>(context, rows[7], "com.tarvelo.qplex.flthp1d", "com.tarvelo.qplex.flthp1dg");
+    registerStages<1, false>(context, rows[0], KernelName::kLowPass1, KernelName::kLowPass1Gain);
+    registerStages<2, false>(context, rows[1], KernelName::kLowPass2, KernelName::kLowPass2Gain);
+    registerStages<3, false>(context, rows[2], KernelName::kLowPass3, KernelName::kLowPass3Gain);
+    registerStages<4, false>(context, rows[3], KernelName::kLowPass4, KernelName::kLowPass4Gain);
+    registerStages<1, true>(context, rows[4], KernelName::kHighPass1, KernelName::kHighPass1Gain);
+    registerStages<2, true>(context, rows[5], KernelName::kHighPass2, KernelName::kHighPass2Gain);
+    registerStages<3, true>(context, rows[6], KernelName::kHighPass3, KernelName::kHighPass3Gain);
+    registerStages<4, true>(context, rows[7], KernelName::kHighPass4, KernelName::kHighPass4Gain);
     return rows + 8;
 }
 

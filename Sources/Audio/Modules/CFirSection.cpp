@@ -2,16 +2,18 @@
 
 #include <algorithm>
 
+#include "Audio/Kernels/KernelNames.h"
+
 namespace tarv {
 
 CFirSection::CFirSection(CQPLEXContext& context, int32_t mostTaps)
     : context_(context),
       convolution_(mostTaps, kPartition),
-      forward_(context.findKernel("com.tarvelo.qplex.rdftf")),
-      inverse_(context.findKernel("com.tarvelo.qplex.rdfti")),
-      acquire_(context.findKernel("com.tarvelo.qplex.convacquire")),
-      multiply_(context.findKernel("com.tarvelo.qplex.convmult")),
-      multiplyAdd_(context.findKernel("com.tarvelo.qplex.convmultadd")),
+      forward_(context.findKernel(KernelName::kRdftF)),
+      inverse_(context.findKernel(KernelName::kRdftI)),
+      acquire_(context.findKernel(KernelName::kConvAcquire)),
+      multiply_(context.findKernel(KernelName::kConvMult)),
+      multiplyAdd_(context.findKernel(KernelName::kConvMultAdd)),
       transformPlace_(context.takeBuffer(sizeof(void*))),
       convolutionPlace_(context.takeBuffer(sizeof(void*))),
       frame_(context.takeBuffer(kSize * kBytes)) {
