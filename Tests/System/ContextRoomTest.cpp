@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "Audio/Context/CQPLEXContext.h"
+#include "Audio/Graph/CAudioGraphObserver.h"
 #include "Tests/System/EngineRun.h"
 
 namespace tarv::engine {

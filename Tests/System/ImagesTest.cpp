@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "Audio/Graph/CAudioGraphObserver.h"
 #include "Audio/Graph/CAudioProcessBase.h"
 #include "Tests/System/EngineRun.h"
 

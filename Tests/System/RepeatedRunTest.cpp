@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "Audio/Context/CQPLEXContext.h"
+#include "Audio/Graph/CAudioGraphObserver.h"
 #include "Tests/System/EngineRun.h"
 
 namespace tarv::engine {

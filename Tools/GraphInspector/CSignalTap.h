@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "Audio/Graph/CAudioGraph.h"
+#include "Audio/Graph/CAudioGraphObserver.h"
 #include "Core/CString.h"
 
 namespace tarv {

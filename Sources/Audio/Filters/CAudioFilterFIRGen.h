@@ -4,34 +4,14 @@
 
 namespace tarv {
 
-/// A windowed-sinc low-pass (Blackman), linear phase. Design input: [0] cut-off in Hz, [1] length factor.
-/// Delivers one section of type 21 with 2n + 1 taps and the latency n; with `is-absolute` as if the rate were 44100 Hz.
-class CAudioFilterFIRLPGen : public CAudioFilterGen {
-public:
-    [[nodiscard]] CError* init() override;
-    void design(CSectionList& list, double sampleRate, const double* values, int32_t count) const override;
+/// Base of the generators that deliver one section of type 21: how long their filters may be.
+class CAudioFilterFIRGen : public CAudioFilterGen {
+protected:
+    /// No design takes more memory than a second and a half at the highest rate does, whatever its values are.
+    static constexpr int32_t kMostTaps = 1 << 23;
 
-private:
-    bool isAbsolute_ = false;
-};
-
-/// A Hilbert transformer, 90 degrees over the audio band. Design input: [0] length in seconds (at least 4 samples).
-/// Delivers one section of type 21, antisymmetric about its middle.
-class CAudioFilterFIRHilbGen : public CAudioFilterGen {
-public:
-    void design(CSectionList& list, double sampleRate, const double* values, int32_t count) const override;
-};
-
-/// A smoothing filter for gain curves, of unit gain at DC. Design input: [0] length in seconds.
-/// Attribute `type`: the curve of the taps, 0 Hann, 1 Blackman, 2 Nuttall. Delivers one section of type 21 and a
-/// latency of one less than its length.
-class CAudioFilterFIRLimGen : public CAudioFilterGen {
-public:
-    [[nodiscard]] CError* init() override;
-    void design(CSectionList& list, double sampleRate, const double* values, int32_t count) const override;
-
-private:
-    int32_t type_ = 0;
+    /// A length in samples as a count of taps, `fewest` and up; 0 for a length that no filter can have.
+    static int32_t tapCount(double length, int32_t fewest);
 };
 
 }  // namespace tarv

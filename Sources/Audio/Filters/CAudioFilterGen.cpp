@@ -34,10 +34,6 @@ CFilterSection& CAudioFilterGen::addSection(CSectionList& list, int32_t type, do
     return section;
 }
 
-void CAudioFilterBypassGen::design(CSectionList& list, double, const double*, int32_t) const {
-    restart(list);
-}
-
 double onePoleCoefficient(double angle) {
     const double a = 2.0 - std::cos(angle);
     return (1.0 - a) + std::sqrt(a * a - 1.0);

@@ -2,7 +2,7 @@
 
 #include <initializer_list>
 
-#include "Audio/Filters/CFilterSection.h"
+#include "Audio/Filters/CSectionList.h"
 #include "Core/CObject.h"
 
 namespace tarv {
@@ -29,12 +29,6 @@ protected:
     static CFilterSection& addSection(CSectionList& list, int32_t type, double gain,
                                       std::initializer_list<double> numerators,
                                       std::initializer_list<double> denominators);
-};
-
-/// Delivers no section: the filter's output is its input.
-class CAudioFilterBypassGen : public CAudioFilterGen {
-public:
-    void design(CSectionList& list, double sampleRate, const double* values, int32_t count) const override;
 };
 
 /// Where pass and shelf designs stand at most, as a part of their rate: above it their poles reach the unit circle.

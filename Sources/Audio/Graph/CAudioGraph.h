@@ -5,32 +5,23 @@
 namespace tarv {
 
 class CAudioEnv;
+class CAudioGraphObserver;
 class CAudioParamCollector;
-class CAudioProcessBase;
 class CQPLEXContext;
-
-/// Watches a graph from outside: called behind each process that ran, on the thread that runs the graph. Used by tools
-/// and tests.
-class CAudioGraphObserver {
-public:
-    virtual ~CAudioGraphObserver() = default;
-    /// The outputs of `process` are complete and may be read through the context after a flush.
-    virtual void processed(CAudioProcessBase& process) = 0;
-};
-
-/// What a preparation of the processes found: how much room later changes need.
-struct CGraphUse {
-    double widestRate = 0.0;  ///< the highest rate in Hz
-    int32_t voices = 0;       ///< modules in use
-    int32_t channels = 0;     ///< the most channels that one process has
-
-    bool operator==(const CGraphUse& other) const = default;
-};
 
 /// What all processes of one instance's graph share. The core fills the fields before it places a process. Every call
 /// belongs to the audio thread, or to the thread that resumes or suspends while no audio runs.
 class CAudioGraph {
 public:
+    /// What a preparation of the processes found: how much room later changes need.
+    struct CUse {
+        double widestRate = 0.0;  ///< the highest rate in Hz
+        int32_t voices = 0;       ///< modules in use
+        int32_t channels = 0;     ///< the most channels that one process has
+
+        bool operator==(const CUse& other) const = default;
+    };
+
     CQPLEXContext* context = nullptr;
     CAudioParamCollector* collector = nullptr;
     CAudioEnv* env = nullptr;
@@ -75,7 +66,7 @@ public:
     void confirmDelays() { areDelaysValid_ = true; }
 
     /// What was noted since the last beginUse.
-    const CGraphUse& use() const { return use_; }
+    const CUse& use() const { return use_; }
     /// [audio thread behind a run; resume] Called by the core before it calls makeSpares: nothing is noted, no room is
     /// wanted.
     void beginUse() {
@@ -94,7 +85,7 @@ private:
     bool isSteady_ = false;
     bool isRoomWanted_ = false;
     bool areDelaysValid_ = true;
-    CGraphUse use_;
+    CUse use_;
 };
 
 }  // namespace tarv

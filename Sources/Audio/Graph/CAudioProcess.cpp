@@ -1,21 +1,9 @@
 #include "Audio/Graph/CAudioProcess.h"
 
-#include <cmath>
+#include "Audio/Graph/CAudioGraphObserver.h"
+#include "Audio/Graph/CAudioProcessLinkDef.h"
 
 namespace tarv {
-
-bool CAudioBypassEvaluator::evaluate() {
-    const double value = std::round(slot_.data.value(0, 0));
-    const bool isPaired = !def_.andCondition().param.isEmpty();
-    const double andValue = isPaired ? std::round(andSlot_.data.value(0, 0)) : 0.0;
-    const bool isDifferent = value != value_ || andValue != andValue_;
-    value_ = value;
-    andValue_ = andValue;
-    isActive_ =
-        def_.condition().interval.contains(value) && (!isPaired || def_.andCondition().interval.contains(andValue));
-    isActive_ = isActive_ != def_.isInverted();
-    return isDifferent;
-}
 
 CError* CAudioProcess::init() {
     const auto* processDef = dynamic_cast<const CAudioProcessDef*>(&def());

@@ -2,31 +2,11 @@
 
 #include <map>
 
+#include "Audio/Graph/CAudioBypassEvaluator.h"
 #include "Audio/Graph/CAudioProcessBase.h"
 #include "Audio/Graph/CAudioProcessLinkDef.h"
 
 namespace tarv {
-
-/// Tells whether one bypass state of a composite is active, from its own copy of the parameters.
-class CAudioBypassEvaluator : public CHeapObject {
-public:
-    explicit CAudioBypassEvaluator(const CAudioProcessBypassStateDef& def) : def_(def) {}
-
-    const CAudioProcessBypassStateDef& def() const { return def_; }
-    CAudioParamSlot& slot() { return slot_; }
-    CAudioParamSlot& andSlot() { return andSlot_; }
-    bool isActive() const { return isActive_; }
-    /// Reads the slots again; true if a rounded value differs from the one before.
-    bool evaluate();
-
-private:
-    const CAudioProcessBypassStateDef& def_;
-    CAudioParamSlot slot_;
-    CAudioParamSlot andSlot_;
-    double value_ = 0.0;
-    double andValue_ = 0.0;
-    bool isActive_ = false;
-};
 
 /// The composite: child processes, the links between them, and the order in which they run.
 class CAudioProcess : public CAudioProcessBase {

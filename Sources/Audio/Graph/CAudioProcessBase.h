@@ -3,23 +3,11 @@
 #include "Audio/Graph/CAudioGraph.h"
 #include "Audio/Graph/CAudioPort.h"
 #include "Audio/Graph/CAudioProcessDef.h"
+#include "Audio/Graph/CAudioProcessPlace.h"
 #include "Audio/Graph/CAudioRate.h"
 #include "Audio/Parameters/CAudioParam.h"
 
 namespace tarv {
-
-/// Where in the graph a process stands.
-struct CAudioProcessPlace {
-    CAudioGraph* graph = nullptr;
-    CAudioProcessBase* parent = nullptr;
-    const CAudioProcessDefBase* def = nullptr;
-    /// Full tree path, the base of all name resolution.
-    CString path;
-    /// Name in the parent; empty for an instance of a stack, which has its stack's path.
-    CString name;
-    /// Position in the innermost stack, -1 outside.
-    int32_t stackIndex = -1;
-};
 
 /// Base of the run-time processes. Built on the thread that makes the instance; everything behind `init` belongs to
 /// the audio thread (or to the thread that resumes, while no audio runs). Does not allocate in steady state.

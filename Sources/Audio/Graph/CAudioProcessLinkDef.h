@@ -1,17 +1,11 @@
 #pragma once
 
+#include "Audio/Graph/CAudioLinkEnd.h"
 #include "Core/CObject.h"
 
 namespace tarv {
 
 class CAudioProcessDef;
-class CAudioProcessDefBase;
-
-/// One end of a link: a child of the enclosing definition, or null for the enclosing process's own port.
-struct CAudioLinkEnd {
-    const CAudioProcessDefBase* child = nullptr;
-    int32_t port = 0;
-};
 
 /// Definition of a link between two children of a composite.
 class CAudioProcessLinkDef : public CObject {
@@ -40,50 +34,6 @@ private:
     CAudioLinkEnd dst_;
     int32_t stateId_ = -1;
     CArray<int32_t, 4> bypassStateIds_;
-};
-
-/// Limits of a condition on a parameter's value, written "[0.5;1]" or "(0;1)".
-struct CAudioInterval {
-    double low = 1.0;
-    double high = 1.0;
-    bool includesLow = true;
-    bool includesHigh = true;
-
-    bool contains(double value) const {
-        return (includesLow ? value >= low : value > low) && (includesHigh ? value <= high : value < high);
-    }
-    /// False if the text does not start and end with a bracket or has not exactly two limits.
-    static bool parse(const CString& text, CAudioInterval& interval);
-};
-
-/// Definition of a bypass state: active while a parameter (and, if given, a second one) meets a condition.
-class CAudioProcessBypassStateDef : public CObject {
-public:
-    struct CCondition {
-        CString param;
-        /// Equality with a number is the interval that holds only that number.
-        CAudioInterval interval;
-    };
-
-    [[nodiscard]] CError* init() override;
-
-    int32_t id() const { return id_; }
-    const CCondition& condition() const { return condition_; }
-    /// The second condition; its parameter name is empty if there is none.
-    const CCondition& andCondition() const { return andCondition_; }
-    bool isMultiband() const { return isMultiband_; }
-    bool isInverted() const { return isInverted_; }
-    bool isGroup0() const { return isGroup0_; }
-
-private:
-    bool readInterval(const char* rangeName, const char* valueName, CAudioInterval& interval) const;
-
-    int32_t id_ = 0;
-    CCondition condition_;
-    CCondition andCondition_;
-    bool isMultiband_ = false;
-    bool isInverted_ = false;
-    bool isGroup0_ = false;
 };
 
 }  // namespace tarv

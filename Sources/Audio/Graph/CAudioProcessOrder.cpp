@@ -2,6 +2,7 @@
 // each. Rebuilt on the audio thread when a bypass state, a link state or the set of children changed.
 
 #include "Audio/Graph/CAudioProcess.h"
+#include "Audio/Graph/CAudioProcessLinkDef.h"
 #include "Core/Log.h"
 
 namespace tarv {

@@ -2,6 +2,7 @@
 // signals of different rates stop the build.
 
 #include "Audio/Graph/CAudioProcess.h"
+#include "Audio/Graph/CAudioProcessLinkDef.h"
 
 namespace tarv {
 

@@ -1,5 +1,7 @@
 #include "Audio/Graph/CAudioProcessStack.h"
 
+#include "Audio/Graph/CAudioGraphObserver.h"
+
 #include <cmath>
 
 namespace tarv {

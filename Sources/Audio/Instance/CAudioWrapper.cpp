@@ -5,7 +5,7 @@
 #include "Audio/Engine/CAudioInterfaceBase.h"
 #include "Audio/Graph/CAudioProcessBase.h"
 #include "Audio/Instance/CAudioCCTable.h"
-#include "Audio/Modules/CModNode.h"
+#include "Audio/Modules/CModOutput.h"
 #include "Audio/Modules/CQPLEXContextObject.h"
 #include "Audio/Parameters/CAudioEnv.h"
 #include "Audio/Parameters/CAudioExtParam.h"

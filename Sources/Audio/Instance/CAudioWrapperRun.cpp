@@ -7,7 +7,7 @@
 #include "Audio/Engine/CAudioInterfaceBase.h"
 #include "Audio/Graph/CAudioProcessBase.h"
 #include "Audio/Instance/CAudioWrapper.h"
-#include "Audio/Modules/CModNode.h"
+#include "Audio/Modules/CModOutput.h"
 #include "Audio/Parameters/CAudioEnv.h"
 #include "Audio/Parameters/CAudioParamCollector.h"
 #include "Audio/Visuals/CAudioVizCollector.h"
@@ -148,10 +148,10 @@ void CAudioWrapper::beginBlock() {
 }
 
 void CAudioWrapper::makeRoom() {
-    const CGraphUse before = graph_.use();
+    const CAudioGraph::CUse before = graph_.use();
     graph_.beginUse();
     mainProcess_->makeSpares();
-    const CGraphUse& use = graph_.use();
+    const CAudioGraph::CUse& use = graph_.use();
     // As many voices as before, at the same rate, live on what the earlier ones gave back.
     if (graph_.isRunning() && use == before) {
         return;

@@ -1,8 +1,8 @@
 #include "Audio/Kernels/AllpassKernel.h"
 
 #include "Audio/Context/CQPLEXContext.h"
+#include "Audio/Kernels/CRecursion.h"
 #include "Audio/Kernels/KernelNames.h"
-#include "Audio/Kernels/KernelRecursion.h"
 
 namespace tarv {
 

@@ -1,10 +1,10 @@
 #include "Audio/Kernels/BandChain.h"
 
 #include "Audio/Context/CQPLEXContext.h"
-#include "Audio/Kernels/BiquadLoop.h"
+#include "Audio/Kernels/CBiquad.h"
+#include "Audio/Kernels/COnePole.h"
+#include "Audio/Kernels/CTube.h"
 #include "Audio/Kernels/KernelNames.h"
-#include "Audio/Kernels/OnePoleLoop.h"
-#include "Audio/Kernels/TubeLoop.h"
 
 namespace tarv {
 

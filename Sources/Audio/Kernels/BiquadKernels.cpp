@@ -1,7 +1,7 @@
 #include "Audio/Kernels/BiquadKernels.h"
 
 #include "Audio/Context/CQPLEXContext.h"
-#include "Audio/Kernels/BiquadLoop.h"
+#include "Audio/Kernels/CBiquad.h"
 #include "Audio/Kernels/KernelNames.h"
 
 namespace tarv {

@@ -2,17 +2,9 @@
 
 #include <cstdint>
 
-namespace tarv {
+#include "Audio/Kernels/CTubeCurve.h"
 
-/// One transfer curve: the identity up to `kneeStart`, a circular arc, and from `kneeEnd` on a line through the origin.
-struct CTubeCurve {
-    double bend;
-    double slope;
-    double kneeStart;
-    double centreOffset;  ///< minus the arc's radius
-    double kneeEnd;
-    double radiusSquared;
-};
+namespace tarv {
 
 /// Parameter block of the saturation kernels, a buffer of 27 64-bit floats. The module writes the fields of the first
 /// group and the two last; `metatubei` designs the others from them.

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "Audio/Kernels/KernelRecursion.h"
+#include "Audio/Kernels/CRecursion.h"
 
 namespace tarv {
 

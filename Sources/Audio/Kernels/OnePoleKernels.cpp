@@ -1,8 +1,8 @@
 #include "Audio/Kernels/OnePoleKernels.h"
 
 #include "Audio/Context/CQPLEXContext.h"
+#include "Audio/Kernels/COnePole.h"
 #include "Audio/Kernels/KernelNames.h"
-#include "Audio/Kernels/OnePoleLoop.h"
 
 namespace tarv {
 

@@ -5,8 +5,8 @@
 
 #include "Audio/Context/CQPLEXContext.h"
 #include "Audio/Kernels/BandChain.h"
+#include "Audio/Kernels/CTube.h"
 #include "Audio/Kernels/KernelNames.h"
-#include "Audio/Kernels/TubeLoop.h"
 
 namespace tarv {
 

@@ -1,6 +1,6 @@
 #include "Audio/Modules/CAudioModule.h"
 
-#include "Audio/Modules/CAudioProcessTerminal.h"
+#include "Audio/Modules/CAudioProcessTerminalBase.h"
 
 namespace tarv {
 

@@ -1,48 +1,9 @@
 #pragma once
 
-#include "Audio/Graph/CAudioProcessBase.h"
 #include "Audio/Modules/CAudioModule.h"
+#include "Audio/Modules/CAudioProcessTerminalBase.h"
 
 namespace tarv {
-
-/// What the terminal processes share whatever their modules are: ports, slots, the length of a fade.
-class CAudioProcessTerminalBase : public CAudioProcessBase {
-public:
-    static constexpr double kDefaultFade = 0.015;  ///< seconds
-    static constexpr double kShortestFade = 0.0001;
-
-    [[nodiscard]] CError* init() override;
-
-    /// Hands a module the binding of one slot. A slot without an entry in the definition stays empty and leaves a line
-    /// in the log.
-    void regModuleParam(int32_t index, const CAudioParamSlot*& binding) const;
-    /// The block of a port for a channel: of the same group and element, else the last one of the same element, else
-    /// kNoBuffer. `position` is where it most likely lies.
-    CBufferHandle findBlock(int32_t port, int32_t position, const CAudioChannel& channel) const {
-        const CChannelList& channels = input(port).channels;
-        if (position < channels.count() && channels[position].element == channel.element &&
-            channels[position].group == channel.group) {
-            return channels[position].handle;
-        }
-        return searchBlock(port, channel);
-    }
-
-    /// Seconds.
-    double fadeSeconds() const { return fadeSeconds_; }
-    /// Samples of a fade at a rate in Hz, at least 1.
-    int32_t fadeSamples(double rate) const { return samplesOf(fadeSeconds_, rate); }
-    static int32_t samplesOf(double seconds, double rate);
-
-protected:
-    void slotChanged(CAudioParamSlot&) override { slotsChanged_ = true; }
-
-    bool slotsChanged_ = false;
-
-private:
-    CBufferHandle searchBlock(int32_t port, const CAudioChannel& channel) const;
-
-    double fadeSeconds_ = kDefaultFade;
-};
 
 /// A process whose work is done by one module of class T for each channel. While a parameter change is faded in, a
 /// channel has two: the one with the old values and the one with the new. The process cuts its own block where a fade
@@ -80,6 +41,7 @@ private:
         bool isPending = false;
     };
 
+    T* makeModule();
     T* takeModule(const CAudioChannel& channel);
     void retireModule(T*& module);
     void endFade(CVoice& voice);
@@ -130,17 +92,21 @@ int32_t CAudioProcessTerminal<T>::fadeCount() const {
 }
 
 template <class T>
+T* CAudioProcessTerminal<T>::makeModule() {
+    T* module = new T;
+    module->attach(*this);
+    module->bindParams();
+    module->resolveKernels();
+    return module;
+}
+
+template <class T>
 T* CAudioProcessTerminal<T>::takeModule(const CAudioChannel& channel) {
-    T* module;
     if (spares_.isEmpty()) {
-        module = new T;
-        module->attach(*this);
-        module->bindParams();
-        module->resolveKernels();
-    } else {
-        module = spares_.last();
-        spares_.removeLast();
+        spares_.append(makeModule());
     }
+    T* module = spares_.last();
+    spares_.removeLast();
     module->assign(channel.group, channel.element);
     return module;
 }
@@ -181,16 +147,8 @@ void CAudioProcessTerminal<T>::reset() {
 template <class T>
 void CAudioProcessTerminal<T>::makeSpares() {
     const int32_t wanted = def().isSmoothUpdate() ? voices_.count() : 0;
-    CArray<T*, 16> made;
-    while (spares_.count() + made.count() < wanted) {
-        T* module = new T;
-        module->attach(*this);
-        module->bindParams();
-        module->resolveKernels();
-        made.append(module);
-    }
-    for (T* module : made) {
-        spares_.append(module);
+    while (spares_.count() < wanted) {
+        spares_.append(makeModule());
     }
     if (spares_.capacity() < 3 * voices_.count()) {
         spares_.reserve(3 * voices_.count());

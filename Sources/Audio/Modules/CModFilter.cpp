@@ -1,5 +1,7 @@
 #include "Audio/Modules/CModFilter.h"
 
+#include "Audio/Filters/CAudioFilterGenArrayItem.h"
+
 #include <cmath>
 
 namespace tarv {

@@ -4,7 +4,7 @@
 
 #include "Audio/Kernels/KernelNames.h"
 #include "Audio/Kernels/MidSideKernels.h"
-#include "Audio/Modules/CAudioProcessTerminal.h"
+#include "Audio/Modules/CAudioProcessTerminalBase.h"
 
 namespace tarv {
 

@@ -18,20 +18,4 @@ public:
     void needInput(int32_t port) override;
 };
 
-/// Definition of the end point of a chain (`audio:modOutput`).
-class CModOutputDef : public CAudioProcessDefBase {
-public:
-    CAudioProcessBase* createProcess() const override;
-};
-
-/// Holds the final signals for the host boundary and reports the latency of its place to the environment.
-class CModOutput : public CAudioProcessBase {
-public:
-    [[nodiscard]] CError* init() override;
-    void updateParams() override;
-    void process() override;
-    /// The block of a host channel, kNoBuffer if nothing reaches it.
-    CBufferHandle block(int32_t hostChannel) const;
-};
-
 }  // namespace tarv

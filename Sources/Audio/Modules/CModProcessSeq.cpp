@@ -1,4 +1,6 @@
-#include "Audio/Modules/CModResampler.h"
+#include "Audio/Modules/CModProcessSeq.h"
+
+#include "Audio/Graph/CAudioGraphObserver.h"
 
 namespace tarv {
 

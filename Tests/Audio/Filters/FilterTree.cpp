@@ -3,13 +3,18 @@
 #include <cmath>
 
 #include "Audio/Filters/CAudioFilterAPF1Gen.h"
-#include "Audio/Filters/CAudioFilterFIRGen.h"
+#include "Audio/Filters/CAudioFilterBypassGen.h"
+#include "Audio/Filters/CAudioFilterFIRHilbGen.h"
+#include "Audio/Filters/CAudioFilterFIRLPGen.h"
+#include "Audio/Filters/CAudioFilterFIRLimGen.h"
 #include "Audio/Filters/CAudioFilterGenArray.h"
+#include "Audio/Filters/CAudioFilterGenArrayItem.h"
 #include "Audio/Filters/CAudioFilterHBFGen.h"
 #include "Audio/Filters/CAudioFilterLPHP1Gen.h"
 #include "Audio/Filters/CAudioFilterMagnusGen.h"
 #include "Audio/Filters/CAudioFilterRBJGen.h"
 #include "Audio/Filters/CAudioFilterSerialGen.h"
+#include "Audio/Filters/CAudioFilterSerialGenItem.h"
 #include "Core/CCreatorRegistry.h"
 
 namespace tarv {

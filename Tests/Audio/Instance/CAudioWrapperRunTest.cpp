@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "Audio/Engine/CAudioInterfaceBase.h"
+#include "Audio/Graph/CAudioGraphObserver.h"
 #include "Audio/Parameters/CAudioEnv.h"
 #include "Audio/Visuals/CAudioVizCollector.h"
 #include "Tests/Audio/Instance/RunningInstance.h"

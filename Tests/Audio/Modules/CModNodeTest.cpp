@@ -1,5 +1,6 @@
 #include "Audio/Modules/CModNode.h"
 
+#include "Audio/Modules/CModOutput.h"
 #include "Tests/Audio/Graph/GraphTree.h"
 
 namespace tarv {

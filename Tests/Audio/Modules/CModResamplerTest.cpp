@@ -1,3 +1,5 @@
+#include "Audio/Modules/CModDecimator.h"
+#include "Audio/Modules/CModInterpolator.h"
 #include "Audio/Modules/CModResampler.h"
 
 #include "Tests/Audio/Graph/GraphTree.h"

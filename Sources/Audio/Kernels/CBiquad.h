@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Audio/Kernels/KernelRecursion.h"
+#include "Audio/Kernels/CRecursion.h"
 
 namespace tarv {
 

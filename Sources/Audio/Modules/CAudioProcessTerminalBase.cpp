@@ -1,4 +1,4 @@
-#include "Audio/Modules/CAudioProcessTerminal.h"
+#include "Audio/Modules/CAudioProcessTerminalBase.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "Audio/Filters/CFilterSection.h"
+#include "Audio/Filters/CSectionList.h"
 
 namespace tarv {
 

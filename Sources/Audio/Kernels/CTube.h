@@ -1,40 +1,12 @@
 #pragma once
 
-#include <cmath>
 #include <type_traits>
 
+#include "Audio/Kernels/CCurveLanes.h"
+#include "Audio/Kernels/CRecursion.h"
 #include "Audio/Kernels/CTubeBlock.h"
-#include "Audio/Kernels/KernelRecursion.h"
 
 namespace tarv {
-
-/// What a sample needs of a transfer curve.
-template <class T>
-struct CCurveLanes {
-    T slope, kneeStart, centreOffset, kneeEnd, radiusSquared;
-};
-
-inline double curveAt(const CCurveLanes<double>& curve, double x) {
-    if (!(x > curve.kneeStart)) {
-        return x;
-    }
-    if (x >= curve.kneeEnd) {
-        return curve.slope * x;
-    }
-    const double d = x - curve.kneeStart;
-    return std::sqrt(curve.radiusSquared - d * d) + x + curve.centreOffset;
-}
-
-/// All three pieces, of which each lane takes its own; a root that is not wanted may be not a number.
-inline CPair curveAt(const CCurveLanes<CPair>& curve, CPair x) {
-    const CPair d = x - curve.kneeStart;
-    const CPair arc = sqrtOf(curve.radiusSquared - d * d) + x + curve.centreOffset;
-    const CPair line = curve.slope * x;
-    const __m128d above = _mm_cmpgt_pd(x.v, curve.kneeStart.v);
-    const __m128d beyond = _mm_cmpge_pd(x.v, curve.kneeEnd.v);
-    const __m128d bent = _mm_or_pd(_mm_and_pd(beyond, line.v), _mm_andnot_pd(beyond, arc.v));
-    return _mm_or_pd(_mm_and_pd(above, bent), _mm_andnot_pd(above, x.v));
-}
 
 inline double tubeMember(double CTubeBlock::*field, const COperation& a) {
     return a.operand<CTubeBlock>(1)->*field;

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Audio/Filters/CFilterSection.h"
+#include "Core/CArray.h"
+
+namespace tarv {
+
+/// What a design fills and a filter runs. Reused from design to design: lists of the usual lengths stay inline, and the
+/// memory of taps is kept for the next design.
+struct CSectionList {
+    CArray<CFilterSection, 4> sections;
+    uint8_t isParallel = 0;             ///< sections side by side on one input, outputs summed
+    int32_t latency = 0;                ///< samples
+    CArray<CArray<double, 4>, 4> kept;  ///< storages of earlier taps
+
+    /// Empties the list.
+    void restart();
+    /// An empty list of coefficients with the largest storage that is kept, or none.
+    CArray<double, 4> takeKept();
+};
+
+}  // namespace tarv

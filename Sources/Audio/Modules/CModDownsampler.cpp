@@ -1,0 +1,9 @@
+#include "Audio/Modules/CModDownsampler.h"
+
+namespace tarv {
+
+CAudioProcessBase* CModDownsamplerDef::createProcess() const {
+    return new CModDownsampler;
+}
+
+}  // namespace tarv

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Audio/Graph/CAudioProcessBase.h"
+
+namespace tarv {
+
+/// Runs a sequence of processes that it owns, each feeding the next; an empty one passes its input on. Children beside
+/// the sequence wait at rest and go on taking changes.
+class CModProcessSeq : public CAudioProcessBase {
+public:
+    [[nodiscard]] CError* init() override;
+    void clearBuffers() override;
+    void updateParams() override;
+    void updateIdle() override;
+    void process() override;
+    void reset() override;
+    void makeSpares() override;
+    int32_t placeDelay(int32_t inputDelay) override;
+    void visitChildren(void (*visit)(void* user, CAudioProcessBase& child), void* user) const override;
+
+    /// The children that run, in order.
+    int32_t childCount() const { return end_ - first_; }
+    CAudioProcessBase& child(int32_t index) const { return *children_[first_ + index]; }
+
+protected:
+    /// Brings the sequence up to date before it runs.
+    virtual void updateSequence() {}
+    /// Creates a child behind all others, at rest. While the graph is built.
+    [[nodiscard]] CError* appendChild(const CAudioProcessDefBase& childDef, const CString& childName);
+    int32_t allCount() const { return children_.count(); }
+    /// The children from `first` up to `end` are the sequence from now on; all start from silence.
+    void setSequence(int32_t first, int32_t end);
+
+private:
+    COwnedArray<CAudioProcessBase, 6> children_;
+    int32_t first_ = 0;
+    int32_t end_ = 0;
+};
+
+}  // namespace tarv

@@ -1,0 +1,9 @@
+#include "Audio/Modules/CModUpsampler.h"
+
+namespace tarv {
+
+CAudioProcessBase* CModUpsamplerDef::createProcess() const {
+    return new CModUpsampler;
+}
+
+}  // namespace tarv
