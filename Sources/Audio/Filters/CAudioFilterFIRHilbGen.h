@@ -9,6 +9,7 @@ namespace tarv {
 class CAudioFilterFIRHilbGen : public CAudioFilterFIRGen {
 public:
     void design(CSectionList& list, double sampleRate, const double* values, int32_t count) const override;
+    CFirSize firSize(double sampleRate, const CDesignRange* ranges, int32_t count) const override;
 };
 
 }  // namespace tarv

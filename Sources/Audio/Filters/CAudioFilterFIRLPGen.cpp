@@ -21,19 +21,39 @@ CError* CAudioFilterFIRLPGen::init() {
     return nullptr;
 }
 
+int32_t CAudioFilterFIRLPGen::sideLength(double rate, double cutOff, double factor) {
+    const double length = factor * rate / cutOff * 0.125;
+    // A product that is whole but for rounding counts as whole.
+    const double half = std::floor(length + length * std::numeric_limits<double>::epsilon());
+    return half >= 0.0 && half < kMostTaps / 2 ? static_cast<int32_t>(half) : -1;
+}
+
+CFirSize CAudioFilterFIRLPGen::firSize(double sampleRate, const CDesignRange* ranges, int32_t count) const {
+    if (count < 2) {
+        return {};
+    }
+    const CDesignRange& cutOff = ranges[0];
+    const CDesignRange& factor = ranges[1];
+    // The longest filter has the lowest cut-off and the greatest factor. A range that reaches 0 Hz has no longest.
+    const bool isPoint = cutOff.isPoint() && factor.isPoint();
+    const bool hasLongest = isPoint || cutOff.low > 0.0;
+    const int32_t longest = hasLongest ? sideLength(designRate(sampleRate), cutOff.low, factor.high) : -1;
+    if (longest >= 0) {
+        return {1, 2 * longest + 1};
+    }
+    return isPoint ? CFirSize{} : CFirSize{1, kMostTaps};
+}
+
 void CAudioFilterFIRLPGen::design(CSectionList& list, double sampleRate, const double* values, int32_t count) const {
     restart(list);
     if (count < 2) {
         return;
     }
-    const double rate = isAbsolute_ ? 44100.0 : sampleRate;
-    const double length = values[1] * rate / values[0] * 0.125;
-    // A product that is whole but for rounding counts as whole.
-    const double half = std::floor(length + length * std::numeric_limits<double>::epsilon());
-    if (!(half >= 0.0 && half < kMostTaps / 2)) {
+    const double rate = designRate(sampleRate);
+    const int32_t n = sideLength(rate, values[0], values[1]);
+    if (n < 0) {
         return;
     }
-    const int32_t n = static_cast<int32_t>(half);
     list.latency = n;
     CArray<double, 4>& taps = addSection(list, CFilterSection::kFirType, 1.0, {}, {}).numerators;
     taps.resize(2 * n + 1);

@@ -10,8 +10,13 @@ class CAudioFilterFIRLPGen : public CAudioFilterFIRGen {
 public:
     [[nodiscard]] CError* init() override;
     void design(CSectionList& list, double sampleRate, const double* values, int32_t count) const override;
+    CFirSize firSize(double sampleRate, const CDesignRange* ranges, int32_t count) const override;
 
 private:
+    double designRate(double sampleRate) const { return isAbsolute_ ? 44100.0 : sampleRate; }
+    /// Taps on each side of the middle; -1 for a length that no filter can have.
+    static int32_t sideLength(double rate, double cutOff, double factor);
+
     bool isAbsolute_ = false;
 };
 

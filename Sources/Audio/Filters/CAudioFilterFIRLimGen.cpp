@@ -10,6 +10,7 @@ namespace tarv {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
+constexpr int32_t kFewestTaps = 1;
 constexpr CFirWindow kCurves[3] = {kHannWindow, kBlackmanWindow, kNuttallWindow};
 
 }  // namespace
@@ -25,7 +26,7 @@ CError* CAudioFilterFIRLimGen::init() {
 
 void CAudioFilterFIRLimGen::design(CSectionList& list, double sampleRate, const double* values, int32_t count) const {
     restart(list);
-    const int32_t length = count < 1 ? 0 : tapCount(values[0] * sampleRate, 1);
+    const int32_t length = count < 1 ? 0 : tapCount(values[0] * sampleRate, kFewestTaps);
     if (length == 0) {
         return;
     }
@@ -40,6 +41,10 @@ void CAudioFilterFIRLimGen::design(CSectionList& list, double sampleRate, const 
     for (double& tap : taps) {
         tap /= sum;
     }
+}
+
+CFirSize CAudioFilterFIRLimGen::firSize(double sampleRate, const CDesignRange* ranges, int32_t count) const {
+    return count < 1 ? CFirSize{} : sizeOfLength(ranges[0], sampleRate, kFewestTaps);
 }
 
 }  // namespace tarv

@@ -11,6 +11,7 @@ class CAudioFilterFIRLimGen : public CAudioFilterFIRGen {
 public:
     [[nodiscard]] CError* init() override;
     void design(CSectionList& list, double sampleRate, const double* values, int32_t count) const override;
+    CFirSize firSize(double sampleRate, const CDesignRange* ranges, int32_t count) const override;
 
 private:
     int32_t type_ = 0;

@@ -2,6 +2,8 @@
 
 #include <initializer_list>
 
+#include "Audio/Filters/CDesignRange.h"
+#include "Audio/Filters/CFirSize.h"
 #include "Audio/Filters/CSectionList.h"
 #include "Core/CObject.h"
 
@@ -16,6 +18,12 @@ public:
     /// Too few values leave the list empty, which makes a pass-through. Numbers that no filter can have give
     /// coefficients that no filter can have; a design never fails.
     virtual void design(CSectionList& list, double sampleRate, const double* values, int32_t count) const = 0;
+
+    /// What FIR sections take at most while each of `count` design values lies in its range; exactly what a design
+    /// takes if every range holds one value. Nothing for generators without such sections.
+    virtual CFirSize firSize(double sampleRate, const CDesignRange* ranges, int32_t count) const {
+        return (void)sampleRate, (void)ranges, (void)count, CFirSize{};
+    }
 
     /// Whether a design of this generator may call one of `other`.
     virtual bool uses(const CAudioFilterGen& other) const { return this == &other; }

@@ -20,4 +20,14 @@ CError* CAudioFilterGenArray::finishInit() {
     return nullptr;
 }
 
+CFirSize CAudioFilterGenArray::firSize(double sampleRate, const CDesignRange* ranges, int32_t count) const {
+    CFirSize most;
+    for (const CAudioFilterGen* generator : generators_) {
+        if (generator != nullptr) {
+            most.extend(generator->firSize(sampleRate, ranges, count));
+        }
+    }
+    return most;
+}
+
 }  // namespace tarv

@@ -15,6 +15,9 @@ public:
         return index >= 0 && index < generators_.count() ? generators_[index] : nullptr;
     }
 
+    /// What FIR sections of any of the generators take at most; see CAudioFilterGen::firSize.
+    CFirSize firSize(double sampleRate, const CDesignRange* ranges, int32_t count) const;
+
 private:
     CArray<const CAudioFilterGen*, 8> generators_;
 };

@@ -42,6 +42,7 @@ void CAudioFilterSerialGen::design(CSectionList& list, double sampleRate, const 
             scaled[i] = values[i] * item->factor(i);
         }
         CSectionList part;
+        part.lender = &list;
         item->generator()->design(part, sampleRate, scaled.data(), count);
         for (CFilterSection& section : part.sections) {
             list.sections.resize(list.sections.count() + 1);
@@ -52,6 +53,25 @@ void CAudioFilterSerialGen::design(CSectionList& list, double sampleRate, const 
         }
     }
     list.isParallel = isParallel_ && list.sections.count() > 1;
+}
+
+CFirSize CAudioFilterSerialGen::firSize(double sampleRate, const CDesignRange* ranges, int32_t count) const {
+    CFirSize size;
+    CArray<CDesignRange, 16> scaled;
+    scaled.resize(std::max(count, 0));
+    for (const CAudioFilterSerialGenItem* item : items_) {
+        if (!item->generator()) {
+            continue;
+        }
+        for (int32_t i = 0; i < count; ++i) {
+            const double first = ranges[i].low * item->factor(i);
+            const double second = ranges[i].high * item->factor(i);
+            scaled[i] = {std::min(first, second), std::max(first, second)};
+        }
+        const CFirSize part = item->generator()->firSize(sampleRate, scaled.data(), count);
+        size = {size.sections + part.sections, std::max(size.taps, part.taps)};
+    }
+    return size;
 }
 
 bool CAudioFilterSerialGen::uses(const CAudioFilterGen& other) const {

@@ -14,6 +14,7 @@ public:
     [[nodiscard]] CError* childAdded(CObject* child) override;
     void removeChild(CObject* child) override;
     void design(CSectionList& list, double sampleRate, const double* values, int32_t count) const override;
+    CFirSize firSize(double sampleRate, const CDesignRange* ranges, int32_t count) const override;
     bool uses(const CAudioFilterGen& other) const override;
 
 private:

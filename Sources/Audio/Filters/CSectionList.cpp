@@ -15,6 +15,9 @@ void CSectionList::restart() {
 }
 
 CArray<double, 4> CSectionList::takeKept() {
+    if (lender != nullptr) {
+        return lender->takeKept();
+    }
     CArray<double, 4> taken;
     int32_t largest = -1;
     for (int32_t i = 0; i < kept.count(); ++i) {

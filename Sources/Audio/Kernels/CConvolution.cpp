@@ -24,7 +24,7 @@ CConvolution::~CConvolution() {
 
 void CConvolution::fill(CSet& set, const double* taps, int32_t count) const {
     const int32_t size = 2 * partition_;
-    set.partitions = std::min(mostPartitions_, std::max(1, (count + partition_ - 1) / partition_));
+    set.partitions = std::max(1, (count + partition_ - 1) / partition_);
     for (int32_t p = 0; p < set.partitions; ++p) {
         double* const spectrum = set.spectra + p * size;
         for (int32_t i = 0; i < size; ++i) {
@@ -45,14 +45,15 @@ CConvolution::CSet* CConvolution::freeSet() {
     return free;
 }
 
-void CConvolution::setTaps(const double* taps, int32_t count) {
-    if (mostPartitions_ == 0) {
-        return;
+bool CConvolution::setTaps(const double* taps, int32_t count) {
+    if (mostPartitions_ == 0 || count > mostPartitions_ * partition_) {
+        return false;
     }
     CSet* const fresh = freeSet();
     fill(*fresh, taps, count);
     const CLockScope scope(lock_);
     posted_ = fresh;
+    return true;
 }
 
 void CConvolution::acquire() {

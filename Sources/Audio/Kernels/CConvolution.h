@@ -25,8 +25,9 @@ public:
     int32_t mostPartitions() const { return mostPartitions_; }
     const CRealTransform& transform() const { return transform_; }
 
-    /// Posts new taps; those beyond `mostTaps` are cut off. Does not allocate. Any thread, one at a time.
-    void setTaps(const double* taps, int32_t count);
+    /// Posts new taps. False if there is no room for so many: then the former ones stay. Does not allocate. Any thread,
+    /// one at a time.
+    bool setTaps(const double* taps, int32_t count);
     /// Takes up what was posted last. Audio thread, while no product of the old set is outstanding.
     void acquire();
     /// Packed spectrum of a partition of the set in use (2 x partition() numbers), or null beyond its end.

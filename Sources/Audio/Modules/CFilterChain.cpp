@@ -38,7 +38,7 @@ CBufferHandle CFilterChain::makeState(CQPLEXContext& context, const CFilterSecti
     return block;
 }
 
-/// A section with room for the taps, its taps and history anything: one that is parked, or a new one.
+/// A section with room for the taps, its taps and history undefined: one that is parked, or a new one.
 CFirSection* CFilterChain::takeFir(CQPLEXContext& context, int32_t taps) {
     for (int32_t i = 0; i < parked_.count(); ++i) {
         CFirSection* const fir = parked_[i];
@@ -47,9 +47,20 @@ CFirSection* CFilterChain::takeFir(CQPLEXContext& context, int32_t taps) {
             return fir;
         }
     }
-    // What is too small now will hardly be wanted again.
+    // Not prepared: what is too small now will hardly be used again.
     parked_.deleteAll();
     return new CFirSection(context, taps);
+}
+
+/// Parks the FIR sections that stand where the new list has another type, so that other places can take them.
+void CFilterChain::parkMisplaced() {
+    for (int32_t k = 0; k < states_.count(); ++k) {
+        const bool isKept = k < list_.sections.count() && list_.sections[k].type == kSectionTypeFir;
+        if (states_[k].fir != nullptr && !isKept) {
+            parked_.append(states_[k].fir);
+            states_[k].fir = nullptr;
+        }
+    }
 }
 
 CFirSection* CFilterChain::designFir(CQPLEXContext& context, const CFilterSection& section, CState* before,
@@ -71,25 +82,29 @@ CFirSection* CFilterChain::designFir(CQPLEXContext& context, const CFilterSectio
     return fir;
 }
 
-void CFilterChain::makeReady(CQPLEXContext& context, const CFilterChain& like) {
-    int32_t wanted = 0;
-    for (const CState& state : like.states_) {
-        if (state.fir == nullptr) {
-            continue;
+void CFilterChain::makeReady(CQPLEXContext& context, const CFirSize& room) {
+    if (room_.holds(room)) {
+        return;
+    }
+    room_.extend(room);
+    for (int32_t i = parked_.count(); i-- > 0;) {
+        if (parked_[i]->room() < room_.taps) {
+            delete parked_[i];
+            parked_.removeAt(i);
         }
-        ++wanted;
-        int32_t there = 0;
-        for (const CFirSection* fir : parked_) {
-            there += fir->room() >= state.fir->room() ? 1 : 0;
-        }
-        if (there < wanted) {
-            parked_.append(new CFirSection(context, state.fir->room()));
-        }
-        if (list_.kept.count() < wanted) {
-            CArray<double, 4> taps;
-            taps.reserve(state.fir->room());
-            list_.kept.append(std::move(taps));
-        }
+    }
+    while (parked_.count() < room_.sections) {
+        parked_.append(new CFirSection(context, room_.taps));
+    }
+    list_.kept.clear();
+    list_.kept.reserve(room_.sections);
+    for (int32_t i = 0; i < room_.sections; ++i) {
+        CArray<double, 4> taps;
+        taps.reserve(room_.taps);
+        list_.kept.append(std::move(taps));
+    }
+    if (list_.sections.capacity() < room_.sections) {
+        list_.sections.reserve(room_.sections);
     }
 }
 
@@ -118,6 +133,9 @@ void CFilterChain::design(CQPLEXContext& context, const CAudioFilterGen* generat
     }
     if (list_.sections.count() < 2) {
         list_.isParallel = 0;
+    }
+    if (from == this) {
+        parkMisplaced();
     }
     CArray<CState, 4> states;
     for (int32_t k = 0; k < list_.sections.count(); ++k) {

@@ -17,15 +17,20 @@ CFirSection::CFirSection(CQPLEXContext& context, int32_t mostTaps)
       transformPlace_(context.takeBuffer(sizeof(void*))),
       convolutionPlace_(context.takeBuffer(sizeof(void*))),
       frame_(context.takeBuffer(kSize * kBytes)) {
-    // Without a buffer, which only a full table refuses, the operations that name it do not run.
-    if (transformPlace_ != kNoBuffer && convolutionPlace_ != kNoBuffer) {
+    takeSpectra();
+    isWhole_ = isWhole_ && transformPlace_ != kNoBuffer && convolutionPlace_ != kNoBuffer && frame_ != kNoBuffer;
+    if (isWhole_) {
         *static_cast<const CRealTransform**>(context.data(transformPlace_)) = &convolution_.transform();
         *static_cast<CConvolution**>(context.data(convolutionPlace_)) = &convolution_;
     }
-    for (int32_t i = 0; i < convolution_.mostPartitions(); ++i) {
-        spectra_.append(context.takeBuffer(kSize * kBytes));
-    }
     clear();
+}
+
+void CFirSection::takeSpectra() {
+    for (int32_t left = convolution_.mostPartitions(); left > 0; left -= kSpectraPerBuffer) {
+        spectra_.append(context_.takeBuffer(std::min(left, kSpectraPerBuffer) * kSize * kBytes));
+        isWhole_ = isWhole_ && spectra_.last() != kNoBuffer;
+    }
 }
 
 CFirSection::~CFirSection() {
@@ -42,8 +47,8 @@ CFirSection::~CFirSection() {
 void CFirSection::clear() {
     const int32_t zero = context_.commonKernel(CCommonKernel::Fill0);
     context_.issue(zero, kSize, 0.0, {frame_});
-    for (const CBufferHandle handle : spectra_) {
-        context_.issue(zero, kSize, 0.0, {handle});
+    for (int32_t age = 0; age < convolution_.mostPartitions(); ++age) {
+        context_.issue(zero, kSize, 0.0, {spectrum(age)});
     }
     position_ = 0;
 }
@@ -51,8 +56,8 @@ void CFirSection::clear() {
 void CFirSection::takeHistory(const CFirSection& from) {
     const int32_t copy = context_.commonKernel(CCommonKernel::Copy);
     context_.issue(copy, kSize, 0.0, {frame_, from.frame_});
-    for (int32_t age = 0; age < spectra_.count(); ++age) {
-        if (age < from.spectra_.count()) {
+    for (int32_t age = 0; age < convolution_.mostPartitions(); ++age) {
+        if (age < from.convolution_.mostPartitions()) {
             context_.issue(copy, kSize, 0.0, {spectrum(age), from.spectrum(age)});
         } else {
             context_.issue(context_.commonKernel(CCommonKernel::Fill0), kSize, 0.0, {spectrum(age)});
@@ -62,11 +67,16 @@ void CFirSection::takeHistory(const CFirSection& from) {
 }
 
 CBufferHandle CFirSection::spectrum(int32_t age) const {
-    return spectra_[(newest_ + age) % spectra_.count()];
+    const int32_t place = (newest_ + age) % convolution_.mostPartitions();
+    return CQPLEXContext::offsetBy(spectra_[place / kSpectraPerBuffer], place % kSpectraPerBuffer * kSize * kBytes);
 }
 
 CBufferHandle CFirSection::run(CBufferHandle in, int32_t count) {
     const CBufferHandle out = context_.takeSignal(count);
+    if (!isWhole_) {
+        context_.issue(context_.commonKernel(CCommonKernel::Fill0), count, 0.0, {out});
+        return out;
+    }
     context_.issue(acquire_, 0, 0.0, {convolutionPlace_});
     for (int32_t done = 0; done < count;) {
         const int32_t piece = std::min(count - done, kPartition - position_);
@@ -83,7 +93,7 @@ void CFirSection::runPiece(CBufferHandle out, CBufferHandle in, int32_t count) {
     context_.issue(forward_, kSize, 0.0, {spectrum(0), transformPlace_, frame_});
     const CBufferHandle sum = context_.takeSignal(kSize);
     context_.issue(multiply_, kSize, 0.0, {sum, convolutionPlace_, spectrum(0)});
-    for (int32_t age = 1; age < spectra_.count(); ++age) {
+    for (int32_t age = 1; age < convolution_.mostPartitions(); ++age) {
         context_.issue(multiplyAdd_, kSize, age, {sum, convolutionPlace_, spectrum(age)});
     }
     context_.issue(inverse_, kSize, 0.0, {sum, transformPlace_, sum});
@@ -100,7 +110,7 @@ void CFirSection::endPartition() {
     context_.issue(context_.commonKernel(CCommonKernel::Copy), kPartition, 0.0, {frame_, current});
     context_.issue(context_.commonKernel(CCommonKernel::Fill0), kPartition, 0.0, {current});
     // The oldest spectrum's place takes the next frame's.
-    newest_ = (newest_ + spectra_.count() - 1) % spectra_.count();
+    newest_ = (newest_ + convolution_.mostPartitions() - 1) % convolution_.mostPartitions();
     position_ = 0;
 }
 

@@ -2,9 +2,24 @@
 
 #include "Audio/Filters/CAudioFilterGenArrayItem.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace tarv {
+
+namespace {
+
+/// Where a design value may lie while audio runs: in its parameter's range, or only where it is.
+CDesignRange rangeOf(const CAudioParamSlot& slot, double value) {
+    const CAudioParam* const param = slot.param;
+    if (param == nullptr || !param->isDefined() || param->info().isString()) {
+        return {value, value};
+    }
+    const auto [low, high] = std::minmax({param->info().minimum(0), param->info().maximum(0)});
+    return {std::min(low, value), std::max(high, value)};
+}
+
+}  // namespace
 
 CError* CModFilterDef::init() {
     TARV_TRY(CAudioProcessDefBase::init());
@@ -66,7 +81,8 @@ bool CModFilterModule::differs() const {
     CDesignValues values;
     for (int32_t i = 0; i < count_; ++i) {
         const CAudioFilterGen* generator = readChain(i, values);
-        if (!chains_[i]->isDesignedWith(generator, values.data(), values.count())) {
+        if (!chains_[i]->isDesignedWith(generator, values.data(), values.count()) &&
+            (!chains_[i]->isDesigned() || isRoomFor(*chains_[i], generator, values))) {
             return true;
         }
     }
@@ -83,21 +99,72 @@ void CModFilterModule::sizeChains(int32_t count) {
     count_ = count;
 }
 
+CFirSize CModFilterModule::sizeOf(const CAudioFilterGen* generator, const CDesignValues& values) const {
+    if (generator == nullptr) {
+        return {};
+    }
+    CDesignRanges points;
+    for (const double value : values) {
+        points.append({value, value});
+    }
+    return generator->firSize(rate_, points.data(), points.count());
+}
+
+CFirSize CModFilterModule::mostSize(int32_t index) const {
+    CDesignValues values;
+    const CAudioFilterGen* generator = readChain(index, values);
+    CDesignRanges ranges;
+    for (int32_t i = 0; i < values.count(); ++i) {
+        ranges.append(rangeOf(*designSlots_[i], values[i]));
+    }
+    CFirSize most;
+    const bool isChoiceFixed = indexSlot_ == nullptr || indexSlot_->param == nullptr;
+    if (!isChoiceFixed && filterDef().genArray() != nullptr) {
+        most = filterDef().genArray()->firSize(rate_, ranges.data(), ranges.count());
+    } else if (generator != nullptr) {
+        most = generator->firSize(rate_, ranges.data(), ranges.count());
+    }
+    most.taps = most.taps < kMostPreparedTaps ? most.taps : kMostPreparedTaps;
+    return most;
+}
+
 void CModFilterModule::design(double rate, CModFilterModule* from) {
+    rate_ = rate;
     sizeChains(wantedCount());
     noteSingle();
     if (!hasDesignData()) {
         return;
     }
-    CDesignValues values;
     for (int32_t i = 0; i < count_; ++i) {
-        const CAudioFilterGen* generator = readChain(i, values);
-        CFilterChain* before = from != nullptr && i < from->count_ ? from->chains_[i] : nullptr;
-        if (before != chains_[i] || !before->isDesignedWith(generator, values.data(), values.count())) {
-            chains_[i]->design(context(), generator, values.data(), values.count(), rate, before);
-        }
+        designChain(i, from != nullptr && i < from->count_ ? from->chains_[i] : nullptr);
     }
     noteSingle();
+}
+
+bool CModFilterModule::isRoomFor(const CFilterChain& chain, const CAudioFilterGen* generator,
+                                 const CDesignValues& values) const {
+    // Without room for any section the definition allows none.
+    return chain.room().sections == 0 || chain.room().holds(sizeOf(generator, values));
+}
+
+void CModFilterModule::designChain(int32_t index, CFilterChain* before) {
+    CFilterChain& chain = *chains_[index];
+    CDesignValues values;
+    const CAudioFilterGen* generator = readChain(index, values);
+    if (before == nullptr || !before->isDesigned()) {
+        CFirSize room = mostSize(index);
+        room.extend(sizeOf(generator, values));
+        chain.makeReady(context(), room);
+    } else {
+        chain.makeReady(context(), before->room());
+        if (!isRoomFor(chain, generator, values)) {
+            generator = before->generator();
+            values = before->values();
+        }
+    }
+    if (before != &chain || !before->isDesignedWith(generator, values.data(), values.count())) {
+        chain.design(context(), generator, values.data(), values.count(), rate_, before);
+    }
 }
 
 void CModFilterModule::retire() {
@@ -113,7 +180,7 @@ void CModFilterModule::makeReady(const CModFilterModule* like) {
         chains_.append(new CFilterChain);
     }
     for (int32_t i = 0; like != nullptr && i < like->count_ && i < chains_.count(); ++i) {
-        chains_[i]->makeReady(context(), *like->chains_[i]);
+        chains_[i]->makeReady(context(), like->chains_[i]->room());
     }
 }
 

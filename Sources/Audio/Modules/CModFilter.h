@@ -26,6 +26,11 @@ private:
 
 /// The worker of a filter for one channel: `count` filters in series, filter j designed with the elements j behind the
 /// module's own.
+///
+/// A design on the audio thread allocates nothing for FIR sections: a design without history (a preparation or a change
+/// of the layout) makes room for the longest ones that the definition allows, which follows from the generators and the
+/// ranges of the parameters, up to kMostPreparedTaps taps. A filter whose new values need more keeps its former design
+/// until the next design without history.
 class CModFilterModule : public CAudioModule {
 public:
     ~CModFilterModule() override;
@@ -41,13 +46,22 @@ public:
     const CFilterChain& chain(int32_t index) const { return *chains_[index]; }
     /// The most filters in series.
     static constexpr int32_t kMaxCount = 64;
+    /// Taps for which room is made before a design asks for them.
+    static constexpr int32_t kMostPreparedTaps = 1 << 16;
 
 private:
     using CDesignValues = CArray<double, 9>;
+    using CDesignRanges = CArray<CDesignRange, 9>;
     const CModFilterDef& filterDef() const { return static_cast<const CModFilterDef&>(process().def()); }
     int32_t wantedCount() const;
     bool hasDesignData() const;
     const CAudioFilterGen* readChain(int32_t index, CDesignValues& values) const;
+    /// What a design with these values takes for FIR sections.
+    CFirSize sizeOf(const CAudioFilterGen* generator, const CDesignValues& values) const;
+    /// What any design that the definition allows takes, as far as room is made for it.
+    CFirSize mostSize(int32_t index) const;
+    bool isRoomFor(const CFilterChain& chain, const CAudioFilterGen* generator, const CDesignValues& values) const;
+    void designChain(int32_t index, CFilterChain* before);
     void sizeChains(int32_t count);
     int32_t lastActiveChain() const;
     /// The next chain with sections; there must be one.
@@ -65,6 +79,7 @@ private:
     CArray<const CAudioParamSlot*, 4> designSlots_;
     COwnedArray<CFilterChain, 4> chains_;
     int32_t count_ = 0;
+    double rate_ = 0.0;
     // A single section is the common case, and run without a look at the lists.
     bool isSingle_ = false;
     int32_t singleKernel_ = -1;

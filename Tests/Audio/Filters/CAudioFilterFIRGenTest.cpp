@@ -146,5 +146,65 @@ TEST(FirGenerators, TooFewValuesOrImpossibleLengthsLeaveTheListEmpty) {
     }
 }
 
+/// What a list takes, counted.
+CFirSize sizeOf(const CSectionList& list) {
+    CFirSize size;
+    for (const CFilterSection& section : list.sections) {
+        if (section.type == CFilterSection::kFirType) {
+            size.extend({++size.sections, section.numerators.count()});
+        }
+    }
+    return size;
+}
+
+CFirSize announced(const CAudioFilterGen& generator, double rate, std::initializer_list<CDesignRange> ranges) {
+    return generator.firSize(rate, ranges.begin(), static_cast<int32_t>(ranges.size()));
+}
+
+bool operator==(const CFirSize& a, const CFirSize& b) {
+    return a.sections == b.sections && a.taps == b.taps;
+}
+
+TEST(FirGenerators, AnnounceExactlyWhatADesignTakes) {
+    CFilterTree tree;
+    const CAudioFilterGen& sinc = tree.generator("audio:fltgen-firlp", "sinc");
+    const CAudioFilterGen& absolute = tree.generator("audio:fltgen-firlp", "absolute", {{"is-absolute", "true"}});
+    const CAudioFilterGen& hilbert = tree.generator("audio:fltgen-firhilb", "hilbert");
+    const CAudioFilterGen& limiter = tree.generator("audio:fltgen-firlim", "limiter");
+    const CAudioFilterGen& set = tree.serial("set", {{"sinc", "2"}, {"limiter", "0.000001"}});
+    for (const CAudioFilterGen* generator : {&sinc, &absolute, &hilbert, &limiter, &set}) {
+        for (const double first : {-5.0, 0.0, 1e-300, 1e-4, 0.0101, 0.5, 2.0, 1001.0, 1e9, HUGE_VAL, std::nan("")}) {
+            for (const double second : {-1.0, 0.0, 1.0, 8.0, 77.7, std::nan("")}) {
+                for (const double rate : {44100.0, 384000.0}) {
+                    const CFirSize size = announced(*generator, rate, {{first, first}, {second, second}});
+                    EXPECT_TRUE(size == sizeOf(designed(*generator, rate, {first, second})))
+                        << first << ' ' << second << ' ' << rate << ' ' << size.sections << ' ' << size.taps;
+                }
+            }
+        }
+    }
+    EXPECT_EQ(announced(sinc, kRate, {{1000.0, 1000.0}}).sections, 0);
+    EXPECT_EQ(announced(hilbert, kRate, {}).sections, 0);
+    EXPECT_EQ(announced(limiter, kRate, {}).sections, 0);
+    EXPECT_EQ(announced(tree.generator("audio:fltgen-magnus", "peak"), kRate, {{1e3, 1e3}, {2, 2}, {1, 1}}).taps, 0);
+}
+
+TEST(FirGenerators, ARangeAnnouncesTheLongestDesignInIt) {
+    CFilterTree tree;
+    const CAudioFilterGen& sinc = tree.generator("audio:fltgen-firlp", "sinc");
+    const CAudioFilterGen& limiter = tree.generator("audio:fltgen-firlim", "limiter");
+    // n = 8 x 44100 / 441 / 8 at the lowest cut-off and the greatest factor.
+    EXPECT_EQ(announced(sinc, kRate, {{441.0, 5000.0}, {1.0, 8.0}}).taps, 201);
+    EXPECT_EQ(announced(limiter, kRate, {{0.001, 0.01}}).taps, 441);
+    // A set lists both; its factors scale the range, and a negative one turns it round.
+    const CAudioFilterGen& set = tree.serial("set", {{"sinc", "0.5"}, {"limiter", "-0.000001"}});
+    const CFirSize both = announced(set, kRate, {{-1000.0, 1000.0}, {8.0, 8.0}});
+    EXPECT_EQ(both.sections, 2);
+    EXPECT_GE(both.taps, sizeOf(designed(set, kRate, {20.0, 8.0})).taps);
+    // What exceeds every limit is none, but the range holds designs up to the limit.
+    EXPECT_EQ(announced(limiter, kRate, {{0.001, 1e9}}).taps, 1 << 23);
+    EXPECT_EQ(announced(sinc, kRate, {{0.0, 1000.0}, {8.0, 8.0}}).taps, 1 << 23);
+}
+
 }  // namespace
 }  // namespace tarv

@@ -245,7 +245,7 @@ TEST_F(FirSection, IsSilentBeforeItsFirstTapsAndAfterAClear) {
     expectNear(run(section, std::vector<double>(600), {100}), std::vector<double>(600));
 }
 
-TEST_F(FirSection, NewTapsAreTakenUpByTheNextBlockAndTheHistoryStays) {
+TEST_F(FirSection, NewTapsTakeEffectInTheNextBlockAndTheHistoryStays) {
     const std::vector<double> signal = noise(1024);
     const std::vector<double> first = noise(400);
     const std::vector<double> second = noise(300);
@@ -255,15 +255,17 @@ TEST_F(FirSection, NewTapsAreTakenUpByTheNextBlockAndTheHistoryStays) {
     const std::vector<double> late(signal.begin() + 512, signal.end());
     run(section, early, {128});
     section.setTaps(first.data(), 400);
-    section.setTaps(second.data(), 300);  // the one in between is never heard
+    section.setTaps(second.data(), 300);  // replaces the taps that no block has used
     const std::vector<double> expected = convolved(signal, second);
     expectNear(run(section, late, {128}), {expected.begin() + 512, expected.end()});
 }
 
-TEST_F(FirSection, TapsBeyondItsRoomAreCutOff) {
+TEST_F(FirSection, TapsBeyondItsRoomAreRefusedAndTheFormerOnesStay) {
     const std::vector<double> h = noise(600);
-    CFirSection section(*context, 256);
-    section.setTaps(h.data(), 600);
+    CFirSection section(*context, 200);
+    ASSERT_EQ(section.room(), 256);
+    EXPECT_TRUE(section.setTaps(h.data(), 256));
+    EXPECT_FALSE(section.setTaps(h.data() + 300, 257));
     const std::vector<double> signal = noise(900);
     expectNear(run(section, signal, {200}), convolved(signal, {h.begin(), h.begin() + 256}));
 }

@@ -5,7 +5,8 @@
 namespace tarv {
 
 /// Delivers what its attributes say: one section of type `type` for each gain in `gains` (numbers with blanks between),
-/// with the coefficients of `numerators`, or of those and the design numbers behind them with `use-values`.
+/// with the coefficients of `numerators`, or of those and the design numbers behind them with `use-values`. With
+/// `use-length` the first design number is a count of coefficients: zeros, and a 1 at the end.
 class CTestGen : public CAudioFilterGen {
 public:
     [[nodiscard]] CError* init() override {
@@ -19,6 +20,7 @@ public:
         type_ = getAttrInt("type");
         isParallel_ = getAttrBool("is-parallel");
         useValues_ = getAttrBool("use-values");
+        useLength_ = getAttrBool("use-length");
         latency_ = getAttrInt("latency");
         return nullptr;
     }
@@ -33,9 +35,21 @@ public:
             for (int32_t i = 0; useValues_ && i < count; ++i) {
                 section.numerators.append(values[i]);
             }
+            if (useLength_) {
+                section.numerators.resize(static_cast<int32_t>(values[0]));
+                section.numerators.last() = 1.0;
+            }
         }
         list.isParallel = isParallel_ ? 1 : 0;
         list.latency = latency_;
+    }
+
+    CFirSize firSize(double, const CDesignRange* ranges, int32_t count) const override {
+        if (type_ != CFilterSection::kFirType) {
+            return {};
+        }
+        const int32_t taps = useLength_ ? static_cast<int32_t>(ranges[0].high) : useValues_ ? count : 0;
+        return {gains_.count(), std::max(1, numerators_.count() + taps)};
     }
 
     /// Hz, of the last design.
@@ -47,6 +61,7 @@ private:
     int32_t type_ = 0;
     bool isParallel_ = false;
     bool useValues_ = false;
+    bool useLength_ = false;
     int32_t latency_ = 0;
 };
 
