@@ -32,7 +32,7 @@ public:
             value = static_cast<double>(random()) / 4294967296.0 - 0.5;
         }
     }
-    /// New noise for the first `frames` samples: what the predictors learned of the last round is worth nothing.
+    /// New noise for the first `frames` samples, so that branch predictors have not seen them.
     void refresh(int32_t index, int32_t frames) {
         static const std::vector<double> noise = [] {
             std::mt19937 random(2);

@@ -7,8 +7,8 @@
 
 namespace tarv::plain {
 
-/// The product's kernels as anybody would write them: one scalar loop each, one channel, restrict pointers, state and
-/// coefficients in locals. What the benchmarks measure against, compiled with the product's flags.
+/// The product's kernels as plain code: one scalar loop each, one channel, restrict pointers, state and coefficients in
+/// locals. The benchmarks measure against them; they are compiled with the product's flags.
 
 using CIn = const double* __restrict;
 using COut = double* __restrict;

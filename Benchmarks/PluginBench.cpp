@@ -1,5 +1,5 @@
 // What the whole plug-in costs, as a ratio to B: the hand-written chain of PlainChain.h with the same settings in the
-// same run, block by block in turn, so that neither the machine's mood nor its clock decides.
+// same run, block by block in turn, so that the load and the clock of the machine affect both.
 
 #include <benchmark/benchmark.h>
 
@@ -173,7 +173,7 @@ void silenceAgainstNoise(benchmark::State& state) {
 }
 BENCHMARK(silenceAgainstNoise)->ArgName("midside")->Arg(0)->Arg(1)->Iterations(6000)->UseManualTime();
 
-/// A further instance beside one that exists: the shared tree stands already.
+/// Another instance beside one that exists, with the shared tree in place.
 void creation(benchmark::State& state) {
     CError* error = nullptr;
     const std::unique_ptr<CPlainInstance> first(CPlainInstance::create(error));

@@ -29,7 +29,7 @@ inline double medianOf(std::vector<double> values) {
     return *middle;
 }
 
-/// A benchmark of what failed would measure nothing: the program ends.
+/// Ends the program: the time of a call that failed means nothing.
 inline void mustSucceed(CError* error) {
     if (error) {
         showError(error);

@@ -89,7 +89,7 @@ template void CQPLEXContext::issueOperands<6>(int32_t, int32_t, double, const CB
 template void CQPLEXContext::issueOperands<7>(int32_t, int32_t, double, const CBufferHandle*);
 template void CQPLEXContext::issueOperands<8>(int32_t, int32_t, double, const CBufferHandle*);
 
-/// Whether an operation goes on with the chain. If not the chain is left; what it begins anew it may still join.
+/// Whether an operation continues the chain. If not the chain is left; the operation may still begin a new one.
 template <int32_t N>
 inline bool CQPLEXContext::joinsChain(int32_t kernelNumber, int32_t count, CContextBuffer* const* buffers,
                                       const CBufferHandle* handles, bool isRepeated) {
@@ -107,7 +107,7 @@ inline bool CQPLEXContext::joinsChain(int32_t kernelNumber, int32_t count, CCont
     return false;
 }
 
-/// What was kept runs as any other operation; the chain begins again behind the next flush.
+/// Kept operations run as any others; a chain may begin again behind the next flush.
 void CQPLEXContext::leaveChain() {
     if (chain_.isUnderWay()) {
         flush();

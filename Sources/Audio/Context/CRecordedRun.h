@@ -5,9 +5,9 @@
 
 namespace tarv {
 
-/// The kernel calls of one run of a graph in the order in which they were made, each with the addresses, counts and
-/// constants that it had. As long as the storages stand and the next run would issue the same, running them once more
-/// gives what that run would, without the graph and without scheduling. Audio thread. Allocates only when it is made.
+/// The kernel calls of one run of a graph in the order in which they were made, each with its addresses, counts and
+/// constants. While the storages exist and the next run would issue the same operations, making the calls again gives
+/// the bits of that run, without the graph and without scheduling. Audio thread. Allocates only in the constructor.
 class CRecordedRun {
 public:
     CRecordedRun();
@@ -16,15 +16,15 @@ public:
     CRecordedRun& operator=(const CRecordedRun&) = delete;
 
     void clear();
-    /// A kernel on each of `count` operations one by one; with `batch` in one call.
+    /// Adds a kernel on each of `count` operations, one by one or, with `batch`, in one call.
     void add(CKernelFunction function, CKernelBatchFunction batch, COperation* const* operations, int32_t count);
-    /// A chain; operations as its function takes them.
+    /// Adds a chain; `stages` as CChainFunction documents it.
     void addChain(CChainFunction chain, COperation* const* const* stages, int32_t count);
-    /// Everything that was added had room.
+    /// All that was added had room.
     bool isWhole() const { return isWhole_; }
     int32_t operationCount() const { return operationCount_; }
     int32_t callCount() const { return callCount_; }
-    /// The calls once more, in order.
+    /// Makes the calls again, in order.
     void run() const;
 
 private:

@@ -7,7 +7,7 @@ namespace tarv {
 /// Base of the generators that deliver one section of type 21: how long their filters may be.
 class CAudioFilterFIRGen : public CAudioFilterGen {
 protected:
-    /// No design takes more memory than a second and a half at the highest rate does, whatever its values are.
+    /// No design takes more memory than a second and a half at the highest rate does, for any values.
     static constexpr int32_t kMostTaps = 1 << 23;
 
     /// What designs take whose length is a value in seconds, `fewest` taps and up.

@@ -15,8 +15,8 @@ class CAudioFilterGen : public CObject {
 public:
     /// Empties `list` and fills it. `sampleRate` is in Hz, that of the place where the filter runs. `values` holds
     /// `count` design numbers: [0] frequency in Hz, [1] linear gain, [2] bandwidth in octaves, Q or pole radius.
-    /// Too few values leave the list empty, which makes a pass-through. Numbers that no filter can have give
-    /// coefficients that no filter can have; a design never fails.
+    /// Too few values leave the list empty, which makes a pass-through. Numbers outside what a filter can have give
+    /// useless coefficients; a design never fails.
     virtual void design(CSectionList& list, double sampleRate, const double* values, int32_t count) const = 0;
 
     /// What FIR sections take at most while each of `count` design values lies in its range; exactly what a design
@@ -31,15 +31,16 @@ public:
 protected:
     /// Reads the attribute `type` as a number of 0 to `maximum`; absent or empty is 0. False when it is anything else.
     bool readType(int32_t maximum, int32_t& type) const;
-    /// The list as every design begins: no section, not parallel, no latency.
+    /// Empties the list, as every design begins: no section, not parallel, no latency.
     static void restart(CSectionList& list);
-    /// Appends a section. Up to four sections of up to four coefficients a list need no memory.
+    /// Appends a section. Lists of up to four sections with up to four coefficients in each list allocate nothing.
     static CFilterSection& addSection(CSectionList& list, int32_t type, double gain,
                                       std::initializer_list<double> numerators,
                                       std::initializer_list<double> denominators);
 };
 
-/// Where pass and shelf designs stand at most, as a part of their rate: above it their poles reach the unit circle.
+/// The highest frequency of pass and shelf designs, as a part of their rate: above it their poles reach the unit
+/// circle.
 constexpr double kHighestPlace = 0.48;
 
 /// The coefficient k of v += (x - v) k for a one-pole low-pass at `angle` radians a sample.

@@ -4,13 +4,13 @@
 
 namespace tarv {
 
-/// Maps the number of a filter type to a generator. Read-only once finished, then safe from any thread.
+/// Maps the number of a filter type to a generator. Read-only once finished, then any thread may use it.
 class CAudioFilterGenArray : public CObject {
 public:
     [[nodiscard]] CError* finishInit() override;
 
     int32_t count() const { return generators_.count(); }
-    /// The generator at a position; null in a hole, below 0 and beyond the end, which acts like a bypass.
+    /// The generator at a position; null for positions without one, which act like a bypass.
     const CAudioFilterGen* at(int32_t index) const {
         return index >= 0 && index < generators_.count() ? generators_[index] : nullptr;
     }

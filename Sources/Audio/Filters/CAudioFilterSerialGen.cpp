@@ -21,7 +21,7 @@ CError* CAudioFilterSerialGen::childAdded(CObject* child) {
 }
 
 void CAudioFilterSerialGen::removeChild(CObject* child) {
-    // A child that unlinks itself while it is destroyed is an item no longer, so its address alone is compared.
+    // A child that is being destroyed has lost its class, so its address alone is compared.
     for (int32_t i = items_.count(); i-- > 0;) {
         if (static_cast<const CObject*>(items_[i]) == child) {
             items_.removeAt(i);

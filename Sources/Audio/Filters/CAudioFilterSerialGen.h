@@ -6,7 +6,7 @@ namespace tarv {
 
 class CAudioFilterSerialGenItem;
 
-/// Lines up the designs of its items, each called with the design values times the item's factors.
+/// Appends the designs of its items to one list, each called with the design values times the item's factors.
 /// With `is-parallel` they run side by side and the list's latency stays 0.
 class CAudioFilterSerialGen : public CAudioFilterGen {
 public:

@@ -10,7 +10,7 @@ namespace tarv {
 /// | type     | filter                        | numerators                   | denominators    |
 /// |----------|-------------------------------|------------------------------|-----------------|
 /// | 0        | biquad                        | b1/b0, b2/b0                 | -a1/a0, -a2/a0  |
-/// | 1 to 4   | low, high, band pass, notch   | as 0 (the kernel knows them) | as 0            |
+/// | 1 to 4   | low, high, band pass, notch   | as 0 (kernels ignore them)   | as 0            |
 /// | 5 to 12  | one to four one-pole stages   | none                         | k               |
 /// | 13 to 20 | half-band pair of order 2..16 | branch a                     | branch b        |
 /// | 21       | FIR                           | the taps                     | none            |

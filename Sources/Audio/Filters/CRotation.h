@@ -4,7 +4,7 @@
 
 namespace tarv {
 
-/// Turns a unit vector by the same angle at each step: sines and cosines of multiples for two products each.
+/// Turns a unit vector by the same angle at each step, which gives the sines and cosines of its multiples.
 class CRotation {
 public:
     explicit CRotation(double angle) : stepSine_(std::sin(angle)), stepCosine_(std::cos(angle)) {}

@@ -16,7 +16,7 @@ struct CSectionList {
 
     /// Empties the list.
     void restart();
-    /// An empty list of coefficients with the largest storage that is kept, or none.
+    /// Returns an empty list of coefficients with the largest storage that is kept, if there is one.
     CArray<double, 4> takeKept();
 };
 

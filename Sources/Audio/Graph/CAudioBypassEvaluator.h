@@ -5,7 +5,7 @@
 
 namespace tarv {
 
-/// Tells whether one bypass state of a composite is active, from its own copy of the parameters.
+/// Decides whether one bypass state of a composite is active, from copies of the parameters. Audio thread.
 class CAudioBypassEvaluator : public CHeapObject {
 public:
     explicit CAudioBypassEvaluator(const CAudioProcessBypassStateDef& def) : def_(def) {}

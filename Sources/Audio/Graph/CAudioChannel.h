@@ -6,14 +6,14 @@
 
 namespace tarv {
 
-/// One channel on a port: which parameters it obeys, and the block that it carries.
+/// One channel on a port: the group and element whose parameters apply to it, and its block of samples.
 struct CAudioChannel {
     int32_t group = 0;
     int32_t element = 0;
-    /// Tells a channel from an earlier one of the same group and element that carried another signal. A process that
-    /// meets a new serial starts the channel from silence.
+    /// Differs from that of an earlier channel of the same group and element that carried another signal. A process
+    /// that meets a new serial starts the channel from silence.
     uint64_t serial = 0;
-    /// One reference is the port's.
+    /// The port owns one reference.
     CBufferHandle handle = kNoBuffer;
 
     bool isSameAs(const CAudioChannel& other) const {

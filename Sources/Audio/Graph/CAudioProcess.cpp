@@ -62,7 +62,7 @@ void CAudioProcess::buildLinks(const CAudioProcessDef& processDef) {
     for (const CAudioProcessLinkDef* link : processDef.links()) {
         const CAudioLinkEnd& src = link->src();
         const CAudioLinkEnd& dst = link->dst();
-        // A prototype stands for no process of this composite: its links lead nowhere.
+        // No process is made of a prototype, so its links have no end.
         if ((src.child != nullptr && src.child->isPrototype()) || (dst.child != nullptr && dst.child->isPrototype())) {
             continue;
         }
@@ -147,7 +147,7 @@ void CAudioProcess::updateIdle() {
 }
 
 void CAudioProcess::process() {
-    // Taken before the order is looked at, so that a change acts from its own sample on however the host cuts blocks.
+    // Before the order is checked, so that a change acts from its sample on, independent of how the host cuts blocks.
     updateParams();
     if (isStructureDirty_) {
         rebuildOrder();

@@ -45,11 +45,11 @@ protected:
     void slotChanged(CAudioParamSlot& slot) override;
 
 private:
-    /// One block reference handed on behind a process's step.
+    /// The blocks of one port that go to another behind a process's step.
     struct CTransfer {
         CAudioPort* src;
         CAudioPort* dst;
-        bool isLast;    ///< the source's references go over
+        bool isLast;    ///< the source's references move to the target
         bool mayMerge;  ///< other links lead to the same port
         bool isFirst;   ///< of the links to that port
     };

@@ -48,8 +48,8 @@ void CAudioProcessBase::updateParams() {
     }
     changed_ = 0;
     graph().invalidateRun();
-    // A change reaches the place later by what stands before it, so that it meets the samples it was meant for. While
-    // no audio runs there are no such samples: all changes are due.
+    // A change is delayed as the samples are that it was posted with: by the processes in front of this one. While no
+    // audio runs there are no such samples, and all changes are due.
     const double now = graph().isRunning() ? graph().now - (def().useTimeShift() ? inputDelay_ : 0)
                                            : std::numeric_limits<double>::infinity();
     constexpr int32_t kRoom = 31;
@@ -188,7 +188,8 @@ void CAudioProcessBase::bindRelative(const CString& name, CAudioParamSlot& slot)
     bool isShared = false;
     const CString fullName = owner->paramFullName(local, isShared);
     const CAudioParamDef* param = owner->def().findParamBelow(local);
-    // A process that is built later announces its named parameters then; a name that nobody owns may still come.
+    // A process that is built later announces its named parameters then; a name without an owner may be announced
+    // later.
     const bool isNamed = param == nullptr || param->info().isStorable() || param->info().isPersistent();
     if (isShared || isNamed || param->info().isGlobal()) {
         bindShared(fullName, slot);
@@ -211,7 +212,7 @@ void CAudioProcessBase::bindSlots() {
     while (slots_.count() < count) {
         slots_.append(nullptr);
     }
-    // A process of a stack hears of its own element only; with `count` it reads the ones behind it as well.
+    // A process of a stack gets the changes of its element; with `count` it reads the elements behind it as well.
     bool isCountShared = false;
     (void)paramFullName("count", isCountShared);
     const bool hasCount = isCountShared || def().findParam("count") != nullptr;

@@ -23,22 +23,23 @@ public:
     [[nodiscard]] virtual CError* init();
     /// Releases all blocks held on ports, then the same on the children.
     virtual void clearBuffers();
-    /// Takes the due changes from the queue into the slots.
+    /// Writes the due changes of the queue into the slots.
     virtual void updateParams();
-    /// The same here and in everything inside, for a process that is there but does not run: its values stay current,
-    /// and changes do not pile up.
+    /// The same for this process and all inside, while it does not run: its values stay current, and changes do not
+    /// pile up.
     virtual void updateIdle() { updateParams(); }
     /// One step: consumes the blocks on the input ports and leaves blocks on the output ports.
     virtual void process() {}
     /// Back to the initial state: no history, no fade.
     virtual void reset();
-    /// Registers the kernels that the class brings along; called by init.
+    /// Registers the kernels of the class; called by init.
     virtual void registerKernels() {}
-    /// Makes what later changes will need, so that they allocate nothing; called at resume behind a step of no samples.
+    /// Makes what later changes will need, so that they allocate nothing; called at resume behind a step of no samples,
+    /// and behind a run that asked for room.
     virtual void makeSpares() {}
-    /// Tells the process the delay of its place, in host samples; gives the delay behind it.
+    /// Sets the delay of the process's place, in host samples; returns the delay behind it.
     virtual int32_t placeDelay(int32_t inputDelay);
-    /// Applies to `rate` what the process does to the rate of its inputs, whatever its parameters say.
+    /// Applies to `rate` what the process does to the rate of its inputs, for any values of its parameters.
     virtual void changeRate(CAudioRate& rate) const { (void)rate; }
     /// A process inside by its name, null if there is none.
     virtual const CAudioProcessBase* findInner(const CString& childName) const { return (void)childName, nullptr; }
@@ -52,7 +53,7 @@ public:
     const CString& path() const { return place_.path; }
     const CString& name() const { return place_.name; }
     int32_t stackIndex() const { return place_.stackIndex; }
-    /// Name that location lines carry.
+    /// The name in the location lines of an error.
     const CString& errorContextName() const { return place_.path; }
 
     int32_t inputCount() const { return inputs_.count(); }
@@ -81,21 +82,22 @@ public:
     int32_t paramElement() const { return paramElement_; }
 
 protected:
-    /// Connects a parameter of this process, by its local name, with a slot: shared (by a remap, or because it has a
-    /// name that others know), or private with its definition's defaults. `element` -1 takes changes of every element.
+    /// Connects a parameter of this process, by its local name, with a slot: shared (by a remap, or because the
+    /// collector knows its name), or private with its definition's defaults. `element` -1 takes changes of every
+    /// element.
     void bindSlot(const CString& name, CAudioParamSlot& slot, int32_t element);
     /// Connects a slot with the collector's parameter of a full name, for all groups and elements.
     void bindShared(const CString& fullName, CAudioParamSlot& slot, int32_t element = -1);
     /// Connects a slot with the parameter that a name stands for at this process: "^" leads to the process around it, a
-    /// process's name and a "." to one inside, "/" makes the rest a full name. What the process that owns it would bind
-    /// is bound: a remap's target, a parameter that others know, or private defaults.
+    /// process's name and a "." to one inside, "/" makes the rest a full name. Binds what the process that owns the
+    /// parameter would bind: a remap's target, a parameter that the collector knows, or private defaults.
     void bindRelative(const CString& name, CAudioParamSlot& slot);
     /// Binds the slots of the definition's `param-alloc` list and announces its named parameters to the collector.
     void bindSlots();
     /// A slot took one or more changes; called by updateParams.
     virtual void slotChanged(CAudioParamSlot& slot) { (void)slot; }
-    /// Full name of a parameter of this process: the remap that stands for it here or further up, or its own.
-    /// `isShared` tells which.
+    /// Full name of a parameter of this process: that of the remap that replaces it here or further up, or its own.
+    /// Sets `isShared` if it is not private.
     CString paramFullName(const CString& name, bool& isShared) const;
 
     const CAudioProcessBase* findOwner(CString& name) const;
@@ -105,7 +107,7 @@ protected:
     /// Puts the input channels of port 0 on output 0, by reference.
     void forwardInput();
     void releaseInputs();
-    /// Changes wait in the queue (some of them perhaps not due yet).
+    /// Changes wait in the queue; some may not be due yet.
     bool hasChanges() const { return changed_ != 0; }
     CAudioParamQueue& queue() { return queue_; }
 

@@ -7,7 +7,7 @@ namespace tarv {
 
 class CAudioProcessDef;
 
-/// Definition of a link between two children of a composite.
+/// Definition of a link between two children of a composite, or between a child and a port of the composite.
 class CAudioProcessLinkDef : public CObject {
 public:
     [[nodiscard]] CError* init() override;

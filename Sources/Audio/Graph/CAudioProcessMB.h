@@ -4,7 +4,7 @@
 
 namespace tarv {
 
-/// Composite of a multiband definition. There: what its definition must name. Not there: band splitting; the children
+/// Composite of a multiband definition. Checks what its definition must name; it does not split bands, so the children
 /// run once, over the whole band. No definition of the product is multiband.
 class CAudioProcessMB : public CAudioProcess {
 public:

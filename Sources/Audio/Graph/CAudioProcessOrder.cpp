@@ -1,4 +1,4 @@
-// The run order of a composite: which links are live, in which order the children run, and what is handed on behind
+// The run order of a composite: which links are live, in which order the children run, and which blocks move behind
 // each. Rebuilt on the audio thread when a bypass state, a link state or the set of children changed.
 
 #include "Audio/Graph/CAudioProcess.h"
@@ -15,7 +15,7 @@ void CAudioProcess::rebuildOrder() {
     idle_.clear();
     for (CAudioProcessBase* child : children_) {
         if (order_.indexOf(child) < 0) {
-            // No history of another time may be heard when it runs again.
+            // Its history is out of date when it runs again.
             child->reset();
             idle_.append(child);
         }

@@ -10,7 +10,7 @@ class CAudioGraph;
 class CAudioProcessBase;
 class CAudioProcessDefBase;
 
-/// Where in the graph a process stands.
+/// The place of a process in the graph.
 struct CAudioProcessPlace {
     CAudioGraph* graph = nullptr;
     CAudioProcessBase* parent = nullptr;

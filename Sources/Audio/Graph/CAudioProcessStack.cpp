@@ -24,7 +24,8 @@ CError* CAudioProcessStack::init() {
     if (!def().stackParam().isEmpty()) {
         bindRelative(def().stackParam(), countSlot_);
     }
-    // All that the parameter's range allows: later there is no time to look for parameters, which takes locks.
+    // All that the parameter's range allows: an instance looks for parameters, which takes locks, and the audio thread
+    // must not.
     while (instances_.count() < mostCount()) {
         TARV_TRY(addInstance());
     }
@@ -80,7 +81,7 @@ CError* CAudioProcessStack::addInstance() {
     CAudioProcessBase* instance = def().createProcess();
     const int32_t index = instances_.count();
     instances_.append(instance);
-    // Its path is the stack's own, so that all instances find the same parameters; it adds no name to theirs.
+    // All instances have the stack's path, so that they find the same parameters.
     instance->place({&graph(), this, &def(), path(), CString(), index + def().stackIndexShift()});
     TARV_TRY(instance->init());
     instance->needInput(inputCount() - 1);
@@ -126,7 +127,7 @@ void CAudioProcessStack::startSize() {
     }
     formerCount_ = count_;
     sizeStack();
-    // Those that come keep no history of another time; those that go run on until the fade has ended.
+    // The history of new instances is out of date. Those that go run on until the fade has ended.
     resetInstances(formerCount_, count_);
     if (count_ == formerCount_) {
         return;

@@ -6,11 +6,11 @@
 namespace tarv {
 
 /// Instances of one definition in series, as many as a parameter says. Instance i reads element i + `stack-index-shift`
-/// of the parameters. An instance that is no longer wanted is kept for the next time (it goes on taking changes, so
-/// that its values are current) and starts from silence when it is wanted again.
+/// of the parameters. An instance beyond the count is kept: it goes on taking changes, so that its values
+/// are current, and starts from silence when the count includes it again.
 ///
 /// The stack has all ports of its instances. Output p of an instance leads to input p of the next; where an instance
-/// has no output p, each instance gets what lies on the stack's input p, and so does the stack's output p.
+/// has no output p, each instance gets the channels of the stack's input p, and so does the stack's output p.
 ///
 /// While audio runs, another count is faded in over 15 ms: the instances of both counts run, and the output passes from
 /// the end of the former to that of the new. A change that comes meanwhile starts at the sample where the fade ends.
@@ -30,7 +30,7 @@ public:
     void needInput(int32_t port) override;
     void needOutput(int32_t port) override;
 
-    /// Instances that are heard, or will be when the fade has ended.
+    /// Instances that the output passes through, or will when the fade has ended.
     int32_t count() const { return count_; }
     bool isFading() const { return fade_.isRunning(); }
     /// The most instances that a parameter without a range can ask for.
@@ -48,11 +48,11 @@ private:
     [[nodiscard]] CError* addInstance();
     void resetInstances(int32_t first, int32_t end);
 
-    /// Instances that run: those that are heard before or behind the fade.
+    /// Instances that run: the greater of the former and the new count during a fade.
     int32_t runningCount() const { return isFading() && formerCount_ > count_ ? formerCount_ : count_; }
     void runInstances(int32_t first, int32_t end);
     void feed(int32_t index);
-    /// What lies on port p behind the first `count` instances.
+    /// The port p behind the first `count` instances.
     CAudioPort& portBehind(int32_t count, int32_t port);
     void giveOutputs();
     void runFading(int32_t samples);

@@ -43,7 +43,7 @@ void CAudioProcessStack::mixOutputs(int32_t samples) {
         isAlike = isAlike && CPortFade::isAlike(output(port), *nearer_[port]);
     }
     if (!isAlike) {
-        // Instances that make other channels of theirs, or another rate: nothing to fade between.
+        // Both ends carry different channels or rates: there is nothing to fade between.
         for (int32_t port = 0; port < outputCount() && !isGrowing; ++port) {
             output(port).takeFrom(*nearer_[port], context());
         }

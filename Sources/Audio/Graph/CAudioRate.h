@@ -6,7 +6,8 @@
 namespace tarv {
 
 /// A rate relative to that of a composite's inputs, as far as it is known before audio runs: a power of two, times
-/// factors that parameters choose, each under a name. Two rates are equal if they are whatever the parameters say.
+/// factors that parameters choose, each under a name. Two rates are equal if they are equal for all values of the
+/// parameters.
 class CAudioRate {
 public:
     /// Doubles the rate as often as `octaves` says; halves it for negative numbers.

@@ -8,8 +8,8 @@
 
 namespace tarv {
 
-/// The channels of a port. Handing a list on is an exchange of two pointers, so that a link costs the same however
-/// many channels it carries. Never gives memory back; grows only when there are more channels than ever.
+/// The channels of a port. Two lists are exchanged by their pointers, so that a link costs the same for any count of
+/// channels. Never gives memory back; grows only when there are more channels than ever.
 class CChannelList {
 public:
     explicit CChannelList(int32_t room) { grow(room); }

@@ -5,8 +5,8 @@
 
 namespace tarv {
 
-/// A crossfade between the ports of two ways through a process, one ramp for each channel. Audio thread. Allocates only
-/// when there are more channels than ever.
+/// A crossfade from the ports of one path through a process to those of another, one ramp for each channel. Audio
+/// thread. Allocates only when there are more channels than ever.
 class CPortFade {
 public:
     CPortFade() { ramps_.reserve(kUsualChannels); }
@@ -18,10 +18,10 @@ public:
     int32_t left() const { return left_; }
     /// Whether both ports carry the same channels, at one rate and of one length.
     static bool isAlike(const CAudioPort& a, const CAudioPort& b);
-    /// The next samples of port number `port` (0 and up, in order, each once between two calls of advance): what lies
-    /// on `target` becomes the mix of `from` and `to`, either of which may be `target`. The ports are alike.
+    /// The next samples of port number `port` (0 and up, in order, each once between two calls of advance): the blocks
+    /// of `target` become the mix of `from` and `to`, either of which may be `target`. The ports are alike.
     void mix(CAudioPort& target, const CAudioPort& from, const CAudioPort& to, CQPLEXContext& context);
-    /// The samples that were mixed are over; the last of them end the fade.
+    /// Goes on by the samples that were mixed; the last of them end the fade.
     void advance(int32_t samples, CQPLEXContext& context);
     void end(CQPLEXContext& context);
 

@@ -24,7 +24,7 @@ struct CBandOperations {
     int32_t count() const { return filter->count; }
 };
 
-/// Two samples of two channels, on their way between the stages: (a b) early, (a b) late.
+/// Two samples of two channels between two stages: (a b) early, (a b) late.
 struct CSquare {
     CPair early;
     CPair late;

@@ -35,7 +35,7 @@ void CConvolution::fill(CSet& set, const double* taps, int32_t count) const {
     }
 }
 
-/// The set that is neither in use nor posted: only the next post takes it.
+/// The set that is neither in use nor posted. It stays free until the next post.
 CConvolution::CSet* CConvolution::freeSet() {
     const CLockScope scope(lock_);
     CSet* free = sets_;

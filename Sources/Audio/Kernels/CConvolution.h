@@ -10,8 +10,8 @@ namespace tarv {
 
 /// The taps of a FIR filter as spectra of equal partitions, for convolution by overlap-save (Stockham 1966; partitioned
 /// as Kulp 1988). The set in use can be replaced while audio runs: the new one is posted under a lock of this object
-/// and taken up at the next acquire. Three sets are made in advance: one is in use, one may be posted, and the third
-/// takes the next taps.
+/// and used from the next acquire on. Three sets are made in advance: one is in use, one may be posted, and the third
+/// is free for the next taps.
 class CConvolution : public CHeapObject {
 public:
     /// Room for `mostTaps` taps. `partition`: samples of a partition, a power of two from 2.
@@ -28,7 +28,7 @@ public:
     /// Posts new taps. False if there is no room for so many: then the former ones stay. Does not allocate. Any thread,
     /// one at a time.
     bool setTaps(const double* taps, int32_t count);
-    /// Takes up what was posted last. Audio thread, while no product of the old set is outstanding.
+    /// Uses from now on what was posted last. Audio thread, while no product with the former set is queued.
     void acquire();
     /// Packed spectrum of a partition of the set in use (2 x partition() numbers), or null beyond its end.
     const double* partitionSpectrum(int32_t index) const;

@@ -6,7 +6,7 @@
 
 namespace tarv {
 
-/// What a sample needs of a transfer curve.
+/// The members of a transfer curve that a sample reads, for one channel or two side by side.
 template <class T>
 struct CCurveLanes {
     T slope, kneeStart, centreOffset, kneeEnd, radiusSquared;
@@ -23,7 +23,7 @@ inline double curveAt(const CCurveLanes<double>& curve, double x) {
     return std::sqrt(curve.radiusSquared - d * d) + x + curve.centreOffset;
 }
 
-/// All three pieces, of which each lane takes its own; a root that is not wanted may be not a number.
+/// Computes all three pieces and selects one in each lane; a root that is not selected may be not a number.
 inline CPair curveAt(const CCurveLanes<CPair>& curve, CPair x) {
     const CPair d = x - curve.kneeStart;
     const CPair arc = sqrtOf(curve.radiusSquared - d * d) + x + curve.centreOffset;

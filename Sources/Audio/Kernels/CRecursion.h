@@ -4,8 +4,8 @@
 
 namespace tarv {
 
-/// Loop of a recursive kernel, written once for one channel and for pairs of channels. Every such recursion waits for
-/// its own last result, so independent channels that run side by side cost little more than one.
+/// Loop of a recursive kernel, written once for one channel and for pairs of channels. Each recursion waits for
+/// its last result, so independent channels that run side by side cost little more than one.
 ///
 /// `State<T>` has `kInputs` (1 or 2), `load` and `store` (one operation for T = double, two for CPair) and `step`,
 /// which takes one sample of each input and gives the output. Operands: 0 destination, 1 state block, 2 and up sources.

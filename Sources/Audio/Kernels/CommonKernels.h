@@ -31,15 +31,15 @@ void kernelSub2(COperation& operation);
 void kernelMax2(COperation& operation);
 /// out = greater of out, a
 void kernelMax2i(COperation& operation);
-/// out = greater of a, b, that against c
+/// out = greatest of a, b, c; compares them in this order
 void kernelMax3(COperation& operation);
-/// out = as max3, that against d
+/// out = greatest of a, b, c, d; compares them in this order
 void kernelMax4(COperation& operation);
 /// out = lesser of a, b; b when they are equal or a is not a number
 void kernelMin2(COperation& operation);
-/// out = lesser of a, b, that against c
+/// out = least of a, b, c; compares them in this order
 void kernelMin3(COperation& operation);
-/// out = as min3, that against d
+/// out = least of a, b, c, d; compares them in this order
 void kernelMin4(COperation& operation);
 /// out = (a - b) x c + b
 void kernelMix(COperation& operation);

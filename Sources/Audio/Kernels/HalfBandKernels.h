@@ -5,8 +5,8 @@ namespace tarv {
 class CQPLEXContext;
 struct CSectionKernels;
 
-/// Registers `flthbf2` to `flthbf16` with their init, update and gain forms; fills section types 13 to 20. Gives the
-/// row behind.
+/// Registers `flthbf2` to `flthbf16` with their init, update and gain forms; fills section types 13 to 20. Returns
+/// the row behind them.
 ///
 /// A polyphase pair of all-pass chains without rate change (Vaidyanathan, Multirate Systems and Filter Banks, 5.3):
 /// every stage is y[n] = (x[n] - y[n-2]) x c + x[n-2]; the output is branch a plus the previous sample of branch b.

@@ -6,7 +6,7 @@ namespace tarv {
 
 class CQPLEXContext;
 
-/// Registers `denorm` and `denormn`; cheap when they stand already.
+/// Registers `denorm` and `denormn`; cheap if they are registered already.
 void registerNoiseKernels(CQPLEXContext& context);
 
 /// Adds a random square wave of 1e-11. Operands: 0 destination, 1 seed (one 32-bit word), 2 source. Writes 0 and 1.

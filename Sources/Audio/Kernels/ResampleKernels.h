@@ -6,7 +6,7 @@ namespace tarv {
 
 class CQPLEXContext;
 
-/// Registers `interp2`, `decim2` and `decim2s`; cheap when they stand already.
+/// Registers `interp2`, `decim2` and `decim2s`; cheap if they are registered already.
 void registerResampleKernels(CQPLEXContext& context);
 
 /// out[2i] = 2 x in[i], out[2i + 1] = 0. `count` is that of the source; the destination holds twice as many.

@@ -6,8 +6,9 @@
 
 namespace tarv {
 
-/// A kernel context with the kernels that stand in every instance: the common ones, those of the filter sections, of
-/// the transform and of the convolution. A module's own kernels come when its process is built. Allocates.
+/// Returns a kernel context with the kernels that every instance has: the common ones, those of the filter sections, of
+/// the transform and of the convolution. Processes register the kernels of their modules when they are built.
+/// Allocates.
 [[nodiscard]] std::unique_ptr<CQPLEXContext> makeStandardContext();
 
 }  // namespace tarv

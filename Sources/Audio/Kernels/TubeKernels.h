@@ -6,7 +6,7 @@ namespace tarv {
 
 class CQPLEXContext;
 
-/// Registers `metatube`, `metatubei` and `metatubec`; cheap when they stand already.
+/// Registers `metatube`, `metatubei` and `metatubec`; cheap if they are registered already.
 void registerTubeKernels(CQPLEXContext& context);
 
 /// The sample loop. Operands: 0 destination, 1 CTubeBlock, 2 signal to shape, 3 feed signal. Writes 0 and 1.

@@ -6,8 +6,9 @@ namespace tarv {
 
 class CAudioProcessTerminalBase;
 
-/// Base of every per-channel worker of a terminal process. Made by its process, bound and resolved once, then assigned
-/// to a channel, designed, run, retired, and assigned again. Thread: the audio thread, or the one that resumes.
+/// Base of the modules: what a terminal process does to one channel. Its process makes it, binds and resolves it once,
+/// then assigns it to a channel, designs, runs and retires it, and assigns it again. Thread: the audio thread, or the
+/// one that resumes.
 class CAudioModule : public CHeapObject {
 public:
     CAudioModule() = default;
@@ -15,7 +16,7 @@ public:
     CAudioModule(const CAudioModule&) = delete;
     CAudioModule& operator=(const CAudioModule&) = delete;
 
-    /// Hands every slot its binding through the process's regModuleParam.
+    /// Gets the binding of every slot from the process's regModuleParam.
     virtual void bindParams() = 0;
     /// Looks up the kernels that the context's tables do not list.
     virtual void resolveKernels() {}
@@ -32,11 +33,12 @@ public:
 protected:
     CAudioProcessTerminalBase& process() const { return *process_; }
     CQPLEXContext& context() const { return *context_; }
-    /// Number `offset` elements behind the one that the process reads; `unset` without data.
+    /// Number of the element `offset` behind the one that the process reads; `unset` without data.
     double read(const CAudioParamSlot* slot, double unset, int32_t offset = 0) const;
-    /// A block of noise in place of a signal, from a seed block that the module keeps: made on first need.
+    /// Returns a block of noise, for use in place of a signal. Makes the seed block, which the module keeps, if there
+    /// is none.
     CBufferHandle noise(CBufferHandle& seed, int32_t kernel, int32_t count) const;
-    /// A fresh seed block, its one word 0.
+    /// A new seed block, one word that is 0.
     CBufferHandle takeSeed() const;
     CBufferHandle takeSignal(int32_t count) const { return context().takeSignal(count); }
     /// The block itself with one more reference.

@@ -7,14 +7,14 @@ namespace tarv {
 
 /// A process whose work is done by one module of class T for each channel. While a parameter change is faded in, a
 /// channel has two: the one with the old values and the one with the new. The process cuts its own block where a fade
-/// ends, so that a waiting change starts at that very sample however the host cuts its blocks.
+/// ends, so that a waiting change starts at that sample, independent of how the host cuts its blocks.
 ///
 /// T derives from CAudioModule and has
 ///   bool differs() const              the slots hold other values than the module was designed with
 ///   void design(double rate, T* from) takes the slots' values; from: null for silence, itself for an update in place,
 ///                                     another module whose history is taken over where that makes sense
 ///   CBufferHandle run(CBufferHandle in, CBufferHandle second, int32_t count)   a block with one reference
-///   void retire()                     gives its state back
+///   void retire()                     releases its state
 ///   void makeReady(const T* like)     allocates what a design as that of `like` needs; null: of anything
 ///   int32_t latency() const           samples
 template <class T>
@@ -58,7 +58,7 @@ private:
     void advanceFades(int32_t count);
     /// Delay of the modules as they are designed now, in host samples.
     int32_t ownDelay() const;
-    /// Tells the graph if a design changed the delay.
+    /// Invalidates the graph's delays if a design changed this one.
     void noteDelay();
 
     /// The block of port 1 for the channel at a position of port 0.
@@ -140,7 +140,7 @@ void CAudioProcessTerminal<T>::retireVoices() {
 template <class T>
 void CAudioProcessTerminal<T>::reset() {
     CAudioProcessBase::reset();
-    // The next step makes the voices anew: designed with the current values, without history, without a fade.
+    // The next step makes new voices: designed with the current values, without history, without a fade.
     retireVoices();
 }
 
@@ -254,7 +254,7 @@ void CAudioProcessTerminal<T>::applyChanges() {
 
 template <class T>
 void CAudioProcessTerminal<T>::servePending() {
-    // Behind updateParams, so that a change that is due at the very sample where a fade ends is seen too.
+    // Behind updateParams, so that a change that is due at the sample where a fade ends is included.
     mayFade_ = false;
     for (CVoice& voice : voices_) {
         if (voice.isPending && voice.old == nullptr) {
@@ -381,7 +381,7 @@ void CAudioProcessTerminal<T>::process() {
         graph().invalidateRun();
         servePending();
     }
-    // The list goes over to the output; each block in it is then replaced by what its module makes of it.
+    // The list moves to the output; each block in it is then replaced by its module's output.
     out.takeFrom(in, context());
     out.samples = count;
     if (!mayFade_ || segmentLength(count) == count) {

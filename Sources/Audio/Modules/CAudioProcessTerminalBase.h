@@ -4,7 +4,7 @@
 
 namespace tarv {
 
-/// What the terminal processes share whatever their modules are: ports, slots, the length of a fade.
+/// What the terminal processes of all modules share: ports, slots, the length of a fade. Audio thread behind init.
 class CAudioProcessTerminalBase : public CAudioProcessBase {
 public:
     static constexpr double kDefaultFade = 0.015;  ///< seconds
@@ -12,11 +12,11 @@ public:
 
     [[nodiscard]] CError* init() override;
 
-    /// Hands a module the binding of one slot. A slot without an entry in the definition stays empty and leaves a line
-    /// in the log.
+    /// Sets `binding` to one slot, for a module. A slot without an entry in the definition stays empty and leaves a
+    /// line in the log.
     void regModuleParam(int32_t index, const CAudioParamSlot*& binding) const;
     /// The block of a port for a channel: of the same group and element, else the last one of the same element, else
-    /// kNoBuffer. `position` is where it most likely lies.
+    /// kNoBuffer. Tries `position` first.
     CBufferHandle findBlock(int32_t port, int32_t position, const CAudioChannel& channel) const {
         const CChannelList& channels = input(port).channels;
         if (position < channels.count() && channels[position].element == channel.element &&

@@ -6,7 +6,7 @@
 
 namespace tarv {
 
-/// One filter of a module: the generator in use, what it was designed with, its sections and their states.
+/// One filter of a module: its generator, the values of its last design, its sections and their states. Audio thread.
 class CFilterChain : public CHeapObject {
 public:
     const CAudioFilterGen* generator() const { return generator_; }

@@ -7,8 +7,8 @@
 namespace tarv {
 
 /// A filter section of type 21 on one channel: convolution with its taps, without added latency. Blocks of any length:
-/// what has come in of a partition is transformed anew with each block. So, other than with all other sections, where a
-/// host cuts its blocks shows in the last bits.
+/// each block transforms again what has arrived of a partition. So, unlike with other sections, the last bits depend on
+/// where a host cuts its blocks.
 /// Making one allocates; no other call does. Thread: the audio thread, but for setTaps.
 class CFirSection : public CHeapObject {
 public:

@@ -9,7 +9,7 @@ namespace tarv {
 
 namespace {
 
-/// Where a design value may lie while audio runs: in its parameter's range, or only where it is.
+/// The values that a design value may take while audio runs: those of its parameter's range, or only the present one.
 CDesignRange rangeOf(const CAudioParamSlot& slot, double value) {
     const CAudioParam* const param = slot.param;
     if (param == nullptr || !param->isDefined() || param->info().isString()) {
@@ -212,7 +212,7 @@ CBufferHandle CModFilterModule::runSection(const CFilterChain& chain, int32_t se
                                            bool useGain, double gain) const {
     const CSectionKernels& kernels = context().sectionKernels(chain.list().sections[section].type);
     if (CFirSection* fir = chain.fir(section)) {
-        // It keeps the place within its partition itself.
+        // A FIR section keeps a position in the signal outside its kernels.
         process().graph().invalidateRun();
         const CBufferHandle plain = fir->run(in, count);
         const CBufferHandle scaled = takeSignal(count);

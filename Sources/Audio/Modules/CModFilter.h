@@ -24,7 +24,7 @@ private:
     bool useGainAlways_ = false;
 };
 
-/// The worker of a filter for one channel: `count` filters in series, filter j designed with the elements j behind the
+/// The filter of one channel: `count` filters in series, filter j designed with the elements j behind the
 /// module's own.
 ///
 /// A design on the audio thread allocates nothing for FIR sections: a design without history (a preparation or a change

@@ -10,10 +10,10 @@ public:
     CAudioProcessBase* createProcess() const override;
 };
 
-/// Linear gain of one channel. Muted, or at a gain that is nothing, the channel carries the anti-denormal noise.
+/// Linear gain of one channel. Muted, or at a gain up to kNothing, the channel carries the anti-denormal noise.
 class CModGainModule : public CAudioModule {
 public:
-    /// Gains at or below it count as silence.
+    /// Gains up to it count as silence.
     static constexpr double kNothing = 2.220446049250313e-16;
 
     ~CModGainModule() override { retire(); }

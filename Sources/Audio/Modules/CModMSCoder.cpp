@@ -70,7 +70,7 @@ void CModMSCoder::code(CAudioChannel& first, CAudioChannel& second, int32_t samp
     ctx.releaseReference(second.handle);
     first.handle = out1;
     second.handle = out2;
-    // Both now carry another signal than an uncoded channel, or a pair with another partner, would.
+    // The signal differs from that of an uncoded channel and of a pair with another partner.
     const uint64_t partners = static_cast<uint64_t>(first.element) * kMaxElements + second.element + 1;
     const uint64_t serial = mixSerial(mixSerial(first.serial, second.serial), partners);
     first.serial = serial;

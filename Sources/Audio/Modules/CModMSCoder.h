@@ -10,12 +10,11 @@ public:
     CAudioProcessBase* createProcess() const override;
 };
 
-/// Codes pairs of channels: the first two with the same pair number, whatever their groups, so that mid and side can
-/// obey the curves of different groups. The first becomes mid and keeps its place and group, the second side.
+/// Codes pairs of channels: the first two with the same pair number, of any groups, so that mid and side can
+/// have the curves of different groups. The first becomes mid and keeps its place and group, the second side.
 ///
-/// The encoder stands where every channel enters the curve. One that comes up while audio runs (another rate, source,
-/// group or partner) rises there from silence in 15 ms: set in at full level it would ring in the bands that stand
-/// above its own.
+/// Every channel enters the curve at the encoder. One that appears while audio runs (another rate, source, group or
+/// partner) rises there from silence in 15 ms, so that the bands above its frequency do not ring.
 class CModMSCoder : public CAudioProcessBase {
 public:
     static constexpr double kRiseSeconds = 0.015;

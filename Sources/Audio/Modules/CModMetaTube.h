@@ -33,7 +33,7 @@ private:
     const CAudioParamSlot* slots_[kSlotCount] = {};
     int32_t runKernel_ = -1;
     int32_t initKernel_ = -1;
-    // The module's own copy: the kernel may run later than the module's next update.
+    // A copy, since the kernel may run after the module's next update.
     CTubeBlock values_{};
     bool isDesigned_ = false;
     CBufferHandle block_ = kNoBuffer;

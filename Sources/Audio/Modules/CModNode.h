@@ -4,7 +4,7 @@
 
 namespace tarv {
 
-/// Definition of a point in the graph without work (`audio:modNode`), so that links can name it.
+/// Definition of a point in the graph that links can name (`audio:modNode`).
 class CModNodeDef : public CAudioProcessDefBase {
 public:
     CAudioProcessBase* createProcess() const override;

@@ -10,7 +10,7 @@ public:
     CAudioProcessBase* createProcess() const override;
 };
 
-/// Holds the final signals for the host boundary and reports the latency of its place to the environment.
+/// Keeps the final signals for the host boundary and writes the latency of its place into the environment.
 class CModOutput : public CAudioProcessBase {
 public:
     [[nodiscard]] CError* init() override;

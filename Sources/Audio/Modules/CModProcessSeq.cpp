@@ -22,7 +22,7 @@ CError* CModProcessSeq::appendChild(const CAudioProcessDefBase& childDef, const 
 void CModProcessSeq::setSequence(int32_t first, int32_t end) {
     first_ = first;
     end_ = end;
-    // Neither those that come nor those that go keep a history of another time.
+    // The history of children that come is out of date, and that of children that go will be.
     for (CAudioProcessBase* child : children_) {
         child->reset();
     }

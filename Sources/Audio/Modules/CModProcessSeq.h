@@ -4,8 +4,8 @@
 
 namespace tarv {
 
-/// Runs a sequence of processes that it owns, each feeding the next; an empty one passes its input on. Children beside
-/// the sequence wait at rest and go on taking changes.
+/// Runs a sequence of processes that it owns, each feeding the next; an empty one passes its input on. Children outside
+/// the sequence do not run, but go on taking changes.
 class CModProcessSeq : public CAudioProcessBase {
 public:
     [[nodiscard]] CError* init() override;
@@ -23,12 +23,12 @@ public:
     CAudioProcessBase& child(int32_t index) const { return *children_[first_ + index]; }
 
 protected:
-    /// Brings the sequence up to date before it runs.
+    /// Updates the sequence before it runs.
     virtual void updateSequence() {}
-    /// Creates a child behind all others, at rest. While the graph is built.
+    /// Creates a child behind all others, outside the sequence. While the graph is built.
     [[nodiscard]] CError* appendChild(const CAudioProcessDefBase& childDef, const CString& childName);
     int32_t allCount() const { return children_.count(); }
-    /// The children from `first` up to `end` are the sequence from now on; all start from silence.
+    /// From now on the sequence is the children from `first` up to, not including, `end`; all start from silence.
     void setSequence(int32_t first, int32_t end);
 
 private:

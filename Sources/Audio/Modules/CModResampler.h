@@ -14,8 +14,8 @@ public:
     virtual bool isDown() const = 0;
 };
 
-/// Raises or lowers the rate by a power of two: pairs of a stage and a half-band filter, as many as `mode` says or, at
-/// "Auto", as `host-mode` says. The pair at the lowest rate has the steep filter. All pairs are made with the
+/// Raises or lowers the rate by a power of two: pairs of a stage and a half-band filter, as many as `mode` or, at
+/// "Auto", `host-mode` selects. The pair at the lowest rate has the steep filter. All pairs are made with the
 /// resampler; a change of the count starts the whole sequence from silence.
 class CModResampler : public CModProcessSeq {
 public:

@@ -75,7 +75,7 @@ void CModRouter::routeOutputs() {
     const CAudioPort& in = input(0);
     const int32_t hostCount = graph().hostOutputs < kMaxElements ? graph().hostOutputs : kMaxElements;
     const CAudioChannel* reached[kMaxElements] = {};
-    // Which channels come out, and which signals they carry, depends on what came in.
+    // The channels of the output and their signals depend on those of the input.
     output(0).layout = mixSerial(layout_, in.layout);
     for (const CAudioChannel& channel : in.channels) {
         const int32_t target = channel.element < kMaxElements ? routing_[channel.element] : 0;

@@ -17,8 +17,8 @@ private:
 
 /// Input side: element e of the graph takes the host's channel routing[e] (1 and up; 0: the element does not exist)
 /// and belongs to group grouping[e]. Output side: element e goes to the host's channel routing[e]; of two the last
-/// wins; a host channel that nothing reaches, and whose own entry belongs to an element that does not exist but names
-/// an existing one, gets a copy of that. Signals pass by reference.
+/// wins. A host channel that no element reaches gets a copy of the channel that its entry names, if the entry's element
+/// does not exist and the named one does. Signals pass by reference.
 class CModRouter : public CAudioProcessBase {
 public:
     [[nodiscard]] CError* init() override;
@@ -38,7 +38,7 @@ private:
 
     int32_t routing_[kMaxElements] = {};
     int32_t grouping_[kMaxElements] = {};
-    /// Counts how often an element's source changed: the channel starts from silence behind each.
+    /// Counts the changes of an element's source; behind each the channel starts from silence.
     uint64_t serials_[kMaxElements] = {};
     uint64_t layout_ = 0;
 };

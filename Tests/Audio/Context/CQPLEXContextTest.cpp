@@ -228,7 +228,7 @@ TEST_F(CQPLEXContextTest, AnUnrunOperationKeepsItsBuffers) {
     }
     context->flush();
     expectAll(b, 3.0);
-    EXPECT_EQ(context->takeBuffer(kBytes), a);  // free again, and the warmest
+    EXPECT_EQ(context->takeBuffer(kBytes), a);  // free again, and given back last
 }
 
 TEST_F(CQPLEXContextTest, ReferencesIgnoreTheOffset) {
@@ -252,7 +252,7 @@ TEST_F(CQPLEXContextTest, NoBufferIsNoReference) {
     EXPECT_EQ(context->data(kNoBuffer), nullptr);
     uint8_t bytes[2] = {};
     context->notifyOnWrite(kNoBuffer, &bytes[0], &bytes[1]);
-    // No entry of the table is meant: taking all of them shows none that is watched.
+    // No entry of the table is watched: all of them are taken and written, and the bytes stay 0.
     for (int32_t i = 0; i < CQPLEXContext::kUsableBuffers; ++i) {
         const CBufferHandle taken = context->takeBuffer(64);
         ASSERT_NE(handleIndex(taken), handleIndex(kNoBuffer));

@@ -68,7 +68,7 @@ public:
             context->issue(context->commonKernel(CCommonKernel::Mulc), kCount, 1e-6, {out, at[c]});
         });
         for (int32_t c = 0; c < kChannels; ++c) {
-            // Each run changes its own input: a repetition goes on where the one before ended.
+            // Each run changes its input, so a repetition goes on where the one before ended.
             context->issue(context->commonKernel(CCommonKernel::Add2i), kCount, 0.0,
                            {signals_[static_cast<size_t>(c)], at[c]});
             context->releaseReference(at[c]);
@@ -90,7 +90,7 @@ private:
     static constexpr int32_t kChannels = 3;
     static constexpr int32_t kBlockNumbers = 27;
 
-    /// Of each stage and channel; the same for every subject.
+    /// The blocks of each stage and channel; the same for every subject.
     static std::vector<std::vector<double>> blockContents() {
         std::vector<std::vector<double>> all;
         for (const char* name : {"fltbiqcommong", "flthp1ag", "metatube"}) {

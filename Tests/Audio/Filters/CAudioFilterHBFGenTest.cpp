@@ -7,7 +7,7 @@ namespace {
 
 constexpr const char* kTag = "audio:fltgen-hbf";
 
-TEST(HalfBandGenerator, HandsItsCoefficientsOn) {
+TEST(HalfBandGenerator, DeliversItsCoefficients) {
     CFilterTree tree;
     const CSectionList list = designed(tree.generator(kTag, {{"order", "4"},
                                                              {"a", "0.042454709865267684,0.393319893190328010"},

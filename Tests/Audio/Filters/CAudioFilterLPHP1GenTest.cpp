@@ -75,7 +75,7 @@ TEST(OnePoleGenerator, PassesItsSideOfTheSpectrumAtUnity) {
     }
 }
 
-TEST(OnePoleGenerator, ReadsTheGainOnlyWhenTold) {
+TEST(OnePoleGenerator, ReadsTheGainOnlyWithUseGain) {
     CFilterTree tree;
     const CAudioFilterGen& plain = tree.generator(kTag, {{"type", "4"}});
     const CAudioFilterGen& withGain = tree.generator(kTag, {{"type", "4"}, {"use-gain", "true"}});

@@ -175,7 +175,7 @@ TEST(SerialSet, MayHoldSets) {
     EXPECT_GT(list.sections[1].denominators[0], list.sections[0].denominators[0]);
 }
 
-TEST(SerialSet, AnItemThatIsTakenOutIsDesignedNoMore) {
+TEST(SerialSet, ARemovedItemIsNotDesigned) {
     CSetTree tree;
     CAudioFilterGen& set = tree.serial("set", {{"hp1", ""}, {"hs_rbj2", ""}});
     std::unique_ptr<CObject> item(set.children()[0]);

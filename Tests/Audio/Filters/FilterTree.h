@@ -25,7 +25,7 @@ public:
     /// Adds a child and loads it (init, initChildren). It is left open: without an application a finished object is
     /// read-only. The failure, null for none; the caller takes it over.
     CError* add(CObject* parent, const char* tag, const char* name, CTexts attributes, CObject*& child);
-    /// As above under the root; a failure fails the test.
+    /// Adds a generator under the root; a failure fails the test.
     CAudioFilterGen& generator(const char* tag, const char* name, CTexts attributes = {});
     CAudioFilterGen& generator(const char* tag, CTexts attributes = {}) { return generator(tag, "gen", attributes); }
     /// A serial set with items of (path, adjust).

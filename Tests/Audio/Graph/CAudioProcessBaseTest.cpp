@@ -71,7 +71,7 @@ TEST(CAudioProcessBaseTest, APrivateParameterHasItsDefaultsElementByElement) {
     }
 }
 
-TEST(CAudioProcessBaseTest, ASlotWhoseParameterIsNowhereDefinedIsUnset) {
+TEST(CAudioProcessBaseTest, ASlotWithoutADefinedParameterIsUnset) {
     CGraphTree tree({{"audio:modGain", "g", {}, {allocNode("gain", 0), allocNode("mute", 1)}}});
     ASSERT_EQ(tree.build("g"), "");
     ASSERT_NE(tree.process().slot(0), nullptr);
@@ -88,7 +88,7 @@ TEST(CAudioProcessBaseTest, ASharedParameterThatIsDefinedLaterReachesItsSlot) {
     EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{7.0});
 }
 
-TEST(CAudioProcessBaseTest, OfTwoAllocsOfOneIndexTheFirstStands) {
+TEST(CAudioProcessBaseTest, OfTwoAllocsOfOneIndexTheFirstCounts) {
     CGraphTree tree(
         {{"audio:modGain",
           "g",
@@ -111,14 +111,15 @@ TEST(CAudioProcessBaseTest, EachChannelReadsTheGroupThatItBelongsTo) {
     ASSERT_EQ(tree.build("g"), "");
     tree.set("plugin.g.gain", 1, 0, 3.0);
     const CTestChannels channels = {{0, 0, {1.0}}, {1, 1, {1.0}}, {0, 2, {1.0}}, {2, 3, {1.0}}};
-    // Group 2 holds nothing and sounds at its default. The element of a channel outside a stack is no parameter's.
+    // Group 2 holds no value, so its channel has the default. Outside a stack the element of a channel selects no
+    // element of the parameter.
     EXPECT_EQ(samplesOf(tree.run(channels)), (std::vector<std::vector<double>>{{2.0}, {3.0}, {2.0}, {2.0}}));
     tree.set("plugin.g.gain", 0, 0, 5.0);
     tree.set("plugin.g.gain", 0, 1, 9.0);
     EXPECT_EQ(samplesOf(tree.run(channels)), (std::vector<std::vector<double>>{{5.0}, {3.0}, {5.0}, {2.0}}));
 }
 
-TEST(CAudioProcessBaseTest, WithAllChannelsInGroup0OnlyItsParametersAreHeard) {
+TEST(CAudioProcessBaseTest, WithAllChannelsInGroup0OnlyItsParametersAct) {
     CGraphTree tree({gainNode("g", "2")});
     ASSERT_EQ(tree.build("g"), "");
     for (int32_t group = 1; group < 8; ++group) {
@@ -148,7 +149,7 @@ TEST(CAudioProcessBaseTest, AParameterOfASingleGroupServesEveryGroup) {
               (std::vector<std::vector<double>>{{5.0}, {5.0}, {5.0}}));
 }
 
-/// A filter that passes its input but claims a delay of 10 of its own samples, and a gain of 2 behind it.
+/// A filter that passes its input but reports a delay of 10 samples at its rate, and a gain of 2 behind it.
 std::vector<CTestNode> delayed(CTestAttributes gainAttributes, std::vector<CTestNode> before = {}) {
     before.push_back(
         {"audio:modFilter", "f", {{"gen-array", "audio.arr"}}, {allocNode("count", 0), allocNode("index", 1)}});
@@ -161,7 +162,7 @@ std::vector<CTestNode> delayed(CTestAttributes gainAttributes, std::vector<CTest
             processNode("p", before)};
 }
 
-TEST(CAudioProcessBaseTest, AChangeIsTakenLaterByTheDelayBeforeItsPlace) {
+TEST(CAudioProcessBaseTest, AChangeActsLaterByTheDelayBeforeItsPlace) {
     for (const bool isShifted : {true, false}) {
         CGraphTree tree(delayed({{"use-time-shift", isShifted ? "true" : "false"}}));
         ASSERT_EQ(tree.build("p"), "");
@@ -176,7 +177,7 @@ TEST(CAudioProcessBaseTest, AChangeIsTakenLaterByTheDelayBeforeItsPlace) {
     }
 }
 
-TEST(CAudioProcessBaseTest, AChangeMadeWhileSuspendedIsHeardFromTheFirstSampleBehindADelayToo) {
+TEST(CAudioProcessBaseTest, AChangeMadeWhileSuspendedActsFromTheFirstSampleBehindADelayToo) {
     CGraphTree tree(delayed({{"is-smooth-update", "true"}}));
     ASSERT_EQ(tree.build("p"), "");
     tree.start();

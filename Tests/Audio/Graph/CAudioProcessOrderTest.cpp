@@ -1,4 +1,4 @@
-// Where links meet, what a process that is switched out leaves behind, and how delays follow.
+// Links that meet at one port, processes that are switched out, and the delays of both.
 
 #include "Audio/Graph/CAudioProcessStack.h"
 #include "Audio/Modules/CModGain.h"
@@ -22,7 +22,8 @@ std::vector<CTestNode> withState(std::vector<CTestNode> children, const std::str
 
 const CTestAttributes kBypassed = {{"bypass-state-id", "11"}};
 
-/// The definitions of the array `arr` of one generator, whose filter is the input 10 samples late, by its own account.
+/// The definitions of the array `arr` of one generator, whose filter passes its input and reports a delay of 10
+/// samples.
 std::vector<CTestNode> lateFilter() {
     return {{"test:gen", "late", {{"type", "5"}, {"gains", "1"}, {"numerators", "1"}, {"latency", "10"}}},
             {"audio:fltgen-array",
@@ -92,7 +93,7 @@ TEST(CAudioProcessOrderTest, ASumWithAnotherSignalStartsFromSilence) {
     const auto& gain = dynamic_cast<const CModGain&>(tree.inner("a"));
     tree.run(first, {{0, 0, {1.0}, 3}});
     EXPECT_EQ(gain.fadeCount(), 1);
-    // The channel of the second input is another one now, and so is the sum.
+    // The channel of the second input has another serial now, and so has the sum.
     EXPECT_EQ(samplesOf(tree.run(first, {{0, 0, {1.0}, 4}})), std::vector<CSignal>{{12.0}});
     EXPECT_EQ(gain.fadeCount(), 0);
 }
@@ -145,7 +146,7 @@ TEST(CAudioProcessOrderTest, ASwitchedOutProcessDelaysNothing) {
     EXPECT_EQ(tree.inner("b").inputDelay(), 0);
     EXPECT_EQ(tree.process().outputDelay(), 10);
     EXPECT_FALSE(tree.graph.areDelaysValid());
-    // Back again it has its delay as soon as it is designed: the core is asked to sum anew.
+    // When it is back and designed it has its delay again: the delays are invalidated.
     tree.graph.confirmDelays();
     tree.set("plugin.p.on", 0.0);
     tree.runMono({1.0});

@@ -27,7 +27,7 @@ CAudioProcessStack& stackOf(const CGraphTree& tree) {
     return dynamic_cast<CAudioProcessStack&>(tree.inner("s"));
 }
 
-double heard(CGraphTree& tree) {
+double outputOf(CGraphTree& tree) {
     const std::vector<double> out = tree.runMono({1.0});
     return out.size() == 1 ? out[0] : -1.0;
 }
@@ -35,7 +35,7 @@ double heard(CGraphTree& tree) {
 TEST(CAudioProcessStackTest, EachInstanceReadsTheElementOfItsPosition) {
     CGraphTree tree({stackNode("7")});
     ASSERT_EQ(tree.build("p"), "");
-    EXPECT_EQ(heard(tree), 510510.0);
+    EXPECT_EQ(outputOf(tree), 510510.0);
     EXPECT_EQ(stackOf(tree).count(), 7);
     for (int32_t i = 0; i < 7; ++i) {
         const CAudioProcessBase& instance = tree.inner("s." + std::to_string(i));
@@ -44,7 +44,7 @@ TEST(CAudioProcessStackTest, EachInstanceReadsTheElementOfItsPosition) {
         EXPECT_EQ(tree.inner("s." + std::to_string(i) + ".g").path(), "plugin.p.s.g");
     }
     tree.set("plugin.p.gains", 0, 3, 1.0);
-    EXPECT_EQ(heard(tree), 510510.0 / 7.0);
+    EXPECT_EQ(outputOf(tree), 510510.0 / 7.0);
 }
 
 TEST(CAudioProcessStackTest, GroupsStayApartWithinOneInstance) {
@@ -57,7 +57,7 @@ TEST(CAudioProcessStackTest, GroupsStayApartWithinOneInstance) {
 TEST(CAudioProcessStackTest, TheIndexShiftMovesTheElements) {
     CGraphTree tree({stackNode("3", {{"stack-index-shift", "2"}})});
     ASSERT_EQ(tree.build("p"), "");
-    EXPECT_EQ(heard(tree), 5.0 * 7.0 * 11.0);
+    EXPECT_EQ(outputOf(tree), 5.0 * 7.0 * 11.0);
 }
 
 TEST(CAudioProcessStackTest, IsElement0ReadsElement0AtEveryPosition) {
@@ -65,16 +65,16 @@ TEST(CAudioProcessStackTest, IsElement0ReadsElement0AtEveryPosition) {
     definition.children[2].children[1].attributes.emplace_back("is-element0", "true");
     CGraphTree tree({definition});
     ASSERT_EQ(tree.build("p"), "");
-    EXPECT_EQ(heard(tree), 8.0);
+    EXPECT_EQ(outputOf(tree), 8.0);
     tree.set("plugin.p.gains", 0, 0, 3.0);
     tree.set("plugin.p.gains", 0, 1, 50.0);
-    EXPECT_EQ(heard(tree), 27.0);
+    EXPECT_EQ(outputOf(tree), 27.0);
 }
 
 TEST(CAudioProcessStackTest, APositionBeyondTheDefaultsTakesTheFirstOne) {
     CGraphTree tree({stackNode("8")});
     ASSERT_EQ(tree.build("p"), "");
-    EXPECT_EQ(heard(tree), 510510.0 * 2.0);
+    EXPECT_EQ(outputOf(tree), 510510.0 * 2.0);
 }
 
 /// Samples of a fade at the tree's rate.
@@ -111,7 +111,7 @@ TEST(CAudioProcessStackTest, AnotherCountIsFadedInAsARaisedCosineHoweverTheBlock
         tree.set("plugin.p.count", 3.0);
         std::vector<double> out = tree.runMono(std::vector<double>(100, 1.0), block);
         EXPECT_TRUE(stackOf(tree).isFading());
-        // This one waits until the fade has ended, and another one takes its place.
+        // This count waits until the fade has ended, and the next one replaces it.
         tree.set("plugin.p.count", 0.0);
         const std::vector<double> more = tree.runMono(std::vector<double>(100, 1.0), block);
         out.insert(out.end(), more.begin(), more.end());
@@ -130,25 +130,25 @@ TEST(CAudioProcessStackTest, AnotherCountIsFadedInAsARaisedCosineHoweverTheBlock
     }
 }
 
-TEST(CAudioProcessStackTest, ACountSetBeforeTheFirstSampleIsHeardAtOnce) {
+TEST(CAudioProcessStackTest, ACountSetBeforeTheFirstSampleActsAtOnce) {
     CGraphTree tree({stackNode("2")});
     ASSERT_EQ(tree.build("p"), "");
     tree.start();
     tree.set("plugin.p.count", 3.0);
-    EXPECT_EQ(heard(tree), 30.0);
+    EXPECT_EQ(outputOf(tree), 30.0);
     tree.suspend();
     tree.start();
     tree.set("plugin.p.count", 1.0);
-    EXPECT_EQ(heard(tree), 2.0);
+    EXPECT_EQ(outputOf(tree), 2.0);
 }
 
 TEST(CAudioProcessStackTest, OtherChannelsEndAFade) {
     CGraphTree tree({stackNode("2")});
     ASSERT_EQ(tree.build("p"), "");
     tree.start();
-    heard(tree);
+    outputOf(tree);
     tree.set("plugin.p.count", 3.0);
-    heard(tree);
+    outputOf(tree);
     EXPECT_TRUE(stackOf(tree).isFading());
     EXPECT_EQ(samplesOf(tree.run({{0, 0, {1.0}, 5}, {0, 1, {2.0}, 5}})),
               (std::vector<std::vector<double>>{{30.0}, {60.0}}));
@@ -220,7 +220,7 @@ TEST(CAudioProcessStackTest, TheCountIsBoundAsASlot) {
     };
     const struct {
         CTestNode definition;
-        double heard;
+        double output;
         const char* changedBy;
     } rows[] = {{bound(numberNode("count", "2"), {}, "^.count"), 4.0, "plugin.p.count"},
                 {bound(privateNode("count", "2"), {}, "^.count"), 4.0, nullptr},
@@ -229,10 +229,10 @@ TEST(CAudioProcessStackTest, TheCountIsBoundAsASlot) {
     for (const auto& row : rows) {
         CGraphTree tree({row.definition});
         ASSERT_EQ(tree.build("p"), "");
-        EXPECT_EQ(heard(tree), row.heard);
+        EXPECT_EQ(outputOf(tree), row.output);
         if (row.changedBy != nullptr) {
             tree.set(row.changedBy, 4.0);
-            EXPECT_EQ(heard(tree), 16.0);
+            EXPECT_EQ(outputOf(tree), 16.0);
         } else {
             EXPECT_EQ(tree.collector().findParam("plugin.p.count"), nullptr);
         }
@@ -251,7 +251,7 @@ TEST(CAudioProcessStackTest, TheCountIsRoundedAndLimited) {
         EXPECT_EQ(tree.runMono({1.0}).size(), 1u);
         EXPECT_EQ(stackOf(tree).count(), row.instances) << row.count;
     }
-    EXPECT_EQ(heard(tree), 1.0);
+    EXPECT_EQ(outputOf(tree), 1.0);
 }
 
 TEST(CAudioProcessStackTest, TheCountIsReadAtGroup0AndElement0) {
@@ -266,7 +266,7 @@ TEST(CAudioProcessStackTest, TheCountIsReadAtGroup0AndElement0) {
 TEST(CAudioProcessStackTest, WithoutAStackParameterThereIsOneInstance) {
     CGraphTree tree({gainNode("s", "2,3", {{"is-stacked", "true"}})});
     ASSERT_EQ(tree.build("s"), "");
-    EXPECT_EQ(heard(tree), 2.0);
+    EXPECT_EQ(outputOf(tree), 2.0);
     EXPECT_EQ(tree.as<CAudioProcessStack>().count(), 1);
 }
 
@@ -277,18 +277,18 @@ TEST(CAudioProcessStackTest, ASingleModuleStacksToo) {
           {},
           {numberNode("count", "3"), gainNode("s", "2,3,5", {{"is-stacked", "true"}, {"stack-param", "^.count"}})}}});
     ASSERT_EQ(tree.build("p"), "");
-    EXPECT_EQ(heard(tree), 30.0);
+    EXPECT_EQ(outputOf(tree), 30.0);
     tree.set("plugin.p.s.gain", 0, 2, 7.0);
-    EXPECT_EQ(heard(tree), 42.0);
+    EXPECT_EQ(outputOf(tree), 42.0);
 }
 
 TEST(CAudioProcessStackTest, InstancesMadeLaterHaveTheNewestValues) {
     CGraphTree tree({stackNode("2")});
     ASSERT_EQ(tree.build("p"), "");
     tree.start();
-    EXPECT_EQ(heard(tree), 6.0);
+    EXPECT_EQ(outputOf(tree), 6.0);
     tree.set("plugin.p.gains", 0, 2, 10.0);
-    EXPECT_EQ(heard(tree), 6.0);
+    EXPECT_EQ(outputOf(tree), 6.0);
     tree.set("plugin.p.count", 3.0);
     EXPECT_EQ(tree.runMono(std::vector<double>(kFade + 1, 1.0)).back(), 60.0);
 }
@@ -310,7 +310,7 @@ std::vector<CTestNode> filtering(const std::string& count) {
             definition};
 }
 
-/// What a stack of one such instance makes of the last of these signals, its gain being `gain`.
+/// Output of a stack of one such instance at gain `gain` for the last of these signals.
 std::vector<double> throughOne(double gain, const std::vector<std::vector<double>>& signals) {
     CGraphTree tree(filtering("1"));
     EXPECT_EQ(tree.build("p"), "");
@@ -328,7 +328,7 @@ TEST(CAudioProcessStackTest, AnInstanceThatComesBackStartsFromSilenceWithTheNewe
     const std::vector<double> aFade = noiseSignal(static_cast<int32_t>(kFade) + 10, 5);
     const std::vector<double> silent(10, 0.0);
     const std::vector<double> later = noiseSignal(static_cast<int32_t>(kFade) + 60, 9);
-    // The first instance keeps its history; what it delivers goes through a fresh second one.
+    // The first instance keeps its history; its output passes through a second one without history.
     const std::vector<double> expected = throughOne(10.0, {throughOne(2.0, {loud, aFade, silent, later})});
 
     CGraphTree tree(filtering("2"));
@@ -345,7 +345,7 @@ TEST(CAudioProcessStackTest, AnInstanceThatComesBackStartsFromSilenceWithTheNewe
               std::vector<double>(expected.begin() + kFade, expected.end()));
 }
 
-TEST(CAudioProcessStackTest, ChangesForInstancesThatAreAwayDoNotPileUp) {
+TEST(CAudioProcessStackTest, ChangesForInstancesBeyondTheCountDoNotPileUp) {
     CGraphTree tree(filtering("3"));
     ASSERT_EQ(tree.build("p"), "");
     tree.start();
@@ -358,7 +358,7 @@ TEST(CAudioProcessStackTest, ChangesForInstancesThatAreAwayDoNotPileUp) {
         }
         return CHeap::counters().allocations - CHeap::counters().frees;
     };
-    // Every record of the pool has met its consumers by then.
+    // By then every record of the pool has been used once.
     const auto before = automate(500);
     EXPECT_EQ(automate(500), before);
 }

@@ -47,7 +47,7 @@ TEST(CAudioProcessTest, WithoutChildrenTheInputPasses) {
     EXPECT_EQ(tree.runMono({1.0, 2.0}), (std::vector<double>{1.0, 2.0}));
 }
 
-TEST(CAudioProcessTest, WithoutAutoLinksOnlyTheDeclaredLinksCarry) {
+TEST(CAudioProcessTest, WithoutAutoLinksOnlyTheDeclaredLinksExist) {
     CGraphTree tree({processNode({gainNode("a", "2"), gainNode("b", "3"), linkNode("*", "b"), linkNode("b", "*")},
                                  {{"is-auto-links", "false"}})});
     ASSERT_EQ(tree.build("p"), "");
@@ -89,7 +89,7 @@ TEST(CAudioProcessTest, WhereLinksMeetEqualChannelsAreSummedAndOthersStandSideBy
     CGraphTree tree({processNode({gainNode("a", "10"), linkNode("*/1", "*")})});
     ASSERT_EQ(tree.build("p"), "");
     const CTestChannels out = tree.run({{0, 0, {1.0}}, {1, 1, {2.0}}}, {{0, 0, {5.0}}, {0, 2, {7.0}}});
-    // In the order in which they arrive: what does not pass the gain is there first.
+    // In the order in which they arrive: the channel that does not pass the gain is first.
     EXPECT_EQ(samplesOf(out), (CSignals{{15.0}, {7.0}, {20.0}}));
     EXPECT_EQ(out[1].element, 2);
     EXPECT_EQ(out[2].group, 1);
@@ -117,7 +117,7 @@ TEST(CAudioProcessTest, TheOrderIsAStableTopologicalSort) {
     }
 }
 
-TEST(CAudioProcessTest, TheMembersOfACycleDoNotRunAndTheLogTellsOfIt) {
+TEST(CAudioProcessTest, TheMembersOfACycleDoNotRunAndTheLogSaysSo) {
     CGraphTree tree({processNode(
         {gainNode("a", "2"), gainNode("b", "3"), gainNode("c", "5"), gainNode("d", "7"), linkNode("*", "a"),
          linkNode("a", "*"), linkNode("b", "c"), linkNode("c", "b"), linkNode("c", "d"), linkNode("d", "*")},
@@ -165,7 +165,7 @@ TEST(CAudioProcessTest, AChangeOfTheLinkStateOpensOrClosesACycle) {
     EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{6.0});
 }
 
-/// a, b with the bypass state 11, c; the state hangs on `on`.
+/// a, b with the bypass state 11, c; the state depends on `on`.
 CTestNode switchable(CTestAttributes state = {{"id", "11"}, {"param", "on"}}, const std::string& on = "0") {
     return processNode({numberNode("on", on, {{"is-global", "true"}}), numberNode("also", "0", {{"is-global", "true"}}),
                         gainNode("a", "2"), gainNode("b", "3", {{"bypass-state-id", "11"}}), gainNode("c", "5"),
@@ -194,17 +194,17 @@ TEST(CAudioProcessTest, AnInvertedStateIsActiveWhileTheConditionFails) {
     EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{30.0});
 }
 
-TEST(CAudioProcessTest, TheStateLooksAtTheRoundedValueOfGroupAndElement0) {
+TEST(CAudioProcessTest, TheStateReadsTheRoundedValueOfGroupAndElement0) {
     CGraphTree tree({switchable({{"id", "11"}, {"param", "on"}, {"range", "[1;2]"}})});
     ASSERT_EQ(tree.build("p"), "");
     const struct {
         int32_t group, element;
-        double value, heard;
+        double value, output;
     } rows[] = {{0, 0, 0.4, 30.0}, {0, 0, 0.5, 10.0}, {0, 0, 2.4, 10.0}, {0, 0, 2.5, 30.0},
                 {1, 0, 1.0, 30.0}, {0, 1, 1.0, 30.0}, {0, 0, 1.0, 10.0}};
     for (const auto& row : rows) {
         tree.set("plugin.p.on", row.group, row.element, row.value);
-        EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{row.heard}) << row.group << row.element << row.value;
+        EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{row.output}) << row.group << row.element << row.value;
     }
 }
 
@@ -217,7 +217,7 @@ TEST(CAudioProcessTest, AStateIsBoundAsASlot) {
     };
     const struct {
         CTestNode definition;
-        double heard;
+        double output;
         const char* changedBy;
         double changed;
     } rows[] = {{bound("on", {privateNode("on", "1")}), 2.0, nullptr, 0.0},
@@ -230,7 +230,7 @@ TEST(CAudioProcessTest, AStateIsBoundAsASlot) {
     for (const auto& row : rows) {
         CGraphTree tree({row.definition});
         ASSERT_EQ(tree.build("p"), "");
-        EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{row.heard});
+        EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{row.output});
         if (row.changedBy != nullptr) {
             tree.set(row.changedBy, 1.0);
             EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{row.changed});
@@ -242,12 +242,12 @@ TEST(CAudioProcessTest, BothConditionsMustHold) {
     CGraphTree tree({switchable({{"id", "11"}, {"param", "on"}, {"and-param", "also"}, {"and-range", "(0;2]"}})});
     ASSERT_EQ(tree.build("p"), "");
     const struct {
-        double on, also, heard;
+        double on, also, output;
     } rows[] = {{1, 0, 30}, {1, 1, 10}, {1, 2, 10}, {1, 3, 30}, {0, 1, 30}, {1, 1, 10}};
     for (const auto& row : rows) {
         tree.set("plugin.p.on", row.on);
         tree.set("plugin.p.also", row.also);
-        EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{row.heard}) << row.on << row.also;
+        EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{row.output}) << row.on << row.also;
     }
 }
 
@@ -256,11 +256,11 @@ TEST(CAudioProcessTest, EitherOfTheTwoParametersSwitchesAlone) {
     ASSERT_EQ(tree.build("p"), "");
     const struct {
         const char* param;
-        double value, heard;
+        double value, output;
     } rows[] = {{"on", 1, 30}, {"also", 1, 10}, {"also", 0, 30}, {"also", 1, 10}, {"on", 0, 30}};
     for (const auto& row : rows) {
         tree.set(std::string("plugin.p.") + row.param, row.value);
-        EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{row.heard}) << row.param << row.value;
+        EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{row.output}) << row.param << row.value;
     }
 }
 
@@ -292,11 +292,11 @@ TEST(CAudioProcessTest, ALinkWithBypassStatesIsLiveWhileOneOfThemIsActive) {
                       linkNode("*", "*", {{"bypass-state-id", "1 2"}}), stateNode({{"id", "1"}, {"param", "x"}}),
                       stateNode({{"id", "2"}, {"param", "y"}})})});
     ASSERT_EQ(tree.build("p"), "");
-    const struct { double x, y, heard; } rows[] = {{0, 0, 2}, {1, 0, 3}, {1, 1, 3}, {0, 1, 3}, {0, 0, 2}};
+    const struct { double x, y, output; } rows[] = {{0, 0, 2}, {1, 0, 3}, {1, 1, 3}, {0, 1, 3}, {0, 0, 2}};
     for (const auto& row : rows) {
         tree.set("plugin.p.x", row.x);
         tree.set("plugin.p.y", row.y);
-        EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{row.heard}) << row.x << row.y;
+        EXPECT_EQ(tree.runMono({1.0}), std::vector<double>{row.output}) << row.x << row.y;
     }
 }
 
@@ -379,7 +379,7 @@ TEST(CAudioProcessTest, TheStepIsAsLongAsTheShortestInput) {
     EXPECT_EQ(process.output(0).samples, 0);
 }
 
-TEST(CAudioProcessTest, ClearBuffersGivesTheBlocksOfAllPortsBack) {
+TEST(CAudioProcessTest, ClearBuffersReleasesTheBlocksOfAllPorts) {
     CGraphTree tree({processNode({gainNode("a", "2"), gainNode("b", "3")})});
     ASSERT_EQ(tree.build("p"), "");
     tree.runMono({1.0});

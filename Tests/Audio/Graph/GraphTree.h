@@ -18,7 +18,7 @@ std::vector<CCreatorRow> graphCreators();
 /// The first line of the failure of loading these nodes below `audio`, behind the converters; "" if they load.
 std::string graphLoadFailure(const std::vector<CTestNode>& nodes);
 
-/// A channel as it lies on a port.
+/// A channel of a port.
 struct CTestChannel {
     int32_t group = 0;
     int32_t element = 0;
@@ -27,9 +27,9 @@ struct CTestChannel {
 };
 using CTestChannels = std::vector<CTestChannel>;
 
-/// A process of its own, outside a plug-in: `audio` of the shared tree holds the converters and the test's definitions,
-/// and one of these is built and run as the core would. When it goes, no block may be left in use. One at a time: it
-/// starts the application.
+/// A process outside a plug-in: `audio` of the shared tree holds the converters and the test's definitions, and one of
+/// these is built and run as the core does it. The destructor fails the test if a block is still in use. One at a time:
+/// it starts the application.
 class CGraphTree {
 public:
     static constexpr double kRate = 44100.0;
@@ -66,7 +66,7 @@ public:
     /// A long signal on one channel of group 0 and element 0, in blocks of at most `block` samples.
     std::vector<double> runMono(const std::vector<double>& signal, int32_t block = 512);
 
-    /// Sets a number as an editor would; heard with the next block.
+    /// Sets a number as an editor does; acts in the next block.
     void set(const std::string& fullName, int32_t group, int32_t element, double value) const;
     void set(const std::string& fullName, double value) const { set(fullName, 0, 0, value); }
     /// The value that a slot of a process holds.
@@ -102,7 +102,7 @@ inline CTestNode linkNode(const std::string& src, const std::string& dst, CTestA
     attributes.insert(attributes.end(), more.begin(), more.end());
     return {"audio:process-link", "link", attributes};
 }
-/// A number without unit that others may set; its default in the definitions' own form (one value for each element).
+/// A shared number without unit; its default in the definitions' own form (one value for each element).
 inline CTestNode numberNode(const std::string& name, const std::string& def, CTestAttributes more = {}) {
     if (more.empty()) {
         more = {{"is-storable", "true"}};

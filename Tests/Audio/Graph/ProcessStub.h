@@ -20,7 +20,7 @@ inline std::ostream& operator<<(std::ostream& out, const CTaken& taken) {
     return out;
 }
 
-/// What a process is to the collector: a queue, slots and a flag.
+/// A process as the collector sees it: a queue, slots and a flag.
 struct CProcessStub {
     CAudioParamQueue queue;
     CAudioParamSlot slot;

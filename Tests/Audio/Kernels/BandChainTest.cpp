@@ -118,7 +118,7 @@ TEST(BandChain, GivesTheBitsOfOneKernelAfterTheOther) {
     }
 }
 
-TEST(BandChain, LeavesTheLinksAloneThatNobodyWants) {
+TEST(BandChain, DoesNotWriteLinksWithoutADestination) {
     for (const int32_t channels : {1, 2, 3}) {
         for (const int32_t count : {1, 3, 4, 9, 64}) {
             std::vector<CBandMemory> whole;
@@ -173,7 +173,7 @@ protected:
         caseOf(kStageNames[stage]).operands[1].fill(context->signal(handle));
         return handle;
     }
-    /// One stage of one channel: takes the input's reference over and gives the output.
+    /// Issues one stage of one channel; owns the reference of the input from then on, and returns the output.
     CBufferHandle issueStage(int32_t stage, CBufferHandle in, CBufferHandle state, CBufferHandle feed,
                              int32_t count = kMostFrames) const {
         const CBufferHandle out = context->takeBuffer(kBytes);
@@ -220,7 +220,7 @@ TEST_F(BandChainInContext, ThreeProcessesOfTwoChannelsAreOneCall) {
     EXPECT_EQ(context->references(signals[0]), 1);
 }
 
-TEST_F(BandChainInContext, ALinkThatSomebodyHoldsIsWritten) {
+TEST_F(BandChainInContext, ALinkWithAnotherReferenceIsWritten) {
     CBufferHandle blocks[kChainStages];
     for (int32_t s = 0; s < kChainStages; ++s) {
         blocks[s] = block(s);
@@ -313,7 +313,7 @@ TEST_F(BandChainInContext, StagesThatReadAnotherPlaceOfTheBufferAreNotJoined) {
 
 TEST_F(BandChainInContext, EndingAProcessWithoutOperationsKeepsNothing) {
     context->endProcess();
-    EXPECT_EQ(context->counters().flushes, 2u);  // that one, and the one that took the chain up
+    EXPECT_EQ(context->counters().flushes, 2u);  // that one, and the one that registered the chain
 }
 
 TEST_F(BandChainInContext, WhereverProcessesEndTheResultIsThatOfOneByOne) {

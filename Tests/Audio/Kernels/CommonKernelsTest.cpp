@@ -51,7 +51,7 @@ TEST(CommonKernels, GreaterAndLesserGiveTheSecondWhenTheFirstIsNotANumber) {
 }
 
 TEST(CommonKernels, ThreeAreComparedFromTheFirstOn) {
-    // A first that is not a number loses to the second; the third then meets the winner.
+    // Of a first that is not a number and a second the second is taken; the third is compared with that.
     EXPECT_EQ(run(kernelMax3, {{kNan, kNan, kNan}, {1.0, 1.0, 1.0}, {0.5, 2.0, 0.5}}),
               (std::vector<double>{1.0, 2.0, 1.0}));
     EXPECT_EQ(run(kernelMin3, {{kNan, kNan, kNan}, {1.0, 1.0, 1.0}, {0.5, 2.0, 0.5}}),
@@ -123,7 +123,7 @@ TEST(CommonKernels, TheNoiseIsASquareWaveFromBitTwentyThreeOfItsSeed) {
         EXPECT_TRUE(y == 1e-11 || y == -1e-11) << y;
         high += y > 0.0;
     }
-    EXPECT_GT(high, 400);  // a fair coin lies there but once in 10^9
+    EXPECT_GT(high, 400);  // a fair coin lies outside once in 10^9
     EXPECT_LT(high, 600);
     uint32_t expected = 0;
     for (int32_t i = 0; i < 1000; ++i) {

@@ -15,7 +15,7 @@
 namespace tarv {
 namespace {
 
-constexpr int32_t kMargin = 8;  // samples before and behind each operand that nothing may touch
+constexpr int32_t kMargin = 8;  // samples before and behind each operand that no kernel may write
 
 /// Where the operands of one operation lie.
 struct CArrangement {
@@ -25,7 +25,7 @@ struct CArrangement {
     int32_t shift = 0;                ///< samples from the source's start to the destination's
 };
 
-/// One operation with memory of its own, filled with noise; copies share nothing.
+/// One operation with separate memory, filled with noise; copies share nothing.
 class CTestOperation {
 public:
     CTestOperation(const CKernelCase& c, int32_t count, const CArrangement& arrangement) : case_(&c) {
@@ -59,7 +59,7 @@ public:
         return operation_;
     }
 
-    /// Bits of all memory, margins included, without what a block may keep for itself.
+    /// Bits of all memory, margins included, without the parts of a block that are not compared.
     std::vector<uint64_t> bits() const {
         std::vector<uint64_t> all;
         for (size_t j = 0; j < memories_.size(); ++j) {
@@ -133,7 +133,7 @@ TEST_F(KernelSweep, EveryKernelOfTheContextHasACase) {
     for (int32_t number = 0; number < context->kernelCount(); ++number) {
         const std::string name = context->kernel(number).name;
         if (name.find(".rdft") != std::string::npos || name.find(".conv") != std::string::npos) {
-            continue;  // proved by FourierKernelsTest
+            continue;  // FourierKernelsTest proves them
         }
         int32_t found = 0;
         for (const CKernelCase& c : cases) {

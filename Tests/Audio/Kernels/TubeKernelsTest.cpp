@@ -174,7 +174,7 @@ TEST(TubeKernels, ASteadyInputAtTheAutoGainPointSettlesWhereTheRecursionDoes) {
     design(block);
     const std::vector<double> level(44100, 1.009);
     const double settled = run(block, level, level).back();
-    // The state that the feed pulls at is the output before the auto-gain, hence not 1.0 to the last digit.
+    // The feed acts on the output before the auto-gain, so the state is not 1.0 to the last digit.
     EXPECT_NEAR(settled, 1.00004476, 5e-9);
 }
 

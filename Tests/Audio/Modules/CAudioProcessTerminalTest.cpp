@@ -52,7 +52,7 @@ void appendFade(CSignal& signal, double from, double to, int32_t length) {
 void expectNear(const CSignal& actual, const CSignal& expected) {
     ASSERT_EQ(actual.size(), expected.size());
     for (size_t i = 0; i < actual.size(); ++i) {
-        // The ramp is a recurrence: its rounding grows with the length, far below what is heard.
+        // The ramp is a recurrence: its rounding grows with the length, far below what is audible.
         ASSERT_NEAR(actual[i], expected[i], 1e-10) << i;
     }
 }
@@ -178,7 +178,7 @@ TEST(CAudioProcessTerminalTest, AChangeThatLeavesTheValuesAsTheyWereStartsNoFade
     tree.after(2.0, 1);
     EXPECT_EQ(tree.gain().fadeCount(), 0);
     tree.set(kGain, 3, 0, 9.0);  // a group that has no channel
-    tree.set(kGain, 0, 4, 9.0);  // an element that nobody reads
+    tree.set(kGain, 0, 4, 9.0);  // an element that no module reads
     tree.set("plugin.g.mute", 0.4);
     EXPECT_EQ(tree.runMono({1.0}), CSignal{2.0});
     EXPECT_EQ(tree.gain().fadeCount(), 0);
@@ -276,7 +276,7 @@ TEST(CAudioProcessTerminalTest, AFadeIsAsLongAsTheRateOfItsTimeSays) {
 TEST(CAudioProcessTerminalTest, AChangeIsDueAtOrBeforeTheCurrentTime) {
     CFade tree("0.0001");  // 4 samples
     CAudioParam& param = *tree.collector().findParam(kGain);
-    tree.graph.env->setRunning(true);  // while the engine stands still, every change is due at once
+    tree.graph.env->setRunning(true);  // while no audio runs, every change is due at once
     CAudioParamChange* change = tree.collector().createChange(param, 0, 0, 1);
     change->values[0] = 6.0;
     tree.collector().postChange(param, change, true, 5.0);
@@ -301,7 +301,7 @@ TEST(CAudioProcessTerminalTest, AResetEndsTheFadeWithTheNewValue) {
 TEST(CAudioProcessTerminalTest, AProcessMayGoInTheMiddleOfAFade) {
     CFade tree;
     tree.after(6.0, 10);
-    EXPECT_EQ(tree.gain().fadeCount(), 1);  // the tree looks for blocks that were left behind
+    EXPECT_EQ(tree.gain().fadeCount(), 1);  // the tree fails the test for blocks still in use
 }
 
 TEST(CAudioProcessTerminalTest, ChannelsKeepTheirModulesWhenOthersComeAndGo) {
@@ -318,7 +318,7 @@ TEST(CAudioProcessTerminalTest, ChannelsKeepTheirModulesWhenOthersComeAndGo) {
     appendFade(fade, 2.0, 6.0, 44);
     expectNear(out[0].samples, CSignal(fade.begin() + 10, fade.begin() + 20));
     EXPECT_EQ(tree.gain().fadeCount(), 1);
-    // Another channel in its place is another one.
+    // A channel with another serial starts without a fade.
     tree.run({first});
     EXPECT_EQ(tree.gain().fadeCount(), 0);
     EXPECT_EQ(samplesOf(tree.run({second})), std::vector<CSignal>{CSignal(10, 6.0)});

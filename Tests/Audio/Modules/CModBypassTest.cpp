@@ -34,9 +34,9 @@ public:
 
 TEST(CModBypassTest, EnableAboveOneHalfPassesTheDrySignal) {
     CBypass tree;
-    for (const auto& [value, heard] : {std::pair{0.0, 1.0}, {0.5, 1.0}, {0.51, 2.0}, {1.0, 2.0}}) {
+    for (const auto& [value, output] : {std::pair{0.0, 1.0}, {0.5, 1.0}, {0.51, 2.0}, {1.0, 2.0}}) {
         tree.set(kEnable, value);
-        EXPECT_EQ(tree.pass(3), CSignal(3, heard)) << value;
+        EXPECT_EQ(tree.pass(3), CSignal(3, output)) << value;
     }
     EXPECT_EQ(tree.graph.context->counters().operations, 0u);  // by reference
 }
@@ -107,7 +107,7 @@ TEST(CModBypassTest, WithoutIsGroup0EachGroupHasItsOwnSwitch) {
 TEST(CModBypassTest, SoloedGroupsSoundAlone) {
     const struct {
         std::vector<int32_t> soloed;
-        bool isHeard[3];  // groups 0, 2 and 7
+        bool passes[3];  // groups 0, 2 and 7
     } rows[] = {{{}, {true, true, true}},
                 {{0}, {true, false, false}},
                 {{2, 7}, {false, true, true}},
@@ -120,7 +120,7 @@ TEST(CModBypassTest, SoloedGroupsSoundAlone) {
         }
         const CTestChannels out = tree.run({{0, 0, {1.0}}, {2, 1, {1.0}}, {7, 2, {1.0}}});
         for (size_t i = 0; i < 3; ++i) {
-            EXPECT_EQ(out[i].samples[0], row.isHeard[i] ? 1.0 : antiDenormalNoise(1)[0]) << row.soloed.size() << i;
+            EXPECT_EQ(out[i].samples[0], row.passes[i] ? 1.0 : antiDenormalNoise(1)[0]) << row.soloed.size() << i;
         }
     }
 }

@@ -31,7 +31,7 @@ TEST(CModDenormTest, AResetStartsTheNoiseAnew) {
     EXPECT_EQ(tree.runMono(CSignal(50, 0.0)), antiDenormalNoise(50));
 }
 
-/// The product's arrangement: the noise behind a state that hangs, inverted, on a switch.
+/// The product's arrangement: the noise with a bypass state that is the inverse of a switch.
 TEST(CModDenormTest, TheSwitchTakesTheNoiseOutAndPutsItBack) {
     CGraphTree tree(
         {{"audio:process-def",

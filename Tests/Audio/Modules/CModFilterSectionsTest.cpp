@@ -1,4 +1,4 @@
-// What a filter makes of the lists that its generators deliver: gains, series, parallel sections, convolutions.
+// How a filter runs the lists that its generators deliver: gains, series, parallel sections, convolutions.
 
 #include "Tests/Audio/Modules/FilterModuleTree.h"
 
@@ -139,7 +139,7 @@ TEST(CModFilterSectionsTest, AnFirSectionFadesFromItsOldTapsToItsNewOnes) {
     EXPECT_NEAR(out[44], 0.5, 1e-13);
 }
 
-/// A filter of 301 taps, of which the last is the parameter `freq`: what it gives is 300 samples late.
+/// A filter of 301 taps, of which the last is the parameter `freq`: its output is 300 samples late.
 std::vector<CTestNode> lateTap(CTestAttributes attributes) {
     std::string zeros;
     for (int32_t i = 0; i < 300; ++i) {

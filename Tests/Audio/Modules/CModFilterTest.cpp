@@ -111,15 +111,15 @@ TEST(CModFilterTest, InAStackTheElementsStandBehindTheStackPositionAndStayCurren
                {"audio:process-def", "s", {{"is-stacked", "true"}, {"stack-param", "^.bands"}}, {filter}}}}});
         ASSERT_EQ(tree.build("p"), "");
         tree.start();
-        const auto heard = [&tree] { return tree.runMono({1.0})[0]; };
+        const auto output = [&tree] { return tree.runMono({1.0})[0]; };
         // Position 0 has elements 0 and 1, position 1 has 1 and 2.
-        EXPECT_EQ(heard(), 1.0 * 0.5 * 0.5 * 0.25) << isCountShared;
+        EXPECT_EQ(output(), 1.0 * 0.5 * 0.5 * 0.25) << isCountShared;
         tree.process().reset();
         tree.set("plugin.p.freqs", 0, 2, 1.0);
-        EXPECT_EQ(heard(), 0.25) << isCountShared;
+        EXPECT_EQ(output(), 0.25) << isCountShared;
         tree.process().reset();
         tree.set("plugin.p.freqs", 0, 1, 1.0);
-        EXPECT_EQ(heard(), 1.0) << isCountShared;
+        EXPECT_EQ(output(), 1.0) << isCountShared;
     }
 }
 
@@ -148,7 +148,7 @@ TEST(CModFilterTest, AChangeWithinATypeKeepsTheHistoryAndOneOfTheTypeClearsIt) {
     tree.set("plugin.f.index", 1.0);
     COnePole fresh{0.25};
     EXPECT_EQ(tree.runMono({3.0}), CSignal{3.0 - fresh.next(3.0)});
-    // And the way back starts from silence, too.
+    // The change back starts from silence, too.
     tree.set("plugin.f.index", 0.0);
     EXPECT_EQ(tree.runMono({8.0}), CSignal{2.0});
 }

@@ -20,7 +20,7 @@ public:
 
 TEST(CModGainTest, TheSignalIsMultiplied) {
     CGain tree("-0.25");
-    EXPECT_EQ(tree.runMono({1.0}), antiDenormalNoise(1));  // below nothing, too
+    EXPECT_EQ(tree.runMono({1.0}), antiDenormalNoise(1));  // below 0, too
     tree.set("plugin.g.gain", 0.3);
     const CSignal in = noiseSignal(100);
     CSignal expected = in;

@@ -29,7 +29,7 @@ std::vector<CTestNode> filterNodes(const std::string& name, const std::string& g
              {privateNode("index", "0"), allocNode("count", 0), allocNode("index", 1)}}};
 }
 
-/// The shared definitions that the resamplers look for, without the one of that name.
+/// The shared definitions that the resamplers need, without the one of that name.
 std::vector<CTestNode> sharedNodes(const std::string& without = "", const std::string& k = "1") {
     std::vector<CTestNode> nodes = {{"audio:modInterpolator", "modUpsamplerInterpolator"},
                                     {"audio:modDecimator", "modDownsamplerDecimator"}};
@@ -275,7 +275,7 @@ TEST(CModResamplerTest, DelaysOfTheFiltersAreSummedInHostSamples) {
     tree.start();
     EXPECT_EQ(tree.inner("up").outputDelay(), 20 + 10);  // 40 samples at twice and at four times the rate
     EXPECT_EQ(tree.process().outputDelay(), 60);
-    // Whenever a stage comes or goes, the core is asked to sum anew; filters know their delay once they are designed.
+    // Whenever a stage comes or goes the delays are invalidated; filters know their delay when they are designed.
     const struct {
         double over;
         int32_t delay;
@@ -289,7 +289,7 @@ TEST(CModResamplerTest, DelaysOfTheFiltersAreSummedInHostSamples) {
     }
 }
 
-TEST(CModResamplerTest, WhatRunsAtTheRaisedRateHearsOfAnotherSignal) {
+TEST(CModResamplerTest, WhatRunsAtTheRaisedRateMeetsAnotherSerial) {
     CGraphTree tree(with(sharedNodes("", "0.5"), pairNode("2")));
     ASSERT_EQ(tree.build("p"), "");
     tree.start();

@@ -148,7 +148,7 @@ TEST(CModRouterTest, HostOutputsBeyondTheTableAreSilent) {
     EXPECT_EQ(received(tree.run(elements({0, 1}))), "0.0=10 0.1=11");
 }
 
-TEST(CModRouterTest, AChangeOfRoutingIsHeardAtOnce) {
+TEST(CModRouterTest, AChangeOfRoutingActsAtOnce) {
     for (const bool isOutput : {false, true}) {
         CRouter tree("1,2,0,0,0,0,0,0", "0", isOutput);
         tree.start(elements({0, 1}));
@@ -221,14 +221,14 @@ TEST(CModRouterTest, AnElementThatComesBackStartsFromSilence) {
     tree.runMono(later);
     tree.set("plugin.p.r.routing", 1.0);
     EXPECT_EQ(tree.runMono(later), fresh);
-    // Away and back within one block, with nothing heard in between: another signal all the same.
+    // Away and back within one block, with no sample in between: it still counts as another signal.
     tree.set("plugin.p.r.routing", 2.0);
     tree.run({{0, 0, {}}});
     tree.set("plugin.p.r.routing", 1.0);
     EXPECT_EQ(tree.runMono(later), fresh);
 }
 
-TEST(CModRouterTest, WhatFollowsTheOutputsHearsOfAnotherSignal) {
+TEST(CModRouterTest, WhatFollowsTheOutputsMeetsAnotherSerial) {
     CGraphTree tree({{"audio:process-def",
                       "p",
                       {},
