@@ -25,8 +25,10 @@ constexpr size_t kChannels = 16;
 struct CLayout {
     int32_t frames;
     float oversampling;  ///< normalised: 0.25 is 1x, 1 is 8x
+    bool isAutomated;    ///< a gesture on every band: no run is steady, so that scheduling and fades count
 };
-constexpr CLayout kLayouts[] = {{32, 0.25f}, {512, 0.25f}, {512, 1.0f}};
+constexpr CLayout kLayouts[] = {
+    {32, 0.25f, false}, {512, 0.25f, false}, {512, 1.0f, false}, {32, 0.25f, true}, {512, 0.25f, true}};
 
 class CSide {
 public:
@@ -46,12 +48,19 @@ public:
         host_.suspend();
         host_.prepare(kRate, layout.frames, 1);
         host_.setParameter(host_.findParameter("Oversmp"), layout.oversampling);
-        for (int32_t band = 0; band < 7; ++band) {
-            host_.setParameter(host_.findParameter("EQA" + std::to_string(band)), 0.3f + 0.08f * band);
+        for (int32_t band = 0; band < kBands; ++band) {
+            bands_[band] = host_.findParameter("EQA" + std::to_string(band));
+            host_.setParameter(bands_[band], 0.3f + 0.08f * band);
         }
         out_.assign(kChannels, std::vector<double>(static_cast<size_t>(layout.frames)));
         host_.resume();
         times_.clear();
+    }
+
+    void moveBands(int32_t round) {
+        for (const int32_t band : bands_) {
+            host_.setParameter(band, 0.3f + 0.004f * (round % 100));
+        }
     }
 
     void process(std::vector<std::vector<double>>& in, int32_t frames) {
@@ -70,11 +79,14 @@ public:
     bool soundsAs(const CSide& other) const { return out_ == other.out_; }
 
 private:
+    static constexpr int32_t kBands = 7;
+
     std::string path_;
     host::CPluginLibrary library_;
     host::CVstHost host_;
     std::vector<std::vector<double>> out_;
     std::vector<double> times_;
+    int32_t bands_[kBands] = {};
 };
 
 double medianOf(std::vector<double> values) {
@@ -89,6 +101,7 @@ void compare(CSide& before, CSide& after, const CLayout& layout) {
     std::mt19937 random(1);
     std::uniform_real_distribution<double> noise(-0.5, 0.5);
     std::vector<std::vector<double>> in(kChannels, std::vector<double>(static_cast<size_t>(layout.frames)));
+    bool isSame = true;
     for (int32_t round = 0; round < kWarmUp + kRounds; ++round) {
         for (std::vector<double>& channel : in) {
             std::generate(channel.begin(), channel.end(), [&] { return noise(random); });
@@ -96,8 +109,13 @@ void compare(CSide& before, CSide& after, const CLayout& layout) {
         // Each goes first as often as the other: the second finds the input in the cache.
         CSide& first = round % 2 == 0 ? before : after;
         CSide& second = round % 2 == 0 ? after : before;
+        if (layout.isAutomated) {
+            first.moveBands(round);
+            second.moveBands(round);
+        }
         first.process(in, layout.frames);
         second.process(in, layout.frames);
+        isSame = isSame && after.soundsAs(before);
     }
     const std::vector<double> a(before.times().begin() + kWarmUp, before.times().end());
     const std::vector<double> b(after.times().begin() + kWarmUp, after.times().end());
@@ -107,9 +125,11 @@ void compare(CSide& before, CSide& after, const CLayout& layout) {
         ratios.push_back((b[i] + b[i + 1]) / (a[i] + a[i + 1]));
     }
     const double scale = 1e9 / layout.frames;
-    std::printf("%4d frames, %s   before %7.2f   after %7.2f ns a frame   ratio of medians %.4f, of pairs %.4f   %s\n",
-                layout.frames, layout.oversampling == 1.0f ? "8x" : "1x", medianOf(a) * scale, medianOf(b) * scale,
-                medianOf(b) / medianOf(a), medianOf(ratios), after.soundsAs(before) ? "same bits" : "other bits");
+    std::printf(
+        "%4d frames, %s, %s   before %7.2f   after %7.2f ns a frame   ratio of medians %.4f, of pairs %.4f   %s\n",
+        layout.frames, layout.oversampling == 1.0f ? "8x" : "1x", layout.isAutomated ? "moved " : "steady",
+        medianOf(a) * scale, medianOf(b) * scale, medianOf(b) / medianOf(a), medianOf(ratios),
+        isSame ? "same bits" : "other bits");
 }
 
 }  // namespace
