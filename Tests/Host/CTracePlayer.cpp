@@ -1,4 +1,4 @@
-// Reads traces of hosts and plays them back beside an effect that had everything in time.
+// Reads traces of hosts and plays them back beside a reference effect whose settings come before its resume.
 
 #include "CTracePlayer.h"
 
@@ -48,7 +48,7 @@ bool readCall(const std::string& text, CTraceCall& call) {
     return letter == 't' && !in.fail();
 }
 
-/// One line with the lines in which it goes on.
+/// Reads one line and those that continue it.
 bool nextLine(std::istream& in, std::string& line) {
     std::string part;
     line.clear();
@@ -87,7 +87,7 @@ std::vector<CTraceCall> readTrace(const char* lines) {
         }
         for (int32_t round = 0; round < times; ++round) {
             for (CTraceCall call : loop) {
-                // Audacity asks for an index in the value.
+                // Audacity passes the index in the value.
                 const bool isInValue = call.kind == CTraceCall::kDispatch &&
                                        call.opcode == vst::kEffectCanBeAutomated && call.index == 0 && loop.size() > 1;
                 if (isInValue) {
@@ -102,7 +102,7 @@ std::vector<CTraceCall> readTrace(const char* lines) {
     return calls;
 }
 
-/// A thread that does one thing after another, while the player waits.
+/// A thread that runs one task at a time, while the player waits.
 class CTracePlayer::CThread {
 public:
     CThread() : thread_([this] { run(); }) {}
@@ -150,7 +150,7 @@ CTracePlayer::~CTracePlayer() = default;
 void CTracePlayer::makeChunks(vst::EntryProc entry) {
     CVstHost donor;
     if (donor.open(entry)) {
-        // All but bypass and oversampling, which is the last: with another rate inside everything starts anew anyway.
+        // All but bypass and oversampling, the last one: at another oversampling every effect would start anew.
         for (int32_t i = 1; i < donor.effect()->numParams - 1; ++i) {
             donor.setParameter(i, 0.3f + 0.02f * static_cast<float>(i));
         }
@@ -207,6 +207,7 @@ void CTracePlayer::dispatch(const CTraceCall& call) {
     char text[512] = {};
     std::memcpy(text, call.text.c_str(), call.text.size());
     if (call.opcode == vst::kEffectClose) {
+        compareParameters();  // Qtractor quits without a `mains off`
         subject_.close();
         return;
     }

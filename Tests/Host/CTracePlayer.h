@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "CHostTrace.h"
 #include "CVstHost.h"
-#include "HostTraces.h"
 
 namespace tarv::host {
 
@@ -23,13 +23,14 @@ struct CTraceCall {
     std::string text;  ///< of a question
 };
 
-/// Every call of a trace, its loops unrolled. A line that cannot be read ends it.
+/// Every call of a trace, its loops unrolled. Ends before a line that cannot be read.
 std::vector<CTraceCall> readTrace(const char* lines);
 
-/// Makes the calls of a trace to a fresh effect, each on the thread that it has there, and compares every block with
-/// what a second effect gives, bit for bit: one that is suspended, gets rate, block size and all that was set so far,
-/// and is resumed. It is started where the first block behind a resume stands; what comes later is done to both.
-/// Chunks, of which a trace has only the sizes, are those of an effect with values of the player's.
+/// Makes the calls of a trace to a fresh effect, each on the thread that it has in the trace, and compares every block,
+/// bit for bit, with the output of a second effect, the reference. The reference is made before the first block behind
+/// a resume: suspended it gets rate, block size and all changes so far, and is resumed. Later changes go to both.
+/// Parameters are compared before a suspend and before the end. A trace has the sizes of chunks only: the player makes
+/// chunks with values that it chose.
 class CTracePlayer {
 public:
     CTracePlayer(vst::EntryProc entry, const CHostTrace& trace);
@@ -37,16 +38,17 @@ public:
 
     /// The first difference, or "".
     std::string play();
-    /// Whether the host removed the effect.
+    /// Whether the trace ended with the effect closed.
     bool isClosed() const { return subject_.effect() == nullptr; }
     int32_t blockCount() const { return blockCount_; }
     int32_t channels() const { return channels_; }
-    /// The highest sample that came out.
+    /// The highest absolute sample of the first output.
     double level() const { return level_; }
 
 private:
     class CThread;
     static constexpr size_t kThreads = 2;
+    /// Of a longer run of blocks the first are played.
     static constexpr int32_t kBlocksInARow = 60;
 
     void make(const CTraceCall& call);
