@@ -1,11 +1,12 @@
+// Start, state, suspend, resume and blocks of an instance.
+
 #include "Audio/Instance/CAudioWrapper.h"
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "Audio/Engine/CAudioInterfaceBase.h"
-#include "Audio/Graph/CAudioProcessBase.h"
-#include "Audio/Instance/CAudioCCTable.h"
-#include "Audio/Modules/CModOutput.h"
 #include "Audio/Modules/CQPLEXContextObject.h"
 #include "Audio/Parameters/CAudioEnv.h"
 #include "Audio/Parameters/CAudioExtParam.h"
@@ -14,14 +15,17 @@
 #include "Audio/Stores/CAudioDefaultPreset.h"
 #include "Audio/Visuals/CAudioVizCollector.h"
 #include "Core/CApplication.h"
-#include "Core/CApplicationData.h"
 #include "Core/CompressedBlock.h"
 
 namespace tarv {
 
 namespace {
 
-constexpr const char* kOversamplingLevel = "oversampling-level";
+constexpr int32_t kOfflineLevel = 4;
+
+int32_t hostChannelCount(int32_t count) {
+    return std::clamp(count, 1, CAudioBlockRunner::kMaxHostChannels);
+}
 
 }  // namespace
 
@@ -36,209 +40,72 @@ private:
     int32_t index_;
 };
 
-CAudioWrapper::CAudioWrapper() : oversamplingBridge_(this, &CAudioWrapper::readOversamplingLevel) {}
+CAudioWrapper::CAudioWrapper() = default;
 
 CAudioWrapper::~CAudioWrapper() {
     stopMessages();
-    oversamplingBridge_.disconnect();
-    if (extParamList_ != nullptr) {
-        for (int32_t i = 0; i < extParamList_->count(); ++i) {
-            extParamList_->param(i)->setHostBridge(nullptr);
+    hostParams_.disconnect();
+    if (extParamList() != nullptr) {
+        for (int32_t i = 0; i < extParamList()->count(); ++i) {
+            extParamList()->param(i)->setHostBridge(nullptr);
         }
     }
     extParamBridges_.deleteAll();
     globalParams_.deleteAll();
-    delete outputProcess_;
-    delete mainProcess_;
-    if (paramCollector_ != nullptr) {
-        paramCollector_->detachConsumers();
+    graph_.destroyProcesses();
+    if (paramCollector() != nullptr) {
+        paramCollector()->detachConsumers();
     }
     delete root_;
 }
 
 void CAudioWrapper::stopMessages() {
-    if (interfaceBase_ != nullptr) {
-        interfaceBase_->stopMessages();
+    if (interfaceBase() != nullptr) {
+        interfaceBase()->stopMessages();
     }
 }
 
 CQPLEXContext* CAudioWrapper::context() const {
-    return contextObject_ != nullptr ? contextObject_->context() : nullptr;
+    return objects_.context != nullptr ? objects_.context->context() : nullptr;
 }
 
 CError* CAudioWrapper::init() {
     if (!CApplication::exists()) {
         TARV_FAIL("@tarvstr_CAudioWrapper_init_NoApplication No application object created.");
     }
-    TARV_TRY(CApplication::initRootObject(root_));
-    CObject* created = nullptr;
-    TARV_TRY(root_->createChild(created, "plugin", "plugin", true));
-    plugin_ = root_->findChild("plugin");
-    if (plugin_ == nullptr) {
-        TARV_FAIL("@tarvstr_CAudioWrapper_init_NoPlugin Plug-in tree object with the name 'plugin' is required.");
-    }
-    TARV_TRY(readProject());
-    TARV_TRY(findRequiredObjects());
-    TARV_TRY(createProcesses());
-    TARV_TRY(createGlobalParams());
-    startWithDefaultPreset();  // before the host's bridges: it has not got the instance yet
-    interfaceBase_->setGroupCount(groupCount_);
-    interfaceBase_->setInternalChannelCount(channelCount_);
-    for (int32_t i = 0; i < extParamList_->count(); ++i) {
-        auto* bridge = new CExtParamBridge(*this, i);
-        extParamBridges_.append(bridge);
-        extParamList_->param(i)->setHostBridge(bridge);
-    }
-    inputCount_ = 1;
-    outputCount_ = 1;
+    TARV_TRY(createTree());
+    TARV_TRY(info_.read(*project_));
+    TARV_TRY(objects_.find(*root_));
+    hostParams_.init(*paramCollector());
+    TARV_TRY(graph_.init(objects_, internalChannelCount(), groupCount()));
+    paramCollector()->closeCollection();
+    createGlobalParams();
+    startWithDefaultPreset();  // before the bridges: the host has not got the instance yet
+    interfaceBase()->setGroupCount(groupCount());
+    interfaceBase()->setInternalChannelCount(internalChannelCount());
+    connectHost();
     sampleRateChanged_ = true;
-    oversamplingBridge_.subscribe(CGlobalData::instance(), kOversamplingLevel);
-    readOversamplingLevel(nullptr);
+    hostParams_.followSetting();
     return nullptr;
 }
 
-CError* CAudioWrapper::readProject() {
-    hasSidechain_ = plugin_->getAttrBool("sidechain");
+CError* CAudioWrapper::createTree() {
+    TARV_TRY(CApplication::initRootObject(root_));
+    CObject* created = nullptr;
+    TARV_TRY(root_->createChild(created, "plugin", "plugin", true));
+    const CObject* const plugin = root_->findChild("plugin");
+    if (plugin == nullptr) {
+        TARV_FAIL("@tarvstr_CAudioWrapper_init_NoPlugin Plug-in tree object with the name 'plugin' is required.");
+    }
+    useHostBpm_ = plugin->getAttrBool("use-host-bpm");
     project_ = root_->findObject("shared::project");
     if (project_ == nullptr) {
         TARV_FAIL("@tarvstr_CAudioWrapper_init_NoProject Shared project root 'shared::project' object is required.");
     }
-    pluginName_ = project_->getAttrString("app-name");
-    if (pluginName_.isEmpty()) {
-        TARV_FAIL("@tarvstr_CAudioWrapper_init_NoPluginName Plug-in name is empty.");
-    }
-    vendorName_ = project_->getAttrString("app-vendor");
-    if (vendorName_.isEmpty()) {
-        TARV_FAIL("@tarvstr_CAudioWrapper_init_NoVendorName Vendor name is empty.");
-    }
-    useHostBpm_ = plugin_->getAttrBool("use-host-bpm");
-    channelCount_ = project_->getAttrInt("plugin-intchannel-count");
-    if (channelCount_ < 1 || channelCount_ > 32) {
-        TARV_FAIL("@tarvstr_CAudioWrapper_init_InvalidChannelCount Invalid 'plugin-intchannel-count' attribute value.");
-    }
-    groupCount_ = project_->getAttrInt("plugin-group-count");
-    if (groupCount_ < 1 || groupCount_ > 8) {
-        TARV_FAIL("@tarvstr_CAudioWrapper_init_InvalidGroupCount Invalid 'plugin-group-count' attribute value.");
-    }
-    TARV_TRY(acquirePluginCode(project_->getAttrString("plugin-code"), pluginCode_));
-    TARV_TRY(parseVersion(project_->getAttrString("app-version"), version_));
     return nullptr;
 }
 
-CError* CAudioWrapper::acquirePluginCode(const CString& text, uint32_t& code) {
-    if (text.length() != 4) {
-        TARV_FAIL("@tarvstr_CAudioWrapper_acquirePluginCode_InvalidCode Invalid plug-in code in string '%1'.", text);
-    }
-    code = 0;
-    for (int32_t i = 0; i < 4; ++i) {
-        code = (code << 8) + (text.at(i) & 0xff);
-    }
-    return nullptr;
-}
-
-CError* CAudioWrapper::parseVersion(const CString& text, int32_t (&version)[3]) {
-    const CArray<CString, 4> parts = text.split('.', true);
-    bool isGood = parts.count() == 2 || parts.count() == 3;
-    int32_t numbers[3] = {0, 0, 0};
-    for (int32_t i = 0; isGood && i < parts.count(); ++i) {
-        numbers[i] = CString::toInt(parts[i], &isGood);
-        isGood = isGood && numbers[i] >= 0;
-    }
-    if (!isGood) {
-        TARV_FAIL("@tarvstr_CAudioWrapper_parseVersion_InvalidVersion Invalid version specification in string '%1'.",
-                  text);
-    }
-    for (int32_t i = 0; i < 3; ++i) {
-        version[i] = numbers[i];
-    }
-    return nullptr;
-}
-
-template <class T>
-CError* CAudioWrapper::findRequired(const char* path, const char* message, T*& found) const {
-    found = root_->findObjectOf<T>(path);
-    if (found == nullptr) {
-        TARV_FAIL(message);
-    }
-    return nullptr;
-}
-
-CError* CAudioWrapper::findRequiredObjects() {
-    TARV_TRY(findRequired("plugin.qplex-context",
-                          "@tarvstr_CAudioWrapper_init_NoContext No valid QPLEX context object with the name "
-                          "'plugin.qplex-context' defined.",
-                          contextObject_));
-    TARV_TRY(findRequired(
-        "plugin.audio-env",
-        "@tarvstr_CAudioWrapper_init_NoEnv No valid env object with the name 'plugin.audio-env' defined.", env_));
-    TARV_TRY(findRequired("plugin.param-collector",
-                          "@tarvstr_CAudioWrapper_init_NoParamCollector No valid parameter collector object with the "
-                          "name 'plugin.param-collector' defined.",
-                          paramCollector_));
-    TARV_TRY(findRequired("plugin.viz-collector",
-                          "@tarvstr_CAudioWrapper_init_NoVizCollector No valid visual object collector object with the "
-                          "name 'plugin.viz-collector' defined.",
-                          vizCollector_));
-    TARV_TRY(findRequired("plugin.interface-base",
-                          "@tarvstr_CAudioWrapper_init_NoInterfaceBase No valid interface base collector object with "
-                          "the name 'plugin.interface-base' defined.",
-                          interfaceBase_));
-    TARV_TRY(findRequired("plugin.ext-param-list",
-                          "@tarvstr_CAudioWrapper_init_NoExtParamList No valid CAudioExtParamList* object with the "
-                          "name 'plugin.ext-param-list' defined.",
-                          extParamList_));
-    TARV_TRY(findRequired("plugin.cctable",
-                          "@tarvstr_CAudioWrapper_init_NoCCTable No valid CAudioCCTable* object with the name "
-                          "'plugin.cctable' defined.",
-                          ccTable_));
-    TARV_TRY(findRequired("plugin.param-registry",
-                          "@tarvstr_CAudioWrapper_init_NoParamRegistry No valid parameter registry object with the "
-                          "name 'plugin.param-registry' defined.",
-                          paramRegistry_));
-    TARV_TRY(findRequired("shared::audio.modMain",
-                          "@tarvstr_CAudioWrapper_init_NoMainDef No main process definition object with the name "
-                          "'shared::audio.modMain' found.",
-                          mainDef_));
-    TARV_TRY(findRequired("shared::audio.modOutput",
-                          "@tarvstr_CAudioWrapper_init_NoOutputDef No output process definition object with the name "
-                          "'shared::audio.modOutput' found.",
-                          outputDef_));
-    return nullptr;
-}
-
-CError* CAudioWrapper::createProcesses() {
-    graph_.context = contextObject_->context();
-    graph_.collector = paramCollector_;
-    graph_.env = env_;
-    graph_.channelCount = channelCount_;
-    graph_.groupCount = groupCount_;
-    hostOversamplingParam_ = paramCollector_->getParam("plugin.modMain.host-oversampling-mode");
-    hostOfflineParam_ = paramCollector_->getParam("plugin.modMain.host-offline");
-    hostLatencyParam_ = paramCollector_->getParam("plugin.modMain.host-latency-change");
-    hostBpmParam_ = paramCollector_->getParam("plugin.modMain.host-bpm");
-    bypassParam_ = paramCollector_->getParam("plugin.modMain.modBypass.enable");
-
-    mainProcess_ = mainDef_->instantiate();
-    mainProcess_->place({&graph_, nullptr, mainDef_, "plugin.modMain", "modMain", -1});
-    TARV_TRY(mainProcess_->init());
-    mainProcess_->needInput(0);
-    mainProcess_->needOutput(0);
-
-    CAudioProcessBase* output = outputDef_->instantiate();
-    outputProcess_ = dynamic_cast<CModOutput*>(output);
-    if (outputProcess_ == nullptr) {
-        delete output;
-        TARV_FAIL(
-            "@tarvstr_CAudioWrapper_init_InvalidOutput Output process object 'shared::audio.modOutput' is not of "
-            "required 'CModOutput' type.");
-    }
-    outputProcess_->place({&graph_, nullptr, outputDef_, "plugin.modOutput", "modOutput", -1});
-    TARV_TRY(outputProcess_->init());
-    paramCollector_->closeCollection();
-    return nullptr;
-}
-
-CError* CAudioWrapper::createGlobalParams() {
+void CAudioWrapper::createGlobalParams() {
     CLocalData& local = CLocalData::instance();
     CGlobalData& global = CGlobalData::instance();
     const struct {
@@ -252,20 +119,12 @@ CError* CAudioWrapper::createGlobalParams() {
         {"plugin.modMain.denorm-enable", "denorm-enable", global},
     };
     for (const auto& row : rows) {
-        CAudioParam* param = paramCollector_->getParam(row.param);
+        CAudioParam* param = paramCollector()->getParam(row.param);
         // Without a definition there is no value to share with other instances.
         if (param->isDefined()) {
             globalParams_.append(new CAudioGlobalParam(*param, row.store, row.key));
         }
     }
-    return nullptr;
-}
-
-// Also called by the store when the setting is written, on the writer's thread: the next block asks for the level.
-void CAudioWrapper::readOversamplingLevel(CCheckedObject*) {
-    bool isNumber = false;
-    const int32_t level = CString::toInt(CGlobalData::instance().readText(kOversamplingLevel, "1"), &isNumber);
-    oversamplingLevel_.store(isNumber ? level : 1, std::memory_order_relaxed);
 }
 
 void CAudioWrapper::startWithDefaultPreset() {
@@ -274,15 +133,23 @@ void CAudioWrapper::startWithDefaultPreset() {
     if (!stream.isEmpty()) {
         CMemoryReader reader(stream.data(), static_cast<uint32_t>(stream.count()));
         // A damaged one changes nothing.
-        TARV_CONSUME(paramRegistry_->activatePreset(reader, {-1, false, false}));
+        TARV_CONSUME(paramRegistry()->activatePreset(reader, {-1, false, false}));
+    }
+}
+
+void CAudioWrapper::connectHost() {
+    for (int32_t i = 0; i < extParamList()->count(); ++i) {
+        auto* bridge = new CExtParamBridge(*this, i);
+        extParamBridges_.append(bridge);
+        extParamList()->param(i)->setHostBridge(bridge);
     }
 }
 
 CError* CAudioWrapper::getState(CByteBuffer& chunk, bool isProgram) {
     CByteBuffer stream;
     CBufferWriter writer(stream);
-    TARV_TRY(isProgram ? paramRegistry_->acquirePreset(false, -1, -1, writer, false)
-                       : paramRegistry_->acquireBank(false, writer, false));
+    TARV_TRY(isProgram ? paramRegistry()->acquirePreset(false, -1, -1, writer, false)
+                       : paramRegistry()->acquireBank(false, writer, false));
     CByteBuffer packed;
     CBufferWriter packedWriter(packed);
     TARV_TRY(packedWriter.writeCompressedData(stream, isProgram ? kPresetBlockId : kBankBlockId));
@@ -308,52 +175,134 @@ CError* CAudioWrapper::setState(const void* data, int64_t size, bool isProgram, 
     TARV_TRY(reader.readCompressedData(bytes, id));
     CMemoryReader stream(bytes.data(), static_cast<uint32_t>(bytes.count()));
     const CPresetRequest request{-1, true, false};
-    TARV_TRY(isProgram ? paramRegistry_->activatePreset(stream, request)
-                       : paramRegistry_->activateBank(stream, request));
-    interfaceBase_->sendState();
+    TARV_TRY(isProgram ? paramRegistry()->activatePreset(stream, request)
+                       : paramRegistry()->activateBank(stream, request));
+    interfaceBase()->sendState();
     return nullptr;
 }
 
 bool CAudioWrapper::isActive() const {
-    return env_ != nullptr && env_->isRunning();
+    return env() != nullptr && env()->isRunning();
 }
 
 int32_t CAudioWrapper::latency() const {
-    return env_ != nullptr ? env_->latency() : 0;
+    return env() != nullptr ? env()->latency() : 0;
 }
 
 void CAudioWrapper::setSampleRate(double rate) {
-    if (!(rate > 0.0) || !std::isfinite(rate) || rate == env_->sampleRate()) {
+    if (!(rate > 0.0) || !std::isfinite(rate) || rate == env()->sampleRate()) {
         return;
     }
     {
-        CLockScope scope(env_->lock());
-        env_->setSampleRate(rate);
+        CLockScope scope(env()->lock());
+        env()->setSampleRate(rate);
         sampleRateChanged_ = true;
     }
-    TARV_CONSUME(interfaceBase_->notify("update-sample-rate"));
+    TARV_CONSUME(interfaceBase()->notify("update-sample-rate"));
 }
 
 void CAudioWrapper::setBlockSize(int32_t frames) {
-    CLockScope scope(env_->lock());
-    env_->setBlockSize(frames > 0 ? frames : 1);
+    CLockScope scope(env()->lock());
+    env()->setBlockSize(frames > 0 ? frames : 1);
 }
 
 void CAudioWrapper::setChannelCounts(int32_t inputs, int32_t outputs) {
-    inputCount_ = inputs < 1 ? 1 : inputs > kMaxHostChannels ? kMaxHostChannels : inputs;
-    outputCount_ = outputs < 1 ? 1 : outputs > kMaxHostChannels ? kMaxHostChannels : outputs;
+    inputCount_ = hostChannelCount(inputs);
+    outputCount_ = hostChannelCount(outputs);
 }
 
-void CAudioWrapper::setOffline(bool isOffline) {
-    isOffline_ = isOffline;
-    hostStages_ = isOffline ? oversamplingLevel() : 0;
-    hostOfflineParam_->setValue(0, 0, isOffline ? 1.0 : 0.0);
-    hostOversamplingParam_->setValue(0, 0, hostStages_);
+void CAudioWrapper::suspend() {
+    {
+        CLockScope scope(env()->lock());
+        if (!env()->isRunning()) {
+            return;
+        }
+        env()->setRunning(false);
+    }
+    graph_.stop();
+    objects_.vizCollector->stop();
+    TARV_CONSUME(interfaceBase()->notify("clear"));
+    interfaceBase()->stop();
 }
 
-void CAudioWrapper::setHostBpm(double bpm) {
-    lastBpm_ = bpm;
-    hostBpmParam_->setValue(0, 0, bpm);
+void CAudioWrapper::resume() {
+    if (env()->isRunning()) {
+        return;
+    }
+    bool isRateNew = false;
+    {
+        CLockScope scope(env()->lock());
+        isRateNew = std::exchange(sampleRateChanged_, false);
+    }
+    if (isRateNew) {
+        TARV_CONSUME(interfaceBase()->notify("update-sample-rate"));
+    }
+    if (inputCount_ != graph().hostInputs || outputCount_ != graph().hostOutputs) {
+        graph_.setHostChannels(inputCount_, outputCount_);
+        interfaceBase()->setIoCounts(inputCount_, outputCount_, 0);
+    }
+    // Also when the audio thread has found it out already: it leaves the values that users read alone.
+    setOffline(hostProcessLevel() == kOfflineLevel);
+    // The host takes the latency anew behind a resume.
+    hostParams_.clearLatencyMark();
+    graph_.start(env()->sampleRate(), env()->blockSize());
+    isFirstBlock_ = true;
+    objects_.vizCollector->start();
+    interfaceBase()->start();
+    CLockScope scope(env()->lock());
+    env()->setRunning(true);
+}
+
+/// Takes over what the host, its user and editors set since the last block.
+void CAudioWrapper::beginBlock() {
+    const double rate = env()->sampleRate();
+    const int32_t blockSize = env()->blockSize();
+    const uint64_t deliveries = paramCollector()->deliveries();
+    hostParams_.takeOffline(hostProcessLevel() == kOfflineLevel);
+    if (double bpm = 0.0; useHostBpm_ && hostTempo(bpm)) {
+        hostParams_.takeBpm(bpm);
+    }
+    objects_.vizCollector->setPosition(env()->position());
+    paramCollector()->applyPendingChanges(graph().now);
+    // Hosts that set a rate while running would otherwise get filters of the old rate. Hosts that set the state behind
+    // the resume would get a fade from values that nobody chose.
+    const bool isFirstState = isFirstBlock_ && paramCollector()->deliveries() != deliveries;
+    if (isFirstState || !graph_.isStartedFor(rate, blockSize)) {
+        graph_.start(rate, blockSize);
+    }
+    isFirstBlock_ = false;
+}
+
+void CAudioWrapper::endBlock(int32_t frames, int32_t latencyBefore) {
+    env()->advancePosition(frames / graph().hostRate);
+    graph_.placeDelaysIfNeeded();
+    if (env()->latency() != latencyBefore) {
+        hostParams_.markLatency();
+        hostIoChanged();
+    }
+}
+
+template <class Sample>
+void CAudioWrapper::processAny(const Sample* const* inputs, Sample* const* outputs, int32_t frames) {
+    if (frames <= 0) {
+        return;
+    }
+    if (!env()->isRunning()) {
+        CAudioBlockRunner::silence(outputs, outputCount_, frames);
+        return;
+    }
+    const int32_t latencyBefore = env()->latency();
+    beginBlock();
+    runner_.process(inputs, outputs, frames);
+    endBlock(frames, latencyBefore);
+}
+
+void CAudioWrapper::processBlock(const float* const* inputs, float* const* outputs, int32_t frames) {
+    processAny(inputs, outputs, frames);
+}
+
+void CAudioWrapper::processBlock(const double* const* inputs, double* const* outputs, int32_t frames) {
+    processAny(inputs, outputs, frames);
 }
 
 }  // namespace tarv
