@@ -1,8 +1,9 @@
+// The calls of a VST 2 host, passed to the core of the instance.
+
 #include "Audio/VST/CAudioWrapperVST.h"
 
 #include <atomic>
 #include <cstring>
-#include <utility>
 
 #include "Audio/Engine/CAudioInterfaceBase.h"
 #include "Audio/Parameters/CAudioEnv.h"
@@ -10,56 +11,14 @@
 #include "Audio/VST/CPluginFace.h"
 #include "Audio/VST/VstAnswers.h"
 #include "Core/SystemText.h"
-#include "Platform/ThreadId.h"
 
 namespace tarv {
 
 namespace {
 
-// Special cases for hosts, each with what it is there for.
-/// Hosts of an older interface know two channels.
-constexpr int32_t kManyChannelsVersion = 2300;
-/// Knows two channels, whatever version it announces.
-constexpr const char* kTwoChannelProduct = "Sony ACID Pro";
-/// Calls suspend and resume from one thread while a block runs on another: the graph would be reset under the block.
-constexpr const char* kLockedProduct = "WaveLab";
-/// Keeps the keyboard focus. In all others a mouse press in an editor takes it, or typed keys would go to the host.
-constexpr const char* kFocusKeepingVendor = "Steinberg";
-
 std::atomic<bool> focusIsTaken{true};
 
-/// Writes at most `size` bytes, the terminator included; a character that would not fit whole is left out.
-void copyText(char* to, const CString& text, int32_t size) {
-    const std::string bytes = text.toUtf8();
-    size_t count = std::min(bytes.size(), static_cast<size_t>(size - 1));
-    while (count > 0 && count < bytes.size() && (static_cast<unsigned char>(bytes[count]) & 0xc0) == 0x80) {
-        --count;
-    }
-    std::memcpy(to, bytes.data(), count);
-    to[count] = 0;
-}
-
 }  // namespace
-
-/// Holds the process lock where the host needs one.
-class CAudioWrapperVST::CProcessScope {
-public:
-    explicit CProcessScope(CAudioWrapperVST& wrapper) : lock_(wrapper.processLock_.get()) {
-        if (lock_) {
-            lock_->enter();
-        }
-    }
-    ~CProcessScope() {
-        if (lock_) {
-            lock_->leave();
-        }
-    }
-    CProcessScope(const CProcessScope&) = delete;
-    CProcessScope& operator=(const CProcessScope&) = delete;
-
-private:
-    CLock* lock_;
-};
 
 vst::AEffect* CAudioWrapperVST::create(vst::HostCallback host) {
     if (!host || host(nullptr, vst::kHostVersion, 0, 0, nullptr, 0.0f) == 0) {
@@ -80,7 +39,6 @@ CAudioWrapperVST::CAudioWrapperVST(vst::HostCallback host) : AudioEffectX(host, 
 CAudioWrapperVST::~CAudioWrapperVST() {
     setEditor(nullptr);
     stopMessages();
-    processLock_.reset();
     programBridge_.disconnect();
     if (isActive()) {
         CAudioWrapper::suspend();
@@ -106,39 +64,38 @@ CError* CAudioWrapperVST::init() {
     programsAreChunks(true);
     canProcessReplacing(true);
     canDoubleReplacing(true);
-    const int32_t channels = isManyChannels_ && !isStereo ? internalChannelCount() : 2;
+    const int32_t channels = traits_.isManyChannels && !isStereo ? internalChannelCount() : 2;
     setNumInputs(channels);
     setNumOutputs(channels);
-    // Before the first resume a host may process already: all of its outputs are to be silent.
+    // Some hosts process before the first resume: all of their outputs are cleared.
     setChannelCounts(channels, channels);
     programBridge_.subscribe(*paramRegistry());
     return nullptr;
 }
 
 void CAudioWrapperVST::askHost() {
-    char text[65];
     const int32_t masterVersion = getMasterVersion();
-    getHostVendorString(text);
-    hostVendor_ = text;
-    getHostProductString(text);
-    hostProduct_ = text;
-    isManyChannels_ = masterVersion >= kManyChannelsVersion && hostProduct_ != kTwoChannelProduct;
-    if (std::strstr(text, kLockedProduct)) {
-        processLock_ = std::make_unique<CLock>();
+    char vendor[65];
+    char product[65];
+    getHostVendorString(vendor);
+    getHostProductString(product);
+    traits_ = traitsOfHost(masterVersion, vendor, product);
+    if (traits_.needsProcessLock) {
+        processLock_.enable();
     }
-    focusIsTaken.store(hostVendor_ != kFocusKeepingVendor, std::memory_order_relaxed);
+    focusIsTaken.store(traits_.isFocusTaken, std::memory_order_relaxed);
 }
 
 void CAudioWrapperVST::suspend() {
-    CProcessScope scope(*this);
+    CProcessLock::CScope scope(processLock_);
     CAudioWrapper::suspend();
 }
 
 void CAudioWrapperVST::resume() {
-    CProcessScope scope(*this);
+    CProcessLock::CScope scope(processLock_);
     takeFormat();
     CAudioWrapper::resume();
-    // What another thread announced meanwhile found the effect suspended, and was not forwarded.
+    // A format that another thread announced since the first call was not forwarded: the effect was suspended.
     takeFormat();
     setInitialDelay(latency());
 }
@@ -156,12 +113,12 @@ void CAudioWrapperVST::formatChanged() {
 }
 
 void CAudioWrapperVST::processReplacing(float** inputs, float** outputs, int32_t frames) {
-    CProcessScope scope(*this);
+    CProcessLock::CScope scope(processLock_);
     processBlock(inputs, outputs, frames);
 }
 
 void CAudioWrapperVST::processDoubleReplacing(double** inputs, double** outputs, int32_t frames) {
-    CProcessScope scope(*this);
+    CProcessLock::CScope scope(processLock_);
     processBlock(inputs, outputs, frames);
 }
 
@@ -173,35 +130,17 @@ float CAudioWrapperVST::getParameter(int32_t index) {
     return static_cast<float>(extParamList()->getParameter(index));
 }
 
-/// Stands while the host sets a program or a chunk: what changes then is not told to it again.
-class CAudioWrapperVST::CHostCall {
-public:
-    explicit CHostCall(CAudioWrapperVST& wrapper)
-        : wrapper_(wrapper), before_(wrapper.callingThread_.exchange(currentThreadId())) {}
-    ~CHostCall() { wrapper_.callingThread_.store(before_); }
-    CHostCall(const CHostCall&) = delete;
-    CHostCall& operator=(const CHostCall&) = delete;
-
-private:
-    CAudioWrapperVST& wrapper_;
-    uint64_t before_;
-};
-
-bool CAudioWrapperVST::isHostCalling() const {
-    return callingThread_.load() == currentThreadId();
-}
-
 int32_t CAudioWrapperVST::getProgram() {
     return paramRegistry()->currentProgram();
 }
 
 void CAudioWrapperVST::setProgram(int32_t index) {
-    CHostCall call(*this);
+    CHostCalls::CScope call(hostCalls_);
     paramRegistry()->selectProgram(index);
 }
 
 void CAudioWrapperVST::setProgramName(const char* text) {
-    CHostCall call(*this);
+    CHostCalls::CScope call(hostCalls_);
     paramRegistry()->renameProgram(paramRegistry()->currentProgram(), textOfUnknownEncoding(text, std::strlen(text)));
 }
 
@@ -216,7 +155,7 @@ int32_t CAudioWrapperVST::getChunk(void** data, bool isProgram) {
 }
 
 int32_t CAudioWrapperVST::setChunk(const void* data, intptr_t size, bool isProgram) {
-    CHostCall call(*this);
+    CHostCalls::CScope call(hostCalls_);
     if (CError* error = setState(data, size, isProgram, true)) {
         TARV_CONSUME(error);
         return 0;
@@ -225,43 +164,29 @@ int32_t CAudioWrapperVST::setChunk(const void* data, intptr_t size, bool isProgr
 }
 
 void CAudioWrapperVST::programChanged(CCheckedObject*) {
-    if (!isHostCalling()) {
+    if (!hostCalls_.isInside()) {
         updateDisplay();
     }
 }
 
 void CAudioWrapperVST::getProgramName(char* text) {
-    copyText(text, paramRegistry()->programName(paramRegistry()->currentProgram()), vst::kMaxProgramName);
+    texts_.currentProgramName(text);
 }
 
 bool CAudioWrapperVST::getProgramNameIndexed(int32_t index, char* text) {
-    if (index < 0 || index >= paramRegistry()->programCount()) {
-        return false;
-    }
-    copyText(text, paramRegistry()->programName(index), vst::kMaxProgramName);
-    return true;
+    return texts_.programName(index, text);
 }
 
 void CAudioWrapperVST::getParameterLabel(int32_t index, char* text) {
-    if (const CAudioExtParam* param = extParamList()->param(index)) {
-        CString label;
-        param->getLabel(label);
-        copyText(text, label, vst::kMaxParamText);
-    }
+    texts_.parameterLabel(index, text);
 }
 
 void CAudioWrapperVST::getParameterDisplay(int32_t index, char* text) {
-    if (const CAudioExtParam* param = extParamList()->param(index)) {
-        CString display;
-        param->getDisplay(display);
-        copyText(text, display, vst::kMaxParamText);
-    }
+    texts_.parameterDisplay(index, text);
 }
 
 void CAudioWrapperVST::getParameterName(int32_t index, char* text) {
-    if (const CAudioExtParam* param = extParamList()->param(index)) {
-        copyText(text, param->extName(), vst::kMaxParamText);
-    }
+    texts_.parameterName(index, text);
 }
 
 bool CAudioWrapperVST::setSpeakerArrangement(const vst::SpeakerArrangement* input,
@@ -269,29 +194,17 @@ bool CAudioWrapperVST::setSpeakerArrangement(const vst::SpeakerArrangement* inpu
     if (!input || !output) {
         return false;
     }
-    // Made outside the lock, which the audio thread waits for.
-    CSpeakerLabels newInput;
-    CSpeakerLabels newOutput;
-    newInput.assign(*input);
-    newOutput.assign(*output);
+    speakers_.set(*input, *output, env()->lock());
     CTextList labels;
-    for (int32_t i = 0; i < newInput.labelCount; ++i) {
-        labels.append(newInput.labels[i]);
-    }
-    {
-        CLockScope scope(env()->lock());
-        std::swap(inputSpeakers_, newInput);
-        std::swap(outputSpeakers_, newOutput);
-        hasSpeakers_ = true;
+    for (int32_t i = 0; i < speakers_.inputs().labelCount; ++i) {
+        labels.append(speakers_.inputs().labels[i]);
     }
     interfaceBase()->setChannelLabels(labels);
     return true;
 }
 
 bool CAudioWrapperVST::getSpeakerArrangement(vst::SpeakerArrangement** input, vst::SpeakerArrangement** output) {
-    *input = hasSpeakers_ ? &inputSpeakers_.arrangement : nullptr;
-    *output = hasSpeakers_ ? &outputSpeakers_.arrangement : nullptr;
-    return hasSpeakers_;
+    return speakers_.get(input, output);
 }
 
 bool CAudioWrapperVST::setProcessPrecision(int32_t precision) {
@@ -308,17 +221,17 @@ int32_t CAudioWrapperVST::processEvents(const vst::Events*) {
 }
 
 bool CAudioWrapperVST::getEffectName(char* text) {
-    copyText(text, pluginName(), vst::kMaxEffectName);
+    texts_.effectName(text);
     return true;
 }
 
 bool CAudioWrapperVST::getVendorString(char* text) {
-    copyText(text, vendorName(), vst::kMaxVendorText);
+    texts_.vendor(text);
     return true;
 }
 
 bool CAudioWrapperVST::getProductString(char* text) {
-    copyText(text, vendorName() + " " + pluginName(), vst::kMaxProductText);
+    texts_.product(text);
     return true;
 }
 
@@ -334,14 +247,7 @@ intptr_t CAudioWrapperVST::vendorSpecific(int32_t index, intptr_t value, void* p
     if (index != vst::kCockosDisplayRequest || !ptr) {
         return 0;
     }
-    const bool isIndex = value >= 0 && value < extParamList()->count();
-    if (const CAudioExtParam* param = isIndex ? extParamList()->param(static_cast<int32_t>(value)) : nullptr) {
-        CString text;
-        CString label;
-        param->getDisplayFor(text, static_cast<double>(opt));
-        param->getLabel(label);
-        copyText(static_cast<char*>(ptr), text + label, vst::kMaxParamText);
-    }
+    texts_.parameterDisplayFor(value, static_cast<double>(opt), static_cast<char*>(ptr));
     return vst::kCockosDisplayAnswer;
 }
 
@@ -349,12 +255,8 @@ intptr_t CAudioWrapperVST::canDo(const char* text) {
     return vstCanDo(text);
 }
 
-int32_t CAudioWrapperVST::plugCategory(const CString& name) {
-    return vstCategory(name);
-}
-
 int32_t CAudioWrapperVST::getPlugCategory() {
-    return plugCategory(project()->getAttrString("plugin-category-vst"));
+    return vstCategory(project()->getAttrString("plugin-category-vst"));
 }
 
 bool CAudioWrapperVST::hostTempo(double& bpm) {
@@ -367,13 +269,13 @@ bool CAudioWrapperVST::hostTempo(double& bpm) {
 }
 
 void CAudioWrapperVST::hostIoChanged() {
-    // A host reads the latency anew when it is told, and may do so without a suspend.
+    // A host may read the latency inside this call, without a suspend.
     setInitialDelay(latency());
     ioChanged();
 }
 
 void CAudioWrapperVST::hostParamChanged(int32_t index, const CAudioExtParam& param) {
-    if (!isHostCalling()) {
+    if (!hostCalls_.isInside()) {
         setParameterAutomated(index, static_cast<float>(param.getValue()));
     }
 }

@@ -1,17 +1,17 @@
 #pragma once
 
-#include <atomic>
-#include <memory>
-
 #include "Audio/Instance/CAudioWrapper.h"
 #include "Audio/VST/AudioEffectX.h"
-#include "Audio/VST/CSpeakerLabels.h"
+#include "Audio/VST/CHostCalls.h"
+#include "Audio/VST/CHostSpeakers.h"
+#include "Audio/VST/CHostTraits.h"
+#include "Audio/VST/CProcessLock.h"
+#include "Audio/VST/CVstTexts.h"
 
 namespace tarv {
 
-/// The VST 2 effect: joins the host's interface with the core of an instance, and is the only place that knows hosts by
-/// name. Owned by the host from create to its close call. Threads and states of its overrides stand at AudioEffectX and
-/// CAudioWrapper.
+/// The VST 2 effect: joins the host's interface with the core of an instance. The host owns it from create to its close
+/// call. Threads and states of its overrides are documented at AudioEffectX and CAudioWrapper.
 class CAudioWrapperVST : public AudioEffectX, public CAudioWrapper {
 public:
     /// What the exported entry point does: an effect for `host`, or null when the host has no version or the instance
@@ -60,41 +60,28 @@ public:
     void hostIoChanged() override;
     void hostParamChanged(int32_t index, const CAudioExtParam& param) override;
 
-    const CString& hostVendor() const { return hostVendor_; }
-    const CString& hostProduct() const { return hostProduct_; }
-    bool isManyChannels() const { return isManyChannels_; }
+    const CHostTraits& hostTraits() const { return traits_; }
     bool isDoublePrecision() const { return isDoublePrecision_; }
-    bool hasProcessLock() const { return processLock_ != nullptr; }
-    /// Names of the host's channels as it described them, under the environment's lock.
-    const CSpeakerLabels& inputSpeakers() const { return inputSpeakers_; }
-    const CSpeakerLabels& outputSpeakers() const { return outputSpeakers_; }
+    bool hasProcessLock() const { return processLock_.isEnabled(); }
+    /// The host's channels as it described them, under the environment's lock.
+    const CHostSpeakers& speakers() const { return speakers_; }
 
-    /// The category behind its name in the project, 0 for an unknown one.
-    static int32_t plugCategory(const CString& name);
-    /// Whether a mouse press in an editor takes the keyboard focus: in every host but one. Of the whole process.
+    /// CHostTraits::isFocusTaken of the host, for the whole process. [any thread]
     static bool isFocusTaken();
 
 private:
-    class CProcessScope;
-    class CHostCall;
-
     void askHost();
     void takeFormat();
-    bool isHostCalling() const;
     void programChanged(CCheckedObject* sender);
 
-    CString hostVendor_;
-    CString hostProduct_;
-    bool isManyChannels_ = false;
+    CHostTraits traits_;
+    CHostSpeakers speakers_;
+    CProcessLock processLock_;
+    CHostCalls hostCalls_;
+    CVstTexts texts_{*this};
     bool isDoublePrecision_ = false;
-    bool hasSpeakers_ = false;
-    CSpeakerLabels inputSpeakers_;
-    CSpeakerLabels outputSpeakers_;
-    std::unique_ptr<CLock> processLock_;
     CByteBuffer programChunk_;
     CByteBuffer bankChunk_;
-    /// The thread in which the host sets a program or a chunk: it knows of what comes of that.
-    std::atomic<uint64_t> callingThread_{0};
     CProgramChangeBridge<CAudioWrapperVST> programBridge_{this, &CAudioWrapperVST::programChanged};
 };
 
