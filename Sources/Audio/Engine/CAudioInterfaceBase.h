@@ -37,6 +37,8 @@ public:
     /// Sends one of the events `update-sample-rate`, `update-io-channel-counts`, `update-group-count`,
     /// `update-internal-channel-count`, `clear` to whoever listens in the tree, and tells the clients.
     [[nodiscard]] CError* notify(const CString& eventName);
+    /// Notifies of `clear` at the next tick of a client. [audio thread, running]
+    void clearAtTick() { isClearDue_.store(true, std::memory_order_relaxed); }
     /// Counts that notifications and answers carry; each notifies if it is another one.
     void setIoCounts(int32_t inputs, int32_t outputs, int32_t sidechain);
     void setGroupCount(int32_t count);
@@ -160,6 +162,7 @@ private:
     CAudioParamCollector* paramCollector_ = nullptr;
     CAudioVizCollector* vizCollector_ = nullptr;
     std::atomic<bool> isGoing_{false};
+    std::atomic<bool> isClearDue_{false};
     std::unique_ptr<CSubscriptions> subscriptions_;
     int32_t recordingClient_ = -1;  // under the call lock
     CAudioParam* bpmParam_ = nullptr;

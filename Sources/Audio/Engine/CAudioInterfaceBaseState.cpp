@@ -326,6 +326,9 @@ void CAudioInterfaceBase::sendBoundValue(CBinding& binding, bool isForced) const
 }
 
 void CAudioInterfaceBase::sendEngineValues() {
+    if (isClearDue_.exchange(false, std::memory_order_relaxed)) {
+        TARV_CONSUME(notify("clear"));
+    }
     CArray<CParamListener*, 16> listeners;
     {
         CLockScope scope(subscriptions_->listenerLock);

@@ -267,8 +267,12 @@ void CAudioWrapper::beginBlock() {
     // Hosts that set a rate while running would otherwise get filters of the old rate. Hosts that set the state behind
     // the resume would get a fade from values that nobody chose.
     const bool isFirstState = isFirstBlock_ && paramCollector()->deliveries() != deliveries;
-    if (isFirstState || !graph_.isStartedFor(rate, blockSize)) {
+    const bool isFormatNew = !graph_.isStartedFor(rate, blockSize);
+    if (isFirstState || isFormatNew) {
         graph_.start(rate, blockSize);
+    }
+    if (isFormatNew && !isFirstBlock_) {
+        interfaceBase()->clearAtTick();  // a suspend would notify; the audio thread must not
     }
     isFirstBlock_ = false;
 }

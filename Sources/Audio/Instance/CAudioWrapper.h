@@ -55,7 +55,8 @@ public:
     void suspend();  // [main thread, any state]
     void resume();   // [main thread, any state]
     /// Rate in Hz. Takes effect at the next resume or, while active, before the next block, which then starts as behind
-    /// a suspend and a resume. A rate that is not positive or not finite is ignored. [any thread, any state]
+    /// a suspend and a resume; editors get their `clear` at their next tick. A rate that is not positive or not finite
+    /// is ignored. [any thread, any state]
     void setSampleRate(double rate);
     /// Frames of the longest block that the host announces, at least 1. Takes effect as a rate does.
     /// [any thread, any state]
