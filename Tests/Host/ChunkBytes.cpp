@@ -23,7 +23,7 @@ std::string real(double value) {
     return word(static_cast<uint32_t>(bits)) + word(static_cast<uint32_t>(bits >> 32));
 }
 
-/// Takes fields off the front; `good` is false once one did not fit.
+/// Reads fields in turn; `good` is false from the first that does not fit.
 struct CFields {
     const std::string& bytes;
     size_t at = 0;

@@ -7,7 +7,7 @@
 
 namespace tarv::host {
 
-/// States as bytes, written and read by the layout alone: nothing here knows the product's own readers.
+/// States as bytes, written and read by their layout, without the product's readers.
 
 /// One stored parameter: numbers of each group, or the texts of group 0.
 struct CStoredParam {
@@ -42,7 +42,7 @@ inline std::string bankBlock(const CStoredBank& bank) {
     return block("abnk", bankStream(bank));
 }
 
-/// What a block holds; false when id, check value, stream or layout are not as told.
+/// The content of a block; false if the id, check value, stream or layout is wrong.
 bool inflate(const std::string& block, const std::string& id, std::string& stream);
 bool readPreset(const std::string& block, CStoredPreset& preset);
 bool readBank(const std::string& block, CStoredBank& bank);

@@ -1,4 +1,4 @@
-// The host's chunks: what is in them, what they bring back, and what damaged ones do, which is nothing.
+// Chunks of a host: their content, what they restore, and that damaged ones change nothing.
 
 #include "FactorySettings.h"
 #include "HostTest.h"
@@ -15,7 +15,7 @@ using sound::kTolerance64;
 class ChunkTest : public OpenHostTest {
 protected:
     static std::string prefixed(const std::string& bytes) { return std::string("sixteen bytes...") + bytes; }
-    /// A program with a curve of its own.
+    /// A program whose curve differs from the others.
     static CStoredPreset program(const std::string& name) {
         CStoredPreset preset{name, {}};
         preset.params["modBrindleXEQ.xeq-gains"] = {
@@ -72,7 +72,7 @@ TEST_F(ChunkTest, ABanksChunkHoldsTheSessionBankWithTheCurrentStateInItsSlot) {
     EXPECT_NEAR(bank.presets[3].params["modOutGain.gain"].groups[0][0], std::pow(10.0, 12.0 / 20.0), 1e-12);
 }
 
-TEST_F(ChunkTest, WhatIsNeitherStorableNorPersistentDoesNotSurvive) {
+TEST_F(ChunkTest, ValuesThatAreNotStoredAreNotRestored) {
     host.setParameter(kBypass, 1.0f);
     const std::string chunk = host.chunk(true);
     CVstHost other;
@@ -84,7 +84,7 @@ TEST_F(ChunkTest, WhatIsNeitherStorableNorPersistentDoesNotSurvive) {
     EXPECT_EQ(host.parameter(kBypass), 1.0f);
 }
 
-TEST_F(ChunkTest, TheBlockIsTakenAtTheFirstByteOrBehindAPrefix) {
+TEST_F(ChunkTest, TheBlockBeginsAtTheFirstByteOrBehindAPrefix) {
     const std::string bytes = presetBlock(program("TAEQ:Mine"));
     for (const std::string& chunk : {bytes, prefixed(bytes)}) {
         CVstHost other;
@@ -108,7 +108,7 @@ TEST_F(ChunkTest, SixteenBytesOrLessDoNothing) {
     EXPECT_EQ(host.chunk(true), before);
 }
 
-TEST_F(ChunkTest, ABankKeepsTheIndexAndALaterChoiceFindsItsState) {
+TEST_F(ChunkTest, ABankKeepsTheIndexAndALaterSelectionBringsItsState) {
     CStoredBank bank{"whatever", {program("TAEQ:One"), program("TAEQ:Two"), program("TAEQ:Three")}};
     bank.presets[2].params["modOutGain.gain"].groups[0][0] = 2.0;
     host.setProgram(1);
@@ -157,7 +157,7 @@ TEST_F(ChunkTest, NumbersOutOfRangeTakeTheNearestAndNoNumberTheDefault) {
     EXPECT_EQ(written.params["modBrindleXEQ.band-count"].groups[0][0], 10.0);
 }
 
-TEST_F(ChunkTest, EachRoutingTableSoundsAsItSays) {
+TEST_F(ChunkTest, EachRoutingTableRoutesTheSignal) {
     for (int i = 0; i < kRoutingCount; ++i) {
         const CRoutingPreset& routing = kRoutingPresets[i];
         CStoredPreset preset{"TAEQ:Routed", {}};
@@ -243,7 +243,7 @@ TEST_F(ChunkTest, RandomDamageLeavesTheStateWhole) {
             damaged[static_cast<size_t>(random.below(static_cast<int>(damaged.size())))] =
                 static_cast<char>(random.below(256));
         }
-        // The check value of the stream tells: either nothing was changed, or nothing was damaged.
+        // The check value catches the damage; a change that restores the same bytes is none.
         host.setChunk(damaged, true);
         ASSERT_EQ(host.chunk(true), whole) << i;
     }
@@ -280,7 +280,7 @@ TEST_F(ChunkTest, WrongIdsHugeSizesAndNoiseAreRefused) {
     EXPECT_EQ(host.chunk(true), before);
 }
 
-TEST_F(ChunkTest, WhatOneInstanceGaveAnotherGivesBack) {
+TEST_F(ChunkTest, AnInstanceGivesBackTheChunkOfAnother) {
     for (int32_t i = 0; i < kParamCount; ++i) {
         host.setParameter(i, 0.05f * static_cast<float>(i));
     }

@@ -17,7 +17,7 @@ using factory::kFactoryPresets;
 using factory::kRoutingCount;
 using factory::kRoutingPresets;
 
-/// The factory's tables as the reference and stored programs take them.
+/// The factory's tables in the forms of the reference and of stored programs.
 
 /// Settings of a factory preset for the reference.
 inline reference::CSettings settingsOf(const CFactoryPreset& preset) {

@@ -1,4 +1,4 @@
-// Hosts of several ages and makers, and what the effect does for each.
+// Hosts of several versions and vendors, and how the effect treats each.
 #include "HostTest.h"
 
 namespace tarv::host {
@@ -27,7 +27,7 @@ TEST_F(HostKindsTest, ChannelsDependOnTheHostsVersionAndProduct) {
     }
 }
 
-TEST_F(HostKindsTest, AHostOfTwoChannelsHearsThem) {
+TEST_F(HostKindsTest, AHostOfTwoChannelsGetsBoth) {
     CVstHost host;
     host.answers.masterVersion = 2299;
     ASSERT_TRUE(host.open(library->entry()));
@@ -38,13 +38,13 @@ TEST_F(HostKindsTest, AHostOfTwoChannelsHearsThem) {
     const auto output = process(host, input);
     for (int c = 0; c < 2; ++c) {
         for (size_t i = 0; i < input[c].size(); ++i) {
-            // The noise that keeps recursions alive is 1e-11.
+            // The anti-denormal noise is 1e-11.
             ASSERT_NEAR(output[c][i], input[c][i], 1.1e-11);
         }
     }
 }
 
-TEST_F(HostKindsTest, AHostWithoutAVersionGetsNothing) {
+TEST_F(HostKindsTest, AHostWithoutAVersionGetsNoEffect) {
     CVstHost host;
     host.answers.masterVersion = 0;
     EXPECT_FALSE(host.open(library->entry()));
@@ -55,7 +55,7 @@ intptr_t answerVersionOnly(vst::AEffect*, int32_t opcode, int32_t, intptr_t, voi
     return opcode == vst::kHostVersion;
 }
 
-TEST_F(HostKindsTest, AHostThatAnswersNothingElseIsServed) {
+TEST_F(HostKindsTest, AHostThatAnswersOnlyItsVersionGetsAnEffect) {
     vst::AEffect* e = library->entry()(&answerVersionOnly);
     ASSERT_NE(e, nullptr);
     EXPECT_EQ(e->numInputs, 2);
@@ -79,7 +79,7 @@ TEST_F(HostKindsTest, AHostWhoseCallsMustBeSerialisedSoundsTheSame) {
     locked.suspend();
 }
 
-TEST_F(HostKindsTest, AHostWithNamesTooLongIsServed) {
+TEST_F(HostKindsTest, AHostWithOverlongNamesGetsAnEffect) {
     CVstHost host;
     host.answers.vendor = host.answers.product = std::string(63, 'W');
     EXPECT_TRUE(host.open(library->entry()));

@@ -20,7 +20,7 @@ enum ParamIndex : int32_t { kBypass = 0, kEqA0 = 1, kOutGainA = 8, kEqB0 = 9, kO
 constexpr int32_t kParamCount = 18;
 constexpr int32_t kChannels = 8;
 
-/// Loads the built library once for each suite, and unloads it behind it.
+/// Loads the built library before a suite and unloads it at its end.
 class HostTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
@@ -56,7 +56,7 @@ struct CCut {
     int32_t block = 512;  ///< frames, or the most of random ones
     bool isRandom = false;
     bool isInPlace = false;
-    int32_t announced = 4096;  ///< what the effect is told
+    int32_t announced = 4096;  ///< the block size that the host announces
 };
 
 /// Channels of samples, one vector each.
@@ -139,7 +139,7 @@ template <class Sample>
 double peak(const std::vector<Sample>& samples, size_t from = 0) {
     double most = 0.0;
     for (size_t i = from; i < samples.size(); ++i) {
-        // What is not a number must not pass as silence.
+        // NaN compares false, and would pass as silence.
         most = std::isfinite(samples[i]) ? std::max(most, std::abs(static_cast<double>(samples[i]))) : INFINITY;
     }
     return most;

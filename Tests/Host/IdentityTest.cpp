@@ -1,4 +1,4 @@
-// What the effect says of itself: names, counts, flags, parameters and their texts.
+// Names, counts, flags, parameters and texts of the effect.
 #include <cstring>
 
 #include "HostTest.h"
@@ -13,7 +13,7 @@ TEST_F(IdentityTest, BothExportsAreOneEntry) {
     EXPECT_EQ(library->symbol("VSTPluginMain"), library->symbol("main"));
 }
 
-TEST_F(IdentityTest, TheEffectIsWhatItsProjectSays) {
+TEST_F(IdentityTest, TheEffectHasTheIdAndCountsOfItsProject) {
     const vst::AEffect& e = *host.effect();
     EXPECT_EQ(e.magic, vst::kEffectMagic);
     EXPECT_EQ(e.uniqueId, vst::fourCc('T', 'A', 'E', 'Q'));
@@ -56,7 +56,7 @@ TEST_F(IdentityTest, EighteenParametersWithNamesUnitsAndTexts) {
             EXPECT_EQ(host.text(vst::kEffectGetParamName, index), name);
             EXPECT_EQ(host.text(vst::kEffectGetParamLabel, index), row.label) << name;
             EXPECT_EQ(host.text(vst::kEffectGetParamDisplay, index), row.display) << name;
-            // 0 dB lies in the middle of -12 to 12 dB, but for the rounding of logarithms.
+            // 0 dB is the middle of -12 to 12 dB, within the rounding of logarithms.
             EXPECT_NEAR(host.parameter(index), row.value, 1e-7) << name;
             EXPECT_EQ(host.dispatch(vst::kEffectCanBeAutomated, index), 1);
         }

@@ -23,7 +23,7 @@ void makeAndRun(vst::EntryProc entry, int count) {
     }
 }
 
-/// In a thread of its own: small blocks that a thread has freed count as taken as long as it lives.
+/// Runs in a separate thread: small blocks that a thread freed count as allocated until the thread ends.
 int64_t memoryBehind(vst::EntryProc entry, int count) {
     std::thread([&] { makeAndRun(entry, count); }).join();
     return processMemory();
@@ -31,7 +31,7 @@ int64_t memoryBehind(vst::EntryProc entry, int count) {
 
 TEST_F(InstancesTest, OfFourHundredTheSecondHalfAddsNoMemory) {
 #ifdef TARV_SANITIZED
-    GTEST_SKIP() << "a sanitizer keeps what was freed; it reports leaks by itself";
+    GTEST_SKIP() << "a sanitizer keeps freed blocks; it reports leaks itself";
 #endif
     const int64_t before = memoryBehind(library->entry(), 200);
     const int64_t after = memoryBehind(library->entry(), 200);
@@ -41,7 +41,7 @@ TEST_F(InstancesTest, OfFourHundredTheSecondHalfAddsNoMemory) {
     EXPECT_LE(after, before);
 }
 
-TEST_F(InstancesTest, TwoSideBySideDoNotTouchEachOther) {
+TEST_F(InstancesTest, TwoInstancesDoNotAffectEachOther) {
     const auto input = noise<double>(kChannels, 4000);
     const std::vector<CChange> loud = {{-1, kEqA0 + 3, 1.0f}, {1000, kOutGainA, 1.0f}};
     const auto expectedLoud = render(library->entry(), input, 44100.0, {}, loud);
@@ -76,7 +76,7 @@ TEST_F(InstancesTest, TwoSideBySideDoNotTouchEachOther) {
     EXPECT_TRUE(sameBits(outSecond, expectedFlat));
 }
 
-TEST_F(InstancesTest, ThreadsOfTheirOwnMayMakeRunAndCloseInstances) {
+TEST_F(InstancesTest, SeveralThreadsMayCreateRunAndCloseInstances) {
     const auto input = noise<double>(kChannels, 4000);
     const std::vector<CChange> loud = {{-1, kEqA0 + 3, 1.0f}, {1000, kOutGainA, 1.0f}};
     const auto expectedLoud = render(library->entry(), input, 44100.0, {}, loud);

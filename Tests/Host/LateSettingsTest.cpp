@@ -1,4 +1,4 @@
-// Hosts that set the rate, the block size or the state later than before `mains on`.
+// Hosts that set the rate, the block size or the state behind `mains on`.
 
 #include <thread>
 
@@ -22,7 +22,7 @@ void setBlockSize(CVstHost& host, int32_t frames) {
     host.dispatch(vst::kEffectSetBlockSize, 0, frames);
 }
 
-/// Values that every part of the chain hears.
+/// Sets values that reach every part of the chain.
 void setCurve(CVstHost& host, float oversampling = 0.25f) {
     for (int32_t band = 0; band < 7; ++band) {
         host.setParameter(kEqA0 + band, 0.3f + 0.1f * static_cast<float>(band));
@@ -39,7 +39,7 @@ protected:
     }
 };
 
-TEST_F(LateSettingsTest, ARateThatComesWhileRunningSoundsAsAfterASuspendAndAResume) {
+TEST_F(LateSettingsTest, ARateSetWhileRunningSoundsAsAfterASuspendAndAResume) {
     const auto input = noise<double>(kChannels, 1500);
     for (double first : kRates) {
         for (double second : kRates) {
@@ -64,7 +64,7 @@ TEST_F(LateSettingsTest, ARateThatComesWhileRunningSoundsAsAfterASuspendAndAResu
     }
 }
 
-TEST_F(LateSettingsTest, ARateThatComesBehindTheResumeIsTheOneOfTheFirstBlock) {
+TEST_F(LateSettingsTest, ARateSetBehindTheResumeIsTheRateOfTheFirstBlock) {
     const auto input = noise<double>(kChannels, 1500);
     CVstHost host;
     openAt(host, 44100.0);
@@ -78,7 +78,7 @@ TEST_F(LateSettingsTest, ARateThatComesBehindTheResumeIsTheOneOfTheFirstBlock) {
     EXPECT_TRUE(sameBits(process(host, input), process(plain, input)));
 }
 
-TEST_F(LateSettingsTest, ARateOf96KiloHertzThatComesWhileRunningIsTheReferences) {
+TEST_F(LateSettingsTest, A96KilohertzRateSetWhileRunningGivesTheReference) {
     CVstHost host;
     openAt(host, 44100.0);
     host.resume();
@@ -95,7 +95,7 @@ TEST_F(LateSettingsTest, ARateOf96KiloHertzThatComesWhileRunningIsTheReferences)
                                sound::kTolerance64));
 }
 
-TEST_F(LateSettingsTest, ABlockSizeThatComesWhileRunningSoundsAsAfterASuspendAndAResume) {
+TEST_F(LateSettingsTest, ABlockSizeSetWhileRunningSoundsAsAfterASuspendAndAResume) {
     const auto input = noise<double>(kChannels, 1500);
     CVstHost running, stopped;
     for (CVstHost* host : {&running, &stopped}) {
@@ -111,7 +111,7 @@ TEST_F(LateSettingsTest, ABlockSizeThatComesWhileRunningSoundsAsAfterASuspendAnd
     EXPECT_TRUE(sameBits(process(running, input, {4096}), process(stopped, input, {4096})));
 }
 
-TEST_F(LateSettingsTest, TheSameRateAndBlockSizeOnceMoreAreNotHeard) {
+TEST_F(LateSettingsTest, SettingTheSameRateAndBlockSizeChangesNothing) {
     const auto input = noise<double>(kChannels, 3000);
     CVstHost repeating, plain;
     CSignal<double> outputs[2];
@@ -132,7 +132,7 @@ TEST_F(LateSettingsTest, TheSameRateAndBlockSizeOnceMoreAreNotHeard) {
     EXPECT_TRUE(sameBits(outputs[0], outputs[1]));
 }
 
-TEST_F(LateSettingsTest, RatesMayComeFromAnotherThreadThanTheBlocks) {
+TEST_F(LateSettingsTest, AnotherThreadMaySetRatesWhileBlocksRun) {
     const auto input = noise<double>(kChannels, 2000);
     CVstHost host;
     openAt(host, 44100.0);
@@ -164,7 +164,7 @@ TEST_F(LateSettingsTest, RatesMayComeFromAnotherThreadThanTheBlocks) {
     EXPECT_TRUE(sameBits(process(host, input), process(plain, input)));
 }
 
-TEST_F(LateSettingsTest, ARateFromAnotherThreadThatMeetsTheResumeIsNotLost) {
+TEST_F(LateSettingsTest, ARateSetByAnotherThreadDuringTheResumeIsNotLost) {
     const auto input = noise<double>(kChannels, 600);
     CVstHost plain;
     openAt(plain, 96000.0);
@@ -182,7 +182,7 @@ TEST_F(LateSettingsTest, ARateFromAnotherThreadThatMeetsTheResumeIsNotLost) {
     }
 }
 
-/// What a host sets between `mains on` and the first block.
+/// A setting that a host makes between `mains on` and the first block.
 struct CLateSetting {
     const char* name;
     void (*set)(CVstHost& host, const std::string& program, const std::string& bank);
@@ -214,7 +214,7 @@ protected:
         LateSettingsTest::SetUp();
         CVstHost source;
         openAt(source, 44100.0);
-        // Not the oversampling: with another rate inside everything starts anew anyway.
+        // Not the oversampling: at another oversampling the effect would start anew anyway.
         source.setProgram(4);
         setCurve(source);
         program_ = source.chunk(true);
@@ -223,12 +223,12 @@ protected:
         source.setParameter(kEqA0 + 3, 0.9f);
         bank_ = source.chunk(false);
     }
-    /// The first blocks of a host that sets something before or behind the resume.
+    /// The first blocks of a host that makes a setting before or behind the resume.
     CSignal<double> firstBlocks(const CLateSetting& setting, bool isLate, bool isOtherThread, int32_t level) {
         CVstHost host;
         openAt(host, 44100.0);
         host.answers.processLevel = level;
-        // What ran before is no first start.
+        // Blocks have run before: this resume is not the first.
         host.resume();
         process(host, noise<double>(kChannels, 700));
         host.suspend();
@@ -243,7 +243,7 @@ protected:
         if (!isLate) {
             host.resume();
         }
-        // A change behind the first block fades as ever.
+        // A change behind the first block still fades.
         return process(host, noise<double>(kChannels, 2000), {kBlock}, {{700, kEqA0 + 1, 0.8f}});
     }
 
@@ -251,7 +251,7 @@ protected:
     std::string bank_;
 };
 
-TEST_F(FirstBlockTest, WhatIsSetBehindTheResumeIsHeardFromTheFirstSample) {
+TEST_F(FirstBlockTest, SettingsBehindTheResumeSoundFromTheFirstSample) {
     for (const CLateSetting& setting : kLateSettings) {
         for (int32_t level : {vst::kLevelRealtime, vst::kLevelOffline}) {
             EXPECT_TRUE(sameBits(firstBlocks(setting, true, false, level), firstBlocks(setting, false, false, level)))
@@ -260,7 +260,7 @@ TEST_F(FirstBlockTest, WhatIsSetBehindTheResumeIsHeardFromTheFirstSample) {
     }
 }
 
-TEST_F(FirstBlockTest, WhatAnotherThreadSetsBehindTheResumeIsHeardFromTheFirstSample) {
+TEST_F(FirstBlockTest, SettingsOfAnotherThreadBehindTheResumeSoundFromTheFirstSample) {
     for (const CLateSetting& setting : kLateSettings) {
         EXPECT_TRUE(sameBits(firstBlocks(setting, true, true, vst::kLevelRealtime),
                              firstBlocks(setting, false, false, vst::kLevelRealtime)))
@@ -268,7 +268,7 @@ TEST_F(FirstBlockTest, WhatAnotherThreadSetsBehindTheResumeIsHeardFromTheFirstSa
     }
 }
 
-TEST_F(FirstBlockTest, ABlockWithoutFramesIsNotTheFirstOne) {
+TEST_F(FirstBlockTest, ABlockWithoutFramesIsNotTheFirstBlock) {
     const auto input = noise<double>(kChannels, 1000);
     CVstHost late, plain;
     for (CVstHost* host : {&late, &plain}) {
@@ -285,7 +285,7 @@ TEST_F(FirstBlockTest, ABlockWithoutFramesIsNotTheFirstOne) {
     EXPECT_TRUE(sameBits(process(late, input), process(plain, input)));
 }
 
-TEST_F(FirstBlockTest, ALevelThatTurnsOffLineBetweenResumeAndFirstBlockIsHeardAtOnce) {
+TEST_F(FirstBlockTest, AnOffLineLevelBetweenResumeAndFirstBlockSoundsAtOnce) {
     const auto input = noise<double>(kChannels, 1000);
     CVstHost late, plain;
     for (CVstHost* host : {&late, &plain}) {

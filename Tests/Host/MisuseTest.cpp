@@ -1,4 +1,4 @@
-// Hosts that do what they should not: nothing they do may crash, hang or sound.
+// Wrong calls of a host: none may crash, hang or sound.
 #include <atomic>
 #include <limits>
 #include <thread>
@@ -35,7 +35,7 @@ TEST_F(MisuseTest, MoreFramesThanAnnouncedSoundTheSame) {
     EXPECT_TRUE(sameBits(render(library->entry(), input, 44100.0, tooLong), render(library->entry(), input, 44100.0)));
 }
 
-TEST_F(MisuseTest, NoFramesOrFewerTouchNothing) {
+TEST_F(MisuseTest, AnEmptyOrNegativeCountOfFramesTouchesNothing) {
     host.prepare(44100.0, 512, vst::kPrecision32);
     host.resume();
     float sample = 3.0f;
@@ -94,7 +94,7 @@ TEST_F(MisuseTest, UnknownOpcodesAnswerZero) {
     }
 }
 
-TEST_F(MisuseTest, NullPointersAreTakenByEveryOpcode) {
+TEST_F(MisuseTest, EveryOpcodeAcceptsNullPointers) {
     for (int32_t opcode = 2; opcode < 100; ++opcode) {
         host.dispatch(opcode, 0, 0, nullptr);
         host.dispatch(opcode, 1, 1, nullptr, 1.0f);
@@ -102,7 +102,7 @@ TEST_F(MisuseTest, NullPointersAreTakenByEveryOpcode) {
     EXPECT_EQ(host.text(vst::kEffectGetEffectName), "Brindle XEQ");
 }
 
-TEST_F(MisuseTest, ValuesAreClampedAndWhatIsNoNumberIsIgnored) {
+TEST_F(MisuseTest, ValuesAreClampedAndNaNIsIgnored) {
     host.setParameter(kEqA0, 0.25f);
     host.setParameter(kEqA0, std::numeric_limits<float>::quiet_NaN());
     EXPECT_NEAR(host.parameter(kEqA0), 0.25f, 1e-7);
@@ -120,7 +120,7 @@ TEST_F(MisuseTest, OnlyTwoPrecisionsAreAccepted) {
     }
 }
 
-TEST_F(MisuseTest, ResumeAndSuspendMayComeTwice) {
+TEST_F(MisuseTest, ASecondResumeOrSuspendDoesNothing) {
     const auto input = noise<double>(kChannels, 2000);
     host.prepare(48000.0, 512, vst::kPrecision64);
     host.suspend();
@@ -132,7 +132,7 @@ TEST_F(MisuseTest, ResumeAndSuspendMayComeTwice) {
     host.suspend();
 }
 
-TEST_F(MisuseTest, InputsThatAreNoNumbersCountAsSilence) {
+TEST_F(MisuseTest, InputsThatAreNotFiniteCountAsSilence) {
     auto poisoned = noise<double>(kChannels, 4000);
     auto clean = poisoned;
     const double bad[] = {NAN, INFINITY, -INFINITY};
@@ -152,7 +152,7 @@ TEST_F(MisuseTest, AnAbsurdLevelPassesAndTheEffectRecovers) {
     for (const auto& channel : process(host, absurd)) {
         EXPECT_TRUE(std::isfinite(peak(channel)));
     }
-    // Two seconds of an ordinary signal are heard as in an effect that never met the other.
+    // Two seconds of an ordinary signal later the output is that of an effect that never got the absurd one.
     const auto input = sine<double>(kChannels, 88200, 500.0, 44100.0, 0.1);
     const auto output = process(host, input);
     const auto expected = render(library->entry(), input, 44100.0);
@@ -172,7 +172,7 @@ TEST_F(MisuseTest, AbsurdLevelsIn32BitsStayFinite) {
     }
 }
 
-TEST_F(MisuseTest, EventsAreTakenAndDropped) {
+TEST_F(MisuseTest, EventsAreAcceptedAndIgnored) {
     vst::MidiEvent midi{};
     midi.type = vst::kEventMidi;
     midi.byteSize = 24;

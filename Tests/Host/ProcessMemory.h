@@ -10,7 +10,7 @@
 
 namespace tarv::host {
 
-/// Bytes that this process has allocated and not given back, over all of its heaps.
+/// Bytes that this process has allocated and not freed, over all of its heaps.
 inline int64_t processMemory() {
     int64_t bytes = 0;
 #ifdef _WIN32

@@ -1,4 +1,4 @@
-// Audio as a host hears it: precisions, blocks, rates.
+// Blocks of audio through the library: precisions, cuts, rates.
 #include "HostTest.h"
 
 namespace tarv::host {
@@ -34,7 +34,7 @@ TEST_F(ProcessTest, ABypassedEffectPassesTheSignal) {
     }
 }
 
-TEST_F(ProcessTest, ABandLiftsItsFrequencyAndLeavesFarOnes) {
+TEST_F(ProcessTest, ABandLiftsItsFrequencyAndNoneFarAway) {
     const double rate = 48000.0;
     const struct {
         int32_t index;
@@ -42,7 +42,7 @@ TEST_F(ProcessTest, ABandLiftsItsFrequencyAndLeavesFarOnes) {
         double hz;
         double least, most;  // dB
     } rows[] = {
-        // Quiet, so that the saturation hardly bends it; its own small-signal gain and the slopes stay within 2 dB.
+        // Quiet, so that the saturation is nearly linear; its small-signal gain and the slopes stay within 2 dB.
         {kEqA0 + 3, 1.0f, 1000.0, 10.0, 14.0}, {kEqA0 + 3, 0.0f, 1000.0, -14.0, -10.0},
         {kEqA0 + 3, 0.5f, 1000.0, -2.0, 2.0},  {kEqA0 + 6, 1.0f, 100.0, -2.0, 2.0},
         {kOutGainA, 1.0f, 400.0, 10.0, 14.0},  {kEqB0 + 3, 1.0f, 1000.0, -2.0, 2.0},
@@ -71,7 +71,7 @@ TEST_F(ProcessTest, BothPrecisionsSoundTheSame) {
     for (int c = 0; c < 2; ++c) {
         ASSERT_GT(peak(outNarrow[c]), 0.1);
         for (size_t i = 0; i < outWide[c].size(); ++i) {
-            // Inside both are 64 bits: only the last rounding differs.
+            // Both run in 64 bits inside: only the last rounding differs.
             ASSERT_EQ(outNarrow[c][i], static_cast<float>(outWide[c][i])) << i;
         }
     }
@@ -150,7 +150,7 @@ TEST_F(ProcessTest, RateAndBlockSizeMayChangeBetweenSuspendAndResume) {
             cut.block = block;
             const auto output = process(host, input, cut);
             host.suspend();
-            // As an effect that knows no other rate: nothing is left over from before.
+            // The output is that of an effect that ran at no other rate: no state is left over.
             EXPECT_TRUE(sameBits(output, render(library->entry(), input, rate, cut, changes))) << rate << ' ' << block;
         }
     }

@@ -1,4 +1,4 @@
-// Programs as a host sees them: names, selection, and what each of the factory's sounds like.
+// Programs through the library: names, selection, and the sound of each factory program.
 
 #include "FactorySettings.h"
 #include "HostTest.h"
@@ -24,7 +24,7 @@ protected:
     }
 };
 
-TEST_F(ProgramTest, TheFactorysProgramsStandInOrderWithoutTheirPrefix) {
+TEST_F(ProgramTest, TheFactorysProgramsAreListedInOrderWithoutTheirPrefix) {
     ASSERT_EQ(host.effect()->numPrograms, kFactoryCount);
     for (int32_t i = 0; i < kFactoryCount; ++i) {
         EXPECT_EQ(name(i), kFactoryPresets[i].name);
@@ -43,13 +43,13 @@ TEST_F(ProgramTest, IndexesOutOfRangeAreIgnored) {
     }
 }
 
-TEST_F(ProgramTest, TheCurrentProgramAgainChangesNothing) {
+TEST_F(ProgramTest, SelectingTheCurrentProgramChangesNothing) {
     host.setParameter(kEqA0, 0.25f);
     host.setProgram(0);
     EXPECT_EQ(host.parameter(kEqA0), 0.25f);
 }
 
-TEST_F(ProgramTest, ASlotKeepsWhatWasLeftInIt) {
+TEST_F(ProgramTest, ASlotKeepsTheStateThatItWasLeftWith) {
     host.setParameter(kEqA0, 0.25f);
     host.setProgram(4);
     EXPECT_NE(host.parameter(kEqA0), 0.25f);
@@ -73,14 +73,14 @@ TEST_F(ProgramTest, ANewNameShowsEverywhereAndIsCutForTheHost) {
     EXPECT_EQ(preset.name, "TAEQ:A name that is longer than hosts have room for");
 }
 
-TEST_F(ProgramTest, WhatTheHostSetsItselfIsNotToldToIt) {
+TEST_F(ProgramTest, TheHostIsNotNotifiedOfItsOwnChanges) {
     host.setProgram(5);
     rename("Other");
     EXPECT_TRUE(host.automated.empty());
     EXPECT_EQ(host.displayUpdates, 0);
 }
 
-TEST_F(ProgramTest, EachFactoryProgramSoundsAsItsTableSays) {
+TEST_F(ProgramTest, EachFactoryProgramSoundsLikeTheReferenceOfItsTable) {
     const auto input = sound::signalOf(sound::kSignals[0], 2, 2000, 44100.0);
     for (int32_t i = 0; i < kFactoryCount; ++i) {
         CVstHost own;
@@ -99,7 +99,7 @@ TEST_F(ProgramTest, EachFactoryProgramSoundsAsItsTableSays) {
     }
 }
 
-TEST_F(ProgramTest, AProgramThatIsChosenWhileAudioRunsFadesIn) {
+TEST_F(ProgramTest, AProgramSelectedWhileAudioRunsFadesIn) {
     const CSignal<double> input = noise<double>(kChannels, 6000);
     CLayout layout;
     layout.hostChannels = kChannels;

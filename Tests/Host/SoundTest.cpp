@@ -1,4 +1,4 @@
-// What a host hears through the library, against the reference chain: everything that the 18 parameters reach.
+// The output of the library against the reference chain, over everything that the 18 parameters reach.
 
 #include "HostTest.h"
 #include "Tests/System/SoundHelp.h"
@@ -24,7 +24,7 @@ double gainOf(float normalised) {
     return std::exp(std::log(low) + static_cast<double>(normalised) * std::log(reference::factorOf(12.0) / low));
 }
 
-/// What a parameter of the host means for the reference. Oversampling is part of the layout.
+/// The reference's setting for a parameter of the host. Oversampling is part of the layout.
 void apply(const CChange& change, CSettings& settings) {
     if (change.index == kBypass) {
         settings.isBypassed = std::round(change.value) > 0.5;
@@ -58,14 +58,14 @@ CRows expected(const CLayout& layout, const std::vector<CChange>& changes, const
 
 class HostSound : public HostTest {
 protected:
-    /// Compares what an effect makes of the first rows of its inputs with what the reference makes of them.
+    /// Compares the outputs of an effect and of the reference for the first rows of the inputs.
     template <class Sample>
     static void expectSame(const char* name, const CLayout& layout, std::vector<CChange> changes, CRows input,
                            double tolerance) {
         CSignal<Sample> rows(kChannels, std::vector<Sample>(input[0].size()));
         for (size_t c = 0; c < input.size(); ++c) {
             std::transform(input[c].begin(), input[c].end(), rows[c].begin(), [](double x) { return Sample(x); });
-            // The reference hears what the effect hears.
+            // The reference gets the same input as the effect.
             input[c].assign(rows[c].begin(), rows[c].end());
         }
         // Modes count 1x as 1, of 4.
@@ -108,7 +108,7 @@ TEST_F(HostSound, EverySignalAtEveryRateAndOversamplingIsTheReferences) {
     }
 }
 
-TEST_F(HostSound, A32BitHostHearsTheReferenceRounded) {
+TEST_F(HostSound, A32BitHostGetsTheReferenceRounded) {
     for (double rate : kRates) {
         for (int stages = 0; stages <= 3; ++stages) {
             CLayout layout = layoutOf(rate, stages);
@@ -163,7 +163,7 @@ TEST_F(HostSound, InterruptedFadesAreTheReferences) {
     }
 }
 
-TEST_F(HostSound, AChangeTakenBackDuringAFadeStartsNoOther) {
+TEST_F(HostSound, AChangeTakenBackDuringAFadeStartsNoSecondFade) {
     const std::vector<CChange> changes = {{-1, kEqA0 + 3, 0.2f},  {100, kEqA0 + 3, 0.9f},  {200, kEqA0 + 3, 0.2f},
                                           {300, kEqA0 + 3, 0.9f}, {3000, kEqA0 + 3, 0.9f}, {3100, kEqA0 + 3, 0.5f}};
     expectSame<double>("sine", layoutOf(44100.0, 0), changes, signalOf(kSignals[0], 2, 5000, 44100.0), kTolerance64);

@@ -7,7 +7,7 @@ namespace {
 
 constexpr int32_t kStereo = 2;
 
-/// Both files in one process, as a host that lists them has them.
+/// Both files in one process, as in a host that scans them.
 class StereoFaceTest : public HostTest {
 protected:
     void SetUp() override {
@@ -46,7 +46,7 @@ CSignal<Sample> firstTwo(const CSignal<Sample>& signal) {
     return {signal.begin(), signal.begin() + kStereo};
 }
 
-TEST_F(StereoFaceTest, ShowsTwoChannelsUnderAnIdOfItsOwn) {
+TEST_F(StereoFaceTest, ShowsTwoChannelsUnderASeparateId) {
     const vst::AEffect& e = *stereo.effect();
     EXPECT_EQ(e.numInputs, kStereo);
     EXPECT_EQ(e.numOutputs, kStereo);
@@ -55,7 +55,7 @@ TEST_F(StereoFaceTest, ShowsTwoChannelsUnderAnIdOfItsOwn) {
     EXPECT_EQ(full.effect()->uniqueId, vst::fourCc('T', 'A', 'E', 'Q'));
 }
 
-TEST_F(StereoFaceTest, SaysTheSameOfItselfOtherwise) {
+TEST_F(StereoFaceTest, HasTheSameNamesAndParametersAsTheFullFace) {
     const vst::AEffect& a = *stereo.effect();
     const vst::AEffect& b = *full.effect();
     EXPECT_EQ(a.numParams, b.numParams);
@@ -75,7 +75,7 @@ TEST_F(StereoFaceTest, SaysTheSameOfItselfOtherwise) {
     }
 }
 
-TEST_F(StereoFaceTest, HasTheBitsOfTheFullFacesFirstTwoChannels) {
+TEST_F(StereoFaceTest, HasTheBitsOfTheFirstTwoChannelsOfTheFullFace) {
     const auto input = noise<double>(kChannels, 3000);
     const auto narrow = noise<float>(kChannels, 3000);
     for (int32_t program = 0; program < full.effect()->numPrograms; ++program) {
@@ -97,7 +97,7 @@ TEST_F(StereoFaceTest, ExchangesChunksWithTheFullFace) {
     EXPECT_EQ(stereo.chunk(false), bank);
     ASSERT_TRUE(stereo.setChunk(program, true));
     EXPECT_EQ(stereo.chunk(true), program);
-    // And back, into a full face that knows nothing of it.
+    // And back, into a fresh effect of the full face.
     CVstHost other;
     ASSERT_TRUE(other.open(library->entry()));
     ASSERT_TRUE(other.setChunk(stereo.chunk(true), true));

@@ -1,4 +1,4 @@
-// A plug-in that loads the real one and writes down every call that passes between it and a host, one line a call.
+// A plug-in that loads the real one and records every call between it and a host, one line a call.
 
 #include <dlfcn.h>
 
@@ -17,7 +17,7 @@ namespace {
 
 using namespace tarv;
 
-/// The calls of an effect as they were before the recorder put its own in their place.
+/// The functions of an effect, which the recorder replaced by its own.
 struct COriginal {
     vst::DispatcherProc dispatcher;
     vst::ProcessProc process;
@@ -28,8 +28,8 @@ struct COriginal {
     int32_t number;
 };
 
-/// The file of the environment variable TARV_HOST_TRACE. Lines of several threads and effects stand in the order of
-/// their calls; threads and effects are numbered as they come.
+/// Writes lines to the file of the environment variable TARV_HOST_TRACE, in the order of the calls of all threads and
+/// effects. Threads and effects are numbered in the order of their first calls.
 class CTrace {
 public:
     static CTrace& instance() {
@@ -67,7 +67,7 @@ private:
     FILE* file_ = nullptr;
 };
 
-/// What a pointer stands for: the text of a question, the bytes of a chunk as their count and a check sum.
+/// The content behind a pointer: the text of a question; count and check sum of a chunk's bytes.
 std::string argument(int32_t opcode, const void* ptr, intptr_t size) {
     if (opcode == vst::kEffectCanDo && ptr) {
         return std::string(" \"") + static_cast<const char*>(ptr) + "\"";
@@ -99,7 +99,7 @@ intptr_t dispatch(vst::AEffect* effect, int32_t opcode, int32_t index, intptr_t 
     const COriginal original = CTrace::instance().original(effect);
     const std::string call = "dispatch " + std::to_string(opcode) + " index " + std::to_string(index) + " value " +
                              (isPointer(opcode) ? "pointer" : std::to_string(value)) + " opt " + number(opt);
-    // In front of the call, so that what the effect asks its host meanwhile stands behind it.
+    // Written before the call, so that questions of the effect inside it follow.
     CTrace::instance().line(original.number,
                             call + (opcode == vst::kEffectGetChunk ? "" : argument(opcode, ptr, value)));
     const intptr_t result = original.dispatcher(effect, opcode, index, value, ptr, opt);

@@ -1,5 +1,5 @@
 // Replaces the kernel's ALSA sequencer for a host that does not start without one: preloaded, it accepts ports, queues
-// and events, delivers none and knows no other client. Calls that only read or write a record stay in libasound.
+// and events, delivers none and reports no other client. Calls that only read or write a record stay in libasound.
 
 #include <sys/eventfd.h>
 #include <sys/poll.h>

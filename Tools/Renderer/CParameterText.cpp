@@ -10,7 +10,7 @@ namespace tarv::host {
 namespace {
 
 constexpr int32_t kScanSteps = 1024;
-// A position travels as a 32-bit float, so more halvings find nothing.
+// A position is a 32-bit float: more halvings find nothing.
 constexpr int32_t kHalvings = 26;
 
 std::string lowered(std::string text) {
@@ -100,7 +100,7 @@ bool CParameterText::askPlugin(int32_t index, const std::string& text, float& va
 }
 
 bool CParameterText::findWord(int32_t index, const std::string& word, float& value) {
-    // A display is cut to what the interface grants, so a longer word is cut likewise.
+    // A display is cut to the interface's length, so a longer word is cut likewise.
     const std::string wanted = lowered(word).substr(0, vst::kMaxParamText - 1);
     int32_t first = -1;
     int32_t last = -1;

@@ -6,15 +6,15 @@
 
 namespace tarv::host {
 
-/// Finds the normalised value behind a text such as "+3dB" or "4x". A plug-in says only what a position reads, so the
-/// display is searched: a word by the stretch of positions that shows it, a number by halving, where the middle of the
-/// stretch that shows it (or the line between two neighbours, for a number finer than the display) is taken.
+/// Finds the normalised value behind a text such as "+3dB" or "4x". A plug-in only gives the text of a position, so
+/// the display is searched: a word by the stretch of positions that shows it, a number by halving, where the middle of
+/// the stretch that shows it (or the line between two neighbours, for a number finer than the display) is taken.
 class CParameterText {
 public:
     explicit CParameterText(CVstHost& host);
 
-    /// Normalised value of `text`: a plain number from 0 to 1 as it stands, anything else by the display.
-    /// False with the reason. Leaves the parameter where it was.
+    /// Normalised value of `text`: a plain number from 0 to 1 is the position, anything else is searched in the
+    /// display. False with the reason. Leaves the parameter where it was.
     bool find(int32_t index, const std::string& text, float& value, std::string& error);
 
 private:

@@ -13,7 +13,7 @@ namespace tarv::host {
 namespace {
 
 void* openLibrary(const std::string& path, std::string& error) {
-    // A loader that cannot find the file must answer us, not open a window.
+    // A loader that cannot find the file must return an error, not open a window.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
     std::string native(path);
     for (char& c : native) {

@@ -24,7 +24,7 @@ struct CRenderOptions {
     int32_t precision = 64;
     double tail = 0.0;        ///< seconds of silence behind the input
     double expected = 0.0;    ///< seconds of input that progress counts against, 0 if not known
-    bool isRealtime = false;  ///< answers the plug-in that it plays, not that it renders
+    bool isRealtime = false;  ///< the process level is playback, not off-line rendering
     std::string load;         ///< a file with a state: a preset or a bank
     std::string preset;       ///< name of a program to choose behind that
     std::string save;         ///< files for the state at the end: the current program, the bank

@@ -23,7 +23,7 @@ struct CChannels {
             pointers.push_back(samples.data() + static_cast<size_t>(c) * (frames + kStagger));
         }
     }
-    // Equal offsets in a page would make the channels fight for the same lines of the cache.
+    // Channels at equal offsets in a page would evict each other's cache lines.
     static constexpr int32_t kStagger = 24;
     std::vector<Sample> samples;
     std::vector<Sample*> pointers;

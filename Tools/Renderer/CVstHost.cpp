@@ -6,7 +6,7 @@ namespace tarv::host {
 
 namespace {
 
-// The effect asks its first questions before the host knows the effect.
+// The effect calls its host before `user` can point to this object.
 thread_local CVstHost* openingHost = nullptr;
 
 intptr_t copyText(void* ptr, const std::string& text, size_t size) {
@@ -57,7 +57,7 @@ intptr_t CVstHost::dispatch(int32_t opcode, int32_t index, intptr_t value, void*
 }
 
 std::string CVstHost::text(int32_t opcode, int32_t index) {
-    // Plug-ins are known that write beyond what the interface grants them.
+    // Some plug-ins write beyond the interface's length.
     char buffer[512] = {};
     dispatch(opcode, index, 0, buffer);
     buffer[sizeof buffer - 1] = 0;

@@ -7,7 +7,7 @@
 
 namespace tarv::host {
 
-/// What the host answers when a plug-in asks about it. May be changed at any time between two calls.
+/// The answers of the host to a plug-in. May be changed between two calls.
 struct CHostAnswers {
     int32_t masterVersion = vst::kInterfaceVersion;
     std::string vendor = "Tarvelo";
@@ -19,8 +19,8 @@ struct CHostAnswers {
     bool hasTempo = true;
 };
 
-/// One effect and the host around it, as a small real host does it. Closes the effect when destroyed.
-/// Thread: the one that made it, except that process calls may come from a thread of their own.
+/// One effect and a small host around it. Closes the effect when destroyed.
+/// Thread: the one that created it; process calls may come from one other thread.
 class CVstHost {
 public:
     CVstHost() = default;
@@ -37,7 +37,7 @@ public:
 
     vst::AEffect* effect() const { return effect_; }
     intptr_t dispatch(int32_t opcode, int32_t index = 0, intptr_t value = 0, void* ptr = nullptr, float opt = 0.0f);
-    /// A question that the plug-in answers by a text.
+    /// The text that the plug-in answers to an opcode.
     std::string text(int32_t opcode, int32_t index = 0);
     bool canDo(const char* question, intptr_t answer = 1);
 

@@ -34,7 +34,7 @@ int main(int argc, char** argv) {
     CRenderOptions options;
     std::string error;
     if (!parseOptions(argc, argv, options, error)) {
-        return fail(kBadCommand, error + " (--help lists all options)");
+        return fail(kBadCommand, error + " (see --help)");
     }
     if (options.isHelp) {
         std::fputs(renderHelp(), stdout);

@@ -1,4 +1,4 @@
-// The state around a run: what is loaded before it and saved behind it.
+// Loads a state before a run and saves one behind it.
 
 #include "CRenderer.h"
 
@@ -33,7 +33,7 @@ bool writeFile(const std::string& path, const std::string& bytes, std::string& e
     return std::fclose(file) == 0 && isWritten;
 }
 
-/// Whether the id stands where a block may begin.
+/// Whether the id is found where a block may begin.
 bool hasId(const std::string& bytes, const char* id) {
     return bytes.compare(0, 4, id) == 0 || (bytes.size() > kPrefix && bytes.compare(kPrefix, 4, id) == 0);
 }

@@ -98,7 +98,8 @@ void CAudioBlockRunner::run(const Sample* const* inputs, Sample* const* outputs,
     graph_.output().clearBuffers();
 }
 
-/// Whether a run would do what the last one did: nothing has changed, and the same inputs are there.
+/// Whether a run would issue the same operations as the last one: nothing has changed, and the same inputs have
+/// buffers.
 bool CAudioBlockRunner::isSteady(const void* const* inputs, int32_t frames) const {
     const CAudioGraph& shared = graph_.shared();
     if (!shared.isSteady() || frames != frames_ || shared.collector->deliveries() != deliveries_ ||

@@ -21,7 +21,7 @@ public:
     template <class Sample>
     void process(const Sample* const* inputs, Sample* const* outputs, int32_t frames);
 
-    /// Silences as many outputs of the host; null pointers, or a null array, are left out.
+    /// Clears `count` outputs of the host; null pointers, or a null array, are left out.
     template <class Sample>
     static void silence(Sample* const* outputs, int32_t count, int32_t frames);
 

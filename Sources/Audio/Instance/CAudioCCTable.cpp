@@ -1,3 +1,5 @@
+// Loads the table of controllers and follows its store.
+
 #include "Audio/Instance/CAudioCCTable.h"
 
 #include <algorithm>

@@ -6,8 +6,8 @@
 namespace tarv {
 
 /// Assignments of MIDI controllers (`audio:cctable`), kept in the product's data under the key `ccmap`: 128 pairs of
-/// 32-bit numbers. Nothing sends controllers to this plug-in: the table is loaded, follows what another instance
-/// writes, and has no further effect.
+/// 32-bit numbers. Nothing sends controllers to this plug-in: the table is loaded, follows the writes of other
+/// instances, and has no further effect. Any thread but the audio thread.
 class CAudioCCTable : public CObject {
 public:
     struct CSlot {
@@ -22,7 +22,7 @@ public:
 
     CAudioCCTable();
     [[nodiscard]] CError* init() override;
-    /// Slot of a controller number in 0..127.
+    /// Slot of a controller number in 0..127; zeros if the store has none.
     CSlot slot(int32_t controller) const;
 
 private:

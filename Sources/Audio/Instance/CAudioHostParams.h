@@ -28,8 +28,7 @@ public:
 
     void setOffline(bool isOffline);  // [main thread, suspended]
     void setBpm(double bpm);          // [main thread, suspended]
-    /// As the setters, and each a no-op for the value that is set: what the host answers now.
-    /// [audio thread, running]
+    /// The host's present answers; a value that did not change does nothing. [audio thread, running]
     void takeOffline(bool isOffline);
     void takeBpm(double bpm);
     /// Sets `host-latency-change` until the mark is cleared. [audio thread, running]
@@ -50,7 +49,7 @@ private:
     CAudioParam* bpmParam_ = nullptr;
     bool isOffline_ = false;
     double bpm_ = 0.0;
-    int32_t stages_ = 0;  ///< as host-oversampling-mode was set last
+    int32_t stages_ = 0;  ///< the value that host-oversampling-mode was set to last
     std::atomic<bool> isLatencyMarked_{false};
     std::atomic<int32_t> oversamplingLevel_{1};
     CApplicationDataBridge<CAudioHostParams> settingBridge_;

@@ -43,7 +43,7 @@ public:
     void reset();
     /// Runs both processes over the frames, at most kMaxRun, that lie on the input port. [audio thread, running]
     void run(int32_t frames);
-    /// Makes what fades need of memory, if the last run met a new layout. [audio thread, running]
+    /// Reserves the memory that fades will need, if the last run met a new layout. [audio thread, running]
     void makeRoomIfNeeded();
     /// Sums the delays again, if one of them changed. [audio thread, running]
     void placeDelaysIfNeeded();
@@ -65,7 +65,7 @@ private:
     CAudioGraph graph_;
     std::unique_ptr<CAudioProcessBase> main_;
     std::unique_ptr<CModOutput> output_;
-    /// The block size of the last start; its rate stands in the graph.
+    /// The block size of the last start; the graph holds its rate.
     int32_t blockSize_ = 0;
 };
 

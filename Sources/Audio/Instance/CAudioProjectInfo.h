@@ -6,7 +6,8 @@
 
 namespace tarv {
 
-/// What the product's project object says of the plug-in. Thread: any, read-only behind `read`.
+/// Names, code, version and counts of the plug-in, from the product's project object. Thread: any, read-only behind
+/// `read`.
 class CAudioProjectInfo {
 public:
     /// Reads the attributes of the project. Fails with the first that is missing or out of its range.

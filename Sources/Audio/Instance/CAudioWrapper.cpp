@@ -80,7 +80,7 @@ CError* CAudioWrapper::init() {
     TARV_TRY(graph_.init(objects_, internalChannelCount(), groupCount()));
     paramCollector()->closeCollection();
     createGlobalParams();
-    startWithDefaultPreset();  // before the bridges: the host has not got the instance yet
+    startWithDefaultPreset();  // before the bridges: the host does not have the instance yet
     interfaceBase()->setGroupCount(groupCount());
     interfaceBase()->setInternalChannelCount(internalChannelCount());
     connectHost();
@@ -132,7 +132,7 @@ void CAudioWrapper::startWithDefaultPreset() {
     CAudioDefaultPreset::read(stream);
     if (!stream.isEmpty()) {
         CMemoryReader reader(stream.data(), static_cast<uint32_t>(stream.count()));
-        // A damaged one changes nothing.
+        // A damaged preset changes nothing.
         TARV_CONSUME(paramRegistry()->activatePreset(reader, {-1, false, false}));
     }
 }
@@ -241,7 +241,7 @@ void CAudioWrapper::resume() {
         graph_.setHostChannels(inputCount_, outputCount_);
         interfaceBase()->setIoCounts(inputCount_, outputCount_, 0);
     }
-    // Also when the audio thread has found it out already: it leaves the values that users read alone.
+    // Needed even if the audio thread has set it: the values that users read follow here.
     setOffline(hostProcessLevel() == kOfflineLevel);
     // The host takes the latency anew behind a resume.
     hostParams_.clearLatencyMark();
@@ -265,7 +265,7 @@ void CAudioWrapper::beginBlock() {
     objects_.vizCollector->setPosition(env()->position());
     paramCollector()->applyPendingChanges(graph().now);
     // Hosts that set a rate while running would otherwise get filters of the old rate. Hosts that set the state behind
-    // the resume would get a fade from values that nobody chose.
+    // the resume would get a fade from the former values.
     const bool isFirstState = isFirstBlock_ && paramCollector()->deliveries() != deliveries;
     const bool isFormatNew = !graph_.isStartedFor(rate, blockSize);
     if (isFirstState || isFormatNew) {

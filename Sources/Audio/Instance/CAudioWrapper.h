@@ -20,7 +20,7 @@ class CQPLEXContext;
 /// The environment's lock guards the active flag, the sample rate and the block size.
 class CAudioWrapper : public CCheckedObject {
 public:
-    /// Bytes of a prefix that a host may keep before a chunk, and of a chunk that is too short to be one.
+    /// Bytes of the prefix that a host may put before a chunk. A chunk of as many bytes or fewer is ignored.
     static constexpr int64_t kChunkPrefix = 16;
 
     /// Calls a method of its owner, `void T::method(CCheckedObject* sender)`, when the current program, its name or the
@@ -78,7 +78,7 @@ public:
     /// [any thread but the audio thread, any state]
     [[nodiscard]] CError* getState(CByteBuffer& chunk, bool isProgram);
     /// Restores what getState gave. With `checkHeader` a chunk of up to kChunkPrefix bytes does nothing, and the block
-    /// is taken where its id stands: at the first byte or behind a prefix. Not a step of the history. On failure
+    /// begins where its id is found: at the first byte or behind a prefix. Not a step of the history. On failure
     /// nothing changes. [any thread but the audio thread, any state]
     [[nodiscard]] CError* setState(const void* data, int64_t size, bool isProgram, bool checkHeader);
 

@@ -1,3 +1,5 @@
+// Turns the C calls of a host into virtual calls, with checked pointers, and calls the host.
+
 #include "Audio/VST/AudioEffectX.h"
 
 #include <algorithm>
@@ -34,7 +36,7 @@ struct CDispatchRow {
     DispatchHandler handler;
 };
 
-/// Nothing may be thrown into a host: whatever still comes (memory that ends) turns into "nothing happened".
+/// Catches every exception (out of memory, say) before it reaches the host, and returns `failed`.
 template <class Result, class Body>
 Result atBoundary(Result failed, Body body) {
     try {
@@ -50,7 +52,7 @@ AudioEffectX* effectOf(vst::AEffect* effect) {
 
 }  // namespace
 
-/// What each opcode does, and the C functions that the host calls.
+/// The table of opcodes and the C functions that the host calls.
 struct AudioEffectDispatch {
     static const CDispatchRow kRows[];
 
@@ -249,7 +251,7 @@ void AudioEffectX::setEditor(AEffEditor* editor) {
 }
 
 void AudioEffectX::setSampleRate(float rate) {
-    // Outside these bounds no audio runs, and a filter or a fade designed for such a rate would be nonsense.
+    // No audio device runs outside these bounds, and filters and fades cannot be designed for such rates.
     constexpr float kLeastRate = 1000.0f;
     constexpr float kMostRate = 1.0e7f;
     if (rate >= kLeastRate && rate <= kMostRate) {
@@ -299,7 +301,7 @@ int32_t AudioEffectX::getMasterVersion() {
 }
 
 bool AudioEffectX::getHostText(int32_t opcode, char (&text)[65]) {
-    // Larger than what the interface allows, since there are hosts that write more.
+    // Larger than the interface allows: some hosts write more.
     char answer[512] = {};
     const bool answered = callHost(opcode, 0, 0, answer) != 0;
     std::memcpy(text, answer, sizeof text - 1);

@@ -7,28 +7,28 @@
 
 namespace tarv {
 
-/// The editor of an effect as the interface knows it. Thread: the host's user interface.
+/// The interface of an effect's editor. Thread: the host's user interface.
 class AEffEditor : public CHeapObject {
 public:
     virtual ~AEffEditor() = default;
-    /// The place in pixels; it lives as long as the editor. False without one.
+    /// Gives the editor's rectangle in pixels, which is valid as long as the editor. False without one.
     virtual bool getRect(vst::Rect** rect) = 0;
     /// Opens in the host's window. False on failure or when already open.
     virtual bool open(void* parent) = 0;
     virtual void close() = 0;
     virtual bool isOpen() const = 0;
     virtual void idle() = 0;
-    /// A report of the mouse wheel, down when negative. True when used.
+    /// Takes a step of the mouse wheel, down when negative. True when used.
     virtual bool onWheel(float distance) = 0;
 };
 
 /// The effect's side of the VST 2 interface: an AEffect for the host, whose calls arrive at the virtuals below with
-/// their pointers checked for null. Texts are written into the host's buffers, whose sizes stand in Vst2.h. In
+/// their pointers checked for null. Texts are written into the host's buffers, whose sizes are in Vst2.h. In
 /// brackets: the thread and the state in which hosts make the call. "Main thread" is the host's user interface; a host
 /// may have another one for work in the background instead, but makes these calls one at a time.
 class AudioEffectX {
 public:
-    /// `host` may be null: then every question to the host is answered by 0. [main thread]
+    /// `host` may be null: then every question to the host gives 0. [main thread]
     AudioEffectX(vst::HostCallback host, int32_t numPrograms, int32_t numParams);
     virtual ~AudioEffectX();  // [main thread, suspended or, in careless hosts, running]
     AudioEffectX(const AudioEffectX&) = delete;
@@ -69,7 +69,7 @@ public:
     virtual bool setProcessPrecision(int32_t) { return false; }
     /// Events of the block that follows. [audio thread, running]
     virtual int32_t processEvents(const vst::Events*) { return 0; }
-    /// What the effect is. [main thread, any state]
+    /// Names, version, abilities and category of the effect. [main thread, any state]
     virtual bool getEffectName(char*) { return false; }
     virtual bool getVendorString(char*) { return false; }
     virtual bool getProductString(char*) { return false; }
@@ -78,8 +78,8 @@ public:
     virtual intptr_t canDo(const char*) { return 0; }
     virtual int32_t getPlugCategory() { return vst::kCategoryUnknown; }
 
-    /// The rate in Hz and the longest block that the host announced last. What makes no sense is not taken over.
-    /// [any thread, any state]
+    /// The rate in Hz and the longest block that the host announced last. Rates outside 1 kHz
+    /// to 10 MHz and block sizes outside 1 to 2^24 frames are ignored. [any thread, any state]
     float sampleRate() const { return sampleRate_; }
     int32_t blockSize() const { return blockSize_; }
 
@@ -94,11 +94,11 @@ protected:
     void canProcessReplacing(bool can) { setFlag(vst::kFlagCanReplacing, can); }
     void canDoubleReplacing(bool can) { setFlag(vst::kFlagCanDoubleReplacing, can); }
     void programsAreChunks(bool are) { setFlag(vst::kFlagProgramChunks, are); }
-    /// Takes the editor over and tells the host of it; null takes it away.
+    /// Takes ownership of the editor, deletes the former one and sets the editor flag; null removes the editor.
     void setEditor(AEffEditor* editor);
     AEffEditor* editor() const { return editor_; }
 
-    /// Questions to the host. Texts give at most 64 characters and their end into `text[65]`.
+    /// Questions to the host. Texts get at most 64 characters and a terminating zero.
     intptr_t callHost(int32_t opcode, int32_t index = 0, intptr_t value = 0, void* ptr = nullptr, float opt = 0.0f);
     int32_t getMasterVersion();
     bool getHostVendorString(char (&text)[65]) { return getHostText(vst::kHostGetVendorString, text); }
@@ -107,9 +107,9 @@ protected:
     /// Null when the host has none. Valid until the end of the block.
     const vst::TimeInfo* getTimeInfo(int32_t wantedFlags);
     bool ioChanged() { return callHost(vst::kHostIoChanged) != 0; }
-    /// Tells the host that programs, names or values changed as a whole.
+    /// Notifies the host that programs, names or values changed as a whole.
     bool updateDisplay() { return callHost(vst::kHostUpdateDisplay) != 0; }
-    /// Tells the host that the effect itself changed a parameter.
+    /// Notifies the host that the effect itself changed a parameter.
     void setParameterAutomated(int32_t index, float value);
 
 private:

@@ -33,7 +33,7 @@ vst::AEffect* CAudioWrapperVST::create(vst::HostCallback host) {
     return wrapper->getAeffect();
 }
 
-// The true counts are known when the tree is built.
+// init sets the true counts, which the tree holds.
 CAudioWrapperVST::CAudioWrapperVST(vst::HostCallback host) : AudioEffectX(host, 1, 1) {}
 
 CAudioWrapperVST::~CAudioWrapperVST() {
@@ -106,7 +106,7 @@ void CAudioWrapperVST::takeFormat() {
 }
 
 void CAudioWrapperVST::formatChanged() {
-    // Audacity sets the rate behind `mains on` and sends no other: without this its sound has filters of the old rate.
+    // Audacity sets the rate behind `mains on` without another resume; its sound would have filters of the old rate.
     if (isActive()) {
         takeFormat();
     }
@@ -215,7 +215,7 @@ bool CAudioWrapperVST::setProcessPrecision(int32_t precision) {
     return true;
 }
 
-// Events are accepted, since hosts route notes to what takes them, but nothing here listens to a controller yet.
+// Accepts and ignores events: some hosts route notes to effects that accept them, and no controller is in use.
 int32_t CAudioWrapperVST::processEvents(const vst::Events*) {
     return 1;
 }

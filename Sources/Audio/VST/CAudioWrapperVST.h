@@ -14,8 +14,8 @@ namespace tarv {
 /// call. Threads and states of its overrides are documented at AudioEffectX and CAudioWrapper.
 class CAudioWrapperVST : public AudioEffectX, public CAudioWrapper {
 public:
-    /// What the exported entry point does: an effect for `host`, or null when the host has no version or the instance
-    /// cannot be built (which is shown to the user). [main thread]
+    /// Creates an effect for the exported entry point. Null if `host` answers no version, or if the instance cannot be
+    /// built, which is shown to the user. [main thread]
     static vst::AEffect* create(vst::HostCallback host);
 
     explicit CAudioWrapperVST(vst::HostCallback host);
@@ -33,7 +33,7 @@ public:
     void setParameter(int32_t index, float value) override;
     float getParameter(int32_t index) override;
     int32_t getProgram() override;
-    /// The current program again, and an index out of range, change nothing.
+    /// The current program and an index out of range change nothing.
     void setProgram(int32_t index) override;
     void setProgramName(const char* text) override;
     int32_t getChunk(void** data, bool isProgram) override;

@@ -1,3 +1,5 @@
+// Builds and destroys the tree of an editor.
+
 #include "Audio/VST/CAudioWrapperVSTEditor.h"
 
 #include <algorithm>

@@ -7,9 +7,9 @@ namespace tarv {
 
 class CAudioWrapperVST;
 
-/// The editor of one effect: a second object tree, with a root of its own, which finds the engine by the pointer in
-/// its root's attribute `PluginRootPtrVar`. Not there yet: the window, without which open gives up; so the effect makes
-/// no editor. Thread: the host's user interface.
+/// The editor of one effect: a second object tree with a separate root, which finds the engine by the pointer in the
+/// root's attribute `PluginRootPtrVar`. There is no window yet: open fails without one, and the effect makes no editor.
+/// Thread: the host's user interface.
 class CAudioWrapperVSTEditor : public AEffEditor {
 public:
     /// The effect outlives its editor.

@@ -1,3 +1,5 @@
+// Keeps the arrangements that a host sets.
+
 #include "Audio/VST/CHostSpeakers.h"
 
 #include <utility>

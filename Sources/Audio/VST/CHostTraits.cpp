@@ -8,7 +8,7 @@ namespace {
 
 /// Hosts of an older interface give buffers for two channels only.
 constexpr int32_t kManyChannelsVersion = 2300;
-/// Gives buffers for two channels, whatever version it announces.
+/// Gives buffers for two channels although it announces a newer interface.
 constexpr const char* kTwoChannelProduct = "Sony ACID Pro";
 /// Calls suspend and resume on one thread while a block runs on another: the graph would be reset under the block.
 constexpr const char* kLockedProduct = "WaveLab";

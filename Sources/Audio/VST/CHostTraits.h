@@ -6,7 +6,7 @@
 
 namespace tarv {
 
-/// Vendor and product of a host, and what the effect does differently for it. No other code knows hosts by name.
+/// Vendor and product of a host, and what the effect does differently for it. Names of hosts occur nowhere else.
 struct CHostTraits {
     CString vendor;
     CString product;

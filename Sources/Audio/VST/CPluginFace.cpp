@@ -1,4 +1,4 @@
-// The face of the plug-in, from its file's name.
+// Finds the face of the plug-in from the name of its file.
 
 #include "Audio/VST/CPluginFace.h"
 

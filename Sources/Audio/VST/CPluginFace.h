@@ -5,11 +5,11 @@
 
 namespace tarv {
 
-/// Which face the library shows its hosts; its file's name chooses. Ardour's flexible track and others widen to every
-/// output of a plug-in, and what is meant for the right one is lost: for them there is a face of two channels.
+/// The face that the library shows its hosts, chosen by the name of its file. Ardour's flexible tracks and others widen
+/// to all outputs of a plug-in, which loses the right channel of a stereo signal; the stereo face is for them.
 enum class CPluginFace : uint8_t {
     kFull,    ///< all channels
-    kStereo,  ///< two inputs and two outputs under an id of that face; otherwise the same
+    kStereo,  ///< two inputs and two outputs under a separate id; otherwise the same
 };
 
 /// The face of a library file: stereo if its name ends in `-Stereo` before the extension, in upper or lower case.

@@ -1,3 +1,5 @@
+// Labels channels from the speakers that a host describes.
+
 #include "Audio/VST/CSpeakerLabels.h"
 
 #include <algorithm>
@@ -8,7 +10,7 @@ namespace tarv {
 
 namespace {
 
-// By speaker type.
+// Indexed by the speaker's type.
 constexpr const char* kTypeNames[] = {"M",  "L",  "R",  "C",   "Lfe", "Ls",  "Rs",  "Lc",  "Rc",  "S",
                                       "Sl", "Sr", "Tm", "Tfl", "Tfc", "Tfr", "Trl", "Trc", "Trr", "Lfe2"};
 

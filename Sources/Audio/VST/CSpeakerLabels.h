@@ -5,14 +5,14 @@
 
 namespace tarv {
 
-/// A speaker arrangement of the host and what its channels are called.
+/// A copy of a host's speaker arrangement, and a label for each channel.
 struct CSpeakerLabels {
-    /// Takes over what fits: a host states how many speakers follow, which need not be true.
+    /// Copies at most vst::kMaxSpeakers speakers, whatever count the host states.
     void assign(const vst::SpeakerArrangement& host);
 
     vst::SpeakerArrangement arrangement{};
-    /// One for each channel up to vst::kMaxSpeakers: the host's name, else the usual one of the speaker's type, else
-    /// the channel's number from 1.
+    /// One for each channel up to vst::kMaxSpeakers: the host's name, else the usual name of the speaker's type,
+    /// else the channel's number from 1.
     CString labels[vst::kMaxSpeakers];
     int32_t labelCount = 0;
 };

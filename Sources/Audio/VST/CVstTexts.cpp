@@ -1,3 +1,5 @@
+// Writes the texts of an effect into the buffers of its host.
+
 #include "Audio/VST/CVstTexts.h"
 
 #include "Audio/Instance/CAudioWrapper.h"

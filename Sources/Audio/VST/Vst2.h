@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Our own declarations of the VST 2 interface: the binary contract between a host and an effect, 64-bit only.
-/// Everything a host can see is plain data and C functions; x86-64 has one calling convention for each system.
+/// Declarations of the VST 2 interface, written for this product: the binary contract between a host and an effect,
+/// 64-bit only. A host sees plain data and C functions only; x86-64 has one calling convention for each system.
 namespace tarv::vst {
 
 constexpr int32_t fourCc(char a, char b, char c, char d) {
@@ -15,7 +15,7 @@ constexpr int32_t fourCc(char a, char b, char c, char d) {
 
 struct AEffect;
 
-/// The host's one entry for the effect. `effect` may be null only for kHostVersion.
+/// The function through which an effect calls its host. `effect` may be null only for kHostVersion.
 using HostCallback = intptr_t (*)(AEffect* effect, int32_t opcode, int32_t index, intptr_t value, void* ptr, float opt);
 using DispatcherProc = intptr_t (*)(AEffect* effect, int32_t opcode, int32_t index, intptr_t value, void* ptr,
                                     float opt);
@@ -70,7 +70,7 @@ enum EffectFlag : int32_t {
     kFlagCanDoubleReplacing = 1 << 12,
 };
 
-/// What a host asks of an effect through the dispatcher. Names tell which arguments count.
+/// Calls of a host to an effect through the dispatcher. Comments name the arguments in use.
 enum EffectOpcode : int32_t {
     kEffectOpen = 0,
     kEffectClose = 1,
@@ -117,7 +117,7 @@ enum EffectOpcode : int32_t {
 };
 constexpr int32_t kIdentity = fourCc('N', 'v', 'E', 'f');
 
-/// What an effect asks of its host.
+/// Calls of an effect to its host.
 enum HostOpcode : int32_t {
     kHostAutomate = 0,  ///< index, opt: a parameter was changed by the effect
     kHostVersion = 1,
@@ -190,7 +190,7 @@ enum EventType : int32_t { kEventMidi = 1, kEventSysEx = 6 };
 
 struct Event {
     int32_t type;      ///< EventType
-    int32_t byteSize;  ///< of what follows the first two members
+    int32_t byteSize;  ///< of the members behind the first two
     int32_t deltaFrames;
     int32_t flags;
     char data[16];
@@ -211,7 +211,7 @@ struct MidiEvent {
 };
 static_assert(sizeof(Event) == 32 && sizeof(MidiEvent) == 32, "hosts rely on this layout");
 
-/// A list of `numEvents` pointers; the declared two are only the least.
+/// A list of `numEvents` pointers, which may be more than the two that are declared.
 struct Events {
     int32_t numEvents;
     intptr_t reserved;
@@ -334,7 +334,7 @@ struct ParameterProperties {
 constexpr const char* kCanReceiveMidiEvent = "receiveVstMidiEvent";
 constexpr const char* kCanReceiveTimeInfo = "receiveVstTimeInfo";
 constexpr const char* kCanCockosExtensions = "hasCockosExtensions";
-/// The answer to kCanCockosExtensions, and what marks a display text as written.
+/// The answer to kCanCockosExtensions, and the result of a display request whose text was written.
 constexpr intptr_t kCockosExtensionsAnswer = 0xbeef0000;
 constexpr intptr_t kCockosDisplayAnswer = 0xbeef;
 /// kEffectVendorSpecific: index of a request for a display text; value: parameter, opt: normalised, ptr: text.

@@ -1,4 +1,4 @@
-// Answers to hosts that are tables.
+// Answers questions of a host from tables.
 
 #include "Audio/VST/VstAnswers.h"
 

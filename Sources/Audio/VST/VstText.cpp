@@ -1,4 +1,4 @@
-// Texts in the buffers of a host.
+// Copies texts into the buffers of a host.
 
 #include "Audio/VST/VstText.h"
 

@@ -19,7 +19,7 @@ void store(const std::vector<uint32_t>& words) {
     CLocalData::instance().write(CAudioCCTable::kDataName, buffer, kId);
 }
 
-/// An application whose data of the user lie in the test's own folder.
+/// An application that keeps the user's data in the test's folder.
 class CCTable : public testing::Test {
 protected:
     CCTable() : application_({{"audio:cctable", &createObject<CAudioCCTable>, nullptr}}) {
@@ -39,7 +39,7 @@ TEST_F(CCTable, StartsClearWithoutData) {
         EXPECT_TRUE(table->slot(i).param == 0 && table->slot(i).mode == 0) << i;
 }
 
-TEST_F(CCTable, StartsWithWhatTheStoreHolds) {
+TEST_F(CCTable, StartsWithTheTableOfTheStore) {
     store(std::vector<uint32_t>{5, 1, 7, 2});
     auto root = application_.makeRoot({{"audio:cctable", "cc"}});
     auto* table = root->findObjectOf<CAudioCCTable>("cc");
@@ -48,13 +48,13 @@ TEST_F(CCTable, StartsWithWhatTheStoreHolds) {
     EXPECT_EQ(table->slot(2).param, 0);
 }
 
-TEST_F(CCTable, FollowsWhatIsWrittenLaterAndIgnoresWhatIsBehindItsEnd) {
+TEST_F(CCTable, FollowsLaterWritesAndIgnoresBytesBehindItsEnd) {
     auto root = application_.makeRoot({{"audio:cctable", "cc"}});
     auto* table = root->findObjectOf<CAudioCCTable>("cc");
     store(std::vector<uint32_t>(2 * CAudioCCTable::kSlotCount + 9, 3));
     EXPECT_EQ(table->slot(0).param, 3);
     EXPECT_EQ(table->slot(CAudioCCTable::kSlotCount - 1).mode, 3);
-    store({1});  // half a slot is none
+    store({1});  // half a slot is ignored
     EXPECT_EQ(table->slot(0).param, 0);
 }
 

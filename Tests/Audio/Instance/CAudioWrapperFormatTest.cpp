@@ -8,7 +8,7 @@
 namespace tarv {
 namespace {
 
-TEST(CAudioWrapperFormatTest, ARateThatComesWhileRunningIsTheOneOfTheNextBlock) {
+TEST(CAudioWrapperFormatTest, ARateSetWhileRunningTakesEffectInTheNextBlock) {
     CRunningInstance instance;
     instance.wrapper.resume();
     instance.run(CSignal(441, 1.0));
@@ -20,11 +20,11 @@ TEST(CAudioWrapperFormatTest, ARateThatComesWhileRunningIsTheOneOfTheNextBlock) 
     EXPECT_TRUE(instance.wrapper.isActive());
 }
 
-TEST(CAudioWrapperFormatTest, ANewFormatEndsAFadeAsAResumeDoes) {
+TEST(CAudioWrapperFormatTest, ANewFormatEndsAFadeLikeAResume) {
     const struct {
         const char* name;
         void (*set)(CTestWrapper& wrapper);
-        double heard;
+        double output;
     } rows[] = {
         {"rate", [](CTestWrapper& wrapper) { wrapper.setSampleRate(48000.0); }, 4.0},
         {"block size", [](CTestWrapper& wrapper) { wrapper.setBlockSize(77); }, 4.0},
@@ -36,11 +36,11 @@ TEST(CAudioWrapperFormatTest, ANewFormatEndsAFadeAsAResumeDoes) {
         instance.run({1.0});
         instance.setGain(4.0);
         row.set(instance.wrapper);
-        EXPECT_EQ(instance.run({1.0})[0], row.heard) << row.name;
+        EXPECT_EQ(instance.run({1.0})[0], row.output) << row.name;
     }
 }
 
-TEST(CAudioWrapperFormatTest, ChangesBetweenResumeAndFirstBlockAreHeardWithoutAFade) {
+TEST(CAudioWrapperFormatTest, ChangesBetweenResumeAndFirstBlockSoundWithoutAFade) {
     CRunningInstance instance;
     for (const double gain : {5.0, 7.0}) {
         instance.wrapper.resume();

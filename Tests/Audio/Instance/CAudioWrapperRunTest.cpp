@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-/// Watches the runs of the graph: the samples that each run of the gain delivers.
+/// Records the samples that the gain delivers in each run of the graph.
 class CRunLengths : public CAudioGraphObserver {
 public:
     void processed(CAudioProcessBase& process) override {
@@ -25,7 +25,7 @@ public:
     std::vector<int32_t> lengths;
 };
 
-TEST(CAudioWrapperRunTest, BlocksRunInPiecesOfAtMost512) {
+TEST(CAudioWrapperRunTest, BlocksAreCutIntoRunsOfAtMost512) {
     const struct {
         int32_t frames;
         std::vector<int32_t> lengths;
@@ -66,7 +66,7 @@ TEST(CAudioWrapperRunTest, FramesOfVisualDataBeginWithBlocksBetweenResumeAndSusp
     EXPECT_EQ(viz.frame(), 0u);
     instance.wrapper.resume();
     instance.run(CSignal(4800, 1.0));
-    EXPECT_EQ(viz.frame(), 1u) << "one a block of the host, not one a piece of 512";
+    EXPECT_EQ(viz.frame(), 1u) << "one for a block of the host, not one for each run";
     instance.run(CSignal(4800, 1.0));
     EXPECT_EQ(viz.frame(), 2u);
     EXPECT_EQ(viz.position(), 0.1);
@@ -94,7 +94,7 @@ TEST(CAudioWrapperRunTest, NullPointersAreSilenceOnTheWayInAndDroppedOnTheWayOut
     EXPECT_EQ(second, CSignal(10, 0.0));
 }
 
-TEST(CAudioWrapperRunTest, BothPrecisionsMeetTheSameGraph) {
+TEST(CAudioWrapperRunTest, BothPrecisionsRunTheSameGraph) {
     CRunningInstance instance;
     instance.setGain(1.0 / 3.0);
     instance.wrapper.resume();
@@ -109,7 +109,7 @@ TEST(CAudioWrapperRunTest, BothPrecisionsMeetTheSameGraph) {
     }
 }
 
-TEST(CAudioWrapperRunTest, InPlaceGivesTheSame) {
+TEST(CAudioWrapperRunTest, InPlaceProcessingGivesTheSame) {
     CRunningInstance instance;
     instance.setGain(3.0, 1);
     instance.wrapper.resume();
@@ -134,7 +134,7 @@ TEST(CAudioWrapperRunTest, WithoutResumeTheOutputIsSilent) {
     EXPECT_EQ(instance.run(CSignal(10, 1.0)), CSignal(10, 0.0));
 }
 
-TEST(CAudioWrapperRunTest, SuspendAndResumeMayComeTwice) {
+TEST(CAudioWrapperRunTest, ASecondSuspendOrResumeDoesNothing) {
     CRunningInstance instance;
     instance.wrapper.suspend();
     EXPECT_FALSE(instance.wrapper.isActive());
@@ -152,7 +152,7 @@ TEST(CAudioWrapperRunTest, SuspendAndResumeMayComeTwice) {
     EXPECT_EQ(instance.run({1.0})[0], 4.0);
 }
 
-TEST(CAudioWrapperRunTest, ChangesWhileSuspendedAreHeardFromTheFirstSampleWithoutAFade) {
+TEST(CAudioWrapperRunTest, ChangesWhileSuspendedSoundFromTheFirstSampleWithoutAFade) {
     CRunningInstance instance;
     instance.setGain(3.0);
     instance.wrapper.resume();
@@ -165,7 +165,7 @@ TEST(CAudioWrapperRunTest, ChangesWhileSuspendedAreHeardFromTheFirstSampleWithou
     EXPECT_EQ(instance.run({1.0})[0], 5.0);  // while running it fades
 }
 
-TEST(CAudioWrapperRunTest, ARateThatComesWhileSuspendedIsTakenAtTheResume) {
+TEST(CAudioWrapperRunTest, ARateSetWhileSuspendedTakesEffectAtTheResume) {
     CRunningInstance instance;
     instance.wrapper.setSampleRate(96000.0);
     EXPECT_EQ(instance.wrapper.env()->sampleRate(), 96000.0);
@@ -198,11 +198,11 @@ TEST(CAudioWrapperRunTest, AnInputThatIsNotFiniteCountsAs0) {
     EXPECT_EQ(instance.run({1.0, kInfinity, -kInfinity, std::nan(""), 1.0}), (CSignal{2.0, 0.0, 0.0, 0.0, 2.0}));
 }
 
-TEST(CAudioWrapperRunTest, FromAnOutputThatIsNotFiniteOnThePieceIsSilentAndTheGraphStartsAnew) {
+TEST(CAudioWrapperRunTest, AnOutputThatIsNotFiniteSilencesTheRestOfTheRunAndResetsTheGraph) {
     CRunningInstance instance;
     instance.wrapper.resume();
     CSignal in(600, 1.0);
-    in[300] = 1e308;  // twice that is beyond the format
+    in[300] = 1e308;  // twice that is beyond the range
     const CSignal out = instance.run(in);
     EXPECT_EQ(CSignal(out.begin(), out.begin() + 300), CSignal(300, 2.0));
     EXPECT_EQ(CSignal(out.begin() + 300, out.begin() + 512), CSignal(212, 0.0));
@@ -225,18 +225,18 @@ TEST(CAudioWrapperRunTest, OffLineRenderingIsFollowed) {
     CRunningInstance instance;
     instance.wrapper.resume();
     instance.run({1.0});
-    EXPECT_EQ(heardValue(instance.wrapper, kOffline), 0.0);
+    EXPECT_EQ(graphValue(instance.wrapper, kOffline), 0.0);
     instance.wrapper.processLevel = 4;
     instance.run({1.0});
     instance.run({1.0});
-    EXPECT_EQ(heardValue(instance.wrapper, kOffline), 1.0);
-    EXPECT_EQ(heardValue(instance.wrapper, kOversampling), 1.0);
+    EXPECT_EQ(graphValue(instance.wrapper, kOffline), 1.0);
+    EXPECT_EQ(graphValue(instance.wrapper, kOversampling), 1.0);
     for (const int32_t level : {0, 1, 2, 3, 5}) {
         instance.wrapper.processLevel = level;
         instance.run({1.0});
         instance.run({1.0});
-        EXPECT_EQ(heardValue(instance.wrapper, kOffline), 0.0) << level;
-        EXPECT_EQ(heardValue(instance.wrapper, kOversampling), 0.0) << level;
+        EXPECT_EQ(graphValue(instance.wrapper, kOffline), 0.0) << level;
+        EXPECT_EQ(graphValue(instance.wrapper, kOversampling), 0.0) << level;
     }
     instance.wrapper.suspend();
     instance.wrapper.processLevel = 4;
@@ -244,7 +244,7 @@ TEST(CAudioWrapperRunTest, OffLineRenderingIsFollowed) {
     EXPECT_EQ(instance.param("host-offline"), 1.0);
 }
 
-TEST(CAudioWrapperRunTest, WhatTheAudioThreadFoundOfOffLineRenderingIsReadBehindTheNextResume) {
+TEST(CAudioWrapperRunTest, UsersReadTheOffLineStateOfTheAudioThreadBehindTheNextResume) {
     CRunningInstance instance;
     instance.wrapper.resume();
     instance.wrapper.processLevel = 4;
@@ -255,10 +255,10 @@ TEST(CAudioWrapperRunTest, WhatTheAudioThreadFoundOfOffLineRenderingIsReadBehind
     EXPECT_EQ(instance.param("host-offline"), 1.0);
     EXPECT_EQ(instance.param("host-oversampling-mode"), 1.0);
     instance.run({1.0});
-    EXPECT_EQ(heardValue(instance.wrapper, kOffline), 1.0);
+    EXPECT_EQ(graphValue(instance.wrapper, kOffline), 1.0);
 }
 
-TEST(CAudioWrapperRunTest, OnlyAPlugInThatUsesItAsksForTheTempo) {
+TEST(CAudioWrapperRunTest, OnlyAPlugInThatUsesTheTempoAsksForIt) {
     for (const bool isUsed : {false, true}) {
         CWrapperDefinitions definitions;
         definitions.pluginAttributes = {{"use-host-bpm", isUsed ? "true" : "false"}};
@@ -268,17 +268,17 @@ TEST(CAudioWrapperRunTest, OnlyAPlugInThatUsesItAsksForTheTempo) {
         instance.run({1.0});
         instance.run({1.0});
         EXPECT_EQ(instance.wrapper.tempoQuestions, isUsed ? 2 : 0);
-        EXPECT_EQ(heardValue(instance.wrapper, kBpm), isUsed ? 97.5 : 140.0);
-        instance.wrapper.tempo = 0.0;  // none: the last one stands
+        EXPECT_EQ(graphValue(instance.wrapper, kBpm), isUsed ? 97.5 : 140.0);
+        instance.wrapper.tempo = 0.0;  // the host has none: the last one stays
         instance.run({1.0});
-        EXPECT_EQ(heardValue(instance.wrapper, kBpm), isUsed ? 97.5 : 140.0);
+        EXPECT_EQ(graphValue(instance.wrapper, kBpm), isUsed ? 97.5 : 140.0);
     }
     CRunningInstance instance;
     instance.wrapper.setHostBpm(120.0);
     EXPECT_EQ(instance.param("host-bpm"), 120.0);
 }
 
-/// Behind the gain a filter that passes its input and claims a delay: 0, 100 or 7 samples by its index.
+/// Adds a filter behind the gain that passes its input and reports a delay: 0, 100 or 7 samples by its index.
 CWrapperDefinitions delayedDefinitions(CTestAttributes filterAttributes = {}) {
     CWrapperDefinitions definitions;
     CTestNode array{"audio:fltgen-array", "arr"};
@@ -300,7 +300,7 @@ CWrapperDefinitions delayedDefinitions(CTestAttributes filterAttributes = {}) {
     return definitions;
 }
 
-TEST(CAudioWrapperRunTest, TheLatencyOfTheGraphIsKnownBehindResume) {
+TEST(CAudioWrapperRunTest, TheLatencyOfTheGraphIsReportedByTheResume) {
     CRunningInstance instance(delayedDefinitions());
     EXPECT_EQ(instance.wrapper.latency(), 0);
     instance.wrapper.resume();
@@ -308,7 +308,7 @@ TEST(CAudioWrapperRunTest, TheLatencyOfTheGraphIsKnownBehindResume) {
     EXPECT_EQ(instance.wrapper.ioChanges, 0);
 }
 
-TEST(CAudioWrapperRunTest, ALatencyThatChangesWhileAudioRunsIsToldToTheHost) {
+TEST(CAudioWrapperRunTest, TheHostIsNotifiedOfALatencyThatChangesWhileAudioRuns) {
     for (const bool isSmooth : {false, true}) {
         CRunningInstance instance(delayedDefinitions({{"is-smooth-update", isSmooth ? "true" : "false"}}));
         instance.wrapper.resume();
@@ -317,15 +317,15 @@ TEST(CAudioWrapperRunTest, ALatencyThatChangesWhileAudioRunsIsToldToTheHost) {
         CAudioParam& index = *instance.wrapper.paramCollector()->findParam("plugin.modMain.f.index");
         index.setValue(0, 0, 2.0);
         instance.run(CSignal(10, 1.0));
-        EXPECT_EQ(instance.wrapper.latency(), 100);  // the channel of the other group still needs it
+        EXPECT_EQ(instance.wrapper.latency(), 100);  // the channel of the other group still has it
         index.setValue(1, 0, 2.0);
         instance.run(CSignal(10, 1.0));
         EXPECT_EQ(instance.wrapper.latency(), 7);
         EXPECT_EQ(instance.wrapper.ioChanges, 1);
         instance.run({1.0});
-        EXPECT_EQ(heardValue(instance.wrapper, kLatencyChange), 1.0);
+        EXPECT_EQ(graphValue(instance.wrapper, kLatencyChange), 1.0);
         EXPECT_EQ(instance.wrapper.ioChanges, 1);
-        // It is marked until a resume, behind which the host takes the latency anew.
+        // The mark stays until a resume, behind which the host reads the latency again.
         CAudioParam& mark = *instance.wrapper.paramCollector()->findParam("plugin.modMain.host-latency-change");
         EXPECT_TRUE(mark.takeEngineValue());
         EXPECT_EQ(mark.value(0, 0), 1.0);
@@ -333,11 +333,11 @@ TEST(CAudioWrapperRunTest, ALatencyThatChangesWhileAudioRunsIsToldToTheHost) {
         instance.wrapper.resume();
         EXPECT_EQ(mark.value(0, 0), 0.0);
         instance.run({1.0});
-        EXPECT_EQ(heardValue(instance.wrapper, kLatencyChange), 0.0);
+        EXPECT_EQ(graphValue(instance.wrapper, kLatencyChange), 0.0);
     }
 }
 
-TEST(CAudioWrapperRunTest, ALatencyThatANewFormatBringsIsToldToTheHost) {
+TEST(CAudioWrapperRunTest, TheHostIsNotifiedOfTheLatencyOfANewFormat) {
     CRunningInstance instance(delayedDefinitions());
     instance.wrapper.resume();
     instance.run(CSignal(10, 1.0));
@@ -350,7 +350,7 @@ TEST(CAudioWrapperRunTest, ALatencyThatANewFormatBringsIsToldToTheHost) {
     EXPECT_EQ(instance.wrapper.ioChanges, 1);
 }
 
-TEST(CAudioWrapperRunTest, TwoInstancesDoNotTouchEachOther) {
+TEST(CAudioWrapperRunTest, TwoInstancesDoNotAffectEachOther) {
     CRunningInstance first;
     CTestWrapper second;
     ASSERT_EQ(messageOf(second.init()), "");

@@ -16,7 +16,7 @@ CError* parse(const std::string& text, int32_t (&version)[3]) {
     return CAudioWrapper::parseVersion(text.c_str(), version);
 }
 
-TEST(CAudioWrapperInitTest, ASmallPlugInStands) {
+TEST(CAudioWrapperInitTest, ASmallPlugInStarts) {
     CWrapperApplication application;
     CTestWrapper wrapper;
     ASSERT_EQ(messageOf(wrapper.init()), "");
@@ -100,7 +100,7 @@ TEST(CAudioWrapperInitTest, EveryRequiredObjectMustBeThereAndOfItsClass) {
         {"param-registry", "No valid parameter registry object with the name 'plugin.param-registry' defined."},
     };
     for (const bool isOfAnotherClass : {false, true}) {
-        // What stands before the missing one in the order of the look-ups is there; what stands behind is not.
+        // Objects before the missing one in the order of the look-ups exist; those behind it do not.
         std::vector<std::string> there = {"connector"};
         for (const auto& row : rows) {
             CWrapperDefinitions definitions;
@@ -197,7 +197,7 @@ TEST(CAudioWrapperInitTest, ChangesOfTheEngineReachTheHostByTheirIndex) {
     wrapper.paramCollector()->findParam("plugin.modMain.g.gain")->setValue(1, 0, 0.0);
     ASSERT_EQ(wrapper.changes.size(), 1u);
     EXPECT_EQ(wrapper.changes[0].first, 1);
-    // The host hears nothing of its own changes.
+    // The host is not notified of its own changes.
     wrapper.extParamList()->setParameter(0, 0.25);
     EXPECT_EQ(wrapper.changes.size(), 1u);
 }

@@ -7,14 +7,14 @@ namespace tarv {
 
 using CSignal = std::vector<double>;
 
-/// An instance of the small plug-in: a gain of 2 for the group of each channel. Stereo unless told otherwise.
+/// An instance of the small plug-in: a gain of 2 for the group of each channel. Stereo.
 class CRunningInstance {
 public:
     explicit CRunningInstance(const CWrapperDefinitions& definitions = {}) : application_(definitions) {
         EXPECT_EQ(messageOf(wrapper.init()), "");
         wrapper.setChannelCounts(2, 2);
     }
-    /// One block of a mono signal in 64-bit, on the first channel; what comes out of it.
+    /// Runs one block of a mono signal in 64 bits on the first channel; returns the first output.
     CSignal run(const CSignal& in) {
         CSignal out(in.size(), 99.0);
         const double* inputs[2] = {in.data(), nullptr};

@@ -111,7 +111,7 @@ std::vector<CCreatorRow> wrapperCreators() {
     return rows;
 }
 
-double heardValue(const CTestWrapper& wrapper, int32_t slot) {
+double graphValue(const CTestWrapper& wrapper, int32_t slot) {
     const auto& main = dynamic_cast<const CAudioProcess&>(*wrapper.mainProcess());
     return CGraphTree::slotValue(*main.findProcess("watch"), slot);
 }

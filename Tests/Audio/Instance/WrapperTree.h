@@ -5,7 +5,7 @@
 
 namespace tarv {
 
-/// The core of a plug-in with a host that a test drives by hand.
+/// The core of a plug-in with a host whose answers a test sets.
 class CTestWrapper : public CAudioWrapper {
 public:
     int32_t hostProcessLevel() override { return processLevel; }
@@ -26,7 +26,7 @@ public:
     std::vector<std::pair<int32_t, double>> changes;
 };
 
-/// The definitions of a small plug-in. A test changes what it is about before it starts the application.
+/// The definitions of a small plug-in. A test changes them before it starts the application.
 struct CWrapperDefinitions {
     CWrapperDefinitions();
 
@@ -53,12 +53,12 @@ public:
         : CTestApplication(wrapperCreators(), definitions.tree()) {}
 };
 
-/// Slots of the process "watch", which hears the parameters that the host sets and takes no part in the signal.
+/// Slots of the process "watch", which reads the parameters that the host sets and has no part in the signal.
 enum CWatched : int32_t { kOffline, kOversampling, kBpm, kLatencyChange, kDenormEnable };
-/// What the graph of the small plug-in holds for one of them.
-double heardValue(const CTestWrapper& wrapper, int32_t slot);
+/// The value that the graph of the small plug-in holds in one of them.
+double graphValue(const CTestWrapper& wrapper, int32_t slot);
 
-/// The first line of the failure of an instance's init; "" if it stands.
+/// The first line of the failure of an instance's init; "" for success.
 std::string initFailure(const CWrapperDefinitions& definitions);
 
 }  // namespace tarv

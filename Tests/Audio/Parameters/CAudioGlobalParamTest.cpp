@@ -172,7 +172,7 @@ TEST_F(CAudioGlobalParamTest, ItReachesTheGraphOfTheOtherInstance) {
     double sample = 1.0;
     double* channels[1] = {&sample};
     second.processBlock(channels, channels, 1);
-    EXPECT_EQ(heardValue(second, kDenormEnable), 0.0);
+    EXPECT_EQ(graphValue(second, kDenormEnable), 0.0);
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ intptr_t answerHost(AEffect*, int32_t opcode, int32_t index, intptr_t, void* ptr
     return opcode == vst::kHostVersion ? 2400 : opcode == vst::kHostGetProcessLevel ? 4 : 0;
 }
 
-/// Notes what reaches it, and copies its inputs to its outputs plus one.
+/// Records the calls that reach it, and copies its inputs plus one to its outputs.
 class CNotingEffect : public AudioEffectX {
 public:
     explicit CNotingEffect(vst::HostCallback host) : AudioEffectX(host, 3, 5) {
@@ -200,7 +200,7 @@ TEST_F(AudioEffectXTest, EveryOpcodeButCloseTakesANullPointer) {
     }
 }
 
-TEST_F(AudioEffectXTest, ARateOrBlockSizeThatMakesNoSenseIsNotTakenOver) {
+TEST_F(AudioEffectXTest, ARateOrBlockSizeOutOfRangeIsIgnored) {
     call(vst::kEffectSetSampleRate, 0, 0, nullptr, 47999.5f);
     call(vst::kEffectSetBlockSize, 0, 96);
     for (float rate : {0.0f, -44100.0f, 999.0f, 1.1e7f, std::numeric_limits<float>::infinity(), std::nanf("")}) {
@@ -241,7 +241,7 @@ TEST_F(AudioEffectXTest, AForeignOrNullEffectIsLeftAlone) {
     EXPECT_EQ(noting.log, "");
 }
 
-TEST_F(AudioEffectXTest, NothingIsThrownIntoTheHost) {
+TEST_F(AudioEffectXTest, NoExceptionReachesTheHost) {
     noting.throwsNext = true;
     effect().setParameter(&effect(), 1, 0.5f);
     noting.throwsNext = false;
@@ -270,7 +270,7 @@ TEST_F(AudioEffectXTest, AHostsTextIsCutAt64Characters) {
     EXPECT_STREQ(text, "Short");
 }
 
-TEST_F(AudioEffectXTest, WithoutAHostEveryQuestionIsAnsweredByNothing) {
+TEST_F(AudioEffectXTest, WithoutAHostEveryQuestionGivesZero) {
     CNotingEffect lonely(nullptr);
     char text[65];
     EXPECT_EQ(lonely.getMasterVersion(), 0);
@@ -287,7 +287,7 @@ TEST_F(AudioEffectXTest, AChangeFromInsideIsReportedToTheHostAndNotSetAgain) {
     EXPECT_EQ(noting.log, "");
 }
 
-TEST_F(AudioEffectXTest, SpeakersThatNobodyKeepsAreNull) {
+TEST_F(AudioEffectXTest, SpeakersAreNullByDefault) {
     vst::SpeakerArrangement given{};
     vst::SpeakerArrangement* input = &given;
     vst::SpeakerArrangement* output = &given;

@@ -79,7 +79,7 @@ TEST_F(CAudioWrapperVSTTest, TheFocusFollowsTheLastHostOfTheProcess) {
     }
 }
 
-TEST_F(CAudioWrapperVSTTest, TheProcessLockIsThereForAHostThatNeedsIt) {
+TEST_F(CAudioWrapperVSTTest, TheProcessLockIsEnabledForAHostThatNeedsIt) {
     EXPECT_FALSE(make().hasProcessLock());
     answers.product = "WaveLab";
     EXPECT_TRUE(make().hasProcessLock());
@@ -116,13 +116,13 @@ TEST_F(CAudioWrapperVSTTest, ResumeTakesRateAndBlockSizeFromTheHost) {
     EXPECT_TRUE(w.isActive());
     e->dispatcher(e, vst::kEffectSetSampleRate, 0, 0, nullptr, 96000.0f);
     e->dispatcher(e, vst::kEffectSetBlockSize, 0, 128, nullptr, 0.0f);
-    EXPECT_EQ(w.env()->sampleRate(), 96000.0) << "the next block runs at it, without a suspend between";
+    EXPECT_EQ(w.env()->sampleRate(), 96000.0) << "the next block runs at it, without a suspend";
     EXPECT_EQ(w.env()->blockSize(), 128);
     w.suspend();
     EXPECT_FALSE(w.isActive());
 }
 
-TEST_F(CAudioWrapperVSTTest, ALatencyThatChangedStandsInTheEffectWhenTheHostIsTold) {
+TEST_F(CAudioWrapperVSTTest, ANewLatencyIsInTheEffectBeforeTheHostIsNotified) {
     CAudioWrapperVST& w = make();
     w.resume();
     EXPECT_EQ(w.getAeffect()->initialDelay, 0);
@@ -132,7 +132,7 @@ TEST_F(CAudioWrapperVSTTest, ALatencyThatChangedStandsInTheEffectWhenTheHostIsTo
     EXPECT_EQ(answers.ioChanges, 1);
 }
 
-TEST_F(CAudioWrapperVSTTest, TheTempoCountsOnlyWhenTheHostSaysItIsValid) {
+TEST_F(CAudioWrapperVSTTest, TheTempoCountsOnlyWithItsValidFlag) {
     CAudioWrapperVST& w = make();
     vst::TimeInfo time{};
     time.tempo = 93.5;
@@ -147,7 +147,7 @@ TEST_F(CAudioWrapperVSTTest, TheTempoCountsOnlyWhenTheHostSaysItIsValid) {
     EXPECT_EQ(bpm, 93.5);
 }
 
-TEST_F(CAudioWrapperVSTTest, AChangeFromInsideReachesTheHostsAutomation) {
+TEST_F(CAudioWrapperVSTTest, AChangeOfTheEngineReachesTheHostsAutomation) {
     CAudioWrapperVST& w = make();
     CAudioExtParam& changed = *w.extParamList()->param(3);
     changed.param()->setValue(changed.group(), changed.elementIndex(), 1.25);
@@ -155,10 +155,10 @@ TEST_F(CAudioWrapperVSTTest, AChangeFromInsideReachesTheHostsAutomation) {
     EXPECT_EQ(answers.automation, w.getParameter(3));
     answers.automated = -1;
     w.setParameter(3, 0.5f);
-    EXPECT_EQ(answers.automated, -1) << "the host knows what it set itself";
+    EXPECT_EQ(answers.automated, -1) << "the host is not notified of its own change";
 }
 
-TEST_F(CAudioWrapperVSTTest, AProgramFromInsideUpdatesTheDisplayAndOneFromTheHostDoesNot) {
+TEST_F(CAudioWrapperVSTTest, AProgramOfTheEngineUpdatesTheDisplayAndOneOfTheHostDoesNot) {
     CAudioWrapperVST& w = make();
     EXPECT_EQ(w.paramRegistry()->activateRomPreset(4), nullptr);
     EXPECT_EQ(answers.displayUpdates, 1);
@@ -177,7 +177,7 @@ TEST_F(CAudioWrapperVSTTest, AProgramFromInsideUpdatesTheDisplayAndOneFromTheHos
     EXPECT_EQ(answers.displayUpdates, 2);
 }
 
-TEST_F(CAudioWrapperVSTTest, EventsAreAcceptedAlsoWhenThereAreNone) {
+TEST_F(CAudioWrapperVSTTest, ANullListOfEventsIsAccepted) {
     EXPECT_EQ(make().processEvents(nullptr), 1);
 }
 
@@ -243,7 +243,7 @@ public:
     CWheelEditor* wheel;
 };
 
-TEST_F(CAudioWrapperVSTTest, AReportOfTheMouseWheelReachesTheEditorAndItsAnswerTheHost) {
+TEST_F(CAudioWrapperVSTTest, AWheelReportReachesTheEditorAndItsAnswerReachesTheHost) {
     CWrapperWithEditor w;
     EXPECT_EQ(w.vendorSpecific(0x73744341, 0x57686565, nullptr, -1.5f), 1);
     EXPECT_EQ(w.wheel->turned, -1.5f);
@@ -254,7 +254,7 @@ TEST_F(CAudioWrapperVSTTest, AReportOfTheMouseWheelReachesTheEditorAndItsAnswerT
     EXPECT_EQ(w.wheel->turned, 2.0f);
 }
 
-TEST_F(CAudioWrapperVSTTest, TheEditorStandsInTheProjectsSizeAndGivesUpWithoutAWindow) {
+TEST_F(CAudioWrapperVSTTest, TheEditorHasTheProjectsSizeAndFailsToOpenWithoutAWindow) {
     CAudioWrapperVST& w = make();
     CAudioWrapperVSTEditor editor(w);
     EXPECT_EQ(editor.getEffect(), &w);

@@ -5,7 +5,7 @@
 namespace tarv {
 namespace {
 
-TEST(CPluginFaceTest, TheEndOfTheFilesNameChooses) {
+TEST(CPluginFaceTest, TheEndOfTheFilesNameChoosesTheFace) {
     const struct {
         const char16_t* path;
         CPluginFace face;

@@ -1,4 +1,4 @@
-// When the library starts, and that it ends.
+// The start of the library at the first call, and its end at the unloading.
 #include <cstdlib>
 #include <filesystem>
 
@@ -7,8 +7,8 @@
 namespace tarv::host {
 namespace {
 
-TEST(Start, ComesWithTheFirstCallOfTheEntryAndTheEndWithTheUnloading) {
-    // Here the first instance stores defaults that are not there yet.
+TEST(Start, BelongsToTheFirstCallOfTheEntryAndTheEndToTheUnloading) {
+    // The first instance stores defaults that the folder does not have yet.
     const std::filesystem::path stored = std::filesystem::path(std::getenv("TARV_DATA_ROOT")) / "user";
     for (int round = 0; round < 3; ++round) {
         std::filesystem::remove_all(stored);
@@ -20,11 +20,11 @@ TEST(Start, ComesWithTheFirstCallOfTheEntryAndTheEndWithTheUnloading) {
             CVstHost host;
             host.answers.masterVersion = 0;
             EXPECT_FALSE(host.open(library.entry()));
-            EXPECT_FALSE(std::filesystem::exists(stored)) << "nor does a host that gets no instance";
+            EXPECT_FALSE(std::filesystem::exists(stored)) << "a host that gets no instance touches none either";
         }
         CVstHost host;
         ASSERT_TRUE(host.open(library.entry()));
-        // A library that had stayed would remember what it stored in the round before, and not store it again.
+        // A library that stayed loaded would remember its writes of the round before, and not store the file again.
         EXPECT_TRUE(std::filesystem::exists(stored)) << round;
         host.close();
     }
