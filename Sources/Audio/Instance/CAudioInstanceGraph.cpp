@@ -82,6 +82,10 @@ void CAudioInstanceGraph::reset() {
     output_->reset();
 }
 
+CAudioPort& CAudioInstanceGraph::input() const {
+    return main_->input(0);
+}
+
 void CAudioInstanceGraph::prepare() {
     reset();
     // Takes the pending changes in place. The run of no samples behind it makes every process, module and order that

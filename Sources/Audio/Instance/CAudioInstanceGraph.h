@@ -3,11 +3,13 @@
 #include <memory>
 
 #include "Audio/Graph/CAudioGraph.h"
-#include "Audio/Graph/CAudioProcessBase.h"
+#include "Core/CError.h"
 
 namespace tarv {
 
 struct CAudioInstanceObjects;
+class CAudioPort;
+class CAudioProcessBase;
 class CModOutput;
 
 /// The process graph of one instance: the main process, the output process behind it, and what they share. Starts
@@ -54,7 +56,7 @@ public:
     /// Null before init.
     CAudioProcessBase* main() const { return main_.get(); }
     /// The port on which the host's channels lie. Behind init.
-    CAudioPort& input() const { return main_->input(0); }
+    CAudioPort& input() const;
     CModOutput& output() const { return *output_; }
 
 private:
