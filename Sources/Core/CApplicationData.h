@@ -20,24 +20,30 @@ public:
     /// embedded one. A damaged user file gives an empty buffer, too.
     void read(const CString& name, CByteBuffer& buffer, uint32_t id);
     /// Writes the user's file, whole or not at all, and notifies the bridges of that name on this thread, under the
-    /// store's lock. Where the file can't be written, the block stands for this process alone.
+    /// store's lock. If the file can't be written, the block lasts for this process only. A file that is there and
+    /// can't be read as a block of that id is kept first, see keepDamaged; it isn't replaced if that fails.
     void write(const CString& name, const CByteBuffer& buffer, uint32_t id);
     /// As read, but the file first: what another program wrote meanwhile counts, and is what read gives from now on.
     void readStored(const CString& name, CByteBuffer& buffer, uint32_t id);
     /// Reads the stored block, hands it to `edit(CByteBuffer&)`, which changes it or fails, and writes the result as
-    /// write does. No other update of that name, by a thread or a program, comes between. Fails as `edit` does, and if
-    /// another program keeps the name for longer than two seconds; then nothing is written.
+    /// write does. No other update of that name, by a thread or a program, comes between. Fails as `edit` does, if
+    /// another program keeps the name for longer than two seconds, and if the user's file is there but can't be opened;
+    /// then nothing is written.
     template <class Edit>
     [[nodiscard]] CError* update(const CString& name, uint32_t id, Edit&& edit) {
         CFileLock lock;
         TARV_TRY(lockName(name, lock));
         CLockScope scope(linkLock());
         CByteBuffer buffer;
-        readStored(name, buffer, id);
+        TARV_TRY(readForUpdate(name, buffer, id));
         TARV_TRY(edit(buffer));
         write(name, buffer, id);
         return nullptr;
     }
+    /// Copies the user's file of that name, byte for byte, to the first free one of `<name>-damaged`,
+    /// `<name>-damaged-2` and so on to 99, and logs that. Bytes that are kept already are not kept again. Succeeds if
+    /// there is no file or nothing in it; a failure has copied nothing.
+    [[nodiscard]] CError* keepDamaged(const CString& name);
     /// The embedded block alone.
     void readEmbedded(const CString& name, CByteBuffer& buffer, uint32_t id);
     /// Without access, read gives empty buffers and write does nothing.
@@ -62,6 +68,10 @@ private:
     /// Whether a file is there; what is damaged gives an empty buffer.
     static bool readFile(const CString& path, CByteBuffer& buffer, uint32_t id);
     bool readFiles(const CString& name, CByteBuffer& buffer, uint32_t id);
+    [[nodiscard]] CError* readForUpdate(const CString& name, CByteBuffer& buffer, uint32_t id);
+    /// Keeps a file that is no block of that id.
+    [[nodiscard]] CError* keepIfDamaged(const CString& name, uint32_t id);
+    bool store(const CString& name, const CByteBuffer& buffer, uint32_t id);
     bool writeFile(const CString& path, const CByteBuffer& buffer, uint32_t id);
 
     CString subPath_;

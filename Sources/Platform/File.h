@@ -49,6 +49,8 @@ private:
 
 /// Whether CFile::open failed because somebody else has the file open and does not share it.
 bool isFileBusy(CPlatformError error);
+/// Whether CFile::open failed because there is no file of that name.
+bool isFileMissing(CPlatformError error);
 
 /// Moves a file to another name in the same folder and over what stands there, in one step: the name leads to the old
 /// content or to the new at any moment, also if the program ends meanwhile. Fails if a folder stands there or, on

@@ -5,6 +5,7 @@
 #include "Core/CompressedBlock.h"
 #include "Tests/Core/LogCapture.h"
 #include "Tests/System/EditorTest.h"
+#include "Tests/System/StoredFile.h"
 
 namespace tarv {
 namespace {
@@ -13,7 +14,7 @@ using engine::kOutGain;
 
 class DefaultPreset : public CEditorTest {
 protected:
-    ~DefaultPreset() override { CAudioDefaultPreset::clear(); }
+    ~DefaultPreset() override { EXPECT_EQ(firstLine(CAudioDefaultPreset::clear()), ""); }
 
     /// The present state under a name, as a compressed block.
     CByteBuffer present(const char* name) {
@@ -97,12 +98,30 @@ TEST_F(DefaultPreset, ADamagedOneIsLoggedAndTheFactorysStartStands) {
     CAudioDefaultPreset::read(stream);
     ASSERT_GT(stream.count(), 100);
     stream.resize(stream.count() - 1);
-    CAudioDefaultPreset::write(stream);
+    EXPECT_EQ(firstLine(CAudioDefaultPreset::write(stream)), "");
     CLogCapture log;
     auto fresh = another();
     EXPECT_FALSE(log.lines.empty());
     EXPECT_EQ(gainOf(*fresh), 1.0);
     EXPECT_EQ(fresh->paramRegistry()->programName(0), fresh->paramRegistry()->romName(0));
+}
+
+TEST_F(DefaultPreset, ADamagedOneIsKeptAsideWhenAnotherTakesItsPlace) {
+    const CStoredFile file(CAudioDefaultPreset::kDataName);
+    EXPECT_EQ(firstLine(client_->setDefaultPreset(kRegistry, present("Mine"))), "");
+    const std::string damagedBlock = file.damage();
+    EXPECT_EQ(firstLine(client_->setDefaultPreset(kRegistry, present("Other"))), "");
+    EXPECT_EQ(file.kept(1), damagedBlock);
+    CByteBuffer stream;
+    CAudioDefaultPreset::read(stream);
+    stream.resize(stream.count() - 1);
+    CLocalData::instance().write(CAudioDefaultPreset::kDataName, stream, kPresetBlockId);
+    const std::string damagedStream = file.content();
+    EXPECT_EQ(firstLine(client_->clearDefaultPreset()), "");
+    EXPECT_EQ(file.kept(2), damagedStream);
+    EXPECT_EQ(file.kept(3), "");
+    CAudioDefaultPreset::read(stream);
+    EXPECT_TRUE(stream.isEmpty());
 }
 
 TEST_F(DefaultPreset, OnlyAPresetOfTheMasterIsTaken) {

@@ -9,6 +9,7 @@
 #include "Core/CompressedBlock.h"
 #include "Tests/Core/LogCapture.h"
 #include "Tests/System/EditorTest.h"
+#include "Tests/System/StoredFile.h"
 
 namespace tarv {
 namespace {
@@ -217,10 +218,85 @@ TEST_F(PresetStores, RoutingPresetsBeginWithTheEmbeddedListAndEndThere) {
     EXPECT_EQ(routing.banks().bank(0).count(), count);
 }
 
-TEST_F(PresetStores, DamagedBanksAreLoggedAndNotOverwritten) {
-    CByteBuffer damaged;
-    damaged.resize(10);
-    CLocalData::instance().write(kBanks, damaged, blockId(CAudioBankList::kBlockId));
+TEST_F(PresetStores, ADamagedFileIsKeptAsideBeforeTheNextEditReplacesIt) {
+    const CStoredFile file(kBanks);
+    EXPECT_EQ(firstLine(store().insertBank(0, CBank("One", {"a", "b"}))), "");
+    const std::string damaged = file.damage();
+    editor_.reset();
+    open();
+    CLogCapture log;
+    EXPECT_EQ(listed(store().banks()), "");
+    EXPECT_TRUE(log.has("zlib inflate error -3 (incorrect data check).")) << testing::PrintToString(log.lines);
+    EXPECT_EQ(file.content(), damaged) << "reading replaces nothing";
+    EXPECT_EQ(firstLine(store().insertBank(0, CBank("Two", {}))), "");
+    EXPECT_EQ(file.kept(), damaged);
+    EXPECT_TRUE(log.has("The damaged 'shared-banks' is kept as 'shared-banks-damaged'."));
+    EXPECT_EQ(listed(*readElsewhere()), "Two()");
+}
+
+TEST_F(PresetStores, AnEarlierKeptCopyStaysAndTheSameDamageIsKeptOnce) {
+    const CStoredFile file(kBanks);
+    const auto damageAndEdit = [&](size_t fromEnd) {
+        const std::string damaged = file.damage(fromEnd);
+        EXPECT_EQ(firstLine(store().insertBank(0, CBank("Two", {}))), "");
+        return damaged;
+    };
+    EXPECT_EQ(firstLine(store().insertBank(0, CBank("One", {"a", "b"}))), "");
+    const std::string first = damageAndEdit(1);
+    const std::string second = damageAndEdit(2);
+    ASSERT_NE(first, second);
+    EXPECT_EQ(damageAndEdit(2), second);
+    EXPECT_EQ(file.kept(1), first);
+    EXPECT_EQ(file.kept(2), second);
+    EXPECT_EQ(file.kept(3), "");
+}
+
+TEST_F(PresetStores, ADamagedListInAnIntactBlockIsKeptAside) {
+    const CStoredFile file(kRouting, true);
+    CAudioPresetStore& routing = store(kRouting);
+    const int32_t count = routing.banks().bank(0).count();
+    EXPECT_EQ(firstLine(routing.insertPreset(0, 0, CAudioPreset("TAIO:Mine"))), "");
+    CByteBuffer bytes;
+    CGlobalData::instance().read(kRouting, bytes, kListBlockId);
+    bytes.resize(bytes.count() - 1);
+    CGlobalData::instance().write(kRouting, bytes, kListBlockId);
+    const std::string damaged = file.content();
+    EXPECT_EQ(firstLine(routing.insertPreset(0, 0, CAudioPreset("TAIO:Other"))), "");
+    EXPECT_EQ(file.kept(), damaged);
+    EXPECT_EQ(routing.banks().bank(0).count(), count + 1) << "the embedded list and the new one";
+}
+
+TEST_F(PresetStores, AListOfAnotherVersionIsNotOverwritten) {
+    const CStoredFile file(kRouting, true);
+    CAudioPresetStore& routing = store(kRouting);
+    EXPECT_EQ(firstLine(routing.insertPreset(0, 0, CAudioPreset("TAIO:Mine"))), "");
+    CByteBuffer bytes;
+    CGlobalData::instance().read(kRouting, bytes, kListBlockId);
+    bytes[0] = 2;
+    CGlobalData::instance().write(kRouting, bytes, kListBlockId);
+    const std::string theirs = file.content();
+    EXPECT_EQ(firstLine(routing.deletePreset(0, 0)), "Unsupported preset list version 2.");
+    EXPECT_EQ(file.content(), theirs);
+    EXPECT_EQ(file.kept(), "");
+}
+
+TEST_F(PresetStores, AFileThatCannotBeOpenedIsNotReplaced) {
+    const CStoredFile file(kBanks);
+    EXPECT_EQ(firstLine(store().insertBank(0, CBank("One", {"a"}))), "");
+    const std::string content = file.content();
+    CFile held;
+    const std::u16string path = std::filesystem::path(file.path()).u16string();
+    ASSERT_EQ(held.open(path.c_str(), CFileAccess::kRead, {false, false}), 0u);
+    const std::string failure = firstLine(store().insertBank(0, CBank("Two", {})));
+    EXPECT_EQ(failure.substr(0, failure.find(" (")), "The stored 'shared-banks' can't be opened");
+    EXPECT_EQ(held.close(), 0u);
+    EXPECT_EQ(file.content(), content);
+}
+
+TEST_F(PresetStores, BanksOfAnotherVersionAreLoggedAndNotOverwritten) {
+    CByteBuffer other;
+    other.resize(10);
+    CLocalData::instance().write(kBanks, other, blockId(CAudioBankList::kBlockId));
     CLogCapture log;
     CAudioPresetStore& banks = store();
     EXPECT_FALSE(log.lines.empty());

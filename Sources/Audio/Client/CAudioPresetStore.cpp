@@ -78,17 +78,38 @@ CError* CAudioPresetStore::parse(const CByteBuffer& bytes, CAudioBankList& banks
     return nullptr;
 }
 
-void CAudioPresetStore::parseStored(const CByteBuffer& bytes, CAudioBankList& banks) const {
+CError* CAudioPresetStore::parseStored(const CByteBuffer& bytes, CAudioBankList& banks) const {
     banks.clear();
-    if (!bytes.isEmpty()) {
-        TARV_CONSUME(parse(bytes, banks));
-    }
+    CError* error = bytes.isEmpty() ? nullptr : parse(bytes, banks);
     if (!form_.hasBanks && (banks.count() == 0 || banks.bank(0).count() == 0)) {
         CByteBuffer embedded;
         data().readEmbedded(form_.name, embedded, blockIdOfForm());
         banks.clear();
         TARV_CONSUME(parse(embedded, banks));
     }
+    TARV_TRY(error);
+    return nullptr;
+}
+
+bool CAudioPresetStore::isOfOtherVersion(const CByteBuffer& bytes) const {
+    CMemoryReader reader(bytes.data(), static_cast<uint32_t>(bytes.count()));
+    uint32_t version = 0;
+    if (CError* error = reader.readValue(version)) {
+        delete error;
+        return false;
+    }
+    return version != (form_.hasBanks ? CAudioBankList::kVersion : CAudioPresetList::kVersion);
+}
+
+CError* CAudioPresetStore::parseForEdit(const CByteBuffer& bytes, CAudioBankList& banks) const {
+    if (CError* error = parseStored(bytes, banks)) {
+        if (isOfOtherVersion(bytes)) {
+            return error;  // another build's: it isn't overwritten
+        }
+        TARV_CONSUME(error);
+        TARV_TRY(data().keepDamaged(form_.name));
+    }
+    return nullptr;
 }
 
 CError* CAudioPresetStore::save(const CAudioBankList& banks, CByteBuffer& bytes) const {
@@ -107,7 +128,7 @@ CError* CAudioPresetStore::save(const CAudioBankList& banks, CByteBuffer& bytes)
 void CAudioPresetStore::refresh() {
     CByteBuffer bytes;
     data().readStored(form_.name, bytes, blockIdOfForm());
-    parseStored(bytes, banks_);
+    TARV_CONSUME(parseStored(bytes, banks_));
 }
 
 bool CAudioPresetStore::refreshIfChanged() {
@@ -122,12 +143,7 @@ template <class Edit>
 CError* CAudioPresetStore::edit(Edit&& change) {
     CError* error = data().update(form_.name, blockIdOfForm(), [&](CByteBuffer& bytes) -> CError* {
         CAudioBankList stored;
-        // Bytes that this build can't read are another's: they aren't overwritten.
-        if (form_.hasBanks && !bytes.isEmpty()) {
-            TARV_TRY(parse(bytes, stored));
-        } else {
-            parseStored(bytes, stored);
-        }
+        TARV_TRY(parseForEdit(bytes, stored));
         TARV_TRY(change(stored));
         TARV_TRY(save(stored, bytes));
         return nullptr;

@@ -31,8 +31,9 @@ public:
 
     const CAudioPresetStoreForm& form() const { return form_; }
     const CAudioBankList& banks() const { return banks_; }
-    /// Reads what is stored. A list of presets that is missing, damaged or empty is the embedded one; damaged banks are
-    /// logged and none.
+    /// Reads what is stored. Damage is logged. A list of presets that is missing, damaged or empty gives the embedded
+    /// one, damaged banks give none. The next edit keeps the damaged bytes aside (CApplicationData::keepDamaged) and
+    /// begins with what is shown; an edit of what another version of the form stored fails.
     void refresh();
     /// Refreshes if `changed` has come since.
     bool refreshIfChanged();
@@ -52,7 +53,10 @@ private:
     CApplicationData& data() const;
     uint32_t blockIdOfForm() const;
     [[nodiscard]] CError* parse(const CByteBuffer& bytes, CAudioBankList& banks) const;
-    void parseStored(const CByteBuffer& bytes, CAudioBankList& banks) const;
+    /// On failure `banks` is what it is with nothing stored.
+    [[nodiscard]] CError* parseStored(const CByteBuffer& bytes, CAudioBankList& banks) const;
+    [[nodiscard]] CError* parseForEdit(const CByteBuffer& bytes, CAudioBankList& banks) const;
+    bool isOfOtherVersion(const CByteBuffer& bytes) const;
     [[nodiscard]] CError* save(const CAudioBankList& banks, CByteBuffer& bytes) const;
     [[nodiscard]] CError* requireBanks() const;
     [[nodiscard]] CError* requireIndex(int32_t index, int32_t end) const;

@@ -199,13 +199,13 @@ CError* CAudioInterfaceBase::setDefaultPreset(CInputStream& stream) {
     if (!registry->isMaster() || !preset.hasPrefix(registry->id())) {
         TARV_FAIL("@tarvstr_CAudioInterfaceBase_setDefaultPreset_IncompatiblePreset Incompatible preset.");
     }
-    CAudioDefaultPreset::write(bytes);
+    TARV_TRY(CAudioDefaultPreset::write(bytes));
     return nullptr;
 }
 
 CError* CAudioInterfaceBase::clearDefaultPreset(CInputStream& stream) {
     TARV_TRY(expectMessageEnd(stream));
-    CAudioDefaultPreset::clear();
+    TARV_TRY(CAudioDefaultPreset::clear());
     return nullptr;
 }
 

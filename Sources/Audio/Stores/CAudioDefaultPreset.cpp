@@ -7,6 +7,19 @@
 
 namespace tarv {
 
+namespace {
+
+CError* parseName(const CByteBuffer& stream, CString& displayName) {
+    CMemoryReader reader(stream.data(), static_cast<uint32_t>(stream.count()));
+    CAudioPreset preset;
+    TARV_TRY(preset.load(reader));
+    TARV_TRY(expectStreamEnd(reader));
+    displayName = preset.displayName();
+    return nullptr;
+}
+
+}  // namespace
+
 void CAudioDefaultPreset::read(CByteBuffer& stream) {
     CLocalData::instance().read(kDataName, stream, kPresetBlockId);
 }
@@ -17,26 +30,31 @@ bool CAudioDefaultPreset::readName(CString& displayName) {
     if (stream.isEmpty()) {
         return false;
     }
-    CMemoryReader reader(stream.data(), static_cast<uint32_t>(stream.count()));
-    CAudioPreset preset;
-    CError* error = preset.load(reader);
-    if (!error) {
-        error = expectStreamEnd(reader);
-    }
-    if (error) {
+    if (CError* error = parseName(stream, displayName)) {
         TARV_CONSUME(error);
         return false;
     }
-    displayName = preset.displayName();
     return true;
 }
 
-void CAudioDefaultPreset::write(const CByteBuffer& stream) {
-    CLocalData::instance().write(kDataName, stream, kPresetBlockId);
+CError* CAudioDefaultPreset::write(const CByteBuffer& stream) {
+    CLocalData& data = CLocalData::instance();
+    TARV_TRY(data.update(kDataName, kPresetBlockId, [&](CByteBuffer& stored) -> CError* {
+        CString ignored;
+        CError* damage = stored.isEmpty() ? nullptr : parseName(stored, ignored);
+        if (damage) {
+            TARV_CONSUME(damage);
+            TARV_TRY(data.keepDamaged(kDataName));
+        }
+        stored = stream;
+        return nullptr;
+    }));
+    return nullptr;
 }
 
-void CAudioDefaultPreset::clear() {
-    write({});
+CError* CAudioDefaultPreset::clear() {
+    TARV_TRY(write({}));
+    return nullptr;
 }
 
 }  // namespace tarv

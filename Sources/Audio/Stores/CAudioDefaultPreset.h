@@ -6,8 +6,8 @@
 namespace tarv {
 
 /// The preset that new instances start with: one preset stream in the product's local store, in a block of id 'aprs'
-/// under `kDataName`. An empty block means that there is none. Any thread but the audio thread; failures of the store
-/// itself are dropped, as CApplicationData documents.
+/// under `kDataName`. An empty block means that there is none. Any thread but the audio thread; what can't be written
+/// lasts for this process only, as CApplicationData documents.
 class CAudioDefaultPreset {
 public:
     static constexpr const char* kDataName = "default-preset";
@@ -16,9 +16,10 @@ public:
     static void read(CByteBuffer& stream);
     /// Reads the display name; false if there is no preset or it cannot be read.
     static bool readName(CString& displayName);
-    /// Stores a preset stream; the store notifies its bridges.
-    static void write(const CByteBuffer& stream);
-    static void clear();
+    /// Stores a preset stream; the store notifies its bridges. A damaged one that it replaces is kept aside. Fails, and
+    /// changes nothing, as CApplicationData::update and keepDamaged do.
+    [[nodiscard]] static CError* write(const CByteBuffer& stream);
+    [[nodiscard]] static CError* clear();
 };
 
 }  // namespace tarv

@@ -39,6 +39,10 @@ bool isFileBusy(CPlatformError error) {
     return error == EWOULDBLOCK;
 }
 
+bool isFileMissing(CPlatformError error) {
+    return error == ENOENT || error == ENOTDIR;
+}
+
 CFile::~CFile() {
     if (isOpen()) {
         (void)close();

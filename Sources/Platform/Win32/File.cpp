@@ -51,6 +51,10 @@ bool isFileBusy(CPlatformError error) {
     return error == ERROR_SHARING_VIOLATION;
 }
 
+bool isFileMissing(CPlatformError error) {
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+}
+
 CFile::~CFile() {
     if (isOpen()) {
         (void)close();

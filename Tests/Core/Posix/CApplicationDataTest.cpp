@@ -53,6 +53,10 @@ struct CApplicationDataTest : testing::Test {
         std::filesystem::create_directories(whole.parent_path());
         std::ofstream(whole, std::ios::binary) << content;
     }
+    std::string fileText(const std::string& path) {
+        std::ifstream stream(folder + "/" + path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
     std::string read(CApplicationData& data, uint32_t id = kId) {
         CByteBuffer buffer = bytesOf("old");
         data.read("routing-presets", buffer, id);
@@ -232,6 +236,32 @@ TEST_F(CApplicationDataTest, TheEmbeddedBlockIsReadAloneWhateverIsStored) {
     CByteBuffer bytes;
     data.readEmbedded("routing-presets", bytes, kId);
     EXPECT_EQ(textOf(bytes), "embedded");
+}
+
+TEST_F(CApplicationDataTest, AWriteKeepsADamagedFileAside) {
+    const std::string path = "user/Tarvelo/Audio Plug-Ins/routing-presets";
+    putFile(path, "rubbish");
+    global.write("routing-presets", bytesOf("new"), kId);
+    EXPECT_EQ(fileText(path + "-damaged"), "rubbish");
+    EXPECT_EQ(fileText(path), block("new", kId));
+    putFile(path, "");
+    CGlobalData().write("routing-presets", bytesOf("new"), kId);
+    EXPECT_EQ(fileText(path + "-damaged-2"), "") << "nothing is lost with an empty file";
+}
+
+TEST_F(CApplicationDataTest, ADamagedFileThatCannotBeKeptIsNotReplaced) {
+    const std::string path = "user/Tarvelo/Audio Plug-Ins/routing-presets";
+    putFile(path, "rubbish");
+    putFile(path + "-damaged", "earlier");
+    for (int number = 2; number <= 99; ++number) {
+        putFile(path + "-damaged-" + std::to_string(number), "earlier " + std::to_string(number));
+    }
+    CLogCapture log;
+    global.write("routing-presets", bytesOf("new"), kId);
+    EXPECT_TRUE(log.has("Too many damaged copies of 'routing-presets' are kept."));
+    EXPECT_EQ(fileText(path), "rubbish");
+    EXPECT_EQ(fileText(path + "-damaged"), "earlier");
+    EXPECT_EQ(read(global), "new") << "for this process";
 }
 
 TEST_F(CApplicationDataTest, ADamagedFileIsLogged) {
