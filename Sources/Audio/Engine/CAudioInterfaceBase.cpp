@@ -1,60 +1,98 @@
+// The face of the engine's end: finds the other objects, hands messages to the parts and notifications to the clients.
+
 #include "Audio/Engine/CAudioInterfaceBase.h"
 
-#include "Audio/Engine/CAudioInterfaceBaseListeners.h"
-#include "Audio/Parameters/CAudioParamCollector.h"
+#include "Audio/Engine/CEngineAnswers.h"
+#include "Audio/Engine/CEngineDefaultPreset.h"
+#include "Audio/Engine/CEngineEdits.h"
+#include "Audio/Engine/CEngineHistory.h"
+#include "Audio/Engine/CEnginePrograms.h"
+#include "Audio/Engine/CEngineRegistries.h"
+#include "Audio/Engine/CEngineStatus.h"
+#include "Audio/Engine/CEngineSubscriptions.h"
 #include "Audio/Presets/CAudioParamRegistry.h"
-#include "Audio/Stores/CAudioDefaultPreset.h"
 #include "Audio/Visuals/CAudioVizCollector.h"
 
 namespace tarv {
 
-constexpr CAudioInterfaceBase::CHandlerRow CAudioInterfaceBase::kHandlers[] = {
-    {kSubscribeParam, &CAudioInterfaceBase::subscribeParam},
-    {kUnsubscribeParam, &CAudioInterfaceBase::unsubscribeParam},
-    {kRequestValues, &CAudioInterfaceBase::requestValues},
-    {kRequestState, &CAudioInterfaceBase::requestState},
-    {kSetValues, &CAudioInterfaceBase::setValues},
-    {kSubscribeRegistry, &CAudioInterfaceBase::subscribeRegistry},
-    {kUnsubscribeRegistry, &CAudioInterfaceBase::unsubscribeRegistry},
-    {kRecord, &CAudioInterfaceBase::record},
-    {kMoveInHistory, &CAudioInterfaceBase::moveInHistory},
-    {kSubscribeVisual, &CAudioInterfaceBase::subscribeVisual},
-    {kUnsubscribeVisual, &CAudioInterfaceBase::unsubscribeVisual},
-    {kSetProgram, &CAudioInterfaceBase::setProgram},
-    {kRenameProgram, &CAudioInterfaceBase::renameProgram},
-    {kActivateRomPreset, &CAudioInterfaceBase::activateRomPreset},
-    {kActivateData, &CAudioInterfaceBase::activateData},
-    {kAcquirePreset, &CAudioInterfaceBase::acquirePreset},
-    {kAcquireBank, &CAudioInterfaceBase::acquireBank},
-    {kSwapAB, &CAudioInterfaceBase::registryAction<&CAudioParamRegistry::swapAB>},
-    {kMasterReset, &CAudioInterfaceBase::registryAction<&CAudioParamRegistry::masterReset>},
-    {kResetState, &CAudioInterfaceBase::registryAction<&CAudioParamRegistry::reset>},
-    {kCopyToAlternate, &CAudioInterfaceBase::registryAction<&CAudioParamRegistry::copyToAlternate>},
-    {kBindValue, &CAudioInterfaceBase::bindValue},
-    {kUnbindValue, &CAudioInterfaceBase::unbindValue},
-    {kPass, &CAudioInterfaceBase::pass},
-    {kAskSampleRate, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::sendSampleRate>},
-    {kAskIoCounts, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::sendIoCounts>},
-    {kAskGroupCount, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::sendGroupCount>},
-    {kAskInternalCount, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::sendInternalCount>},
-    {kImportLabels, &CAudioInterfaceBase::importLabels},
-    {kAddProgram, &CAudioInterfaceBase::addProgram},
-    {kDeleteProgram, &CAudioInterfaceBase::deleteProgram},
-    {kReplaceProgram, &CAudioInterfaceBase::replaceProgram},
-    {kSetDefaultPreset, &CAudioInterfaceBase::setDefaultPreset},
-    {kClearDefaultPreset, &CAudioInterfaceBase::clearDefaultPreset},
-    {kAskDefaultPreset, &CAudioInterfaceBase::answer<&CAudioInterfaceBase::sendDefaultPreset>},
+/// The parts of the interface object, in the order in which they need each other, and the table of their handlers.
+struct CAudioInterfaceBase::CParts : public CHeapObject {
+    using CHandler = CError* (CParts::*)(CInputStream& stream);
+    struct CHandlerRow {
+        uint32_t type;
+        CHandler handle;
+    };
+    static const CHandlerRow kHandlers[kFirstBaseMessage];
+
+    explicit CParts(CAudioInterfaceBase& base)
+        : sender(base, *base.connector_),
+          status(*base.vizCollector_->env()),
+          registries(base),
+          history(base, sender),
+          subscriptions(sender, status, registries, *base.paramCollector_, *base.vizCollector_),
+          edits(base, *base.paramCollector_, subscriptions, registries, status, sender),
+          programs(registries, status, sender),
+          defaultPreset(registries, sender),
+          answers(status, registries, base, history, sender) {}
+
+    template <auto Part, auto Handle>
+    CError* call(CInputStream& stream) {
+        return (this->*Part.*Handle)(stream);
+    }
+
+    CEngineSender sender;
+    CEngineStatus status;
+    CEngineRegistries registries;
+    CEngineHistory history;
+    CEngineSubscriptions subscriptions;
+    CEngineEdits edits;
+    CEnginePrograms programs;
+    CEngineDefaultPreset defaultPreset;
+    CEngineAnswers answers;
 };
 
-CAudioInterfaceBase::CAudioInterfaceBase()
-    : subscriptions_(std::make_unique<CSubscriptions>()),
-      defaultPresetBridge_(this, &CAudioInterfaceBase::defaultPresetChanged) {}
+constexpr CAudioInterfaceBase::CParts::CHandlerRow CAudioInterfaceBase::CParts::kHandlers[] = {
+    {kSubscribeParam, &CParts::call<&CParts::subscriptions, &CEngineSubscriptions::subscribeParam>},
+    {kUnsubscribeParam, &CParts::call<&CParts::subscriptions, &CEngineSubscriptions::unsubscribeParam>},
+    {kRequestValues, &CParts::call<&CParts::subscriptions, &CEngineSubscriptions::requestValues>},
+    {kRequestState, &CParts::call<&CParts::answers, &CEngineAnswers::requestState>},
+    {kSetValues, &CParts::call<&CParts::edits, &CEngineEdits::setValues>},
+    {kSubscribeRegistry, &CParts::call<&CParts::subscriptions, &CEngineSubscriptions::subscribeRegistry>},
+    {kUnsubscribeRegistry, &CParts::call<&CParts::subscriptions, &CEngineSubscriptions::unsubscribeRegistry>},
+    {kRecord, &CParts::call<&CParts::history, &CEngineHistory::record>},
+    {kMoveInHistory, &CParts::call<&CParts::history, &CEngineHistory::move>},
+    {kSubscribeVisual, &CParts::call<&CParts::subscriptions, &CEngineSubscriptions::subscribeVisual>},
+    {kUnsubscribeVisual, &CParts::call<&CParts::subscriptions, &CEngineSubscriptions::unsubscribeVisual>},
+    {kSetProgram, &CParts::call<&CParts::programs, &CEnginePrograms::select>},
+    {kRenameProgram, &CParts::call<&CParts::programs, &CEnginePrograms::rename>},
+    {kActivateRomPreset, &CParts::call<&CParts::programs, &CEnginePrograms::activateRomPreset>},
+    {kActivateData, &CParts::call<&CParts::programs, &CEnginePrograms::activateData>},
+    {kAcquirePreset, &CParts::call<&CParts::programs, &CEnginePrograms::acquirePreset>},
+    {kAcquireBank, &CParts::call<&CParts::programs, &CEnginePrograms::acquireBank>},
+    {kSwapAB, &CParts::call<&CParts::programs, &CEnginePrograms::act<&CAudioParamRegistry::swapAB>>},
+    {kMasterReset, &CParts::call<&CParts::programs, &CEnginePrograms::act<&CAudioParamRegistry::masterReset>>},
+    {kResetState, &CParts::call<&CParts::programs, &CEnginePrograms::act<&CAudioParamRegistry::reset>>},
+    {kCopyToAlternate, &CParts::call<&CParts::programs, &CEnginePrograms::act<&CAudioParamRegistry::copyToAlternate>>},
+    {kBindValue, &CParts::call<&CParts::subscriptions, &CEngineSubscriptions::bindValue>},
+    {kUnbindValue, &CParts::call<&CParts::subscriptions, &CEngineSubscriptions::unbindValue>},
+    {kPass, &CParts::call<&CParts::answers, &CEngineAnswers::pass>},
+    {kAskSampleRate, &CParts::call<&CParts::answers, &CEngineAnswers::askSampleRate>},
+    {kAskIoCounts, &CParts::call<&CParts::answers, &CEngineAnswers::askIoCounts>},
+    {kAskGroupCount, &CParts::call<&CParts::answers, &CEngineAnswers::askGroupCount>},
+    {kAskInternalCount, &CParts::call<&CParts::answers, &CEngineAnswers::askInternalCount>},
+    {kImportLabels, &CParts::call<&CParts::edits, &CEngineEdits::importLabels>},
+    {kAddProgram, &CParts::call<&CParts::programs, &CEnginePrograms::add>},
+    {kDeleteProgram, &CParts::call<&CParts::programs, &CEnginePrograms::remove>},
+    {kReplaceProgram, &CParts::call<&CParts::programs, &CEnginePrograms::replace>},
+    {kSetDefaultPreset, &CParts::call<&CParts::defaultPreset, &CEngineDefaultPreset::set>},
+    {kClearDefaultPreset, &CParts::call<&CParts::defaultPreset, &CEngineDefaultPreset::clear>},
+    {kAskDefaultPreset, &CParts::call<&CParts::defaultPreset, &CEngineDefaultPreset::ask>},
+};
+
+CAudioInterfaceBase::CAudioInterfaceBase() = default;
 
 CAudioInterfaceBase::~CAudioInterfaceBase() {
     stopMessages();
-    if (bpmParam_) {
-        bpmParam_->removeListener(*this);
-    }
 }
 
 CError* CAudioInterfaceBase::init() {
@@ -74,234 +112,106 @@ CError* CAudioInterfaceBase::init() {
         TARV_FAIL("@tarvstr_CAudioInterfaceBase_init_NoVizCollector No visual object collector '%1' found.",
                   getAttrString("viz-collector"));
     }
+    parts_ = std::make_unique<CParts>(*this);
     connector_->setBase(this);
-    defaultPresetBridge_.subscribe(CLocalData::instance(), CAudioDefaultPreset::kDataName);
     return nullptr;
 }
 
 void CAudioInterfaceBase::connectorGone() {
-    defaultPresetBridge_.disconnect();  // notifications come on other threads
+    parts_->defaultPreset.stop();  // notifications come on other threads
+    parts_->sender.connectorGone();
     connector_ = nullptr;
 }
 
 void CAudioInterfaceBase::stopMessages() {
-    defaultPresetBridge_.disconnect();
+    if (parts_) {
+        parts_->defaultPreset.stop();
+    }
     if (connector_) {
         connector_->unsetBase(*this);
     }
 }
 
-CError* CAudioInterfaceBase::deliver(int32_t client, const CByteBuffer& message) const {
-    TARV_TRY(connector_->sendToClient(client, message));
-    return nullptr;
-}
-
 CError* CAudioInterfaceBase::processMessage(CInputStream& stream) {
-    static_assert(isKeyedByType(kHandlers, 0, kFirstBaseMessage));
+    static_assert(isKeyedByType(CParts::kHandlers, 0, kFirstBaseMessage));
     uint32_t type = 0;
     TARV_TRY(stream.readValue(type));
     if (type >= kFirstBaseMessage) {
         TARV_FAIL("@tarvstr_CAudioInterfaceBase_processMessage_InvalidType Invalid data type %1.",
                   CString::fromInt(type));
     }
-    TARV_TRY((this->*kHandlers[type].handle)(stream));
+    TARV_TRY(((*parts_).*CParts::kHandlers[type].handle)(stream));
     return nullptr;
-}
-
-CError* CAudioInterfaceBase::requireClient(uint32_t id) const {
-    if (connector_->clients().indexOf(clientOf(id)) < 0) {
-        TARV_FAIL("@tarvstr_CAudioInterfaceBase_requireClient_UnknownClient Unknown client %1.",
-                  CString::fromInt(clientOf(id)));
-    }
-    return nullptr;
-}
-
-CError* CAudioInterfaceBase::requireFreeId(uint32_t id) const {
-    TARV_TRY(requireClient(id));
-    bool isUsed = subscriptions_->params.count(id) > 0 || subscriptions_->registries.count(id) > 0;
-    for (const CSubscriptions::CVisual& visual : subscriptions_->visuals) {
-        isUsed = isUsed || visual.id == id;
-    }
-    CLockScope scope(subscriptions_->valueLock);
-    for (const CBinding& binding : subscriptions_->bindings) {
-        isUsed = isUsed || binding.id == id;
-    }
-    if (isUsed) {
-        TARV_FAIL("@tarvstr_CAudioInterfaceBase_requireFreeId_InUse Listener %1 exists already.", CString::fromInt(id));
-    }
-    return nullptr;
-}
-
-CAudioInterfaceBase::CParamListener& CAudioInterfaceBase::paramListener(CAudioParam& param) {
-    CLockScope scope(subscriptions_->listenerLock);
-    for (CParamListener* listener : subscriptions_->paramListeners) {
-        if (&listener->param() == &param) {
-            return *listener;
-        }
-    }
-    subscriptions_->paramListeners.append(new CParamListener(*this, param));
-    return *subscriptions_->paramListeners.last();
-}
-
-CAudioInterfaceBase::CRegistryListener& CAudioInterfaceBase::registryListener(CAudioParamRegistry& registry,
-                                                                              const CString& path) {
-    CLockScope scope(subscriptions_->listenerLock);
-    for (CRegistryListener* listener : subscriptions_->registryListeners) {
-        if (listener->registry() == &registry) {
-            return *listener;
-        }
-    }
-    subscriptions_->registryListeners.append(new CRegistryListener(*this, registry, path));
-    return *subscriptions_->registryListeners.last();
-}
-
-CError* CAudioInterfaceBase::subscribeParam(CInputStream& stream) {
-    uint32_t id = 0;
-    CString name;
-    uint32_t flags = 0;
-    uint32_t request = 0;
-    TARV_TRY(takeMessage(stream, id, name, flags, request));
-    TARV_TRY(requireFreeId(id));
-    CAudioParam* param = nullptr;
-    TARV_TRY(findDefined(name, param));
-    CParamListener& listener = paramListener(*param);
-    listener.sendEngineValue();  // to those that are there already
-    listener.add(id, (flags & kAsGroupNames) != 0);
-    subscriptions_->params[id] = &listener;
-    if (flags & kSendAtOnce) {
-        listener.sendWhole(id, request);
-    }
-    return nullptr;
-}
-
-CError* CAudioInterfaceBase::unsubscribeParam(CInputStream& stream) {
-    uint32_t id = 0;
-    TARV_TRY(takeMessage(stream, id));
-    const auto found = subscriptions_->params.find(id);
-    if (found == subscriptions_->params.end()) {
-        TARV_FAIL("@tarvstr_CAudioInterfaceBase_unsubscribeParam_NoListener No parameter listener %1 found.",
-                  CString::fromInt(id));
-    }
-    found->second->remove(id);
-    subscriptions_->params.erase(found);
-    return nullptr;
-}
-
-CError* CAudioInterfaceBase::requestValues(CInputStream& stream) {
-    uint32_t id = 0;
-    TARV_TRY(takeMessage(stream, id));
-    const auto found = subscriptions_->params.find(id);
-    if (found != subscriptions_->params.end()) {
-        found->second->sendWhole(id, 0);
-        return nullptr;
-    }
-    bool isTick = id == tickIdOf(clientOf(id)) && connector_->clients().indexOf(clientOf(id)) >= 0;
-    for (const CSubscriptions::CVisual& visual : subscriptions_->visuals) {
-        isTick = isTick || visual.id == id;
-    }
-    if (isTick) {
-        sendEngineValues();
-        TARV_TRY(sendFrames());
-        return nullptr;
-    }
-    CLockScope scope(subscriptions_->valueLock);
-    for (CBinding& binding : subscriptions_->bindings) {
-        if (binding.id == id) {
-            sendBoundValue(binding, true);
-            return nullptr;
-        }
-    }
-    TARV_FAIL("@tarvstr_CAudioInterfaceBase_requestValues_NoListener No listener %1 found.", CString::fromInt(id));
-}
-
-CError* CAudioInterfaceBase::subscribeRegistry(CInputStream& stream) {
-    CString path;
-    uint32_t id = 0;
-    TARV_TRY(takeMessage(stream, path, id));
-    TARV_TRY(requireFreeId(id));
-    CAudioParamRegistry* registry = nullptr;
-    TARV_TRY(findRegistry(path, registry));
-    CRegistryListener& listener = registryListener(*registry, registry->fullName());
-    listener.add(id);
-    subscriptions_->registries[id] = &listener;
-    listener.send(id);
-    return nullptr;
-}
-
-CError* CAudioInterfaceBase::unsubscribeRegistry(CInputStream& stream) {
-    uint32_t id = 0;
-    TARV_TRY(takeMessage(stream, id));
-    const auto found = subscriptions_->registries.find(id);
-    if (found == subscriptions_->registries.end()) {
-        TARV_FAIL("@tarvstr_CAudioInterfaceBase_unsubscribeRegistry_NoListener No registry listener %1 found.",
-                  CString::fromInt(id));
-    }
-    found->second->remove(id);
-    subscriptions_->registries.erase(found);
-    return nullptr;
-}
-
-CError* CAudioInterfaceBase::subscribeVisual(CInputStream& stream) {
-    CString source;
-    uint32_t id = 0;
-    TARV_TRY(takeMessage(stream, source, id));
-    TARV_TRY(requireFreeId(id));
-    subscriptions_->visuals.append({id, source});
-    return nullptr;
-}
-
-CError* CAudioInterfaceBase::unsubscribeVisual(CInputStream& stream) {
-    uint32_t id = 0;
-    TARV_TRY(takeMessage(stream, id));
-    for (int32_t i = 0; i < subscriptions_->visuals.count(); ++i) {
-        if (subscriptions_->visuals[i].id == id) {
-            subscriptions_->visuals.removeAt(i);
-            return nullptr;
-        }
-    }
-    TARV_FAIL("@tarvstr_CAudioInterfaceBase_unsubscribeVisual_NoListener No visual listener %1 found.",
-              CString::fromInt(id));
-}
-
-CError* CAudioInterfaceBase::unbindValue(CInputStream& stream) {
-    uint32_t id = 0;
-    TARV_TRY(takeMessage(stream, id));
-    CLockScope scope(subscriptions_->valueLock);
-    for (int32_t i = 0; i < subscriptions_->bindings.count(); ++i) {
-        if (subscriptions_->bindings[i].id == id) {
-            subscriptions_->bindings.removeAt(i);
-            return nullptr;
-        }
-    }
-    TARV_FAIL("@tarvstr_CAudioInterfaceBase_unbindValue_NoBinding No bound value %1 found.", CString::fromInt(id));
 }
 
 void CAudioInterfaceBase::clientGone(int32_t client) {
-    const auto dropFrom = [client](auto& ids) {
-        for (auto entry = ids.lower_bound(static_cast<uint32_t>(client) << 16);
-             entry != ids.end() && clientOf(entry->first) == client;) {
-            entry->second->remove(entry->first);
-            entry = ids.erase(entry);
-        }
-    };
-    dropFrom(subscriptions_->params);
-    dropFrom(subscriptions_->registries);
-    const auto dropIn = [client](auto& entries) {
-        for (int32_t i = entries.count() - 1; i >= 0; --i) {
-            if (clientOf(entries[i].id) == client) {
-                entries.removeAt(i);
-            }
-        }
-    };
-    dropIn(subscriptions_->visuals);
-    {
-        CLockScope scope(subscriptions_->valueLock);
-        dropIn(subscriptions_->bindings);
+    parts_->subscriptions.clientGone(client);
+    parts_->history.clientGone(client);
+}
+
+void CAudioInterfaceBase::start() {
+    parts_->status.setRunning(true);
+    parts_->subscriptions.sendChangedValues();
+}
+
+void CAudioInterfaceBase::stop() {
+    parts_->status.setRunning(false);
+    parts_->subscriptions.sendChangedValues();
+}
+
+bool CAudioInterfaceBase::isGoing() const {
+    return parts_->status.isRunning();
+}
+
+CError* CAudioInterfaceBase::notify(const CString& eventName) {
+    parts_->answers.notify(eventName);
+    parts_->subscriptions.sendChangedValues();
+    CAttributeMap none;
+    TARV_TRY(sendEvent(eventName, none, false));
+    return nullptr;
+}
+
+CInterfaceCounts CAudioInterfaceBase::counts() const {
+    return parts_->status.counts();
+}
+
+template <class Edit>
+void CAudioInterfaceBase::editCounts(const CString& eventName, Edit&& edit) {
+    if (parts_->status.editCounts(edit)) {
+        TARV_CONSUME(notify(eventName));
     }
-    if (recordingClient_ == client) {
-        recordingClient_ = -1;
-        endRecord();
+}
+
+void CAudioInterfaceBase::setIoCounts(int32_t inputs, int32_t outputs, int32_t sidechain) {
+    editCounts("update-io-channel-counts", [&](CInterfaceCounts& counts) {
+        counts.inputs = inputs;
+        counts.outputs = outputs;
+        counts.sidechain = sidechain;
+    });
+}
+
+void CAudioInterfaceBase::setGroupCount(int32_t count) {
+    editCounts("update-group-count", [&](CInterfaceCounts& counts) { counts.groups = count; });
+}
+
+void CAudioInterfaceBase::setInternalChannelCount(int32_t count) {
+    editCounts("update-internal-channel-count", [&](CInterfaceCounts& counts) { counts.internalChannels = count; });
+}
+
+void CAudioInterfaceBase::setChannelLabels(const CTextList& labels) {
+    parts_->status.setChannelLabels(labels);
+}
+
+void CAudioInterfaceBase::sendState() {
+    parts_->subscriptions.sendAll();
+    parts_->history.send(true);
+}
+
+void CAudioInterfaceBase::historyChanged() {
+    if (parts_) {
+        parts_->history.send(false);
     }
+    CAudioParamUndo::historyChanged();
 }
 
 }  // namespace tarv

@@ -1,15 +1,17 @@
+// The bridges between what clients subscribed and the messages that carry its changes.
+
 #include "Audio/Engine/CAudioInterfaceBaseListeners.h"
 
 #include <algorithm>
 
-#include "Audio/Messages/CAudioInterfaceBaseConnector.h"
+#include "Audio/Engine/CEngineRegistries.h"
 #include "Audio/Parameters/CAudioParamStorage.h"
 #include "Audio/Presets/CAudioParamRegistry.h"
 
 namespace tarv {
 
-CAudioInterfaceBase::CParamListener::CParamListener(CAudioInterfaceBase& base, CAudioParam& param)
-    : base_(base), param_(param) {
+CAudioInterfaceBase::CParamListener::CParamListener(const CEngineSender& sender, CAudioParam& param)
+    : sender_(sender), param_(param) {
     param_.addListener(*this);
 }
 
@@ -69,7 +71,7 @@ CError* CAudioInterfaceBase::CParamListener::sendGroupNames(const CSubscriber& s
             names.append(data.text(0, i));
         }
     }
-    TARV_TRY(base_.sendTo(subscriber.id, kGroupNames, subscriber.id, request, names));
+    TARV_TRY(sender_.sendTo(subscriber.id, kGroupNames, subscriber.id, request, names));
     return nullptr;
 }
 
@@ -83,7 +85,7 @@ CError* CAudioInterfaceBase::CParamListener::send(const CSubscriber& subscriber,
     TARV_TRY(packMessage(message, kParamValues, subscriber.id, request));
     CBufferWriter writer(message);
     TARV_TRY(writer.write(body.data(), body.count()));
-    TARV_TRY(base_.connector()->sendToClient(clientOf(subscriber.id), message));
+    TARV_TRY(sender_.deliver(clientOf(subscriber.id), message));
     return nullptr;
 }
 
@@ -109,7 +111,7 @@ void CAudioInterfaceBase::CParamListener::sendEngineValue() {
 }
 
 void CAudioInterfaceBase::CParamListener::onParamChanged(CAudioParam&, int32_t group, int32_t first, int32_t count) {
-    // Hosts automate on their audio threads: without a subscriber nothing is taken or built.
+    // Hosts automate on their audio threads: without a subscriber no lock is taken and no message built.
     if (count_.load(std::memory_order_acquire) == 0) {
         return;
     }
@@ -129,9 +131,8 @@ void CAudioInterfaceBase::CParamListener::onParamChanged(CAudioParam&, int32_t g
     }
 }
 
-CAudioInterfaceBase::CRegistryListener::CRegistryListener(CAudioInterfaceBase& base, CAudioParamRegistry& registry,
-                                                          const CString& path)
-    : base_(base), path_(path) {
+CAudioInterfaceBase::CRegistryListener::CRegistryListener(const CEngineSender& sender, CAudioParamRegistry& registry)
+    : sender_(sender), path_(registry.fullName()) {
     connect(registry, CAudioParamRegistry::kProgramUpdate);
 }
 
@@ -153,16 +154,16 @@ void CAudioInterfaceBase::CRegistryListener::remove(uint32_t id) {
 }
 
 void CAudioInterfaceBase::CRegistryListener::send(uint32_t id) {
-    // Asked before the lock is taken: it takes the link's lock, with which notifications come.
+    // Read before the lock is taken: it takes the link's lock, which is held while notifications come.
     const CAudioParamRegistry* found = registry();
     CLockScope scope(lock_);
     if (!found || ids_.isEmpty()) {
         return;
     }
-    const CInterfaceRegistryState state = registryState(*found, path_);
+    const CInterfaceRegistryState state = CEngineRegistries::stateOf(*found, path_);
     for (const uint32_t subscriber : ids_) {
         if (id == kNoRequest || subscriber == id) {
-            TARV_CONSUME(base_.sendTo(subscriber, kRegistryChanged, subscriber, state));
+            TARV_CONSUME(sender_.sendTo(subscriber, kRegistryChanged, subscriber, state));
         }
     }
 }

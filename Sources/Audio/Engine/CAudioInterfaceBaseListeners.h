@@ -1,19 +1,22 @@
 #pragma once
 
 #include <atomic>
-#include <map>
 
 #include "Audio/Engine/CAudioInterfaceBase.h"
+#include "Audio/Engine/CEngineSender.h"
 #include "Audio/Parameters/CAudioParam.h"
 #include "Core/CBridge.h"
 
 namespace tarv {
 
-/// Hears one parameter for all clients that subscribed it. Lives as long as the interface object: parameters call their
-/// listeners outside all locks, so that one that could go would be called afterwards.
+class CAudioParamRegistry;
+
+/// Sends the changes of one parameter to all clients that subscribed it. Its lock is held while a value is read and its
+/// message queued, so that the last message carries the last value; under it come the parameter's lock for the reading
+/// and the connector's set lock. Any thread but the audio thread's blocks.
 class CAudioInterfaceBase::CParamListener final : public CHeapObject, public CAudioParamListener {
 public:
-    CParamListener(CAudioInterfaceBase& base, CAudioParam& param);
+    CParamListener(const CEngineSender& sender, CAudioParam& param);
     ~CParamListener();
 
     CAudioParam& param() const { return param_; }
@@ -31,29 +34,28 @@ private:
         uint32_t id;
         bool asGroupNames;
     };
-    const CString& errorContextName() const { return base_.fullName(); }
+    const CString& errorContextName() const { return sender_.errorContextName(); }
     [[nodiscard]] CError* writeWhole(COutputStream& stream) const;
     [[nodiscard]] CError* writePart(COutputStream& stream, int32_t group, int32_t first, int32_t count) const;
     [[nodiscard]] CError* send(const CSubscriber& subscriber, uint32_t request, const CByteBuffer& body) const;
     [[nodiscard]] CError* sendGroupNames(const CSubscriber& subscriber, uint32_t request) const;
 
-    CAudioInterfaceBase& base_;
+    const CEngineSender& sender_;
     CAudioParam& param_;
-    // Over the reading of the value and the handing over of its message, so that the last message tells the last value.
-    // Under it: the parameter's lock for the reading, then the connector's set lock.
     CLock lock_;
     CArray<CSubscriber, 4> subscribers_;
     std::atomic<int32_t> count_{0};
 };
 
-/// Hears one registry for all clients that subscribed it. Lives as long as the interface object.
+/// Sends the changes of one registry to all clients that subscribed it. Its lock is held as a parameter listener's;
+/// under it come the registry's locks.
 class CAudioInterfaceBase::CRegistryListener final : public CBridge {
 public:
-    CRegistryListener(CAudioInterfaceBase& base, CAudioParamRegistry& registry, const CString& path);
+    CRegistryListener(const CEngineSender& sender, CAudioParamRegistry& registry);
     ~CRegistryListener() override { disconnect(); }
 
+    /// Null once the registry has gone.
     CAudioParamRegistry* registry() const;
-    const CString& path() const { return path_; }
     void add(uint32_t id);
     void remove(uint32_t id);
     /// Sends the registry's state to one of the subscriptions, or with `kNoRequest` to all.
@@ -61,44 +63,10 @@ public:
     void notify(CCheckedObject* sender) override;
 
 private:
-    CAudioInterfaceBase& base_;
-    CString path_;
-    CLock lock_;  // as a parameter listener's; under it the registry's locks
+    const CEngineSender& sender_;
+    const CString path_;
+    CLock lock_;
     CArray<uint32_t, 4> ids_;
-};
-
-/// A bound value of a client, with the numbers that it has.
-struct CAudioInterfaceBase::CBinding {
-    uint32_t id;
-    const CBoundValue* value;
-    CArray<double, 4> numbers;
-};
-
-/// What clients asked for, by id. Under the connector's call lock but where said otherwise.
-struct CAudioInterfaceBase::CSubscriptions : public CHeapObject {
-    template <class T>
-    using CIds = std::map<uint32_t, T*, std::less<uint32_t>, CHeapAllocator<std::pair<const uint32_t, T*>>>;
-    struct CVisual {
-        uint32_t id;
-        CString source;
-    };
-
-    CIds<CParamListener> params;
-    CIds<CRegistryListener> registries;
-    CArray<CVisual, 1> visuals;
-
-    CLock valueLock;  // guards the bindings; as a parameter listener's
-    CArray<CBinding, 1> bindings;
-    CLock listenerLock;  // guards the two arrays, not what they own
-    COwnedArray<CParamListener, 4> paramListeners;
-    COwnedArray<CRegistryListener, 2> registryListeners;
-};
-
-/// A value of the engine that a client can bind.
-struct CAudioInterfaceBase::CBoundValue {
-    const char* name;
-    int32_t count;
-    double (*read)(const CAudioInterfaceBase& base, int32_t index);
 };
 
 }  // namespace tarv

@@ -1,0 +1,34 @@
+#include "Audio/Engine/CEngineStatus.h"
+
+#include "Audio/Parameters/CAudioEnv.h"
+
+namespace tarv {
+
+double CEngineStatus::sampleRate() const {
+    return env_.sampleRate();
+}
+
+int32_t CEngineStatus::blockSize() const {
+    return env_.blockSize();
+}
+
+int32_t CEngineStatus::latency() const {
+    return env_.latency();
+}
+
+CInterfaceCounts CEngineStatus::counts() const {
+    CLockScope scope(lock_);
+    return counts_;
+}
+
+CTextList CEngineStatus::channelLabels() const {
+    CLockScope scope(lock_);
+    return channelLabels_;
+}
+
+void CEngineStatus::setChannelLabels(const CTextList& labels) {
+    CLockScope scope(lock_);
+    channelLabels_ = labels;
+}
+
+}  // namespace tarv

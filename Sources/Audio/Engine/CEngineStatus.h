@@ -1,0 +1,44 @@
+#pragma once
+
+#include <atomic>
+
+#include "Audio/Messages/CAudioInterfaceMessage.h"
+
+namespace tarv {
+
+class CAudioEnv;
+
+/// What the engine is at the moment, as answers and notifications carry it. Any thread; takes a lock of its own and
+/// calls nothing under it.
+class CEngineStatus {
+public:
+    explicit CEngineStatus(const CAudioEnv& env) : env_(env) {}
+
+    double sampleRate() const;  ///< Hz
+    int32_t blockSize() const;  ///< frames
+    int32_t latency() const;    ///< frames of the host
+    bool isRunning() const { return isRunning_; }
+    void setRunning(bool isRunning) { isRunning_ = isRunning; }
+
+    CInterfaceCounts counts() const;
+    /// Hands the counts to `edit(CInterfaceCounts&)`; returns whether they differ afterwards.
+    template <class Edit>
+    bool editCounts(Edit&& edit) {
+        CLockScope scope(lock_);
+        const CInterfaceCounts before = counts_;
+        edit(counts_);
+        return counts_ != before;
+    }
+    /// What the host calls its input channels; empty for one without a name.
+    CTextList channelLabels() const;
+    void setChannelLabels(const CTextList& labels);
+
+private:
+    const CAudioEnv& env_;
+    std::atomic<bool> isRunning_{false};
+    mutable CLock lock_;
+    CInterfaceCounts counts_;
+    CTextList channelLabels_;
+};
+
+}  // namespace tarv
