@@ -1,16 +1,17 @@
+// The face of the editor's end: finds the connector, hands operations and messages to the parts.
+
 #include "Audio/Client/CAudioInterfaceClient.h"
 
-#include "Audio/Client/CAudioInterfaceClientEntries.h"
-#include "Core/CNotifyServer.h"
+#include "Audio/Client/CAudioInterfaceClientGroupNames.h"
+#include "Audio/Client/CClientBoundValues.h"
+#include "Audio/Client/CClientEdits.h"
+#include "Audio/Client/CClientPresetStores.h"
+#include "Audio/Client/CClientRequests.h"
+#include "Audio/Client/CClientState.h"
+#include "Audio/Client/CClientSubscriptions.h"
+#include "Core/CObjectWatch.h"
 
 namespace tarv {
-
-namespace {
-
-constexpr uint32_t kNumbers = 0xffff;
-constexpr const char* kStoreChanged = "preset-store-changed";
-
-}  // namespace
 
 CAudioInterfaceListener::~CAudioInterfaceListener() {
     if (client_) {
@@ -18,88 +19,155 @@ CAudioInterfaceListener::~CAudioInterfaceListener() {
     }
 }
 
-CAudioInterfaceClient::CAudioInterfaceClient() = default;
+/// The parts of the client object, in the order in which they need each other, and the tables of their handlers.
+struct CAudioInterfaceClient::CParts : public CHeapObject {
+    using CHandler = CError* (CParts::*)(CPosInputStream& stream);
+    struct CHandlerRow {
+        uint32_t type;
+        CHandler handle;
+    };
+    static const CHandlerRow kHandlers[kMessageCount - kFirstBaseMessage];
+    static const CHandlerRow kDataHandlers[static_cast<uint32_t>(CDataKind::Clear) + 1];
+
+    explicit CParts(CAudioInterfaceClient& client)
+        : owner(client),
+          subscriptions(client, sender, state),
+          requests(sender),
+          values(client, sender),
+          edits(sender),
+          state(client),
+          presetStores(client) {}
+
+    // The last of what each handler does is to call the editor's code, which may destroy all of this.
+    template <auto Part, auto Handle>
+    CError* call(CPosInputStream& stream) {
+        return (this->*Part.*Handle)(stream);
+    }
+    CError* takeGroupNames(CPosInputStream& stream) { return groupNames ? groupNames->take(stream) : nullptr; }
+    CError* takeData(CPosInputStream& stream);
+    const CString& errorContextName() const { return owner.fullName(); }
+
+    const CObject& owner;
+    CClientSender sender;
+    CClientSubscriptions subscriptions;
+    CClientRequests requests;
+    CClientBoundValues values;
+    CClientEdits edits;
+    CClientState state;
+    CClientPresetStores presetStores;
+    std::unique_ptr<CGroupNamesParamListener> groupNames;
+};
+
+constexpr CAudioInterfaceClient::CParts::CHandlerRow CAudioInterfaceClient::CParts::kHandlers[] = {
+    {kFullState, &CParts::call<&CParts::state, &CClientState::takeState>},
+    {kParamValues, &CParts::call<&CParts::subscriptions, &CClientSubscriptions::takeValues>},
+    {kRegistryChanged, &CParts::call<&CParts::subscriptions, &CClientSubscriptions::takeRegistry>},
+    {kGroupNames, &CParts::takeGroupNames},
+    {kHistory, &CParts::call<&CParts::state, &CClientState::takeHistory>},
+    {kSampleRate, &CParts::call<&CParts::state, &CClientState::takeSampleRate>},
+    {kIoCounts, &CParts::call<&CParts::state, &CClientState::takeIoCounts>},
+    {kGroupCount, &CParts::call<&CParts::state, &CClientState::takeGroupCount>},
+    {kInternalCount, &CParts::call<&CParts::state, &CClientState::takeInternalCount>},
+    {kFrame, &CParts::call<&CParts::subscriptions, &CClientSubscriptions::takeFrame>},
+    {kData, &CParts::takeData},
+    {kDefaultPreset, &CParts::call<&CParts::state, &CClientState::takeDefaultPreset>},
+};
+
+constexpr CAudioInterfaceClient::CParts::CHandlerRow CAudioInterfaceClient::CParts::kDataHandlers[] = {
+    {static_cast<uint32_t>(CDataKind::Answer), &CParts::call<&CParts::requests, &CClientRequests::takeAnswer>},
+    {static_cast<uint32_t>(CDataKind::Value), &CParts::call<&CParts::values, &CClientBoundValues::take>},
+    {static_cast<uint32_t>(CDataKind::Passed), &CParts::call<&CParts::state, &CClientState::takePassed>},
+    {static_cast<uint32_t>(CDataKind::Clear), &CParts::call<&CParts::state, &CClientState::takeClear>},
+};
+
+CError* CAudioInterfaceClient::CParts::takeData(CPosInputStream& stream) {
+    constexpr uint32_t kEnd = static_cast<uint32_t>(CDataKind::Clear) + 1;
+    static_assert(isKeyedByType(kDataHandlers, 0, kEnd));
+    uint32_t kind = 0;
+    TARV_TRY(stream.readValue(kind));
+    if (kind >= kEnd) {
+        TARV_FAIL("@tarvstr_CAudioInterfaceClient_takeData_InvalidKind Invalid data kind %1.", CString::fromInt(kind));
+    }
+    return (this->*kDataHandlers[kind].handle)(stream);
+}
+
+CAudioInterfaceClient::CAudioInterfaceClient() : parts_(std::make_unique<CParts>(*this)) {}
 
 CError* CAudioInterfaceClient::initClass(CClassDescriptor& descriptor) {
-    descriptor.addHandler<&CAudioInterfaceClient::presetStoreChanged>(kStoreChanged);
+    descriptor.addHandler<&CAudioInterfaceClient::presetStoreChanged>(CClientPresetStores::kChangedEvent);
     return nullptr;
 }
 
 CAudioInterfaceClient::~CAudioInterfaceClient() {
-    presetStores_.deleteAll();  // their notifications come on other threads
-    // Each listener is let go before the lists are; the engine gets a message of each subscription that ends.
+    parts_->presetStores.close();
+    // Each listener is released before the lists are; the engine gets a message of each subscription that ends.
     while (!listeners_.isEmpty()) {
         removeListener(*listeners_.last());
     }
-    while (!values_.isEmpty()) {
-        TARV_CONSUME(unbindValue(values_.last()->id));
-    }
-    if (groupNames_ && connector_) {
-        TARV_CONSUME(send(kUnsubscribeParam, groupNames_->id));
-    }
+    parts_->values.unbindAll();
     if (connector_) {
+        if (parts_->groupNames) {
+            TARV_CONSUME(parts_->groupNames->unsubscribe());
+        }
         connector_->unsetClient(*this);
     }
 }
 
 CError* CAudioInterfaceClient::init() {
     TARV_TRY(CObject::init());
-    connector_ = findObjectOf<CAudioInterfaceClientConnector>(getAttrString("client-connector"));
-    if (!connector_) {
+    auto* connector = findObjectOf<CAudioInterfaceClientConnector>(getAttrString("client-connector"));
+    if (!connector) {
         TARV_FAIL("@tarvstr_CAudioInterfaceClient_init_NoClientConnector No client connector '%1' found.",
                   getAttrString("client-connector"));
     }
-    if (CError* error = connector_->setClient(*this)) {
-        connector_ = nullptr;
-        return addErrorLocation(error, __FILE__, __LINE__, fullName(), CString());
-    }
-    listenObject(fullName(), kStoreChanged, kStoreChanged);
-    TARV_TRY(send(kRequestState, newId()));
+    TARV_TRY(connector->setClient(*this));
+    connector_ = connector;
+    parts_->sender.connect(*connector);
+    listenObject(fullName(), CClientPresetStores::kChangedEvent, CClientPresetStores::kChangedEvent);
+    TARV_TRY(parts_->sender.send(kRequestState, parts_->sender.newId()));
     TARV_TRY(requestDefaultPreset());
     const CString& groupNames = getAttrString("group-names-param");
     if (!groupNames.isEmpty()) {
-        groupNames_ = std::make_unique<CGroupNamesParamListener>();
-        groupNames_->path = groupNames;
-        groupNames_->id = newId();
-        const uint32_t flags = kSendAtOnce | kAsGroupNames;
-        TARV_TRY(send(kSubscribeParam, groupNames_->id, groupNames, flags, uint32_t{0}));
+        parts_->groupNames = std::make_unique<CGroupNamesParamListener>(*this, parts_->sender);
+        TARV_TRY(parts_->groupNames->subscribe(groupNames));
     }
     return nullptr;
 }
 
-CError* CAudioInterfaceClient::requireConnector() const {
-    if (!connector_) {
-        TARV_FAIL("@tarvstr_CAudioInterfaceClient_requireConnector_NoConnector No client connector defined.");
+void CAudioInterfaceClient::connectorGone() {
+    parts_->sender.disconnect();
+    connector_ = nullptr;
+}
+
+CError* CAudioInterfaceClient::processMessage(CPosInputStream& stream) {
+    static_assert(isKeyedByType(CParts::kHandlers, kFirstBaseMessage, kMessageCount));
+    uint32_t type = 0;
+    TARV_TRY(stream.readValue(type));
+    if (type < kFirstBaseMessage || type >= kMessageCount) {
+        TARV_FAIL("@tarvstr_CAudioInterfaceClient_processMessage_InvalidType Invalid data type %1.",
+                  CString::fromInt(type));
+    }
+    return ((*parts_).*CParts::kHandlers[type - kFirstBaseMessage].handle)(stream);
+}
+
+CError* CAudioInterfaceClient::refresh() {
+    TARV_TRY(parts_->sender.send(kRequestState, parts_->sender.newId()));
+    TARV_TRY(requestDefaultPreset());
+    TARV_TRY(parts_->subscriptions.refresh());
+    TARV_TRY(parts_->values.refresh());
+    if (parts_->groupNames) {
+        TARV_TRY(parts_->groupNames->refresh());
     }
     return nullptr;
 }
 
-CError* CAudioInterfaceClient::deliver(const CByteBuffer& message) const {
-    TARV_TRY(requireConnector());
-    TARV_TRY(connector_->sendToBase(message));
-    return nullptr;
-}
-
-bool CAudioInterfaceClient::isUsed(uint32_t id) const {
-    const auto holds = [id](const auto& entries) {
-        for (const auto* entry : entries) {
-            if (entry->id == id) {
-                return true;
-            }
-        }
-        return false;
-    };
-    return holds(params_) || holds(registries_) || holds(visuals_) || holds(values_) || requests_.count(id) > 0 ||
-           (groupNames_ && groupNames_->id == id);
-}
-
-uint32_t CAudioInterfaceClient::newId() {
-    const uint32_t client = connector_ ? static_cast<uint32_t>(connector_->clientId()) << 16 : 0;
-    // In turn, so that a message that is still on its way meets nobody new.
-    do {
-        lastNumber_ = lastNumber_ % kNumbers + 1;
-    } while (isUsed(client | lastNumber_));
-    return client | lastNumber_;
+void CAudioInterfaceClient::engineGone() {
+    const CObjectWatch watch(*this);
+    parts_->subscriptions.engineGone();
+    if (watch.isAlive()) {
+        CAttributeMap none;
+        TARV_CONSUME(sendEvent("engine-gone", none, false));
+    }
 }
 
 void CAudioInterfaceClient::attach(CAudioInterfaceListener& listener) {
@@ -112,244 +180,205 @@ void CAudioInterfaceClient::attach(CAudioInterfaceListener& listener) {
     }
 }
 
-CError* CAudioInterfaceClient::addParamListener(const CString& param, CAudioInterfaceParamListener& listener) {
-    const uint32_t id = newId();
-    const uint32_t flags = kSendAtOnce;
-    TARV_TRY(send(kSubscribeParam, id, param, flags, uint32_t{0}));
-    attach(listener);
-    auto* entry = new CParamEntry;
-    entry->id = id;
-    entry->path = param;
-    entry->listener = &listener;
-    params_.append(entry);
-    return nullptr;
-}
-
-CError* CAudioInterfaceClient::addRegistryListener(const CString& registry, CAudioInterfaceRegistryListener& listener) {
-    const uint32_t id = newId();
-    TARV_TRY(send(kSubscribeRegistry, registry, id));
-    attach(listener);
-    auto* entry = new CRegistryEntry;
-    entry->id = id;
-    entry->path = registry;
-    entry->listener = &listener;
-    registries_.append(entry);
-    return nullptr;
-}
-
-CError* CAudioInterfaceClient::addVizProcessor(const CString& source, CAudioInterfaceVizProcessor& processor) {
-    const uint32_t id = newId();
-    TARV_TRY(send(kSubscribeVisual, source, id));
-    attach(processor);
-    auto* entry = new CVizEntry;
-    entry->id = id;
-    entry->listener = &processor;
-    visuals_.append(entry);
-    return nullptr;
-}
-
-template <class Entry>
-void CAudioInterfaceClient::forget(COwnedArray<Entry>& entries, const CAudioInterfaceListener& listener,
-                                   uint32_t type) {
-    for (int32_t i = entries.count() - 1; i >= 0; --i) {
-        if (entries[i]->listener == &listener) {
-            if (connector_) {
-                TARV_CONSUME(send(type, entries[i]->id));
-            }
-            delete entries[i];
-            entries.removeAt(i);
-        }
-    }
-}
-
 void CAudioInterfaceClient::removeListener(CAudioInterfaceListener& listener) {
     if (listener.client_ != this) {
         return;
     }
     listener.client_ = nullptr;
     listeners_.removeAt(listeners_.indexOf(&listener));
-    forget(params_, listener, kUnsubscribeParam);
-    forget(registries_, listener, kUnsubscribeRegistry);
-    forget(visuals_, listener, kUnsubscribeVisual);
-    for (auto request = requests_.begin(); request != requests_.end();) {
-        request = request->second == &listener ? requests_.erase(request) : std::next(request);
-    }
+    parts_->subscriptions.forget(listener);
+    parts_->requests.forget(listener);
+}
+
+CError* CAudioInterfaceClient::addParamListener(const CString& param, CAudioInterfaceParamListener& listener) {
+    TARV_TRY(parts_->subscriptions.addParam(param, listener));
+    attach(listener);
+    return nullptr;
+}
+
+CError* CAudioInterfaceClient::addRegistryListener(const CString& registry, CAudioInterfaceRegistryListener& listener) {
+    TARV_TRY(parts_->subscriptions.addRegistry(registry, listener));
+    attach(listener);
+    return nullptr;
+}
+
+CError* CAudioInterfaceClient::addVizProcessor(const CString& source, CAudioInterfaceVizProcessor& processor) {
+    TARV_TRY(parts_->subscriptions.addVisual(source, processor));
+    attach(processor);
+    return nullptr;
 }
 
 CError* CAudioInterfaceClient::requestFrames() {
-    TARV_TRY(requireConnector());
-    TARV_TRY(send(kRequestValues, tickIdOf(connector_->clientId())));
-    return nullptr;
+    return parts_->sender.send(kRequestValues, tickIdOf(parts_->sender.clientId()));
 }
 
-CError* CAudioInterfaceClient::requirePlace(const CString& param, int32_t group, int32_t first, int32_t count) const {
-    if (group < 0 || first < 0 || count < 0 || count > CAudioParamData::kElementLimit) {
-        TARV_FAIL(
-            "@tarvstr_CAudioInterfaceClient_requirePlace_InvalidPlace Parameter '%1' has no place for %2 elements from "
-            "%3 on in group %4.",
-            param, CString::fromInt(count), CString::fromInt(first), CString::fromInt(group));
-    }
-    return nullptr;
+const CAudioParamInfo* CAudioInterfaceClient::paramInfo(const CAudioInterfaceParamListener& listener) const {
+    return parts_->subscriptions.paramInfo(listener);
 }
 
-CError* CAudioInterfaceClient::setHead(COutputStream& stream, const CString& param, int32_t group, int32_t first,
-                                       int32_t count, uint32_t flags) const {
-    TARV_TRY(putFields(stream, static_cast<uint32_t>(kSetValues), uint32_t{0}, param, group, first, count, flags));
-    return nullptr;
-}
-
-CError* CAudioInterfaceClient::setTail(CMemoryWriteBuffer& stream, const CInterfaceUndo& undo) const {
-    TARV_TRY(putFields(stream, undo.label, undo.key));
-    CByteBuffer message;
-    stream.copyTo(message);
-    TARV_TRY(deliver(message));
-    return nullptr;
+const CAudioParamData* CAudioInterfaceClient::paramData(const CAudioInterfaceParamListener& listener) const {
+    return parts_->subscriptions.paramData(listener);
 }
 
 CError* CAudioInterfaceClient::setNumbers(const CString& param, int32_t group, int32_t first, const double* numbers,
                                           int32_t elements, int32_t elementSize, const CInterfaceUndo& undo,
                                           bool isReplacing) {
-    TARV_TRY(requirePlace(param, group, first, elements));
-    CMemoryWriteBuffer stream;
-    TARV_TRY(setHead(stream, param, group, first, elements,
-                     (isReplacing ? kIsReplacing : 0u) | (undo.isRecorded ? kIsRecorded : 0u)));
-    for (int32_t i = 0; i < elements * elementSize; ++i) {
-        TARV_TRY(putField(stream, numbers[i]));
-    }
-    TARV_TRY(setTail(stream, undo));
-    return nullptr;
+    return parts_->edits.setNumbers(param, group, first, numbers, elements, elementSize, undo, isReplacing);
 }
 
 CError* CAudioInterfaceClient::setTexts(const CString& param, int32_t group, int32_t first, const CTextList& texts,
                                         const CInterfaceUndo& undo, bool isReplacing) {
-    TARV_TRY(requirePlace(param, group, first, texts.count()));
-    CMemoryWriteBuffer stream;
-    TARV_TRY(setHead(stream, param, group, first, texts.count(),
-                     (isReplacing ? kIsReplacing : 0u) | (undo.isRecorded ? kIsRecorded : 0u)));
-    for (const CString& text : texts) {
-        TARV_TRY(putField(stream, text));
-    }
-    TARV_TRY(setTail(stream, undo));
-    return nullptr;
+    return parts_->edits.setTexts(param, group, first, texts, undo, isReplacing);
 }
 
 CError* CAudioInterfaceClient::beginStep(const CString& label, int32_t key) {
-    TARV_TRY(send(kRecord, newId(), true, label, key));
-    return nullptr;
+    return parts_->sender.send(kRecord, parts_->sender.newId(), true, label, key);
 }
 
 CError* CAudioInterfaceClient::endStep() {
-    TARV_TRY(send(kRecord, newId(), false, CString(), int32_t{-1}));
-    return nullptr;
+    return parts_->sender.send(kRecord, parts_->sender.newId(), false, CString(), int32_t{-1});
+}
+
+CError* CAudioInterfaceClient::moveInHistory(CHistoryMove move, int32_t position, int32_t count) {
+    return parts_->sender.send(kMoveInHistory, parts_->sender.newId(), static_cast<uint32_t>(move), position, count);
 }
 
 CError* CAudioInterfaceClient::undo(int32_t count) {
-    TARV_TRY(send(kMoveInHistory, newId(), static_cast<uint32_t>(CHistoryMove::Undo), int32_t{0}, count));
-    return nullptr;
+    return moveInHistory(CHistoryMove::Undo, 0, count);
 }
 
 CError* CAudioInterfaceClient::redo(int32_t count) {
-    TARV_TRY(send(kMoveInHistory, newId(), static_cast<uint32_t>(CHistoryMove::Redo), int32_t{0}, count));
-    return nullptr;
+    return moveInHistory(CHistoryMove::Redo, 0, count);
 }
 
 CError* CAudioInterfaceClient::selectStep(int32_t position) {
-    TARV_TRY(send(kMoveInHistory, newId(), static_cast<uint32_t>(CHistoryMove::Select), position, int32_t{0}));
-    return nullptr;
+    return moveInHistory(CHistoryMove::Select, position, 0);
 }
 
 CError* CAudioInterfaceClient::findPresetStore(const CString& storeName, CAudioPresetStore*& store) {
-    for (CAudioPresetStore* known : presetStores_) {
-        if (storeName == known->form().name) {
-            store = known;
-            return nullptr;
-        }
-    }
-    const CAudioPresetStoreForm* form = CAudioPresetStore::findForm(storeName);
-    if (!form) {
-        TARV_FAIL("@tarvstr_CAudioInterfaceClient_findPresetStore_NoStore No preset store '%1' found.", storeName);
-    }
-    store = new CAudioPresetStore(*form, &presetStoreWritten, this);
-    presetStores_.append(store);
-    return nullptr;
-}
-
-// On the thread that writes, with the store's lock held: a post notifies the editor's code.
-void CAudioInterfaceClient::presetStoreWritten(void* user) {
-    auto& client = *static_cast<CAudioInterfaceClient*>(user);
-    if (!client.notifyServer() || client.isStorePosted_.exchange(true)) {
-        return;
-    }
-    CAttributeMap params;
-    if (CError* error = client.notifyServer()->sendPosted(client.fullName(), kStoreChanged, params)) {
-        client.isStorePosted_ = false;
-        TARV_CONSUME(error);
-    }
+    return parts_->presetStores.find(storeName, store);
 }
 
 CError* CAudioInterfaceClient::presetStoreChanged() {
-    isStorePosted_ = false;
-    CArray<CString, 2> changed;
-    for (CAudioPresetStore* store : presetStores_) {
-        if (store->refreshIfChanged()) {
-            changed.append(store->form().name);
-        }
-    }
-    for (int32_t i = 0; i < changed.count() && isLive(this); ++i) {
-        CAttributeMap params;
-        params["store-name"] = CAttributeValue::fromString(changed[i]);
-        if (CError* error = sendEvent("shared-banks-update", params, false)) {
-            return error;
-        }
-    }
-    return nullptr;
+    return parts_->presetStores.refresh();
 }
 
 CError* CAudioInterfaceClient::bindValue(const CString& name, int32_t count, uint32_t& id) {
-    id = newId();
-    TARV_TRY(send(kBindValue, id, name, count));
-    auto* entry = new CBoundEntry;
-    entry->id = id;
-    entry->numbers.resize(count);
-    values_.append(entry);
-    return nullptr;
+    return parts_->values.bind(name, count, id);
 }
 
 CError* CAudioInterfaceClient::unbindValue(uint32_t id) {
-    for (int32_t i = 0; i < values_.count(); ++i) {
-        if (values_[i]->id == id) {
-            delete values_[i];
-            values_.removeAt(i);
-        }
-    }
-    TARV_TRY(send(kUnbindValue, id));
-    return nullptr;
+    return parts_->values.unbind(id);
 }
 
 double CAudioInterfaceClient::boundValue(uint32_t id, int32_t index) const {
-    for (const CBoundEntry* entry : values_) {
-        if (entry->id == id && index >= 0 && index < entry->numbers.count()) {
-            return entry->numbers[index];
-        }
-    }
-    return 0.0;
+    return parts_->values.value(id, index);
 }
 
 CError* CAudioInterfaceClient::passData(const CByteBuffer& bytes) {
-    TARV_TRY(send(kPass, newId(), bytes));
-    return nullptr;
+    return parts_->sender.send(kPass, parts_->sender.newId(), bytes);
+}
+
+const CByteBuffer& CAudioInterfaceClient::passedData() const {
+    return parts_->state.passedData();
 }
 
 CError* CAudioInterfaceClient::importChannelLabels() {
-    TARV_TRY(send(kImportLabels));
-    return nullptr;
+    return parts_->sender.send(kImportLabels);
 }
 
 CError* CAudioInterfaceClient::requestCounts() {
     for (const uint32_t type : {kAskSampleRate, kAskIoCounts, kAskGroupCount, kAskInternalCount}) {
-        TARV_TRY(send(type, newId()));
+        TARV_TRY(parts_->sender.send(type, parts_->sender.newId()));
     }
     return nullptr;
+}
+
+const CInterfaceState& CAudioInterfaceClient::engineState() const {
+    return parts_->state.engine();
+}
+
+CString CAudioInterfaceClient::groupName(int32_t group) const {
+    const CString name = parts_->groupNames ? parts_->groupNames->name(group) : CString();
+    return name.isEmpty() ? CString::fromInt(group + 1) : name;
+}
+
+CError* CAudioInterfaceClient::setProgram(const CString& registry, int32_t index) {
+    return parts_->sender.send(kSetProgram, registry, index);
+}
+
+CError* CAudioInterfaceClient::renameProgram(const CString& registry, int32_t index, const CString& displayName) {
+    return parts_->sender.send(kRenameProgram, registry, index, displayName);
+}
+
+CError* CAudioInterfaceClient::addProgram(const CString& registry, int32_t index, const CString& displayName) {
+    return parts_->sender.send(kAddProgram, registry, index, displayName);
+}
+
+CError* CAudioInterfaceClient::deleteProgram(const CString& registry, int32_t index) {
+    return parts_->sender.send(kDeleteProgram, registry, index);
+}
+
+CError* CAudioInterfaceClient::replaceProgram(const CString& registry, int32_t index) {
+    return parts_->sender.send(kReplaceProgram, registry, index);
+}
+
+CError* CAudioInterfaceClient::activateRomPreset(const CString& registry, int32_t index) {
+    return parts_->sender.send(kActivateRomPreset, registry, index);
+}
+
+CError* CAudioInterfaceClient::activateData(const CString& registry, const CByteBuffer& packed, int32_t group) {
+    return parts_->sender.send(kActivateData, registry, group, packed);
+}
+
+CError* CAudioInterfaceClient::acquirePreset(const CString& registry, CAudioInterfaceRegistryListener& listener,
+                                             uint32_t& request, bool fromRom, int32_t index, int32_t group) {
+    TARV_TRY(parts_->requests.acquirePreset(registry, listener, request, fromRom, index, group));
+    attach(listener);
+    return nullptr;
+}
+
+CError* CAudioInterfaceClient::acquireBank(const CString& registry, CAudioInterfaceRegistryListener& listener,
+                                           uint32_t& request, bool fromRom) {
+    TARV_TRY(parts_->requests.acquireBank(registry, listener, request, fromRom));
+    attach(listener);
+    return nullptr;
+}
+
+CError* CAudioInterfaceClient::setDefaultPreset(const CString& registry, const CByteBuffer& packed) {
+    return parts_->sender.send(kSetDefaultPreset, registry, packed);
+}
+
+CError* CAudioInterfaceClient::clearDefaultPreset() {
+    return parts_->sender.send(kClearDefaultPreset);
+}
+
+CError* CAudioInterfaceClient::requestDefaultPreset() {
+    return parts_->sender.send(kAskDefaultPreset, parts_->sender.newId());
+}
+
+bool CAudioInterfaceClient::hasDefaultPreset() const {
+    return parts_->state.hasDefaultPreset();
+}
+
+const CString& CAudioInterfaceClient::defaultPresetName() const {
+    return parts_->state.defaultPresetName();
+}
+
+CError* CAudioInterfaceClient::swapAB(const CString& registry) {
+    return parts_->sender.send(kSwapAB, registry);
+}
+
+CError* CAudioInterfaceClient::copyToAlternate(const CString& registry) {
+    return parts_->sender.send(kCopyToAlternate, registry);
+}
+
+CError* CAudioInterfaceClient::resetState(const CString& registry) {
+    return parts_->sender.send(kResetState, registry);
+}
+
+CError* CAudioInterfaceClient::masterReset(const CString& registry) {
+    return parts_->sender.send(kMasterReset, registry);
 }
 
 }  // namespace tarv

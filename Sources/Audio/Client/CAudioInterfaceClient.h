@@ -1,10 +1,10 @@
 #pragma once
 
-#include <map>
 #include <memory>
 
 #include "Audio/Client/CAudioInterfaceListeners.h"
 #include "Audio/Client/CAudioPresetStore.h"
+#include "Audio/Client/CInterfaceUndo.h"
 #include "Audio/Messages/CAudioInterfaceClientConnector.h"
 #include "Core/CObject.h"
 
@@ -12,15 +12,9 @@ namespace tarv {
 
 class CAudioParamInfo;
 
-/// How a change stands in the history of the engine.
-struct CInterfaceUndo {
-    bool isRecorded = true;
-    CString label;     ///< empty: made by the engine from the parameter's and the group's name
-    int32_t key = -1;  ///< all changes of one gesture have the same; -1: a step for itself
-};
-
 /// The editor's end of the exchange with the engine (`audio:interface-client`): what editor code subscribes, sets and
-/// asks for. Everything that is set is heard again from the engine, in order. The editor's thread. Events of this
+/// asks for. Everything that is set comes back from the engine, in order. Each operation fails if the engine has gone
+/// or refuses the message, and may close this editor if the engine calls a host. The editor's thread. Events of this
 /// object: `engine-state` (the full state has come), `update-sample-rate`, `update-io-channel-counts`,
 /// `update-group-count`, `update-internal-channel-count`, `clear`, `undo-history-changed`, `group-names-changed`,
 /// `bound-value-changed` (`id`), `data-passed`, `default-preset-update`, `shared-banks-update`
@@ -29,7 +23,7 @@ class CAudioInterfaceClient : public CObject, public CAudioInterfaceClientTarget
 public:
     CAudioInterfaceClient();
     ~CAudioInterfaceClient() override;
-    /// Asks for the full state, and for the names of the groups if `group-names-param` is there.
+    /// Asks for the full state, and subscribes the names of the groups if `group-names-param` is there.
     [[nodiscard]] CError* init() override;
     [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
 
@@ -39,10 +33,10 @@ public:
     [[nodiscard]] CError* addRegistryListener(const CString& registry, CAudioInterfaceRegistryListener& listener);
     /// Subscribes the records of a source, empty for every one.
     [[nodiscard]] CError* addVizProcessor(const CString& source, CAudioInterfaceVizProcessor& processor);
-    /// Ends all that a listener subscribed. One that does not listen here is left alone.
+    /// Ends all that a listener subscribed. A listener of another client is left alone.
     void removeListener(CAudioInterfaceListener& listener);
-    /// An editor's tick: has the visual records sent that gathered since the last one, and the values that the engine
-    /// has set itself (off-line state, tempo, latency).
+    /// An editor's tick: asks for the visual records that gathered since the last one, and for the values that the
+    /// engine has set itself (off-line state, tempo, latency).
     [[nodiscard]] CError* requestFrames();
 
     /// What is known of a parameter that the listener subscribed: null until its values have come.
@@ -87,9 +81,9 @@ public:
     /// New instances start as the factory made them.
     [[nodiscard]] CError* clearDefaultPreset();
     [[nodiscard]] CError* requestDefaultPreset();
-    /// As they came last; asked for at the start.
-    bool hasDefaultPreset() const { return hasDefaultPreset_; }
-    const CString& defaultPresetName() const { return defaultPresetName_; }
+    /// As they came last; requested at the start.
+    bool hasDefaultPreset() const;
+    const CString& defaultPresetName() const;
     [[nodiscard]] CError* swapAB(const CString& registry);
     [[nodiscard]] CError* copyToAlternate(const CString& registry);
     [[nodiscard]] CError* resetState(const CString& registry);
@@ -106,15 +100,15 @@ public:
     double boundValue(uint32_t id, int32_t index = 0) const;
     /// Bytes for the other clients of this engine, and those that came last from one of them.
     [[nodiscard]] CError* passData(const CByteBuffer& bytes);
-    const CByteBuffer& passedData() const { return passedData_; }
+    const CByteBuffer& passedData() const;
     /// Takes the host's names of the input channels over.
     [[nodiscard]] CError* importChannelLabels();
     /// Asks for the rate and the counts once more.
     [[nodiscard]] CError* requestCounts();
 
-    /// As the engine told it last.
-    const CInterfaceState& engineState() const { return state_; }
-    /// Name of a group: its own, otherwise its number counted from 1.
+    /// As the engine sent it last.
+    const CInterfaceState& engineState() const;
+    /// Name of a group, or its number counted from 1 if it has none.
     CString groupName(int32_t group) const;
 
     /// One message of the engine. Of the connector.
@@ -123,81 +117,19 @@ public:
     [[nodiscard]] CError* refresh() override;
     /// Notifies the listeners that no message comes any more.
     void engineGone() override;
-    void connectorGone() override { connector_ = nullptr; }
+    void connectorGone() override;
 
 private:
     class CGroupNamesParamListener;
-    struct CParamEntry;
-    struct CRegistryEntry;
-    struct CVizEntry;
-    struct CBoundEntry;
-    using CHandler = CError* (CAudioInterfaceClient::*)(CPosInputStream& stream);
-    struct CHandlerRow {
-        uint32_t type;
-        CHandler handle;
-    };
-    static const CHandlerRow kHandlers[kMessageCount - kFirstBaseMessage];
+    struct CParts;
 
-    template <class Entry>
-    void forget(COwnedArray<Entry>& entries, const CAudioInterfaceListener& listener, uint32_t type);
-    static void presetStoreWritten(void* user);
-    [[nodiscard]] CError* presetStoreChanged();
-    [[nodiscard]] CError* requireConnector() const;
-    [[nodiscard]] CError* requirePlace(const CString& param, int32_t group, int32_t first, int32_t count) const;
-    [[nodiscard]] CError* deliver(const CByteBuffer& message) const;
-    template <class... T>
-    [[nodiscard]] CError* send(uint32_t type, const T&... fields) const {
-        CByteBuffer message;
-        TARV_TRY(packMessage(message, type, fields...));
-        TARV_TRY(deliver(message));
-        return nullptr;
-    }
-    bool isUsed(uint32_t id) const;
-    uint32_t newId();
     void attach(CAudioInterfaceListener& listener);
-    template <class Entry>
-    static Entry* entryOf(const COwnedArray<Entry>& entries, uint32_t id);
-    [[nodiscard]] CError* setHead(COutputStream& stream, const CString& param, int32_t group, int32_t first,
-                                  int32_t count, uint32_t flags) const;
-    [[nodiscard]] CError* setTail(CMemoryWriteBuffer& stream, const CInterfaceUndo& undo) const;
-    [[nodiscard]] CError* tell(const CString& eventName);
-
-    // CAudioInterfaceClientRead.cpp: by message.
-    [[nodiscard]] CError* takeState(CPosInputStream& stream);
-    [[nodiscard]] CError* takeValues(CPosInputStream& stream);
-    [[nodiscard]] CError* takeRegistry(CPosInputStream& stream);
-    [[nodiscard]] CError* takeGroupNames(CPosInputStream& stream);
-    [[nodiscard]] CError* takeHistory(CPosInputStream& stream);
-    [[nodiscard]] CError* takeSampleRate(CPosInputStream& stream);
-    [[nodiscard]] CError* takeIoCounts(CPosInputStream& stream);
-    [[nodiscard]] CError* takeGroupCount(CPosInputStream& stream);
-    [[nodiscard]] CError* takeInternalCount(CPosInputStream& stream);
-    [[nodiscard]] CError* takeFrame(CPosInputStream& stream);
-    [[nodiscard]] CError* takeDefaultPreset(CPosInputStream& stream);
-    [[nodiscard]] CError* takeData(CPosInputStream& stream);
-    [[nodiscard]] CError* takeAnswer(CPosInputStream& stream);
-    [[nodiscard]] CError* takeBoundValue(CPosInputStream& stream);
-    [[nodiscard]] CError* takePassed(CPosInputStream& stream);
-    [[nodiscard]] CError* takeWhole(CPosInputStream& stream, CParamEntry& entry);
-    [[nodiscard]] CError* takePart(CPosInputStream& stream, CParamEntry& entry);
+    [[nodiscard]] CError* moveInHistory(CHistoryMove move, int32_t position, int32_t count);
+    [[nodiscard]] CError* presetStoreChanged();
 
     CAudioInterfaceClientConnector* connector_ = nullptr;
-    CInterfaceState state_;
-    uint32_t lastNumber_ = 0;
     CArray<CAudioInterfaceListener*, 16> listeners_;  // each once, also those that only wait for an answer
-    COwnedArray<CParamEntry> params_;
-    COwnedArray<CRegistryEntry> registries_;
-    COwnedArray<CVizEntry> visuals_;
-    COwnedArray<CBoundEntry> values_;
-    std::map<uint32_t, CAudioInterfaceRegistryListener*, std::less<uint32_t>,
-             CHeapAllocator<std::pair<const uint32_t, CAudioInterfaceRegistryListener*>>>
-        requests_;
-    std::unique_ptr<CGroupNamesParamListener> groupNames_;
-    CByteBuffer passedData_;
-    bool hasDefaultPreset_ = false;
-    CString defaultPresetName_;
-    COwnedArray<CAudioPresetStore, 2> presetStores_;
-    std::atomic<bool> isStorePosted_{false};
+    std::unique_ptr<CParts> parts_;
 };
 
 }  // namespace tarv

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Audio/Messages/CAudioInterfaceMessage.h"
+#include "Core/CObject.h"
+
+namespace tarv {
+
+/// What the engine sent last about itself as a whole: each message is noted and followed by an event of the owner.
+/// The event's handlers may destroy the owner: a message ends with it. The editor's thread.
+class CClientState {
+public:
+    explicit CClientState(CObject& owner) : owner_(owner) {}
+
+    const CInterfaceState& engine() const { return engine_; }
+    bool hasDefaultPreset() const { return hasDefaultPreset_; }
+    const CString& defaultPresetName() const { return defaultPresetName_; }
+    /// What came last from another client.
+    const CByteBuffer& passedData() const { return passedData_; }
+    /// Keeps a registry's state, if the full state holds that registry. Sends no event.
+    void noteRegistry(const CInterfaceRegistryState& state);
+
+    // One message each.
+    [[nodiscard]] CError* takeState(CPosInputStream& stream);
+    [[nodiscard]] CError* takeHistory(CPosInputStream& stream);
+    [[nodiscard]] CError* takeSampleRate(CPosInputStream& stream);
+    [[nodiscard]] CError* takeIoCounts(CPosInputStream& stream);
+    [[nodiscard]] CError* takeGroupCount(CPosInputStream& stream);
+    [[nodiscard]] CError* takeInternalCount(CPosInputStream& stream);
+    [[nodiscard]] CError* takeDefaultPreset(CPosInputStream& stream);
+    // Of kData, behind its kind.
+    [[nodiscard]] CError* takePassed(CPosInputStream& stream);
+    [[nodiscard]] CError* takeClear(CPosInputStream& stream);
+
+private:
+    [[nodiscard]] CError* sendEvent(const CString& eventName);
+    const CString& errorContextName() const { return owner_.fullName(); }
+
+    CObject& owner_;
+    CInterfaceState engine_;
+    bool hasDefaultPreset_ = false;
+    CString defaultPresetName_;
+    CByteBuffer passedData_;
+};
+
+}  // namespace tarv
