@@ -99,7 +99,7 @@ public:
     static CLocalData& instance();
 };
 
-/// Calls a method of its owner, `void T::method(CCheckedObject* sender)`, after each write of one name.
+/// Calls a method of its owner, `void T::method(CCheckedObject* sender)`, at each write of one name.
 template <class T>
 class CApplicationDataBridge : public COwnedBridge<T> {
 public:

@@ -89,11 +89,11 @@ public:
     [[nodiscard]] CError* resetState(const CString& registry);
     [[nodiscard]] CError* masterReset(const CString& registry);
 
-    /// The presets that a user's editors share under a `store-name`, as long as this object; read anew at the first
+    /// The presets that a user's editors share under a `store-name`, as long as this object lives; read at the first
     /// call.
     [[nodiscard]] CError* findPresetStore(const CString& storeName, CAudioPresetStore*& store);
 
-    /// Follows a value of the engine by name (see CAudioInterfaceBase); gives the id to read it by.
+    /// Follows a value of the engine by one of the names that kBindValue lists; gives the id to read it by.
     [[nodiscard]] CError* bindValue(const CString& name, int32_t count, uint32_t& id);
     [[nodiscard]] CError* unbindValue(uint32_t id);
     /// Number of a bound value, 0.0 until it has come.
@@ -101,7 +101,7 @@ public:
     /// Bytes for the other clients of this engine, and those that came last from one of them.
     [[nodiscard]] CError* passData(const CByteBuffer& bytes);
     const CByteBuffer& passedData() const;
-    /// Takes the host's names of the input channels over.
+    /// Imports the host's names of the input channels.
     [[nodiscard]] CError* importChannelLabels();
     /// Asks for the rate and the counts once more.
     [[nodiscard]] CError* requestCounts();
@@ -113,9 +113,9 @@ public:
 
     /// One message of the engine. Of the connector.
     [[nodiscard]] CError* processMessage(CPosInputStream& stream) override;
-    /// Asks anew for all that was subscribed.
+    /// Requests all that was subscribed again. Of the connector.
     [[nodiscard]] CError* refresh() override;
-    /// Notifies the listeners that no message comes any more.
+    /// Notifies the listeners that no message comes any more. Of the connector.
     void engineGone() override;
     void connectorGone() override;
 

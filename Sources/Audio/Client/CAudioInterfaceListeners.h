@@ -9,13 +9,13 @@ namespace tarv {
 class CAudioInterfaceClient;
 class CAudioVizData;
 
-/// What notifies editor code. A listener belongs to one client at a time and leaves it when it is destroyed; a client
-/// that is destroyed first lets it go. Each notification may destroy the listener, another one, or the client with its
-/// whole tree. The editor's thread.
+/// Base of the interfaces by which editor code is notified. A listener belongs to one client at a time. Its destructor
+/// removes it from the client; a client that is destroyed first releases it. Each notification may destroy the
+/// listener, another one, or the client with its whole tree. The editor's thread.
 class CAudioInterfaceListener : public CCheckedObject {
 public:
     ~CAudioInterfaceListener() override;
-    /// The client that it listens to, or null.
+    /// The client that notifies it, or null.
     CAudioInterfaceClient* client() const { return client_; }
 
 private:
@@ -23,19 +23,19 @@ private:
     CAudioInterfaceClient* client_ = nullptr;
 };
 
-/// Hears one parameter.
+/// Follows one parameter.
 class CAudioInterfaceParamListener : public CAudioInterfaceListener {
 public:
-    /// Values of one group were set. `data` holds all of the parameter; elements `first` to before `first + count` are
-    /// there. With `isReplacing` the group ends behind them: what it held further on is gone. A whole value comes as
-    /// one replacing call for each group that it holds or that the former one held, at least for group 0.
+    /// The elements `first` to before `first + count` of one group were set; `data` holds the whole parameter. With
+    /// `isReplacing` the group ends behind them: its later elements are removed. A whole value comes as one replacing
+    /// call for each group that it holds or that the former one held, at least for group 0.
     virtual void onParamChanged(const CAudioParamData& data, int32_t group, int32_t first, int32_t count,
                                 bool isReplacing) = 0;
     /// The engine has gone: no change comes any more.
     virtual void onParamGone() {}
 };
 
-/// Hears one registry.
+/// Follows one registry.
 class CAudioInterfaceRegistryListener : public CAudioInterfaceListener {
 public:
     virtual void onRegistryChanged(const CInterfaceRegistryState& state) = 0;

@@ -216,7 +216,7 @@ CError* CAudioPresetStore::deleteBank(int32_t index) {
     return edit([&](CAudioBankList& stored) -> CError* {
         int32_t found = -1;
         TARV_TRY(findBank(stored, index, found));
-        // With presets that the user has not seen it stays.
+        // A bank with presets that the user has not seen stays.
         if (!isSame(stored.bank(found), banks_.bank(index))) {
             TARV_FAIL("@tarvstr_CAudioPresetStore_deleteBank_Changed The bank '%1' was changed by another program.",
                       banks_.bank(index).name());

@@ -7,26 +7,25 @@
 
 namespace tarv {
 
-/// Where a store lies and how it is written.
+/// Where a store is kept and in which form.
 struct CAudioPresetStoreForm {
     const char* name;  ///< `store-name`, and the key in the user's data
     bool isGlobal;     ///< in CGlobalData, otherwise in CLocalData
-    bool hasBanks;     ///< banks with presets; otherwise a list of presets, which stands here as one bank
+    bool hasBanks;     ///< banks with presets; otherwise a list of presets, shown here as one bank
 };
 
-/// Presets that outlive an instance, one list for all editors of a user. Holds a copy of what is stored; every edit
-/// reads what is stored anew, makes the one change in it and writes it, under a lock between programs, so that what
-/// another program wrote stays. A bank is known by its place and name, a preset by its place and bytes: where another
-/// program moved it the edit follows, and where it is another one now the edit fails, changes nothing and the copy is
-/// what is stored. Indexes are those of the copy; an index out of range fails.
-/// The editor's thread, but for what `changed` notifies.
+/// Presets that outlive an instance, one list for all editors of a user. Holds a copy of what is stored. Every edit
+/// reads the stored bytes again, makes its one change and writes them, under a lock between programs, so that another
+/// program's edits stay. A bank is identified by its index and name, a preset by its index and bytes: if another
+/// program moved it the edit follows; if another program changed it the edit fails, changes nothing, and the copy is
+/// refreshed. Indexes are those of the copy; an index out of range fails. The editor's thread.
 class CAudioPresetStore : public CHeapObject {
 public:
-    /// `changed(user)` comes when any editor of this process wrote the store; on the thread that wrote, under the
+    /// `changed(user)` is called when any editor of this process wrote the store; on the thread that wrote, under the
     /// store's lock.
     CAudioPresetStore(const CAudioPresetStoreForm& form, void (*changed)(void* user), void* user);
     ~CAudioPresetStore();
-    /// The form of a store's name, or null.
+    /// The form of the store of a name, or null.
     static const CAudioPresetStoreForm* findForm(const CString& name);
 
     const CAudioPresetStoreForm& form() const { return form_; }
@@ -35,7 +34,7 @@ public:
     /// one, damaged banks give none. The next edit keeps the damaged bytes aside (CApplicationData::keepDamaged) and
     /// begins with what is shown; an edit of what another version of the form stored fails.
     void refresh();
-    /// Refreshes if `changed` has come since.
+    /// Refreshes if `changed` was called since the last time; returns whether it was.
     bool refreshIfChanged();
 
     /// Banks; not of a list.

@@ -19,7 +19,7 @@ public:
 
     /// The store of a `store-name`, as long as this object. Fails for a name without a store. The editor's thread.
     [[nodiscard]] CError* find(const CString& storeName, CAudioPresetStore*& store);
-    /// Reads the stores anew that were written, and sends the owner's event `shared-banks-update` (`store-name`) for
+    /// Reads the stores again that were written, and sends the owner's event `shared-banks-update` (`store-name`) for
     /// each. Its handlers may destroy the owner. The editor's thread.
     [[nodiscard]] CError* refresh();
 

@@ -7,9 +7,9 @@
 
 namespace tarv {
 
-/// Packs messages of an editor, hands them to its connector, and gives the ids that they carry. A message may make the
-/// engine call a host that closes the editor and destroys this object: nothing of it is used behind the call, and the
-/// callers keep to the same. The editor's thread.
+/// Packs messages of an editor, hands them to its connector, and gives the ids that they carry. A message that sets,
+/// selects or undoes something may make the engine call a host that closes the editor, which destroys this object: it
+/// uses nothing of itself behind the call, nor do the callers. The editor's thread.
 class CClientSender {
 public:
     void connect(CAudioInterfaceClientConnector& connector) { connector_ = &connector; }

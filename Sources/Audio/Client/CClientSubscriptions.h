@@ -9,7 +9,7 @@ class CAudioParamInfo;
 class CClientState;
 
 /// The client ends of the subscriptions of parameters, registries and visual records. A listener that is called may end
-/// its own subscription or destroy the owner: after each call an entry is looked up anew by its id. The editor's
+/// its own subscription or destroy the owner: after each call an entry is looked up again by its id. The editor's
 /// thread.
 class CClientSubscriptions {
 public:

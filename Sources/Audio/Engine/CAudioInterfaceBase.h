@@ -29,7 +29,7 @@ public:
     /// Waits for the message that is being processed; from then on each one fails. Called before an engine is destroyed
     /// whose editor lives on another thread. Any thread.
     void stopMessages();
-    /// Notes that blocks may come, or that none will. Of resume and suspend.
+    /// Notes that the engine runs, or that it doesn't, and sends the bound values that changed. Of resume and suspend.
     void start();
     void stop();
     bool isGoing() const;

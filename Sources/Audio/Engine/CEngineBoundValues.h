@@ -8,8 +8,7 @@ namespace tarv {
 class CAudioParamCollector;
 class CEngineStatus;
 
-/// The values of the engine that clients bind by name: `sample-rate`, `block-size`, `latency`, `is-running`,
-/// `host-bpm`, `io-channel-counts` (3 numbers), `group-count`, `internal-channel-count`. Its lock is held while a value
+/// The values of the engine that clients bind by the names that kBindValue lists. Its lock is held while a value
 /// is read and its message queued, so that the last message carries the last value. Any thread but the audio thread's
 /// blocks.
 class CEngineBoundValues : private CAudioParamListener {

@@ -8,8 +8,8 @@ namespace tarv {
 
 class CAudioEnv;
 
-/// What the engine is at the moment, as answers and notifications carry it. Any thread; takes a lock of its own and
-/// calls nothing under it.
+/// What the engine is at the moment, as answers and notifications carry it. Any thread; calls
+/// nothing under its lock.
 class CEngineStatus {
 public:
     explicit CEngineStatus(const CAudioEnv& env) : env_(env) {}

@@ -13,7 +13,7 @@ public:
         : sender_(sender), collector_(collector) {}
 
     bool has(uint32_t id) const { return indexOf(id) >= 0; }
-    /// An empty source stands for every one.
+    /// An empty source subscribes every one.
     void subscribe(uint32_t id, const CString& source) { subscribers_.append({id, source}); }
     /// Returns whether there was such a subscription.
     bool unsubscribe(uint32_t id);

@@ -48,7 +48,7 @@ CAudioInterfaceBaseConnectorVST::~CAudioInterfaceBaseConnectorVST() {
 
 CError* CAudioInterfaceBaseConnectorVST::sendToClient(int32_t clientId, const CByteBuffer& buffer) {
     CError* failure = nullptr;
-    // Held while the clients take their copies, so that none goes in the middle of its message.
+    // Held while the clients take their copies, so that none is removed while it copies.
     CLockScope scope(setLock_);
     for (const CClient& client : clients_) {
         if (clientId == -1 || clientId == client.id) {
@@ -89,7 +89,7 @@ int32_t CAudioInterfaceBaseConnectorVST::addClient(CAudioInterfaceClientEnd& cli
 }
 
 void CAudioInterfaceBaseConnectorVST::removeClient(CAudioInterfaceClientEnd& client) {
-    // Over both steps, so that nobody gets the number before what belonged to it has gone.
+    // Held over both steps, so that no client gets the number before the subscriptions of the former one have ended.
     CLockScope callScope(callLock());
     int32_t id = -1;
     {

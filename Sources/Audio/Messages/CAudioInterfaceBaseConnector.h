@@ -10,12 +10,12 @@ namespace tarv {
 /// Numbers of connected clients.
 using CClientList = CArray<int32_t, 4>;
 
-/// What the engine's connector hands the messages of its clients to. Called under the connector's call lock.
+/// Receives the messages of the clients from the engine's connector. Called under the connector's call lock.
 class CAudioInterfaceBaseTarget {
 public:
     /// Reads one message to its end and carries it out; damage is an error and changes nothing.
     [[nodiscard]] virtual CError* processMessage(CInputStream& stream) = 0;
-    /// A client has left: everything that it subscribed ends.
+    /// A client was removed: everything that it subscribed ends.
     virtual void clientGone(int32_t client) = 0;
     /// The connector is destroyed.
     virtual void connectorGone() = 0;
@@ -37,21 +37,21 @@ class CAudioInterfaceBaseConnector : public CObject {
 public:
     CAudioInterfaceBaseConnector();
     ~CAudioInterfaceBaseConnector() override;
-    /// Delivers a message to one client, or with -1 to every one. A client that has gone is no failure; of several
-    /// failures the first is passed on when all clients were served.
+    /// Delivers a message to one client, or with -1 to every one. A client that has gone is no failure. If several
+    /// clients fail, the first failure is returned after all of them were served.
     [[nodiscard]] virtual CError* sendToClient(int32_t clientId, const CByteBuffer& buffer) = 0;
     /// Takes one message of a client, under the call lock. Fails while there is no base object.
     [[nodiscard]] virtual CError* processClientData(CInputStream& stream);
     /// The clients that are connected now.
     virtual CClientList clients() const = 0;
 
-    /// Waits for a message that is being processed. Any thread.
+    /// Sets what processes the messages, or null. Waits for a message that is being processed. Any thread.
     void setBase(CAudioInterfaceBaseTarget* base);
-    /// The same for a base that goes: another one that has taken its place stays.
+    /// Unsets a base that is being destroyed, unless another one has taken its place. Waits as setBase does.
     void unsetBase(const CAudioInterfaceBaseTarget& base);
     CAudioInterfaceBaseTarget* base() const { return base_; }
-    /// Serialises the messages of the clients, their coming and going, and the end of this object. No listener of
-    /// changes takes it.
+    /// Serialises the messages of the clients, addClient, removeClient, and the destruction of this object. No listener
+    /// of changes takes it.
     CLock& callLock() const { return link_->callLock; }
     const std::shared_ptr<CAudioInterfaceLink>& link() const { return link_; }
 
@@ -84,7 +84,7 @@ public:
 
     /// Adds a client and gives its number, the lowest that is free, or -1 if all 65536 are taken.
     int32_t addClient(CAudioInterfaceClientEnd& client);
-    /// Takes a client out, and with it all that it had asked for. After the return nothing comes any more.
+    /// Removes a client and ends its subscriptions. After the return it gets no message.
     void removeClient(CAudioInterfaceClientEnd& client);
     int32_t clientCount() const { return clients().count(); }
 

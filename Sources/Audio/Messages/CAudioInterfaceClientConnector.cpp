@@ -12,7 +12,7 @@ namespace {
 constexpr const char* kEvent = "process-base-data";
 constexpr const char* kHandler = "process-base-data-proxy";
 
-/// The rest of a stream, in a buffer of that size: a message may wait for long.
+/// Reads the rest of a stream into a buffer of that size, since a message may wait for long.
 CError* readAll(CInputStream& stream, CByteBuffer& bytes) {
     uint8_t piece[4096];
     for (int64_t count = sizeof(piece); count > 0;) {
@@ -105,7 +105,7 @@ CAudioInterfaceClientConnector::CBatch CAudioInterfaceClientConnector::takeBatch
 }
 
 CError* CAudioInterfaceClientConnector::processBaseDataProxy() {
-    // A listener may run a loop of events: what comes meanwhile is read behind what is being read.
+    // A listener may run a loop of events: a post that arrives meanwhile reads after the batch that is being read.
     if (isReading_) {
         isMissed_ = true;
         return nullptr;
@@ -181,7 +181,7 @@ CError* CAudioInterfaceClientConnectorVST::onProcessBaseData(CInputStream& strea
 }
 
 CError* CAudioInterfaceClientConnectorVST::sendToBase(const CByteBuffer& buffer) {
-    // A copy, since a host that is called may close the editor.
+    // A copy, since a host that the message calls may close the editor, which destroys this object.
     const std::shared_ptr<CAudioInterfaceLink> link = link_;
     const CObjectWatch watch(*this);
     if (link) {

@@ -6,12 +6,12 @@ namespace tarv {
 
 class CObjectWatch;
 
-/// What a client's connector hands the messages of the engine to. Called on the editor's thread.
+/// Receives the messages of the engine from a client's connector. Called on the editor's thread.
 class CAudioInterfaceClientTarget {
 public:
     /// Reads one message to its end.
     [[nodiscard]] virtual CError* processMessage(CPosInputStream& stream) = 0;
-    /// Messages were lost: asks anew for all that was subscribed.
+    /// Messages were lost: requests all that was subscribed again.
     [[nodiscard]] virtual CError* refresh() = 0;
     /// The engine has gone; no message comes any more.
     virtual void engineGone() = 0;
@@ -23,15 +23,15 @@ protected:
 };
 
 /// Moves the bytes between a client object and the engine (`audio:interface-client-connector`). Messages of the engine
-/// arrive on any thread and are read on the thread of the editor's anchor, in their order: with each post all that have
-/// come, while those that come meanwhile wait for a post of theirs. Without an anchor above it none is read.
+/// arrive on any thread and are read on the thread of the editor's anchor, in their order. A post reads the messages
+/// that have arrived by then; later ones get another post. Without an anchor above this object no message is read.
 class CAudioInterfaceClientConnector : public CObject {
 public:
     ~CAudioInterfaceClientConnector() override;
     [[nodiscard]] CError* init() override;
     [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
 
-    /// Keeps a copy of one message and sees to it that the editor's thread reads it. Fails while there is no client
+    /// Queues a copy of one message and posts its reading to the editor's thread. Fails while there is no client
     /// object. Any thread.
     [[nodiscard]] virtual CError* onProcessBaseData(CInputStream& stream);
     /// Hands a message to the engine. The editor's thread.
@@ -41,11 +41,11 @@ public:
 
     /// Takes one client; fails while there is another, since both would give the same ids. The editor's thread.
     [[nodiscard]] CError* setClient(CAudioInterfaceClientTarget& client);
-    /// Lets a client go that is destroyed. The editor's thread.
+    /// Unsets a client that is being destroyed. The editor's thread.
     void unsetClient(const CAudioInterfaceClientTarget& client);
     CAudioInterfaceClientTarget* client() const { return client_; }
-    /// Messages that wait to be read, at most kQueueLimit: when nobody reads they are dropped, and the client asks anew
-    /// for all that it had subscribed.
+    /// Most messages that may wait to be read. One more drops all of them, and the client requests again all that it
+    /// had subscribed.
     static constexpr int32_t kQueueLimit = 16384;
     int32_t pendingCount() const;
 
@@ -54,7 +54,7 @@ protected:
     void noteBaseGone();
 
 private:
-    /// What has come since the editor's thread looked last.
+    /// What has arrived since the editor's thread read last.
     struct CBatch {
         CArray<CByteBuffer, 4> messages;
         bool isLossy = false;
@@ -77,8 +77,8 @@ private:
     bool isMissed_ = false;  ///< a post has come while messages were read
 };
 
-/// The connector inside one process (`audio:interface-client-connector-vst`): finds the engine's connector from the
-/// plug-in's root object (`base-connector`), that the variable PluginRootPtrVar of its own root points to.
+/// The connector inside one process (`audio:interface-client-connector-vst`): finds the engine's connector by the path
+/// `base-connector` from the plug-in's root object, to which the variable PluginRootPtrVar of the editor's root points.
 class CAudioInterfaceClientConnectorVST : public CAudioInterfaceClientConnector, public CAudioInterfaceClientEnd {
 public:
     static constexpr const char* kPluginRoot = "PluginRootPtrVar";

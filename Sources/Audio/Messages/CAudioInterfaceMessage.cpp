@@ -1,3 +1,5 @@
+// Fields of messages to and from streams.
+
 #include "Audio/Messages/CAudioInterfaceMessage.h"
 
 namespace tarv {

@@ -37,7 +37,9 @@ enum CInterfaceMessage : uint32_t {
     kMasterReset = 18,       ///< registry
     kResetState = 19,        ///< registry
     kCopyToAlternate = 20,   ///< registry
-    kBindValue = 21,         ///< id, text name of a value, u32 count of numbers; kData at once and at each change
+    kBindValue = 21,         ///< id, text name of a value, u32 count of numbers; kData at once and at each change.
+                             ///< Names: `sample-rate`, `block-size`, `latency`, `is-running`, `host-bpm`,
+                             ///< `io-channel-counts` (3 numbers), `group-count`, `internal-channel-count`
     kUnbindValue = 22,       ///< id
     kPass = 23,              ///< request, bytes; every other client gets them in kData
     kAskSampleRate = 24,     ///< request; answer: kSampleRate
@@ -72,7 +74,7 @@ enum CInterfaceMessage : uint32_t {
     kMessageCount = 47,
 };
 
-/// The id of what was not asked for.
+/// The request id of a notification, which no client asked for.
 inline constexpr uint32_t kNoRequest = 0xffffffff;
 
 enum CSubscribeFlag : uint32_t { kSendAtOnce = 1, kAsGroupNames = 2 };
@@ -100,15 +102,15 @@ inline int32_t clientOf(uint32_t id) {
     return static_cast<int32_t>(id >> 16);
 }
 
-/// The id by which a client asks for all that gathered; no listener has it.
+/// The id of a client's tick; no listener has it.
 inline uint32_t tickIdOf(int32_t client) {
     return static_cast<uint32_t>(client) << 16;
 }
 
-/// Texts of a message. The count is not believed: each text takes bytes of its own.
+/// Texts of a message. Reading reserves no room for the announced count: each text needs bytes in the message.
 using CTextList = CArray<CString, 4>;
 
-/// Numbers of a message, as such a list.
+/// Numbers of a message, read in the same way.
 using CNumberList = CArray<double, 4>;
 
 /// What an editor shows of a registry.
@@ -128,7 +130,7 @@ struct CInterfaceRegistryState {
     [[nodiscard]] CError* load(CInputStream& stream);
 };
 
-/// Labels from the start on, and the position among them.
+/// Labels of the steps, the start first, and the position among them.
 struct CInterfaceHistory {
     int32_t position = 0;
     CTextList labels;
@@ -150,7 +152,7 @@ struct CInterfaceCounts {
     bool operator==(const CInterfaceCounts&) const = default;
 };
 
-/// Everything that an editor needs to begin with.
+/// Everything that an editor needs at its start.
 struct CInterfaceState {
     double sampleRate = 0.0;  ///< Hz
     int32_t blockSize = 0;    ///< frames
@@ -196,7 +198,7 @@ template <CFieldGroup T>
     return value.load(stream);
 }
 
-/// Fields in their order; the first failure ends that.
+/// Writes or reads fields in their order, up to the first failure.
 template <class... T>
 [[nodiscard]] CError* putFields(COutputStream& stream, const T&... fields) {
     CError* error = nullptr;

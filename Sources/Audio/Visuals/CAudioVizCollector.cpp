@@ -50,8 +50,7 @@ void CAudioVizCollector::start() {
     {
         CLockScope scope(lock_);
         for (CAudioVizSource* source : sources_) {
-            // Its parameter may have been defined since.
-            bindSwitch(*source);
+            bindSwitch(*source);  // its parameter may have been defined since
         }
     }
     enable_.update();
@@ -91,7 +90,7 @@ void CAudioVizCollector::setPosition(double seconds) {
     }
     ++frame_;
     // On a fixed grid, so that long blocks don't lower the rate; a frame that comes later than the next one is due
-    // begins the grid anew.
+    // starts a new grid.
     const double next = nextFrame_ + 1.0 / fps;
     nextFrame_ = next > seconds ? next : seconds + 1.0 / fps;
 }

@@ -23,21 +23,21 @@ public:
     CAudioParam* enableParam() const { return enableParam_; }
     /// Whether collecting is on: going, and the switch is set. Any thread, without a lock.
     bool isEnabled() const { return isGoing_.load(std::memory_order_relaxed) && enable_.isOn(); }
-    /// Looks the sources' switches up that were not there before, and goes on. Not the audio thread.
+    /// Binds the switches of sources whose parameter was defined since, and starts collecting. Not the audio thread.
     void start();
     void stop() { isGoing_ = false; }
 
-    /// The source of a full name; what was made for that name first stays. At most `recordsPerFrame` records a frame
-    /// (1 to 64), each with room for `capacity` bins or bytes (as far as the kind takes so many). Null for limits
-    /// beyond those. While no audio runs.
+    /// The source of a full name; a second call for a name returns the source that is there. At most `recordsPerFrame`
+    /// records a frame (1 to 64), each with room for `capacity` bins or bytes (as far as the kind takes so many). Null
+    /// for limits beyond those. While no audio runs.
     CAudioVizSource* addSource(const CString& name, CAudioVizKind kind, int32_t recordsPerFrame = 1,
                                int32_t capacity = 0);
     /// Name of the source that records carry as `source`; empty for a number without one. Not the audio thread.
     CString sourceName(uint32_t number) const;
 
     /// Hands each record that has gathered to `visit`, `CError* (const CAudioVizData&)`, in the order in which they
-    /// were handed in; a record is the audio thread's again behind the call. The first failure ends that and is passed
-    /// on; the records behind it stay for the next time. Any thread but the audio thread, also while nothing is
+    /// were handed in; after the call the record belongs to the audio thread again. The first failure ends that and is
+    /// returned; the records behind it stay for the next time. Any thread but the audio thread, also while nothing is
     /// collected.
     template <class Visit>
     [[nodiscard]] CError* takeRecords(Visit&& visit) {
@@ -51,8 +51,8 @@ public:
         return nullptr;
     }
 
-    /// Where the audio thread stands, in seconds, at the start of a block of the host; begins a frame when one is due.
-    /// Audio thread.
+    /// Sets the position of the audio thread, in seconds, at the start of a block of the host; begins a frame when one
+    /// is due. Audio thread.
     void setPosition(double seconds);
     double position() const { return position_; }
     /// Number of the frame, 0 before the first. Audio thread.
@@ -70,7 +70,7 @@ private:
     double position_ = 0.0;
     double nextFrame_ = 0.0;
     uint64_t frame_ = 0;
-    // Guards the sources, and that one thread takes at a time.
+    // Guards the sources, and lets one thread take records at a time.
     mutable CLock lock_;
     COwnedArray<CAudioVizSource, 4> sources_;
     CAudioVizRing<CAudioVizSource::CRecord> ready_;

@@ -6,7 +6,7 @@ namespace tarv {
 
 namespace {
 
-// A count is believed as far as the bytes behind it reach: room for that many at first, then for twice what has come.
+// Room for this many items at first, then for twice what was read: an announced count alone takes no memory.
 constexpr int32_t kFirstStep = 512;
 
 struct CKindRow {

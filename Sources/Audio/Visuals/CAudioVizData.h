@@ -14,7 +14,7 @@ public:
     ~CAudioVizData() override = default;
     /// Writes the whole record, `kind` first.
     [[nodiscard]] virtual CError* write(COutputStream& stream) const;
-    /// Reads what stands behind `kind`. After a failure the record holds a part of it.
+    /// Reads what follows `kind`. After a failure the record holds a part of it.
     [[nodiscard]] virtual CError* read(CInputStream& stream);
 
     /// A new record of a kind, with room for `capacity` bins or bytes; null for a number that is no kind.
@@ -48,7 +48,7 @@ public:
     double peak = 0.0;
 };
 
-/// A few bytes that source and view agree upon: their count in 32 bits, the bytes, `code`.
+/// Bytes whose form only the source and its view know: their count in 32 bits, the bytes, `code`.
 class CAudioVizDataInfo : public CAudioVizData {
 public:
     static constexpr uint32_t kMaxBytes = 65536;

@@ -17,7 +17,7 @@ void CAudioVizSwitch::bind(CAudioParam& param) {
 }
 
 void CAudioVizSwitch::update() {
-    // Reading and noting are one step: of two changes at a time the later value stays.
+    // Held while the value is read and stored, so that the later one of two concurrent changes stays.
     CLockScope scope(lock_);
     isOn_.store(param_ && param_->value(0, 0) >= 0.5, std::memory_order_relaxed);
 }

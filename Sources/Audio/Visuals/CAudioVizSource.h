@@ -34,8 +34,8 @@ private:
 };
 
 /// One process's end of a collector, which owns it: hands in the records of one kind. The records are made in advance
-/// and go round, so that the audio thread neither allocates nor waits. While all of them wait to be taken, a new one is
-/// dropped.
+/// and used in turn, so that the audio thread neither allocates nor waits. While all of them wait to be taken, a new
+/// one is dropped.
 class CAudioVizSource : public CHeapObject {
 public:
     /// Frames for which there are records.
@@ -47,12 +47,12 @@ public:
     uint32_t number() const { return number_; }
 
     /// A record to fill, of the class of kind(), with its source and time set and all else as it was left; null while
-    /// collecting or this source's switch is off, when this frame has got its records, or when none is free. No more
-    /// bins or bytes than announced may be put in. Audio thread.
+    /// collecting or this source's switch is off, when this frame has its records, or when none is free. It takes no
+    /// more bins or bytes than announced. Audio thread.
     CAudioVizData* beginRecord();
     /// Hands in what beginRecord gave. Audio thread.
     void endRecord();
-    /// Records that found none free. Any thread.
+    /// Records that were dropped since none was free. Any thread.
     uint64_t dropped() const { return dropped_.load(std::memory_order_relaxed); }
 
 private:
