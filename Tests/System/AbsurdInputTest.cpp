@@ -1,4 +1,4 @@
-// What a host must not hand over, handed over.
+// Input that a host must not hand over: samples that aren't finite, missing buffers, levels beyond the format.
 
 #include <gtest/gtest.h>
 

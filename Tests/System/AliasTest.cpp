@@ -29,8 +29,8 @@ constexpr double kTones[] = {3010.0, 7010.0, 11030.0, 15010.0, 19010.0};
 // Long enough for the high-passes to forget the start, then a whole number of periods of 10 Hz.
 constexpr int64_t kSettle = 48000;
 constexpr int64_t kMeasured = 4800;
-// What is heard. Above it the first half-band passes over from 0.45 to 0.55 of the rate, and so do products beside 24
-// kHz.
+// The audible band. Above it the first half-band passes over from 0.45 to 0.55 of the rate, and so do products beside
+// 24 kHz.
 constexpr double kHighest = 20000.0;
 
 double decibels(double factor) {
@@ -152,7 +152,7 @@ TEST(Aliasing, ProductsThatFoldBackAreTheReferencesAndThoseOfThePage) {
         }
     }
     for (size_t column = 1; column < worst.size(); ++column) {
-        EXPECT_LT(worst[column], worst[column - 1] - 10.0) << "each doubling is worth its price";
+        EXPECT_LT(worst[column], worst[column - 1] - 10.0) << "each doubling lowers the products";
     }
 }
 

@@ -1,4 +1,4 @@
-// What the audio thread may not do: take memory, give memory back, wait for a lock.
+// The audio thread allocates nothing, frees nothing and waits for no lock.
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ constexpr int32_t kLongest = 4096;
 constexpr int32_t kHostParams = 18;
 constexpr int32_t kOversamplingParam = 17;
 
-/// An instance with buffers of its own: what a block does can be watched without the test's own memory in the way.
+/// An instance with its buffers, so that a block is watched without allocations of the test.
 class CWatchedEngine {
 public:
     explicit CWatchedEngine(const CSetup& setup)
@@ -147,7 +147,7 @@ TEST(AudioThread, IsQuietWhenTheHostGoesOffLineAndBack) {
     }
 }
 
-TEST(AudioThread, TheWatchSeesWhatItIsThereToSee) {
+TEST(AudioThread, TheWatchCountsAllocationsFreesAndLocks) {
     CLock allowed;
     CLock other;
     const CAudioThreadWatch watch(&allowed);
@@ -155,7 +155,7 @@ TEST(AudioThread, TheWatchSeesWhatItIsThereToSee) {
         const CLockScope first(allowed);
         const CLockScope second(other);
         CHeap::free(CHeap::alloc(40));
-        // A compiler may drop a pair of calls whose result nobody looks at.
+        // A compiler may drop a pair of calls whose result is not used.
         void* volatile block = std::malloc(40);
         std::free(block);
         block = ::operator new(40);
@@ -210,7 +210,7 @@ TEST(AudioThread, ChangesOfTheLayoutTakeMemoryRarely) {
         std::printf("  %-38s %12llu %6llu %7llu %6llu\n", c.name, static_cast<unsigned long long>(counts[0]),
                     static_cast<unsigned long long>(counts[1]), static_cast<unsigned long long>(counts[2]),
                     static_cast<unsigned long long>(counts[3]));
-        // Growth takes no lock but those of the heaps, which nobody holds for long.
+        // Growth takes no lock but those of the heaps, which are held for a short time.
         EXPECT_EQ(locks, 0u) << c.name;
     }
 }

@@ -10,7 +10,7 @@ class CLock;
 namespace tarv::engine {
 
 /// What a thread did between begin() and end(): the linker leads the program's calls of the C heap and of CLock through
-/// counters, and the C++ heap stands on the C heap.
+/// counters, and the C++ heap uses the C heap.
 struct CWatched {
     uint64_t allocations;  ///< malloc, calloc, realloc
     uint64_t frees;

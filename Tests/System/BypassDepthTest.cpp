@@ -18,7 +18,7 @@ constexpr double kNoise = 1e-11;
 CSetup bypassed(int32_t stages, bool isCoded) {
     CSetup setup{kRate, 2, straight(2, stages)};
     setup.sets.push_back({kBypass, 0, 0, 1.0});
-    // Whatever the curve is, it is not heard.
+    // No curve may be audible.
     setup.sets.push_back({kGains, 0, 3, 4.0});
     setup.sets.push_back({kOutGain, 0, 0, 4.0});
     if (isCoded) {

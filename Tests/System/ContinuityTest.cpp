@@ -1,5 +1,5 @@
 // What a change of the layout touches starts from silence. For a full-scale sine nothing behind the change stands out
-// by more than 6 dB over what was, or will be, heard anyway.
+// by more than 6 dB over the settled signal before and after it.
 
 #include <gtest/gtest.h>
 
@@ -25,13 +25,13 @@ constexpr CCurve kCurves[] = {{"flat", {0, 0, 0, 0, 0, 0, 0}},
                               {"lively", {4, -3, 2, -4, 3, -2, 5}},
                               {"treble", {0, 0, 0, 0, 1, 3, 6}},
                               {"bass", {6, 4, 2, 0, 0, 0, 0}},
-                              // A sine that set in at once would ring in a band that stands far above its own.
+                              // A sine that starts at full level rings in a band far above its frequency.
                               {"highest", {12, 12, 12, 12, 12, 12, 12}},
                               {"lowest", {-12, -12, -12, -12, -12, -12, -12}},
                               {"a hole at 1 kHz", {12, 12, 12, -6, 12, 12, 12}},
                               {"1 kHz above all", {-12, -12, -12, 12, -12, -12, -12}},
                               {"comb", {12, -12, 12, -12, 12, -12, 12}}};
-/// Of these a sine may set in at full level: a resume begins at once.
+/// Of these a sine may start at full level, as it does behind a resume.
 constexpr size_t kEvenCurves = 4;
 
 struct CLayoutChange {

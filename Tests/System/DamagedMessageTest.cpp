@@ -1,4 +1,4 @@
-// Messages that are no messages: each gets its failure, and nothing changes.
+// Damaged messages: each one fails, and nothing changes.
 
 #include <random>
 

@@ -1,4 +1,4 @@
-// The default preset: stored by an editor, taken by new instances, behind it a host's chunk.
+// The default preset: stored by an editor, taken by new instances, replaced by a host's chunk.
 
 #include "Audio/Stores/CAudioDefaultPreset.h"
 #include "Core/CApplicationData.h"
@@ -51,7 +51,7 @@ TEST_F(DefaultPreset, ANewInstanceStartsWithItInItsCurrentProgram) {
     EXPECT_EQ(fresh->paramRegistry()->programName(0), factoryName);
 }
 
-TEST_F(DefaultPreset, EveryEditorLearnsItsName) {
+TEST_F(DefaultPreset, EveryEditorGetsItsName) {
     pumpEvents();
     EXPECT_FALSE(client_->hasDefaultPreset());
     auto second = another();

@@ -1,4 +1,4 @@
-// The editor's end as an editor has it: what comes, in which order, and on whose thread.
+// The editor's end: which messages arrive, in which order and on which thread.
 
 #include <atomic>
 #include <thread>
@@ -29,7 +29,7 @@ TEST_F(EditorClient, BeginsWithTheFullStateAndTheNamesOfTheGroups) {
     EXPECT_EQ(client_->groupName(100), CString("101"));
 }
 
-TEST_F(EditorClient, ValuesComeAndGo) {
+TEST_F(EditorClient, ValuesTravelBothWays) {
     CParamRecorder recorder;
     EXPECT_EQ(firstLine(client_->addParamListener(kGains, recorder)), "");
     EXPECT_EQ(client_->paramInfo(recorder), nullptr);
@@ -104,7 +104,7 @@ TEST_F(EditorClient, NegativePlacesAreRefusedBeforeAnythingIsRead) {
     EXPECT_EQ(labels().size(), 1u);
 }
 
-TEST_F(EditorClient, TextsComeAndGo) {
+TEST_F(EditorClient, TextsTravelBothWays) {
     CParamRecorder recorder;
     EXPECT_EQ(firstLine(client_->addParamListener(kInNamesParam, recorder)), "");
     CTextList names;
@@ -131,7 +131,7 @@ TEST_F(EditorClient, WhatIsSentIsPostedAlsoOnTheEditorsOwnThreadAndOnlyOnce) {
     EXPECT_EQ(pumpEvents(), 0);
 }
 
-TEST_F(EditorClient, WhatAListenerSetsIsHeardBehindWhatWasAlreadyThere) {
+TEST_F(EditorClient, WhatAListenerSetsArrivesBehindWhatWasQueued) {
     CParamRecorder recorder;
     EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
     pumpEvents();
@@ -140,7 +140,7 @@ TEST_F(EditorClient, WhatAListenerSetsIsHeardBehindWhatWasAlreadyThere) {
         if (++rounds == 1) {
             const double value = 0.9;
             EXPECT_EQ(firstLine(client_->setNumbers(kOutGain, 0, 0, &value, 1)), "");
-            // A loop of events inside a listener reads nothing out of turn.
+            // A loop of events inside a listener reads no message before its turn.
             pumpEvents();
             EXPECT_EQ(rounds, 1);
         }
@@ -153,7 +153,7 @@ TEST_F(EditorClient, WhatAListenerSetsIsHeardBehindWhatWasAlreadyThere) {
     EXPECT_EQ(recorder.changes[3].value, 0.9);
 }
 
-TEST_F(EditorClient, RegistriesTellWhatChanged) {
+TEST_F(EditorClient, RegistryListenersGetWhatChanged) {
     CRegistryRecorder recorder;
     EXPECT_EQ(firstLine(client_->addRegistryListener(kRegistry, recorder)), "");
     EXPECT_EQ(firstLine(client_->setProgram(kRegistry, 2)), "");
@@ -193,7 +193,7 @@ TEST_F(EditorClient, PresetsAndBanksTravelAsData) {
     EXPECT_NE(firstLine(client_->activateRomPreset(kRegistry, 100)), "");
 }
 
-TEST_F(EditorClient, AnswersBearTheNumbersOfTheirQuestions) {
+TEST_F(EditorClient, AnswersCarryTheNumbersOfTheirRequests) {
     CRegistryRecorder recorder;
     uint32_t requests[3] = {};
     EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, recorder, requests[0], true, 1)), "");
@@ -254,7 +254,7 @@ TEST_F(EditorClient, RateCountsAndBoundValues) {
     EXPECT_EQ(client_->boundValue(id, 0), 0.0);
 }
 
-TEST_F(EditorClient, TwoEditorsHaveTheLowestFreeNumbersAndHearEachOther) {
+TEST_F(EditorClient, TwoEditorsHaveTheLowestFreeNumbersAndFollowEachOther) {
     EXPECT_EQ(clientConnector_->clientId(), 0);
     auto second = makeRoot();
     ASSERT_EQ(firstLine(loadTree(*second, nodes())), "");
@@ -271,7 +271,7 @@ TEST_F(EditorClient, TwoEditorsHaveTheLowestFreeNumbersAndHearEachOther) {
     EXPECT_EQ(clientConnector_->clientId(), 0);
 }
 
-TEST_F(EditorClient, ChangesOfAnotherThreadAreHeardOnTheEditorsInOrder) {
+TEST_F(EditorClient, ChangesOfAnotherThreadArriveOnTheEditorsThreadInOrder) {
     CParamRecorder recorder;
     EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
     pumpEvents();

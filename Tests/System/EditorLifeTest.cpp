@@ -1,4 +1,4 @@
-// Editors, listeners and engines that go, and what is missing from the start.
+// Editors, listeners and engines that are destroyed, and objects that are missing at the start.
 
 #include "Tests/System/EditorTest.h"
 
@@ -57,7 +57,7 @@ TEST_F(EditorLife, AnEditorThatClosesLeavesNothingBehind) {
     EXPECT_TRUE(recorder.changes.empty());
 }
 
-TEST_F(EditorLife, AnEngineThatGoesIsToldToTheListeners) {
+TEST_F(EditorLife, ListenersAreNotifiedThatTheEngineHasGone) {
     CParamRecorder paramRecorder;
     CRegistryRecorder registryRecorder;
     EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, paramRecorder)), "");
@@ -75,7 +75,7 @@ TEST_F(EditorLife, AnEngineThatGoesIsToldToTheListeners) {
     EXPECT_EQ(paramRecorder.client(), nullptr);
 }
 
-TEST_F(EditorLife, WhenNobodyReadsAllIsAskedForAnew) {
+TEST_F(EditorLife, AFullQueueIsDroppedAndAllIsRequestedAgain) {
     CParamRecorder recorder;
     EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
     pumpEvents();
@@ -105,7 +105,7 @@ TEST_F(EditorLife, ADamagedMessageIsDroppedAndTheOthersAreRead) {
     EXPECT_EQ(firstLine(client_->processMessage(reader)), "Invalid data type " + std::to_string(kMessageCount) + ".");
 }
 
-TEST_F(EditorLife, AConnectorWithoutAClientSaysSo) {
+TEST_F(EditorLife, AConnectorWithoutAClientFails) {
     delete editor_->findObject("ui.client");
     CByteBuffer message;
     delete packMessage(message, kGroupCount, kNoRequest, int32_t{1});

@@ -89,7 +89,7 @@ TEST_F(EditorLifetime, ARequestThatIsOpenEndsWithTheClient) {
     EXPECT_TRUE(preset.data.isEmpty());
 }
 
-TEST_F(EditorLifetime, AListenerThatOnlyGotAnAnswerIsLetGoToo) {
+TEST_F(EditorLifetime, AListenerThatOnlyGotAnAnswerIsReleasedToo) {
     CRegistryRecorder recorder;
     EXPECT_EQ(firstLine(client_->acquirePreset(kRegistry, recorder, request_)), "");
     pumpEvents();
@@ -197,6 +197,40 @@ TEST_F(EditorLifetime, AListenerMayDestroyAnotherOneWhenTheEngineHasGone) {
     pumpEvents();
     EXPECT_EQ(first.gone, 1);
     EXPECT_EQ(second, nullptr);
+}
+
+/// Closes the editor from inside the engine, as a host may when it is notified of a parameter.
+struct CClosingHost : CAudioParamListener {
+    CClosingHost(CAudioParam& followed, std::function<void()> closeEditor)
+        : param(followed), close(std::move(closeEditor)) {
+        param.addListener(*this);
+    }
+    ~CClosingHost() { param.removeListener(*this); }
+    void onParamChanged(CAudioParam&, int32_t, int32_t, int32_t) override { close(); }
+    CAudioParam& param;
+    std::function<void()> close;
+};
+
+TEST_F(EditorLifetime, AHostMayCloseTheEditorWithinAnEditorsMessage) {
+    CParamRecorder recorder;
+    EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
+    pumpEvents();
+    const CClosingHost host(param(kOutGain), [&] { editor_.reset(); });
+    const double half = 0.5;
+    EXPECT_EQ(firstLine(client_->setNumbers(kOutGain, 0, 0, &half, 1)), "");
+    EXPECT_EQ(param(kOutGain).value(0, 0), 0.5);
+    EXPECT_EQ(recorder.client(), nullptr);
+    EXPECT_EQ(connector_->clientCount(), 0);
+    EXPECT_EQ(pumpEvents(), 0);
+}
+
+TEST_F(EditorLifetime, AHostMayCloseTheEditorWithinAnUndo) {
+    const double half = 0.5;
+    EXPECT_EQ(firstLine(client_->setNumbers(kOutGain, 0, 0, &half, 1)), "");
+    const CClosingHost host(param(kOutGain), [&] { editor_.reset(); });
+    EXPECT_EQ(firstLine(client_->undo()), "");
+    EXPECT_EQ(param(kOutGain).value(0, 0), 1.0);
+    EXPECT_EQ(connector_->clientCount(), 0);
 }
 
 TEST_F(EditorLifetime, AConnectorHasOneClientThatAnotherDoesNotUnset) {

@@ -27,7 +27,7 @@ TEST_F(EditorQueue, IsTakenOnceATurnHoweverMuchComesMeanwhile) {
     EXPECT_EQ(recorder.changes.back().value, 0.55);
 }
 
-TEST_F(EditorQueue, WhatALoopOfEventsLeavesOutHasAPostOfItsOwn) {
+TEST_F(EditorQueue, WhatALoopOfEventsLeavesOutGetsAnotherPost) {
     CParamRecorder recorder;
     EXPECT_EQ(firstLine(client_->addParamListener(kOutGain, recorder)), "");
     pumpEvents();

@@ -55,7 +55,7 @@ TEST_F(EngineValues, TheOfflineStateComesWithTheTick) {
     EXPECT_EQ(labels().size(), 1u);
 }
 
-TEST_F(EngineValues, EverySubscriberGetsThemWhoeverTicks) {
+TEST_F(EngineValues, EverySubscriberGetsThemAtTheTickOfAnyClient) {
     CMessageClient other(*connector_);
     EXPECT_EQ(client_.subscribe(1, kOffline, 0), "");
     EXPECT_EQ(other.subscribe(1, kOffline, 0), "");
@@ -108,7 +108,7 @@ TEST_F(EngineValues, TheLatencyAndTheMarkOfItsChangeComeWithTheTick) {
     EXPECT_EQ(tick(1), std::vector<double>{0.0});
 }
 
-TEST_F(EngineValues, ATickNeedsAClientThatIsThere) {
+TEST_F(EngineValues, ATickNeedsAConnectedClient) {
     EXPECT_EQ(client_.send(kRequestValues, tickIdOf(7)), "No listener " + std::to_string(tickIdOf(7)) + " found.");
 }
 

@@ -1,4 +1,4 @@
-// What the look inside shows of the built graph.
+// The printed graph: processes in run order, rates, bindings, links, states, sections.
 
 #include <gtest/gtest.h>
 

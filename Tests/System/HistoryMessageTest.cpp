@@ -16,7 +16,7 @@ protected:
     CMessageClient client_{*connector_};
 };
 
-TEST_F(HistoryMessages, ASetValueIsAStepThatCanBeTakenBackAndDoneAgain) {
+TEST_F(HistoryMessages, ASetValueIsAStepThatCanBeUndoneAndRedone) {
     EXPECT_EQ(client_.set(kOutGain, 0, 0, {0.5}), "");
     EXPECT_EQ(client_.undo(), "");
     EXPECT_EQ(param(kOutGain).value(0, 0), 1.0);
@@ -109,7 +109,7 @@ TEST_F(HistoryMessages, ARecordLeftOpenEndsWithItsClient) {
     EXPECT_EQ(labels().size(), 3u);
 }
 
-TEST_F(HistoryMessages, ANewStepCutsOffWhatCouldBeDoneAgain) {
+TEST_F(HistoryMessages, ANewStepEndsWhatCouldBeRedone) {
     EXPECT_EQ(client_.set(kOutGain, 0, 0, {0.5}, kIsRecorded, "a"), "");
     EXPECT_EQ(client_.set(kOutGain, 0, 0, {0.6}, kIsRecorded, "b"), "");
     EXPECT_EQ(client_.undo(), "");
@@ -119,7 +119,7 @@ TEST_F(HistoryMessages, ANewStepCutsOffWhatCouldBeDoneAgain) {
     EXPECT_EQ(param(kOutGain).value(0, 0), 0.5);
 }
 
-TEST_F(HistoryMessages, SelectingGoesToAnyStepAndTellsEveryone) {
+TEST_F(HistoryMessages, SelectingMovesToAnyStepAndNotifiesEveryClient) {
     CMessageClient other(*connector_);
     EXPECT_EQ(other.subscribe(1, kOutGain, 0), "");
     for (const double value : {0.5, 0.6, 0.7}) {
@@ -141,12 +141,12 @@ TEST_F(HistoryMessages, SelectingGoesToAnyStepAndTellsEveryone) {
     EXPECT_EQ(position, 1);
 }
 
-TEST_F(HistoryMessages, AMoveThatThereIsNotIsRefused) {
+TEST_F(HistoryMessages, AnUnknownMoveIsRefused) {
     EXPECT_EQ(client_.send(kMoveInHistory, client_.id(0), uint32_t{3}, int32_t{0}, int32_t{1}),
               "Invalid move 3 in the history.");
 }
 
-TEST_F(HistoryMessages, AGestureThatGoesOnTellsItsListOnce) {
+TEST_F(HistoryMessages, AGestureThatGoesOnSendsItsListOnce) {
     for (const double value : {0.9, 0.8, 0.7, 0.6}) {
         EXPECT_EQ(client_.set(kOutGain, 0, 0, {value}, kIsRecorded, "", 5), "");
     }

@@ -11,7 +11,7 @@
 namespace tarv::engine {
 namespace {
 
-/// Keeps what lies behind one process.
+/// Keeps the signal behind one process.
 class CTap : public CAudioGraphObserver {
 public:
     explicit CTap(const char* path) : path_(path) {}

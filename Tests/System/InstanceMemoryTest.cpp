@@ -1,4 +1,4 @@
-// What one more instance takes.
+// The memory that one more instance takes.
 
 #include <gtest/gtest.h>
 #include <malloc.h>
@@ -12,7 +12,7 @@ namespace {
 
 constexpr int64_t kMebibyte = 1 << 20;
 
-/// Bytes that the C heap, in which the pool heap lies too, has given out.
+/// Bytes of the C heap in use; the pool heap takes its memory from there, too.
 int64_t heapInUse() {
     const struct mallinfo2 info = mallinfo2();
     return static_cast<int64_t>(info.uordblks + info.hblkhd);

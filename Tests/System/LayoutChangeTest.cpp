@@ -1,5 +1,5 @@
-// A change of oversampling, routing, groups or pairs while audio runs: what it touches starts from silence, and nobody
-// gets a blow for it.
+// A change of oversampling, routing, groups or pairs while audio runs: what it touches starts from silence,
+// without a peak.
 
 #include <gtest/gtest.h>
 
@@ -30,8 +30,8 @@ constexpr CLayoutChange kChanges[] = {
     {"to 8x", "plugin.modMain.oversampling", 0, 4},
     {"to 4x", "plugin.modMain.oversampling", 0, 3},
     {"back to 1x", "plugin.modMain.oversampling", 0, 1},
-    {"right hears left", "plugin.modMain.io-params.in-routing", 1, 1},
-    {"right hears right", "plugin.modMain.io-params.in-routing", 1, 2},
+    {"right takes left", "plugin.modMain.io-params.in-routing", 1, 1},
+    {"right takes right", "plugin.modMain.io-params.in-routing", 1, 2},
     {"outputs crossed", "plugin.modMain.io-params.out-routing", 0, 2},
     {"left alone", "plugin.modMain.io-params.out-routing", 0, 1},
     {"right in group B", "plugin.modMain.io-params.grouping", 1, 1},

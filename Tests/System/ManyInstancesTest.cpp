@@ -1,4 +1,4 @@
-// Many instances in one process: what they cost together, and that they do not know of each other.
+// Many instances in one process: the memory that they take, and that none changes the sound of another.
 
 #include <gtest/gtest.h>
 #include <malloc.h>
@@ -19,12 +19,12 @@ void makeAndRun(int32_t count) {
     }
 }
 
-/// In a thread of its own: small blocks that a thread has freed count as taken as long as it lives.
+/// In a new thread, since small blocks that a thread has freed count as taken as long as the thread lives.
 void makeAndRunApart(int32_t count) {
     std::thread([count] { makeAndRun(count); }).join();
 }
 
-/// Bytes that the C heap has given out and not got back.
+/// Bytes of the C heap in use.
 int64_t heapInUse() {
     const struct mallinfo2 info = mallinfo2();
     return static_cast<int64_t>(info.uordblks + info.hblkhd);
@@ -37,7 +37,7 @@ TEST(ManyInstances, OfFourHundredTheSecondHalfAddsNoMemory) {
     makeAndRunApart(200);
     EXPECT_EQ(CHeap::counters().platformBytes, poolBefore);
 #ifndef TARV_SANITIZED
-    // Not a byte stays behind; the sanitizers keep books of their own on the same heap.
+    // No byte stays behind; the sanitizers allocate their records on the same heap.
     EXPECT_LE(heapInUse(), heapBefore);
 #endif
 }

@@ -1,4 +1,4 @@
-// Clients that come and go, on threads of their own, and what stays of them: nothing.
+// Clients that connect and disconnect on several threads leave nothing behind.
 
 #include <atomic>
 #include <thread>
@@ -78,7 +78,7 @@ TEST_F(MessageThreads, ClientsThatComeAndGoLeaveNoMemoryBehind) {
     EXPECT_EQ(blocksInUse(), before);
 }
 
-TEST_F(MessageThreads, AClientThatVanishesBetweenTwoMessagesHarmsNobody) {
+TEST_F(MessageThreads, AClientThatVanishesBetweenTwoMessagesHarmsNoOtherOne) {
     CMessageClient staying(*connector_);
     EXPECT_EQ(staying.subscribe(1, kOutGain, 0), "");
     {
@@ -94,14 +94,14 @@ TEST_F(MessageThreads, AClientThatVanishesBetweenTwoMessagesHarmsNobody) {
     EXPECT_EQ(connector_->sendToClient(1, message), nullptr);
     EXPECT_EQ(connector_->sendToClient(-1, message), nullptr);
     EXPECT_EQ(staying.take().size(), 3u);
-    // Whoever gets its number hears nothing that it did not ask for.
+    // The next client with its number gets nothing that it did not ask for.
     CMessageClient next(*connector_);
     EXPECT_EQ(next.number(), 1);
     param(kOutGain).setValue(0, 0, 0.7);
     EXPECT_EQ(next.waiting(), 0u);
 }
 
-TEST_F(MessageThreads, TheLastMessageTellsTheLastValueWhoeverSetIt) {
+TEST_F(MessageThreads, TheLastMessageCarriesTheLastValueThatAnyThreadSet) {
     CMessageClient client(*connector_);
     EXPECT_EQ(client.subscribe(1, kOutGain, 0), "");
     constexpr int32_t kRounds = 3000;

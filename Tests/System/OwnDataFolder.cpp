@@ -1,4 +1,4 @@
-// Global parameters are stored for all instances of a user: tests have a folder of their own, empty at the start.
+// Global parameters are stored for all instances of a user: a test program has a separate folder, empty at the start.
 
 #include <gtest/gtest.h>
 #include <stdlib.h>

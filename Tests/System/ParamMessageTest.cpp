@@ -77,7 +77,7 @@ TEST_F(ParamMessages, TwoChangesInOneBlockBothArriveInOrder) {
     EXPECT_EQ(received[2].numbers, std::vector<double>{0.75});
 }
 
-TEST_F(ParamMessages, WhatAClientSetsIsHeardInTheNextBlock) {
+TEST_F(ParamMessages, WhatAClientSetsSoundsInTheNextBlock) {
     const engine::CSignal input = engine::noise(2, 256, 0.25);
     instance_->start(44100.0, 2, 2);
     instance_->run(input, 256);
@@ -85,12 +85,12 @@ TEST_F(ParamMessages, WhatAClientSetsIsHeardInTheNextBlock) {
     EXPECT_EQ(client_.set(kMute, 0, 0, {1.0}), "");
     EXPECT_EQ(client_.set(kMute, 1, 0, {1.0}), "");
     instance_->run(input, 4096);
-    const engine::CSignal heard = instance_->run(engine::noise(2, 4096, 0.25), 256);
-    EXPECT_LT(engine::peak(heard, 2048), 1e-9);
+    const engine::CSignal output = instance_->run(engine::noise(2, 4096, 0.25), 256);
+    EXPECT_LT(engine::peak(output, 2048), 1e-9);
     EXPECT_EQ(param(kMute).value(0, 0), 1.0);
 }
 
-TEST_F(ParamMessages, WhatAClientSetsIsToldToTheHostAndToEverySubscriber) {
+TEST_F(ParamMessages, WhatAClientSetsIsSentToTheHostAndToEverySubscriber) {
     CMessageClient other(*connector_);
     EXPECT_EQ(client_.subscribe(1, kGains, 0), "");
     EXPECT_EQ(other.subscribe(1, kGains, 0), "");
@@ -118,12 +118,12 @@ TEST_F(ParamMessages, ASubscriptionStandsForItsParameterWhenSetting) {
               "No parameter listener " + std::to_string(client_.id(6)) + " found.");
 }
 
-TEST_F(ParamMessages, ValuesAreBroughtIntoTheirRangeAndTheClientHearsWhatTheyAre) {
+TEST_F(ParamMessages, ValuesAreClampedAndTheClientGetsTheClampedOnes) {
     EXPECT_EQ(client_.subscribe(1, kOutGain, 0), "");
     EXPECT_EQ(client_.set(kOutGain, 0, 0, {1000.0}), "");
     const double top = client_.takeLast(kParamValues).numbers[0];
     EXPECT_NEAR(engine::decibels(top), 12.0, 1e-9);
-    // It stays, and still the client hears it: its control stands elsewhere.
+    // It stays, and the client gets it again, since its control shows another value.
     EXPECT_EQ(client_.set(kOutGain, 0, 0, {std::numeric_limits<double>::infinity()}), "");
     EXPECT_EQ(client_.takeLast(kParamValues).numbers[0], top);
     EXPECT_EQ(labels().size(), 2u);
@@ -156,7 +156,7 @@ TEST_F(ParamMessages, AReplacingMessageEndsTheGroupBehindItsValues) {
     EXPECT_EQ(param(kGains).value(1, 3), 2.0);
 }
 
-TEST_F(ParamMessages, TheHostLearnsOfTheElementsThatAReplacingMessageRemoves) {
+TEST_F(ParamMessages, TheHostIsNotifiedOfTheElementsThatAReplacingMessageRemoves) {
     EXPECT_EQ(client_.set(kGains, 1, 0, {2.0, 2.0, 2.0, 2.0}), "");
     instance_->paramChanges = 0;
     EXPECT_EQ(client_.set(kGains, 1, 0, {0.5, 0.5}, kIsReplacing), "");
@@ -243,7 +243,7 @@ TEST_F(ParamMessages, PlacesThatAParameterDoesNotHaveAreRefused) {
     EXPECT_EQ(labels().size(), 1u);
 }
 
-TEST_F(ParamMessages, AfterARestoredStateEverySubscriberHearsAll) {
+TEST_F(ParamMessages, AfterARestoredStateEverySubscriberGetsAll) {
     EXPECT_EQ(client_.subscribe(1, kOutGain, 0), "");
     EXPECT_EQ(client_.subscribe(2, kGains, 0), "");
     EXPECT_EQ(client_.send(kSubscribeRegistry, CString(kRegistry), client_.id(3)), "");

@@ -50,7 +50,7 @@ protected:
         EXPECT_EQ(firstLine(client_->findPresetStore(name, found)), "");
         return *found;
     }
-    /// What another program stores: the file changes, and nobody in this one is notified.
+    /// What another program stores: the file changes, and no editor of this one is notified.
     static void storeElsewhere(const CAudioBankList& banks) {
         CByteBuffer bytes;
         CBufferWriter writer(bytes);

@@ -6,8 +6,8 @@
 
 namespace tarv::reference {
 
-/// The audio path of the product once more, sample by sample and straight from its formulas. Holds nothing of the
-/// product's own code, so that the two can only agree by both being right.
+/// A second implementation of the product's audio path, sample by sample and straight from its formulas. It shares no
+/// code with the product, so that an error of one shows as a difference.
 
 inline constexpr int kChannels = 8;
 inline constexpr int kGroups = 8;

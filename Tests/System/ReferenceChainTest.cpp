@@ -303,8 +303,8 @@ TEST(ReferenceChain, OutputRoutingFollowsItsRules) {
     struct CCase {
         const char* name;
         std::array<int, 8> in, out;
-        // By host channel: the host input heard there, 0 for silence.
-        std::array<int, 4> heard;
+        // By host channel: the host input that comes out there, 0 for silence.
+        std::array<int, 4> sources;
     };
     constexpr CCase kCases[] = {
         {"straight", {1, 2, 0, 0, 0, 0, 0, 0}, {1, 2, 0, 0, 0, 0, 0, 0}, {1, 2, 0, 0}},
@@ -325,7 +325,7 @@ TEST(ReferenceChain, OutputRoutingFollowsItsRules) {
         settings.isBypassed = true;
         const CSignal output = render(layout, settings, {}, {{1.0}, {2.0}, {3.0}, {4.0}}, 1);
         for (size_t h = 0; h < 4; ++h) {
-            EXPECT_EQ(output[h][0], c.heard[h]) << c.name << ", channel " << h + 1;
+            EXPECT_EQ(output[h][0], c.sources[h]) << c.name << ", channel " << h + 1;
         }
     }
 }

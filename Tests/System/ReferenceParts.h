@@ -164,7 +164,7 @@ private:
     CBiquad biquad_;
 };
 
-/// Output gain; muted, it gives noise that begins anew with each change.
+/// Output gain; muted, it gives noise that restarts with each change.
 class CGain {
 public:
     struct Values {
@@ -180,7 +180,7 @@ private:
     CNoise noise_;
 };
 
-/// Passes the processed or the dry signal, or noise that begins anew with each change.
+/// Passes the processed or the dry signal, or noise that restarts with each change.
 class CBypass {
 public:
     enum class Values { kProcessed, kDry, kNoise };

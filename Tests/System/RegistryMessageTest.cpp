@@ -49,7 +49,7 @@ TEST_F(RegistryMessages, ASubscriptionIsAnsweredByWhatTheRegistryHolds) {
     }
 }
 
-TEST_F(RegistryMessages, SettingAProgramTellsTheSubscribersAndIsAStep) {
+TEST_F(RegistryMessages, SettingAProgramNotifiesTheSubscribersAndIsAStep) {
     EXPECT_EQ(client_.send(kSubscribeRegistry, path_, client_.id(1)), "");
     EXPECT_EQ(client_.send(kSetProgram, path_, int32_t{1}), "");
     EXPECT_EQ(registry().currentProgram(), 1);
@@ -59,7 +59,7 @@ TEST_F(RegistryMessages, SettingAProgramTellsTheSubscribersAndIsAStep) {
     EXPECT_EQ(client_.takeLast(kRegistryChanged).registry.currentProgram, 0);
 }
 
-TEST_F(RegistryMessages, RenamingAProgramTellsItsNewName) {
+TEST_F(RegistryMessages, RenamingAProgramSendsItsNewName) {
     EXPECT_EQ(client_.send(kSubscribeRegistry, path_, client_.id(1)), "");
     EXPECT_EQ(client_.send(kRenameProgram, path_, int32_t{1}, CString("Mine")), "");
     EXPECT_EQ(client_.takeLast(kRegistryChanged).registry.programs[1], CString("Mine"));

@@ -1,4 +1,5 @@
-// A run of the graph in which nothing changes is recorded and repeated. It must not be heard, whatever ends it.
+// A run of the graph in which nothing changes is recorded and repeated. Its bits are those of
+// the graph, whatever ends the repetition.
 
 #include <gtest/gtest.h>
 
@@ -9,7 +10,7 @@
 namespace tarv::engine {
 namespace {
 
-/// Somebody watches: then every block runs through the graph.
+/// Counts the processes that ran. While the graph has an observer, every block runs through it.
 class CWatcher : public CAudioGraphObserver {
 public:
     void processed(CAudioProcessBase&) override { ++count; }

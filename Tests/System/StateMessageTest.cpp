@@ -1,4 +1,4 @@
-// What clients are told of the engine: full state, counts, bound values, frames, bytes of other clients, labels.
+// What the engine sends to its clients: full state, counts, bound values, frames, bytes of other clients, labels.
 
 #include "Audio/Parameters/CAudioEnv.h"
 #include "Audio/Visuals/CAudioVizCollector.h"
@@ -48,7 +48,7 @@ TEST_F(StateMessages, TheFullStateHoldsWhatAnEditorBeginsWith) {
     EXPECT_EQ(received.state.history.labels[1], CString("a"));
 }
 
-TEST_F(StateMessages, EachQuestionHasItsOwnAnswerForTheOneWhoAsked) {
+TEST_F(StateMessages, EachRequestHasItsAnswerWhichOnlyItsClientGets) {
     CMessageClient other(*connector_);
     instance_->start(96000.0, 2, 6);
     client_.take();
@@ -74,7 +74,7 @@ TEST_F(StateMessages, EachQuestionHasItsOwnAnswerForTheOneWhoAsked) {
     EXPECT_EQ(other.waiting(), 0u);
 }
 
-TEST_F(StateMessages, WhatTheHostChangesIsToldToEveryClient) {
+TEST_F(StateMessages, WhatTheHostChangesIsSentToEveryClient) {
     CMessageClient other(*connector_);
     instance_->setSampleRate(88200.0);
     base().setIoCounts(3, 4, 1);
@@ -98,14 +98,14 @@ TEST_F(StateMessages, WhatTheHostChangesIsToldToEveryClient) {
     }
 }
 
-TEST_F(StateMessages, CountsThatStayAreNotTold) {
+TEST_F(StateMessages, CountsThatStayAreNotSent) {
     base().setIoCounts(3, 4, 1);
     client_.take();
     base().setIoCounts(3, 4, 1);
     EXPECT_EQ(client_.waiting(), 0u);
 }
 
-TEST_F(StateMessages, ASuspendTellsThatTheAudioStateIsCleared) {
+TEST_F(StateMessages, ASuspendSendsThatTheAudioStateIsCleared) {
     instance_->start(44100.0, 2, 2);
     client_.take();
     instance_->suspend();

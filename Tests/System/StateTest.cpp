@@ -39,7 +39,7 @@ bool restore(CPlainInstance& instance, const std::string& state, bool isProgram 
     return error == nullptr;
 }
 
-/// A row of a parameter as a preset brings it: as short or as long as it likes.
+/// A row of a parameter as a preset brings it: of any length.
 void setRow(CPlainInstance& instance, const CString& param, int32_t group, const std::vector<double>& values) {
     CAudioParam* found = instance.paramCollector()->findParam(param);
     ASSERT_NE(found, nullptr);

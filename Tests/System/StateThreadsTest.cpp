@@ -1,4 +1,4 @@
-// Chunks, programs, presets, undo and parameters from some threads while another one processes.
+// Chunks, programs, presets, undo and parameters from several threads while another one processes.
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-// The environment's lock, for which the audio thread may have to wait, is held for a swap: whoever changes a value has
-// decoded what it was sent, and made room for it, before.
+// The environment's lock, for which the audio thread may have to wait, is held for a swap alone: a thread that changes
+// a value has decoded the bytes, and made room for the value, before.
 
 #include <functional>
 
@@ -48,7 +48,7 @@ TEST_F(SwapLock, IsHeldForTheSwapAloneWhateverAMessageOrAChunkBrings) {
     const CByteBuffer bank = acquired(kAcquireBank);
     const CByteBuffer program = chunk(true);
     const CByteBuffer whole = chunk(false);
-    // Each comes upon values that differ from those that it brings.
+    // Each finds values that differ from those that it brings.
     const struct {
         const char* name;
         std::function<void()> act;
@@ -89,7 +89,7 @@ TEST_F(SwapLock, IsHeldForTheSwapAloneWhateverAMessageOrAChunkBrings) {
     }
 }
 
-TEST_F(SwapLock, IsNotTakenByWhoAsksOrSendsDamage) {
+TEST_F(SwapLock, IsNotTakenByRequestsAndDamagedMessages) {
     const CString registry(kRegistry);
     CByteBuffer damaged = acquired(kAcquirePreset);
     damaged[damaged.count() - 1] ^= 1;

@@ -15,7 +15,8 @@ std::vector<CCreatorRow> creators() {
     return rows;
 }
 
-/// The objects beside the graph, as the product's tree declares them; `spoilt` names an attribute that is left out.
+/// The objects beside the graph, as the product's tree declares them; `spoilt` names an attribute whose path leads
+/// nowhere.
 std::vector<CTestNode> children(const std::string& spoilt = {}) {
     std::vector<CTestNode> nodes = {
         {"audio:audio-env", "env", {{"viz-fps", "30.0"}}},
@@ -133,7 +134,7 @@ CByteBuffer wordBuffer(uint32_t word) {
 }
 
 TEST(InterfaceBaseConnector, SendsToOneClientOrToAll) {
-    CClientStub first, second;  // the connector tells its clients when it goes
+    CClientStub first, second;  // the connector notifies its clients when it is destroyed
     CAudioInterfaceBaseConnectorVST connector;
     const int32_t firstId = connector.addClient(first);
     connector.addClient(second);
@@ -143,7 +144,7 @@ TEST(InterfaceBaseConnector, SendsToOneClientOrToAll) {
     EXPECT_EQ(second.words, (std::vector<uint32_t>{7}));
 }
 
-TEST(InterfaceBaseConnector, AClientThatWentIsNoFailure) {
+TEST(InterfaceBaseConnector, AClientThatWasRemovedIsNoFailure) {
     CClientStub client;
     CAudioInterfaceBaseConnectorVST connector;
     const int32_t id = connector.addClient(client);
@@ -184,7 +185,7 @@ TEST(InterfaceBaseConnector, AFailingClientDoesNotKeepTheMessageFromTheOthers) {
     EXPECT_EQ(good.words, std::vector<uint32_t>{7});
 }
 
-TEST(InterfaceBaseConnector, TellsItsClientsWhenItGoes) {
+TEST(InterfaceBaseConnector, NotifiesItsClientsWhenItIsDestroyed) {
     struct CLeft : CClientStub {
         void onBaseGone() override { ++gone; }
         int gone = 0;

@@ -32,8 +32,8 @@ struct CReceivedMessage {
     std::vector<std::shared_ptr<CAudioVizData>> records;
 };
 
-/// Speaks the messages of an editor and reads those of the engine, byte by byte: no code of the client's classes is
-/// in it. Messages may arrive on any thread; all else is for one thread.
+/// Writes the messages of an editor and reads those of the engine, byte by byte, without code of the client's classes.
+/// Messages may arrive on any thread; all else is for one thread.
 class CMessageClient final : public CAudioInterfaceClientEnd {
 public:
     explicit CMessageClient(CAudioInterfaceBaseConnectorVST& connector);

@@ -194,7 +194,7 @@ TEST_F(VizCollecting, FramesGoOnAtOnceAfterAPause) {
     EXPECT_FALSE(block(481024, source)) << "without frames to make up for the pause";
 }
 
-TEST_F(VizCollecting, WhenNobodyTakesThemTheNewestAreDroppedAndTheOthersStay) {
+TEST_F(VizCollecting, RecordsThatAreNotTakenStayAndNewerOnesAreDropped) {
     CAudioVizSource& source = *viz->addSource("p.meter", CAudioVizKind::Meter);
     CAudioVizSource& other = *viz->addSource("p.spec", CAudioVizKind::Meter);
     begin();
@@ -273,7 +273,7 @@ TEST_F(VizCollecting, TheAudioSideNeitherAllocatesNorFrees) {
         ASSERT_EQ(heapAfter.frees, heap.frees) << i;
         ASSERT_EQ(newsAfter.news, news.news) << i;
         ASSERT_EQ(newsAfter.deletes, news.deletes) << i;
-        // Now and then nobody takes them for so long that some are dropped.
+        // At times they are left for so long that some are dropped.
         if (i % 30 < 15)
             EXPECT_EQ(consumed(viz->takeRecords([](const CAudioVizData&) -> CError* { return nullptr; })), "");
     }

@@ -106,7 +106,7 @@ TEST(VizData, WhatWasWrittenIsReadAsTheSameClassWithTheSameFields) {
     }
 }
 
-TEST(VizData, RecordsStandBehindEachOtherInOneStream) {
+TEST(VizData, RecordsFollowEachOtherInOneStream) {
     CMemoryWriteBuffer stream;
     const std::vector<CExample> all = examples();
     for (const CExample& example : all)
