@@ -113,6 +113,16 @@ TEST_F(StateMessages, ASuspendSendsThatTheAudioStateIsCleared) {
     EXPECT_EQ(received.kind, static_cast<uint32_t>(CDataKind::Clear));
 }
 
+TEST_F(StateMessages, AClearThatTheAudioThreadMarksIsSentOnceAtTheNextTick) {
+    client_.take();
+    base().clearAtTick();
+    EXPECT_TRUE(client_.take().empty());
+    EXPECT_EQ(client_.send(kRequestValues, tickIdOf(client_.number())), "");
+    EXPECT_EQ(client_.takeLast(kData).kind, static_cast<uint32_t>(CDataKind::Clear));
+    EXPECT_EQ(client_.send(kRequestValues, tickIdOf(client_.number())), "");
+    EXPECT_TRUE(client_.take().empty());
+}
+
 TEST_F(StateMessages, ABoundValueComesAtOnceAndAtEachChange) {
     EXPECT_EQ(client_.send(kBindValue, client_.id(1), CString("sample-rate"), uint32_t{1}), "");
     EXPECT_EQ(bound(), (std::vector<std::vector<double>>{{44100.0}}));

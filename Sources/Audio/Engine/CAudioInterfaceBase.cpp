@@ -16,7 +16,7 @@
 namespace tarv {
 
 /// The parts of the interface object, in the order in which they need each other, and the table of their handlers.
-struct CAudioInterfaceBase::CParts : public CHeapObject {
+struct CAudioInterfaceBase::CParts : public CHeapObject, private CEngineTickListener {
     using CHandler = CError* (CParts::*)(CInputStream& stream);
     struct CHandlerRow {
         uint32_t type;
@@ -24,12 +24,13 @@ struct CAudioInterfaceBase::CParts : public CHeapObject {
     };
     static const CHandlerRow kHandlers[kFirstBaseMessage];
 
-    explicit CParts(CAudioInterfaceBase& base)
-        : sender(base, *base.connector_),
+    explicit CParts(CAudioInterfaceBase& owner)
+        : base(owner),
+          sender(base, *base.connector_),
           status(*base.vizCollector_->env()),
           registries(base),
           history(base, sender),
-          subscriptions(sender, status, registries, *base.paramCollector_, *base.vizCollector_),
+          subscriptions(sender, status, registries, *base.paramCollector_, *base.vizCollector_, *this),
           edits(base, *base.paramCollector_, subscriptions, registries, status, sender),
           programs(registries, status, sender),
           defaultPreset(registries, sender),
@@ -39,7 +40,13 @@ struct CAudioInterfaceBase::CParts : public CHeapObject {
     CError* call(CInputStream& stream) {
         return (this->*Part.*Handle)(stream);
     }
+    void onTick() override {
+        if (status.takeClear()) {
+            TARV_CONSUME(base.notify("clear"));
+        }
+    }
 
+    CAudioInterfaceBase& base;
     CEngineSender sender;
     CEngineStatus status;
     CEngineRegistries registries;
@@ -169,6 +176,10 @@ CError* CAudioInterfaceBase::notify(const CString& eventName) {
     CAttributeMap none;
     TARV_TRY(sendEvent(eventName, none, false));
     return nullptr;
+}
+
+void CAudioInterfaceBase::clearAtTick() {
+    parts_->status.markClear();
 }
 
 CInterfaceCounts CAudioInterfaceBase::counts() const {

@@ -36,6 +36,8 @@ public:
     /// Sends one of the events `update-sample-rate`, `update-io-channel-counts`, `update-group-count`,
     /// `update-internal-channel-count`, `clear` to the listeners in the tree, and its message to the clients.
     [[nodiscard]] CError* notify(const CString& eventName);
+    /// Notifies of `clear` at the next tick of a client, since the audio thread sends nothing. [audio thread, running]
+    void clearAtTick();
     /// Counts that notifications and answers carry; each notifies if it changed.
     void setIoCounts(int32_t inputs, int32_t outputs, int32_t sidechain);
     void setGroupCount(int32_t count);

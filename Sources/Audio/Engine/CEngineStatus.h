@@ -29,6 +29,10 @@ public:
         edit(counts_);
         return counts_ != before;
     }
+    /// Marks the engine's `clear` for the next tick of a client. Also the audio thread; takes no lock.
+    void markClear() { isClearDue_.store(true, std::memory_order_relaxed); }
+    /// Ends the mark; returns whether there was one.
+    bool takeClear() { return isClearDue_.exchange(false, std::memory_order_relaxed); }
     /// What the host calls its input channels; empty for one without a name.
     CTextList channelLabels() const;
     void setChannelLabels(const CTextList& labels);
@@ -36,6 +40,7 @@ public:
 private:
     const CAudioEnv& env_;
     std::atomic<bool> isRunning_{false};
+    std::atomic<bool> isClearDue_{false};
     mutable CLock lock_;
     CInterfaceCounts counts_;
     CTextList channelLabels_;

@@ -8,10 +8,11 @@ namespace tarv {
 
 CEngineSubscriptions::CEngineSubscriptions(const CEngineSender& sender, const CEngineStatus& status,
                                            const CEngineRegistries& registries, CAudioParamCollector& collector,
-                                           CAudioVizCollector& vizCollector)
+                                           CAudioVizCollector& vizCollector, CEngineTickListener& tickListener)
     : sender_(sender),
       registriesByPath_(registries),
       collector_(collector),
+      tickListener_(tickListener),
       visuals_(sender, vizCollector),
       values_(sender, status, collector) {}
 
@@ -162,6 +163,7 @@ CError* CEngineSubscriptions::requestValues(CInputStream& stream) {
         return nullptr;
     }
     if (isTick(id)) {
+        tickListener_.onTick();
         sendEngineValues();
         TARV_TRY(visuals_.sendFrames());
         return nullptr;

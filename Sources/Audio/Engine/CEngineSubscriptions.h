@@ -9,12 +9,22 @@ namespace tarv {
 
 class CEngineRegistries;
 
+/// Follows the ticks of editors, under the connector's call lock: called before values and frames are sent.
+class CEngineTickListener {
+public:
+    virtual void onTick() = 0;
+
+protected:
+    ~CEngineTickListener() = default;
+};
+
 /// What clients subscribed: parameters, registries, visual records and bound values. The messages are processed under
 /// the connector's call lock; what sends may be called on any thread but the audio thread's blocks.
 class CEngineSubscriptions {
 public:
     CEngineSubscriptions(const CEngineSender& sender, const CEngineStatus& status, const CEngineRegistries& registries,
-                         CAudioParamCollector& collector, CAudioVizCollector& vizCollector);
+                         CAudioParamCollector& collector, CAudioVizCollector& vizCollector,
+                         CEngineTickListener& tickListener);
 
     // One message each. A failure has changed nothing.
     [[nodiscard]] CError* subscribeParam(CInputStream& stream);
@@ -52,6 +62,7 @@ private:
     const CEngineSender& sender_;
     const CEngineRegistries& registriesByPath_;
     CAudioParamCollector& collector_;
+    CEngineTickListener& tickListener_;
     CEngineListenerTable<CParamListener> params_;
     CEngineListenerTable<CRegistryListener> registries_;
     CEngineVisuals visuals_;
