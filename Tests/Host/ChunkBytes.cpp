@@ -1,3 +1,5 @@
+// Writes and reads compressed states by their layout.
+
 #include "ChunkBytes.h"
 
 #include <zlib.h>

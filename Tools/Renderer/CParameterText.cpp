@@ -1,3 +1,5 @@
+// Searches a plug-in's display for the position of a text.
+
 #include "CParameterText.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Loads a plug-in file by the loader of the system.
+
 #include "CPluginLibrary.h"
 
 #ifdef _WIN32

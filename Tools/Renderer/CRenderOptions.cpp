@@ -1,3 +1,5 @@
+// Reads the command line by a table of options.
+
 #include "CRenderOptions.h"
 
 #include <cstdlib>

@@ -1,3 +1,5 @@
+// Streams audio through an effect and makes changes at their frames.
+
 #include "CRenderer.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Answers an effect's calls and makes the host's.
+
 #include "CVstHost.h"
 
 #include <cstring>

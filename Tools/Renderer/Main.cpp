@@ -1,4 +1,4 @@
-// Command line of the renderer.
+// Renders standard input through a VST 2 effect to standard output.
 
 #ifdef _WIN32
 #include <fcntl.h>

@@ -1,3 +1,5 @@
+// The definitions of a small plug-in for tests of the core.
+
 #include "Tests/Audio/Instance/WrapperTree.h"
 
 #include <algorithm>

@@ -155,7 +155,7 @@ TEST_F(CAudioWrapperVSTTest, AChangeOfTheEngineReachesTheHostsAutomation) {
     EXPECT_EQ(answers.automation, w.getParameter(3));
     answers.automated = -1;
     w.setParameter(3, 0.5f);
-    EXPECT_EQ(answers.automated, -1) << "the host is not notified of its own change";
+    EXPECT_EQ(answers.automated, -1) << "the host made this change: no notification";
 }
 
 TEST_F(CAudioWrapperVSTTest, AProgramOfTheEngineUpdatesTheDisplayAndOneOfTheHostDoesNot) {
