@@ -1,8 +1,7 @@
 #include "Audio/Instance/CAudioCCTable.h"
 
-#include <cstdlib>
-
 #include "Core/CompressedBlock.h"
+#include "Tests/Audio/Instance/CUserFolder.h"
 #include "Tests/Core/TestApplication.h"
 
 namespace tarv {
@@ -23,12 +22,11 @@ void store(const std::vector<uint32_t>& words) {
 class CCTable : public testing::Test {
 protected:
     CCTable() : application_({{"audio:cctable", &createObject<CAudioCCTable>, nullptr}}) {
-        setenv("XDG_DATA_HOME", testing::TempDir().c_str(), 1);
         CLocalData::instance().setFileAccess(true);
         store({});
     }
-    ~CCTable() override { unsetenv("XDG_DATA_HOME"); }
 
+    CUserFolder folder_;
     CTestApplication application_;
 };
 

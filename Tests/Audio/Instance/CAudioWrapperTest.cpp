@@ -1,12 +1,10 @@
 #include "Audio/Instance/CAudioWrapper.h"
 
-#include <stdlib.h>
-
 #include <algorithm>
-#include <filesystem>
 
 #include "Audio/Engine/CAudioInterfaceBase.h"
 #include "Audio/Parameters/CAudioExtParam.h"
+#include "Tests/Audio/Instance/CUserFolder.h"
 #include "Tests/Audio/Instance/WrapperTree.h"
 
 namespace tarv {
@@ -176,17 +174,15 @@ TEST(CAudioWrapperInitTest, ACodeIsPackedWithItsFirstCharacterHighest) {
 
 TEST(CAudioWrapperInitTest, TheStoredOversamplingLevelIsANumberOr1) {
     for (const auto& [text, level] : {std::pair{"", 1}, {"3", 3}, {"2", 2}, {"much", 1}}) {
+        CUserFolder folder;
         CWrapperApplication application;
         CGlobalData::instance().setFileAccess(true);
-        setenv("TARV_DATA_ROOT", (testing::TempDir() + "tarv-level").c_str(), 1);
         if (*text) {
             CGlobalData::instance().writeText("oversampling-level", text);
         }
         CTestWrapper wrapper;
         ASSERT_EQ(messageOf(wrapper.init()), "");
         EXPECT_EQ(wrapper.oversamplingLevel(), level) << text;
-        unsetenv("TARV_DATA_ROOT");
-        std::filesystem::remove_all(testing::TempDir() + "tarv-level");
     }
 }
 
@@ -197,7 +193,7 @@ TEST(CAudioWrapperInitTest, ChangesOfTheEngineReachTheHostByTheirIndex) {
     wrapper.paramCollector()->findParam("plugin.modMain.g.gain")->setValue(1, 0, 0.0);
     ASSERT_EQ(wrapper.changes.size(), 1u);
     EXPECT_EQ(wrapper.changes[0].first, 1);
-    // The host is not notified of its own changes.
+    // A change of the host causes no notification.
     wrapper.extParamList()->setParameter(0, 0.25);
     EXPECT_EQ(wrapper.changes.size(), 1u);
 }
