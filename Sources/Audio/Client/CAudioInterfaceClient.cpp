@@ -2,13 +2,13 @@
 
 #include "Audio/Client/CAudioInterfaceClient.h"
 
-#include "Audio/Client/CAudioInterfaceClientGroupNames.h"
 #include "Audio/Client/CClientBoundValues.h"
 #include "Audio/Client/CClientEdits.h"
 #include "Audio/Client/CClientPresetStores.h"
 #include "Audio/Client/CClientRequests.h"
 #include "Audio/Client/CClientState.h"
 #include "Audio/Client/CClientSubscriptions.h"
+#include "Audio/Client/CGroupNamesParamListener.h"
 #include "Core/CObjectWatch.h"
 
 namespace tarv {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Audio/Client/CClientSender.h"
+#include "Audio/Client/CClientId.h"
 
 namespace tarv {
 

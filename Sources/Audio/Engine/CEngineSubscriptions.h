@@ -1,22 +1,15 @@
 #pragma once
 
-#include "Audio/Engine/CAudioInterfaceBaseListeners.h"
 #include "Audio/Engine/CEngineBoundValues.h"
 #include "Audio/Engine/CEngineListenerTable.h"
+#include "Audio/Engine/CEngineTickListener.h"
 #include "Audio/Engine/CEngineVisuals.h"
+#include "Audio/Engine/CParamListener.h"
+#include "Audio/Engine/CRegistryListener.h"
 
 namespace tarv {
 
 class CEngineRegistries;
-
-/// Follows the ticks of editors, under the connector's call lock: called before values and frames are sent.
-class CEngineTickListener {
-public:
-    virtual void onTick() = 0;
-
-protected:
-    ~CEngineTickListener() = default;
-};
 
 /// What clients subscribed: parameters, registries, visual records and bound values. The messages are processed under
 /// the connector's call lock; what sends may be called on any thread but the audio thread's blocks.

@@ -1,5 +1,6 @@
 #include "Audio/Client/CClientSender.h"
 
+#include "Audio/Client/CClientId.h"
 #include "Tests/Core/TestApplication.h"
 
 namespace tarv {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Audio/Client/CAudioInterfaceClient.h"
-#include "Audio/Client/CClientSender.h"
+#include "Audio/Client/CClientId.h"
 
 namespace tarv {
 

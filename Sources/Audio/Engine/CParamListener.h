@@ -5,11 +5,8 @@
 #include "Audio/Engine/CAudioInterfaceBase.h"
 #include "Audio/Engine/CEngineSender.h"
 #include "Audio/Parameters/CAudioParam.h"
-#include "Core/CBridge.h"
 
 namespace tarv {
-
-class CAudioParamRegistry;
 
 /// Sends the changes of one parameter to all clients that subscribed it. Its lock is held while a value is read and its
 /// message queued, so that the last message carries the last value; under it come the parameter's lock for the reading
@@ -45,28 +42,6 @@ private:
     CLock lock_;
     CArray<CSubscriber, 4> subscribers_;
     std::atomic<int32_t> count_{0};
-};
-
-/// Sends the changes of one registry to all clients that subscribed it. Its lock is held as a parameter listener's;
-/// under it come the registry's locks.
-class CAudioInterfaceBase::CRegistryListener final : public CBridge {
-public:
-    CRegistryListener(const CEngineSender& sender, CAudioParamRegistry& registry);
-    ~CRegistryListener() override { disconnect(); }
-
-    /// Null once the registry has gone.
-    CAudioParamRegistry* registry() const;
-    void add(uint32_t id);
-    void remove(uint32_t id);
-    /// Sends the registry's state to one of the subscriptions, or with `kNoRequest` to all.
-    void send(uint32_t id);
-    void notify(CCheckedObject* sender) override;
-
-private:
-    const CEngineSender& sender_;
-    const CString path_;
-    CLock lock_;
-    CArray<uint32_t, 4> ids_;
 };
 
 }  // namespace tarv

@@ -1,4 +1,4 @@
-#include "Audio/Client/CAudioInterfaceClientGroupNames.h"
+#include "Audio/Client/CGroupNamesParamListener.h"
 
 namespace tarv {
 
