@@ -20,7 +20,7 @@ CAudioInterfaceListener::~CAudioInterfaceListener() {
 }
 
 /// The parts of the client object, in the order in which they need each other, and the tables of their handlers.
-struct CAudioInterfaceClient::CParts : public CHeapObject {
+struct CAudioInterfaceClient::CParts final : public CHeapObject {
     using CHandler = CError* (CParts::*)(CPosInputStream& stream);
     struct CHandlerRow {
         uint32_t type;

@@ -16,7 +16,7 @@
 namespace tarv {
 
 /// The parts of the interface object, in the order in which they need each other, and the table of their handlers.
-struct CAudioInterfaceBase::CParts : public CHeapObject, private CEngineTickListener {
+struct CAudioInterfaceBase::CParts final : public CHeapObject, private CEngineTickListener {
     using CHandler = CError* (CParts::*)(CInputStream& stream);
     struct CHandlerRow {
         uint32_t type;
