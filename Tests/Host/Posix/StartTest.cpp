@@ -30,7 +30,8 @@ TEST(Start, BelongsToTheFirstCallOfTheEntryAndTheEndToTheUnloading) {
             EXPECT_FALSE(host.open(library.entry()));
             EXPECT_FALSE(std::filesystem::exists(user)) << "a host that gets no instance touches none either";
         }
-        // The user's setting of the anti-denormal noise, of 1e-11, is read anew: that noise is all that sounds in silence.
+        // The user's setting of the anti-denormal noise, of 1e-11, is read anew: that noise is all that sounds in
+        // silence.
         std::filesystem::create_directories(shared);
         std::ofstream(shared / "denorm-enable", std::ios::binary) << block("dstr", storedText(setting));
         const auto output =
