@@ -109,7 +109,8 @@ void compare(CSide& before, CSide& after, const CLayout& layout) {
         // Each goes first as often as the other: the second finds the input in the cache.
         CSide& first = round % 2 == 0 ? before : after;
         CSide& second = round % 2 == 0 ? after : before;
-        if (layout.isAutomated) {
+        // Not before the first block: what is set there begins without a fade, which older builds did not do.
+        if (layout.isAutomated && round > 0) {
             first.moveBands(round);
             second.moveBands(round);
         }
