@@ -87,9 +87,9 @@ private:
     COwnedArray<CAudioProcessBase, 16> children_;
     std::map<CString, CAudioProcessBase*> names_;
     CArray<CLink, 16> links_;
-    CArray<CAudioRate, 16> rates_;  ///< behind each child, relative to the inputs, as found
-    CArray<int32_t, 16> rated_;     ///< the children whose rate that is
-    CAudioRate ownRate_;            ///< the change that the whole makes
+    CArray<CAudioRate, 1> rates_;  ///< behind each child, relative to the inputs, as found
+    CArray<int32_t, 1> rated_;     ///< the children whose rate that is
+    CAudioRate ownRate_;           ///< the change that the whole makes
     COwnedArray<CAudioBypassEvaluator> states_;
     int32_t linkState_ = -1;
     bool isStructureDirty_ = true;
