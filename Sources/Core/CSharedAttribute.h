@@ -22,7 +22,7 @@ public:
     /// Fails without a name in `attribute`. The value is the stored one or `def-value`; nothing is written.
     [[nodiscard]] CError* init() override;
     using CObject::setAttribute;
-    /// Receives the changes of its own attribute as an observer of itself.
+    /// Called after each change of the stored attribute, which the object observes at itself.
     [[nodiscard]] CError* setAttribute(CObject* sender, const CString& name, const CAttributeValue& value) override;
     [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
 

@@ -1,7 +1,7 @@
 #include "Audio/Instance/CAudioCCTable.h"
 
 #include "Core/CompressedBlock.h"
-#include "Tests/Audio/Instance/CUserFolder.h"
+#include "Tests/Core/CUserFolder.h"
 #include "Tests/Core/TestApplication.h"
 
 namespace tarv {

@@ -4,8 +4,8 @@
 
 #include "Audio/Engine/CAudioInterfaceBase.h"
 #include "Audio/Parameters/CAudioExtParam.h"
-#include "Tests/Audio/Instance/CUserFolder.h"
 #include "Tests/Audio/Instance/WrapperTree.h"
+#include "Tests/Core/CUserFolder.h"
 
 namespace tarv {
 namespace {

@@ -15,12 +15,6 @@ const std::vector<CCreatorRow> kCreators = {{"brushset", &createObject<CBrushSet
                                             {"imageset", &createObject<CImageSetObject>, nullptr},
                                             {"palette", &createObject<CPaletteObject>, nullptr}};
 
-/// An embedded resource of some bytes: their length, then they.
-CBytes resourceOf(const CBytes& file) {
-    CFileBuilder builder;
-    return builder.value(static_cast<uint32_t>(file.size())).raw(file).bytes();
-}
-
 class DataSetObject : public testing::Test {
 protected:
     DataSetObject() {

@@ -141,4 +141,10 @@ inline CImage* makeImage(int32_t bytesPerPixel, uint32_t seed, double advance = 
     return image;
 }
 
+/// An embedded resource of some bytes: their length, then they.
+inline CBytes resourceOf(const CBytes& file) {
+    CFileBuilder builder;
+    return builder.value(static_cast<uint32_t>(file.size())).raw(file).bytes();
+}
+
 }  // namespace tarv

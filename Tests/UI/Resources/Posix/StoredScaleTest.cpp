@@ -2,10 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-
 #include "Core/CApplicationData.h"
+#include "Tests/Core/CUserFolder.h"
 #include "Tests/Core/TestApplication.h"
 #include "Tests/UI/Resources/DataSetHelp.h"
 #include "UI/Resources/CDataSetObject.h"
@@ -14,20 +12,10 @@
 namespace tarv {
 namespace {
 
-/// An embedded resource of some bytes: their length, then they.
-CBytes resourceOf(const CBytes& file) {
-    CFileBuilder builder;
-    return builder.value(static_cast<uint32_t>(file.size())).raw(file).bytes();
-}
-
 /// An application whose shared tree has an image set and a font, with settings in a folder of the test.
 class StoredScale : public testing::Test {
 protected:
     StoredScale() {
-        const char* former = std::getenv("TARV_DATA_ROOT");
-        former_ = former ? former : "";
-        setenv("TARV_DATA_ROOT", folder_.c_str(), 1);
-        std::filesystem::remove_all(folder_);
         CImageSet images;
         images.setImage(0, makeImage(2, 1));
         images_ = resourceOf(written(images));
@@ -38,8 +26,6 @@ protected:
     }
     ~StoredScale() override {
         CApplication::finish();
-        std::filesystem::remove_all(folder_);
-        former_.empty() ? unsetenv("TARV_DATA_ROOT") : setenv("TARV_DATA_ROOT", former_.c_str(), 1);
         CLocalData::instance().reset();
         CGlobalData::instance().reset();
     }
@@ -74,8 +60,7 @@ protected:
 
     static constexpr CCreatorRow kCreators[] = {{"font", &createObject<CFontObject>, nullptr},
                                                 {"imageset", &createObject<CImageSetObject>, nullptr}};
-    const std::string folder_ = testing::TempDir() + "tarv-graphics-scale";
-    std::string former_;
+    CUserFolder folder_;
     std::string tree_;
     CBytes images_;
     CBytes font_;
