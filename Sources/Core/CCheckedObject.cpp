@@ -1,14 +1,10 @@
 #include "Core/CCheckedObject.h"
 
-#include <functional>
-#include <set>
+#include "Core/CAddressSet.h"
 
 namespace tarv {
 
 namespace {
-
-using CAddressSet =
-    std::set<const CCheckedObject*, std::less<const CCheckedObject*>, CHeapAllocator<const CCheckedObject*>>;
 
 struct CLiveBucket {
     CLock lock;
@@ -46,7 +42,7 @@ CCheckedObject::~CCheckedObject() {
 bool CCheckedObject::isLive(const CCheckedObject* object) {
     CLiveBucket& bucket = bucketOf(object);
     CLockScope scope(bucket.lock);
-    return bucket.objects.count(object) != 0;
+    return bucket.objects.contains(object);
 }
 
 }  // namespace tarv

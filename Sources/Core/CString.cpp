@@ -206,8 +206,23 @@ int32_t CString::lastIndexOf(uint16_t unit) const {
 }
 
 bool CString::startsWith(const CString& prefix) const {
-    for (int32_t i = 0; i < prefix.length_; ++i) {
-        if (i >= length_ || at(i) != prefix.at(i)) {
+    return hasAt(0, prefix);
+}
+
+bool CString::endsWith(const CString& suffix) const {
+    return hasAt(length_ - suffix.length_, suffix);
+}
+
+bool CString::hasAt(int32_t start, const CString& part) const {
+    if (start < 0 || part.length_ > length_ - start) {
+        return false;
+    }
+    if (!wide_ && !part.wide_) {
+        return part.length_ == 0 ||
+               std::memcmp(narrowData() + start, part.data_, static_cast<size_t>(part.length_)) == 0;
+    }
+    for (int32_t i = 0; i < part.length_; ++i) {
+        if (at(start + i) != part.at(i)) {
             return false;
         }
     }
@@ -228,7 +243,8 @@ CArray<CString, 4> CString::split(uint16_t separator, bool keepEmpty) const {
 }
 
 bool operator==(const CString& a, const CString& b) {
-    return a.length_ == b.length_ && a.startsWith(b);
+    // Names of one family differ at their ends.
+    return a.length_ == b.length_ && (a.length_ == 0 || a.at(a.length_ - 1) == b.at(b.length_ - 1)) && a.startsWith(b);
 }
 
 std::strong_ordering operator<=>(const CString& a, const CString& b) {

@@ -62,6 +62,7 @@ public:
     int32_t indexOf(uint16_t unit, int32_t from = 0) const;
     int32_t lastIndexOf(uint16_t unit) const;
     bool startsWith(const CString& prefix) const;
+    bool endsWith(const CString& suffix) const;
     /// Pieces between separators. Empty pieces are dropped unless `keepEmpty`.
     CArray<CString, 4> split(uint16_t separator, bool keepEmpty = false) const;
 
@@ -93,6 +94,7 @@ public:
 private:
     static constexpr int32_t kInlineBytes = 48;
     bool isInline() const { return data_ == inline_; }
+    bool hasAt(int32_t start, const CString& part) const;
     int64_t bytesFor(int32_t length) const { return wide_ ? int64_t{length} * 2 + 2 : int64_t{length} + 1; }
     void fit(int64_t need, size_t preservedBytes);
     void terminate();

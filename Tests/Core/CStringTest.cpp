@@ -126,6 +126,16 @@ TEST(CString, FindsAndSplits) {
     EXPECT_EQ(path.lastIndexOf('x'), -1);
     EXPECT_TRUE(path.startsWith(u"a.b"));
     EXPECT_FALSE(path.startsWith("a.b..cd"));
+    EXPECT_TRUE(path.startsWith(CString()));
+    EXPECT_TRUE(path.endsWith(path));
+    EXPECT_TRUE(path.endsWith(CString()));
+    EXPECT_TRUE(path.endsWith(path.substring(3)));
+    EXPECT_FALSE(path.endsWith(path + "x"));
+    EXPECT_FALSE(path.endsWith("a.b"));
+    const CString wide(u"\u03b1.b");
+    EXPECT_TRUE(wide.endsWith(".b"));
+    EXPECT_FALSE(wide.endsWith("a.b"));
+    EXPECT_TRUE((path + wide).endsWith(wide));
     EXPECT_EQ(path.split('.').count(), 3);
     EXPECT_EQ(path.split('.', true).count(), 4);
     EXPECT_EQ(path.split('.', true)[2], "");

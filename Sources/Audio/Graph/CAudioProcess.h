@@ -63,9 +63,8 @@ private:
     [[nodiscard]] CError* buildChildren(const CAudioProcessDef& def);
     void buildLinks(const CAudioProcessDef& def);
     [[nodiscard]] CError* findRates();
-    [[nodiscard]] CError* joinRates(const CAudioProcessBase* dst, CAudioRate& rate) const;
-    bool isRated(const CAudioProcessBase* src) const;
-    const CAudioRate* rateBehind(const CAudioProcessBase* src) const;
+    struct CRates;
+    [[nodiscard]] CError* joinRates(const CRates& rates, const CAudioProcessBase* dst, CAudioRate& rate) const;
     static bool mayMeet(const CLink& a, const CLink& b);
     void addLink(const CLink& link);
     void buildStates(const CAudioProcessDef& def);
@@ -87,9 +86,7 @@ private:
     COwnedArray<CAudioProcessBase, 16> children_;
     std::map<CString, CAudioProcessBase*> names_;
     CArray<CLink, 16> links_;
-    CArray<CAudioRate, 1> rates_;  ///< behind each child, relative to the inputs, as found
-    CArray<int32_t, 1> rated_;     ///< the children whose rate that is
-    CAudioRate ownRate_;           ///< the change that the whole makes
+    CAudioRate ownRate_;  ///< the change that the whole makes
     COwnedArray<CAudioBypassEvaluator> states_;
     int32_t linkState_ = -1;
     bool isStructureDirty_ = true;

@@ -120,15 +120,24 @@ int32_t CAudioProcessBase::slotNumber(const CAudioParamSlot* slot, int32_t eleme
     return static_cast<int32_t>(std::clamp(std::round(slotValue(slot, 0, element, 0.0)), -kMost, kMost));
 }
 
-CString CAudioProcessBase::paramFullName(const CString& name, bool& isShared) const {
+CString CAudioProcessBase::localName(const CString& name, const CAudioProcessBase& ancestor) const {
     CString local = name;
-    for (const CAudioProcessBase* process = this; process != nullptr; process = process->parent()) {
-        if (const CAudioParamRemapDef* remap = process->def().findRemap(local)) {
-            isShared = true;
-            return resolveParamName(process->path(), remap->newName());
-        }
+    for (const CAudioProcessBase* process = this; process != &ancestor; process = process->parent()) {
         if (!process->name().isEmpty()) {
             local = process->name() + "." + local;
+        }
+    }
+    return local;
+}
+
+CString CAudioProcessBase::paramFullName(const CString& name, bool& isShared) const {
+    for (const CAudioProcessBase* process = this; process != nullptr; process = process->parent()) {
+        if (!process->def().mayRemap(name)) {
+            continue;  // as most: the name that it would be looked up by is not made
+        }
+        if (const CAudioParamRemapDef* remap = process->def().findRemap(localName(name, *process))) {
+            isShared = true;
+            return resolveParamName(process->path(), remap->newName());
         }
     }
     const CString own = fullParamName(path(), name);
@@ -213,16 +222,19 @@ void CAudioProcessBase::bindSlots() {
         slots_.append(nullptr);
     }
     // A process of a stack gets the changes of its element; with `count` it reads the elements behind it as well.
-    bool isCountShared = false;
-    (void)paramFullName("count", isCountShared);
-    const bool hasCount = isCountShared || def().findParam("count") != nullptr;
-    const int32_t element = stackIndex() < 0 || hasCount ? -1 : paramElement();
+    const int32_t element = stackIndex() < 0 || hasCount() ? -1 : paramElement();
     for (const CAudioParamAllocDef* alloc : def().allocs()) {
         if (slots_[alloc->index()] == nullptr) {
             slots_[alloc->index()] = new CAudioParamSlot;
             bindSlot(alloc->paramName(), *slots_[alloc->index()], element);
         }
     }
+}
+
+bool CAudioProcessBase::hasCount() const {
+    bool isShared = false;
+    (void)paramFullName("count", isShared);
+    return isShared || def().findParam("count") != nullptr;
 }
 
 int32_t CAudioProcessBase::stepLength() const {

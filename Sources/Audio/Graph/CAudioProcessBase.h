@@ -99,6 +99,10 @@ protected:
     /// Full name of a parameter of this process: that of the remap that replaces it here or further up, or its own.
     /// Sets `isShared` if it is not private.
     CString paramFullName(const CString& name, bool& isShared) const;
+    /// Name by which a parameter of this process is known in a process above it (or in this one).
+    CString localName(const CString& name, const CAudioProcessBase& ancestor) const;
+    /// The process reads a parameter `count`.
+    bool hasCount() const;
 
     const CAudioProcessBase* findOwner(CString& name) const;
     void setDelays(int32_t inputDelay, int32_t outputDelay);

@@ -1,5 +1,7 @@
 #include "Audio/Graph/CAudioProcessDefBase.h"
 
+#include <algorithm>
+
 #include "Audio/Graph/CAudioProcessMB.h"
 #include "Audio/Graph/CAudioProcessStack.h"
 #include "Audio/Parameters/CAudioParamDef.h"
@@ -83,6 +85,11 @@ const CAudioParamDef* CAudioProcessDefBase::findParam(const CString& localName) 
         }
     }
     return nullptr;
+}
+
+bool CAudioProcessDefBase::mayRemap(const CString& end) const {
+    return std::any_of(remaps_.begin(), remaps_.end(),
+                       [&](const CAudioParamRemapDef* remap) { return remap->origName().endsWith(end); });
 }
 
 const CAudioParamRemapDef* CAudioProcessDefBase::findRemap(const CString& orig) const {

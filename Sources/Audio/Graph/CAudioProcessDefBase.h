@@ -55,6 +55,8 @@ public:
     virtual const CAudioParamDef* findParamBelow(const CString& name) const { return findParam(name); }
     /// The remap whose `orig` equals the name, null if there is none.
     const CAudioParamRemapDef* findRemap(const CString& orig) const;
+    /// Whether there is a remap of a name that ends so.
+    bool mayRemap(const CString& end) const;
 
 protected:
     /// Sorts one child into the lists; called in declared order. Overrides pass on what they do not take.

@@ -6,44 +6,54 @@
 
 namespace tarv {
 
+/// What is found of the rates behind the children, relative to that of the inputs.
+struct CAudioProcess::CRates {
+    struct CRated {
+        const CAudioProcessBase* child;
+        CAudioRate rate;
+    };
+    CArray<CRated, 8> found;
+    CAudioRate ofInputs;
+
+    /// Null: not known yet. `src` null stands for the inputs.
+    const CAudioRate* behind(const CAudioProcessBase* src) const {
+        if (src == nullptr) {
+            return &ofInputs;
+        }
+        for (const CRated& rated : found) {
+            if (rated.child == src) {
+                return &rated.rate;
+            }
+        }
+        return nullptr;
+    }
+};
+
 void CAudioProcess::changeRate(CAudioRate& rate) const {
     rate.multiply(ownRate_);
 }
 
 CError* CAudioProcess::findRates() {
+    CRates rates;
     // Children of a cycle never run and get no rate.
     for (bool hasFound = true; hasFound;) {
         hasFound = false;
-        for (int32_t i = 0; i < children_.count(); ++i) {
-            bool isReady = rated_.indexOf(i) < 0;
+        for (const CAudioProcessBase* child : children_) {
+            bool isReady = rates.behind(child) == nullptr;
             for (const CLink& link : links_) {
-                isReady = isReady && (link.dst != children_[i] || isRated(link.src));
+                isReady = isReady && (link.dst != child || rates.behind(link.src) != nullptr);
             }
             if (!isReady) {
                 continue;
             }
             CAudioRate rate;
-            TARV_TRY(joinRates(children_[i], rate));
-            children_[i]->changeRate(rate);
-            rates_.append(rate);
-            rated_.append(i);
+            TARV_TRY(joinRates(rates, child, rate));
+            child->changeRate(rate);
+            rates.found.append({child, rate});
             hasFound = true;
         }
     }
-    return joinRates(nullptr, ownRate_);
-}
-
-bool CAudioProcess::isRated(const CAudioProcessBase* src) const {
-    return src == nullptr || rateBehind(src) != nullptr;
-}
-
-const CAudioRate* CAudioProcess::rateBehind(const CAudioProcessBase* src) const {
-    for (int32_t i = 0; i < rated_.count(); ++i) {
-        if (children_[rated_[i]] == src) {
-            return &rates_[i];
-        }
-    }
-    return nullptr;
+    return joinRates(rates, nullptr, ownRate_);
 }
 
 /// Whether both links may be live at once.
@@ -57,25 +67,24 @@ bool CAudioProcess::mayMeet(const CLink& a, const CLink& b) {
 }
 
 /// The rate at a child, or at the outputs for null. All inputs of a child run at one rate; outputs may differ.
-CError* CAudioProcess::joinRates(const CAudioProcessBase* dst, CAudioRate& rate) const {
-    const CAudioRate own{};
+CError* CAudioProcess::joinRates(const CRates& rates, const CAudioProcessBase* dst, CAudioRate& rate) const {
     const CLink* first = nullptr;
     for (const CLink& link : links_) {
-        if (link.dst != dst || !isRated(link.src)) {
+        const CAudioRate* const here = link.dst == dst ? rates.behind(link.src) : nullptr;
+        if (here == nullptr) {
             continue;
         }
-        const CAudioRate& here = link.src != nullptr ? *rateBehind(link.src) : own;
         if (first == nullptr) {
             first = &link;
-            rate = here;
+            rate = *here;
         }
         for (const CLink& other : links_) {
             if (&other == &link) {
                 break;
             }
             const bool isJoined = other.dst == dst && (dst != nullptr || other.dstPort == link.dstPort);
-            const CAudioRate* there = other.src != nullptr ? rateBehind(other.src) : &own;
-            if (isJoined && there != nullptr && !(*there == here) && mayMeet(link, other)) {
+            const CAudioRate* const there = isJoined ? rates.behind(other.src) : nullptr;
+            if (there != nullptr && !(*there == *here) && mayMeet(link, other)) {
                 TARV_FAIL(
                     "@tarvstr_CAudioProcess_init_RateJoin Links into '%1' join signals of different sample rates.",
                     dst != nullptr ? dst->name() : CString("*"));

@@ -65,6 +65,9 @@ CAudioParam* CAudioParamCollector::define(const CString& name, const CAudioParam
 
 void CAudioParamCollector::removeConsumers(CAudioParamQueue& queue) {
     queue.clear();
+    if (!delivery_.hasConsumers()) {
+        return;  // as when a graph is destroyed: each of its processes comes here
+    }
     forEachParam([&](CAudioParam& param) { delivery_.removeConsumers(param, queue); });
 }
 
@@ -152,28 +155,44 @@ void CAudioParamCollector::postEngineValue(CAudioParam& param, int32_t group, in
     postChange(param, change, false, -1.0);
 }
 
+bool CAudioParamCollector::fits(const CAssignment& assignment) {
+    const CAudioParam& param = *assignment.param;
+    const CAudioParamData& data = assignment.data;
+    return param.isDefined() && data.isValid() && data.elementSize() == param.info().elementSize() &&
+           data.isString() == param.info().isString();
+}
+
+int32_t CAudioParamCollector::nextDifference(const CAssignment& assignment, int32_t group) {
+    const CAudioParamData& present = assignment.param->userData();
+    const CAudioParamData& data = assignment.data;
+    if (assignment.group >= 0) {
+        const bool isSame = group > assignment.group || present.isSameGroup(assignment.group, data, 0);
+        return isSame ? -1 : assignment.group;
+    }
+    const int32_t end =
+        assignment.param->info().isSingleGroup() ? 1 : std::max(present.groupCount(), data.groupCount());
+    while (group < end && present.isSameGroup(group, data, group)) {
+        ++group;
+    }
+    return group < end ? group : -1;
+}
+
+bool CAudioParamCollector::isAssigned(const CAssignment& assignment) {
+    CLockScope scope(assignment.param->lock());
+    return !fits(assignment) || nextDifference(assignment, 0) < 0;
+}
+
 bool CAudioParamCollector::assign(const CAssignment& assignment, CAudioParamData* before, CAudioParamData* after) {
     CAudioParam& param = *assignment.param;
     const CAudioParamData& data = assignment.data;
     CLockScope scope(param.lock());
-    if (!param.isDefined() || !data.isValid() || data.elementSize() != param.info().elementSize() ||
-        data.isString() != param.info().isString()) {
-        return false;
-    }
-    const CAudioParamData& present = param.userData();
-    const bool isWhole = assignment.group < 0;
-    const int32_t first = isWhole ? 0 : assignment.group;
-    const int32_t wholeEnd = param.info().isSingleGroup() ? 1 : std::max(present.groupCount(), data.groupCount());
-    const int32_t end = isWhole ? wholeEnd : first + 1;
     bool isChanged = false;
-    for (int32_t group = first; group < end; ++group) {
-        const int32_t source = isWhole ? group : 0;
-        if (present.isSameGroup(group, data, source)) {
-            continue;
-        }
+    int32_t group = fits(assignment) ? nextDifference(assignment, 0) : -1;
+    for (; group >= 0; group = nextDifference(assignment, group + 1)) {
         if (!isChanged && before) {
-            *before = present;
+            *before = param.userData();
         }
+        const int32_t source = assignment.group < 0 ? group : 0;
         const int32_t size = data.elementSize();
         CAudioParamChange* change = createChange(param, group, 0, data.elementCount(source), true);
         for (int32_t i = 0; i < change->values.count(); ++i) {
@@ -183,7 +202,7 @@ bool CAudioParamCollector::assign(const CAssignment& assignment, CAudioParamData
         isChanged = post(param, change, 0.0) || isChanged;
     }
     if (isChanged && after) {
-        *after = present;
+        *after = param.userData();
     }
     return isChanged;
 }

@@ -79,6 +79,8 @@ public:
     /// returns whether one did. Notifies nobody: the caller, who may hold locks now, calls notifyAll when it holds
     /// none. `before` and `after`, if not null, get the values around it. Any thread but the audio thread.
     bool assign(const CAssignment& assignment, CAudioParamData* before = nullptr, CAudioParamData* after = nullptr);
+    /// Whether assign would find nothing to change. Any thread but the audio thread.
+    static bool isAssigned(const CAssignment& assignment);
     /// One round: delivers what was posted to the processes' queues, `timeOffset` added to each time. Once a block, and
     /// at resume. Takes the environment's lock for a swap, nothing else. [audio thread, or suspended]
     void applyPendingChanges(double timeOffset);
@@ -109,6 +111,9 @@ private:
     using CParamMap =
         std::map<CString, CAudioParam*, std::less<CString>, CHeapAllocator<std::pair<const CString, CAudioParam*>>>;
 
+    static bool fits(const CAssignment& assignment);
+    /// The first group from `group` on whose value an assignment changes, or -1.
+    static int32_t nextDifference(const CAssignment& assignment, int32_t group);
     bool post(CAudioParam& param, CAudioParamChange* change, double time);
     void enqueue(CAudioParam& param, CAudioParamChange* change);
     void offerParam(CAudioParam& param);

@@ -15,17 +15,20 @@ CAudioParamConsumer& CAudioParamConsumerPool::take() {
         block->next = blocks_;
         blocks_ = block;
         for (CAudioParamConsumer& consumer : block->consumers) {
-            giveBack(consumer);
+            consumer.next = free_;
+            free_ = &consumer;
         }
     }
     CAudioParamConsumer& consumer = *free_;
     free_ = consumer.next;
+    ++inUse_;
     return consumer;
 }
 
 void CAudioParamConsumerPool::giveBack(CAudioParamConsumer& consumer) {
     consumer.next = free_;
     free_ = &consumer;
+    --inUse_;
 }
 
 }  // namespace tarv

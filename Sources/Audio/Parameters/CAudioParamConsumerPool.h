@@ -15,6 +15,8 @@ public:
     /// A consumer with the contents of a former user. Allocates a block if none is free.
     CAudioParamConsumer& take();
     void giveBack(CAudioParamConsumer& consumer);
+    /// Consumers that are taken.
+    int32_t inUse() const { return inUse_; }
 
 private:
     static constexpr int32_t kConsumersPerBlock = 8;
@@ -25,6 +27,7 @@ private:
 
     CAudioParamConsumer* free_ = nullptr;
     CBlock* blocks_ = nullptr;
+    int32_t inUse_ = 0;
 };
 
 }  // namespace tarv

@@ -16,6 +16,7 @@ public:
                      int32_t group, int32_t element);
     void removeConsumers(CAudioParam& param, const CAudioParamQueue& queue);
     void detachConsumers(CAudioParam& param);
+    bool hasConsumers() const { return consumers_.inUse() > 0; }
     /// Sets up the slots that consume a parameter, which was defined just now.
     void prepareConsumers(CAudioParam& param);
 
