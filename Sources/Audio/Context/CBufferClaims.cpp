@@ -4,18 +4,12 @@ namespace tarv {
 
 namespace {
 
-constexpr int32_t kNone = -1;
+constexpr int16_t kNone = -1;
 constexpr uint64_t kOneReference = CContextBuffer::kOneReference;
 constexpr uint64_t kReaders = CContextBuffer::kReaders;
 constexpr uint64_t kWriter = CContextBuffer::kWriter;
 
 }  // namespace
-
-CBufferClaims::CBufferClaims(CBufferTable& buffers, CReadyOperations& ready) : buffers_(buffers), ready_(ready) {
-    for (int32_t i = 0; i < kWaiterCount; ++i) {
-        waiters_[i].next = i + 1 < kWaiterCount ? i + 1 : kNone;
-    }
-}
 
 /// A buffer named more than once is claimed once, by its first operand, for writing if any of its operands is written.
 void CBufferClaims::claimMerged(CQueuedOperation& operation) {
@@ -40,7 +34,7 @@ void CBufferClaims::claimMerged(CQueuedOperation& operation) {
         if (operation.ownHolds[j] == kOneReference) {
             operation.buffers[j]->state += kOneReference;
         } else {
-            waitFor(*operation.buffers[j], operation, operation.ownHolds[j]);
+            waitFor(operation, j);
         }
     }
 }
@@ -55,41 +49,35 @@ bool CBufferClaims::tryHold(CContextBuffer& buffer, uint64_t hold) {
     return true;
 }
 
-void CBufferClaims::waitFor(CContextBuffer& buffer, CQueuedOperation& operation, uint64_t hold) {
+void CBufferClaims::waitFor(CQueuedOperation& operation, int32_t operand) {
+    CContextBuffer& buffer = *operation.buffers[operand];
     buffer.state += kOneReference;
-    if (buffer.firstWaiter == kNone && tryHold(buffer, hold)) {
+    if (buffer.firstWaiter == kNone && tryHold(buffer, operation.holds[operand])) {
         return;
     }
-    const int32_t link = freeWaiters_;
-    CWaiter& waiter = waiters_[link];
-    freeWaiters_ = waiter.next;
-    waiter.operation = &operation;
-    waiter.hold = hold;
-    waiter.next = kNone;
+    const auto waiter = static_cast<int16_t>(operations_.numberOf(operation) * kMaxOperands + operand);
+    nextWaiter(waiter) = kNone;
     if (buffer.firstWaiter == kNone) {
-        buffer.firstWaiter = link;
+        buffer.firstWaiter = waiter;
     } else {
-        waiters_[buffer.lastWaiter].next = link;
+        nextWaiter(buffer.lastWaiter) = waiter;
     }
-    buffer.lastWaiter = link;
+    buffer.lastWaiter = waiter;
     buffer.state |= CContextBuffer::kWatched;
     ++operation.pending;
 }
 
 void CBufferClaims::notifyOnWrite(CContextBuffer& buffer, uint8_t* first, uint8_t* second) {
-    buffer.notify[0] = first;
-    buffer.notify[1] = second;
+    buffers_.notices().set(buffer, first, second);
     buffer.state |= CContextBuffer::kWatched;
 }
 
 void CBufferClaims::releaseWatched(CContextBuffer& buffer, uint64_t hold) {
-    if (buffer.notify[0] != nullptr && (hold & kWriter) != 0) {
-        *buffer.notify[0] = 1;
-        *buffer.notify[1] = 1;
-        buffer.notify[0] = nullptr;
+    if ((hold & kWriter) != 0) {
+        buffers_.notices().deliver(buffer);
     }
     settle(buffer);
-    if (buffer.firstWaiter == kNone && buffer.notify[0] == nullptr) {
+    if (buffer.firstWaiter == kNone && !buffers_.notices().has(buffer)) {
         buffer.state &= ~CContextBuffer::kWatched;
     }
     if (buffer.references() == 0) {
@@ -100,15 +88,12 @@ void CBufferClaims::releaseWatched(CContextBuffer& buffer, uint64_t hold) {
 /// Gives a buffer to the operations that wait for it, oldest first: one writer, or all readers up to the next writer.
 void CBufferClaims::settle(CContextBuffer& buffer) {
     while (buffer.firstWaiter != kNone) {
-        const int32_t link = buffer.firstWaiter;
-        CWaiter& waiter = waiters_[link];
-        if (!tryHold(buffer, waiter.hold)) {
+        const int16_t waiter = buffer.firstWaiter;
+        CQueuedOperation& operation = operations_.at(waiter / kMaxOperands);
+        if (!tryHold(buffer, operation.holds[waiter % kMaxOperands])) {
             return;
         }
-        buffer.firstWaiter = waiter.next;
-        waiter.next = freeWaiters_;
-        freeWaiters_ = link;
-        CQueuedOperation& operation = *waiter.operation;
+        buffer.firstWaiter = nextWaiter(waiter);
         if (--operation.pending == 0) {
             ready_.add(operation);
         }

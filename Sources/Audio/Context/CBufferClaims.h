@@ -14,7 +14,8 @@ namespace tarv {
 /// a buffer that loses its last reference goes back to the table.
 class CBufferClaims {
 public:
-    CBufferClaims(CBufferTable& buffers, CReadyOperations& ready);
+    CBufferClaims(CBufferTable& buffers, COperationPool& operations, CReadyOperations& ready)
+        : buffers_(buffers), operations_(operations), ready_(ready) {}
     CBufferClaims(const CBufferClaims&) = delete;
     CBufferClaims& operator=(const CBufferClaims&) = delete;
 
@@ -50,16 +51,9 @@ public:
     void notifyOnWrite(CContextBuffer& buffer, uint8_t* first, uint8_t* second);
 
 private:
-    static constexpr int32_t kWaiterCount = 4096;
-    // Each operand waits at most once, so the waiter table can't run out before the operation table does.
-    static_assert(COperationPool::kOperationCount * kMaxOperands <= kWaiterCount);
-
-    /// An operand that waits for its buffer.
-    struct CWaiter {
-        CQueuedOperation* operation;
-        uint64_t hold;
-        int32_t next;
-    };
+    // An operand that waits for its buffer has the number of its operation's record and its place there. Each waits at
+    // most once, so that the records hold the lists, too.
+    static_assert(COperationPool::kOperationCount * kMaxOperands <= INT16_MAX);
 
     template <int32_t N>
     void claimEach(CQueuedOperation& operation) {
@@ -70,20 +64,22 @@ private:
             if (buffer.state < kernel.limits[j]) [[likely]] {
                 buffer.state += kernel.holds[j];
             } else {
-                waitFor(buffer, operation, kernel.holds[j]);
+                waitFor(operation, j);
             }
         }
     }
     void claimMerged(CQueuedOperation& operation);
     static bool tryHold(CContextBuffer& buffer, uint64_t hold);
-    void waitFor(CContextBuffer& buffer, CQueuedOperation& operation, uint64_t hold);
+    void waitFor(CQueuedOperation& operation, int32_t operand);
+    int16_t& nextWaiter(int32_t waiter) {
+        return operations_.at(waiter / kMaxOperands).nextWaiter[waiter % kMaxOperands];
+    }
     void releaseWatched(CContextBuffer& buffer, uint64_t hold);
     void settle(CContextBuffer& buffer);
 
     CBufferTable& buffers_;
+    COperationPool& operations_;
     CReadyOperations& ready_;
-    CWaiter waiters_[kWaiterCount];
-    int32_t freeWaiters_ = 0;
 };
 
 }  // namespace tarv

@@ -23,38 +23,46 @@ constexpr size_t marginOf(int32_t sizeClass) {
 
 }  // namespace
 
+// Entries are written when they get a storage: a context takes a part of the table's memory.
 CBufferTable::CBufferTable() {
-    for (int32_t i = 0; i < kBufferCount; ++i) {
-        const int32_t next = i + 1 < kUsableBuffers ? i + 1 : kNoBuffer;
-        buffers_[i] = {0, nullptr, next, 0, 0, -1, -1, {nullptr, nullptr}, nullptr};
-    }
+    clearEntry(kBufferCount - 1);
     std::fill(std::begin(freeBuffers_), std::end(freeBuffers_), kNoBuffer);
 }
 
 CBufferTable::~CBufferTable() {
-    for (CContextBuffer& buffer : buffers_) {
-        CHeap::free(buffer.allocation);
+    for (int32_t i = 0; i < storageCount_; ++i) {
+        CHeap::free(buffers_[i].allocation());
     }
+}
+
+void CBufferTable::clearEntry(int32_t index) {
+    buffers_[index] = {.state = 0,
+                       .data = nullptr,
+                       .nextFree = kNoBuffer,
+                       .firstWaiter = -1,
+                       .lastWaiter = -1,
+                       .dataOffset = 0,
+                       .sizeClass = 0};
 }
 
 void CBufferTable::allocateStorage(int32_t index, int32_t sizeClass) {
     CContextBuffer& buffer = buffers_[index];
-    const int32_t capacity = kSmallestStorage << sizeClass;
+    const int32_t capacity = CContextBuffer::kSmallestStorage << sizeClass;
     const size_t bytes = static_cast<size_t>(capacity) + marginOf(sizeClass);
     storageBytes_ += bytes;
-    if (buffer.allocation) {
-        storageBytes_ -= static_cast<size_t>(buffer.capacity) + marginOf(buffer.sizeClass);
-        CHeap::free(buffer.allocation);
+    if (buffer.data) {
+        storageBytes_ -= static_cast<size_t>(buffer.capacity()) + marginOf(buffer.sizeClass);
+        CHeap::free(buffer.allocation());
     }
-    buffer.allocation = CHeap::alloc(bytes);
-    buffer.data = static_cast<uint8_t*>(buffer.allocation);
+    auto* const allocation = static_cast<uint8_t*>(CHeap::alloc(bytes));
+    uintptr_t offset = 0;
     if (marginOf(sizeClass) > 0) {
-        const auto base = reinterpret_cast<uintptr_t>(buffer.allocation);
         const uintptr_t wanted = static_cast<uintptr_t>(index) * kStagger;
-        buffer.data += (wanted - base) & (kPage - 1);
+        offset = (wanted - reinterpret_cast<uintptr_t>(allocation)) & (kPage - 1);
     }
-    buffer.capacity = capacity;
-    buffer.sizeClass = sizeClass;
+    buffer.data = allocation + offset;
+    buffer.dataOffset = static_cast<uint16_t>(offset);
+    buffer.sizeClass = static_cast<uint8_t>(sizeClass);
     ++storageGrowths_;
 }
 
@@ -67,11 +75,12 @@ inline int32_t CBufferTable::popFree(int32_t sizeClass) {
 }
 
 int32_t CBufferTable::takeUnused(int32_t sizeClass) {
-    const int32_t index = unusedBuffers_;
-    if (index != kNoBuffer) {
-        unusedBuffers_ = buffers_[index].nextFree;
-        allocateStorage(index, sizeClass);
+    if (storageCount_ == kUsableBuffers) {
+        return kNoBuffer;
     }
+    const int32_t index = storageCount_++;
+    clearEntry(index);
+    allocateStorage(index, sizeClass);
     return index;
 }
 

@@ -5,6 +5,7 @@
 
 #include "Audio/Context/CBufferHandle.h"
 #include "Audio/Context/CContextBuffer.h"
+#include "Audio/Context/CWriteNotices.h"
 
 namespace tarv {
 
@@ -23,8 +24,9 @@ public:
 
     /// Number of the smallest size of storage that holds `bytes`.
     static int32_t sizeClassOf(int32_t bytes) {
-        const auto size = static_cast<uint32_t>(bytes > kSmallestStorage ? bytes : kSmallestStorage);
-        return std::bit_width(size - 1) - std::bit_width(static_cast<uint32_t>(kSmallestStorage - 1));
+        const auto size =
+            static_cast<uint32_t>(bytes > CContextBuffer::kSmallestStorage ? bytes : CContextBuffer::kSmallestStorage);
+        return std::bit_width(size - 1) - std::bit_width(static_cast<uint32_t>(CContextBuffer::kSmallestStorage - 1));
     }
     /// The buffer of exactly this size that was given back last, with one reference; kNoBuffer if none is free.
     CBufferHandle takeWarm(int32_t sizeClass) {
@@ -51,22 +53,25 @@ public:
     }
     /// Makes a buffer without references free.
     void giveBack(CContextBuffer& buffer) {
-        buffer.notify[0] = nullptr;
+        if (buffer.state >= CContextBuffer::kWatched) [[unlikely]] {
+            notices_.forget(buffer);
+        }
         buffer.nextFree = freeBuffers_[buffer.sizeClass];
         freeBuffers_[buffer.sizeClass] = static_cast<int32_t>(&buffer - buffers_);
         --inUse_;
     }
 
+    CWriteNotices& notices() { return notices_; }
+
     int32_t inUse() const { return inUse_; }
     /// Entries that have a storage, in use or not.
-    int32_t storageCount() const { return unusedBuffers_ == kNoBuffer ? kUsableBuffers : unusedBuffers_; }
+    int32_t storageCount() const { return storageCount_; }
     uint64_t storageBytes() const { return storageBytes_; }
     /// Allocations of storages.
     uint64_t storageGrowths() const { return storageGrowths_; }
 
 private:
     static constexpr int32_t kBufferCount = kHandleIndexMask + 1;
-    static constexpr int32_t kSmallestStorage = 64;
     static constexpr int32_t kSizeClassCount = 25;
     static_assert(kUsableBuffers < kBufferCount);
 
@@ -78,11 +83,13 @@ private:
     int32_t popFree(int32_t sizeClass);
     int32_t takeUnused(int32_t sizeClass);
     int32_t takeFree(int32_t sizeClass);
+    void clearEntry(int32_t index);
     void allocateStorage(int32_t index, int32_t sizeClass);
 
     CContextBuffer buffers_[kBufferCount];
     int32_t freeBuffers_[kSizeClassCount];
-    int32_t unusedBuffers_ = 0;  // entries that never had a storage, in the order of their indexes
+    CWriteNotices notices_;
+    int32_t storageCount_ = 0;  // the entries behind are not in use yet and hold anything
     int32_t inUse_ = 0;
     uint64_t storageBytes_ = 0;
     uint64_t storageGrowths_ = 0;

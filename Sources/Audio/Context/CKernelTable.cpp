@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <new>
 
 #include "Audio/Context/CContextBuffer.h"
+#include "Core/CHeap.h"
 
 namespace tarv {
 
@@ -23,10 +25,14 @@ uint32_t hashOf(const char* name) {
 
 }  // namespace
 
-CKernelTable::CKernelTable() {
+CKernelTable::CKernelTable() : kernels_(static_cast<CKernel*>(CHeap::alloc(sizeof(CKernel) * kFirstRoom))) {
     std::fill(std::begin(hashHeads_), std::end(hashHeads_), kNone);
     std::fill(std::begin(common_), std::end(common_), kNone);
     std::fill(std::begin(sections_), std::end(sections_), CSectionKernels{kNone, kNone, kNone, kNone, 0, 0});
+}
+
+CKernelTable::~CKernelTable() {
+    CHeap::free(kernels_);
 }
 
 int32_t CKernelTable::findHashed(const char* name, uint32_t hash) const {
@@ -54,7 +60,11 @@ int32_t CKernelTable::add(const char* name, CKernelFunction function, int32_t op
     if (count_ == kKernelCount || operandCount < 1 || operandCount > kMaxOperands) {
         return kNone;
     }
-    CKernel& k = kernels_[count_];
+    if (isFull()) {
+        room_ *= 2;
+        kernels_ = static_cast<CKernel*>(CHeap::realloc(kernels_, sizeof(CKernel) * static_cast<size_t>(room_)));
+    }
+    CKernel& k = *new (kernels_ + count_) CKernel;
     std::strncpy(k.name, name, kNameLength);
     k.name[kNameLength] = 0;
     k.function = function;

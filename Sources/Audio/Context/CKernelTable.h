@@ -8,12 +8,16 @@
 
 namespace tarv {
 
-/// The kernels of a context by number, by name and by what they are for. Never allocates.
+/// The kernels of a context by number, by name and by what they are for. Adding a kernel may
+/// allocate and move all others.
 class CKernelTable {
 public:
     static constexpr int32_t kKernelCount = 512;
 
     CKernelTable();
+    ~CKernelTable();
+    CKernelTable(const CKernelTable&) = delete;
+    CKernelTable& operator=(const CKernelTable&) = delete;
 
     /// Number of the new kernel, or of the one that has this name and equal values. -1 if the table is full, the
     /// operand count is not 1 to 8, or the name belongs to other values. Names are cut to 64 characters.
@@ -22,6 +26,8 @@ public:
     /// Number of a kernel by its full name, or -1.
     int32_t find(const char* name) const;
     int32_t count() const { return count_; }
+    /// The next kernel moves all others.
+    bool isFull() const { return count_ == room_; }
     const CKernel& operator[](int32_t number) const { return kernels_[number]; }
     /// Whether `number`, 0 and up, is a kernel of so many operands.
     bool takes(int32_t number, int32_t operandCount) const {
@@ -35,10 +41,12 @@ public:
 
 private:
     static constexpr int32_t kHashCount = 1024;
+    static constexpr int32_t kFirstRoom = 128;
 
     int32_t findHashed(const char* name, uint32_t hash) const;
 
-    CKernel kernels_[kKernelCount];
+    CKernel* kernels_;  // grows, since most contexts know a quarter of what there may be
+    int32_t room_ = kFirstRoom;
     int32_t hashHeads_[kHashCount];
     int32_t count_ = 0;
     int32_t common_[static_cast<int32_t>(CCommonKernel::Count)];

@@ -34,6 +34,9 @@ public:
         free_ = &operation;
         --inUse_;
     }
+    /// Place of a record in the pool, 0 to kOperationCount - 1.
+    int32_t numberOf(const CQueuedOperation& operation) const { return static_cast<int32_t>(&operation - operations_); }
+    CQueuedOperation& at(int32_t number) { return operations_[number]; }
     int32_t inUse() const { return inUse_; }
 
 private:

@@ -2,7 +2,7 @@
 
 namespace tarv {
 
-CQPLEXContext::CQPLEXContext() : claims_(buffers_, ready_) {}
+CQPLEXContext::CQPLEXContext() : claims_(buffers_, operations_, ready_) {}
 
 CQPLEXContext::~CQPLEXContext() = default;
 

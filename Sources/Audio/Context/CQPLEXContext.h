@@ -30,9 +30,12 @@ public:
     CQPLEXContext& operator=(const CQPLEXContext&) = delete;
 
     /// Number of the kernel; -1 if the table of 512 is full, the operand count is not 1 to 8, or the name is registered
-    /// with other values. Equal values give the old number. Names are cut to 64 characters.
+    /// with other values. Equal values give the old number. Names are cut to 64 characters. May run what is queued.
     int32_t registerKernel(const char* name, CKernelFunction function, int32_t operandCount, uint32_t writeMask,
                            uint64_t extra = 0, CKernelBatchFunction batch = nullptr) {
+        if (kernels_.isFull()) {
+            flush();  // queued operations refer to kernels, which move when the table grows
+        }
         return kernels_.add(name, function, operandCount, writeMask, extra, batch);
     }
     /// Number of a kernel by its full name, or -1.
@@ -87,7 +90,7 @@ public:
     }
     double* signal(CBufferHandle handle) const { return static_cast<double*>(data(handle)); }
     /// Bytes of a buffer's storage, 0 for kNoBuffer.
-    int32_t capacity(CBufferHandle handle) const { return handle == kNoBuffer ? 0 : buffers_.at(handle).capacity; }
+    int32_t capacity(CBufferHandle handle) const { return handle == kNoBuffer ? 0 : buffers_.at(handle).capacity(); }
     /// A handle `bytes` further into the storage. The sum of offsets must stay below 512 KiB.
     static CBufferHandle offsetBy(CBufferHandle handle, int32_t bytes) {
         return handle == kNoBuffer ? kNoBuffer : handle + bytes * (kHandleIndexMask + 1);

@@ -18,6 +18,7 @@ struct CQueuedOperation : COperation {
     CContextBuffer* buffers[kMaxOperands];
     const uint64_t* holds;  ///< what each operand adds to its buffer's state: the kernel's, or `ownHolds`
     uint64_t ownHolds[kMaxOperands];
+    int16_t nextWaiter[kMaxOperands];  ///< of an operand that waits: the next one that waits for its buffer; -1: none
 };
 
 }  // namespace tarv

@@ -290,6 +290,38 @@ TEST_F(CQPLEXContextTest, AnOperationOfNoKernelOrOfWrongOperandsIsNotRun) {
     EXPECT_EQ(context->counters().rejected, 4u);
 }
 
+TEST_F(CQPLEXContextTest, KernelsRegisteredBehindQueuedOperationsChangeNothingOfThem) {
+    const CBufferHandle a = filled(1.0);
+    const CBufferHandle b = context->takeBuffer(kBytes);
+    context->issue(common(CCommonKernel::Copy), kFrames, 0.0, {b, a});
+    context->issue(common(CCommonKernel::Addc), kFrames, 2.0, {a, b});
+    for (int32_t i = 0; i < 300; ++i) {
+        const std::string name = "test.kernel." + std::to_string(i);
+        ASSERT_GE(context->registerKernel(
+                      name.c_str(), [](COperation&) {}, 1, 1),
+                  0);
+    }
+    context->flush();
+    expectAll(b, 1.0);
+    expectAll(a, 3.0);
+}
+
+TEST_F(CQPLEXContextTest, ANoticeOfABufferThatIsGivenBackIsForgotten) {
+    uint8_t bytes[2] = {};
+    const CBufferHandle a = filled(1.0);
+    context->notifyOnWrite(a, &bytes[0], &bytes[1]);
+    context->releaseReference(a);
+    const CBufferHandle again = context->takeBuffer(kBytes);
+    ASSERT_EQ(again, a);
+    uint8_t others[2] = {};
+    context->notifyOnWrite(again, &others[0], &others[1]);
+    context->notifyOnWrite(filled(2.0), &bytes[0], &bytes[1]);
+    context->issue(common(CCommonKernel::Fill0), kFrames, 0.0, {again});
+    context->flush();
+    EXPECT_EQ(bytes[0] + bytes[1], 0);
+    EXPECT_EQ(others[0] + others[1], 2);
+}
+
 TEST_F(CQPLEXContextTest, TheNextWriteSetsBothNotifyBytesOnce) {
     const CBufferHandle a = filled(1.0);
     const CBufferHandle b = filled(1.0);
