@@ -1,5 +1,6 @@
 #include "Audio/Presets/CAudioParamRegistry.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "Audio/Presets/CAudioRegistryAction.h"
@@ -133,6 +134,12 @@ CError* CAudioParamRegistry::activatePreset(CMemoryReader& stream, const CPreset
     return nullptr;
 }
 
+// A step of an action that changes nothing would be dropped: this saves performing it.
+bool CAudioParamRegistry::isActive(const CAudioPreset& preset, const CAssignments& assignments) const {
+    return session_.slot().isSame(preset) &&
+           std::all_of(assignments.begin(), assignments.end(), CAudioParamCollector::isAssigned);
+}
+
 void CAudioParamRegistry::applyPreset(CAudioPreset& preset, const CPresetRequest& request,
                                       const CAssignments& assignments) {
     CAudioRegistryAction action(session_, undo_);
@@ -151,6 +158,11 @@ void CAudioParamRegistry::applyPreset(CAudioPreset& preset, const CPresetRequest
         preset.setName(name);
     }
     if (request.isRecorded) {
+        session_.captureName();
+        if (isActive(preset, assignments)) {
+            action.noteProgram();
+            return;
+        }
         auto programs = std::make_unique<CAudioProgramAction>(session_);
         programs->replace(session_.slot().identity().id, preset);
         action.perform(activationLabel(request.group), std::move(programs));

@@ -103,6 +103,8 @@ private:
     [[nodiscard]] CError* requireIndex(int32_t index, int32_t first, const CAudioPresetBank& bank) const;
     bool hasProgram(int32_t index) const { return index >= 0 && index < session_.programs().count(); }
     [[nodiscard]] CError* replaceBank(CAudioPresetBank& loaded, const CPresetRequest& request);
+    /// Whether the current program already has the preset's name and bytes, and the parameters its values.
+    bool isActive(const CAudioPreset& preset, const CAssignments& assignments) const;
     void applyPreset(CAudioPreset& preset, const CPresetRequest& request, const CAssignments& assignments);
     CString activationLabel(int32_t group) const;
     void resetAll(const CString& label);

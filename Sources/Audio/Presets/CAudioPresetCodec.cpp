@@ -122,7 +122,7 @@ CError* CAudioPresetCodec::decode(const CAudioPreset& preset, const CPresetReque
 
 bool CAudioPresetCodec::capture(CAudioPreset& preset, bool withPersistent) const {
     bool isChanged = false;
-    CByteBuffer record;
+    int32_t place = -1;
     for (const CAudioRegistryParam* entry : params_.entries()) {
         const CAudioParam& param = *entry->param;
         if (!CAudioRegistryParam::isStored(param, withPersistent)) {
@@ -130,9 +130,8 @@ bool CAudioPresetCodec::capture(CAudioPreset& preset, bool withPersistent) const
         }
         {
             CLockScope scope(param.lock());
-            record = param.storedRecord();
+            isChanged = preset.setRecord(entry->keyBytes, param.storedRecord(), ++place) || isChanged;
         }
-        isChanged = preset.setRecord(entry->keyBytes, record) || isChanged;
         if (entry->formerKey) {
             preset.removeRecord(entry->formerKey);
         }

@@ -55,8 +55,11 @@ void CAudioRegistryAction::perform(const CString& label, std::unique_ptr<CAudioP
 }
 
 void CAudioRegistryAction::dropIdleStep() {
+    if (!programs_ || !step_->values.empty()) {
+        return;
+    }
     session_.captureCurrent();
-    if (programs_ && step_->values.empty() && programs_->isIdle()) {
+    if (programs_->isIdle()) {
         programs_ = nullptr;
         step_.reset();
     }

@@ -51,6 +51,7 @@ public:
     const CAudioPresetBank& programs() const { return programs_; }
     /// The current program.
     CAudioPreset& slot() { return programs_.preset(programs_.selectedIndex()); }
+    const CAudioPreset& slot() const { return programs_.preset(programs_.selectedIndex()); }
     /// Gives the current program the name that the parameter of the name shows.
     void captureName();
     /// As captureName, with all stored values.

@@ -10,50 +10,103 @@
 
 namespace tarv {
 
-CAudioUndoValues::CState CAudioUndoValues::stateOf(const CAudioParamData& data, int32_t group, int32_t element) {
-    CState state;
-    state.isHeld = element < data.elementCount(group);
-    if (data.isString()) {
-        state.text = data.text(group, element);
-        return state;
+namespace {
+
+bool isSameBits(const double* a, const double* b, int32_t count) {
+    return std::memcmp(a, b, static_cast<size_t>(count) * sizeof(double)) == 0;
+}
+
+template <class CRun>
+void extend(CRun& run, int32_t count) {
+    if (run.count() + count > run.capacity()) {
+        run.reserve(2 * run.capacity() + count);
     }
+    run.resize(run.count() + count);
+}
+
+void copyNumbers(const CAudioParamData& data, int32_t group, int32_t element, double* numbers) {
     for (int32_t i = 0; i < data.elementSize(); ++i) {
-        state.numbers.append(data.value(group, element, i));
+        numbers[i] = data.value(group, element, i);
     }
-    return state;
 }
 
-bool CAudioUndoValues::isSame(const CState& a, const CState& b) {
-    const auto byteCount = static_cast<size_t>(a.numbers.count()) * sizeof(double);
-    return a.isHeld == b.isHeld && a.text == b.text && a.numbers.count() == b.numbers.count() &&
-           (byteCount == 0 || std::memcmp(a.numbers.data(), b.numbers.data(), byteCount) == 0);
-}
+}  // namespace
 
-CAudioUndoValues::CAudioUndoValues(const CAudioParamData& before, const CAudioParamData& after) {
+CAudioUndoValues::CAudioUndoValues(const CAudioParamData& before, const CAudioParamData& after)
+    : elementSize_(after.elementSize()), isString_(after.isString()) {
     for (int32_t group = 0; group < std::max(before.groupCount(), after.groupCount()); ++group) {
-        const CGroupCount count{group, before.elementCount(group), after.elementCount(group)};
-        if (count.before != count.after) {
-            counts_.append(count);
-        }
-        for (int32_t element = 0; element < std::max(count.before, count.after); ++element) {
-            CElement entry{group, element, stateOf(before, group, element), stateOf(after, group, element)};
-            if (!isSame(entry.before, entry.after)) {
-                elements_.append(std::move(entry));
-            }
+        if (!before.isSameGroup(group, after, group)) {
+            addGroup(before, after, {group, before.elementCount(group), after.elementCount(group)});
         }
     }
 }
 
-void CAudioUndoValues::addElement(CElement&& later) {
-    int32_t place = elements_.count();
-    while (place > 0 && elements_[place - 1].isBehind(later)) {
-        --place;
+void CAudioUndoValues::addGroup(const CAudioParamData& before, const CAudioParamData& after, const CGroupCount& count) {
+    if (count.before != count.after) {
+        counts_.append(count);
     }
-    if (place > 0 && !later.isBehind(elements_[place - 1])) {
-        elements_[place - 1].after = std::move(later.after);
+    int32_t place = makeRoom();
+    for (int32_t element = 0; element < std::max(count.before, count.after); ++element) {
+        const bool isHeldBefore = element < count.before;
+        const bool isHeldAfter = element < count.after;
+        bool isSame = isHeldBefore == isHeldAfter;
+        if (isString_) {
+            texts_[place] = before.text(count.group, element);
+            texts_[place + 1] = after.text(count.group, element);
+            isSame = isSame && texts_[place] == texts_[place + 1];
+        } else {
+            double* const numbers = numbers_.data() + place;
+            copyNumbers(before, count.group, element, numbers);
+            copyNumbers(after, count.group, element, numbers + elementSize_);
+            isSame = isSame && isSameBits(numbers, numbers + elementSize_, elementSize_);
+        }
+        if (!isSame) {
+            elements_.append({count.group, element, place, isHeldBefore, isHeldAfter});
+            place = makeRoom();
+        }
+    }
+    if (isString_) {
+        texts_.resize(place);
     } else {
-        elements_.insert(place, std::move(later));
+        numbers_.resize(place);
     }
+}
+
+int32_t CAudioUndoValues::makeRoom() {
+    const int32_t place = isString_ ? texts_.count() : numbers_.count();
+    if (isString_) {
+        extend(texts_, 2);
+    } else {
+        extend(numbers_, 2 * elementSize_);
+    }
+    return place;
+}
+
+void CAudioUndoValues::addElement(const CAudioUndoValues& later, const CElement& element) {
+    int32_t index = elements_.count();
+    while (index > 0 && elements_[index - 1].isBehind(element)) {
+        --index;
+    }
+    const bool isThere = index > 0 && !element.isBehind(elements_[index - 1]);
+    if (isThere) {
+        --index;
+        elements_[index].isHeldAfter = element.isHeldAfter;
+    } else {
+        CElement added = element;
+        added.place = makeRoom();
+        elements_.insert(index, added);
+    }
+    const int32_t place = elements_[index].place;
+    if (isString_) {
+        texts_[place + 1] = later.texts_[element.place + 1];
+        if (!isThere) {
+            texts_[place] = later.texts_[element.place];
+        }
+        return;
+    }
+    const int32_t first = isThere ? elementSize_ : 0;
+    std::copy_n(later.numbers_.data() + element.place + first, 2 * elementSize_ - first,
+                numbers_.data() + place + first);
 }
 
 void CAudioUndoValues::addCount(const CGroupCount& later) {
@@ -67,8 +120,12 @@ void CAudioUndoValues::addCount(const CGroupCount& later) {
 }
 
 void CAudioUndoValues::add(CAudioUndoValues&& later) {
-    for (CElement& element : later.elements_) {
-        addElement(std::move(element));
+    if (isEmpty()) {
+        *this = std::move(later);
+        return;
+    }
+    for (const CElement& element : later.elements_) {
+        addElement(later, element);
     }
     for (const CGroupCount& count : later.counts_) {
         addCount(count);
@@ -86,14 +143,22 @@ const CAudioUndoValues::CGroupCount* CAudioUndoValues::countOf(int32_t group) co
 
 const CString* CAudioUndoValues::firstText(CSide side) const {
     const bool isThere = !elements_.isEmpty() && elements_[0].group == 0 && elements_[0].element == 0;
-    return isThere ? &elements_[0].on(side).text : nullptr;
+    return isThere && isString_ ? &textOn(side, elements_[0]) : nullptr;
 }
 
 bool CAudioUndoValues::isPresent(const CAudioParamData& data, int32_t first, int32_t end, CSide side) const {
+    CArray<double, 4> present;
+    present.resize(elementSize_);
     for (int32_t i = first; i < end; ++i) {
-        CState present = stateOf(data, elements_[i].group, elements_[i].element);
-        present.isHeld = elements_[i].on(side).isHeld;
-        if (!isSame(present, elements_[i].on(side))) {
+        const CElement& element = elements_[i];
+        if (isString_) {
+            if (data.text(element.group, element.element) != textOn(side, element)) {
+                return false;
+            }
+            continue;
+        }
+        copyNumbers(data, element.group, element.element, present.data());
+        if (!isSameBits(present.data(), numbersOn(side, element), elementSize_)) {
             return false;
         }
     }
@@ -111,7 +176,7 @@ int32_t CAudioUndoValues::countFor(const CAudioParamData& data, int32_t first, i
     }
     int32_t needed = present;
     for (int32_t i = first; i < end; ++i) {
-        if (elements_[i].on(side).isHeld) {
+        if (elements_[i].isHeldOn(side)) {
             needed = std::max(needed, elements_[i].element + 1);
         }
     }
@@ -138,10 +203,14 @@ bool CAudioUndoValues::assignGroup(CAudioParam& param, int32_t first, int32_t en
             ++next;
         }
         const bool isOfStep = next < end && elements_[next].element == element;
-        const CState state = isOfStep ? elements_[next].on(side) : stateOf(data, group, element);
-        for (int32_t i = 0; i < data.elementSize(); ++i) {
-            change->values[(element - from) * data.elementSize() + i] =
-                data.isString() ? pool.addString(state.text) : state.numbers[i];
+        double* const numbers = change->values.data() + (element - from) * elementSize_;
+        if (isString_) {
+            const CString text = isOfStep ? textOn(side, elements_[next]) : data.text(group, element);
+            std::generate_n(numbers, elementSize_, [&] { return pool.addString(text); });
+        } else if (isOfStep) {
+            std::copy_n(numbersOn(side, elements_[next]), elementSize_, numbers);
+        } else {
+            copyNumbers(data, group, element, numbers);
         }
     }
     change->sourcePool = &pool;

@@ -27,18 +27,15 @@ public:
     const CString* firstText(CSide side) const;
 
 private:
-    /// The state of one element; one beyond the count of its group is at its default.
-    struct CState {
-        CArray<double, 2> numbers;
-        CString text;
-        bool isHeld = false;  ///< the group holds the element
-    };
+    /// One element; its numbers (or text) before and after lie in `numbers_` (or `texts_`) from `place` on. One beyond
+    /// the count of its group is at its default.
     struct CElement {
         int32_t group = 0;
         int32_t element = 0;
-        CState before;
-        CState after;
-        const CState& on(CSide side) const { return side == CSide::Before ? before : after; }
+        int32_t place = 0;
+        bool isHeldBefore = false;  ///< the group holds the element
+        bool isHeldAfter = false;
+        bool isHeldOn(CSide side) const { return side == CSide::Before ? isHeldBefore : isHeldAfter; }
         bool isBehind(const CElement& other) const {
             return group != other.group ? group > other.group : element > other.element;
         }
@@ -50,17 +47,29 @@ private:
         int32_t on(CSide side) const { return side == CSide::Before ? before : after; }
     };
 
-    static CState stateOf(const CAudioParamData& data, int32_t group, int32_t element);
-    static bool isSame(const CState& a, const CState& b);
-    void addElement(CElement&& later);
+    void addGroup(const CAudioParamData& before, const CAudioParamData& after, const CGroupCount& count);
+    /// Makes room for an element's numbers (or texts) and returns their place.
+    int32_t makeRoom();
+    void addElement(const CAudioUndoValues& later, const CElement& element);
+    const double* numbersOn(CSide side, const CElement& element) const {
+        return numbers_.data() + element.place + (side == CSide::Before ? 0 : elementSize_);
+    }
+    const CString& textOn(CSide side, const CElement& element) const {
+        return texts_[element.place + (side == CSide::Before ? 0 : 1)];
+    }
     void addCount(const CGroupCount& later);
     const CGroupCount* countOf(int32_t group) const;
     bool isPresent(const CAudioParamData& data, int32_t first, int32_t end, CSide side) const;
     int32_t countFor(const CAudioParamData& data, int32_t first, int32_t end, CSide side) const;
     bool assignGroup(CAudioParam& param, int32_t first, int32_t end, CSide side) const;
 
+    int32_t elementSize_ = 1;
+    bool isString_ = false;
     CArray<CElement, 1> elements_;  ///< by group, then element
     CArray<CGroupCount, 1> counts_;
+    // Of all elements in one run each: a preset changes dozens of them at once.
+    CArray<double, 2> numbers_;
+    CArray<CString, 1> texts_;
 };
 
 }  // namespace tarv

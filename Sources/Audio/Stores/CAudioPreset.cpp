@@ -83,7 +83,7 @@ int32_t CAudioPreset::find(const std::string& wanted, int32_t guess) const {
 }
 
 // The entry's key and record lie at the end of the run.
-void CAudioPreset::enter(const CEntry& entry) {
+int32_t CAudioPreset::enter(const CEntry& entry) {
     bool isThere = false;
     const int32_t place = placeOf(keyOf(entry), isThere);
     if (isThere) {
@@ -93,6 +93,7 @@ void CAudioPreset::enter(const CEntry& entry) {
         entries_.insert(place, entry);
     }
     dropWaste();
+    return place;
 }
 
 // Sorts the entries of a stream by key, and keeps the last of those with one key.
@@ -122,8 +123,8 @@ void CAudioPreset::dropWaste() {
     take(compact);
 }
 
-bool CAudioPreset::setRecord(const std::string& key, const CByteBuffer& record) {
-    const int32_t place = find(key);
+bool CAudioPreset::setRecord(const std::string& key, const CByteBuffer& record, int32_t& place) {
+    place = find(key, place);
     if (place >= 0 && compareBytes(this->record(place), {record.data(), record.count()}) == 0) {
         return false;
     }
@@ -131,7 +132,7 @@ bool CAudioPreset::setRecord(const std::string& key, const CByteBuffer& record) 
     CBufferWriter writer(bytes_);
     TARV_CONSUME(writeBytes(writer, bytesOf(key)));
     TARV_CONSUME(writeBytes(writer, {record.data(), record.count()}));
-    enter(entry);
+    place = enter(entry);
     return true;
 }
 
@@ -170,6 +171,10 @@ void CAudioPreset::copyFrom(const CAudioPreset& other) {
 
 bool CAudioPreset::isSame(const CAudioPreset& other) const {
     bool isAlike = name_ == other.name_ && recordCount() == other.recordCount();
+    if (isAlike && waste_ == 0 && other.waste_ == 0 &&
+        compareBytes({bytes_.data(), bytes_.count()}, {other.bytes_.data(), other.bytes_.count()}) == 0) {
+        return true;  // as copies of one stream are
+    }
     for (int32_t i = 0; isAlike && i < recordCount(); ++i) {
         isAlike = compareBytes(key(i), other.key(i)) == 0 && compareBytes(record(i), other.record(i)) == 0;
     }

@@ -38,7 +38,12 @@ public:
     /// As find(key), but tries the index `guess` first, for a walk through the keys in their order.
     int32_t find(const std::string& key, int32_t guess) const;
     /// Sets or replaces the record of a key; returns whether that changed the preset.
-    bool setRecord(const std::string& key, const CByteBuffer& record);
+    bool setRecord(const std::string& key, const CByteBuffer& record) {
+        int32_t place = -1;
+        return setRecord(key, record, place);
+    }
+    /// The same, but tries the index `place` first, which gets that of the record.
+    bool setRecord(const std::string& key, const CByteBuffer& record, int32_t& place);
     /// Removes the record of a key, if there is one.
     void removeRecord(const std::string& key);
     /// Removes all records; the name stays.
@@ -86,7 +91,8 @@ private:
     int32_t colon() const { return name_.indexOf(':'); }
     int32_t placeOf(const CBytes& key, bool& isThere) const;
     CBytes keyOf(const CEntry& entry) const { return {bytes_.data() + entry.keyStart(), entry.keyLength}; }
-    void enter(const CEntry& entry);
+    /// Returns the entry's index.
+    int32_t enter(const CEntry& entry);
     void putInOrder();
     void waste(const CEntry& entry) { waste_ += entry.byteCount(); }
     void dropWaste();
