@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "Benchmarks/Times.h"
-#include "UI/Blend.h"
-#include "UI/CLinearBitmap.h"
+#include "UI/Drawing/Blend.h"
+#include "UI/Drawing/CLinearBitmap.h"
 
 namespace tarv {
 namespace {

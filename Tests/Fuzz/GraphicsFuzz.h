@@ -4,7 +4,7 @@
 
 #include "Core/LittleEndian.h"
 #include "Tests/Fuzz/FuzzTools.h"
-#include "UI/CLinearBitmap.h"
+#include "UI/Drawing/CLinearBitmap.h"
 #include "UI/Resources/CDataSet.h"
 #include "UI/Resources/CImageSet.h"
 

@@ -4,7 +4,7 @@
 #include <unordered_map>
 
 #include "CSheetResources.h"
-#include "UI/CLinearBitmap.h"
+#include "UI/Drawing/CLinearBitmap.h"
 
 namespace tarv {
 

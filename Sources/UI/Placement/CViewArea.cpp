@@ -282,79 +282,42 @@ void CViewArea::applyVisibility() {
     }
 }
 
-void CViewArea::setScrollCell(CViewCell index, double value) {
-    if (isScrollable_) {
-        net_->setValue(cell(index), static_cast<float>(value));
-    }
-}
-
 void CViewArea::setOffsetX(double offset) {
-    if (isScrollable_) {
-        setScrollCell(CViewCell::OffsetX, std::clamp(offset, 0.0, 1.0 - value(CViewCell::RatioX)));
-    }
+    scroll_.setOffset(*this, 0, offset);
 }
 
 void CViewArea::setOffsetY(double offset) {
-    if (isScrollable_) {
-        setScrollCell(CViewCell::OffsetY, std::clamp(offset, 0.0, 1.0 - value(CViewCell::RatioY)));
-    }
+    scroll_.setOffset(*this, 1, offset);
 }
 
 void CViewArea::setRatioX(double ratio) {
-    if (isScrollable_) {
-        setScrollCell(CViewCell::RatioX, std::clamp(ratio, minRatioX_, 1.0));
-        setOffsetX(value(CViewCell::OffsetX));
-    }
+    scroll_.setRatio(*this, 0, ratio);
 }
 
 void CViewArea::setRatioY(double ratio) {
-    if (isScrollable_) {
-        setScrollCell(CViewCell::RatioY, std::clamp(ratio, minRatioY_, 1.0));
-        setOffsetY(value(CViewCell::OffsetY));
-    }
+    scroll_.setRatio(*this, 1, ratio);
 }
 
 void CViewArea::setMinRatioX(double ratio) {
-    minRatioX_ = std::clamp(ratio, kLeastRatio, 1.0);
-    if (isScrollable_) {
-        setRatioX(value(CViewCell::RatioX));
-    }
+    scroll_.setMinRatio(*this, 0, ratio);
 }
 
 void CViewArea::setMinRatioY(double ratio) {
-    minRatioY_ = std::clamp(ratio, kLeastRatio, 1.0);
-    if (isScrollable_) {
-        setRatioY(value(CViewCell::RatioY));
-    }
+    scroll_.setMinRatio(*this, 1, ratio);
 }
 
 void CViewArea::setScrollerWidth(double width) {
-    setScrollCell(CViewCell::ScrollerWidth, width);
+    scroll_.setThickness(*this, 0, width);
     forceUpdate();
 }
 
 void CViewArea::setScrollerHeight(double height) {
-    setScrollCell(CViewCell::ScrollerHeight, height);
+    scroll_.setThickness(*this, 1, height);
     forceUpdate();
 }
 
 void CViewArea::relayout() {
     CViewRelayout(*this).run();
-}
-
-CViewRect CViewArea::scrolledRect() const {
-    CViewRect rect = box();
-    if (isScrollable_) {
-        const double ratioX = value(CViewCell::RatioX);
-        const double ratioY = value(CViewCell::RatioY);
-        const double width = rect.width - value(CViewCell::ScrollerWidth);
-        const double height = rect.height - value(CViewCell::ScrollerHeight);
-        rect.x -= value(CViewCell::OffsetX) * width / ratioX;
-        rect.y -= value(CViewCell::OffsetY) * height / ratioY;
-        rect.width = width / ratioX;
-        rect.height = height / ratioY;
-    }
-    return rect;
 }
 
 CViewRect CViewArea::spreadOut(const CViewRect& rect) const {
@@ -371,7 +334,7 @@ CError* CViewArea::updateRectangles() {
     CViewRect whole;
     const bool isVisible = isEffectivelyVisible_;
     if (isVisible) {
-        whole = spreadOut(scrolledRect());
+        whole = spreadOut(scroll_.contentOf(*this));
         visible = spreadOut(box());
         if (CError* error = clipByAncestors(*this, visible)) {
             net_->addChanged(*this);

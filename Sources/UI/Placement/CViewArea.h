@@ -6,6 +6,7 @@
 #include "UI/Placement/CViewLengths.h"
 #include "UI/Placement/CViewRect.h"
 #include "UI/Placement/CViewRows.h"
+#include "UI/Placement/CViewScroll.h"
 
 namespace tarv {
 
@@ -165,10 +166,8 @@ private:
     void applyWidth();
     void applyHeight();
     void leaveMatch();
-    CViewRect scrolledRect() const;
     CViewRect spreadOut(const CViewRect& rect) const;
     void markDescendants();
-    void setScrollCell(CViewCell index, double value);
     void setBorderCells(CViewCell first, const CViewBorders& borders);
 
     CViewAreaUpdateHandler& handler_;
@@ -192,9 +191,7 @@ private:
     int32_t inlineAlignmentH_ = 0;
     int32_t inlineAlignmentV_ = 0;
     int32_t unclipLevel_ = 0;
-    double minRatioX_ = kLeastRatio;
-    double minRatioY_ = kLeastRatio;
-    static constexpr double kLeastRatio = 0.0001;
+    CViewScroll scroll_;
     CViewArea* matchTarget_ = nullptr;
     CArray<CViewArea*, 1> followers_;
     bool isValid_ = false;

@@ -1,4 +1,4 @@
-// The rules of placement once more, as a recursion from the root down: sizes from the content up, then places from the
+// The rules of placement once more, as a recursion from the root down: places from the
 // region down, then what the ancestors leave visible.
 
 #include "Tests/UI/Placement/PlacementReference.h"
@@ -6,155 +6,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Tests/UI/Placement/PlacementItem.h"
+
 namespace tarv {
 
 namespace {
-
-constexpr int kH = 0;
-constexpr int kV = 1;
-
-struct CItem {
-    const CPlacing* p = nullptr;
-    std::vector<CItem*> children;
-    CItem* parent = nullptr;
-    bool isShown = true;
-    float pos[2] = {0, 0};
-    float size[2] = {0, 0};
-    double halfDistance = 1.0;
-    bool isScrollerPart = false;
-    CViewRect whole;
-    CViewRect visible;
-};
-
-float lead(const CViewBorders& b, int axis) {
-    return static_cast<float>(axis == kH ? b.left : b.top);
-}
-float trail(const CViewBorders& b, int axis) {
-    return static_cast<float>(axis == kH ? b.right : b.bottom);
-}
-float both(const CViewBorders& b, int axis) {
-    return lead(b, axis) + trail(b, axis);
-}
-bool isDocked(const CItem& item) {
-    return item.isShown && item.p->placement >= CViewPlacement::Full && item.p->placement <= CViewPlacement::Right;
-}
-/// Docked at either end of an axis.
-bool isAtEnd(const CItem& item, int axis) {
-    const CViewPlacement low = axis == kH ? CViewPlacement::Left : CViewPlacement::Top;
-    const CViewPlacement high = axis == kH ? CViewPlacement::Right : CViewPlacement::Bottom;
-    return item.p->placement == low || item.p->placement == high;
-}
-float scroller(const CItem& item, int axis) {
-    if (!item.p->isScrollable) {
-        return 0.0f;
-    }
-    return static_cast<float>(axis == kH ? item.p->scrollerWidth : item.p->scrollerHeight);
-}
-
-std::vector<std::vector<CItem*>> rowsOf(const CItem& item) {
-    std::vector<std::vector<CItem*>> rows;
-    bool isOpen = false;
-    for (CItem* child : item.children) {
-        if (child->p->placement != CViewPlacement::Inline) {
-            continue;
-        }
-        isOpen = isOpen && !child->p->isNewRow;
-        if (child->isShown) {
-            if (!isOpen) {
-                rows.emplace_back();
-                isOpen = true;
-            }
-            rows.back().push_back(child);
-        }
-    }
-    return rows;
-}
-
-/// The size of a view on one axis, with the base that its parent gives.
-float sizeOf(const CItem& item, int axis, float base);
-
-float extentOf(const CItem& item, int axis, float base) {
-    return sizeOf(item, axis, base) + both(item.p->outer, axis);
-}
-
-/// Size of the content, of children that need no base.
-float contentOf(const CItem& item, int axis) {
-    const double fixed = axis == kH ? item.p->compactWidth : item.p->compactHeight;
-    if (fixed >= 0.0) {
-        return static_cast<float>(fixed);
-    }
-    const auto rows = rowsOf(item);
-    const int main = item.p->isVertical ? kV : kH;
-    float inlineSize = 0.0f;
-    for (const auto& row : rows) {
-        float length = 0.0f;
-        float thickness = 0.0f;
-        for (size_t i = 0; i < row.size(); ++i) {
-            const float extent = extentOf(*row[i], axis, 0.0f);
-            length += extent;
-            thickness = i == 0 ? extent : std::max(thickness, extent);
-        }
-        if (axis == main) {
-            inlineSize = &row == &rows.front() ? length : std::max(inlineSize, length);
-        } else {
-            inlineSize += thickness;
-        }
-    }
-    const CItem* last = nullptr;
-    for (const CItem* child : item.children) {
-        if (rows.empty() && isDocked(*child)) {
-            last = child;
-        }
-    }
-    bool hasSum = !rows.empty();
-    float sum = inlineSize;
-    std::vector<float> terms;
-    for (const CItem* child : item.children) {
-        if (!isDocked(*child)) {
-            continue;
-        }
-        const bool isAcross = isAtEnd(*child, 1 - axis);
-        if (!isAcross || child == last) {
-            sum += extentOf(*child, axis, 0.0f);
-            hasSum = true;
-        }
-        if (isAcross) {
-            terms.push_back(extentOf(*child, axis, 0.0f));
-        }
-    }
-    if (hasSum) {
-        terms.push_back(sum);
-    }
-    return terms.empty() ? 0.0f : *std::max_element(terms.begin(), terms.end());
-}
-
-float plainSize(const CItem& item, const CViewLength& length, int axis, float base) {
-    switch (length.mode) {
-        case CViewLengthMode::Fixed:
-            return static_cast<float>(length.value);
-        case CViewLengthMode::Compact:
-            return contentOf(item, axis) + both(item.p->inner, axis) + scroller(item, axis);
-        case CViewLengthMode::Percentage:
-            return base * static_cast<float>(length.value) - both(item.p->outer, axis);
-        case CViewLengthMode::Balanced: {
-            if (!item.parent) {
-                return 0.0f;
-            }
-            int count = 0;
-            for (const CItem* sibling : item.parent->children) {
-                count += sibling->isShown && sibling->p->placement <= CViewPlacement::Right;
-            }
-            return (count > 0 ? base / static_cast<float>(count) : base) - both(item.p->outer, axis);
-        }
-    }
-    return 0.0f;
-}
-
-float sizeOf(const CItem& item, int axis, float base) {
-    const CViewLength& length = axis == kH ? item.p->width : item.p->height;
-    const CViewLength& least = axis == kH ? item.p->minWidth : item.p->minHeight;
-    return std::max(plainSize(item, length, axis, base), plainSize(item, least, axis, base));
-}
 
 struct CSpace {
     float pos[2];
@@ -199,8 +55,8 @@ float aligned(float space, int32_t alignment) {
     return alignment == -1 ? 0.0f : alignment == 0 ? space * 0.5f : space;
 }
 
-void placeDockedAndInline(CItem& item) {
-    CSpace run = regionOf(item, true);
+/// Leaves the space for the inline children in `run`.
+void placeDocked(CItem& item, CSpace& run) {
     float base[2] = {0, 0};
     const CItem* previous = nullptr;
     for (CItem* child : item.children) {
@@ -233,11 +89,13 @@ void placeDockedAndInline(CItem& item) {
         }
         previous = child;
     }
+}
+
+void placeInline(CItem& item, CSpace run) {
     const auto rows = rowsOf(item);
     const int main = item.p->isVertical ? kV : kH;
     const int cross = 1 - main;
-    base[kH] = run.size[kH];
-    base[kV] = run.size[kV];
+    const float base[2] = {run.size[kH], run.size[kV]};
     std::vector<float> lengths;
     std::vector<float> thicknesses;
     float allThickness = 0.0f;
@@ -302,7 +160,9 @@ CItem& rootOf(CItem& item) {
 }
 
 void placeChildren(CItem& item) {
-    placeDockedAndInline(item);
+    CSpace run = regionOf(item, true);
+    placeDocked(item, run);
+    placeInline(item, run);
     for (CItem* child : item.children) {
         if (child->isShown && child->p->placement >= CViewPlacement::Overlay &&
             child->p->placement != CViewPlacement::Match) {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "Core/CHeap.h"
-#include "Tests/UI/BitmapHelp.h"
+#include "Tests/UI/Drawing/BitmapHelp.h"
 
 namespace tarv {
 namespace {

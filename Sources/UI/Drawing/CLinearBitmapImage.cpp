@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "Core/LittleEndian.h"
-#include "UI/Blend.h"
-#include "UI/CLinearBitmap.h"
+#include "UI/Drawing/Blend.h"
+#include "UI/Drawing/CLinearBitmap.h"
 #include "UI/Resources/RunCoding.h"
 
 namespace tarv {

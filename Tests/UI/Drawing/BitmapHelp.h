@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "Tests/UI/Resources/DataSetHelp.h"
-#include "UI/CLinearBitmap.h"
+#include "UI/Drawing/CLinearBitmap.h"
 
 namespace tarv {
 

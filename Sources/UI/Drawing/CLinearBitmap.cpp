@@ -1,9 +1,9 @@
-#include "UI/CLinearBitmap.h"
+#include "UI/Drawing/CLinearBitmap.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "UI/Blend.h"
+#include "UI/Drawing/Blend.h"
 
 namespace tarv {
 

@@ -4,7 +4,7 @@
 
 #include "Core/CCheckedObject.h"
 #include "Core/CError.h"
-#include "UI/CIntRect.h"
+#include "UI/Drawing/CIntRect.h"
 #include "UI/Resources/CImage.h"
 #include "UI/Resources/CPalette.h"
 

@@ -1,8 +1,8 @@
-#include "UI/Blend.h"
+#include "UI/Drawing/Blend.h"
 
 #include <gtest/gtest.h>
 
-#include "Tests/UI/BitmapHelp.h"
+#include "Tests/UI/Drawing/BitmapHelp.h"
 
 namespace tarv {
 namespace {
