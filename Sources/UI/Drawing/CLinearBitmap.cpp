@@ -26,8 +26,11 @@ CError* CLinearBitmap::resize(int32_t width, int32_t height) {
     return nullptr;
 }
 
-void CLinearBitmap::clear() {
-    std::fill_n(pixels_, int64_t{width_} * height_, 0);
+void CLinearBitmap::clearRect(const CIntRect& rect) {
+    const CIntRect seen = rect.intersection(bounds());
+    for (int32_t y = seen.top; y < seen.bottom && !seen.isEmpty(); ++y) {
+        std::fill(row(y) + seen.left, row(y) + seen.right, 0);
+    }
 }
 
 void CLinearBitmap::copyRectFrom(const CLinearBitmap& other, const CIntRect& rect) {

@@ -4,7 +4,7 @@
 
 #include "Core/CCheckedObject.h"
 #include "Core/CError.h"
-#include "UI/Drawing/CIntRect.h"
+#include "Platform/IntRect.h"
 #include "UI/Resources/CImage.h"
 #include "UI/Resources/CPalette.h"
 
@@ -33,7 +33,8 @@ public:
     const CPixel* row(int32_t y) const { return pixels_ + int64_t{y} * width_; }
 
     /// All pixels 0.
-    void clear();
+    void clear() { clearRect(bounds()); }
+    void clearRect(const CIntRect& rect);
     /// What both have, at the same place. The size stays.
     void copyFrom(const CLinearBitmap& other) { copyRectFrom(other, bounds()); }
     void copyRectFrom(const CLinearBitmap& other, const CIntRect& rect);

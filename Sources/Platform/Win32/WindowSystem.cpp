@@ -1,0 +1,11 @@
+// The windows of Windows: none yet.
+
+#include "Platform/WindowSystem.h"
+
+namespace tarv {
+
+CWindowSystem* systemWindows() {
+    return nullptr;
+}
+
+}  // namespace tarv

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "UI/Drawing/CLinearBitmapDC.h"
+#include "UI/Views/CSector.h"
+
+namespace tarv {
+
+/// The tiles of one window: which views touch them, what of them is dirty, and their pictures. A view joins at its
+/// first rectangle that is not empty and leaves with an empty one. Thread: that of the window. Only resize, and a tile
+/// that gets more views than ever, allocate.
+class CSectorMap : public CHeapObject {
+public:
+    CSectorMap() = default;
+    ~CSectorMap();
+    CSectorMap(const CSectorMap&) = delete;
+    CSectorMap& operator=(const CSectorMap&) = delete;
+
+    /// For a window of that many pixels, rounded: (width >> 7) + 1 columns, and rows likewise. Tiles that stay at their
+    /// place keep their views; all is dirty. A size of 0 leaves no tile. On failure there are none.
+    [[nodiscard]] CError* resize(double width, double height);
+    int32_t columns() const { return columns_; }
+    int32_t rows() const { return rows_; }
+    bool isEmpty() const { return sectors_.isEmpty(); }
+    const CSector& sector(int32_t column, int32_t row) const { return *sectors_[row * columns_ + column]; }
+
+    /// The visible rectangle of a view has changed: the old place is dirty, and the view joins and leaves tiles. Its
+    /// new place becomes dirty by invalidate.
+    void updateView(CSectorView& view, const CViewRect& oldRect, const CViewRect& newRect);
+    /// A view goes; `rect` is its last visible rectangle.
+    void removeView(CSectorView& view, const CViewRect& rect);
+    /// What lies in a rectangle is to be drawn anew, for the sake of one view, or of all with null.
+    void invalidate(const CViewRect& rect, const CSectorView* view);
+
+    /// The topmost view at a point of the window, rounded, that is shown and not decorative; with `below`, the next one
+    /// under that view. Null for none.
+    CSectorView* viewAt(double x, double y, const CSectorView* below = nullptr) const;
+
+    /// Something is to be drawn.
+    bool isDirty() const { return !dirty_.isEmpty(); }
+    /// Draws the dirty tiles, and calls `show(column, row, rect, surface, surfaceRow)` for each that changed: `rect` in
+    /// pixels of the tile, whose rows begin at `surfaceRow` of the surface.
+    template <class Show, class Report>
+    void render(Show&& show, Report&& report) {
+        for (const int32_t index : dirty_) {
+            CSector& sector = *sectors_[index];
+            CIntRect drawn;
+            sector.isListed = false;
+            sector.draw(scratch_, drawn, report);
+            if (!drawn.isEmpty()) {
+                show(sector.column(), sector.row(), drawn, *tiles_.surface(), index * CSector::kSize);
+            }
+        }
+        dirty_.clear();
+    }
+    /// Calls `show` for each tile that a rectangle of the window touches, with what it touches.
+    template <class Show>
+    void present(const CIntRect& rect, Show&& show) const;
+
+private:
+    /// Tiles from first to last, without those; empty if first is behind last.
+    struct CSpan {
+        int32_t firstColumn = 0;
+        int32_t firstRow = 0;
+        int32_t lastColumn = -1;
+        int32_t lastRow = -1;
+
+        bool holds(int32_t column, int32_t row) const {
+            return column >= firstColumn && column <= lastColumn && row >= firstRow && row <= lastRow;
+        }
+        bool operator==(const CSpan&) const = default;
+    };
+    CSpan spanOf(const CViewRect& rect) const;
+    template <class Visit>
+    void forEachIn(const CSpan& span, Visit&& visit) {
+        for (int32_t row = span.firstRow; row <= span.lastRow; ++row) {
+            for (int32_t column = span.firstColumn; column <= span.lastColumn; ++column) {
+                visit(row * columns_ + column);
+            }
+        }
+    }
+    void markDirty(int32_t index, const CViewRect& rect, const CSectorView* view);
+    void freeSectors();
+
+    int32_t columns_ = 0;
+    int32_t rows_ = 0;
+    CArray<CSector*, 4> sectors_;
+    CArray<int32_t, 16> dirty_;
+    CLinearBitmapDC tiles_;
+    CLinearBitmap caches_;
+    CLinearBitmap scratch_;
+};
+
+template <class Show>
+void CSectorMap::present(const CIntRect& rect, Show&& show) const {
+    for (int32_t i = 0; i < sectors_.count(); ++i) {
+        const int32_t x = sectors_[i]->column() * CSector::kSize;
+        const int32_t y = sectors_[i]->row() * CSector::kSize;
+        const CIntRect own = CIntRect{rect.left - x, rect.top - y, rect.right - x, rect.bottom - y}.intersection(
+            {0, 0, CSector::kSize, CSector::kSize});
+        if (!own.isEmpty()) {
+            show(sectors_[i]->column(), sectors_[i]->row(), own, *tiles_.surface(), i * CSector::kSize);
+        }
+    }
+}
+
+}  // namespace tarv
