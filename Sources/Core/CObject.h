@@ -163,6 +163,9 @@ public:
     const CString& errorContextName() const { return fullName_; }
 
 protected:
+    /// Makes of a value what is stored under that name: here, its expressions are replaced. Called for each setting,
+    /// before the handler.
+    virtual void prepareAttribute(const CString& name, CAttributeValue& value);
     /// Destroys the children from last to first. For destructors whose class the children still need whole.
     void destroyChildren();
     /// Makes this object a thread anchor.

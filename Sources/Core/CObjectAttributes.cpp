@@ -90,7 +90,7 @@ CError* CObject::setAttribute(const CString& name, const CAttributeValue& value,
         return nullptr;
     }
     CAttributeValue stored = value;
-    expandValue(*this, name, stored);
+    prepareAttribute(name, stored);
     attributes_[name] = stored;
     const CObjectWatch watch(*this);
     CError* error = callHandler(name, immediate);
@@ -105,6 +105,10 @@ CError* CObject::setAttribute(const CString& name, const CAttributeValue& value,
     }
     TARV_TRY(error);
     return nullptr;
+}
+
+void CObject::prepareAttribute(const CString& name, CAttributeValue& value) {
+    expandValue(*this, name, value);
 }
 
 CError* CObject::callHandler(const CString& name, bool immediate) {
