@@ -95,6 +95,15 @@ const CNotifyServer::CListener* CNotifyServer::findListener(const CEvent& event,
     return nullptr;
 }
 
+bool CNotifyServer::hasListeners(const CString& senderName, const CString& eventName) {
+    const CEventRef event = findEvent(eventName);
+    if (!event) {
+        return false;
+    }
+    CLockScope scope(event->lock);
+    return event->senders.find(senderName) != event->senders.end();
+}
+
 bool CNotifyServer::isRegistered(const CObject& listener, const CString& senderName, const CString& eventName,
                                  int32_t listenerId) {
     const CEventRef event = findEvent(eventName);

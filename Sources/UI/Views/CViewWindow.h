@@ -1,14 +1,18 @@
 #pragma once
 
-#include "Core/CString.h"
+#include "Core/CAttribute.h"
+#include "Core/CError.h"
 #include "Platform/Pointer.h"
 
 namespace tarv {
 
+class CInputListener;
 class CSectorMap;
 class CViewBase;
+class CViewBaseCtlEvents;
 
-/// What views ask of the window that they stand in. The window outlives its views. Thread: that of the window.
+/// What views ask of the window that they stand in. A window that goes before its views leaves its root view first.
+/// Thread: that of the window.
 class CViewWindow {
 public:
     virtual CSectorMap& sectorMap() = 0;
@@ -21,6 +25,17 @@ public:
     /// The line of the status bar; empty for none.
     virtual void setHint(const CString& hint) = 0;
     virtual void setCursor(CCursorShape shape) = 0;
+    /// Null in a window that takes no input.
+    virtual CInputListener* input() { return nullptr; }
+    /// Opens a popup of a template for a view, with the parameters that UI/Windows/CPopups.h documents; closes the one
+    /// that this opener has open. A window without popups does nothing.
+    [[nodiscard]] virtual CError* openPopup(CViewBaseCtlEvents& opener, const CString& templateName,
+                                            CAttributeMap& params) {
+        (void)opener;
+        (void)templateName;
+        (void)params;
+        return nullptr;
+    }
 
 protected:
     ~CViewWindow() = default;

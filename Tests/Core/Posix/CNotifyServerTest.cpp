@@ -124,6 +124,17 @@ TEST_F(CNotifyTest, AnEventWithoutListenersAddsOnlySenderAndName) {
     EXPECT_EQ(params.count("listener"), 0u);
 }
 
+TEST_F(CNotifyTest, ASenderCanAskWhetherItHasListeners) {
+    CNotifyServer& server = *root->notifyServer();
+    EXPECT_FALSE(server.hasListeners("ui.sender", "update"));
+    at("ui.one")->listenObject("ui.sender", "update", "receive");
+    EXPECT_TRUE(server.hasListeners("ui.sender", "update"));
+    EXPECT_FALSE(server.hasListeners("ui.two", "update"));
+    EXPECT_FALSE(server.hasListeners("ui.sender", "other"));
+    delete at("ui.one");
+    EXPECT_FALSE(server.hasListeners("ui.sender", "update"));
+}
+
 TEST_F(CNotifyTest, ListenersHearInTheOrderOfRegistration) {
     for (const char* name : {"ui.three", "ui.one", "ui.two"}) {
         at(name)->listenObject("ui.sender", "update", "receive-short");

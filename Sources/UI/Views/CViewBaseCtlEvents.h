@@ -1,0 +1,104 @@
+#pragma once
+
+#include "Core/CString.h"
+#include "UI/Views/CViewBase.h"
+
+namespace tarv {
+
+/// The states that input sets on a view.
+enum class CInputState : uint8_t { Hover, Pushed };
+
+/// A view that takes input. The router of the window (CInputRouter) decides which view gets what, and calls the virtual
+/// operations below, each named after its event. Their parameters are those of the event: `actual-x` and `actual-y` in
+/// pixels of the window, `is-alt`, `is-ctrl`, `is-shift`, and what the event adds. Thread: that of the window.
+class CViewBaseCtlEvents : public CViewBase {
+public:
+    ~CViewBaseCtlEvents() override;
+    [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
+    /// Reads the flags below and the hint from the attributes of the same names; a change of one counts at once.
+    [[nodiscard]] CError* init() override;
+
+    /// Each may destroy this view. A failure is logged by the window, and the input goes on. Here, each passes its
+    /// event on by inputEvent.
+    [[nodiscard]] virtual CError* mouseEnter(CAttributeMap& params);
+    [[nodiscard]] virtual CError* mouseExit(CAttributeMap& params);
+    /// `button`, `is-button-l`, `is-button-r`. While a press is held, the view that took it gets all moves.
+    [[nodiscard]] virtual CError* mouseMove(CAttributeMap& params);
+    /// `is-double-click`. Each press is followed by one release or one cancel, unless the view is destroyed before.
+    [[nodiscard]] virtual CError* mousePress(CAttributeMap& params);
+    [[nodiscard]] virtual CError* mousePressR(CAttributeMap& params);
+    [[nodiscard]] virtual CError* mouseRelease(CAttributeMap& params);
+    [[nodiscard]] virtual CError* mouseReleaseR(CAttributeMap& params);
+    [[nodiscard]] virtual CError* mouseCancel(CAttributeMap& params);
+    [[nodiscard]] virtual CError* mouseCancelR(CAttributeMap& params);
+    /// `delta` in notches, up is positive. Goes on to the parent unless setHandled was called.
+    [[nodiscard]] virtual CError* mouseWheel(CAttributeMap& params);
+    /// `keycode`, `is-tab`, and `characters`, what the key types. Goes on to the host unless setHandled was called; a
+    /// tab moves the focus first.
+    [[nodiscard]] virtual CError* keyPress(CAttributeMap& params);
+    [[nodiscard]] virtual CError* keyRelease(CAttributeMap& params);
+    [[nodiscard]] virtual CError* focusLost(CAttributeMap& params);
+    /// The hint is about to be shown: a view whose hint changes with the pointer sets it here.
+    [[nodiscard]] virtual CError* hintUpdate(CAttributeMap& params);
+    /// The press is still held: repeated at the rate of the window, with the position in the view as `actual-x` and
+    /// `actual-y`.
+    [[nodiscard]] virtual CError* autoClick(CAttributeMap& params);
+
+    /// Sets or unsets the state `hover` or `pushed`; called before the event that goes with it. Here, nothing happens.
+    [[nodiscard]] virtual CError* setInputState(CInputState state, bool isSet);
+
+    /// Hover and presses climb to the nearest input view: one that overrides a mouse operation, has a command on a
+    /// mouse event, or is focusable. Classes and views of the first two kinds override this; here, it is isFocusable.
+    virtual bool isInputView() const { return isFocusable_; }
+
+    /// `is-click-through`; without it, `is-child-click-through` of the nearest ancestor that has it.
+    bool isClickThrough() const;
+    bool isFocusable() const { return isFocusable_; }
+    /// `is-intercepting`: takes what is aimed at views below it.
+    bool isIntercepting() const { return isIntercepting_; }
+    /// `is-intercepting-allow-childs`: as isIntercepting, but input views below it get theirs.
+    bool isInterceptingAllowChilds() const { return isInterceptingAllowChilds_; }
+    /// `is-disabled` of this view or an ancestor: takes no input.
+    bool isDisabled() const;
+    const CString& hint() const { return getAttrString("hint"); }
+    /// The parent where it takes input too, or null.
+    CViewBaseCtlEvents* parentInput() const { return parentInput_; }
+
+    /// Marks the wheel or the key as taken, so that neither goes on to a parent or to the host.
+    static void setHandled(CAttributeMap& params);
+    static bool isHandled(const CAttributeMap& params);
+
+    /// Opens or closes a popup; see CViewWindow::openPopup. Without a window nothing happens.
+    [[nodiscard]] CError* openPopup(const CString& templateName, CAttributeMap& params);
+
+protected:
+    /// What every operation above ends in: sends the event `name` of this object to its listeners. A class with
+    /// commands runs those of the event first.
+    [[nodiscard]] virtual CError* inputEvent(const CString& name, CAttributeMap& params);
+    /// Ends what input holds of this view: to be called first in the destructors of classes whose children must still
+    /// be there. A root view's window cancels a press that is held; then the views below are destroyed.
+    void endInput();
+
+private:
+    [[nodiscard]] CError* readClickThrough();
+    [[nodiscard]] CError* readChildClickThrough();
+    [[nodiscard]] CError* readFocusable();
+    [[nodiscard]] CError* readIntercepting();
+    [[nodiscard]] CError* readInterceptingAllowChilds();
+    [[nodiscard]] CError* readDisabled();
+    [[nodiscard]] CError* readHint();
+    bool childrenAreClickThrough() const;
+
+    enum class CInherited : uint8_t { None, No, Yes };
+    CInherited inherited(const char* attribute) const;
+
+    CViewBaseCtlEvents* parentInput_ = nullptr;
+    CInherited clickThrough_ = CInherited::None;
+    CInherited childClickThrough_ = CInherited::None;
+    bool isFocusable_ = false;
+    bool isIntercepting_ = false;
+    bool isInterceptingAllowChilds_ = false;
+    bool isDisabled_ = false;
+};
+
+}  // namespace tarv
