@@ -60,6 +60,7 @@
 #include "Core/CSharedAttribute.h"
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Resources/CFontObject.h"
+#include "UI/Views/CView.h"
 
 namespace tarv {
 
@@ -129,6 +130,10 @@ const CCreatorRow kCreatorRows[] = {
     {"imageset", &createObject<CImageSetObject>, nullptr},
     {"palette", &createObject<CPaletteObject>, nullptr},
     {"ui:ui-event-bridge", &createObject<CStdEventBridge>, nullptr},
+    {"ui:view", &createObject<CView>, &CView::initClass},
+    {"ui:view-color-slot", &createObject<CViewColorSlot>, &CViewColorSlot::initClass},
+    {"ui:view-command", &createObject<CViewCommand>, nullptr},
+    {"ui:view-state", &createObject<CViewState>, nullptr},
 };
 const int32_t kCreatorRowCount = static_cast<int32_t>(std::size(kCreatorRows));
 

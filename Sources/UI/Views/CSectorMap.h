@@ -35,6 +35,11 @@ public:
     /// under that view. Null for none.
     CSectorView* viewAt(double x, double y, const CSectorView* below = nullptr) const;
 
+    /// What drawing has cost since the last reset: 500 for each picture, and its pixels.
+    int64_t load() const { return load_; }
+    void addLoad(int64_t load) { load_ += load; }
+    void resetLoad() { load_ = 0; }
+
     /// Something is to be drawn.
     bool isDirty() const { return !dirty_.isEmpty(); }
     /// Draws the dirty tiles, and calls `show(column, row, rect, surface, surfaceRow)` for each that changed: `rect` in
@@ -83,6 +88,7 @@ private:
 
     int32_t columns_ = 0;
     int32_t rows_ = 0;
+    int64_t load_ = 0;
     CArray<CSector*, 4> sectors_;
     CArray<int32_t, 16> dirty_;
     CLinearBitmapDC tiles_;

@@ -1,0 +1,163 @@
+#include "UI/Views/CViewCommand.h"
+
+#include <optional>
+
+#include "Core/CObjectWatch.h"
+#include "Core/CSharedAttribute.h"
+#include "Core/Log.h"
+#include "UI/Views/CViewBaseState.h"
+
+namespace tarv {
+
+namespace {
+
+void logMissing(const CString& path, const CObject& command) {
+    logLineIn(CString("Target not found: ") + path, command.fullName());
+}
+
+/// Absent, a flag is false; only views are visible by default.
+bool readFlag(const CObject& object, const CString& name) {
+    return object.getAttrBoolOr(name, name == CString("is-visible"));
+}
+
+CSharedAttribute* findSharedAttribute(const CObject& view, const CString& name) {
+    CSharedAttribute* found = view.findObjectOf<CSharedAttribute>(name);
+    for (const char* store : {"ui.global-data.", "ui.local-data.", "global-data.", "local-data."}) {
+        found = found ? found : view.findObjectOf<CSharedAttribute>(CString(store) + name);
+    }
+    return found;
+}
+
+}  // namespace
+
+CError* CViewCommand::run(CViewBaseState& view, const CAttributeMap& params) {
+    if (isRunning_) {
+        return nullptr;
+    }
+    const CObjectWatch watch(*this);
+    isRunning_ = true;
+    CError* error = runSteps(view, params);
+    if (!watch.isAlive()) {
+        return error;
+    }
+    isRunning_ = false;
+    TARV_TRY(error);
+    return nullptr;
+}
+
+CObject* CViewCommand::targetOf(CViewBaseState& view, const char* attribute) {
+    const CString& path = getAttrString(attribute);
+    if (path.isEmpty()) {
+        return &view;
+    }
+    CObject* target = view.findObject(path);
+    if (!target) {
+        logMissing(path, *this);
+    }
+    return target;
+}
+
+/// A target that is missing has no states.
+bool CViewCommand::areConditionsMet(const CViewBaseState* target) const {
+    for (const CString& name : getAttrString("condition-state-set").split(' ')) {
+        if (!target || !target->isStateSet(name)) {
+            return false;
+        }
+    }
+    for (const CString& name : getAttrString("condition-state-unset").split(' ')) {
+        if (target && target->isStateSet(name)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+CError* CViewCommand::runSteps(CViewBaseState& view, const CAttributeMap& params) {
+    auto* target = dynamic_cast<CViewBaseState*>(targetOf(view, "state-target"));
+    if (!areConditionsMet(target)) {
+        return nullptr;
+    }
+    const CObjectWatch own(*this);
+    const CObjectWatch ofView(view);
+    std::optional<CObjectWatch> ofTarget;
+    if (target) {
+        ofTarget.emplace(*target);
+    }
+    const auto isAlive = [&] { return own.isAlive() && ofView.isAlive(); };
+    CError* error = runEvent(view, params);
+    if (!error && isAlive() && ofTarget && ofTarget->isAlive()) {
+        error = changeStates(*target);
+    }
+    if (!error && isAlive()) {
+        error = toggleAttribute(view);
+    }
+    if (!error && isAlive()) {
+        error = resetSharedAttribute(view);
+    }
+    return error;
+}
+
+CError* CViewCommand::runEvent(CViewBaseState& view, const CAttributeMap& params) {
+    const CString name(getAttrString("run-event"));
+    if (name.isEmpty()) {
+        return nullptr;
+    }
+    CObject* receiver = targetOf(view, "run-event-target");
+    if (!receiver) {
+        return nullptr;
+    }
+    CAttributeMap sent;
+    if (getAttrBool("run-event-forward-params")) {
+        sent = params;
+    }
+    const CString& path = getAttrString("run-event-params");
+    if (const CObject* source = findObject(path.isEmpty() ? CString(".run-event-params") : path)) {
+        for (const auto& attribute : source->attributes()) {
+            if (attribute.first != CString("name") && attribute.first != CString("full-name")) {
+                sent[attribute.first] = attribute.second;
+            }
+        }
+    } else if (!path.isEmpty()) {
+        logMissing(path, *this);
+    }
+    return deliverEvent(*receiver, name, sent);
+}
+
+CError* CViewCommand::changeStates(CViewBaseState& target) {
+    const CObjectWatch own(*this);
+    const CObjectWatch ofTarget(target);
+    using CChange = CError* (CViewBaseState::*)(const CString&, CStateChange);
+    constexpr std::pair<const char*, CChange> kSteps[] = {{"set-state", &CViewBaseState::setState},
+                                                          {"unset-state", &CViewBaseState::unsetState},
+                                                          {"toggle-state", &CViewBaseState::toggleState}};
+    for (const auto& [attribute, change] : kSteps) {
+        const CString names(getAttrString(attribute));
+        CError* error = (target.*change)(names, CStateChange::Morphed);
+        if (error || !own.isAlive() || !ofTarget.isAlive()) {
+            return error;
+        }
+    }
+    return nullptr;
+}
+
+CError* CViewCommand::toggleAttribute(CViewBaseState& view) {
+    const CString name(getAttrString("toggle-attr"));
+    return name.isEmpty() ? nullptr : view.setAttribute(name, CAttributeValue::fromBool(!readFlag(view, name)));
+}
+
+CError* CViewCommand::resetSharedAttribute(CViewBaseState& view) {
+    const CString& name = getAttrString("reset-shared-attr");
+    if (name.isEmpty()) {
+        return nullptr;
+    }
+    CSharedAttribute* shared = findSharedAttribute(view, name);
+    if (!shared) {
+        logMissing(name, *this);
+        return nullptr;
+    }
+    const CObject& source = hasAttr("def-value") ? static_cast<const CObject&>(*this) : *shared;
+    const CString value(source.getAttrString("def-value"));
+    return shared->setAttributePlain(CString(shared->getAttrString("attribute")), value);
+}
+
+}  // namespace tarv
