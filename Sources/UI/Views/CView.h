@@ -115,6 +115,7 @@ private:
     bool isColorMorphing_ = false;
     uint32_t frame_ = 0;
     double nextFrameTime_ = 0.0;
+    bool hasFrameTime_ = false;
     bool isGradientRunning_ = false;
 };
 

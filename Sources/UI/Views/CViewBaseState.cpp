@@ -130,10 +130,16 @@ void CViewBaseState::activate(const CString& name) {
             duration = std::max(duration, state->duration());
         }
     }
-    active_[name] = CActive{now() + duration, duration > 0.0};
     if (duration > 0.0) {
-        startTimer();
+        activateTimed(name, duration);
+    } else {
+        active_[name] = CActive();
     }
+}
+
+void CViewBaseState::activateTimed(const CString& name, double duration) {
+    active_[name] = CActive{now() + duration, true, window() == nullptr};
+    startTimer();
 }
 
 CString CViewBaseState::activeNames() const {
@@ -216,8 +222,7 @@ CError* CViewBaseState::setStateTimed(const CString& name, double duration) {
     if (error || !watch.isAlive() || !isStateSet(name)) {
         return error;
     }
-    active_[name] = CActive{now() + duration, true};
-    startTimer();
+    activateTimed(name, duration);
     return nullptr;
 }
 
@@ -313,9 +318,13 @@ bool CViewBaseState::isMoving() const {
 CError* CViewBaseState::endStates(double time) {
     // A handler may set the same state anew, for the next tick to end.
     CArray<CString, 4> ended;
-    for (const auto& active : active_) {
-        if (active.second.isTimed && active.second.end <= time) {
-            ended.append(active.first);
+    for (auto& [name, active] : active_) {
+        if (active.isWaiting) {
+            active.end += time;
+            active.isWaiting = false;
+        }
+        if (active.isTimed && active.end <= time) {
+            ended.append(name);
         }
     }
     const CObjectWatch watch(*this);

@@ -78,6 +78,7 @@ private:
     struct CActive {
         double end = 0.0;
         bool isTimed = false;
+        bool isWaiting = false;  ///< no clock yet: `end` counts from the first render tick
     };
     template <class T>
     using CNamed = std::map<CString, T, std::less<CString>, CHeapAllocator<std::pair<const CString, T>>>;
@@ -87,6 +88,7 @@ private:
     [[nodiscard]] CError* changeState(const CString& name, bool isSet, CStateChange change);
     [[nodiscard]] CError* changeEach(const CString& names, CStateChange change, bool (*isSet)(bool wasSet));
     void activate(const CString& name);
+    void activateTimed(const CString& name, double duration);
     bool hasStateObject(const CString& name) const;
     CString activeNames() const;
     double morphSecondsOf(const CString& name) const;

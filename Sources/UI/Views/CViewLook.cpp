@@ -164,9 +164,14 @@ bool CView::animate(double time) {
         }
         isOther = true;
     }
+    const double fps = isGradientRunning_ ? gradientFps() : 0.0;
+    if (isGradientRunning_ && !hasFrameTime_) {
+        // Views are there before their clock is.
+        nextFrameTime_ = time + 1.0 / fps;
+        hasFrameTime_ = true;
+    }
     if (isGradientRunning_ && time >= nextFrameTime_) {
         // Steps by the clock, not by the tick.
-        const double fps = gradientFps();
         const double steps = std::floor((time - nextFrameTime_) * fps) + 1.0;
         nextFrameTime_ += steps / fps;
         stepFrames(static_cast<uint32_t>(std::fmod(steps, 4294967296.0)));
@@ -201,6 +206,7 @@ void CView::updateGradient() {
     const bool wasRunning = isGradientRunning_;
     isGradientRunning_ = hasFrames && getAttrBool("is-gradient-animated");
     if (isGradientRunning_ && !wasRunning) {
+        hasFrameTime_ = window() != nullptr;
         nextFrameTime_ = now() + 1.0 / gradientFps();
         startTimer();
     }

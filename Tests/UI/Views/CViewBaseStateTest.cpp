@@ -214,6 +214,15 @@ TEST_F(ViewState, ADurationOfAStateEndsItAndThatOfTheViewIsOnlyADefault) {
     EXPECT_FALSE(a.isStateSet("plain"));
 }
 
+TEST_F(ViewState, AStateOfTheLoadCountsItsTimeFromTheFirstTick) {
+    CView& a = openButton({{"state", "short"}}, {state("short", {{"duration", "0.1"}})});
+    tick();
+    tick(0.05);
+    EXPECT_TRUE(a.isStateSet("short"));
+    tick(0.06);
+    EXPECT_FALSE(a.isStateSet("short"));
+}
+
 TEST_F(ViewState, AStateThatIsSetAgainByTimeGetsTheNewEnd) {
     CView& a = openButton();
     ASSERT_EQ(consumed(a.setStateTimed("error", 0.2)), "");
