@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "Core/Log.h"
 #include "UI/Placement/CViewArea.h"
@@ -109,21 +110,22 @@ bool CViewAreaNet::isSound(const CViewFormula& formula) const {
     return !formula.isBroken();
 }
 
-/// Calls `visit(id)` for each cell that a formula names.
+/// Calls `visit(id)` for each cell, or each constant, that a formula names.
 template <class Visit>
-static void forEachNamedCell(const CArray<uint16_t, 12>& tokens, Visit&& visit) {
+static void forEachNamed(const CArray<uint16_t, 12>& tokens, CViewToken kind, Visit&& visit) {
     for (int32_t i = 0; i < tokens.count(); ++i) {
         const auto token = static_cast<CViewToken>(tokens[i]);
-        if (token == CViewToken::Cell) {
-            visit(tokens[++i]);
-        } else if (token == CViewToken::Constant) {
+        if (token == CViewToken::Cell || token == CViewToken::Constant) {
             ++i;
+            if (token == kind) {
+                visit(tokens[i]);
+            }
         }
     }
 }
 
 void CViewAreaNet::link(CViewCellId id) {
-    forEachNamedCell(at(id).tokens, [&](CViewCellId named) {
+    forEachNamed(at(id).tokens, CViewToken::Cell, [&](CViewCellId named) {
         if (at(named).dependents.indexOf(id) < 0) {
             at(named).dependents.append(id);
         }
@@ -131,7 +133,7 @@ void CViewAreaNet::link(CViewCellId id) {
 }
 
 void CViewAreaNet::unlink(CViewCellId id) {
-    forEachNamedCell(at(id).tokens, [&](CViewCellId named) {
+    forEachNamed(at(id).tokens, CViewToken::Cell, [&](CViewCellId named) {
         const int32_t index = at(named).dependents.indexOf(id);
         if (index >= 0) {
             at(named).dependents.removeAt(index);
@@ -145,8 +147,36 @@ uint16_t CViewAreaNet::constantIndex(float value) {
             return static_cast<uint16_t>(i);
         }
     }
+    if (!freeConstants_.isEmpty()) {
+        const uint16_t index = freeConstants_.last();
+        freeConstants_.removeLast();
+        constants_[index] = value;
+        return index;
+    }
     constants_.append(value);
     return static_cast<uint16_t>(constants_.count() - 1);
+}
+
+/// A size that morphs leaves a constant at each tick: those that no formula names are used anew.
+void CViewAreaNet::freeConstants() {
+    if (!freeConstants_.isEmpty() || constants_.count() < constantLimit_) {
+        return;
+    }
+    isConstantNamed_.clear();
+    isConstantNamed_.resize(constants_.count());
+    for (const CCell* block : blocks_) {
+        for (int32_t i = 0; i < kBlockCells; ++i) {
+            forEachNamed(block[i].tokens, CViewToken::Constant, [&](uint16_t index) { isConstantNamed_[index] = 1; });
+        }
+    }
+    for (int32_t i = 0; i < constants_.count(); ++i) {
+        if (!isConstantNamed_[i]) {
+            // Near to nothing, so that nobody finds it.
+            constants_[i] = std::numeric_limits<float>::quiet_NaN();
+            freeConstants_.append(static_cast<uint16_t>(i));
+        }
+    }
+    constantLimit_ = std::max(kLeastConstants, (constants_.count() - freeConstants_.count()) * 2);
 }
 
 void CViewAreaNet::enqueue(CViewCellId id) {
@@ -245,6 +275,8 @@ CError* CViewAreaNet::flush() {
         return nullptr;
     }
     isFlushing_ = true;
+    // Here nobody is in the middle of writing a formula.
+    freeConstants();
     CError* error = nullptr;
     while (!error && !isIdle()) {
         relayoutAll();

@@ -47,8 +47,11 @@ public:
     bool hasFormula(CViewCellId id) const { return !at(id).tokens.isEmpty(); }
     const CArray<uint16_t, 12>& tokens(CViewCellId id) const { return at(id).tokens; }
 
+    /// Place of a constant, or of one that is near. It stays while a formula names it, otherwise until the next flush.
     uint16_t constantIndex(float value);
     float constant(uint16_t index) const { return constants_[index]; }
+    /// Places of constants, those that wait to be used anew included.
+    int32_t constantCount() const { return constants_.count(); }
 
     /// While one lives, formulas are written and nothing is evaluated; the end of the last one evaluates all.
     class CBatch {
@@ -82,6 +85,7 @@ public:
     [[nodiscard]] CError* flush();
 
 private:
+    static constexpr int32_t kLeastConstants = 64;
     static constexpr int32_t kBlockBits = 9;
     static constexpr int32_t kBlockCells = 1 << kBlockBits;
 
@@ -108,12 +112,16 @@ private:
     void evaluateWaiting();
     void store(CViewCellId id, float value);
     bool isSound(const CViewFormula& formula) const;
+    void freeConstants();
     void serve(CAreaList& list);
     void relayoutAll();
     [[nodiscard]] CError* updateAll();
     [[nodiscard]] CError* notifyAll();
 
     CArray<float, 8> constants_;
+    CArray<uint16_t, 8> freeConstants_;
+    CArray<uint8_t, 8> isConstantNamed_;
+    int32_t constantLimit_ = kLeastConstants;  ///< so many places are filled before the unused ones are looked for
     CArray<CCell*, 4> blocks_;
     CViewCellId firstFree_ = kNoViewCell;
     int32_t cellCount_ = 0;

@@ -106,6 +106,22 @@ TEST_F(ViewAreaNet, WhatIsNoNumberIsNotStored) {
     EXPECT_EQ(net.value(b), 0.0f);
 }
 
+TEST_F(ViewAreaNet, ConstantsThatNoFormulaNamesAreUsedAnew) {
+    const CViewCellId rest = follow(CViewFormula(net).number(7.5f));
+    const CViewCellId moving = net.allocCell(nullptr);
+    for (int32_t i = 0; i < 70000; ++i) {
+        const float value = 1000.0f + 0.25f * static_cast<float>(i);
+        net.setFormula(moving, CViewFormula(net).number(value));
+        ASSERT_EQ(net.value(moving), value);
+        ASSERT_FALSE(net.flush());
+    }
+    EXPECT_LE(net.constantCount(), 64);
+    // What rests keeps its own, also when it is evaluated again.
+    net.dropFormula(rest);
+    net.setFormula(rest, CViewFormula(net).number(7.5f));
+    EXPECT_EQ(net.value(rest), 7.5f);
+}
+
 TEST_F(ViewAreaNet, ConstantsThatAreNearShareAPlace) {
     const uint16_t first = net.constantIndex(1.0f);
     EXPECT_EQ(net.constantIndex(1.00009f), first);
