@@ -32,7 +32,8 @@ public:
     /// As send, but each listener gets a post, also those of this thread: for a sender that holds a lock under which
     /// no handler shall run. Any thread.
     [[nodiscard]] CError* sendPosted(const CString& senderName, const CString& eventName, CAttributeMap& params);
-    /// Whether a send of this event would reach a listener: for senders that make no parameters for nothing. Any thread.
+    /// Whether a send of this event would reach a listener: for senders that make no parameters for nothing. Any
+    /// thread.
     bool hasListeners(const CString& senderName, const CString& eventName);
     /// Whether this registration of the listener still stands.
     bool isRegistered(const CObject& listener, const CString& senderName, const CString& eventName, int32_t listenerId);

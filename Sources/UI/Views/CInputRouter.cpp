@@ -1,0 +1,396 @@
+#include "UI/Views/CInputRouter.h"
+
+#include <cmath>
+
+#include "Core/CObjectWatch.h"
+#include "Platform/Clock.h"
+#include "UI/Views/CInputTarget.h"
+#include "UI/Views/CRouterCall.h"
+#include "UI/Views/CViewWindow.h"
+
+namespace tarv {
+
+namespace {
+
+CHIDInfo infoOf(const CPointerEvent& event) {
+    return {event.x, event.y, event.modifiers};
+}
+
+}  // namespace
+
+CInputRouter::CInputRouter(CViewWindow& window, CInputWindow& system)
+    : window_(window), system_(system), pool_(std::make_shared<CEventParamPool>()) {}
+
+CInputRouter::~CInputRouter() {
+    for (CCall* call = calls_; call; call = call->outer_) {
+        call->router_ = nullptr;
+    }
+}
+
+bool CInputRouter::send(CViewBaseCtlEvents& view, COperation operation, CAttributeMap& params) {
+    const CCall call(*this);
+    CError* error = (view.*operation)(params);
+    if (!call.isAlive()) {
+        logError(error);
+        return false;
+    }
+    if (error) {
+        system_.inputFailed(error);
+    }
+    return call.isAlive();
+}
+
+bool CInputRouter::sendPlain(CViewBaseCtlEvents& view, COperation operation) {
+    CEventParams params(pool_, CEventShape::Plain, last_);
+    return send(view, operation, params.complete());
+}
+
+bool CInputRouter::setState(CViewBaseCtlEvents& view, CInputState state, bool isSet) {
+    const CCall call(*this);
+    CError* error = view.setInputState(state, isSet);
+    if (!call.isAlive()) {
+        logError(error);
+        return false;
+    }
+    if (error) {
+        system_.inputFailed(error);
+    }
+    return call.isAlive();
+}
+
+void CInputRouter::pointer(const CPointerEvent& event) {
+    const CCall call(*this);
+    switch (event.kind) {
+        case CPointerKind::Move:
+            move(infoOf(event));
+            break;
+        case CPointerKind::Press:
+            press(event, infoOf(event));
+            break;
+        case CPointerKind::Release:
+            noteButton(event);
+            release(event.button, infoOf(event));
+            break;
+        case CPointerKind::Leave:
+            leave();
+            break;
+        case CPointerKind::CaptureLost:
+            captureLost();
+            break;
+    }
+}
+
+void CInputRouter::move(const CHIDInfo& info) {
+    last_ = info;
+    isInside_ = true;
+    if (!drag_.isActive()) {
+        if (!hoverAt(info)) {
+            return;
+        }
+    } else {
+        const CCall call(*this);
+        TARV_CONSUME(drag_.onHIDUpdate(info));
+        if (CError* error = follower_ ? follower_->onHIDUpdate(info) : nullptr) {
+            logError(error);
+        }
+        if (!call.isAlive()) {
+            return;
+        }
+    }
+    if (CViewBaseCtlEvents* taker = drag_.isActive() ? drag_.view() : hovered_) {
+        CEventParams params(pool_, CEventShape::Move, info);
+        params.set("button", CAttributeValue::fromInt(static_cast<int32_t>(drag_.button())));
+        params.set("is-button-l", CAttributeValue::fromBool(info.modifiers.isLeft));
+        params.set("is-button-r", CAttributeValue::fromBool(info.modifiers.isRight));
+        send(*taker, &CViewBaseCtlEvents::mouseMove, params.complete());
+    }
+}
+
+CViewBaseCtlEvents* CInputRouter::takerAt(const CHIDInfo& info) {
+    CViewBaseCtlEvents* taker = CInputTarget::of(CInputTarget::hit(window_.sectorMap(), info.x, info.y));
+    return taker && CInputTarget::takesInput(*taker) ? taker : nullptr;
+}
+
+bool CInputRouter::hoverAt(const CHIDInfo& info) {
+    hintHit_ = CInputTarget::hit(window_.sectorMap(), info.x, info.y);
+    return setHover(takerAt(info)) && refreshHint();
+}
+
+bool CInputRouter::setHover(CViewBaseCtlEvents* view) {
+    if (isLeaving_) {
+        // A message loop inside the handlers of a view that is being left: the next tick looks anew.
+        entering_ = view ? entering_ : nullptr;
+        return true;
+    }
+    if (view == hovered_) {
+        return true;
+    }
+    const uint32_t serial = ++hoverSerial_;
+    CViewBaseCtlEvents* former = hovered_;
+    hovered_ = nullptr;
+    entering_ = view;
+    if (former && !leaveView(*former)) {
+        return false;
+    }
+    if (serial != hoverSerial_) {
+        return true;
+    }
+    view = entering_;
+    entering_ = nullptr;
+    if (!view || !CInputTarget::takesInput(*view)) {
+        return true;
+    }
+    hovered_ = view;
+    if (!sendPlain(*view, &CViewBaseCtlEvents::mouseEnter)) {
+        return false;
+    }
+    return serial != hoverSerial_ || hovered_ != view || setState(*view, CInputState::Hover, true);
+}
+
+bool CInputRouter::leaveView(CViewBaseCtlEvents& view) {
+    const CObjectWatch watch(view);
+    isLeaving_ = true;
+    const bool isAlive = setState(view, CInputState::Hover, false) &&
+                         (!watch.isAlive() || sendPlain(view, &CViewBaseCtlEvents::mouseExit));
+    if (isAlive) {
+        isLeaving_ = false;
+    }
+    return isAlive;
+}
+
+void CInputRouter::noteButton(const CPointerEvent& event) {
+    const bool isDown = event.kind == CPointerKind::Press;
+    if (event.button == CPointerButton::Left) {
+        isLeftDown_ = isDown;
+    } else if (event.button == CPointerButton::Right) {
+        isRightDown_ = isDown;
+    }
+}
+
+/// The other button, of which a release may have been missed beyond the window, so that the system is asked, too.
+bool CInputRouter::anotherIsHeld(const CPointerEvent& event) const {
+    return event.button == CPointerButton::Left ? isRightDown_ && event.modifiers.isRight
+                                                : isLeftDown_ && event.modifiers.isLeft;
+}
+
+void CInputRouter::press(const CPointerEvent& event, const CHIDInfo& info) {
+    last_ = info;
+    isInside_ = true;
+    noteButton(event);
+    const bool isOwn = event.button == CPointerButton::Left || event.button == CPointerButton::Right;
+    if (drag_.isActive() || isEnding_ || !isOwn || anotherIsHeld(event)) {
+        return;
+    }
+    // A pen or a finger presses where no move has been.
+    if (!hoverAt(info) || drag_.isActive()) {
+        return;
+    }
+    if (!(event.button == CPointerButton::Left ? isLeftDown_ : isRightDown_)) {
+        // A message loop inside a handler has brought the release.
+        return;
+    }
+    CViewBaseCtlEvents* taker = takerAt(info);
+    drag_.begin(nullptr, event.button, info);
+    system_.capturePointer(true);
+    const uint32_t serial = ++pressSerial_;
+    pressing_ = taker;
+    CViewBaseCtlEvents* focused = taker;
+    while (focused && !focused->isFocusable()) {
+        focused = focused->parentInput();
+    }
+    // What is edited elsewhere is committed before the press acts.
+    if (!changeFocus(focused) || serial != pressSerial_) {
+        return;
+    }
+    taker = pressing_;
+    pressing_ = nullptr;
+    if (taker && CInputTarget::takesInput(*taker)) {
+        beginPress(*taker, event, info);
+    }
+}
+
+bool CInputRouter::beginPress(CViewBaseCtlEvents& view, const CPointerEvent& event, const CHIDInfo& info) {
+    const uint32_t serial = pressSerial_;
+    drag_.begin(&view, event.button, info);
+    pressedAt_ = clockSeconds();
+    CEventParams params(pool_, CEventShape::Press, info);
+    params.set("is-double-click", CAttributeValue::fromBool(event.isDouble));
+    const bool isLeft = event.button == CPointerButton::Left;
+    if (!send(view, isLeft ? &CViewBaseCtlEvents::mousePress : &CViewBaseCtlEvents::mousePressR, params.complete())) {
+        return false;
+    }
+    return serial != pressSerial_ || drag_.view() != &view || setState(view, CInputState::Pushed, true);
+}
+
+bool CInputRouter::endPress(CViewBaseCtlEvents* view, CPointerButton button, bool isRelease) {
+    ++pressSerial_;
+    pressing_ = nullptr;
+    follower_ = nullptr;
+    if (!view) {
+        return true;
+    }
+    const CObjectWatch watch(*view);
+    // The next press waits for the end of this one.
+    isEnding_ = true;
+    if (!setState(*view, CInputState::Pushed, false)) {
+        return false;
+    }
+    isEnding_ = false;
+    if (!watch.isAlive()) {
+        return true;
+    }
+    if (button == CPointerButton::Left) {
+        return sendPlain(*view, isRelease ? &CViewBaseCtlEvents::mouseRelease : &CViewBaseCtlEvents::mouseCancel);
+    }
+    return sendPlain(*view, isRelease ? &CViewBaseCtlEvents::mouseReleaseR : &CViewBaseCtlEvents::mouseCancelR);
+}
+
+void CInputRouter::release(CPointerButton button, const CHIDInfo& info) {
+    last_ = info;
+    if (!drag_.isActive() || button != drag_.button()) {
+        return;
+    }
+    CViewBaseCtlEvents* view = drag_.view();
+    drag_.end();
+    system_.capturePointer(false);
+    const bool isRelease = view && CInputTarget::takesInput(*view) && view->visibleRect().holds(info.x, info.y);
+    if (endPress(view, button, isRelease) && !drag_.isActive() && isInside_) {
+        hoverAt(info);
+    }
+}
+
+/// The view loses the press. The button may still be down: then no other view gets one until its release.
+bool CInputRouter::cancelPress(bool isButtonUp) {
+    CViewBaseCtlEvents* view = drag_.view();
+    const CPointerButton button = drag_.button();
+    if (isButtonUp) {
+        drag_.end();
+    } else {
+        drag_.dropView();
+    }
+    return endPress(view, button, false);
+}
+
+void CInputRouter::captureLost() {
+    if (drag_.isActive() && cancelPress(true)) {
+        leave();
+    }
+}
+
+void CInputRouter::leave() {
+    if (!drag_.isActive()) {
+        isInside_ = false;
+        hintHit_ = nullptr;
+        if (setHover(nullptr)) {
+            refreshHint();
+        }
+    }
+}
+
+void CInputRouter::cancel() {
+    const CCall call(*this);
+    if (drag_.isActive()) {
+        system_.capturePointer(false);
+        if (!cancelPress(true)) {
+            return;
+        }
+    }
+    leave();
+}
+
+void CInputRouter::autoClick(double timeout) {
+    const CCall call(*this);
+    CViewBaseCtlEvents* view = drag_.button() == CPointerButton::Left ? drag_.view() : nullptr;
+    if (!view || clockSeconds() - pressedAt_ < timeout || takerAt(last_) != view) {
+        return;
+    }
+    pressedAt_ = clockSeconds();
+    CEventParams params(pool_, CEventShape::Plain, last_);
+    params.set("actual-x", CAttributeValue::fromReal(last_.x - view->wholeRect().x));
+    params.set("actual-y", CAttributeValue::fromReal(last_.y - view->wholeRect().y));
+    send(*view, &CViewBaseCtlEvents::autoClick, params.complete());
+}
+
+void CInputRouter::update() {
+    const CCall call(*this);
+    if (check() && isInside_ && !drag_.isActive()) {
+        hoverAt(last_);
+    }
+}
+
+/// What takes no input any more loses what it has.
+bool CInputRouter::check() {
+    if (drag_.view() && !CInputTarget::takesInput(*drag_.view()) && !cancelPress(false)) {
+        return false;
+    }
+    if (hovered_ && !CInputTarget::takesInput(*hovered_) && !setHover(nullptr)) {
+        return false;
+    }
+    return !focus_ || CInputTarget::takesInput(*focus_) || changeFocus(nullptr);
+}
+
+void CInputRouter::settle() {
+    while (needsCheck_) {
+        needsCheck_ = false;
+        if (!check()) {
+            return;
+        }
+    }
+}
+
+void CInputRouter::viewsChanged() {
+    needsCheck_ = true;
+    const CCall call(*this);
+}
+
+bool CInputRouter::refreshHint() {
+    CViewBaseCtlEvents* view = CInputTarget::hintOf(hintHit_);
+    if (view != hintView_) {
+        hintView_ = view;
+        if (view && !sendPlain(*view, &CViewBaseCtlEvents::hintUpdate)) {
+            return false;
+        }
+        view = hintView_;
+    }
+    static const CString kNone;
+    const CString& text = view ? view->hint() : kNone;
+    if (!(text == hint_)) {
+        hint_ = text;
+        window_.setHint(hint_);
+    }
+    return true;
+}
+
+void CInputRouter::hintChanged(CViewBaseCtlEvents&) {
+    const CCall call(*this);
+    refreshHint();
+}
+
+void CInputRouter::viewGoes(CViewBaseCtlEvents& view) {
+    for (CViewBaseCtlEvents** held : {&hovered_, &entering_, &pressing_, &focusing_, &hintHit_, &hintView_, &root_}) {
+        if (*held == &view) {
+            *held = nullptr;
+        }
+    }
+    if (drag_.view() == &view) {
+        drag_.dropView();
+        follower_ = nullptr;
+        ++pressSerial_;
+    }
+    if (focus_ == &view) {
+        focus_ = nullptr;
+        ++focusSerial_;
+        takenKeys_.clear();
+        system_.wantKeys(false);
+    }
+}
+
+void CInputRouter::rootViewGoes() {
+    const CCall call(*this);
+    root_ = nullptr;
+    if (changeFocus(nullptr)) {
+        cancel();
+    }
+}
+
+}  // namespace tarv

@@ -1,0 +1,27 @@
+#pragma once
+
+namespace tarv {
+
+class CSectorMap;
+class CViewBaseCtlEvents;
+
+/// Which view a point of a window belongs to. Thread: that of the window.
+class CInputTarget {
+public:
+    /// The topmost view at a point that is not click-through; null for none. Disabled views count.
+    static CViewBaseCtlEvents* hit(const CSectorMap& map, double x, double y);
+    /// The view that takes what is aimed at `hit`, whether it is disabled or not: the first ancestor from the root down
+    /// that intercepts, otherwise the nearest input view from `hit` up. Null if there is none.
+    static CViewBaseCtlEvents* of(CViewBaseCtlEvents* hit);
+    /// The ancestor that intercepts what is aimed at `hit`, or `hit` itself.
+    static CViewBaseCtlEvents* unintercepted(CViewBaseCtlEvents* hit);
+    /// Shown, and neither the view nor an ancestor is disabled.
+    static bool takesInput(const CViewBaseCtlEvents& view);
+    /// The nearest view from `view` up that has a hint, or null.
+    static CViewBaseCtlEvents* hintOf(CViewBaseCtlEvents* view);
+    /// The next focusable view that takes input, in the order of the children below `root`, around the end; backwards
+    /// on request. Begins at the first (last) where `from` is null. Null if there is none but `from`.
+    static CViewBaseCtlEvents* nextFocus(CViewBaseCtlEvents& root, CViewBaseCtlEvents* from, bool isBackwards);
+};
+
+}  // namespace tarv
