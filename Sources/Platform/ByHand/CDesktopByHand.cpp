@@ -250,8 +250,7 @@ void CDesktopByHand::readSurface(const CSurfaceByHand& surface) {
 CIntRect CDesktopByHand::screenBoundsOf(const CWindowByHand& window) const {
     CIntRect bounds = window.bounds_;
     for (const CWindowByHand* in = find(window.container()); in; in = find(in->container())) {
-        bounds = {bounds.left + in->bounds_.left, bounds.top + in->bounds_.top, bounds.right + in->bounds_.left,
-                  bounds.bottom + in->bounds_.top};
+        bounds = bounds.moved(in->bounds_.left, in->bounds_.top);
     }
     return bounds;
 }
@@ -279,10 +278,9 @@ CIntRect CDesktopByHand::monitorAt(int32_t x, int32_t y) const {
 }
 
 CIntRect CDesktopByHand::screen() const {
-    CIntRect all = monitors_.empty() ? CIntRect() : monitors_.front();
+    CIntRect all;
     for (const CIntRect& monitor : monitors_) {
-        all = {std::min(all.left, monitor.left), std::min(all.top, monitor.top), std::max(all.right, monitor.right),
-               std::max(all.bottom, monitor.bottom)};
+        all = all.unionWith(monitor);
     }
     return all;
 }

@@ -10,13 +10,6 @@ namespace tarv {
 
 namespace {
 
-CIntRect unionOf(const CIntRect& a, const CIntRect& b) {
-    if (a.isEmpty() || b.isEmpty()) {
-        return a.isEmpty() ? b : a;
-    }
-    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right), std::max(a.bottom, b.bottom)};
-}
-
 int32_t lengthOf(int32_t from, int32_t to) {
     return std::max(to - from, 0);
 }
@@ -130,10 +123,7 @@ void CWindowByHand::forgetPresented() {
 }
 
 void CWindowByHand::invalidate(const CIntRect& rect) {
-    const CIntRect seen = rect.intersection(inner());
-    if (!seen.isEmpty()) {
-        invalid_ = unionOf(invalid_, seen);
-    }
+    invalid_ = invalid_.unionWith(rect.intersection(inner()));
 }
 
 void CWindowByHand::setCapture() {
