@@ -58,13 +58,14 @@
 #include "Core/CObject.h"
 #include "Core/CObjectEventBridge.h"
 #include "Core/CSharedAttribute.h"
+#include "Core/CTimer.h"
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Resources/CFontObject.h"
 #include "UI/Views/CView.h"
 
 namespace tarv {
 
-// The classes of the views, and of timers, come with them: until then their tags make plain objects.
+// The classes of the views come with them: until then their tags make plain objects.
 const CCreatorRow kCreatorRows[] = {
     {"audio:audio-env", &createObject<CAudioEnv>, nullptr},
     {"audio:cctable", &createObject<CAudioCCTable>, nullptr},
@@ -126,6 +127,7 @@ const CCreatorRow kCreatorRows[] = {
     {"core:global-settings", &createObject<CGlobalSettings>, &CGlobalSettings::initClass},
     {"core:object", &createObject<CObject>, nullptr},
     {"core:shared-attribute", &createObject<CSharedAttribute>, &CSharedAttribute::initClass},
+    {"core:timer", &createObject<CTimer>, &CTimer::initClass},
     {"font", &createObject<CFontObject>, nullptr},
     {"imageset", &createObject<CImageSetObject>, nullptr},
     {"palette", &createObject<CPaletteObject>, nullptr},

@@ -1,0 +1,94 @@
+// A periodic event for a tree.
+
+#include "Core/CTimer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "Core/CObjectWatch.h"
+
+namespace tarv {
+
+namespace {
+
+// What a send adds: sender, name, and three of each delivery.
+constexpr size_t kSentParams = 5;
+
+/// Rounded half away from zero; what is not a number is 0.
+int32_t millisecondsOf(double seconds) {
+    const double milliseconds = seconds * 1000.0;
+    return milliseconds > 0.0 ? static_cast<int32_t>(std::round(std::min(milliseconds, 2e9))) : 0;
+}
+
+}  // namespace
+
+CTimer::~CTimer() {
+    stop();
+}
+
+CError* CTimer::initClass(CClassDescriptor& descriptor) {
+    descriptor.addHandler<&CTimer::intervalChanged>("interval");
+    return nullptr;
+}
+
+CError* CTimer::finishInit() {
+    TARV_TRY(CObject::finishInit());
+    isFinished_ = true;
+    TARV_TRY(start());
+    return nullptr;
+}
+
+CError* CTimer::intervalChanged() {
+    if (isFinished_) {
+        stop();
+        TARV_TRY(start());
+    }
+    return nullptr;
+}
+
+CError* CTimer::start() {
+    CWindowSystem* system = windowSystem();
+    if (!system) {
+        TARV_FAIL("@tarvstr_CTimer_start_NoWindowSystem No window system to run a timer.");
+    }
+    CPlatformError error = 0;
+    bool isWindow = false;
+    id_ = system->startTimer(*this, millisecondsOf(getAttrReal("interval")), error, isWindow);
+    if (id_ == 0 && isWindow) {
+        TARV_FAIL("@tarvstr_CTimer_start_WindowError Timer window creation error %1.", CString::fromInt(error));
+    }
+    if (id_ == 0) {
+        TARV_FAIL("@tarvstr_CTimer_start_TimerError Timer creation error %1.", CString::fromInt(error));
+    }
+    system_ = system;
+    return nullptr;
+}
+
+void CTimer::stop() {
+    if (id_ != 0) {
+        system_->stopTimer(std::exchange(id_, 0));
+    }
+}
+
+void CTimer::onTimer() {
+    // Behind the call this object may be gone.
+    TARV_CONSUME(onTick());
+}
+
+CError* CTimer::onTick() {
+    const CObjectWatch watch(*this);
+    // Out of this object for the call: a handler may destroy it, or serve the next tick inside.
+    CAttributeMap params = std::move(params_);
+    CError* error = sendEvent("tick", params, false);
+    if (!watch.isAlive()) {
+        return error;
+    }
+    if (params.size() <= kSentParams) {
+        params_ = std::move(params);
+    }
+    TARV_TRY(error);
+    return nullptr;
+}
+
+}  // namespace tarv
