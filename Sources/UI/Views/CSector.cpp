@@ -11,13 +11,26 @@ namespace {
 constexpr double kFullOpacity = 0.999;
 constexpr double kLeastOpacity = 0.001;
 constexpr double kLeastSize = 0.1;
+// Farther than any pixel of a window, and near enough for sums.
+constexpr double kFar = 1e9;
+
+int32_t pixelOf(double position) {
+    return static_cast<int32_t>(std::lround(std::clamp(position, -kFar, kFar)));
+}
 
 }  // namespace
+
+CIntRect CSector::pixelsOf(const CViewRect& rect) {
+    if (rect.isEmpty()) {
+        return {};
+    }
+    return {pixelOf(rect.x), pixelOf(rect.y), pixelOf(rect.right()), pixelOf(rect.bottom())};
+}
 
 void CSector::layOver(CLinearBitmap& tiles, CLinearBitmap& caches, int32_t index) {
     tile_.layOver(tiles, index * kSize, kSize);
     cache_.layOver(caches, index * kSize, kSize);
-    invalidate(rect(), nullptr);
+    invalidate(bounds(), nullptr);
 }
 
 void CSector::insert(CSectorView& view) {
@@ -26,17 +39,14 @@ void CSector::insert(CSectorView& view) {
         --at;
     }
     views_.insert(at, &view);
+    cachedCount_ += at < cachedCount_ ? 1 : 0;
 }
 
 void CSector::remove(const CSectorView& view) {
     const int32_t index = views_.indexOf(const_cast<CSectorView*>(&view));
     if (index >= 0) {
         views_.removeAt(index);
-    }
-    if (boundary_ == &view) {
-        // Another view, perhaps at the same address, must not pass for it.
-        boundary_ = nullptr;
-        invalidate(rect(), nullptr);
+        cachedCount_ -= index < cachedCount_ ? 1 : 0;
     }
 }
 
@@ -53,47 +63,30 @@ int32_t CSector::lowestDynamic() const {
     return i;
 }
 
-void CSector::invalidate(const CViewRect& rect, const CSectorView* view) {
-    const CViewRect own = rect.intersection(this->rect());
+/// Empty where the tile has nothing of it.
+CIntRect CSector::toTile(const CIntRect& pixels) const {
+    const CIntRect own = pixels.intersection(bounds());
+    return own.isEmpty() ? CIntRect() : own.moved(-column_ * kSize, -row_ * kSize);
+}
+
+void CSector::invalidate(const CIntRect& pixels, const CSectorView* view) {
+    const CIntRect own = toTile(pixels);
     dirtyTile_ = dirtyTile_.unionWith(own);
-    // What lies in the tile alone leaves the cache as it is. A view that has left may have been in either.
+    // What was drawn into the tile alone leaves the cache as it is.
     const int32_t position = view ? views_.indexOf(const_cast<CSectorView*>(view)) : -1;
-    if (position < 0 || position < lowestDynamic()) {
+    if (position < cachedCount_) {
         dirtyCache_ = dirtyCache_.unionWith(own);
     }
 }
 
-CIntRect CSector::toTile(const CViewRect& rect) const {
-    const auto within = [](double position, int32_t cell) {
-        return std::clamp(static_cast<int32_t>(std::lround(position)) - cell * kSize, 0, kSize);
-    };
-    if (rect.isEmpty()) {
-        return {};
-    }
-    return {within(rect.x, column_), within(rect.y, row_), within(rect.right(), column_), within(rect.bottom(), row_)};
-}
-
-/// The part of the cache that is to be drawn; all of it if other views belong into it than the last time.
+/// The part of the cache that is to be drawn. Where the lowest dynamic view is another one than the last time, that
+/// holds the views that go from the cache into the tile, or back. The composed picture is the same either way.
 CIntRect CSector::takeDirtyCache(int32_t boundary) {
-    const CSectorView* first = boundary < views_.count() ? views_[boundary] : nullptr;
-    CIntRect dirty = toTile(dirtyCache_);
-    if (first != boundary_) {
-        boundary_ = first;
-        dirty = {0, 0, kSize, kSize};
+    for (int32_t i = std::min(boundary, cachedCount_); i < std::max(boundary, cachedCount_); ++i) {
+        dirtyCache_ = dirtyCache_.unionWith(toTile(pixelsOf(views_[i]->visibleRect())));
     }
-    dirtyCache_ = {};
-    return dirty;
-}
-
-CIntRect CSector::takeDirtyTile(const CIntRect& cache) {
-    CIntRect dirty = toTile(dirtyTile_);
-    if (!cache.isEmpty()) {
-        dirty = dirty.isEmpty() ? cache
-                                : CIntRect{std::min(dirty.left, cache.left), std::min(dirty.top, cache.top),
-                                           std::max(dirty.right, cache.right), std::max(dirty.bottom, cache.bottom)};
-    }
-    dirtyTile_ = {};
-    return dirty;
+    cachedCount_ = boundary;
+    return std::exchange(dirtyCache_, CIntRect());
 }
 
 CError* CSector::drawView(CSectorView& view, CLinearBitmap& target, CLinearBitmap& scratch,
@@ -103,7 +96,8 @@ CError* CSector::drawView(CSectorView& view, CLinearBitmap& target, CLinearBitma
     if (!view.isShown() || whole.width <= kLeastSize || whole.height <= kLeastSize || opacity < kLeastOpacity) {
         return nullptr;
     }
-    CSectorTarget sector{&target, column_ * kSize, row_ * kSize, clip.intersection(toTile(view.visibleRect()))};
+    CSectorTarget sector{&target, column_ * kSize, row_ * kSize,
+                         clip.intersection(toTile(pixelsOf(view.visibleRect())))};
     if (sector.clip.isEmpty()) {
         return nullptr;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "UI/Drawing/CTileBitmap.h"
 #include "UI/Views/CSectorView.h"
 
@@ -17,9 +19,10 @@ public:
     bool isListed = false;
     int32_t column() const { return column_; }
     int32_t row() const { return row_; }
-    CViewRect rect() const {
-        return {static_cast<double>(column_) * kSize, static_cast<double>(row_) * kSize, kSize, kSize};
-    }
+    /// In pixels of the window.
+    CIntRect bounds() const { return CIntRect{0, 0, kSize, kSize}.moved(column_ * kSize, row_ * kSize); }
+    /// The whole pixels of a rectangle: each edge rounded half away from zero.
+    static CIntRect pixelsOf(const CViewRect& rect);
 
     /// Lets the composed picture and the cache lie in rows of two sheets; what they held is dirty.
     void layOver(CLinearBitmap& tiles, CLinearBitmap& caches, int32_t index);
@@ -31,54 +34,60 @@ public:
     /// From the lowest up; those of one number in the order of their joining.
     const CArray<CSectorView*, 8>& views() const { return views_; }
 
-    /// A part of the window that is to be drawn anew, for the sake of one view, or of all with null.
-    void invalidate(const CViewRect& rect, const CSectorView* view);
+    /// Pixels of the window that are to be drawn anew, for the sake of one view, or of all with null.
+    void invalidate(const CIntRect& pixels, const CSectorView* view);
     bool isDirty() const { return !dirtyTile_.isEmpty() || !dirtyCache_.isEmpty(); }
     /// Draws what is dirty. `drawn` is the part of the tile that changed, in its own pixels. Failures of views are
-    /// handed to `report`, which owns them, and leave the view out.
+    /// handed to `report`, which owns them, and leave the view out; its part stays dirty. What is invalidated meanwhile
+    /// stays dirty, too.
     template <class Report>
     void draw(CLinearBitmap& scratch, CIntRect& drawn, Report&& report);
 
 private:
     int32_t lowestDynamic() const;
-    CIntRect toTile(const CViewRect& rect) const;
+    CIntRect toTile(const CIntRect& pixels) const;
     [[nodiscard]] CError* drawView(CSectorView& view, CLinearBitmap& target, CLinearBitmap& scratch,
                                    const CIntRect& clip) const;
     CIntRect takeDirtyCache(int32_t boundary);
-    CIntRect takeDirtyTile(const CIntRect& cache);
+    template <class Report>
+    void drawViews(int32_t first, int32_t last, CLinearBitmap& target, CLinearBitmap& scratch, const CIntRect& clip,
+                   Report& report);
 
     int32_t column_;
     int32_t row_;
     CArray<CSectorView*, 8> views_;
     CTileBitmap tile_;
     CTileBitmap cache_;
-    CViewRect dirtyTile_;
-    CViewRect dirtyCache_;
-    // The view from which on everything is drawn into the tile; null: the cache holds all.
-    const CSectorView* boundary_ = nullptr;
+    // In pixels of the tile.
+    CIntRect dirtyTile_;
+    CIntRect dirtyCache_;
+    // So many of the lowest views are in the cache; those above are drawn into the tile.
+    int32_t cachedCount_ = 0;
 };
+
+template <class Report>
+void CSector::drawViews(int32_t first, int32_t last, CLinearBitmap& target, CLinearBitmap& scratch,
+                        const CIntRect& clip, Report& report) {
+    for (int32_t i = first; i < last; ++i) {
+        if (CError* error = drawView(*views_[i], target, scratch, clip)) {
+            invalidate(clip.moved(column_ * kSize, row_ * kSize), views_[i]);
+            report(*views_[i], error);
+        }
+    }
+}
 
 template <class Report>
 void CSector::draw(CLinearBitmap& scratch, CIntRect& drawn, Report&& report) {
     const int32_t boundary = lowestDynamic();
     const CIntRect cacheRect = takeDirtyCache(boundary);
+    drawn = std::exchange(dirtyTile_, CIntRect());
     if (!cacheRect.isEmpty()) {
         cache_.clearRect(cacheRect);
-        for (int32_t i = 0; i < boundary; ++i) {
-            if (CError* error = drawView(*views_[i], cache_, scratch, cacheRect)) {
-                report(*views_[i], error);
-            }
-        }
+        drawViews(0, boundary, cache_, scratch, cacheRect, report);
     }
-    drawn = takeDirtyTile(cacheRect);
-    if (drawn.isEmpty()) {
-        return;
-    }
-    tile_.copyRectFrom(cache_, drawn);
-    for (int32_t i = boundary; i < views_.count(); ++i) {
-        if (CError* error = drawView(*views_[i], tile_, scratch, drawn)) {
-            report(*views_[i], error);
-        }
+    if (!drawn.isEmpty()) {
+        tile_.copyRectFrom(cache_, drawn);
+        drawViews(boundary, views_.count(), tile_, scratch, drawn, report);
     }
 }
 

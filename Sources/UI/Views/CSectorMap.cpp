@@ -7,13 +7,12 @@ namespace tarv {
 
 namespace {
 
-int32_t cellsOf(double length) {
-    const auto pixels = static_cast<int32_t>(std::lround(std::max(length, 0.0)));
-    return pixels > 0 ? (pixels >> CSector::kBits) + 1 : 0;
-}
+// More than any screen has; the bitmaps refuse what they can't hold.
+constexpr double kMaxLength = 1e6;
 
-int32_t cellOf(double position, int32_t count) {
-    return std::clamp(static_cast<int32_t>(std::lround(position)) >> CSector::kBits, 0, count - 1);
+int32_t cellsOf(double length) {
+    const auto pixels = static_cast<int32_t>(std::lround(std::clamp(length, 0.0, kMaxLength)));
+    return pixels > 0 ? (pixels >> CSector::kBits) + 1 : 0;
 }
 
 }  // namespace
@@ -32,25 +31,27 @@ void CSectorMap::freeSectors() {
     rows_ = 0;
 }
 
+CError* CSectorMap::resizeSheets(int32_t count) {
+    const int32_t width = count == 0 ? 0 : CSector::kSize;
+    TARV_TRY(tiles_.resize(width, count * CSector::kSize));
+    TARV_TRY(caches_.resize(width, count * CSector::kSize));
+    if (scratch_.width() == 0) {
+        TARV_TRY(scratch_.resize(CSector::kSize, CSector::kSize));
+    }
+    return nullptr;
+}
+
 CError* CSectorMap::resize(double width, double height) {
     const int32_t columns = cellsOf(height) == 0 ? 0 : cellsOf(width);
     const int32_t rows = columns == 0 ? 0 : cellsOf(height);
-    const int32_t count = columns * rows;
-    CError* error = tiles_.resize(count == 0 ? 0 : CSector::kSize, count * CSector::kSize);
-    if (!error) {
-        error = caches_.resize(count == 0 ? 0 : CSector::kSize, count * CSector::kSize);
-    }
-    if (!error && scratch_.width() == 0) {
-        error = scratch_.resize(CSector::kSize, CSector::kSize);
-    }
-    if (error) {
+    if (CError* error = resizeSheets(columns * rows)) {
         freeSectors();
         TARV_TRY(error);
     }
     CArray<CSector*, 4> kept = sectors_;
     sectors_.clear();
     dirty_.clear();
-    for (int32_t i = 0; i < count; ++i) {
+    for (int32_t i = 0; i < columns * rows; ++i) {
         const int32_t column = i % columns;
         const int32_t row = i / columns;
         CSector* sector = nullptr;
@@ -69,23 +70,38 @@ CError* CSectorMap::resize(double width, double height) {
     }
     columns_ = columns;
     rows_ = rows;
+    for (CSectorView* view : views_) {
+        joinSectors(*view);
+    }
     return nullptr;
 }
 
-CSectorMap::CSpan CSectorMap::spanOf(const CViewRect& rect) const {
-    // What lies beside the grid has no part of it.
-    const CViewRect grid{0.0, 0.0, static_cast<double>(columns_) * CSector::kSize,
-                         static_cast<double>(rows_) * CSector::kSize};
-    if (rect.intersection(grid).isEmpty()) {
-        return {};
-    }
-    return {cellOf(rect.x, columns_), cellOf(rect.y, rows_), cellOf(rect.x - 1.0 + rect.width, columns_),
-            cellOf(rect.y - 1.0 + rect.height, rows_)};
+/// Enters a view into the tiles that it touches and that lack it.
+void CSectorMap::joinSectors(CSectorView& view) {
+    forEachIn(spanOf(CSector::pixelsOf(view.visibleRect())), [&](int32_t index) {
+        if (!sectors_[index]->holds(view)) {
+            sectors_[index]->insert(view);
+        }
+    });
 }
 
-void CSectorMap::markDirty(int32_t index, const CViewRect& rect, const CSectorView* view) {
+CSectorMap::CSpan CSectorMap::spanOf(const CIntRect& pixels) const {
+    const CIntRect seen = pixels.intersection({0, 0, columns_ << CSector::kBits, rows_ << CSector::kBits});
+    if (seen.isEmpty()) {
+        return {};
+    }
+    return {seen.left >> CSector::kBits, seen.top >> CSector::kBits, (seen.right - 1) >> CSector::kBits,
+            (seen.bottom - 1) >> CSector::kBits};
+}
+
+void CSectorMap::markDirty(int32_t index, const CIntRect& pixels, const CSectorView* view) {
+    sectors_[index]->invalidate(pixels, view);
+    listDirty(index);
+}
+
+/// Enters a tile that is dirty into the list, once.
+void CSectorMap::listDirty(int32_t index) {
     CSector& sector = *sectors_[index];
-    sector.invalidate(rect, view);
     if (!sector.isListed && sector.isDirty()) {
         sector.isListed = true;
         dirty_.append(index);
@@ -93,9 +109,15 @@ void CSectorMap::markDirty(int32_t index, const CViewRect& rect, const CSectorVi
 }
 
 void CSectorMap::updateView(CSectorView& view, const CViewRect& oldRect, const CViewRect& newRect) {
-    const CSpan former = spanOf(oldRect);
-    const CSpan span = spanOf(newRect);
-    forEachIn(former, [&](int32_t index) { markDirty(index, oldRect, &view); });
+    if (oldRect.isEmpty() && !newRect.isEmpty()) {
+        views_.append(&view);
+    } else if (!oldRect.isEmpty() && newRect.isEmpty() && views_.indexOf(&view) >= 0) {
+        views_.removeAt(views_.indexOf(&view));
+    }
+    const CIntRect oldPixels = CSector::pixelsOf(oldRect);
+    const CSpan former = spanOf(oldPixels);
+    const CSpan span = spanOf(CSector::pixelsOf(newRect));
+    forEachIn(former, [&](int32_t index) { markDirty(index, oldPixels, &view); });
     if (former == span) {
         return;
     }
@@ -107,24 +129,28 @@ void CSectorMap::updateView(CSectorView& view, const CViewRect& oldRect, const C
     forEachIn(former, [&](int32_t index) {
         if (!span.holds(index % columns_, index / columns_)) {
             sectors_[index]->remove(view);
-            markDirty(index, oldRect, nullptr);
+            listDirty(index);
         }
     });
 }
 
 void CSectorMap::removeView(CSectorView& view, const CViewRect& rect) {
     updateView(view, rect, {});
-    // The view is about to be destroyed: no tile may keep it, also where the grid has changed meanwhile.
+    // The view is about to be destroyed: nothing may keep it, also where the rectangle was not its last.
+    if (const int32_t at = views_.indexOf(&view); at >= 0) {
+        views_.removeAt(at);
+    }
     for (int32_t i = 0; i < sectors_.count(); ++i) {
         if (sectors_[i]->holds(view)) {
             sectors_[i]->remove(view);
-            markDirty(i, sectors_[i]->rect(), nullptr);
+            markDirty(i, sectors_[i]->bounds(), nullptr);
         }
     }
 }
 
 void CSectorMap::invalidate(const CViewRect& rect, const CSectorView* view) {
-    forEachIn(spanOf(rect), [&](int32_t index) { markDirty(index, rect, view); });
+    const CIntRect pixels = CSector::pixelsOf(rect);
+    forEachIn(spanOf(pixels), [&](int32_t index) { markDirty(index, pixels, view); });
 }
 
 CSectorView* CSectorMap::viewAt(double x, double y, const CSectorView* below) const {

@@ -6,8 +6,8 @@
 namespace tarv {
 
 /// The tiles of one window: which views touch them, what of them is dirty, and their pictures. A view joins at its
-/// first rectangle that is not empty and leaves with an empty one. Thread: that of the window. Only resize, and a tile
-/// that gets more views than ever, allocate.
+/// first rectangle that is not empty and leaves with an empty one. A view keeps its stacking number meanwhile. Thread:
+/// that of the window. Only resize, and what gets more views than ever, allocate.
 class CSectorMap : public CHeapObject {
 public:
     CSectorMap() = default;
@@ -15,8 +15,8 @@ public:
     CSectorMap(const CSectorMap&) = delete;
     CSectorMap& operator=(const CSectorMap&) = delete;
 
-    /// For a window of that many pixels, rounded: (width >> 7) + 1 columns, and rows likewise. Tiles that stay at their
-    /// place keep their views; all is dirty. A size of 0 leaves no tile. On failure there are none.
+    /// For a window of that many pixels, rounded: (width >> 7) + 1 columns, and rows likewise. New tiles get the views
+    /// that touch them; all is dirty. A size of 0 leaves no tile. On failure there are none, until a resize succeeds.
     [[nodiscard]] CError* resize(double width, double height);
     int32_t columns() const { return columns_; }
     int32_t rows() const { return rows_; }
@@ -43,20 +43,10 @@ public:
     /// Something is to be drawn.
     bool isDirty() const { return !dirty_.isEmpty(); }
     /// Draws the dirty tiles, and calls `show(column, row, rect, surface, surfaceRow)` for each that changed: `rect` in
-    /// pixels of the tile, whose rows begin at `surfaceRow` of the surface.
+    /// pixels of the tile, whose rows begin at `surfaceRow` of the surface. What becomes dirty meanwhile, and the part
+    /// of a view that failed, waits for the next call.
     template <class Show, class Report>
-    void render(Show&& show, Report&& report) {
-        for (const int32_t index : dirty_) {
-            CSector& sector = *sectors_[index];
-            CIntRect drawn;
-            sector.isListed = false;
-            sector.draw(scratch_, drawn, report);
-            if (!drawn.isEmpty()) {
-                show(sector.column(), sector.row(), drawn, *tiles_.surface(), index * CSector::kSize);
-            }
-        }
-        dirty_.clear();
-    }
+    void render(Show&& show, Report&& report);
     /// Calls `show` for each tile that a rectangle of the window touches, with what it touches.
     template <class Show>
     void present(const CIntRect& rect, Show&& show) const;
@@ -74,7 +64,7 @@ private:
         }
         bool operator==(const CSpan&) const = default;
     };
-    CSpan spanOf(const CViewRect& rect) const;
+    CSpan spanOf(const CIntRect& pixels) const;
     template <class Visit>
     void forEachIn(const CSpan& span, Visit&& visit) {
         for (int32_t row = span.firstRow; row <= span.lastRow; ++row) {
@@ -83,28 +73,52 @@ private:
             }
         }
     }
-    void markDirty(int32_t index, const CViewRect& rect, const CSectorView* view);
+    void markDirty(int32_t index, const CIntRect& pixels, const CSectorView* view);
+    void listDirty(int32_t index);
+    [[nodiscard]] CError* resizeSheets(int32_t count);
+    void joinSectors(CSectorView& view);
     void freeSectors();
 
     int32_t columns_ = 0;
     int32_t rows_ = 0;
     int64_t load_ = 0;
     CArray<CSector*, 4> sectors_;
+    // All that have a rectangle, also beside the grid, in the order of their joining.
+    CArray<CSectorView*, 16> views_;
     CArray<int32_t, 16> dirty_;
     CLinearBitmapDC tiles_;
     CLinearBitmap caches_;
     CLinearBitmap scratch_;
 };
 
+template <class Show, class Report>
+void CSectorMap::render(Show&& show, Report&& report) {
+    const int32_t count = dirty_.count();
+    for (int32_t i = 0; i < count; ++i) {
+        const int32_t index = dirty_[i];
+        CSector& sector = *sectors_[index];
+        CIntRect drawn;
+        sector.isListed = false;
+        sector.draw(scratch_, drawn, report);
+        listDirty(index);
+        if (!drawn.isEmpty()) {
+            show(sector.column(), sector.row(), drawn, *tiles_.surface(), index * CSector::kSize);
+        }
+    }
+    for (int32_t i = count; i < dirty_.count(); ++i) {
+        dirty_[i - count] = dirty_[i];
+    }
+    dirty_.resize(dirty_.count() - count);
+}
+
 template <class Show>
 void CSectorMap::present(const CIntRect& rect, Show&& show) const {
     for (int32_t i = 0; i < sectors_.count(); ++i) {
-        const int32_t x = sectors_[i]->column() * CSector::kSize;
-        const int32_t y = sectors_[i]->row() * CSector::kSize;
-        const CIntRect own = CIntRect{rect.left - x, rect.top - y, rect.right - x, rect.bottom - y}.intersection(
-            {0, 0, CSector::kSize, CSector::kSize});
-        if (!own.isEmpty()) {
-            show(sectors_[i]->column(), sectors_[i]->row(), own, *tiles_.surface(), i * CSector::kSize);
+        const CSector& sector = *sectors_[i];
+        const CIntRect seen = rect.intersection(sector.bounds());
+        if (!seen.isEmpty()) {
+            show(sector.column(), sector.row(), seen.moved(-sector.bounds().left, -sector.bounds().top),
+                 *tiles_.surface(), i * CSector::kSize);
         }
     }
 }
