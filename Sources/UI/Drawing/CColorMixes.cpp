@@ -22,18 +22,18 @@ CPixel mixPixels(CPixel from, CPixel to, uint32_t step) {
     return mixed;
 }
 
-void mixColors(const CColor& from, const CColor& to, int32_t step, CColor& mixed) {
+}  // namespace
+
+void CColorMixes::mixInto(const CColor& from, const CColor& to, int32_t step, CColor& mixed) {
     mixed.opacity = from.opacity + (to.opacity - from.opacity) * step / kSteps;
     for (int32_t i = 0; i < kRampLength; ++i) {
         mixed.ramp[i] = mixPixels(from.ramp[i], to.ramp[i], static_cast<uint32_t>(step));
     }
 }
 
-int32_t stepOf(double ratio) {
+int32_t CColorMixes::stepOf(double ratio) {
     return ratio > 0.0 ? static_cast<int32_t>(std::lround(std::min(ratio, 1.0) * kSteps)) : 0;
 }
-
-}  // namespace
 
 bool CColorMixes::isBelow(const CMix& a, const CMix& b) {
     return std::tuple(reinterpret_cast<uintptr_t>(a.from), reinterpret_cast<uintptr_t>(a.to), a.step) <
@@ -54,7 +54,7 @@ const CColor& CColorMixes::mix(const CColor& from, const CColor& to, double rati
     }
     wanted.serial = ++lastSerial_;
     wanted.color = takeOldest();
-    mixColors(from, to, wanted.step, *wanted.color);
+    mixInto(from, to, wanted.step, *wanted.color);
     const auto at = std::lower_bound(mixes_.begin(), mixes_.end(), wanted, &isBelow) - mixes_.begin();
     mixes_.insert(static_cast<int32_t>(at), wanted);
     return *wanted.color;

@@ -16,6 +16,10 @@ public:
     /// 0 gives `from`, 1 gives `to`; the ratio is rounded to a step, and held in 0 to 1. Valid until kMaxMixes others
     /// have been made.
     const CColor& mix(const CColor& from, const CColor& to, double ratio);
+    /// The same mix for a caller that keeps it: `step` of kSteps.
+    static void mixInto(const CColor& from, const CColor& to, int32_t step, CColor& mixed);
+    /// Step of a ratio.
+    static int32_t stepOf(double ratio);
     void clear();
     int32_t count() const { return mixes_.count(); }
 

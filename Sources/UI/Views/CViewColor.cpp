@@ -1,23 +1,8 @@
 #include "UI/Views/CViewColor.h"
 
-#include <cmath>
+#include "UI/Drawing/CColorMixes.h"
 
 namespace tarv {
-
-namespace {
-
-constexpr uint32_t kMixSteps = 64;
-
-CPixel mixedPixel(CPixel from, CPixel to, uint32_t step) {
-    CPixel mixed = 0;
-    for (const int32_t shift : {0, 8, 16}) {
-        const uint32_t sum = (from >> shift & 255) * (kMixSteps - step) + (to >> shift & 255) * step;
-        mixed |= (sum + kMixSteps / 2) / kMixSteps << shift;
-    }
-    return mixed;
-}
-
-}  // namespace
 
 bool CViewColor::find(const CPalette& palette, const CString& base, const CString* states, int32_t stateCount,
                       uint32_t frame) {
@@ -64,11 +49,7 @@ void CViewColor::mix(double ratio) {
         isMorphing_ = false;
         return;
     }
-    const auto step = static_cast<uint32_t>(std::lround(ratio * kMixSteps));
-    for (int32_t i = 0; i < kRampLength; ++i) {
-        mix_->ramp[i] = mixedPixel(from_->ramp[i], target_->ramp[i], step);
-    }
-    mix_->opacity = from_->opacity + (target_->opacity - from_->opacity) * step / kMixSteps;
+    CColorMixes::mixInto(*from_, *target_, CColorMixes::stepOf(ratio), *mix_);
 }
 
 }  // namespace tarv
