@@ -62,6 +62,9 @@
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Resources/CFontObject.h"
 #include "UI/Views/CView.h"
+#include "UI/Windows/CUIEventBridge.h"
+#include "UI/Windows/CWindow.h"
+#include "UI/Windows/CWindowSharedData.h"
 
 namespace tarv {
 
@@ -131,11 +134,13 @@ const CCreatorRow kCreatorRows[] = {
     {"font", &createObject<CFontObject>, nullptr},
     {"imageset", &createObject<CImageSetObject>, nullptr},
     {"palette", &createObject<CPaletteObject>, nullptr},
-    {"ui:ui-event-bridge", &createObject<CStdEventBridge>, nullptr},
+    {"ui:ui-event-bridge", &createObject<CUIEventBridge>, nullptr},
     {"ui:view", &createObject<CView>, &CView::initClass},
     {"ui:view-color-slot", &createObject<CViewColorSlot>, &CViewColorSlot::initClass},
     {"ui:view-command", &createObject<CViewCommand>, nullptr},
     {"ui:view-state", &createObject<CViewState>, nullptr},
+    {"ui:window-renderer", &createObject<CWindow>, &CWindow::initClass},
+    {"ui:window-shared-data", &createObject<CWindowSharedData>, &CWindowSharedData::initClass},
 };
 const int32_t kCreatorRowCount = static_cast<int32_t>(std::size(kCreatorRows));
 

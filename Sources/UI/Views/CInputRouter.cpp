@@ -383,6 +383,7 @@ void CInputRouter::viewGoes(CViewBaseCtlEvents& view) {
         takenKeys_.clear();
         system_.wantKeys(false);
     }
+    system_.viewGone(view);
 }
 
 void CInputRouter::rootViewGoes() {

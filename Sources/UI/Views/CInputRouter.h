@@ -19,6 +19,8 @@ public:
     virtual void wantKeys(bool isWanted) = 0;
     /// A handler has failed; takes the error.
     virtual void inputFailed(CError* error) = 0;
+    /// A view is being destroyed.
+    virtual void viewGone(const CViewBaseCtlEvents& view) { (void)view; }
 
 protected:
     ~CInputWindow() = default;

@@ -85,6 +85,16 @@ CError* CView::sendEventIfWanted(const char* name, bool isWanted) {
     return receiveEvent(name, params);
 }
 
+CError* CView::advanceViews() {
+    const CObjectWatch watch(*this);
+    runTimers();
+    if (!watch.isAlive() || !hasArea()) {
+        return nullptr;
+    }
+    TARV_TRY(area().net().flush());
+    return nullptr;
+}
+
 CError* CView::onAreaChanged(const CViewRect& visibleRect, const CViewRect& wholeRect) {
     const bool isOtherWindow =
         isRootView() && (wholeRect.width != areas_[kWholeArea].width || wholeRect.height != areas_[kWholeArea].height);

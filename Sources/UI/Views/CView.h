@@ -29,6 +29,7 @@ public:
     void leaveSectors();
     void joinSectors();
 
+    [[nodiscard]] CError* advanceViews() override;
     [[nodiscard]] CError* onAreaChanged(const CViewRect& visibleRect, const CViewRect& wholeRect) override;
     [[nodiscard]] CError* onAreaNotify() override;
     [[nodiscard]] CError* drawInSector(const CSectorTarget& target) override;

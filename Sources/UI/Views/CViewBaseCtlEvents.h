@@ -68,6 +68,12 @@ public:
     static void setHandled(CAttributeMap& params);
     static bool isHandled(const CAttributeMap& params);
 
+    /// An event that is no operation arrives at this view; goes the way of the others.
+    [[nodiscard]] CError* passEvent(const CString& name, CAttributeMap& params) { return inputEvent(name, params); }
+    /// Of a root view, called by its window at each render tick, when the clock of the window is set: what moves by
+    /// time goes on, then all rectangles are brought up to date. Here, nothing happens.
+    [[nodiscard]] virtual CError* advanceViews() { return nullptr; }
+
     /// Opens or closes a popup; see CViewWindow::openPopup. Without a window nothing happens.
     [[nodiscard]] CError* openPopup(const CString& templateName, CAttributeMap& params);
 

@@ -1,0 +1,292 @@
+#include "UI/Windows/CPopups.h"
+
+#include <cmath>
+
+#include "Core/CApplication.h"
+#include "Core/CObjectWatch.h"
+#include "UI/Views/CViewBaseCtlEvents.h"
+#include "UI/Windows/CUIEventBridge.h"
+#include "UI/Windows/CWindow.h"
+#include "UI/Windows/CWindowSharedData.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr int32_t kMaxTargets = 64;
+/// Of the event that has led here; none of them is the popup's.
+constexpr const char* kEventParams[] = {"sender",        "event-name", "listener", "listener-id",
+                                        "listener-proc", "is-handled", "name",     "full-name"};
+
+const CAttributeValue* filled(const CAttributeMap& params, const char* name) {
+    const auto found = params.find(name);
+    return found == params.end() || found->second.asString().isEmpty() ? nullptr : &found->second;
+}
+
+bool flag(const CAttributeMap& params, const char* name) {
+    const CAttributeValue* value = filled(params, name);
+    return value && value->asBool();
+}
+
+double number(const CAttributeMap& params, const char* name) {
+    const CAttributeValue* value = filled(params, name);
+    return value ? value->asReal() : 0.0;
+}
+
+int32_t pixels(double length) {
+    return static_cast<int32_t>(std::lround(length));
+}
+
+int32_t scaled(const CAttributeMap& params, const char* name) {
+    return pixels(number(params, name) * CApplication::uiScale());
+}
+
+CUIEventBridge* bridgeAbove(CObject& object) {
+    for (CObject* above = &object; above; above = above->parent()) {
+        if (auto* bridge = dynamic_cast<CUIEventBridge*>(above)) {
+            return bridge;
+        }
+    }
+    return nullptr;
+}
+
+CIntRect onScreen(const CViewRect& rect, const CIntRect& window) {
+    return {window.left + pixels(rect.x), window.top + pixels(rect.y), window.left + pixels(rect.right()),
+            window.top + pixels(rect.bottom())};
+}
+
+CWindow* windowIn(const CObject& object) {
+    for (CObject* child : object.children()) {
+        if (auto* window = dynamic_cast<CWindow*>(child)) {
+            return window;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+CPopups::~CPopups() {
+    for (const CPopup& popup : popups_) {
+        popup.window->setOpenerWindow(nullptr);
+    }
+}
+
+CError* CPopups::open(CViewBaseCtlEvents& opener, const CString& templateName, CAttributeMap& params) {
+    if (CWindow* former = popupOf(opener)) {
+        const char* always = "is-popup-toggle-always-create";
+        const bool isCreated = flag(params, always) || opener.getAttrBool(always);
+        const CObjectWatch watch(opener);
+        former->requestClose();
+        if (!isCreated || !watch.isAlive()) {
+            return nullptr;
+        }
+    }
+    CObject* made = nullptr;
+    CWindow* window = nullptr;
+    TARV_TRY(make(opener, templateName, params, made, window));
+    if (CWindow* same = owner_.sharedData().findNamed(window->uniqueName())) {
+        delete made;
+        same->raise();
+        return nullptr;
+    }
+    popups_.append({made, window, &opener});
+    window->setOpenerWindow(&owner_);
+    const CObjectWatch watch(*made);
+    if (CError* error = openMade(opener, params, *made, *window)) {
+        if (watch.isAlive()) {
+            delete made;
+        }
+        TARV_TRY(error);
+    }
+    owner_.block(blocking());
+    return nullptr;
+}
+
+CError* CPopups::make(CViewBaseCtlEvents& opener, const CString& templateName, const CAttributeMap& params,
+                      CObject*& made, CWindow*& window) {
+    CUIEventBridge* bridge = bridgeAbove(owner_);
+    CAttributeMap attributes(params);
+    for (const char* name : kEventParams) {
+        attributes.erase(name);
+    }
+    attributes["opener"] = CAttributeValue::fromString(opener.fullName());
+    const int32_t prefix = templateName.lastIndexOf(':');
+    TARV_TRY(bridge->createChild(made, templateName, templateName.substring(prefix + 1), true, &attributes));
+    window = windowIn(*made);
+    if (!window) {
+        delete made;
+        made = nullptr;
+        TARV_FAIL("@tarvstr_CPopups_make_NoWindow Template '%1' has no window.", templateName);
+    }
+    return nullptr;
+}
+
+CError* CPopups::openMade(CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made, CWindow& window) {
+    const CPopupPlace place = placeOf(opener, params);
+    TARV_TRY(setWidth(opener, params, made));
+    TARV_TRY(window.open(&place));
+    return nullptr;
+}
+
+CError* CPopups::setWidth(const CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made) const {
+    double width = number(params, "popup-width");
+    if (flag(params, "is-same-width")) {
+        width = opener.wholeRect().width / CApplication::uiScale();
+    }
+    if (width > 0.0) {
+        width += number(params, "width-modif");
+        TARV_TRY(made.setAttribute("width", CString::fromDouble(width, 4)));
+    }
+    return nullptr;
+}
+
+CPopupPlace CPopups::placeOf(const CViewBaseCtlEvents& opener, const CAttributeMap& params) const {
+    CPopupPlace place;
+    CWindowSurroundings& around = place.around;
+    around.openerWindow = owner_.screenBounds();
+    around.opener = onScreen(opener.wholeRect(), around.openerWindow);
+    if (const CWindow* main = owner_.sharedData().mainWindow()) {
+        around.mainWindow = main->screenBounds();
+    }
+    CWindowSystem& system = *windowSystem();
+    around.monitor = system.monitorArea((around.opener.left + around.opener.right) / 2,
+                                        (around.opener.top + around.opener.bottom) / 2);
+    system.pointerPosition(around.pointerX, around.pointerY);
+    around.shiftX = scaled(params, "shift-x");
+    around.shiftY = scaled(params, "shift-y");
+    around.isConstrained = filled(params, "constrain-y") != nullptr;
+    around.constrainY = pixels(number(params, "constrain-y"));
+    if (flag(params, "is-manual-coords")) {
+        place.isManual = true;
+        place.x = around.openerWindow.left + pixels(number(params, "actual-x")) + around.shiftX;
+        place.y = around.openerWindow.top + pixels(number(params, "actual-y")) + around.shiftY;
+    } else if (filled(params, "window-x") && filled(params, "window-y")) {
+        place.isManual = true;
+        place.x = pixels(number(params, "window-x")) + around.shiftX;
+        place.y = pixels(number(params, "window-y")) + around.shiftY;
+    }
+    return place;
+}
+
+void CPopups::release() {
+    for (int32_t i = popups_.count() - 1; i >= 0 && i < popups_.count(); --i) {
+        const CPopup popup = popups_[i];
+        // The popups of a popup go first.
+        if (!popup.window->isClosing() || popup.window->isBusy() || popup.window->popups().count() > 0) {
+            continue;
+        }
+        popups_.removeAt(i);
+        const CObjectWatch watch(owner_);
+        popup.window->setOpenerWindow(nullptr);
+        delete popup.object;
+        CAttributeMap params;
+        if (popup.opener) {
+            CError* error = popup.opener->passEvent("popup-closed", params);
+            TARV_CONSUME(error);
+        }
+        if (!watch.isAlive()) {
+            return;
+        }
+    }
+}
+
+void CPopups::close() {
+    for (int32_t i = popups_.count() - 1; i >= 0 && i < popups_.count(); --i) {
+        popups_[i].window->requestClose();
+    }
+}
+
+void CPopups::openerGoes(const CViewBaseCtlEvents& opener) {
+    for (int32_t i = popups_.count() - 1; i >= 0 && i < popups_.count(); --i) {
+        if (popups_[i].opener == &opener) {
+            popups_[i].opener = nullptr;
+            popups_[i].window->requestClose();
+        }
+    }
+}
+
+void CPopups::windowGoes(const CWindow& window) {
+    for (int32_t i = popups_.count() - 1; i >= 0; --i) {
+        if (popups_[i].window == &window) {
+            popups_.removeAt(i);
+        }
+    }
+    owner_.block(blocking());
+}
+
+CWindow* CPopups::blocking() const {
+    for (int32_t i = popups_.count() - 1; i >= 0; --i) {
+        CWindow* window = popups_[i].window;
+        if (window->isOpen() && !window->isClosing() && window->isBlocking()) {
+            return window;
+        }
+    }
+    return nullptr;
+}
+
+const CPopups::CPopup* CPopups::find(const CWindow& window) const {
+    for (const CPopup& popup : popups_) {
+        if (popup.window == &window) {
+            return &popup;
+        }
+    }
+    return nullptr;
+}
+
+CWindow* CPopups::popupOf(const CViewBaseCtlEvents& opener) const {
+    for (const CPopup& popup : popups_) {
+        if (popup.opener == &opener && !popup.window->isClosing()) {
+            return popup.window;
+        }
+    }
+    return nullptr;
+}
+
+CError* CPopups::findTarget(const CPopup& popup, CObject*& target) const {
+    constexpr const char* kTarget = "popup-result-target";
+    target = popup.object;
+    for (int32_t i = 0; i < kMaxTargets; ++i) {
+        const CString& path = target->getAttrString(kTarget);
+        if (path.isEmpty()) {
+            target = target == popup.object ? popup.opener : target;
+            return nullptr;
+        }
+        target = target->findObject(path);
+        if (!target) {
+            TARV_FAIL("@tarvstr_CPopups_findTarget_NotFound Object '%1' caused by popup-result-target not found.",
+                      path);
+        }
+        if (target == popup.object) {
+            break;
+        }
+    }
+    TARV_FAIL("@tarvstr_CPopups_findTarget_InfiniteLoop Infinite loop caused by popup-result-target");
+}
+
+CError* CPopups::answer(const CWindow& window, const CString& eventName, CAttributeMap& params) {
+    const CPopup* popup = find(window);
+    CObject* target = nullptr;
+    if (popup) {
+        TARV_TRY(findTarget(*popup, target));
+    }
+    if (!target) {
+        return nullptr;
+    }
+    CAttributeMap answer(params);
+    for (const char* name : kEventParams) {
+        answer.erase(name);
+    }
+    answer["source"] = CAttributeValue::fromString(popup->object->fullName());
+    // What stands behind this call may be gone when it returns.
+    if (auto* view = dynamic_cast<CViewBaseCtlEvents*>(target)) {
+        return view->passEvent(eventName, answer);
+    }
+    const int32_t handler = target->descriptor()->handlerIndex(eventName);
+    if (handler >= 0) {
+        return target->descriptor()->handler(handler)(*target, &answer);
+    }
+    return target->sendEvent(eventName, answer, false);
+}
+
+}  // namespace tarv

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "Core/CObject.h"
+#include "UI/Windows/CWindowPlace.h"
+
+namespace tarv {
+
+class CViewBaseCtlEvents;
+class CWindow;
+
+/// Where a popup is to be opened.
+struct CPopupPlace {
+    CWindowSurroundings around;
+    bool isManual = false;  ///< at x, y of the screen, and not by an alignment
+    int32_t x = 0;
+    int32_t y = 0;
+};
+
+/// The popups that views of one window have opened. Thread: that of the window.
+class CPopups {
+public:
+    /// `owner` has this object as a member.
+    explicit CPopups(CWindow& owner) : owner_(owner) {}
+    ~CPopups();
+    CPopups(const CPopups&) = delete;
+    CPopups& operator=(const CPopups&) = delete;
+
+    /// Makes an object of a template as a child of the tree's `ui`, and opens its window. If `opener` has a popup open,
+    /// that one closes, and a new one is made only with `is-popup-toggle-always-create` (a parameter, or an attribute
+    /// of the opener). A window whose `unique-name` is open is not opened twice. The parameters become attributes of
+    /// the new object, with `opener`, the full name. Those that count here:
+    ///   popup-width, is-same-width (that of the opener), width-modif (added); lengths at scale 1
+    ///   is-manual-coords: at actual-x, actual-y of the opener's window; otherwise by the window's `window-alignment`
+    ///   window-x, window-y: a place on the screen
+    ///   shift-x, shift-y: lengths at scale 1, added to the place; constrain-y: the lowest y on the screen
+    /// A popup with `is-popup-window` or `is-modal` blocks the window of its opener.
+    [[nodiscard]] CError* open(CViewBaseCtlEvents& opener, const CString& templateName, CAttributeMap& params);
+    /// Destroys those that close and whose handlers have returned; their openers get `popup-closed`.
+    void release();
+    /// All of them close.
+    void close();
+    /// The popups that this view has opened close, and it gets nothing any more.
+    void openerGoes(const CViewBaseCtlEvents& opener);
+    /// The window of a popup is being destroyed, or closes.
+    void windowGoes(const CWindow& window);
+    /// Passes an answer of a popup on to the object that `popup-result-target` of its root view names, by default to
+    /// its opener; where that object names another target, on to that. Adds `source`, the popup's full name.
+    [[nodiscard]] CError* answer(const CWindow& window, const CString& eventName, CAttributeMap& params);
+    /// The popup that stands in the way of the window's views, or null.
+    CWindow* blocking() const;
+    /// The window that this view has open, or null.
+    CWindow* popupOf(const CViewBaseCtlEvents& opener) const;
+    int32_t count() const { return popups_.count(); }
+
+private:
+    struct CPopup {
+        CObject* object;
+        CWindow* window;
+        CViewBaseCtlEvents* opener;
+    };
+
+    [[nodiscard]] CError* make(CViewBaseCtlEvents& opener, const CString& templateName, const CAttributeMap& params,
+                               CObject*& made, CWindow*& window);
+    [[nodiscard]] CError* openMade(CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made,
+                                   CWindow& window);
+    [[nodiscard]] CError* setWidth(const CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made) const;
+    CPopupPlace placeOf(const CViewBaseCtlEvents& opener, const CAttributeMap& params) const;
+    [[nodiscard]] CError* findTarget(const CPopup& popup, CObject*& target) const;
+    const CPopup* find(const CWindow& window) const;
+
+    CWindow& owner_;
+    CArray<CPopup, 2> popups_;
+};
+
+}  // namespace tarv

@@ -1,0 +1,180 @@
+#pragma once
+
+#include <memory>
+
+#include "Core/CObject.h"
+#include "Core/CObjectWatch.h"
+#include "Platform/WindowSystem.h"
+#include "UI/Views/CInputRouter.h"
+#include "UI/Views/CSectorMap.h"
+#include "UI/Views/CViewWindow.h"
+#include "UI/Windows/CDrawLoad.h"
+#include "UI/Windows/CPopups.h"
+
+namespace tarv {
+
+class CWindowSharedData;
+
+/// Joins the root view above it to a window of the system (`ui:window-renderer`): passes its input to the views, and
+/// draws and shows at each render tick what has changed. Attributes that it lacks are read from the root view. With
+/// `is-plugin-vst` it is a child of the host's window, which the attribute `ParentWindow` of the tree's root points to;
+/// otherwise a popup. Its size is that of the root view. Events that it sends for itself: `render` at each tick,
+/// `static-view-update` each second, `paint`, `mouse-button`, `mouse-button-reset`, `mouse-top-exit`, `focus`, `blur`,
+/// `activate-window`, `deactivate-window`. Thread: that of the editor.
+class CWindow : public CObject, public CViewWindow, private CInputWindow, private CWindowHandler {
+public:
+    CWindow();
+    ~CWindow() override;
+    [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
+    /// Fails without the objects that it needs.
+    [[nodiscard]] CError* init() override;
+    /// Starts the timers.
+    [[nodiscard]] CError* finishInit() override;
+
+    /// Places the views, makes the window and shows it with its first picture. `place` null: the embedded window at 0,
+    /// 0 of its parent, a popup by `window-alignment`. One that is open stays.
+    [[nodiscard]] CError* open(const CPopupPlace* place = nullptr);
+    /// Ends the input, closes the popups and the window of the system. The views stay. Harmless when not open.
+    void shut();
+    /// From open to shut, unless the system has destroyed the window.
+    bool isOpen() const { return window_ && window_->handle() != 0; }
+    /// One render tick.
+    void tick();
+    /// Asks for an end: at once nothing of it is seen or takes input; the opener releases a popup at its next tick.
+    void requestClose();
+    bool isClosing() const { return isClosing_; }
+    /// A call of a handler of this window runs.
+    bool isBusy() const { return busy_ > 0; }
+
+    CViewBaseCtlEvents& view() const { return *root_; }
+    CInputRouter& router() { return router_; }
+    CPopups& popups() { return popups_; }
+    CWindowSharedData& sharedData() const { return *shared_; }
+    /// 0 while not open.
+    CWindowHandle handle() const { return window_ ? window_->handle() : 0; }
+    CIntRect screenBounds() const { return window_ ? window_->screenBounds() : CIntRect(); }
+    /// Moves a popup; its size stays.
+    void moveTo(int32_t x, int32_t y);
+    const CString& uniqueName() const { return attr("unique-name"); }
+    bool isMainWindow() const { return flag("is-main-window"); }
+    /// A list, a menu or the like: closes when it loses activation to anything but its own popups.
+    bool isPopupWindow() const { return flag("is-popup-window"); }
+    /// The window of its opener waits until this one is closed: `is-popup-window` or `is-modal`, and not
+    /// `is-helper-window`.
+    bool isBlocking() const { return (isPopupWindow() || flag("is-modal")) && !flag("is-helper-window"); }
+    /// Brings an open popup to the user.
+    void raise();
+    /// While true the views get no pointer and no key; a press asks what blocks.
+    bool isBlocked() const { return blockedBy_ != nullptr; }
+    /// What stands in the way: a popup of this window. Null ends it. The view `window-blocker` comes and goes with it.
+    void block(CWindow* popup);
+    CWindow* blockedBy() const { return blockedBy_; }
+    /// Shows the hint anew, where hints have been switched on or off.
+    void refreshHint();
+    /// The window that opened this one; null for the main window.
+    CWindow* openerWindow() const { return openerWindow_; }
+    void setOpenerWindow(CWindow* window) { openerWindow_ = window; }
+    /// Whether a window is this one or was opened by it, directly or not.
+    bool isOwnOrPopup(const CWindow* window) const;
+
+    CSectorMap& sectorMap() override { return map_; }
+    double now() const override { return now_; }
+    CViewBase* keyFocusView() const override { return router_.keyFocus(); }
+    void setKeyFocusView(CViewBase* view) override;
+    void setHint(const CString& hint) override;
+    void setCursor(CCursorShape shape) override;
+    CInputListener* input() override { return &router_; }
+    [[nodiscard]] CError* openPopup(CViewBaseCtlEvents& opener, const CString& templateName,
+                                    CAttributeMap& params) override;
+
+private:
+    struct CFailedView {
+        const CSectorView* view;
+        double loggedAt;
+    };
+    /// A call that handlers run in.
+    class CBusy {
+    public:
+        explicit CBusy(CWindow& window) : window_(window), watch_(window) { ++window.busy_; }
+        ~CBusy() {
+            if (watch_.isAlive()) {
+                --window_.busy_;
+            }
+        }
+        bool isAlive() const { return watch_.isAlive(); }
+
+    private:
+        CWindow& window_;
+        const CObjectWatch watch_;
+    };
+
+    // From the system.
+    void onPaint(const CIntRect& dirty) override;
+    void onPointer(const CPointerEvent& event) override;
+    bool onWheel(const CWheelEvent& event) override;
+    bool onKey(const CKeyEvent& event) override;
+    void onActivation(bool isActive, CWindowHandle other) override;
+    void onCloseRequest() override;
+    void onGone() override;
+    // From the router.
+    void capturePointer(bool isCaptured) override;
+    void wantKeys(bool isWanted) override;
+    void inputFailed(CError* error) override;
+    void viewGone(const CViewBaseCtlEvents& view) override { popups_.openerGoes(view); }
+
+    // Handlers of events and attributes.
+    [[nodiscard]] CError* renderTick();
+    [[nodiscard]] CError* cursorTick();
+    [[nodiscard]] CError* deactivateTick();
+    [[nodiscard]] CError* autoClickTick();
+    [[nodiscard]] CError* updateWindowBounds();
+    [[nodiscard]] CError* closeWindow();
+    [[nodiscard]] CError* unblockWindow();
+    [[nodiscard]] CError* popupResult(CAttributeMap& params);
+    [[nodiscard]] CError* popupChanged(CAttributeMap& params);
+    [[nodiscard]] CError* titleChanged();
+    [[nodiscard]] CError* keyFocusViewChanged();
+
+    [[nodiscard]] CError* findObjects();
+    [[nodiscard]] CError* startTimer(const char* name, const char* rate, double fallback, const char* handler);
+    [[nodiscard]] CError* createWindow(const CPopupPlace* place);
+    [[nodiscard]] CError* requestBounds(const CPopupPlace* place, CWindowRequest& request);
+    void report(const CSectorView* view, CError* error);
+    void draw();
+    void show(int32_t column, int32_t row, const CIntRect& rect, const CSurface& surface, int32_t surfaceRow);
+    void endPresenting();
+    void leaveSystem();
+    void exportLoad();
+    /// False if a listener has destroyed this window.
+    bool sendHere(const char* name, CAttributeMap& params);
+    bool sendHere(const char* name);
+    bool isListened(const char* name) const;
+    void pressBlocked();
+    const CString& attr(const char* name) const;
+    bool flag(const char* name) const;
+    double number(const char* name, double fallback) const;
+
+    CViewBaseCtlEvents* root_ = nullptr;
+    CWindowSharedData* shared_ = nullptr;
+    CSectorMap map_;
+    CInputRouter router_;
+    CPopups popups_;
+    std::unique_ptr<CPlatformWindow> window_;
+    CWindow* openerWindow_ = nullptr;
+    CWindow* blockedBy_ = nullptr;
+    double now_;
+    double lastTick_;
+    double lastStaticUpdate_;
+    CDrawLoad load_;
+    CArray<CFailedView, 4> failedViews_;
+    CString hint_;
+    bool isPresented_ = false;
+    bool isClosing_ = false;
+    bool isDeactivated_ = false;
+    bool wasActive_ = false;
+    bool hasFocus_ = false;
+    int32_t busy_ = 0;
+    CAttributeMap params_;
+};
+
+}  // namespace tarv

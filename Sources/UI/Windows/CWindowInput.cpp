@@ -1,0 +1,178 @@
+// What the system reports: pointer, keys and activation.
+
+#include "Platform/Clock.h"
+#include "UI/Windows/CWindow.h"
+#include "UI/Windows/CWindowSharedData.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr double kDefaultFps = 40.0;
+constexpr double kDefaultAutoClickTimeout = 0.4;
+/// Ticks that are missed before a move draws one itself.
+constexpr double kOverdueTicks = 2.0;
+
+void setPosition(CAttributeMap& params, const CPointerEvent& event) {
+    params["actual-x"] = CAttributeValue::fromReal(event.x);
+    params["actual-y"] = CAttributeValue::fromReal(event.y);
+    params["is-alt"] = CAttributeValue::fromBool(event.modifiers.isAlt);
+    params["is-ctrl"] = CAttributeValue::fromBool(event.modifiers.isCtrl);
+    params["is-shift"] = CAttributeValue::fromBool(event.modifiers.isShift);
+}
+
+}  // namespace
+
+void CWindow::onPointer(const CPointerEvent& event) {
+    const CBusy busy(*this);
+    const bool isButton = event.kind == CPointerKind::Press || event.kind == CPointerKind::Release;
+    shared_->setMouseWindow(event.kind == CPointerKind::Leave ? nullptr : this);
+    if (isButton && isListened("mouse-button")) {
+        CAttributeMap params;
+        setPosition(params, event);
+        params["button"] = CAttributeValue::fromInt(static_cast<int32_t>(event.button));
+        params["is-button-down"] = CAttributeValue::fromBool(event.kind == CPointerKind::Press);
+        params["is-drop-down-behavior-disabled"] = CAttributeValue::fromBool(flag("is-drop-down-behavior-disabled"));
+        if (!sendHere("mouse-button", params)) {
+            return;
+        }
+    }
+    if (isBlocked()) {
+        if (event.kind == CPointerKind::Press) {
+            pressBlocked();
+        }
+        return;
+    }
+    // The embedded window takes the keyboard from its host only where that is wanted.
+    if (event.kind == CPointerKind::Press && isOpen() &&
+        (isPopupWindow() || !flag("is-plugin-vst") || root()->getAttrBool("IsFocusTaken"))) {
+        window_->takeFocus();
+        hasFocus_ = true;
+    }
+    router_.pointer(event);
+    if (!busy.isAlive()) {
+        return;
+    }
+    if (event.kind == CPointerKind::Leave && isListened("mouse-top-exit")) {
+        CAttributeMap params;
+        setPosition(params, event);
+        sendHere("mouse-top-exit", params);
+    } else if (event.kind == CPointerKind::Move &&
+               clockSeconds() - lastTick_ >= kOverdueTicks / number("fps", kDefaultFps)) {
+        // Timers of the system wait while the pointer moves.
+        tick();
+    }
+}
+
+/// A press while a popup stands in the way.
+void CWindow::pressBlocked() {
+    if (blockedBy_->isPopupWindow()) {
+        blockedBy_->requestClose();
+        return;
+    }
+    CAttributeMap params;
+    TARV_CONSUME(blockedBy_->view().passEvent("flash-title", params));
+}
+
+bool CWindow::onWheel(const CWheelEvent& event) {
+    const CBusy busy(*this);
+    return isBlocked() || router_.wheel(event);
+}
+
+bool CWindow::onKey(const CKeyEvent& event) {
+    const CBusy busy(*this);
+    return router_.key(event);
+}
+
+void CWindow::capturePointer(bool isCaptured) {
+    if (!isOpen()) {
+        return;
+    }
+    if (isCaptured) {
+        window_->setCapture();
+    } else {
+        window_->releaseCapture();
+    }
+}
+
+void CWindow::wantKeys(bool isWanted) {
+    shared_->setKeyWindow(isWanted ? this : nullptr);
+    if (isOpen()) {
+        window_->grabKeys(isWanted);
+        if (!isWanted && hasFocus_ && flag("is-plugin-vst")) {
+            window_->giveFocusBack();
+            hasFocus_ = false;
+        }
+    }
+    sendHere(isWanted ? "focus" : "blur");
+}
+
+void CWindow::inputFailed(CError* error) {
+    logError(addErrorLocation(error, __FILE__, __LINE__, fullName(), CString()));
+}
+
+void CWindow::onActivation(bool isActive, CWindowHandle other) {
+    const CBusy busy(*this);
+    if (isActive) {
+        isDeactivated_ = false;
+        wasActive_ = true;
+        sendHere("activate-window");
+        return;
+    }
+    // One that has never been active can lose nothing: its own opening may report it.
+    isDeactivated_ = wasActive_ && !isOwnOrPopup(shared_->findWindow(other));
+    const bool isPressed = router_.drag().isActive();
+    router_.setKeyFocus(nullptr);
+    if (busy.isAlive()) {
+        router_.cancel();
+    }
+    if (busy.isAlive() && (!isPressed || sendHere("mouse-button-reset"))) {
+        sendHere("deactivate-window");
+    }
+}
+
+/// A popup that has lost the activation closes a moment later, so that a press on its opener still finds it open.
+CError* CWindow::deactivateTick() {
+    if (!isDeactivated_ || !isOpen() || !isPopupWindow()) {
+        return nullptr;
+    }
+    isDeactivated_ = false;
+    const CBusy busy(*this);
+    CAttributeMap params;
+    CError* error = root_->passEvent("popup-deactivated", params);
+    if (busy.isAlive()) {
+        requestClose();
+    }
+    return error;
+}
+
+/// Notices that the pointer has left where the system did not report it.
+CError* CWindow::cursorTick() {
+    CWindowSystem* system = windowSystem();
+    if (!isOpen() || shared_->mouseWindow() != this || router_.drag().isActive() || !system) {
+        return nullptr;
+    }
+    int32_t x = 0;
+    int32_t y = 0;
+    system->pointerPosition(x, y);
+    if (system->windowAt(x, y) != handle()) {
+        const CIntRect bounds = screenBounds();
+        CPointerEvent event;
+        event.kind = CPointerKind::Leave;
+        event.x = x - bounds.left;
+        event.y = y - bounds.top;
+        event.modifiers = system->modifiers();
+        onPointer(event);
+    }
+    return nullptr;
+}
+
+CError* CWindow::autoClickTick() {
+    if (isOpen() && !isBlocked()) {
+        const CBusy busy(*this);
+        router_.autoClick(number("auto-click-timeout", kDefaultAutoClickTimeout));
+    }
+    return nullptr;
+}
+
+}  // namespace tarv

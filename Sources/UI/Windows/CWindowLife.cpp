@@ -1,0 +1,217 @@
+// From the opening of a window to its end.
+
+#include <cmath>
+
+#include "UI/Windows/CWindow.h"
+#include "UI/Windows/CWindowSharedData.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr const char* kDefaultTitle = "Untitled";
+
+int32_t pixels(double length) {
+    return static_cast<int32_t>(std::lround(length));
+}
+
+}  // namespace
+
+CError* CWindow::open(const CPopupPlace* place) {
+    if (isOpen()) {
+        return nullptr;
+    }
+    TARV_TRY(root_->advanceViews());
+    TARV_TRY(updateWindowBounds());
+    TARV_TRY(createWindow(place));
+    isClosing_ = false;
+    isDeactivated_ = false;
+    wasActive_ = false;
+    shared_->add(*this);
+    // Its first picture is ready before it is seen.
+    const CObjectWatch watch(*this);
+    tick();
+    if (watch.isAlive() && isOpen()) {
+        window_->show(true);
+    }
+    return nullptr;
+}
+
+CError* CWindow::createWindow(const CPopupPlace* place) {
+    CWindowSystem* system = windowSystem();
+    CPlatformError code = 0;
+    CWindowRequest request;
+    TARV_TRY(requestBounds(place, request));
+    CString title = attr("title");
+    if (title.isEmpty()) {
+        title = kDefaultTitle;
+    }
+    title.widen();
+    request.title = title.wideData();
+    request.isTaskbar = flag("is-taskbar");
+    request.isActivated = !flag("is-helper-window");
+    if (system) {
+        window_ = system->createWindow(request, *this, code);
+    }
+    if (!window_) {
+        TARV_FAIL("@tarvstr_CWindow_createWindow_CreateError Unable to create window (error %1).",
+                  CString::fromInt(code));
+    }
+    return nullptr;
+}
+
+CError* CWindow::requestBounds(const CPopupPlace* place, CWindowRequest& request) {
+    const int32_t width = pixels(root_->wholeRect().width);
+    const int32_t height = pixels(root_->wholeRect().height);
+    request.isChild = flag("is-plugin-vst");
+    if (request.isChild) {
+        request.parent = reinterpret_cast<CWindowHandle>(root()->getAttrPointer("ParentWindow"));
+        request.bounds = {0, 0, width, height};
+        if (request.parent == 0) {
+            TARV_FAIL("@tarvstr_CWindow_createWindow_NoParentWindow Unable to locate parent window.");
+        }
+        return nullptr;
+    }
+    CWindowAlignment alignment = place ? CWindowAlignment::Bottom : CWindowAlignment::Center;
+    const CString& name = attr("window-alignment");
+    if (!name.isEmpty() && !readWindowAlignment(name, alignment)) {
+        TARV_FAIL("@tarvstr_CWindow_createWindow_InvalidWinAlign Invalid window alignment '%1'", name);
+    }
+    CPopupPlace alone;
+    if (!place && windowSystem()) {
+        alone.around.monitor = windowSystem()->monitorArea(0, 0);
+    }
+    const CPopupPlace& wanted = place ? *place : alone;
+    request.parent = openerWindow_ ? openerWindow_->handle() : 0;
+    request.bounds = wanted.isManual ? placeWindowAt(wanted.x, wanted.y, wanted.around, width, height)
+                                     : placeWindow(alignment, wanted.around, width, height);
+    return nullptr;
+}
+
+/// The root view has another size.
+CError* CWindow::updateWindowBounds() {
+    const CViewRect& rect = root_->wholeRect();
+    const int32_t columns = (pixels(rect.width) >> CSector::kBits) + 1;
+    const int32_t rows = (pixels(rect.height) >> CSector::kBits) + 1;
+    if (map_.isEmpty() || columns != map_.columns() || rows != map_.rows()) {
+        endPresenting();
+        TARV_TRY(map_.resize(rect.width, rect.height));
+    }
+    map_.invalidate({0.0, 0.0, rect.width, rect.height}, nullptr);
+    if (isOpen()) {
+        CIntRect bounds = flag("is-plugin-vst") ? CIntRect() : window_->screenBounds();
+        bounds.right = bounds.left + pixels(rect.width);
+        bounds.bottom = bounds.top + pixels(rect.height);
+        window_->setBounds(bounds);
+    }
+    return nullptr;
+}
+
+void CWindow::moveTo(int32_t x, int32_t y) {
+    if (isOpen() && !flag("is-plugin-vst")) {
+        const CIntRect bounds = window_->screenBounds();
+        window_->setBounds({x, y, x + bounds.width(), y + bounds.height()});
+    }
+}
+
+void CWindow::raise() {
+    if (isOpen()) {
+        window_->show(false);
+        window_->show(true);
+    }
+}
+
+CError* CWindow::titleChanged() {
+    if (isOpen()) {
+        CString title = attr("title");
+        title.widen();
+        window_->setTitle(title.isEmpty() ? u"Untitled" : title.wideData());
+    }
+    return nullptr;
+}
+
+void CWindow::shut() {
+    if (!window_) {
+        return;
+    }
+    const CObjectWatch watch(*this);
+    router_.setKeyFocus(nullptr);
+    if (watch.isAlive()) {
+        router_.cancel();
+    }
+    if (watch.isAlive()) {
+        popups_.close();
+    }
+    if (watch.isAlive()) {
+        leaveSystem();
+    }
+}
+
+/// The window of the system, and what refers to it, go.
+void CWindow::leaveSystem() {
+    shared_->remove(*this);
+    endPresenting();
+    window_.reset();
+    if (openerWindow_) {
+        openerWindow_->block(openerWindow_->popups().blocking());
+    }
+}
+
+void CWindow::onGone() {
+    // With the handle void, what follows touches nothing of the system.
+    shut();
+}
+
+void CWindow::onCloseRequest() {
+    CAttributeMap params;
+    const CBusy busy(*this);
+    TARV_CONSUME(root_->passEvent("close-window", params));
+}
+
+CError* CWindow::closeWindow() {
+    requestClose();
+    return nullptr;
+}
+
+void CWindow::requestClose() {
+    // The embedded window closes with its editor.
+    if (isClosing_ || flag("is-plugin-vst")) {
+        return;
+    }
+    isClosing_ = true;
+    shut();
+}
+
+CError* CWindow::unblockWindow() {
+    if (blockedBy_) {
+        blockedBy_->requestClose();
+    }
+    return nullptr;
+}
+
+void CWindow::block(CWindow* popup) {
+    constexpr const char* kBlocker = "window-blocker";
+    if (popup == blockedBy_ || !root_) {
+        return;
+    }
+    blockedBy_ = popup;
+    if (popup) {
+        const CObjectWatch watch(*this);
+        router_.setKeyFocus(nullptr);
+        if (watch.isAlive()) {
+            router_.cancel();
+        }
+        if (!watch.isAlive() || blockedBy_ != popup) {
+            return;
+        }
+    }
+    delete root_->findChild(kBlocker);
+    if (popup && root_->findTemplate("ui:window-blocker")) {
+        CAttributeMap attributes;
+        attributes["blocked-by"] = CAttributeValue::fromString(popup->view().fullName());
+        CObject* blocker = nullptr;
+        TARV_CONSUME(root_->createChild(blocker, "ui:window-blocker", kBlocker, true, &attributes));
+    }
+}
+
+}  // namespace tarv

@@ -1,0 +1,80 @@
+#include "UI/Windows/CWindowSharedData.h"
+
+#include "UI/Views/CInputTarget.h"
+#include "UI/Windows/CWindow.h"
+
+namespace tarv {
+
+CError* CWindowSharedData::initClass(CClassDescriptor& descriptor) {
+    descriptor.addHandler<&CWindowSharedData::showHintsChanged>("is-show-hints");
+    return nullptr;
+}
+
+void CWindowSharedData::add(CWindow& window) {
+    if (windows_.indexOf(&window) < 0) {
+        windows_.append(&window);
+    }
+}
+
+void CWindowSharedData::remove(CWindow& window) {
+    const int32_t index = windows_.indexOf(&window);
+    if (index >= 0) {
+        windows_.removeAt(index);
+    }
+    mouseWindow_ = mouseWindow_ == &window ? nullptr : mouseWindow_;
+    keyWindow_ = keyWindow_ == &window ? nullptr : keyWindow_;
+}
+
+CWindow* CWindowSharedData::findWindow(CWindowHandle handle) const {
+    for (CWindow* window : windows_) {
+        if (handle != 0 && window->handle() == handle) {
+            return window;
+        }
+    }
+    return nullptr;
+}
+
+CWindow* CWindowSharedData::findNamed(const CString& uniqueName) const {
+    for (CWindow* window : windows_) {
+        if (!uniqueName.isEmpty() && window->uniqueName() == uniqueName) {
+            return window;
+        }
+    }
+    return nullptr;
+}
+
+CWindow* CWindowSharedData::mainWindow() const {
+    for (CWindow* window : windows_) {
+        if (window->isMainWindow()) {
+            return window;
+        }
+    }
+    return nullptr;
+}
+
+CViewBaseCtlEvents* CWindowSharedData::viewAt(int32_t x, int32_t y) const {
+    CWindowSystem* system = windowSystem();
+    CWindow* window = system ? findWindow(system->windowAt(x, y)) : nullptr;
+    if (!window) {
+        return nullptr;
+    }
+    const CIntRect bounds = window->screenBounds();
+    return CInputTarget::hit(window->sectorMap(), x - bounds.left, y - bounds.top);
+}
+
+CViewBaseCtlEvents* CWindowSharedData::keyFocusView() const {
+    return keyWindow_ ? keyWindow_->router().keyFocus() : nullptr;
+}
+
+CViewBaseCtlEvents* CWindowSharedData::hoveredView() const {
+    return mouseWindow_ ? mouseWindow_->router().hovered() : nullptr;
+}
+
+CError* CWindowSharedData::showHintsChanged() {
+    for (CWindow* window : windows_) {
+        window->refreshHint();
+    }
+    return nullptr;
+}
+
+}  // namespace tarv

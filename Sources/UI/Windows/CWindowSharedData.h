@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Core/CObject.h"
+#include "Platform/Window.h"
+
+namespace tarv {
+
+class CViewBaseCtlEvents;
+class CWindow;
+
+/// What the windows of one editor share (`ui:window-shared-data`): which of them are open, and whether hints are shown
+/// (`is-show-hints`, true unless set to false). Thread: that of the editor.
+class CWindowSharedData : public CObject {
+public:
+    /// Where each window looks for it.
+    static constexpr const char* kPath = "ui.window-shared-data";
+
+    [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
+
+    /// In the order of their opening.
+    const CArray<CWindow*, 4>& windows() const { return windows_; }
+    void add(CWindow& window);
+    void remove(CWindow& window);
+    /// Null for none.
+    CWindow* findWindow(CWindowHandle handle) const;
+    CWindow* findNamed(const CString& uniqueName) const;
+    /// The window with `is-main-window`, or null.
+    CWindow* mainWindow() const;
+    /// The view at a point of the screen, in the topmost window there if it is one of these; null for none.
+    CViewBaseCtlEvents* viewAt(int32_t x, int32_t y) const;
+
+    /// The window that the pointer is in, and the one whose view has key focus; null for none.
+    CWindow* mouseWindow() const { return mouseWindow_; }
+    void setMouseWindow(CWindow* window) { mouseWindow_ = window; }
+    CWindow* keyWindow() const { return keyWindow_; }
+    void setKeyWindow(CWindow* window) { keyWindow_ = window; }
+    CViewBaseCtlEvents* keyFocusView() const;
+    CViewBaseCtlEvents* hoveredView() const;
+    bool isShowHints() const { return getAttrBoolOr("is-show-hints", true); }
+
+private:
+    [[nodiscard]] CError* showHintsChanged();
+
+    CArray<CWindow*, 4> windows_;
+    CWindow* mouseWindow_ = nullptr;
+    CWindow* keyWindow_ = nullptr;
+};
+
+}  // namespace tarv

@@ -1,0 +1,130 @@
+// The render tick, and what shows the pictures of the tiles.
+
+#include "Platform/Clock.h"
+#include "UI/Windows/CWindow.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr double kLogPeriod = 1.0;
+// Half the time since the last one, below 1.
+constexpr double kStaticUpdateHalf = 0.5;
+
+}  // namespace
+
+CError* CWindow::renderTick() {
+    tick();
+    return nullptr;
+}
+
+void CWindow::tick() {
+    if (isClosing_) {
+        popups_.release();
+        return;
+    }
+    const CBusy busy(*this);
+    if (!sendHere("render")) {
+        return;
+    }
+    now_ = clockSeconds();
+    lastTick_ = now_;
+    exportLoad();
+    if (!busy.isAlive() || map_.isEmpty()) {
+        return;
+    }
+    if ((now_ - lastStaticUpdate_) / 2.0 >= kStaticUpdateHalf) {
+        lastStaticUpdate_ = now_;
+        if (!sendHere("static-view-update")) {
+            return;
+        }
+    }
+    CError* error = root_->advanceViews();
+    if (!busy.isAlive()) {
+        logError(error);
+        return;
+    }
+    report(nullptr, error);
+    if (!isBlocked()) {
+        router_.update();
+    }
+    if (!busy.isAlive()) {
+        return;
+    }
+    draw();
+    popups_.release();
+}
+
+void CWindow::exportLoad() {
+    if (flag("is-export-draw-load")) {
+        load_.add(map_.load());
+        TARV_CONSUME(setAttribute("draw-load", CString::fromDouble(load_.value(), 4)));
+    }
+}
+
+/// A view, or the placement with null, has failed: logged once a second at most.
+void CWindow::report(const CSectorView* view, CError* error) {
+    if (!error) {
+        return;
+    }
+    CFailedView* free = nullptr;
+    for (CFailedView& failed : failedViews_) {
+        const bool isOver = now_ - failed.loggedAt >= kLogPeriod;
+        if (failed.view == view && !isOver) {
+            delete error;
+            return;
+        }
+        free = isOver ? &failed : free;
+    }
+    if (free) {
+        *free = {view, now_};
+    } else {
+        failedViews_.append({view, now_});
+    }
+    logError(addErrorLocation(error, __FILE__, __LINE__, fullName(), CString()));
+}
+
+void CWindow::draw() {
+    map_.resetLoad();
+    if (!map_.isDirty()) {
+        return;
+    }
+    // The system may still read what it was shown last.
+    endPresenting();
+    map_.render([this](int32_t column, int32_t row, const CIntRect& rect, const CSurface& surface,
+                       int32_t surfaceRow) { show(column, row, rect, surface, surfaceRow); },
+                [this](const CSectorView& view, CError* error) { report(&view, error); });
+}
+
+void CWindow::show(int32_t column, int32_t row, const CIntRect& rect, const CSurface& surface, int32_t surfaceRow) {
+    if (!isOpen()) {
+        return;
+    }
+    const int32_t x = column * CSector::kSize;
+    const int32_t y = row * CSector::kSize;
+    window_->present(surface, x, y - surfaceRow, {rect.left + x, rect.top + y, rect.right + x, rect.bottom + y});
+    isPresented_ = true;
+}
+
+void CWindow::endPresenting() {
+    if (isPresented_ && window_) {
+        window_->finishPresenting();
+    }
+    isPresented_ = false;
+}
+
+void CWindow::onPaint(const CIntRect& dirty) {
+    if (dirty.isEmpty()) {
+        return;
+    }
+    map_.present(dirty, [this](int32_t column, int32_t row, const CIntRect& rect, const CSurface& surface,
+                               int32_t surfaceRow) { show(column, row, rect, surface, surfaceRow); });
+    if (isListened("paint")) {
+        CAttributeMap params;
+        params["width"] = CAttributeValue::fromInt(dirty.width());
+        params["height"] = CAttributeValue::fromInt(dirty.height());
+        sendHere("paint", params);
+    }
+}
+
+}  // namespace tarv

@@ -1,0 +1,310 @@
+#include "UI/Windows/CPopups.h"
+
+#include "Tests/UI/Windows/WindowTree.h"
+
+namespace tarv {
+namespace {
+
+/// A button at 10, 10 of 60 x 20 pixels, and another one beside it.
+struct CPopupsTest : CWindowTree {
+    CPopupsTest() {
+        templates = {
+            popup("ui:list", 80, 50, {{"is-popup-window", "true"}, {"window-alignment", "bottom"}, {"fill", "5"}},
+                  {view("row", {{"placement", "top"}, {"width", "80"}, {"height", "20"}, {"fill", "6"}})}),
+            popup("ui:tall", 80, 2000, {{"is-popup-window", "true"}}),
+            popup("ui:settings", 120, 60, {{"unique-name", "settings"}, {"window-alignment", "center-overlay"}}),
+            popup("ui:message", 100, 40, {{"is-modal", "true"}, {"window-alignment", "center"}}),
+            testTemplate("ui:plain", "test:view", {{"is-root-view", "true"}}),
+            testTemplate("ui:window-blocker", "test:view",
+                         {{"placement", "overlay"}, {"width", "100%"}, {"height", "100%"}})};
+    }
+    void openButtons() {
+        open({view("panel", {{"placement", "full"}, {"width", "100%"}, {"height", "100%"}, {"is-input", "false"}},
+                   {view("a", {{"placement", "left"}, {"width", "60"}, {"height", "20"}, {"outer-border", "*LT10"}}),
+                    view("b", {{"placement", "left"}, {"width", "60"}, {"height", "20"}})})});
+        heard();
+    }
+    CIntRect boundsOf(const std::string& name) const {
+        const CWindow* found = popupWindow(name);
+        return found ? found->screenBounds() : CIntRect();
+    }
+    CViewRect rectOf(const std::string& path) { return at(path).wholeRect(); }
+    void moveOnto(const std::string& path) {
+        const CViewRect rect = rectOf(path);
+        moveTo(static_cast<int32_t>(rect.x) + 2, static_cast<int32_t>(rect.y) + 2);
+    }
+    void clickOn(const std::string& path) {
+        moveOnto(path);
+        system.input().click();
+    }
+    /// The opener's window ticks.
+    void tick() { system.advance(0.03); }
+};
+
+TEST_F(CPopupsTest, APopupStandsBelowItsOpenerAndShowsItself) {
+    openButtons();
+    openPopup("panel.a", "ui:list");
+    CWindow* list = popupWindow("list");
+    ASSERT_TRUE(list);
+    ASSERT_TRUE(list->isOpen());
+    const CViewRect opener = rectOf("panel.a");
+    const int32_t x = kHostX + static_cast<int32_t>(opener.x);
+    const int32_t y = kHostY + static_cast<int32_t>(opener.bottom());
+    EXPECT_EQ(list->screenBounds(), (CIntRect{x, y, x + 80, y + 50}));
+    CWindowByHand& shown = *system.desktop().find(list->handle());
+    EXPECT_FALSE(shown.isChild());
+    EXPECT_EQ(shown.owner(), host);
+    EXPECT_EQ(shown.picture().at(5, 5), 6u);
+    EXPECT_EQ(shown.picture().at(5, 45), 5u);
+    EXPECT_EQ(find("list")->getAttrString("opener"), "ui.main-window.panel.a");
+    EXPECT_EQ(system.desktop().active(), list->handle());
+}
+
+TEST_F(CPopupsTest, TheOpenersWindowIsBlockedUntilThePopupIsClosed) {
+    openButtons();
+    moveOnto("panel.a");
+    heard();
+    openPopup("panel.a", "ui:list");
+    EXPECT_EQ(heard(), "list.update-window-bounds a.mouse-exit");
+    EXPECT_TRUE(window().isBlocked());
+    ASSERT_TRUE(find("main-window.window-blocker"));
+    EXPECT_EQ(at("window-blocker").getAttrString("blocked-by"), "ui.list");
+    moveTo(90, 4);
+    EXPECT_TRUE(system.input().wheel(1.0));
+    EXPECT_EQ(heard(), "");
+    system.input().press();  // on the blocker
+    system.input().release();
+    EXPECT_FALSE(popupWindow("list")->isOpen());
+    tick();
+    EXPECT_FALSE(popupWindow("list"));
+    EXPECT_FALSE(find("main-window.window-blocker"));
+    EXPECT_FALSE(window().isBlocked());
+    EXPECT_EQ(heard().find("a.popup-closed"), 0u);
+}
+
+TEST_F(CPopupsTest, AnOpenerPressedAgainClosesItsPopup) {
+    openButtons();
+    openPopup("panel.a", "ui:list");
+    openPopup("panel.a", "ui:list");
+    tick();
+    EXPECT_FALSE(popupWindow("list"));
+    openPopup("panel.a", "ui:list");
+    EXPECT_TRUE(popupWindow("list"));
+    // By the hand: the press reaches the blocker and opens nothing.
+    CFilledView::actions["a.mouse-press"] = [this](CFilledView&, CAttributeMap&) { openPopup("panel.a", "ui:list"); };
+    clickOn("panel.a");
+    tick();
+    EXPECT_FALSE(popupWindow("list"));
+    clickOn("panel.a");
+    EXPECT_TRUE(popupWindow("list"));
+}
+
+TEST_F(CPopupsTest, ThatWhichAlwaysCreatesOpensAnotherOne) {
+    openButtons();
+    openPopup("panel.a", "ui:list", {{"is-popup-toggle-always-create", "true"}, {"list-id", "1"}});
+    openPopup("panel.a", "ui:list", {{"is-popup-toggle-always-create", "true"}, {"list-id", "2"}});
+    EXPECT_EQ(window().popups().count(), 2);
+    tick();
+    EXPECT_EQ(window().popups().count(), 1);
+    EXPECT_EQ(find("list#1")->getAttrString("list-id"), "2");
+    EXPECT_TRUE(window().isBlocked());
+}
+
+TEST_F(CPopupsTest, APopupThatLosesActivationClosesAMomentLater) {
+    openButtons();
+    openPopup("panel.a", "ui:list");
+    listen("list", "popup-deactivated");
+    system.advance(1.0);
+    EXPECT_TRUE(popupWindow("list")->isOpen());
+    system.desktop().activate(host);
+    EXPECT_TRUE(popupWindow("list")->isOpen());
+    system.advance(0.2);
+    EXPECT_FALSE(popupWindow("list"));
+    EXPECT_EQ(CEventLog::heard, (std::vector<std::string>{"popup-deactivated"}));
+}
+
+TEST_F(CPopupsTest, OtherWindowsStayUntilTheyAreClosed) {
+    openButtons();
+    openPopup("panel.a", "ui:settings");
+    EXPECT_FALSE(window().isBlocked());
+    system.desktop().activate(host);
+    system.advance(1.0);
+    ASSERT_TRUE(popupWindow("settings"));
+    system.desktop().requestClose(popupWindow("settings")->handle());
+    system.advance(0.1);
+    EXPECT_FALSE(popupWindow("settings"));
+}
+
+TEST_F(CPopupsTest, AWindowOfAUniqueNameIsNotOpenedTwice) {
+    openButtons();
+    openPopup("panel.a", "ui:settings");
+    const CWindowHandle handle = popupWindow("settings")->handle();
+    openPopup("panel.b", "ui:settings");
+    EXPECT_EQ(window().popups().count(), 1);
+    EXPECT_EQ(popupWindow("settings")->handle(), handle);
+    EXPECT_FALSE(popupWindow("settings#1"));
+    EXPECT_EQ(system.desktop().windowCount(), 2);
+}
+
+TEST_F(CPopupsTest, AMessageStaysAndFlashesItsTitle) {
+    openButtons();
+    openPopup("panel.a", "ui:message");
+    EXPECT_TRUE(window().isBlocked());
+    heard();
+    click(200, 150);
+    EXPECT_EQ(heard(), "message.flash-title");
+    EXPECT_TRUE(popupWindow("message")->isOpen());
+    CAttributeMap params;
+    EXPECT_EQ(consumed(find("message")->passEvent("close-window", params)), "");
+    EXPECT_FALSE(window().isBlocked());
+    tick();
+    EXPECT_FALSE(popupWindow("message"));
+}
+
+TEST_F(CPopupsTest, UnblockingAWindowWithoutABlockerIsHarmless) {
+    openButtons();
+    CAttributeMap params;
+    EXPECT_EQ(consumed(find("main-window")->passEvent("unblock-window", params)), "");
+    EXPECT_FALSE(window().isBlocked());
+    openPopup("panel.a", "ui:message");
+    EXPECT_EQ(consumed(find("main-window")->passEvent("unblock-window", params)), "");
+    EXPECT_FALSE(window().isBlocked());
+}
+
+TEST_F(CPopupsTest, WidthAndPlaceByParameters) {
+    openButtons();
+    openPopup("panel.a", "ui:list", {{"is-same-width", "true"}, {"width-modif", "6"}});
+    EXPECT_EQ(boundsOf("list").width(), static_cast<int32_t>(rectOf("panel.a").width) + 6);
+    openPopup("panel.b", "ui:list",
+              {{"popup-width", "33"},
+               {"is-manual-coords", "true"},
+               {"actual-x", "40"},
+               {"actual-y", "30"},
+               {"shift-x", "1"},
+               {"shift-y", "2"}});
+    EXPECT_EQ(boundsOf("list#1"), (CIntRect{kHostX + 41, kHostY + 32, kHostX + 74, kHostY + 82}));
+    openPopup("panel", "ui:list", {{"window-x", "700"}, {"window-y", "20"}, {"constrain-y", "30"}});
+    EXPECT_EQ(boundsOf("list#2"), (CIntRect{700, 30, 780, 80}));
+}
+
+TEST_F(CPopupsTest, AnswersGoToTheOpenerOrTheirTarget) {
+    openButtons();
+    openPopup("panel.a", "ui:list");
+    CAttributeMap params;
+    params["index"] = CAttributeValue::fromInt(3);
+    heard();
+    EXPECT_EQ(consumed(find("list")->passEvent("popup-result", params)), "");
+    EXPECT_EQ(heard(), "list.popup-result a.popup-result");
+    EXPECT_EQ(at("panel.a").params.at("index").asInt(), 3);
+    EXPECT_EQ(at("panel.a").params.at("source").asString(), "ui.list");
+    EXPECT_EQ(consumed(find("list")->passEvent("popup-changed", params)), "");
+    EXPECT_EQ(heard(), "list.popup-changed a.popup-changed");
+    EXPECT_TRUE(popupWindow("list")->isOpen());
+    EXPECT_EQ(consumed(find("list")->passEvent("popup-close", params)), "");
+    EXPECT_FALSE(popupWindow("list")->isOpen());
+    tick();
+    EXPECT_EQ(consumed(at("panel.b").setAttribute("popup-result-target", CString("^.^.panel"))), "");
+    openPopup("panel.a", "ui:list", {{"popup-result-target", "/ui.main-window.panel.b"}});
+    heard();
+    const std::string failure = consumed(find("list")->passEvent("popup-result", params));
+    EXPECT_EQ(failure, "");
+    EXPECT_EQ(heard(), "list.popup-result panel.popup-result");
+}
+
+TEST_F(CPopupsTest, ACircleOfTargetsFails) {
+    openButtons();
+    openPopup("panel.a", "ui:list", {{"popup-result-target", "/ui.main-window.panel.b"}});
+    EXPECT_EQ(consumed(at("panel.b").setAttribute("popup-result-target", CString("/ui.list"))), "");
+    CAttributeMap params;
+    EXPECT_NE(
+        consumed(find("list")->passEvent("popup-result", params)).find("Infinite loop caused by popup-result-target"),
+        std::string::npos);
+    EXPECT_EQ(consumed(at("panel.b").setAttribute("popup-result-target", CString("^"))), "");
+    EXPECT_EQ(consumed(at("panel").setAttribute("popup-result-target", CString(".b"))), "");
+    EXPECT_NE(consumed(find("list")->passEvent("popup-result", params)).find("Infinite loop"), std::string::npos);
+}
+
+TEST_F(CPopupsTest, FailuresLeaveNothingOpen) {
+    openButtons();
+    CAttributeMap params;
+    EXPECT_NE(consumed(at("panel.a").openPopup("ui:missing", params)), "");
+    EXPECT_NE(consumed(at("panel.a").openPopup("ui:plain", params)).find("Template 'ui:plain' has no window."),
+              std::string::npos);
+    system.failWindow(8);
+    EXPECT_NE(consumed(at("panel.a").openPopup("ui:list", params)).find("Unable to create window (error 8)."),
+              std::string::npos);
+    EXPECT_EQ(window().popups().count(), 0);
+    EXPECT_FALSE(window().isBlocked());
+    EXPECT_FALSE(find("list"));
+    EXPECT_FALSE(find("plain"));
+}
+
+TEST_F(CPopupsTest, APopupClosesWithItsOpener) {
+    openButtons();
+    openPopup("panel.a", "ui:list");
+    delete &at("panel.a");
+    EXPECT_FALSE(popupWindow("list")->isOpen());
+    tick();
+    EXPECT_FALSE(popupWindow("list"));
+    EXPECT_FALSE(window().isBlocked());
+}
+
+TEST_F(CPopupsTest, APopupMayOpenAnotherOneAndStaysActiveWithIt) {
+    openButtons();
+    openPopup("panel.a", "ui:list");
+    CAttributeMap params;
+    ASSERT_EQ(consumed(find("list.row")->openPopup("ui:list", params)), "");
+    system.advance(1.0);
+    ASSERT_TRUE(popupWindow("list"));
+    ASSERT_TRUE(popupWindow("list#1"));
+    EXPECT_TRUE(popupWindow("list")->isOpen());
+    EXPECT_TRUE(popupWindow("list")->isBlocked());
+    system.desktop().activate(host);
+    system.advance(0.5);
+    EXPECT_FALSE(popupWindow("list"));
+    EXPECT_FALSE(popupWindow("list#1"));
+    EXPECT_FALSE(window().isBlocked());
+}
+
+TEST_F(CPopupsTest, ThePopupMayBeClosedByItsHandlerInsideAPress) {
+    openButtons();
+    openPopup("panel.a", "ui:list");
+    CFilledView::actions["row.mouse-press"] = [this](CFilledView&, CAttributeMap&) {
+        CAttributeMap params;
+        EXPECT_EQ(consumed(find("list")->passEvent("close-window", params)), "");
+        system.advance(0.5);  // a message loop: the opener's window ticks meanwhile
+        EXPECT_TRUE(popupWindow("list"));
+    };
+    const CIntRect bounds = boundsOf("list");
+    system.input().move(bounds.left + 5, bounds.top + 5);
+    system.input().click();
+    tick();
+    EXPECT_FALSE(popupWindow("list"));
+}
+
+TEST_F(CPopupsTest, TheEditorTakesItsPopupsWithIt) {
+    openButtons();
+    openPopup("panel.a", "ui:settings");
+    openPopup("panel.b", "ui:list");
+    tree.reset();
+    EXPECT_TRUE(system.isClean());
+}
+
+TEST_F(CPopupsTest, TheHostsWindowTakesThePopupsWithIt) {
+    openButtons();
+    openPopup("panel.a", "ui:list");
+    system.desktop().destroy(host);
+    EXPECT_FALSE(window().isOpen());
+    system.advance(0.5);
+    tree.reset();
+    EXPECT_TRUE(system.isClean());
+}
+
+TEST_F(CPopupsTest, APopupThatIsTooTallKeepsItsTopInTheMonitor) {
+    openButtons();
+    openPopup("panel.a", "ui:tall");
+    EXPECT_EQ(boundsOf("tall").top, 0);
+}
+
+}  // namespace
+}  // namespace tarv
