@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include "Platform/ProcessHeap.h"
+#include "Platform/Win32/CModuleClass.h"
 #include "Platform/Win32/Module.h"
 
 namespace tarv {
@@ -12,7 +13,6 @@ namespace tarv {
 namespace {
 
 constexpr UINT kPostMessage = WM_APP + 1;
-constexpr wchar_t kClassName[] = L"TarveloBrindleXEQEvents";
 
 struct CEventReceiver {
     CEventHandler handler;
@@ -32,30 +32,21 @@ LRESULT CALLBACK eventProc(HWND window, UINT message, WPARAM wParam, LPARAM lPar
     return DefWindowProcW(window, message, wParam, lParam);
 }
 
-/// Taken is good: another thread or an earlier window made it.
-CPlatformError ensureClass() {
-    WNDCLASSEXW windowClass{};
-    windowClass.cbSize = sizeof(windowClass);
-    windowClass.lpfnWndProc = &eventProc;
-    windowClass.hInstance = ownModule();
-    windowClass.lpszClassName = kClassName;
-    if (RegisterClassExW(&windowClass)) {
-        return 0;
-    }
-    const CPlatformError error = GetLastError();
-    return error == ERROR_CLASS_ALREADY_EXISTS ? 0 : error;
-}
+CModuleClass windowClass(L"TarveloEvents", &eventProc, 0);
 
 }  // namespace
 
 CPlatformError openEventWindow(CEventHandler handler, void* user, CEventWindow& window) {
     window = 0;
-    if (const CPlatformError error = ensureClass()) {
+    if (const CPlatformError error = windowClass.acquire()) {
         return error;
     }
-    const HWND made = CreateWindowExW(0, kClassName, L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, ownModule(), nullptr);
+    const HWND made =
+        CreateWindowExW(0, windowClass.name(), L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, ownModule(), nullptr);
     if (!made) {
-        return GetLastError();
+        const CPlatformError error = GetLastError();
+        windowClass.release();
+        return error;
     }
     auto* receiver = static_cast<CEventReceiver*>(processHeapAlloc(sizeof(CEventReceiver)));
     *receiver = {handler, user};
@@ -72,8 +63,7 @@ void closeEventWindow(CEventWindow window) {
     auto* receiver = reinterpret_cast<void*>(SetWindowLongPtrW(handle, GWLP_USERDATA, 0));
     DestroyWindow(handle);
     processHeapFree(receiver);
-    // Succeeds with the last window only; a class of an unloaded library would keep a dangling procedure.
-    UnregisterClassW(kClassName, ownModule());
+    windowClass.release();
 }
 
 CPlatformError postEvent(CEventWindow window, uintptr_t cookie) {
