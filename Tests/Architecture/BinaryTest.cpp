@@ -32,7 +32,7 @@ std::set<std::string> matches(const std::string& text, const std::regex& pattern
 
 TEST(Binary, TheDllImportsOnlyLibrariesThatWindowsBrings) {
     static const std::set<std::string> kWindows = {"KERNEL32.dll", "msvcrt.dll", "USER32.dll",   "GDI32.dll",
-                                                   "SHELL32.dll",  "ole32.dll",  "ADVAPI32.dll", "COMDLG32.dll"};
+                                                   "SHELL32.dll",  "ole32.dll",  "ADVAPI32.dll", "comdlg32.dll"};
     int state = 0;
     const std::string dump = runCommand("x86_64-w64-mingw32-objdump -p " + kDll, state);
     ASSERT_EQ(state, 0) << dump;

@@ -1,0 +1,64 @@
+// The keyboard hook of Windows.
+
+#include "Platform/Win32/CKeyHook.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr LPARAM kReleasedFlag = LPARAM{1} << 31;
+
+}  // namespace
+
+CLock CKeyHook::lock_;
+HHOOK CKeyHook::hook_ = nullptr;
+HWND CKeyHook::owner_ = nullptr;
+
+bool CKeyHook::grab(HWND window) {
+    const CLockScope scope(lock_);
+    if (owner_ == window) {
+        return true;
+    }
+    remove();
+    hook_ = SetWindowsHookExW(WH_KEYBOARD, &procedure, nullptr, GetCurrentThreadId());
+    owner_ = hook_ ? window : nullptr;
+    return hook_ != nullptr;
+}
+
+void CKeyHook::release(HWND window) {
+    const CLockScope scope(lock_);
+    if (window && owner_ == window) {
+        remove();
+    }
+}
+
+bool CKeyHook::isOwner(HWND window) {
+    const CLockScope scope(lock_);
+    return window && owner_ == window;
+}
+
+void CKeyHook::remove() {
+    if (hook_) {
+        UnhookWindowsHookEx(hook_);
+    }
+    hook_ = nullptr;
+    owner_ = nullptr;
+}
+
+LRESULT CALLBACK CKeyHook::procedure(int code, WPARAM wParam, LPARAM lParam) {
+    HWND owner = nullptr;
+    {
+        const CLockScope scope(lock_);
+        owner = owner_;
+    }
+    // A host that only looks at its queue (HC_NOREMOVE) meets the key once more. VK_PACKET carries its character where
+    // a hook does not see it: the window takes it from WM_CHAR.
+    const bool isTaken = code == HC_ACTION && wParam != VK_PACKET && owner &&
+                         GetWindowThreadProcessId(owner, nullptr) == GetCurrentThreadId();
+    if (isTaken && SendMessageW(owner, lParam & kReleasedFlag ? kReleaseMessage : kPressMessage, wParam, lParam)) {
+        return 1;
+    }
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+}  // namespace tarv

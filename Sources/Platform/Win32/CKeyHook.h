@@ -1,0 +1,32 @@
+#pragma once
+
+#include <windows.h>
+
+#include "Platform/Lock.h"
+
+namespace tarv {
+
+/// Sends the keys of a thread to one window before the host's message loop passes them on. One window of the process
+/// owns the hook; hook and owner change under a lock, which is not held while the window takes a key.
+class CKeyHook {
+public:
+    /// To the owner, with WH_KEYBOARD's parameters. A result of 1 keeps the key from the host.
+    static constexpr UINT kPressMessage = 5121;
+    static constexpr UINT kReleaseMessage = 5122;
+
+    /// Of the calling thread; a former owner loses the hook. False if the system refuses it.
+    static bool grab(HWND window);
+    /// Nothing if another window is the owner. Any thread.
+    static void release(HWND window);
+    static bool isOwner(HWND window);
+
+private:
+    static LRESULT CALLBACK procedure(int code, WPARAM wParam, LPARAM lParam);
+    static void remove();
+
+    static CLock lock_;
+    static HHOOK hook_;
+    static HWND owner_;
+};
+
+}  // namespace tarv

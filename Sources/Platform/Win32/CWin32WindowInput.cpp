@@ -1,0 +1,191 @@
+// Messages of a window: pointer, wheel and keys.
+
+#include <windowsx.h>
+#include <algorithm>
+
+#include "Platform/Win32/CKeyHook.h"
+#include "Platform/Win32/CWin32Window.h"
+
+namespace tarv {
+
+/// What a message says of a button.
+struct CWin32Window::CButtonRow {
+    UINT number;
+    CPointerKind kind;
+    CPointerButton button;
+    bool isDouble;
+};
+
+const CWin32Window::CButtonRow CWin32Window::kButtons[] = {
+    {WM_LBUTTONDOWN, CPointerKind::Press, CPointerButton::Left, false},
+    {WM_LBUTTONUP, CPointerKind::Release, CPointerButton::Left, false},
+    {WM_LBUTTONDBLCLK, CPointerKind::Press, CPointerButton::Left, true},
+    {WM_RBUTTONDOWN, CPointerKind::Press, CPointerButton::Right, false},
+    {WM_RBUTTONUP, CPointerKind::Release, CPointerButton::Right, false},
+    {WM_RBUTTONDBLCLK, CPointerKind::Press, CPointerButton::Right, true},
+    {WM_MBUTTONDOWN, CPointerKind::Press, CPointerButton::Other, false},
+    {WM_MBUTTONUP, CPointerKind::Release, CPointerButton::Other, false},
+    {WM_MBUTTONDBLCLK, CPointerKind::Press, CPointerButton::Other, true},
+    {WM_XBUTTONDOWN, CPointerKind::Press, CPointerButton::Other, false},
+    {WM_XBUTTONUP, CPointerKind::Release, CPointerButton::Other, false},
+    {WM_XBUTTONDBLCLK, CPointerKind::Press, CPointerButton::Other, true},
+};
+
+namespace {
+
+bool isKeyDown(int key) {
+    return GetKeyState(key) < 0;
+}
+
+}  // namespace
+
+CInputModifiers currentModifiers() {
+    return {isKeyDown(VK_SHIFT), isKeyDown(VK_CONTROL), isKeyDown(VK_MENU), isKeyDown(VK_LBUTTON),
+            isKeyDown(VK_RBUTTON)};
+}
+
+void CWin32Window::sendPointer(CPointerKind kind, CPointerButton button, bool isDouble) {
+    handler_.onPointer({kind, button, lastX_, lastY_, isDouble, currentModifiers()});
+}
+
+// Positions are the message's, not the pointer's of this moment, and signed: beyond the edges while captured, and on
+// monitors left of the first one.
+LRESULT CWin32Window::movePointer(const CMessage& message) {
+    lastX_ = GET_X_LPARAM(message.lParam);
+    lastY_ = GET_Y_LPARAM(message.lParam);
+    trackLeave();
+    sendPointer(CPointerKind::Move, CPointerButton::None, false);
+    return 0;
+}
+
+LRESULT CWin32Window::pressButton(const CMessage& message) {
+    const auto* row =
+        std::find_if(std::begin(kButtons), std::end(kButtons), [&](auto& r) { return r.number == message.number; });
+    lastX_ = GET_X_LPARAM(message.lParam);
+    lastY_ = GET_Y_LPARAM(message.lParam);
+    sendPointer(row->kind, row->button, row->isDouble);
+    // What the system makes of the further buttons, such as back and forward, is not the host's either.
+    return row->button == CPointerButton::Other ? TRUE : 0;
+}
+
+// While captured the system would report each move outside.
+void CWin32Window::trackLeave() {
+    if (handle_ && !isCaptured_ && !isTracking_) {
+        TRACKMOUSEEVENT track{sizeof(track), TME_LEAVE, handle_, 0};
+        isTracking_ = TrackMouseEvent(&track) != 0;
+    }
+}
+
+LRESULT CWin32Window::leave(const CMessage&) {
+    isTracking_ = false;
+    if (!isCaptured_) {
+        sendPointer(CPointerKind::Leave, CPointerButton::None, false);
+    }
+    return 0;
+}
+
+LRESULT CWin32Window::loseCapture(const CMessage& message) {
+    if (isCaptured_ && reinterpret_cast<HWND>(message.lParam) != message.window) {
+        isCaptured_ = false;
+        trackLeave();
+        sendPointer(CPointerKind::CaptureLost, CPointerButton::None, false);
+    }
+    return 0;
+}
+
+// Systems before Windows 10, and some hosts, send the wheel to the window with the focus: the point on the screen
+// decides.
+LRESULT CWin32Window::turnWheel(const CMessage& message) {
+    const POINT place{GET_X_LPARAM(message.lParam), GET_Y_LPARAM(message.lParam)};
+    CWin32Window* target = find(WindowFromPoint(place));
+    if (target) {
+        return target->takeWheel(message, place);
+    }
+    return isChild_ ? passOn(GetParent(handle_), message) : 0;
+}
+
+LRESULT CWin32Window::takeWheel(const CMessage& message, POINT place) {
+    if (isPassingOn_) {
+        return 0;
+    }
+    const CLifeGuard guard(life_);
+    ScreenToClient(handle_, &place);
+    const double notches = static_cast<double>(GET_WHEEL_DELTA_WPARAM(message.wParam)) / WHEEL_DELTA;
+    const bool isTaken = handler_.onWheel({place.x, place.y, notches, currentModifiers()});
+    const bool isOver = isTaken || !guard.isAlive() || !handle_ || !isChild_;
+    return isOver ? 0 : passOn(GetParent(handle_), message);
+}
+
+// A host may send what it gets to the window under the pointer or with the focus, which is this one again.
+LRESULT CWin32Window::passOn(HWND to, const CMessage& message) {
+    if (!to || isPassingOn_) {
+        return 0;
+    }
+    if (GetWindowThreadProcessId(to, nullptr) != GetCurrentThreadId()) {
+        // Its own loop makes the characters of a key.
+        if (message.number != WM_CHAR && message.number != WM_DEADCHAR) {
+            PostMessageW(to, message.number, message.wParam, message.lParam);
+        }
+        return 0;
+    }
+    const CLifeGuard guard(life_);
+    isPassingOn_ = true;
+    const LRESULT result = SendMessageW(to, message.number, message.wParam, message.lParam);
+    if (guard.isAlive()) {
+        isPassingOn_ = false;
+    }
+    return result;
+}
+
+LRESULT CWin32Window::takeHookedKey(const CMessage& message) {
+    constexpr int kScanCodeShift = 16;
+    constexpr UINT kScanCodeMask = 0xff;
+    constexpr int kKeyCount = 256;
+    if (!CKeyHook::isOwner(message.window)) {
+        return 0;
+    }
+    CKeyEvent event;
+    event.code = static_cast<int32_t>(message.wParam);
+    event.isDown = message.number == CKeyHook::kPressMessage;
+    event.modifiers = currentModifiers();
+    BYTE state[kKeyCount] = {};
+    if (event.isDown && GetKeyboardState(state)) {
+        const UINT scanCode = static_cast<UINT>(message.lParam >> kScanCodeShift) & kScanCodeMask;
+        event.characterCount =
+            characters_.translate(static_cast<UINT>(message.wParam), scanCode, state, event.characters);
+    }
+    return handler_.onKey(event) ? 1 : 0;
+}
+
+// What the focus brings and no field edits is the host's.
+LRESULT CWin32Window::passKeyOn(const CMessage& message) {
+    if (takePacket(message)) {
+        return 0;
+    }
+    return passOn(isChild_ ? GetParent(message.window) : GetWindow(message.window, GW_OWNER), message);
+}
+
+// Characters that come without a key of the layout: from a keyboard on the screen, or from another program.
+bool CWin32Window::takePacket(const CMessage& message) {
+    if (!CKeyHook::isOwner(message.window)) {
+        return false;
+    }
+    if (message.number == WM_KEYDOWN || message.number == WM_KEYUP) {
+        isPacket_ = message.number == WM_KEYDOWN && message.wParam == VK_PACKET;
+        return message.wParam == VK_PACKET;
+    }
+    if (message.number != WM_CHAR || !isPacket_) {
+        return false;
+    }
+    isPacket_ = false;
+    CKeyEvent event;
+    event.code = VK_PACKET;
+    event.isDown = true;
+    event.modifiers = currentModifiers();
+    event.characters[0] = static_cast<char16_t>(message.wParam);
+    event.characterCount = 1;
+    handler_.onKey(event);
+    return true;
+}
+
+}  // namespace tarv

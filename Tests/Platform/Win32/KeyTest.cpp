@@ -1,0 +1,177 @@
+#include <thread>
+
+#include "Tests/Platform/Win32/CTestWindows.h"
+
+namespace tarv {
+namespace {
+
+class Win32Keys : public testing::Test {
+protected:
+    CRealInput input;
+    CHostWindow host;
+    CNotes notes;
+    std::unique_ptr<CPlatformWindow> child = openChild(host, notes);
+
+    void SetUp() override { notes.take(); }
+};
+
+TEST_F(Win32Keys, WithoutAGrabTheyAreTheHosts) {
+    input.press('A');
+    EXPECT_TRUE(notes.take().empty());
+    EXPECT_EQ(host.heard(), (CLines{"down 65", "char 97", "up 65"}));
+}
+
+TEST_F(Win32Keys, WhileGrabbedTheyComeHereAndStopHere) {
+    child->grabKeys(true);
+    input.press('A');
+    input.press(VK_SPACE);
+    input.press(VK_RETURN);
+    EXPECT_EQ(notes.take(),
+              (CLines{"key 65 down", "key 65 up", "key 32 down", "key 32 up", "key 13 down", "key 13 up"}));
+    EXPECT_EQ(notes.typed, u"a ");
+    EXPECT_TRUE(host.heard().empty()) << "the focus is the host's, and yet it gets nothing";
+    child->grabKeys(false);
+    input.press('B');
+    EXPECT_TRUE(notes.take().empty());
+    EXPECT_EQ(host.heard(), (CLines{"down 66", "char 98", "up 66"}));
+}
+
+TEST_F(Win32Keys, CharactersFollowTheLayoutAndTheKeysHeld) {
+    child->grabKeys(true);
+    input.key(VK_SHIFT, true);
+    input.press('A');
+    input.press('1');
+    input.key(VK_SHIFT, false);
+    input.press(VK_OEM_COMMA);
+    EXPECT_EQ(notes.typed, u"A!,");
+    notes.typed.clear();
+    input.key(VK_CONTROL, true);
+    input.press('C');
+    input.key(VK_CONTROL, false);
+    EXPECT_EQ(notes.typed, u"") << "a control character is no text";
+    notes.take();
+    input.key(VK_CONTROL, true);
+    input.press('V');
+    input.key(VK_CONTROL, false);
+    EXPECT_EQ(notes.take()[1], "key 86 down ctrl");
+}
+
+TEST_F(Win32Keys, AKeyThatIsNotTakenGoesOnToTheHost) {
+    notes.takesKeys = false;
+    child->grabKeys(true);
+    input.press(VK_SPACE);
+    EXPECT_EQ(notes.take(), (CLines{"key 32 down", "key 32 up"}));
+    EXPECT_EQ(host.heard(), (CLines{"down 32", "char 32", "up 32"}));
+}
+
+TEST_F(Win32Keys, WithTheFocusHereUntakenKeysStillReachTheHostOnce) {
+    child->takeFocus();
+    ASSERT_EQ(GetFocus(), reinterpret_cast<HWND>(child->handle()));
+    input.press(VK_SPACE);
+    EXPECT_EQ(host.heard(), (CLines{"down 32", "char 32", "up 32"}));
+    notes.takesKeys = false;
+    child->grabKeys(true);
+    input.press('A');
+    EXPECT_EQ(notes.take(), (CLines{"key 65 down", "key 65 up"}));
+    EXPECT_EQ(host.heard(), (CLines{"down 32", "char 32", "up 32", "down 65", "char 97", "up 65"}));
+}
+
+TEST_F(Win32Keys, AHostThatSendsKeysBackGetsThemOnce) {
+    child->takeFocus();
+    const HWND window = reinterpret_cast<HWND>(child->handle());
+    host.onMessage = [window](UINT message, WPARAM wParam, LPARAM lParam) {
+        return message == WM_KEYDOWN ? SendMessageW(window, message, wParam, lParam) : 0;
+    };
+    input.press(VK_SPACE);
+    EXPECT_EQ(host.heard(), (CLines{"down 32", "char 32", "up 32"}));
+}
+
+TEST_F(Win32Keys, TheFocusGoesBackToWhereItWas) {
+    child->takeFocus();
+    child->takeFocus();
+    child->giveFocusBack();
+    EXPECT_EQ(GetFocus(), host.window());
+    child->takeFocus();
+    SetFocus(nullptr);
+    child->giveFocusBack();
+    EXPECT_EQ(GetFocus(), nullptr) << "the focus is elsewhere meanwhile";
+    SetFocus(host.window());
+    child->takeFocus();
+    child.reset();
+    EXPECT_EQ(GetFocus(), host.window());
+}
+
+TEST_F(Win32Keys, OneWindowOfTheProcessOwnsThem) {
+    CNotes other;
+    const auto second = openChild(host, other);
+    child->grabKeys(true);
+    second->grabKeys(true);
+    input.press('A');
+    EXPECT_TRUE(notes.take().empty());
+    EXPECT_EQ(other.take().size(), 2u + 1u) << "its first paint, and the key";
+    child->grabKeys(false);
+    input.press('A');
+    EXPECT_EQ(other.take().size(), 2u) << "who does not own the keys gives none back";
+    second->grabKeys(false);
+    input.press('A');
+    EXPECT_EQ(host.heard().size(), 3u);
+}
+
+TEST_F(Win32Keys, AGrabOnAnotherThreadEndsTheFormerOne) {
+    child->grabKeys(true);
+    std::thread([] {
+        CHostWindow otherHost;
+        CNotes other;
+        const auto window = openChild(otherHost, other);
+        window->grabKeys(true);
+    }).join();
+    SetForegroundWindow(host.window());
+    SetFocus(host.window());
+    pump();
+    input.press('A');
+    EXPECT_TRUE(notes.take().empty());
+    EXPECT_EQ(host.heard(), (CLines{"down 65", "char 97", "up 65"}));
+}
+
+TEST_F(Win32Keys, AWindowThatGoesLeavesNoHook) {
+    child->grabKeys(true);
+    child.reset();
+    input.press('A');
+    EXPECT_EQ(host.heard(), (CLines{"down 65", "char 97", "up 65"}));
+}
+
+TEST_F(Win32Keys, AWindowMayGoInsideItsKey) {
+    child->grabKeys(true);
+    notes.react = [this](const std::string&) { child.reset(); };
+    input.key('A', true);
+    EXPECT_FALSE(child);
+    input.key('A', false);
+    EXPECT_EQ(host.heard(), (CLines{"up 65"})) << "the key that closed the window was taken";
+}
+
+TEST_F(Win32Keys, ALookAtTheQueueIsNoKey) {
+    child->grabKeys(true);
+    INPUT key{};
+    key.type = INPUT_KEYBOARD;
+    key.ki.wVk = 'A';
+    ASSERT_EQ(SendInput(1, &key, sizeof(key)), 1u);
+    MSG message;
+    for (int i = 0; i < 3; ++i) {
+        PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);
+    }
+    EXPECT_TRUE(notes.take().empty());
+    pump();
+    EXPECT_EQ(notes.take(), (CLines{"key 65 down"}));
+    input.key('A', false);
+}
+
+TEST_F(Win32Keys, CharactersWithoutAKeyAreTyped) {
+    child->takeFocus();
+    child->grabKeys(true);
+    input.packet(u'\u0141');
+    EXPECT_EQ(notes.typed, u"\u0141");
+    EXPECT_TRUE(host.heard().empty());
+}
+
+}  // namespace
+}  // namespace tarv
