@@ -8,6 +8,16 @@ namespace {
 
 constexpr LPARAM kReleasedFlag = LPARAM{1} << 31;
 
+/// Whether the user types into another window of this process than that of the owner, such as a dialog of the host or
+/// of the system. Where the focus lies inside of a window is the host's matter, and the keys are the owner's.
+bool isTypedElsewhere(HWND owner) {
+    const HWND active = GetActiveWindow();
+    DWORD process = 0;
+    GetWindowThreadProcessId(active, &process);
+    return active && process == GetCurrentProcessId() && active != GetAncestor(owner, GA_ROOT) &&
+           GetClassLongPtrW(active, GCW_ATOM) != GetClassLongPtrW(owner, GCW_ATOM);
+}
+
 }  // namespace
 
 CLock CKeyHook::lock_;
@@ -54,7 +64,7 @@ LRESULT CALLBACK CKeyHook::procedure(int code, WPARAM wParam, LPARAM lParam) {
     // A host that only looks at its queue (HC_NOREMOVE) meets the key once more. VK_PACKET carries its character where
     // a hook does not see it: the window takes it from WM_CHAR.
     const bool isTaken = code == HC_ACTION && wParam != VK_PACKET && owner &&
-                         GetWindowThreadProcessId(owner, nullptr) == GetCurrentThreadId();
+                         GetWindowThreadProcessId(owner, nullptr) == GetCurrentThreadId() && !isTypedElsewhere(owner);
     if (isTaken && SendMessageW(owner, lParam & kReleasedFlag ? kReleaseMessage : kPressMessage, wParam, lParam)) {
         return 1;
     }

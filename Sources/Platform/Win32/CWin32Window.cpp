@@ -63,6 +63,11 @@ CPlatformError CWin32Window::make(const CWindowRequest& request) {
     if (!handle_) {
         return GetLastError();
     }
+    // A host that is written from the right mirrors its children, their coordinates and their pixels.
+    const LONG_PTR extendedStyle = GetWindowLongPtrW(handle_, GWL_EXSTYLE);
+    if (extendedStyle & WS_EX_LAYOUTRTL) {
+        SetWindowLongPtrW(handle_, GWL_EXSTYLE, extendedStyle & ~LONG_PTR{WS_EX_LAYOUTRTL});
+    }
     SetWindowLongPtrW(handle_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     return 0;
 }

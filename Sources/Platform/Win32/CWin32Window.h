@@ -59,11 +59,11 @@ private:
     /// The object of a window of this class and this thread, or null.
     static CWin32Window* find(HWND window);
     static LRESULT byDefault(const CMessage& message);
+    static LRESULT activate(const CMessage& message);
     LRESULT paint(const CMessage& message);
     LRESULT keepBackground(const CMessage& message);
     LRESULT chooseCursor(const CMessage& message);
     LRESULT refuseActivation(const CMessage& message);
-    LRESULT activate(const CMessage& message);
     LRESULT askToClose(const CMessage& message);
     LRESULT forgetHandle(const CMessage& message);
     void followActivation(bool isActive, HWND active);

@@ -2,6 +2,7 @@
 
 #include "Platform/Win32/CKeyHook.h"
 #include "Platform/Win32/CWin32WindowShared.h"
+#include "Platform/Win32/FileDialog.h"
 
 namespace tarv {
 
@@ -16,7 +17,6 @@ const CWin32Window::CMessageRow CWin32Window::kMessages[] = {
     {WM_ERASEBKGND, &CWin32Window::keepBackground},
     {WM_SETCURSOR, &CWin32Window::chooseCursor},
     {WM_MOUSEACTIVATE, &CWin32Window::refuseActivation},
-    {WM_ACTIVATE, &CWin32Window::activate},
     {WM_CLOSE, &CWin32Window::askToClose},
     {WM_NCDESTROY, &CWin32Window::forgetHandle},
     {WM_MOUSEMOVE, &CWin32Window::movePointer},
@@ -45,6 +45,10 @@ const CWin32Window::CMessageRow CWin32Window::kMessages[] = {
 
 LRESULT CALLBACK CWin32Window::procedure(HWND window, UINT number, WPARAM wParam, LPARAM lParam) {
     const CMessage message{window, number, wParam, lParam};
+    // Concerns owners, too, also when this window is about to go.
+    if (number == WM_ACTIVATE) {
+        return activate(message);
+    }
     auto* object = reinterpret_cast<CWin32Window*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (object) {
         for (const CMessageRow& row : kMessages) {
@@ -140,6 +144,7 @@ LRESULT CWin32Window::askToClose(const CMessage&) {
 // The last message of a window, which the system destroys with its parent.
 LRESULT CWin32Window::forgetHandle(const CMessage& message) {
     CKeyHook::release(message.window);
+    closeFileDialogs(message.window);
     SetWindowLongPtrW(message.window, GWLP_USERDATA, 0);
     const LRESULT result = byDefault(message);
     handle_ = nullptr;

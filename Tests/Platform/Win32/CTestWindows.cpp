@@ -45,15 +45,15 @@ std::string modifierNames(const CInputModifiers& modifiers) {
 
 }  // namespace
 
-CHostWindow::CHostWindow() {
+CHostWindow::CHostWindow(DWORD extendedStyle) {
     WNDCLASSEXW windowClass{};
     windowClass.cbSize = sizeof(windowClass);
     windowClass.lpfnWndProc = &procedure;
     windowClass.hInstance = GetModuleHandleW(nullptr);
     windowClass.lpszClassName = kHostClass;
     RegisterClassExW(&windowClass);
-    window_ = CreateWindowExW(0, kHostClass, L"Host", WS_POPUP | WS_CLIPCHILDREN, 100, 100, 400, 300, nullptr, nullptr,
-                              GetModuleHandleW(nullptr), this);
+    window_ = CreateWindowExW(extendedStyle, kHostClass, L"Host", WS_POPUP | WS_CLIPCHILDREN, 100, 100, 400, 300,
+                              nullptr, nullptr, GetModuleHandleW(nullptr), this);
     SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     ShowWindow(window_, SW_SHOW);
     SetForegroundWindow(window_);

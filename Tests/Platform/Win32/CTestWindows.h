@@ -21,7 +21,7 @@ bool pumpUntil(const std::function<bool()>& condition);
 /// A host's window of 400 x 300 pixels at 100, 100 of the screen. Notes wheel and keys that come to it.
 class CHostWindow {
 public:
-    CHostWindow();
+    explicit CHostWindow(DWORD extendedStyle = 0);
     ~CHostWindow();
     CHostWindow(const CHostWindow&) = delete;
     CHostWindow& operator=(const CHostWindow&) = delete;

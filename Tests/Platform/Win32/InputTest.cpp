@@ -1,3 +1,6 @@
+#include <atomic>
+#include <thread>
+
 #include "Tests/Platform/Win32/CTestWindows.h"
 
 namespace tarv {
@@ -161,6 +164,49 @@ TEST_F(Win32Input, AHostThatSendsTheWheelBackGetsItOnce) {
     input.wheel(120);
     EXPECT_EQ(host.heard(), (CLines{"wheel 120"}));
     EXPECT_EQ(notes.wheelSum, 1.0);
+}
+
+TEST(Win32OtherThread, AHostOnItIsNotWaitedFor) {
+    std::atomic<HWND> parent{nullptr};
+    std::atomic<int> step{0};
+    CLines heard;
+    std::thread hostThread([&] {
+        CHostWindow host;
+        parent = host.window();
+        pumpUntil([&] { return step == 1; });
+        // Busy, without a look at its messages.
+        while (step == 1) {
+            Sleep(1);
+        }
+        EXPECT_TRUE(pumpUntil([&] { return host.heard().size() >= 3; }));
+        heard = host.heard();
+        pumpUntil([&] { return step == 3; });
+    });
+    while (!parent) {
+        Sleep(1);
+    }
+    CNotes notes;
+    notes.takesWheel = false;
+    CWindowRequest request;
+    request.isChild = true;
+    request.parent = reinterpret_cast<CWindowHandle>(parent.load());
+    request.bounds = {50, 50, 250, 150};
+    CPlatformError error = 0;
+    auto child = windowSystem()->createWindow(request, notes, error);
+    ASSERT_TRUE(child);
+    child->show(true);
+    pump();
+    const HWND window = reinterpret_cast<HWND>(child->handle());
+    step = 1;
+    SendMessageW(window, WM_MOUSEWHEEL, MAKEWPARAM(0, 120), MAKELPARAM(160, 160));
+    SendMessageW(window, WM_KEYDOWN, VK_SPACE, 0);
+    SendMessageW(window, WM_CHAR, ' ', 0);
+    step = 2;
+    child.reset();
+    step = 3;
+    hostThread.join();
+    // The character is made by the host's own loop.
+    EXPECT_EQ(heard, (CLines{"wheel 120", "down 32", "char 32"}));
 }
 
 TEST_F(Win32Input, ThePointOnTheScreenDecidesWhichWindowTakesTheWheel) {

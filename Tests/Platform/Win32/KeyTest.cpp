@@ -117,6 +117,31 @@ TEST_F(Win32Keys, OneWindowOfTheProcessOwnsThem) {
     EXPECT_EQ(host.heard().size(), 3u);
 }
 
+TEST_F(Win32Keys, WhatIsTypedIntoAnotherWindowOfTheHostIsItsOwn) {
+    child->grabKeys(true);
+    {
+        CHostWindow dialog;
+        input.press('A');
+        EXPECT_TRUE(notes.take().empty());
+        EXPECT_EQ(dialog.heard(), (CLines{"down 65", "char 97", "up 65"}));
+    }
+    SetForegroundWindow(host.window());
+    // Where in the host's window the focus lies makes no difference.
+    const HWND field =
+        CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 0, 0, 40, 20, host.window(), nullptr, nullptr, nullptr);
+    SetFocus(field);
+    pump();
+    input.press('B');
+    EXPECT_EQ(notes.take(), (CLines{"key 66 down", "key 66 up"}));
+    EXPECT_EQ(GetWindowTextLengthW(field), 0);
+    // A popup of ours is no other window.
+    CNotes list;
+    const auto popup = openPopup(child->handle(), list, {600, 310, 700, 350});
+    ASSERT_EQ(GetActiveWindow(), reinterpret_cast<HWND>(popup->handle()));
+    input.press('C');
+    EXPECT_EQ(notes.take(), (CLines{"key 67 down", "key 67 up"}));
+}
+
 TEST_F(Win32Keys, AGrabOnAnotherThreadEndsTheFormerOne) {
     child->grabKeys(true);
     std::thread([] {

@@ -203,6 +203,35 @@ TEST(Win32Window, ActivationGoesWithTheWindowsThatItOwns) {
     EXPECT_EQ(submenu.lastActive, host.handle());
 }
 
+TEST(Win32Window, AnActiveWindowThatClosesLeavesItsOwnerWithTheRightState) {
+    CHostWindow host;
+    for (const bool isHostNext : {false, true}) {
+        CNotes list;
+        CNotes submenu;
+        const auto popup = openPopup(host.handle(), list, {300, 310, 400, 350});
+        auto inner = openPopup(popup->handle(), submenu, {400, 310, 500, 350});
+        list.take();
+        submenu.take();
+        if (isHostNext) {
+            // The system gives no activation to what is disabled.
+            EnableWindow(asWindow(popup), FALSE);
+        }
+        inner.reset();
+        pump();
+        CLines lines = list.take();
+        EXPECT_EQ(std::count(lines.begin(), lines.end(), "inactive"), GetActiveWindow() == asWindow(popup) ? 0 : 1);
+        EXPECT_EQ(GetActiveWindow() == asWindow(popup), !isHostNext);
+        EXPECT_TRUE(submenu.take().empty()) << "a window that is destroyed calls nobody";
+    }
+}
+
+TEST(Win32Window, AHostThatIsWrittenFromTheRightMirrorsNothing) {
+    CHostWindow host(WS_EX_LAYOUTRTL);
+    CNotes notes;
+    const auto child = openChild(host, notes);
+    EXPECT_EQ(GetWindowLongPtrW(asWindow(child), GWL_EXSTYLE) & WS_EX_LAYOUTRTL, 0);
+}
+
 TEST(Win32Window, APopupWithoutActivationLeavesItToTheHost) {
     CHostWindow host;
     CNotes notes;
