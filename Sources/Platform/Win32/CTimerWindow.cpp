@@ -40,19 +40,16 @@ CTimerHandler* CTimerWindow::handlerOf(CTimerId id) const {
 
 CTimerWindow* CTimerWindow::ofThisThread() {
     const CLockScope scope(all_.lock);
-    const DWORD thread = GetCurrentThreadId();
     auto& windows = all_.windows;
-    const auto found = std::find_if(windows.begin(), windows.end(), [&](auto& w) { return w->thread_ == thread; });
-    if (found == windows.end()) {
-        return nullptr;
-    }
     // A thread that ended with running timers took its window along, and its number may be another's now.
-    if (GetWindowThreadProcessId((*found)->window_, nullptr) != thread) {
-        windows.erase(found);
+    const auto lost = std::erase_if(
+        windows, [](const auto& w) { return GetWindowThreadProcessId(w->window_, nullptr) != w->thread_; });
+    for (size_t i = 0; i < lost; ++i) {
         all_.windowClass.release();
-        return nullptr;
     }
-    return found->get();
+    const DWORD thread = GetCurrentThreadId();
+    const auto found = std::find_if(windows.begin(), windows.end(), [&](auto& w) { return w->thread_ == thread; });
+    return found == windows.end() ? nullptr : found->get();
 }
 
 CTimerWindow* CTimerWindow::open(CPlatformError& error) {

@@ -159,8 +159,7 @@ void CWin32Window::releaseCapture() {
     if (GetCapture() == handle_) {
         ReleaseCapture();
     }
-    // The pointer may have left meanwhile.
-    trackLeave();
+    trackLeaveAfterCapture();
 }
 
 void CWin32Window::setCursor(CCursorShape shape) {

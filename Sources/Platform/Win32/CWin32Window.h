@@ -80,6 +80,7 @@ private:
     LRESULT passOn(HWND to, const CMessage& message);
     void sendPointer(CPointerKind kind, CPointerButton button, bool isDouble);
     void trackLeave();
+    void trackLeaveAfterCapture();
 
     CWindowHandler& handler_;
     const bool isChild_;

@@ -76,6 +76,17 @@ void CWin32Window::trackLeave() {
     }
 }
 
+// A leave while captured was not reported, and some systems give none for a window that the pointer is not over.
+void CWin32Window::trackLeaveAfterCapture() {
+    POINT place{};
+    GetCursorPos(&place);
+    if (isTracking_ || WindowFromPoint(place) == handle_) {
+        trackLeave();
+    } else {
+        isTracking_ = PostMessageW(handle_, WM_MOUSELEAVE, 0, 0) != 0;
+    }
+}
+
 LRESULT CWin32Window::leave(const CMessage&) {
     isTracking_ = false;
     if (!isCaptured_) {
@@ -87,7 +98,7 @@ LRESULT CWin32Window::leave(const CMessage&) {
 LRESULT CWin32Window::loseCapture(const CMessage& message) {
     if (isCaptured_ && reinterpret_cast<HWND>(message.lParam) != message.window) {
         isCaptured_ = false;
-        trackLeave();
+        trackLeaveAfterCapture();
         sendPointer(CPointerKind::CaptureLost, CPointerButton::None, false);
     }
     return 0;

@@ -12,11 +12,10 @@ void pump() {
     }
 }
 
-bool pumpUntil(const std::function<bool()>& condition) {
-    constexpr DWORD kMostMs = 2000;
+bool pumpUntil(const std::function<bool()>& condition, DWORD mostMs) {
     const DWORD start = GetTickCount();
     for (pump(); !condition(); pump()) {
-        if (GetTickCount() - start > kMostMs) {
+        if (GetTickCount() - start > mostMs) {
             return false;
         }
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);

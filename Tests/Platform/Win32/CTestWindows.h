@@ -15,8 +15,8 @@ using CLines = std::vector<std::string>;
 
 /// Takes what waits for this thread, as a host's loop does.
 void pump();
-/// Pumps until the condition holds; false after two seconds.
-bool pumpUntil(const std::function<bool()>& condition);
+/// Pumps until the condition holds; false after that many milliseconds.
+bool pumpUntil(const std::function<bool()>& condition, DWORD mostMs = 2000);
 
 /// A host's window of 400 x 300 pixels at 100, 100 of the screen. Notes wheel and keys that come to it.
 class CHostWindow {

@@ -1,3 +1,7 @@
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include <atomic>
 #include <filesystem>
 #include <fstream>
@@ -18,7 +22,9 @@ public:
                   if (const HWND dialog = find()) {
                       hasSeen = true;
                       // Until it is gone: one that is just being filled does not listen yet.
-                      PostMessageW(dialog, WM_COMMAND, command, 0);
+                      if (command == IDCANCEL || isFilled(dialog)) {
+                          PostMessageW(dialog, WM_COMMAND, command, 0);
+                      }
                   }
                   Sleep(20);
               }
@@ -40,6 +46,30 @@ private:
             *reinterpret_cast<HWND*>(found) = window;
         }
         return TRUE;
+    }
+    /// A dialog of folders shows itself before it has chosen the one to begin in.
+    static BOOL CALLBACK noteTree(HWND window, LPARAM found) {
+        wchar_t name[32] = {};
+        GetClassNameW(window, name, 32);
+        if (std::wstring(name) == WC_TREEVIEWW && IsWindowVisible(window)) {
+            *reinterpret_cast<HWND*>(found) = window;
+        }
+        return TRUE;
+    }
+    static bool isFilled(HWND dialog) {
+        HWND tree = nullptr;
+        EnumChildWindows(dialog, &noteTree, reinterpret_cast<LPARAM>(&tree));
+        if (!tree) {
+            return true;
+        }
+        wchar_t text[64] = {};
+        TVITEMW item{};
+        item.mask = TVIF_TEXT;
+        item.hItem = reinterpret_cast<HTREEITEM>(SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
+        item.pszText = text;
+        item.cchTextMax = 64;
+        SendMessageW(tree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        return std::wstring(text) == L"tarv-dialogs";
     }
     HWND find() const {
         HWND found = nullptr;
@@ -124,14 +154,14 @@ TEST(Win32FileDialogMessage, NamesTheNumberOfAFailure) {
     EXPECT_EQ(fileDialogMessage(0x3002), u"The file dialog could not be shown: error 12290.");
 }
 
-/// Closes a window while a dialog runs the loop of its thread.
+/// Acts while a dialog runs the loop of its thread.
 class CCloser final : public CTimerHandler {
 public:
-    explicit CCloser(std::unique_ptr<CPlatformWindow>& window) : window_(window) {}
+    explicit CCloser(std::function<void()> act) : act_(std::move(act)) {}
     void onTimer() override {
         const int tick = ++ticks_;
         if (tick == 20) {
-            window_.reset();
+            act_();
         } else if (tick == 200) {
             ADD_FAILURE() << "the dialog stays";
             EnumThreadWindows(GetCurrentThreadId(), &cancel, 0);
@@ -144,24 +174,35 @@ private:
         return TRUE;
     }
 
-    std::unique_ptr<CPlatformWindow>& window_;
+    std::function<void()> act_;
     int ticks_ = 0;
 };
 
 TEST_F(Win32FileDialog, ADialogClosesWithTheWindowThatOwnsIt) {
-    CHostWindow host;
-    CNotes notes;
-    auto child = openChild(host, notes);
-    request.owner = child->handle();
-    CCloser closer(child);
-    CPlatformError error = 0;
-    bool isWindow = false;
-    const CTimerId timer = windowSystem()->startTimer(closer, 20, error, isWindow);
-    EXPECT_FALSE(windowSystem()->askForFile(request, path, message));
-    windowSystem()->stopTimer(timer);
-    EXPECT_FALSE(child);
-    EXPECT_EQ(message, u"");
-    EXPECT_TRUE(IsWindowEnabled(host.window()));
+    for (const bool isParentFirst : {false, true}) {
+        CHostWindow host;
+        const HWND frame = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE, 0, 0, 300, 200, host.window(),
+                                           nullptr, nullptr, nullptr);
+        CNotes notes;
+        auto child = openChild(host, notes);
+        SetParent(reinterpret_cast<HWND>(child->handle()), frame);
+        request.owner = child->handle();
+        CCloser closer([&] {
+            if (isParentFirst) {
+                DestroyWindow(frame);
+            } else {
+                child.reset();
+            }
+        });
+        CPlatformError error = 0;
+        bool isWindow = false;
+        const CTimerId timer = windowSystem()->startTimer(closer, 20, error, isWindow);
+        EXPECT_FALSE(windowSystem()->askForFile(request, path, message));
+        windowSystem()->stopTimer(timer);
+        EXPECT_TRUE(!child || child->handle() == 0);
+        EXPECT_EQ(message, u"");
+        EXPECT_TRUE(IsWindowEnabled(host.window()));
+    }
 }
 
 }  // namespace

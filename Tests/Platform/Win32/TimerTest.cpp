@@ -114,6 +114,10 @@ TEST(Win32Timers, AThreadThatEndsWithRunningTimersDisturbsNone) {
         }).join();
     }
     EXPECT_EQ(lost.count, count);
+    wchar_t name[64];
+    swprintf(name, 64, L"TarveloTimers-%p", static_cast<void*>(GetModuleHandleW(nullptr)));
+    WNDCLASSW found;
+    EXPECT_FALSE(GetClassInfoW(GetModuleHandleW(nullptr), name, &found)) << "no timer runs, so the class is gone";
 }
 
 TEST(Win32Timers, ATickMayStopItsTimerAndStartAnother) {
