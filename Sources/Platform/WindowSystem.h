@@ -74,6 +74,10 @@ public:
 
 /// The backend of the system; null where there is none: no display.
 CWindowSystem* systemWindows();
+/// Why systemWindows() gave null, for the log; empty if it gave a backend. Any thread.
+std::u16string noWindowsReason();
+/// For backends; empty for none.
+void noteNoWindows(const std::u16string& reason);
 /// The backend in use: that of the system unless another one was chosen.
 CWindowSystem* windowSystem();
 /// For tests and tools. Null chooses the system's again. No window may be open.
