@@ -60,6 +60,19 @@ TEST(Binary, TheNativeTwinHasTheSameExports) {
     EXPECT_EQ(matches(dump, std::regex(R"([0-9a-f]+ T (\w+))")), (std::set<std::string>{"VSTPluginMain", "main"}));
 }
 
+// A host without a display has none of the libraries that windows need.
+TEST(Binary, TheNativeTwinNeedsNoLibraryOfTheWindowSystem) {
+    int state = 0;
+    const std::string dump = runCommand("objdump -p " + kTwin, state);
+    ASSERT_EQ(state, 0) << dump;
+    const auto needed = matches(dump, std::regex(R"(NEEDED +(\S+))"));
+    EXPECT_TRUE(needed.count("libc.so.6"));
+    for (const std::string& name : needed)
+        EXPECT_FALSE(name.find("xcb") != std::string::npos || name.find("X11") != std::string::npos ||
+                     name.find("xkb") != std::string::npos)
+            << name;
+}
+
 TEST(Binary, BesideTheDllLieTheLicencesOfWhatIsInIt) {
     for (const char* name : {"gcc-runtime", "inter", "mingw-w64-runtime", "winpthreads", "zlib"}) {
         const std::string file = std::string("licences/") + name + ".txt";

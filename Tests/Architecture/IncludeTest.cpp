@@ -128,20 +128,24 @@ TEST(Architecture, TheEditorsSideKnowsNothingOfTheEngines) {
 }
 
 TEST(Architecture, OnlyTheSeamIncludesHeadersOfASystem) {
-    static const std::set<std::string> kSystem = {"<windows.h>", "<shlobj.h>",   "<pthread.h>",   "<unistd.h>",
-                                                  "<dlfcn.h>",   "<sys/stat.h>", "<sys/types.h>", "<sys/time.h>",
-                                                  "<fcntl.h>",   "<dirent.h>",   "<sys/mman.h>"};
+    static const std::set<std::string> kSystem = {
+        "<windows.h>",  "<shlobj.h>", "<pthread.h>", "<unistd.h>",   "<dlfcn.h>", "<sys/stat.h>", "<sys/types.h>",
+        "<sys/time.h>", "<fcntl.h>",  "<dirent.h>",  "<sys/mman.h>", "<spawn.h>", "<poll.h>",     "<sys/shm.h>"};
     for (const CSourceFile* file : codeFiles()) {
         if (!startsWith(file->path, "Sources/"))
             continue;
         for (const std::string& name : includesOf(*file)) {
             std::string lower = name + '>';
             std::transform(lower.begin(), lower.end(), lower.begin(), ::tolower);
+            if (startsWith(lower, "<xcb/") || startsWith(lower, "<xkbcommon/"))
+                EXPECT_TRUE(startsWith(file->path, "Sources/Platform/X11/")) << file->path << " includes " << lower;
             if (!kSystem.count(lower))
                 continue;
-            const char* home =
-                lower == "<windows.h>" || lower == "<shlobj.h>" ? "Sources/Platform/Win32/" : "Sources/Platform/Posix/";
-            EXPECT_TRUE(startsWith(file->path, home)) << file->path << " includes " << lower;
+            const bool isWindows = lower == "<windows.h>" || lower == "<shlobj.h>";
+            const bool isAtHome = isWindows ? startsWith(file->path, "Sources/Platform/Win32/")
+                                            : startsWith(file->path, "Sources/Platform/Posix/") ||
+                                                  startsWith(file->path, "Sources/Platform/X11/");
+            EXPECT_TRUE(isAtHome) << file->path << " includes " << lower;
         }
     }
 }

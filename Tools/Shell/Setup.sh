@@ -9,13 +9,17 @@ TARV_BUILD_PACKAGES="build-essential cmake ninja-build zlib1g-dev libpugixml-dev
 # What Tools/GfxBuilder draws shapes and glyphs with.
 TARV_GRAPHICS_PACKAGES="pkgconf libcairo2-dev librsvg2-dev libfreetype-dev libharfbuzz-dev libfontconfig-dev
     fonts-inter"
-TARV_BUILD_PACKAGES="$TARV_BUILD_PACKAGES $TARV_GRAPHICS_PACKAGES"
+# What the editor's windows on Linux are declared by, and the other end of them in the tests.
+TARV_WINDOW_PACKAGES="libxcb1-dev libxcb-shm0-dev libxcb-randr0-dev libxcb-xkb-dev libxkbcommon-dev
+    libxkbcommon-x11-dev libxcb-xtest0-dev libxcb-res0-dev"
+TARV_BUILD_PACKAGES="$TARV_BUILD_PACKAGES $TARV_GRAPHICS_PACKAGES $TARV_WINDOW_PACKAGES"
 # What a Windows program runs on, here.
 TARV_WINE_PACKAGES="wine wine64"
 # Files in, files and pictures out, and the recording that ./run takes when none is given.
 TARV_SOUND_PACKAGES="libkissfft-dev sox libsox-fmt-all sonic-pi-samples gnuplot-nox"
 # The sanitizers' and fuzzers' compiler, and what the architecture test looks with.
-TARV_CHECK_PACKAGES="clang libclang-rt-14-dev clang-format binutils git"
+# The X server that tests of windows start and end themselves.
+TARV_CHECK_PACKAGES="clang libclang-rt-14-dev clang-format binutils git xvfb x11-xkb-utils"
 
 die() {
     printf '%s: %s\n' "${0##*/}" "$*" >&2

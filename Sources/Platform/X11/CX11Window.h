@@ -1,0 +1,85 @@
+#pragma once
+
+#include "Platform/Window.h"
+#include "Platform/X11/CX11Session.h"
+
+namespace tarv {
+
+/// One window of a session. A popup with a button in the taskbar is left to the window manager; all others are beyond
+/// it, so that they stand where they are put and take the focus at once.
+class CX11Window final : public CPlatformWindow {
+public:
+    CX11Window(std::shared_ptr<CX11Session> session, const CWindowRequest& request, CWindowHandler& handler);
+    ~CX11Window() override;
+    /// The server's number of the failure, 0 for none.
+    CPlatformError create(const CWindowRequest& request);
+
+    CWindowHandle handle() const override { return id_; }
+    void show(bool isShown) override;
+    void setBounds(const CIntRect& bounds) override;
+    CIntRect screenBounds() const override;
+    void setTitle(const char16_t* title) override;
+    void present(const CSurface& surface, int32_t x, int32_t y, const CIntRect& rect) override;
+    void finishPresenting() override;
+    void invalidate(const CIntRect& rect) override;
+    void setCapture() override;
+    void releaseCapture() override;
+    void setCursor(CCursorShape shape) override;
+    void takeFocus() override;
+    void giveFocusBack() override;
+    void grabKeys(bool isGrabbed) override;
+
+    xcb_window_t id() const { return id_; }
+    /// The window that a popup goes with; 0 for a child.
+    xcb_window_t owner() const { return isChild_ ? 0 : parent_; }
+    CWindowHandler& handler() { return handler_; }
+    /// Whether the keys of the thread come to this window.
+    bool ownsKeys() const;
+    void onEvent(const xcb_generic_event_t& event);
+    /// Has the handler paint what is due.
+    void paint();
+    /// Another window has taken the capture.
+    void loseCapture();
+    /// The server has destroyed the window.
+    void markGone();
+
+private:
+    void onButton(const xcb_button_press_event_t& button, bool isDown);
+    void onWheel(const xcb_button_press_event_t& button);
+    void onMotion(const xcb_motion_notify_event_t& motion);
+    void onCrossing(const xcb_enter_notify_event_t& crossing, bool isEnter);
+    void onFocus(const xcb_focus_in_event_t& focus, bool isIn);
+    void onKey(const xcb_key_press_event_t& key, bool isDown);
+    void onShape(const xcb_generic_event_t& event);
+    void sendPointer(CPointerKind kind, CPointerButton button, int32_t x, int32_t y, uint32_t state, bool isDouble);
+    /// Gives an event on to the host.
+    void forward(xcb_key_press_event_t event, uint32_t mask) const;
+    xcb_window_t hostWindow() const;
+    void selectEvents(bool hasKeys) const;
+    void describePopup(const CWindowRequest& request) const;
+    void configure(uint16_t mask, const uint32_t* values) const;
+
+    const std::shared_ptr<CX11Session> session_;
+    CX11Display& display_;
+    const CX11Library& x_;
+    CWindowHandler& handler_;
+    const uint64_t serial_;  ///< never used again, unlike the server's number
+    const bool isChild_;
+    const bool isManaged_;
+    const bool isActivated_;
+    const xcb_window_t parent_;
+    xcb_window_t id_ = 0;
+    CIntRect bounds_;
+    CIntRect dirty_;    ///< asked for by the program
+    CIntRect exposed_;  ///< asked for by the server
+    bool isExposing_ = false;
+    bool isShown_ = false;
+    bool isFocusDue_ = false;  ///< takes the focus when the manager has shown it
+    bool isActive_ = false;
+    bool hasKeyFocus_ = false;  ///< taken by grabKeys, which gives it back
+    bool isFocusOurs_ = false;  ///< the focus leaves by a call of this program
+    xcb_window_t focusBefore_ = 0;
+    xcb_cursor_t cursor_ = 0;
+};
+
+}  // namespace tarv
