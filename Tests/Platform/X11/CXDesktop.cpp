@@ -79,7 +79,14 @@ std::vector<xcb_window_t> CXClient::childrenOf(xcb_window_t window) {
     return {first, first + xcb_query_tree_children_length(reply.get())};
 }
 
-uint64_t CXClient::resourceCount() {
+bool CXClient::isOverrideRedirect(xcb_window_t window) {
+    const auto cookie = xcb_get_window_attributes(connection_, window);
+    const auto reply = own(xcb_get_window_attributes_reply(connection_, cookie, nullptr));
+    return reply && reply->override_redirect;
+}
+
+uint64_t CXClient::resourceCount(const char* type) {
+    const xcb_atom_t wanted = type ? atom(type) : xcb_atom_t{XCB_ATOM_NONE};
     uint64_t count = 0;
     const auto clients = own(xcb_res_query_clients_reply(connection_, xcb_res_query_clients(connection_), nullptr));
     if (!clients)
@@ -87,8 +94,8 @@ uint64_t CXClient::resourceCount() {
     for (auto it = xcb_res_query_clients_clients_iterator(clients.get()); it.rem; xcb_res_client_next(&it)) {
         const auto cookie = xcb_res_query_client_resources(connection_, it.data->resource_base);
         const auto reply = own(xcb_res_query_client_resources_reply(connection_, cookie, nullptr));
-        for (auto type = xcb_res_query_client_resources_types_iterator(reply.get()); type.rem; xcb_res_type_next(&type))
-            count += type.data->count;
+        for (auto row = xcb_res_query_client_resources_types_iterator(reply.get()); row.rem; xcb_res_type_next(&row))
+            count += !wanted || row.data->resource_type == wanted ? row.data->count : 0;
     }
     return count;
 }

@@ -32,7 +32,9 @@ public:
     void setFocus(xcb_window_t window);
     std::vector<xcb_window_t> childrenOf(xcb_window_t window);
     /// Windows, pictures and all else that all programs have on the server.
-    uint64_t resourceCount();
+    /// Those of one type of the server's, or all.
+    uint64_t resourceCount(const char* type = nullptr);
+    bool isOverrideRedirect(xcb_window_t window);
     std::vector<uint32_t> numbers(xcb_window_t window, const char* property);
     std::vector<uint32_t> pixels(xcb_window_t window, int width, int height);
 

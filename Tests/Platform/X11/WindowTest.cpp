@@ -179,6 +179,44 @@ TEST_F(X11Window, APopupLearnsWhichOwnWindowHasTheActivationNow) {
     EXPECT_EQ(recorder.events.back(), "active");
 }
 
+TEST_F(X11Window, OnlyAPopupOfTheTaskbarIsLeftToTheWindowManager) {
+    CXRecorder recorder, list;
+    CPlatformError error = 0;
+    CWindowRequest request;
+    request.parent = host;
+    request.bounds = {300, 200, 400, 260};
+    request.isTaskbar = true;
+    request.title = u"Br\u00fccke";
+    const auto window = system.createWindow(request, recorder, error);
+    const auto plain = popup(list, host, {10, 10, 20, 20});
+    const auto id = static_cast<xcb_window_t>(window->handle());
+    EXPECT_FALSE(client.isOverrideRedirect(id));
+    EXPECT_TRUE(client.isOverrideRedirect(static_cast<xcb_window_t>(plain->handle())));
+    EXPECT_EQ(client.numbers(id, "_NET_WM_WINDOW_TYPE"), std::vector{client.atom("_NET_WM_WINDOW_TYPE_DIALOG")});
+    EXPECT_EQ(client.numbers(id, "_MOTIF_WM_HINTS"), (std::vector<uint32_t>{2, 0, 0, 0, 0})) << "no decorations";
+    EXPECT_EQ(client.numbers(id, "WM_NORMAL_HINTS").at(0), 3u) << "the user's position and size";
+    window->show(true);
+    EXPECT_TRUE(until([&] { return client.focus() == id; }));
+    window->show(false);
+    client.sync();
+    EXPECT_NE(client.focus(), id);
+}
+
+TEST_F(X11Window, HasOneCursorAtATimeOfEachShape) {
+    CXRecorder recorder;
+    auto window = child(recorder);
+    const uint64_t before = client.resourceCount("CURSOR");
+    const uint64_t fonts = client.resourceCount("FONT");
+    for (const CCursorShape shape : {CCursorShape::Arrow, CCursorShape::Text, CCursorShape::Hand,
+                                     CCursorShape::SizeVertical, CCursorShape::SizeHorizontal, CCursorShape::Move}) {
+        window->setCursor(shape);
+        EXPECT_TRUE(until([&] { return client.resourceCount("CURSOR") == before + 1; }));
+    }
+    EXPECT_EQ(client.resourceCount("FONT"), fonts);
+    window.reset();
+    EXPECT_TRUE(until([&] { return client.resourceCount("CURSOR") <= before; }));
+}
+
 TEST_F(X11Window, TheUserMayAskAPopupToClose) {
     CXRecorder recorder;
     const auto window = popup(recorder, host, {300, 200, 400, 260});
