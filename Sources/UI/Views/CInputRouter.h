@@ -31,7 +31,7 @@ protected:
 /// loop that brings more input. What they disable or hide loses hover, press and focus once the running call is
 /// through. A view that is destroyed gets nothing any more. Thread: that of the window. Nothing is allocated by what
 /// reaches no listener, but for the first events.
-class CInputRouter : public CInputListener, public CHeapObject {
+class CInputRouter final : public CInputListener, public CHeapObject {
 public:
     /// Both outlive the router.
     CInputRouter(CViewWindow& window, CInputWindow& system);

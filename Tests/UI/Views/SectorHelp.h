@@ -16,7 +16,7 @@ namespace tarv {
 
 /// A view of the test: colours that depend on the view and on the pixel of the window, with holes that show what lies
 /// below. Notes what was drawn.
-class CPatternView : public CSectorView {
+class CPatternView final : public CSectorView {
 public:
     CPatternView(uint32_t seed, int64_t stacking) : seed_(seed), stacking_(stacking) {}
 
