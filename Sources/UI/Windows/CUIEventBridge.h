@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <vector>
+
 #include "Core/CObjectEventBridge.h"
 
 namespace tarv {
@@ -10,6 +13,16 @@ namespace tarv {
 class CUIEventBridge : public CStdEventBridge {
 public:
     ~CUIEventBridge() override;
+    /// Calls a function on the thread of the user interface when it takes its events; never if the tree ends before.
+    /// It may destroy the tree. Any thread.
+    [[nodiscard]] CError* call(std::function<void()> function);
+
+protected:
+    [[nodiscard]] CError* eventArrived(CAttributeMap& params) override;
+
+private:
+    CLock callLock_;
+    std::vector<std::function<void()>> calls_;  ///< in their order
 };
 
 }  // namespace tarv

@@ -9,8 +9,7 @@ namespace tarv {
 
 namespace {
 
-// Rates where the data say nothing: those of the product's main window, and what a hand does not notice.
-constexpr double kDefaultFps = 40.0;
+// Rates where the data say nothing: what a hand does not notice.
 constexpr double kDefaultHelperFps = 10.0;
 constexpr double kDefaultAutoClickFps = 20.0;
 
@@ -18,6 +17,21 @@ constexpr double kDefaultAutoClickFps = 20.0;
 
 CWindow::CWindow()
     : router_(*this, *this), popups_(*this), now_(clockSeconds()), lastTick_(now_), lastStaticUpdate_(now_) {}
+
+CWindow::CBusy::CBusy(CWindow& window)
+    : window_(window), shared_(*window.shared_), watch_(window), sharedWatch_(shared_) {
+    ++window_.busy_;
+    shared_.beginCall();
+}
+
+CWindow::CBusy::~CBusy() {
+    if (watch_.isAlive()) {
+        --window_.busy_;
+    }
+    if (sharedWatch_.isAlive()) {
+        shared_.endCall();
+    }
+}
 
 CWindow::~CWindow() {
     shut();

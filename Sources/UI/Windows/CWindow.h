@@ -40,6 +40,11 @@ public:
     bool isOpen() const { return window_ && window_->handle() != 0; }
     /// One render tick.
     void tick();
+    /// The host is idle: a tick that is overdue is made up for, since its timers may starve.
+    void idle();
+    /// A turn of the wheel that the host reports, in notches, up is positive: goes to the window of this editor at the
+    /// pointer. False if none of its views takes it.
+    bool onHostWheel(double notches);
     /// Asks for an end: at once nothing of it is seen or takes input; the opener releases a popup at its next tick.
     void requestClose();
     bool isClosing() const { return isClosing_; }
@@ -88,24 +93,27 @@ public:
                                     CAttributeMap& params) override;
 
 private:
+    /// That of the product's main window.
+    static constexpr double kDefaultFps = 40.0;
+
     struct CFailedView {
         const CSectorView* view;
         double loggedAt;
     };
-    /// A call that handlers run in.
+    /// A call that handlers run in. Its end may destroy the window: declared before what else a function declares.
     class CBusy {
     public:
-        explicit CBusy(CWindow& window) : window_(window), watch_(window) { ++window.busy_; }
-        ~CBusy() {
-            if (watch_.isAlive()) {
-                --window_.busy_;
-            }
-        }
+        explicit CBusy(CWindow& window);
+        ~CBusy();
+        CBusy(const CBusy&) = delete;
+        CBusy& operator=(const CBusy&) = delete;
         bool isAlive() const { return watch_.isAlive(); }
 
     private:
         CWindow& window_;
+        CWindowSharedData& shared_;
         const CObjectWatch watch_;
+        const CObjectWatch sharedWatch_;
     };
 
     // From the system.
@@ -141,10 +149,13 @@ private:
     [[nodiscard]] CError* requestBounds(const CPopupPlace* place, CWindowRequest& request);
     void report(const CSectorView* view, CError* error);
     void draw();
+    void showAgain(const CIntRect& rect);
     void show(int32_t column, int32_t row, const CIntRect& rect, const CSurface& surface, int32_t surfaceRow);
     void endPresenting();
     void leaveSystem();
     void exportLoad();
+    /// The timers have missed a tick.
+    bool isTickOverdue() const;
     /// False if a listener has destroyed this window.
     bool sendHere(const char* name, CAttributeMap& params);
     bool sendHere(const char* name);

@@ -1,6 +1,5 @@
 // What the system reports: pointer, keys and activation.
 
-#include "Platform/Clock.h"
 #include "UI/Windows/CWindow.h"
 #include "UI/Windows/CWindowSharedData.h"
 
@@ -8,10 +7,7 @@ namespace tarv {
 
 namespace {
 
-constexpr double kDefaultFps = 40.0;
 constexpr double kDefaultAutoClickTimeout = 0.4;
-/// Ticks that are missed before a move draws one itself.
-constexpr double kOverdueTicks = 2.0;
 
 void setPosition(CAttributeMap& params, const CPointerEvent& event) {
     params["actual-x"] = CAttributeValue::fromReal(event.x);
@@ -57,8 +53,7 @@ void CWindow::onPointer(const CPointerEvent& event) {
         CAttributeMap params;
         setPosition(params, event);
         sendHere("mouse-top-exit", params);
-    } else if (event.kind == CPointerKind::Move &&
-               clockSeconds() - lastTick_ >= kOverdueTicks / number("fps", kDefaultFps)) {
+    } else if (event.kind == CPointerKind::Move && isTickOverdue()) {
         // Timers of the system wait while the pointer moves.
         tick();
     }
@@ -77,6 +72,22 @@ void CWindow::pressBlocked() {
 bool CWindow::onWheel(const CWheelEvent& event) {
     const CBusy busy(*this);
     return isBlocked() || router_.wheel(event);
+}
+
+bool CWindow::onHostWheel(double notches) {
+    CWindowSystem* system = windowSystem();
+    if (!isOpen() || !system) {
+        return false;
+    }
+    int32_t x = 0;
+    int32_t y = 0;
+    system->pointerPosition(x, y);
+    CWindow* target = shared_->findWindow(system->windowAt(x, y));
+    if (!target) {
+        return false;
+    }
+    const CIntRect bounds = target->screenBounds();
+    return target->onWheel({x - bounds.left, y - bounds.top, notches, system->modifiers()});
 }
 
 bool CWindow::onKey(const CKeyEvent& event) {

@@ -28,11 +28,17 @@ CError* CWindow::open(const CPopupPlace* place) {
     isDeactivated_ = false;
     wasActive_ = false;
     shared_->add(*this);
-    // Its first picture is ready before it is seen.
-    const CObjectWatch watch(*this);
+    // Its first picture is ready before it is seen, and does not wait for the system to ask for it.
+    const CBusy busy(*this);
     tick();
-    if (watch.isAlive() && isOpen()) {
-        window_->show(true);
+    if (!busy.isAlive() || !isOpen()) {
+        return nullptr;
+    }
+    window_->show(true);
+    if (busy.isAlive() && isOpen()) {
+        const CViewRect& rect = root_->wholeRect();
+        showAgain({0, 0, pixels(rect.width), pixels(rect.height)});
+        endPresenting();
     }
     return nullptr;
 }

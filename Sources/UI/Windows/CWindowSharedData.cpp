@@ -1,5 +1,8 @@
 #include "UI/Windows/CWindowSharedData.h"
 
+#include <utility>
+
+#include "Core/CObjectWatch.h"
 #include "UI/Views/CInputTarget.h"
 #include "UI/Windows/CWindow.h"
 
@@ -68,6 +71,23 @@ CViewBaseCtlEvents* CWindowSharedData::keyFocusView() const {
 
 CViewBaseCtlEvents* CWindowSharedData::hoveredView() const {
     return mouseWindow_ ? mouseWindow_->router().hovered() : nullptr;
+}
+
+void CWindowSharedData::endCall() {
+    if (--calls_ > 0 || !whenDone_) {
+        return;
+    }
+    // This object may go with the tree.
+    const std::function<void()> call = std::exchange(whenDone_, nullptr);
+    call();
+}
+
+void CWindowSharedData::shutWindows() {
+    const CObjectWatch watch(*this);
+    // From the last one, since popups stand behind what opened them; closing takes a window out of the list.
+    while (watch.isAlive() && !windows_.isEmpty()) {
+        windows_[windows_.count() - 1]->shut();
+    }
 }
 
 CError* CWindowSharedData::showHintsChanged() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "Core/CObject.h"
 #include "Platform/Window.h"
 
@@ -36,6 +38,15 @@ public:
     void setKeyWindow(CWindow* window) { keyWindow_ = window; }
     CViewBaseCtlEvents* keyFocusView() const;
     CViewBaseCtlEvents* hoveredView() const;
+    /// A call of the system or of a timer runs in one of the windows.
+    bool isBusy() const { return calls_ > 0; }
+    void beginCall() { ++calls_; }
+    /// Behind the outermost one it calls what waits, which may destroy the tree.
+    void endCall();
+    /// Calls this once when the calls that run have returned. One must run.
+    void callWhenDone(std::function<void()> call) { whenDone_ = std::move(call); }
+    /// Shuts all windows, popups first. Their handlers may destroy the tree.
+    void shutWindows();
     bool isShowHints() const { return getAttrBoolOr("is-show-hints", true); }
 
 private:
@@ -44,6 +55,8 @@ private:
     CArray<CWindow*, 4> windows_;
     CWindow* mouseWindow_ = nullptr;
     CWindow* keyWindow_ = nullptr;
+    int32_t calls_ = 0;
+    std::function<void()> whenDone_;
 };
 
 }  // namespace tarv

@@ -10,6 +10,8 @@ namespace {
 constexpr double kLogPeriod = 1.0;
 // Half the time since the last one, below 1.
 constexpr double kStaticUpdateHalf = 0.5;
+/// Ticks that are missed before another call draws one.
+constexpr double kOverdueTicks = 2.0;
 
 }  // namespace
 
@@ -19,7 +21,7 @@ CError* CWindow::renderTick() {
 }
 
 void CWindow::tick() {
-    if (isClosing_) {
+    if (isClosing_ || !isOpen()) {
         popups_.release();
         return;
     }
@@ -53,6 +55,16 @@ void CWindow::tick() {
     }
     draw();
     popups_.release();
+}
+
+bool CWindow::isTickOverdue() const {
+    return clockSeconds() - lastTick_ >= kOverdueTicks / number("fps", kDefaultFps);
+}
+
+void CWindow::idle() {
+    if (isOpen() && isTickOverdue()) {
+        tick();
+    }
 }
 
 void CWindow::exportLoad() {
@@ -106,6 +118,12 @@ void CWindow::show(int32_t column, int32_t row, const CIntRect& rect, const CSur
     isPresented_ = true;
 }
 
+/// What is drawn already.
+void CWindow::showAgain(const CIntRect& rect) {
+    map_.present(rect, [this](int32_t column, int32_t row, const CIntRect& part, const CSurface& surface,
+                              int32_t surfaceRow) { show(column, row, part, surface, surfaceRow); });
+}
+
 void CWindow::endPresenting() {
     if (isPresented_ && window_) {
         window_->finishPresenting();
@@ -117,8 +135,7 @@ void CWindow::onPaint(const CIntRect& dirty) {
     if (dirty.isEmpty()) {
         return;
     }
-    map_.present(dirty, [this](int32_t column, int32_t row, const CIntRect& rect, const CSurface& surface,
-                               int32_t surfaceRow) { show(column, row, rect, surface, surfaceRow); });
+    showAgain(dirty);
     if (isListened("paint")) {
         CAttributeMap params;
         params["width"] = CAttributeValue::fromInt(dirty.width());

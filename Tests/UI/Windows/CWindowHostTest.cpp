@@ -1,0 +1,160 @@
+// What a host sees of a window: its first picture, its idle calls and wheel reports, an end inside a call.
+
+#include "Tests/UI/Windows/WindowTree.h"
+
+namespace tarv {
+namespace {
+
+class CWindowHostTest : public CWindowTree {
+protected:
+    /// The window of 300 x 200 is filled with 17, and "a" takes the wheel.
+    void openOne() {
+        open({view("a", {{"placement", "full"}, {"width", "100%"}, {"height", "100%"}, {"fill", "17"}})});
+    }
+    CWindowSharedData& shared() const { return window().sharedData(); }
+};
+
+TEST_F(CWindowHostTest, TheFirstPictureIsThereBeforeTheSystemAsksForIt) {
+    ASSERT_EQ(tryBuild({view("a", {{"placement", "full"}, {"width", "100%"}, {"height", "100%"}, {"fill", "17"}})}),
+              "");
+    ASSERT_EQ(consumed(window().open()), "");
+    EXPECT_EQ(pixel(0, 0), 17u);
+    EXPECT_EQ(pixel(299, 199), 17u);
+    EXPECT_EQ(at("a").drawCount, 6) << "3 x 2 tiles, once each";
+}
+
+TEST_F(CWindowHostTest, AnIdleCallMakesUpForTicksThatStarved) {
+    openOne();
+    listen("main-window.window-renderer", "render");
+    window().idle();
+    EXPECT_EQ(CEventLog::heard.size(), 0u) << "the last tick is not old";
+    system.starve(0.049);
+    window().idle();
+    EXPECT_EQ(CEventLog::heard.size(), 0u);
+    system.starve(0.001);
+    window().idle();
+    window().idle();
+    EXPECT_EQ(CEventLog::heard.size(), 1u) << "two ticks of 25 ms have been missed";
+    window().shut();
+    system.starve(1.0);
+    window().idle();
+    EXPECT_EQ(CEventLog::heard.size(), 1u);
+}
+
+TEST_F(CWindowHostTest, AWheelThatTheHostReportsGoesToTheViewAtThePointer) {
+    openOne();
+    CAttributeMap last;
+    CFilledView::actions["a.mouse-wheel"] = [&](CFilledView&, CAttributeMap& params) {
+        last = params;
+        params["is-handled"] = CAttributeValue::fromBool(true);
+    };
+    moveTo(20, 30);
+    system.input().holdKeys(true, false, false);
+    EXPECT_TRUE(window().onHostWheel(-1.0));
+    EXPECT_EQ(last["delta"].asReal(), -1.0);
+    EXPECT_EQ(last["actual-x"].asReal(), 20.0);
+    EXPECT_EQ(last["actual-y"].asReal(), 30.0);
+    EXPECT_TRUE(last["is-shift"].asBool());
+    CFilledView::actions.clear();
+    EXPECT_FALSE(window().onHostWheel(-1.0)) << "no view takes it";
+    moveTo(-5, 30);
+    EXPECT_FALSE(window().onHostWheel(1.0)) << "the pointer is beside the window";
+    moveTo(20, 30);
+    window().shut();
+    EXPECT_FALSE(window().onHostWheel(1.0));
+}
+
+TEST_F(CWindowHostTest, AWheelThatTheHostReportsReachesAPopup) {
+    templates = {popup("menu", 100, 60, {{"window-alignment", "bottom"}}, {view("row", {{"placement", "full"}})})};
+    openOne();
+    openPopup("a", "menu");
+    CWindow* menu = popupWindow("menu");
+    ASSERT_TRUE(menu);
+    system.input().moveIn(menu->handle(), 10, 10);
+    double delta = 0.0;
+    CFilledView::actions["menu.mouse-wheel"] = [&](CFilledView&, CAttributeMap& params) {
+        delta = params["delta"].asReal();
+        params["is-handled"] = CAttributeValue::fromBool(true);
+    };
+    EXPECT_TRUE(window().onHostWheel(1.0));
+    EXPECT_EQ(delta, 1.0);
+}
+
+TEST_F(CWindowHostTest, WhatWaitsForTheCallsRunsOnceBehindTheOutermost) {
+    openOne();
+    EXPECT_FALSE(shared().isBusy());
+    int runs = 0;
+    int runsInside = -1;
+    CFilledView::actions["a.mouse-press"] = [&](CFilledView&, CAttributeMap&) {
+        EXPECT_TRUE(shared().isBusy());
+        shared().callWhenDone([&] { ++runs; });
+        // Another call of the same editor, inside.
+        window().tick();
+        runsInside = runs;
+    };
+    click(10, 10);
+    EXPECT_EQ(runsInside, 0);
+    EXPECT_EQ(runs, 1);
+    CFilledView::actions.clear();
+    click(10, 10);
+    EXPECT_EQ(runs, 1);
+}
+
+TEST_F(CWindowHostTest, TheTreeMayEndBehindEachCall) {
+    for (const char* moment : {"a.mouse-press", "a.mouse-release", "a.mouse-move", "a.mouse-wheel", "a.key-press"}) {
+        openOne();
+        CFilledView::actions[moment] = [this](CFilledView&, CAttributeMap&) {
+            CFilledView::actions.clear();
+            CWindowSharedData& data = shared();
+            data.shutWindows();
+            EXPECT_FALSE(window().isOpen());
+            data.callWhenDone([this] { tree.reset(); });
+        };
+        moveTo(20, 20);
+        system.input().press();
+        system.input().release();
+        system.input().wheel(1.0);
+        if (tree) {
+            window().router().setKeyFocus(&at("a"));
+            system.input().tap(kKeySpace, u" ");
+        }
+        EXPECT_FALSE(tree) << moment;
+        EXPECT_TRUE(system.isClean()) << moment;
+    }
+}
+
+TEST_F(CWindowHostTest, AShutWindowTicksWithoutDrawing) {
+    openOne();
+    window().shut();
+    const int32_t drawn = at("a").drawCount;
+    at("a").requestRedraw();
+    system.advance(0.2);
+    EXPECT_EQ(at("a").drawCount, drawn);
+    ASSERT_EQ(consumed(window().open()), "");
+    EXPECT_GT(at("a").drawCount, drawn);
+}
+
+TEST_F(CWindowHostTest, ACallFromElsewhereRunsWhenTheThreadTakesItsEvents) {
+    openOne();
+    auto* bridge = tree->findObjectOf<CUIEventBridge>("ui");
+    std::string order;
+    EXPECT_EQ(consumed(bridge->call([&] { order += "a"; })), "");
+    EXPECT_EQ(consumed(bridge->call([&] {
+                  order += "b";
+                  tree.reset();
+              })),
+              "");
+    EXPECT_EQ(order, "");
+    system.pump();
+    EXPECT_EQ(order, "ab");
+    EXPECT_FALSE(tree);
+    openOne();
+    bridge = tree->findObjectOf<CUIEventBridge>("ui");
+    EXPECT_EQ(consumed(bridge->call([&] { order += "c"; })), "");
+    tree.reset();
+    system.pump();
+    EXPECT_EQ(order, "ab") << "it ends with the tree";
+}
+
+}  // namespace
+}  // namespace tarv
