@@ -18,17 +18,21 @@ using CNames = std::set<std::string>;
 /// The standard headers that declare a name; one of them is enough.
 const std::map<std::string, CNames> kDeclaredIn = {
     {"abs", {"cmath", "cstdlib"}},
+    {"array", {"array"}},
     {"atomic", {"atomic"}},
     {"bit_width", {"bit"}},
     {"clamp", {"algorithm"}},
     {"copy_n", {"algorithm"}},
     {"cos", {"cmath"}},
+    {"deque", {"deque"}},
+    {"enable_shared_from_this", {"memory"}},
     {"endian", {"bit"}},
     {"exchange", {"utility"}},
     {"fabs", {"cmath"}},
     {"fill", {"algorithm"}},
     {"fill_n", {"algorithm"}},
     {"find", {"algorithm"}},
+    {"free", {"cstdlib"}},
     {"function", {"functional"}},
     {"initializer_list", {"initializer_list"}},
     {"integer_sequence", {"utility"}},
@@ -62,6 +66,7 @@ const std::map<std::string, CNames> kDeclaredIn = {
     {"uninitialized_copy_n", {"memory"}},
     {"unique_ptr", {"memory"}},
     {"vector", {"vector"}},
+    {"weak_ptr", {"memory"}},
 };
 
 /// The code of a line, without a comment and without texts.

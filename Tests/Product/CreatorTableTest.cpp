@@ -11,7 +11,7 @@ namespace tarv {
 namespace {
 
 /// Tags whose classes come with the editor's views.
-constexpr const char* kNotYet[] = {"ui:view", "ui:control-surface"};
+constexpr const char* kNotYet[] = {"ui:control-surface"};
 
 bool isPlainByPurpose(const CObject* object) {
     for (const char* tag : kNotYet) {
