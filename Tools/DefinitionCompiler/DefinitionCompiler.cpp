@@ -1,9 +1,11 @@
 #include "DefinitionCompiler.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 #include "CDefinitionReader.h"
 #include "CTemplateExpander.h"
@@ -83,6 +85,39 @@ CDefinitionFailure compileDefinitions(const std::string& path, const std::string
     if (auto failure = readExpanded(path, &shared, root, files)) {
         return failure;
     }
+    bytes = serializeTree(root);
+    return std::nullopt;
+}
+
+CDefinitionFailure setInTree(std::string& bytes, const std::string& setting) {
+    const size_t equals = setting.find('=');
+    CDefinitionNode root;
+    if (equals == std::string::npos) {
+        return CDefinitionError{{}, "'" + setting + "' is no setting"};
+    }
+    if (auto failure = parseTree(bytes, root)) {
+        return failure;
+    }
+    CDefinitionNode* node = &root;
+    std::string name;
+    std::stringstream path(setting.substr(0, equals));
+    while (std::getline(path, name, '.') && !path.eof()) {
+        const auto child = std::find_if(node->children.begin(), node->children.end(),
+                                        [&](const CDefinitionNode& c) { return !c.isTemplate() && c.name == name; });
+        if (child == node->children.end()) {
+            return CDefinitionError{{}, "no object '" + name + "' for the setting '" + setting + "'"};
+        }
+        node = &*child;
+    }
+    const std::string value = setting.substr(equals + 1);
+    for (CDefinitionAttribute& attribute : node->attributes) {
+        if (attribute.name == name) {
+            attribute.value = value;
+            bytes = serializeTree(root);
+            return std::nullopt;
+        }
+    }
+    node->attributes.push_back({name, value});
     bytes = serializeTree(root);
     return std::nullopt;
 }

@@ -13,6 +13,9 @@ namespace tarv {
 [[nodiscard]] CDefinitionFailure compileDefinitions(const std::string& path, const std::string& sharedPath,
                                                     std::string& bytes, std::vector<std::string>& files);
 
+/// Sets an attribute of a compiled tree: `setting` is "path.of.names.attribute=value". The object must be there.
+[[nodiscard]] CDefinitionFailure setInTree(std::string& bytes, const std::string& setting);
+
 /// Prints the compressed block of a file in the raw form.
 [[nodiscard]] CDefinitionFailure dumpDefinitions(const std::string& path, std::string& raw);
 

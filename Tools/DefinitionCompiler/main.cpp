@@ -4,19 +4,22 @@
 #include <filesystem>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "DefinitionCompiler.h"
 
 namespace {
 
 constexpr char kUsage[] =
-    "usage: DefinitionCompiler SOURCE.xml OUTPUT [--templates SHARED.xml] [--depfile FILE]\n"
+    "usage: DefinitionCompiler SOURCE.xml OUTPUT [--templates SHARED.xml] [--set PATH.ATTRIBUTE=VALUE] [--depfile "
+    "FILE]\n"
     "       DefinitionCompiler --dump COMPILED\n"
     "\n"
     "Compiles XML definitions to a compressed object tree. A source in the raw form (as --dump prints it) is taken as "
     "it\n"
     "stands. A bad source fails with file, line and column, and nothing is written.\n"
     "  --templates  a source whose top-level templates may be used\n"
+    "  --set        gives an object another value of an attribute; may be repeated\n"
     "  --depfile    writes the files that the output depends on, in the form of make\n";
 
 struct COptions {
@@ -24,6 +27,7 @@ struct COptions {
     std::string output;
     std::string templates;
     std::string depfile;
+    std::vector<std::string> settings;
     bool dump = false;
 };
 
@@ -36,6 +40,8 @@ bool parseOptions(int argc, char** argv, COptions& options) {
             options.dump = true;
         } else if (argument == "--templates" && i + 1 < argc) {
             options.templates = argv[++i];
+        } else if (argument == "--set" && i + 1 < argc) {
+            options.settings.emplace_back(argv[++i]);
         } else if (argument == "--depfile" && i + 1 < argc) {
             options.depfile = argv[++i];
         } else if (argument.starts_with("--") || given == 2) {
@@ -65,6 +71,11 @@ tarv::CDefinitionFailure compile(const COptions& options) {
     std::vector<std::string> files;
     if (auto failure = tarv::compileDefinitions(options.source, options.templates, bytes, files)) {
         return failure;
+    }
+    for (const std::string& setting : options.settings) {
+        if (auto failure = tarv::setInTree(bytes, setting)) {
+            return failure;
+        }
     }
     std::string block;
     if (auto failure = tarv::packBlock(bytes, "cxml", block)) {

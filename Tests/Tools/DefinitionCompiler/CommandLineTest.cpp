@@ -46,6 +46,19 @@ TEST(DefinitionCompilerProgram, WritesWhatTheOutputDependsOn) {
     EXPECT_EQ(folder.read("deps"), "result: a.xml b.xml\n");
 }
 
+TEST(DefinitionCompilerProgram, GivesAttributesOtherValues) {
+    CSourceFolder folder;
+    folder.add("a.xml", definitions("<a><b name='c' v='1' w='2'/></a>"));
+    folder.add("b.xml", definitions("<a><b name='c' v='3=4' w='2' x='5'/></a>"));
+    ASSERT_EQ(run(folder, "a.xml first --set a.c.v=3=4 --set a.c.x=5"), 0) << folder.read("messages");
+    ASSERT_EQ(run(folder, "b.xml second"), 0) << folder.read("messages");
+    EXPECT_EQ(folder.read("first"), folder.read("second"));
+    EXPECT_EQ(run(folder, "a.xml first --set a.d.v=3"), 1);
+    EXPECT_EQ(folder.read("messages"), "error: no object 'd' for the setting 'a.d.v=3'\n");
+    EXPECT_EQ(run(folder, "a.xml first --set a.c.v"), 1);
+    EXPECT_EQ(folder.read("messages"), "error: 'a.c.v' is no setting\n");
+}
+
 TEST(DefinitionCompilerProgram, PrintsItsUseWhenCalledWrongly) {
     CSourceFolder folder;
     for (const char* arguments : {"", "a.xml", "a b c", "--dump", "--dump a b", "--unknown", "a b --depfile"}) {
