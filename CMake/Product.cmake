@@ -26,32 +26,61 @@ tarv_compile_tree(UserInterface.xml ${definitions}/UserInterface/UserInterface.x
 tarv_compile_factory(FactoryROM.cbf ${definitions}/Factory/FactoryROM.xml)
 tarv_compile_factory(AppDataGlobal_routing-presets ${definitions}/Factory/RoutingPresets.xml)
 
-set(resource_files SharedData.xml UserInterface.xml FactoryROM.cbf AppDataGlobal_routing-presets)
-list(TRANSFORM resource_files PREPEND ${TARV_RESOURCE_DIR}/)
-include(CMake/Graphics.cmake)
-set(resource_sources ${TARV_RESOURCE_DIR}/Resources.S ${TARV_RESOURCE_DIR}/ResourceRows.cpp)
-add_custom_command(OUTPUT ${resource_sources}
-    COMMAND ${resource_packer} ${definitions}/Resources.xml ${TARV_RESOURCE_DIR} ${resource_sources}
-    DEPENDS ${definitions}/Resources.xml ${resource_files} ${TARV_GRAPHICS_FILES} ${resource_packer_depends} VERBATIM
-    COMMENT "Packing resources")
-target_sources(TarvProduct PRIVATE ${resource_sources})
+# The editor of the library that host tests open, in a product that says that it has one.
+file(MAKE_DIRECTORY ${TARV_RESOURCE_DIR}/Demonstration)
+tarv_compile_tree(Demonstration/SharedData.xml ${definitions}/SharedData/SharedData.xml --set project.has-editor=true)
+tarv_compile_tree(Demonstration/UserInterface.xml ${definitions}/Demonstration/HostedEditor.xml
+    --templates ${definitions}/SharedData/SharedData.xml)
+# The same table with these two.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${definitions}/Resources.xml)
+file(READ ${definitions}/Resources.xml demonstration_table)
+string(REGEX REPLACE "file=\"(SharedData|UserInterface)[.]xml\"" "file=\"Demonstration/\\1.xml\"" demonstration_table
+    "${demonstration_table}")
+file(CONFIGURE OUTPUT ${TARV_RESOURCE_DIR}/Demonstration/Resources.xml CONTENT "${demonstration_table}" @ONLY)
 
-add_library(BrindleXEQ MODULE)
-target_link_libraries(BrindleXEQ PRIVATE ${TARV_ALL_LAYERS})
-set_target_properties(BrindleXEQ PROPERTIES PREFIX "" LINKER_LANGUAGE CXX
-    LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR} RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+include(CMake/Graphics.cmake)
+
+# tarv_resources(name table folder files...): an object library of what a table names; its sources go to the folder.
+function(tarv_resources name table folder)
+    set(files SharedData.xml UserInterface.xml)
+    list(TRANSFORM files PREPEND ${folder}/)
+    list(APPEND files ${TARV_RESOURCE_DIR}/FactoryROM.cbf ${TARV_RESOURCE_DIR}/AppDataGlobal_routing-presets)
+    set(sources ${folder}/Resources.S ${folder}/ResourceRows.cpp)
+    add_custom_command(OUTPUT ${sources}
+        COMMAND ${resource_packer} ${table} ${TARV_RESOURCE_DIR} ${sources}
+        DEPENDS ${table} ${files} ${TARV_GRAPHICS_FILES} ${resource_packer_depends} VERBATIM
+        COMMENT "Packing resources of ${name}")
+    add_library(${name} OBJECT ${sources})
+    target_link_libraries(${name} PUBLIC TarvFlags)
+endfunction()
+tarv_resources(TarvResources ${definitions}/Resources.xml ${TARV_RESOURCE_DIR})
+tarv_resources(TarvDemonstrationResources ${TARV_RESOURCE_DIR}/Demonstration/Resources.xml
+    ${TARV_RESOURCE_DIR}/Demonstration)
+
+# tarv_plugin(name layers...): a library that hosts load.
+function(tarv_plugin name)
+    add_library(${name} MODULE)
+    target_link_libraries(${name} PRIVATE ${ARGN})
+    set_target_properties(${name} PROPERTIES PREFIX "" LINKER_LANGUAGE CXX
+        LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR} RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+    if(WIN32)
+        target_sources(${name} PRIVATE Sources/Product/BrindleXEQ.def)
+    else()
+        set(export_map ${CMAKE_SOURCE_DIR}/Sources/Product/BrindleXEQ.map)
+        target_link_options(${name} PRIVATE -Wl,--version-script=${export_map} -Wl,--defsym=main=VSTPluginMain)
+        set_target_properties(${name} PROPERTIES LINK_DEPENDS ${export_map})
+        if(NOT TARV_SANITIZER)
+            # A sanitizer's runtime is in the program that loads the library; all else must be here.
+            target_link_options(${name} PRIVATE -Wl,-z,defs)
+        endif()
+    endif()
+endfunction()
+tarv_plugin(BrindleXEQ ${TARV_CODE_LAYERS} TarvResources)
 if(WIN32)
     enable_language(RC)
-    target_sources(BrindleXEQ PRIVATE Sources/Product/BrindleXEQ.def Sources/Product/Version.rc)
-else()
-    set(export_map ${CMAKE_SOURCE_DIR}/Sources/Product/BrindleXEQ.map)
-    target_link_options(BrindleXEQ PRIVATE -Wl,--version-script=${export_map} -Wl,--defsym=main=VSTPluginMain)
-    set_target_properties(BrindleXEQ PROPERTIES LINK_DEPENDS ${export_map})
-    if(NOT TARV_SANITIZER)
-        # A sanitizer's runtime is in the program that loads the library; all else must be here.
-        target_link_options(BrindleXEQ PRIVATE -Wl,-z,defs)
-    endif()
+    target_sources(BrindleXEQ PRIVATE Sources/Product/Version.rc)
 endif()
+tarv_plugin(HostedEditor ${TARV_CODE_LAYERS} TarvDemonstrationResources)
 # What is shipped goes with the licences of what is in it.
 file(GLOB licences CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/Docs/licences/*.txt)
 foreach(licence ${licences})

@@ -8,6 +8,7 @@
 #include "Audio/Engine/CAudioInterfaceBase.h"
 #include "Audio/Parameters/CAudioEnv.h"
 #include "Audio/Parameters/CAudioExtParam.h"
+#include "Audio/VST/CAudioWrapperVSTEditor.h"
 #include "Audio/VST/CPluginFace.h"
 #include "Audio/VST/VstAnswers.h"
 #include "Core/SystemText.h"
@@ -70,6 +71,9 @@ CError* CAudioWrapperVST::init() {
     // Some hosts process before the first resume: all of their outputs are cleared.
     setChannelCounts(channels, channels);
     programBridge_.subscribe(*paramRegistry());
+    if (project()->getAttrBool("has-editor")) {
+        setEditor(new CAudioWrapperVSTEditor(*this));
+    }
     return nullptr;
 }
 

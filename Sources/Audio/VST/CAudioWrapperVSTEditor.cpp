@@ -1,12 +1,16 @@
-// Builds and destroys the tree of an editor.
+// The host's calls to the editor.
 
 #include "Audio/VST/CAudioWrapperVSTEditor.h"
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "Audio/VST/CAudioWrapperVST.h"
+#include "Audio/VST/CEditorTree.h"
 #include "Core/CApplication.h"
+#include "Platform/WindowSystem.h"
+#include "UI/Windows/CWindow.h"
 
 namespace tarv {
 
@@ -27,10 +31,6 @@ CAudioWrapperVSTEditor::~CAudioWrapperVSTEditor() {
     close();
 }
 
-const CString& CAudioWrapperVSTEditor::errorContextName() const {
-    return effect_.pluginName();
-}
-
 bool CAudioWrapperVSTEditor::getRect(vst::Rect** rect) {
     CApplication::refreshUiScale();
     rect_.right = scaledLength(*effect_.project(), "window-width");
@@ -40,39 +40,59 @@ bool CAudioWrapperVSTEditor::getRect(vst::Rect** rect) {
 }
 
 bool CAudioWrapperVSTEditor::open(void* parent) {
-    if (root_) {
+    if (isOpening_ || (tree_ && tree_->isOpenIn(parent))) {
         return false;
     }
-    if (CError* error = buildTree(parent)) {
+    close();
+    isOpening_ = true;
+    isCloseWanted_ = false;
+    auto* tree = new CEditorTree({effect_.instanceRoot(), parent, CAudioWrapperVST::isFocusTaken()});
+    CError* error = tree->open();
+    isOpening_ = false;
+    if (!error && tree->isOpen() && !isCloseWanted_) {
+        tree_ = tree;
+        return true;
+    }
+    tree->end();
+    // Waits for the user: the host may end the effect meanwhile.
+    if (error) {
         showError(error);
-        close();
-        return false;
     }
-    if (!root_->findObject("ui.main-window.window-renderer")) {
-        close();
-        return false;
-    }
-    return true;
-}
-
-CError* CAudioWrapperVSTEditor::buildTree(void* parent) {
-    TARV_TRY(CApplication::openEditor());
-    isCounted_ = true;
-    TARV_TRY(CApplication::initRootObject(root_));
-    TARV_CONSUME(root_->setAttribute("PluginRootPtrVar", CAttributeValue::fromPointer(effect_.instanceRoot())));
-    TARV_CONSUME(root_->setAttribute("ParentWindow", CAttributeValue::fromPointer(parent)));
-    TARV_CONSUME(root_->setAttribute("plugin-tech", CString("VST PlugIn Technology by Steinberg")));
-    TARV_TRY(root_->loadFromResource("UserInterface.xml", true));
-    return nullptr;
+    return false;
 }
 
 void CAudioWrapperVSTEditor::close() {
-    delete root_;
-    root_ = nullptr;
-    if (isCounted_) {
-        CApplication::closeEditor();
-        isCounted_ = false;
+    isCloseWanted_ = true;
+    // Handlers that run at the end may call this again, or end the effect.
+    if (CEditorTree* tree = std::exchange(tree_, nullptr)) {
+        tree->end();
     }
+}
+
+bool CAudioWrapperVSTEditor::isOpen() const {
+    return tree_ && tree_->isOpen();
+}
+
+CEditorTree* CAudioWrapperVSTEditor::ownTree() const {
+    return tree_ && tree_->isOwnThread() ? tree_ : nullptr;
+}
+
+void CAudioWrapperVSTEditor::idle() {
+    CEditorTree* tree = ownTree();
+    CWindow* window = tree ? tree->mainWindow() : nullptr;
+    if (!window) {
+        return;
+    }
+    CWindowSystem* system = windowSystem();
+    // Either may end the editor: nothing of it is touched behind them.
+    window->idle();
+    system->serve();
+}
+
+bool CAudioWrapperVSTEditor::onWheel(float distance) {
+    CEditorTree* tree = ownTree();
+    CWindow* window = tree ? tree->mainWindow() : nullptr;
+    return window && distance != 0.0f && window->onHostWheel(distance < 0.0f ? -1.0 : 1.0);
 }
 
 }  // namespace tarv

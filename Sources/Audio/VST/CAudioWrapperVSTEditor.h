@@ -1,15 +1,16 @@
 #pragma once
 
 #include "Audio/VST/AudioEffectX.h"
-#include "Core/CObject.h"
 
 namespace tarv {
 
 class CAudioWrapperVST;
+class CEditorTree;
 
 /// The editor of one effect: a second object tree with a separate root, which finds the engine by the pointer in the
-/// root's attribute `PluginRootPtrVar`. There is no window yet: open fails without one, and the effect makes no editor.
-/// Thread: the host's user interface.
+/// root's attribute `PluginRootPtrVar`. The effect makes one where the project has `has-editor`. Calls in any order
+/// are harmless. Thread: the host's user interface. A tree lives on the thread that opened it: idle and wheel on
+/// another thread do nothing.
 class CAudioWrapperVSTEditor : public AEffEditor {
 public:
     /// The effect outlives its editor.
@@ -20,20 +21,25 @@ public:
     /// `window-width` and `window-height` of the project, in pixels at scale 1, times the editor's scale. A scale that
     /// the user has chosen counts if no editor is open in the process.
     bool getRect(vst::Rect** rect) override;
+    /// False if the editor is open in that very window, and on failure, which is shown. An editor whose window has
+    /// gone, or stands in another parent, is built anew.
     bool open(void* parent) override;
     void close() override;
-    bool isOpen() const override { return root_ != nullptr; }
-    void idle() override {}
-    bool onWheel(float) override { return false; }
+    /// The tree exists and its window lives.
+    bool isOpen() const override;
+    void idle() override;
+    /// One notch, by the sign of the distance, to the window at the pointer.
+    bool onWheel(float distance) override;
 
 private:
-    [[nodiscard]] CError* buildTree(void* parent);
-    const CString& errorContextName() const;
+    /// Null on another thread than the tree's.
+    CEditorTree* ownTree() const;
 
     CAudioWrapperVST& effect_;
     vst::Rect rect_{};
-    CObject* root_ = nullptr;
-    bool isCounted_ = false;  ///< as open, in the application
+    CEditorTree* tree_ = nullptr;
+    bool isOpening_ = false;
+    bool isCloseWanted_ = false;  ///< the host has called close inside open
 };
 
 }  // namespace tarv
