@@ -17,7 +17,7 @@ inline std::string textOf(const CIntRect& rect) {
 }
 
 /// A window that notes what it is called for, in words separated by blanks, and does what the test wants meanwhile.
-class CNotingWindow : public CWindowHandler {
+class CNotingWindow final : public CWindowHandler {
 public:
     CNotingWindow(CWindowSystemByHand& system, const CWindowRequest& request) {
         CPlatformError error = 0;

@@ -224,7 +224,7 @@ TEST_F(ByHandWindows, CloseRequestsTitlesAndShapesReachTheirEnds) {
 }
 
 /// Notes the times at which it fires.
-class CTicks : public CTimerHandler {
+class CTicks final : public CTimerHandler {
 public:
     void onTimer() override {
         times.push_back(clockSeconds() - CWindowSystemByHand::kFirstSecond);
