@@ -3,7 +3,7 @@
 #include "Platform/EventPost.h"
 
 #include <cerrno>
-#include <deque>
+#include <list>
 #include <map>
 #include <new>
 
@@ -31,7 +31,7 @@ struct CEventQueues {
     CLock lock;
     CEventWindow lastWindow = 0;
     std::map<CEventWindow, CQueueWindow> windows;
-    std::deque<CPost> posts;
+    std::list<CPost> posts;  // holds no memory while it is empty: the library may be unloaded then
 };
 
 CEventQueues& queues() {
