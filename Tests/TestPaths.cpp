@@ -6,6 +6,7 @@ namespace tarv {
 const char* const kSourceFolder = TARV_SOURCE_DIR;
 const char* const kPluginFile = TARV_PLUGIN_FILE;
 const char* const kStereoFile = TARV_STEREO_FILE;
+const char* const kHostedEditorFile = TARV_HOSTED_EDITOR_FILE;
 const char* const kDefinitionCompilerFile = TARV_DEFINITION_COMPILER;
 
 }  // namespace tarv

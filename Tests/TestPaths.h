@@ -8,6 +8,8 @@ extern const char* const kSourceFolder;
 extern const char* const kPluginFile;
 /// The same library under the name of its stereo face.
 extern const char* const kStereoFile;
+/// The same code with an editor for host tests.
+extern const char* const kHostedEditorFile;
 /// The built compiler of the definitions; empty for Windows.
 extern const char* const kDefinitionCompilerFile;
 

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Platform/WindowSystem.h"
@@ -31,6 +32,7 @@ public:
     void destroy();
     /// e.g. "wheel 120", "down 32", "up 32", "char 97".
     const CLines& heard() const { return heard_; }
+    CLines takeHeard() { return std::exchange(heard_, {}); }
     std::function<LRESULT(UINT, WPARAM, LPARAM)> onMessage;  ///< asked before the note; null for none
 
 private:

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace tarv::host {
+
+/// What a process holds of the system, for comparison.
+struct CHeldThings {
+    int64_t windows = 0;   ///< of this process, hidden ones too
+    int64_t graphics = 0;  ///< pens and the like, or all that lies on the server
+    int64_t memory = 0;    ///< bytes
+};
+
+/// A host's side of the system with windows of 400 x 300 pixels, a user's hands and eyes. Points are pixels of such a
+/// window. Each call of a hand is served before it returns. One at a time.
+class CHostDesk {
+public:
+    CHostDesk();
+    ~CHostDesk();
+    CHostDesk(const CHostDesk&) = delete;
+    CHostDesk& operator=(const CHostDesk&) = delete;
+
+    /// What the host's loop calls each time: the idle calls of its effects.
+    std::function<void()> idle = [] {};
+    /// Called inside messages that come to a window of the host while an editor's call runs, by "focus", "wheel" or
+    /// "key"; only where the system makes such calls.
+    std::function<void(const std::string&)> insideCall = [](auto&&) {};
+
+    /// Shows a window and gives what a plug-in gets of it.
+    void* openParent();
+    void destroyParent(void* parent);
+    int childCount(void* parent) const;
+    /// The host's own loop, once.
+    void serve();
+    /// False after 3 seconds.
+    bool until(const std::function<bool()>& condition);
+
+    void moveTo(void* parent, int x, int y);
+    void press();
+    void release();
+    /// By notches, up is positive.
+    void wheel(int notches);
+    void strikeSpace();
+    /// What the window shows there, as 0xRRGGBB.
+    uint32_t pixel(void* parent, int x, int y) const;
+    /// What came to the window itself since the last call: "wheel" and "space", one for each.
+    std::string heard(void* parent);
+
+    static CHeldThings held();
+    /// What belongs to the whole process, as a text to compare.
+    static std::string processState();
+
+private:
+    struct CParts;
+    std::unique_ptr<CParts> parts_;
+};
+
+}  // namespace tarv::host

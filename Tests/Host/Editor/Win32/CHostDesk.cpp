@@ -1,0 +1,159 @@
+// A host's side of Windows.
+
+#include "Tests/Host/Editor/CHostDesk.h"
+
+#include <xmmintrin.h>
+
+#include <algorithm>
+#include <clocale>
+#include <vector>
+
+#include "Tests/Host/ProcessMemory.h"
+#include "Tests/Platform/Win32/CTestWindows.h"
+
+namespace tarv::host {
+
+namespace {
+
+HWND asWindow(void* parent) {
+    return static_cast<HWND>(parent);
+}
+
+/// The highest of some handles that the system gives now: it grows with those in use. Wine does not count them.
+int64_t highestPen() {
+    int64_t highest = 0;
+    HPEN pens[16];
+    for (HPEN& pen : pens) {
+        pen = CreatePen(PS_SOLID, 1, 0);
+        // The lower half is the place in the table.
+        highest = std::max<int64_t>(highest, reinterpret_cast<intptr_t>(pen) & 0xffff);
+    }
+    for (HPEN pen : pens) {
+        DeleteObject(pen);
+    }
+    return highest;
+}
+
+BOOL CALLBACK countWindow(HWND, LPARAM count) {
+    ++*reinterpret_cast<int64_t*>(count);
+    return TRUE;
+}
+
+}  // namespace
+
+struct CHostDesk::CParts {
+    CRealInput hands;
+    std::vector<std::unique_ptr<CHostWindow>> parents;
+
+    CHostWindow& find(void* parent) {
+        return **std::find_if(parents.begin(), parents.end(), [&](auto& p) { return p->window() == parent; });
+    }
+};
+
+CHostDesk::CHostDesk() : parts_(std::make_unique<CParts>()) {}
+
+CHostDesk::~CHostDesk() = default;
+
+void* CHostDesk::openParent() {
+    parts_->parents.push_back(std::make_unique<CHostWindow>());
+    CHostWindow& made = *parts_->parents.back();
+    made.onMessage = [this](UINT message, WPARAM, LPARAM) {
+        if (message == WM_KILLFOCUS || message == WM_MOUSEWHEEL || message == WM_KEYDOWN) {
+            insideCall(message == WM_KILLFOCUS ? "focus" : message == WM_MOUSEWHEEL ? "wheel" : "key");
+        }
+        return LRESULT{0};
+    };
+    return made.window();
+}
+
+void CHostDesk::destroyParent(void* parent) {
+    std::erase_if(parts_->parents, [&](auto& p) { return p->window() == parent; });
+    serve();
+}
+
+int CHostDesk::childCount(void* parent) const {
+    int count = 0;
+    for (HWND at = GetWindow(asWindow(parent), GW_CHILD); at; at = GetWindow(at, GW_HWNDNEXT)) {
+        ++count;
+    }
+    return count;
+}
+
+void CHostDesk::serve() {
+    pump();
+    idle();
+}
+
+bool CHostDesk::until(const std::function<bool()>& condition) {
+    return pumpUntil(
+        [&] {
+            idle();
+            return condition();
+        },
+        3000);
+}
+
+void CHostDesk::moveTo(void* parent, int x, int y) {
+    RECT bounds{};
+    GetWindowRect(asWindow(parent), &bounds);
+    parts_->hands.moveTo(bounds.left + x, bounds.top + y);
+}
+
+void CHostDesk::press() {
+    parts_->hands.button(MOUSEEVENTF_LEFTDOWN);
+}
+
+void CHostDesk::release() {
+    parts_->hands.button(MOUSEEVENTF_LEFTUP);
+}
+
+void CHostDesk::wheel(int notches) {
+    parts_->hands.wheel(notches * WHEEL_DELTA);
+}
+
+void CHostDesk::strikeSpace() {
+    parts_->hands.press(VK_SPACE);
+}
+
+uint32_t CHostDesk::pixel(void* parent, int x, int y) const {
+    const HWND child = GetWindow(asWindow(parent), GW_CHILD);
+    const HWND window = child ? child : asWindow(parent);
+    const HDC context = GetDC(window);
+    const COLORREF color = GetPixel(context, x, y);
+    ReleaseDC(window, context);
+    return static_cast<uint32_t>(GetRValue(color) << 16 | GetGValue(color) << 8 | GetBValue(color));
+}
+
+std::string CHostDesk::heard(void* parent) {
+    serve();
+    CHostWindow& window = parts_->find(parent);
+    std::string text;
+    for (const std::string& line : window.takeHeard()) {
+        const std::string name = line.rfind("wheel", 0) == 0 ? "wheel" : line == "down 32" ? "space" : "";
+        text += (text.empty() || name.empty() ? "" : " ") + name;
+    }
+    return text;
+}
+
+CHeldThings CHostDesk::held() {
+    CHeldThings held;
+    EnumThreadWindows(GetCurrentThreadId(), &countWindow, reinterpret_cast<LPARAM>(&held.windows));
+    for (HWND at = nullptr; (at = FindWindowExW(HWND_MESSAGE, at, nullptr, nullptr));) {
+        held.windows += GetWindowThreadProcessId(at, nullptr) == GetCurrentThreadId();
+    }
+    held.windows += GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+    held.graphics = highestPen() + GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+    held.memory = processMemory();
+    return held;
+}
+
+std::string CHostDesk::processState() {
+    char folder[MAX_PATH] = {};
+    GetCurrentDirectoryA(MAX_PATH, folder);
+    return "locale " + std::string(setlocale(LC_ALL, nullptr)) + " float " + std::to_string(_mm_getcsr() & ~0x3fU) +
+           " folder " + folder + " priority " + std::to_string(GetPriorityClass(GetCurrentProcess())) + ' ' +
+           std::to_string(GetThreadPriority(GetCurrentThread())) + " dpi " + std::to_string(IsProcessDPIAware()) +
+           " errors " + std::to_string(GetErrorMode());
+}
+
+}  // namespace tarv::host

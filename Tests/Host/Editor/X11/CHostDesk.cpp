@@ -1,0 +1,155 @@
+// A host's side of an X server.
+
+#include "Tests/Host/Editor/CHostDesk.h"
+
+#include <unistd.h>
+#include <xmmintrin.h>
+
+#include <algorithm>
+#include <chrono>
+#include <clocale>
+#include <filesystem>
+#include <map>
+
+#include "Tests/Host/ProcessMemory.h"
+#include "Tests/Platform/X11/CXDesktop.h"
+
+namespace tarv::host {
+
+namespace {
+
+constexpr int kX = 100;
+constexpr int kY = 50;
+constexpr int kWidth = 400;
+constexpr int kHeight = 300;
+constexpr int kSpaceKey = 65;
+constexpr int kWheelUp = 4;
+constexpr int kWheelDown = 5;
+
+xcb_window_t asWindow(void* parent) {
+    return static_cast<xcb_window_t>(reinterpret_cast<uintptr_t>(parent));
+}
+
+/// On the server that all tests share.
+CXClient*& eye() {
+    static CXClient* client = nullptr;
+    return client;
+}
+
+}  // namespace
+
+struct CHostDesk::CParts {
+    CScopedVariable display{"DISPLAY", CXServer::common().display().c_str()};
+    CXClient client{CXServer::common().display()};
+    std::map<xcb_window_t, std::string> heard;
+
+    void takeEvents() {
+        client.sync();
+        while (const auto event = client.nextEvent()) {
+            const auto& input = reinterpret_cast<const xcb_key_press_event_t&>(*event);
+            const int type = event->response_type & 0x7f;
+            if (type == XCB_KEY_PRESS && input.detail == kSpaceKey) {
+                note(input.event, "space");
+            } else if (type == XCB_BUTTON_PRESS && (input.detail == kWheelUp || input.detail == kWheelDown)) {
+                note(input.event, "wheel");
+            }
+        }
+    }
+    void note(xcb_window_t window, const char* name) {
+        heard[window] += (heard[window].empty() ? "" : " ") + std::string(name);
+    }
+};
+
+CHostDesk::CHostDesk() : parts_(std::make_unique<CParts>()) {
+    eye() = &parts_->client;
+}
+
+CHostDesk::~CHostDesk() {
+    eye() = nullptr;
+}
+
+void* CHostDesk::openParent() {
+    const xcb_window_t window = parts_->client.makeWindow(kX, kY, kWidth, kHeight);
+    parts_->client.setFocus(window);
+    return reinterpret_cast<void*>(uintptr_t{window});
+}
+
+void CHostDesk::destroyParent(void* parent) {
+    parts_->client.destroyWindow(asWindow(parent));
+    serve();
+}
+
+int CHostDesk::childCount(void* parent) const {
+    return static_cast<int>(parts_->client.childrenOf(asWindow(parent)).size());
+}
+
+void CHostDesk::serve() {
+    parts_->client.sync();
+    idle();
+    parts_->client.sync();
+}
+
+bool CHostDesk::until(const std::function<bool()>& condition) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(3);
+    for (serve(); !condition(); serve()) {
+        if (std::chrono::steady_clock::now() > end) {
+            return false;
+        }
+        usleep(1000);
+    }
+    return true;
+}
+
+void CHostDesk::moveTo(void*, int x, int y) {
+    parts_->client.movePointer(kX + x, kY + y);
+    serve();
+}
+
+void CHostDesk::press() {
+    parts_->client.button(1, true);
+    serve();
+}
+
+void CHostDesk::release() {
+    parts_->client.button(1, false);
+    serve();
+}
+
+void CHostDesk::wheel(int notches) {
+    for (int i = 0; i < std::abs(notches); ++i) {
+        parts_->client.click(notches > 0 ? kWheelUp : kWheelDown);
+    }
+    serve();
+}
+
+void CHostDesk::strikeSpace() {
+    parts_->client.strike(kSpaceKey);
+    serve();
+}
+
+uint32_t CHostDesk::pixel(void* parent, int x, int y) const {
+    const std::vector<uint32_t> all = parts_->client.pixels(asWindow(parent), kWidth, kHeight);
+    return all.empty() ? 0 : all[static_cast<size_t>(y * kWidth + x)];
+}
+
+std::string CHostDesk::heard(void* parent) {
+    serve();
+    parts_->takeEvents();
+    return std::exchange(parts_->heard[asWindow(parent)], {});
+}
+
+CHeldThings CHostDesk::held() {
+    CHeldThings held;
+    eye()->sync();
+    held.windows = static_cast<int64_t>(eye()->resourceCount("WINDOW"));
+    held.graphics = static_cast<int64_t>(eye()->resourceCount());
+    held.memory = processMemory();
+    return held;
+}
+
+std::string CHostDesk::processState() {
+    return "locale " + std::string(setlocale(LC_ALL, nullptr)) + " float " + std::to_string(_mm_getcsr() & ~0x3fU) +
+           " folder " + std::filesystem::current_path().string() + " priority " + std::to_string(nice(0));
+}
+
+}  // namespace tarv::host
