@@ -52,9 +52,15 @@ CError* CTimer::start() {
     if (!system) {
         TARV_FAIL("@tarvstr_CTimer_start_NoWindowSystem No window system to run a timer.");
     }
-    CPlatformError error = 0;
+    CPlatformError error = system->acquireClass(CWindowKind::Timers);
+    if (error) {
+        TARV_FAIL("@tarvstr_CTimer_start_ClassError Unable to register timer window class: error %1.",
+                  CString::fromInt(error));
+    }
     bool isWindow = false;
     id_ = system->startTimer(*this, millisecondsOf(getAttrReal("interval")), error, isWindow);
+    // The timer's window holds its class.
+    system->releaseClass(CWindowKind::Timers);
     if (id_ == 0 && isWindow) {
         TARV_FAIL("@tarvstr_CTimer_start_WindowError Timer window creation error %1.", CString::fromInt(error));
     }

@@ -20,6 +20,9 @@ protected:
 /// A running timer of one thread; 0 is none.
 using CTimerId = uint32_t;
 
+/// Classes of windows, where a system has such: those that are seen, those that posts arrive at, those of timers.
+enum class CWindowKind : uint8_t { Seen, Posts, Timers };
+
 /// What a file dialog shall ask for.
 struct CFileDialogRequest {
     bool isSave = false;
@@ -37,6 +40,11 @@ struct CFileDialogRequest {
 class CWindowSystem {
 public:
     virtual ~CWindowSystem() = default;
+
+    /// Registers a class before its first window, and holds it until it is released as often; the system's number, 0
+    /// for none. Windows and timers hold theirs by themselves, too. Any thread.
+    [[nodiscard]] virtual CPlatformError acquireClass(CWindowKind kind) = 0;
+    virtual void releaseClass(CWindowKind kind) = 0;
 
     /// Null with the step and the system's number, and whatever was made before it freed.
     virtual std::unique_ptr<CSurface> createSurface(int32_t width, int32_t height, CSurfaceStep& step,

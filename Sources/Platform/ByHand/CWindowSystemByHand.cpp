@@ -69,6 +69,12 @@ std::unique_ptr<CSurface> CWindowSystemByHand::createSurface(int32_t width, int3
     return std::make_unique<CSurfaceByHand>(desktop_, width, height);
 }
 
+CPlatformError CWindowSystemByHand::acquireClass(CWindowKind kind) {
+    const CPlatformError error = std::exchange(classFailures_[static_cast<size_t>(kind)], 0);
+    heldClasses_ += error ? 0 : 1;
+    return error;
+}
+
 std::unique_ptr<CPlatformWindow> CWindowSystemByHand::createWindow(const CWindowRequest& request,
                                                                    CWindowHandler& handler, CPlatformError& error) {
     error = request.isChild && !desktop_.find(request.parent) ? kNoSuchWindow : windowFailure_.take();
@@ -141,7 +147,8 @@ bool CWindowSystemByHand::askForFile(const CFileDialogRequest& request, std::u16
 
 bool CWindowSystemByHand::isClean() const {
     return desktop_.windowCount() == 0 && desktop_.surfaceCount() == 0 && timers_.count() == 0 &&
-           timers_.hiddenWindowCount() == 0 && desktop_.capture() == 0 && desktop_.keyGrabber() == 0;
+           timers_.hiddenWindowCount() == 0 && heldClasses_ == 0 && desktop_.capture() == 0 &&
+           desktop_.keyGrabber() == 0;
 }
 
 }  // namespace tarv

@@ -41,6 +41,7 @@ public:
     void failSurface(CSurfaceStep step, CPlatformError error, int32_t after = 0) {
         surfaceFailure_ = {step, error, after};
     }
+    void failClass(CWindowKind kind, CPlatformError error) { classFailures_[static_cast<size_t>(kind)] = error; }
     void failWindow(CPlatformError error, int32_t after = 0) { windowFailure_ = {CSurfaceStep::None, error, after}; }
 
     /// What the next file dialog without an answer yet gives. `meanwhile` runs while it is open.
@@ -54,9 +55,11 @@ public:
     void emptyClipboard() { hasText_ = false; }
     /// Calls of serve.
     int32_t serveCount() const { return serveCount_; }
-    /// Nothing of the product is left: windows, surfaces, timers, their hidden windows, capture and keys.
+    /// Nothing of the product is left: held classes, windows, surfaces, timers, their hidden windows, capture and keys.
     bool isClean() const;
 
+    CPlatformError acquireClass(CWindowKind kind) override;
+    void releaseClass(CWindowKind) override { --heldClasses_; }
     std::unique_ptr<CSurface> createSurface(int32_t width, int32_t height, CSurfaceStep& step,
                                             CPlatformError& error) override;
     std::unique_ptr<CPlatformWindow> createWindow(const CWindowRequest& request, CWindowHandler& handler,
@@ -94,6 +97,8 @@ private:
     CTimersByHand timers_;
     CFailure surfaceFailure_;
     CFailure windowFailure_;
+    CPlatformError classFailures_[3] = {};
+    int32_t heldClasses_ = 0;
     std::deque<CAnswer> answers_;
     std::vector<CFileDialogRequest> fileDialogs_;
     std::u16string clipboard_;

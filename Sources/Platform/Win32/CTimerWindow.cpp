@@ -6,7 +6,6 @@
 #include <memory>
 
 #include "Platform/Lock.h"
-#include "Platform/Win32/CModuleClass.h"
 #include "Platform/Win32/Module.h"
 
 namespace tarv {
@@ -19,6 +18,10 @@ struct CTimerWindow::CAllWindows {
 };
 
 CTimerWindow::CAllWindows CTimerWindow::all_;
+
+CModuleClass& CTimerWindow::windowClass() {
+    return all_.windowClass;
+}
 
 LRESULT CALLBACK CTimerWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message != WM_TIMER) {

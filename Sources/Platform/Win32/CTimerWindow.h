@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "Platform/Win32/CModuleClass.h"
 #include "Platform/WindowSystem.h"
 
 namespace tarv {
@@ -16,6 +17,7 @@ public:
     /// For the calling thread; as CWindowSystem::startTimer.
     static CTimerId start(CTimerHandler& handler, int32_t milliseconds, CPlatformError& error, bool& isWindow);
     static void stop(CTimerId id);
+    static CModuleClass& windowClass();
 
 private:
     struct CRow {

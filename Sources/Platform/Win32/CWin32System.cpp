@@ -6,6 +6,7 @@
 #include "Platform/Win32/CWin32Surface.h"
 #include "Platform/Win32/CWin32Window.h"
 #include "Platform/Win32/Clipboard.h"
+#include "Platform/Win32/EventWindowClass.h"
 #include "Platform/Win32/FileDialog.h"
 
 namespace tarv {
@@ -13,6 +14,29 @@ namespace tarv {
 CWindowSystem* systemWindows() {
     static CWin32System system;
     return &system;
+}
+
+namespace {
+
+CModuleClass& classOf(CWindowKind kind) {
+    switch (kind) {
+        case CWindowKind::Posts:
+            return eventWindowClass();
+        case CWindowKind::Timers:
+            return CTimerWindow::windowClass();
+        default:
+            return CWin32Window::windowClass();
+    }
+}
+
+}  // namespace
+
+CPlatformError CWin32System::acquireClass(CWindowKind kind) {
+    return classOf(kind).acquire();
+}
+
+void CWin32System::releaseClass(CWindowKind kind) {
+    classOf(kind).release();
 }
 
 std::unique_ptr<CSurface> CWin32System::createSurface(int32_t width, int32_t height, CSurfaceStep& step,

@@ -8,6 +8,8 @@ namespace tarv {
 /// current folder.
 class CWin32System final : public CWindowSystem {
 public:
+    CPlatformError acquireClass(CWindowKind kind) override;
+    void releaseClass(CWindowKind kind) override;
     std::unique_ptr<CSurface> createSurface(int32_t width, int32_t height, CSurfaceStep& step,
                                             CPlatformError& error) override;
     std::unique_ptr<CPlatformWindow> createWindow(const CWindowRequest& request, CWindowHandler& handler,

@@ -51,6 +51,10 @@ std::unique_ptr<CWin32Window> CWin32Window::create(const CWindowRequest& request
     return window;
 }
 
+CModuleClass& CWin32Window::windowClass() {
+    return shared_.windowClass;
+}
+
 CWin32Window::CWin32Window(const CWindowRequest& request, CWindowHandler& handler)
     : handler_(handler), isChild_(request.isChild), isActivated_(request.isActivated) {}
 

@@ -7,6 +7,7 @@
 #include "Platform/File.h"
 #include "Platform/Win32/CKeyCharacters.h"
 #include "Platform/Win32/CLifeGuard.h"
+#include "Platform/Win32/CModuleClass.h"
 #include "Platform/Window.h"
 
 namespace tarv {
@@ -18,6 +19,7 @@ public:
     /// As CWindowSystem::createWindow.
     static std::unique_ptr<CWin32Window> create(const CWindowRequest& request, CWindowHandler& handler,
                                                 CPlatformError& error);
+    static CModuleClass& windowClass();
     ~CWin32Window() override;
     CWin32Window(const CWin32Window&) = delete;
     CWin32Window& operator=(const CWin32Window&) = delete;

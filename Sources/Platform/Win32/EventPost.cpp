@@ -5,7 +5,7 @@
 #include <windows.h>
 
 #include "Platform/ProcessHeap.h"
-#include "Platform/Win32/CModuleClass.h"
+#include "Platform/Win32/EventWindowClass.h"
 #include "Platform/Win32/Module.h"
 
 namespace tarv {
@@ -35,6 +35,10 @@ LRESULT CALLBACK eventProc(HWND window, UINT message, WPARAM wParam, LPARAM lPar
 CModuleClass windowClass(L"TarveloEvents", &eventProc, 0);
 
 }  // namespace
+
+CModuleClass& eventWindowClass() {
+    return windowClass;
+}
 
 CPlatformError openEventWindow(CEventHandler handler, void* user, CEventWindow& window) {
     window = 0;

@@ -18,6 +18,9 @@ public:
     /// Whether this thread has a display, or gets one now; otherwise noWindowsReason() says why not.
     bool isAvailable();
 
+    /// There are none.
+    CPlatformError acquireClass(CWindowKind) override { return 0; }
+    void releaseClass(CWindowKind) override {}
     std::unique_ptr<CSurface> createSurface(int32_t width, int32_t height, CSurfaceStep& step,
                                             CPlatformError& error) override;
     std::unique_ptr<CPlatformWindow> createWindow(const CWindowRequest& request, CWindowHandler& handler,

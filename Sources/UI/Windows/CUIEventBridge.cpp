@@ -16,6 +16,13 @@ CUIEventBridge::~CUIEventBridge() {
     }
 }
 
+CError* CUIEventBridge::init() {
+    TARV_TRY(windowClass_.init(CWindowKind::Seen));
+    TARV_TRY(bridgeClass_.init(CWindowKind::Posts));
+    TARV_TRY(CStdEventBridge::init());
+    return nullptr;
+}
+
 CError* CUIEventBridge::call(std::function<void()> function) {
     CAttributeMap params;
     params["event-name"] = CAttributeValue::fromString(kCallEvent);

@@ -147,6 +147,8 @@ TEST_F(Timer, OneHiddenWindowServesAllOfAThread) {
 }
 
 TEST_F(Timer, SaysWhatTheSystemRefused) {
+    system.failClass(CWindowKind::Timers, 1410);
+    EXPECT_EQ(failure(), "Unable to register timer window class: error 1410.");
     system.timers().failWindow(1158);
     EXPECT_EQ(failure(), "Timer window creation error 1158.");
     system.timers().failTimer(8);

@@ -216,6 +216,9 @@ TEST_F(CAudioWrapperVSTEditorTest, EachStepThatFailsLeavesNothingBehind) {
         {"CreateCompatibleDC() execution error 6.", [&] { system.failSurface(CSurfaceStep::Context, 6); }},
         {"CreateDIBSection() error 8 (width=128, height=", [&] { system.failSurface(CSurfaceStep::Section, 8); }},
         {"SelectObject() error 7.", [&] { system.failSurface(CSurfaceStep::Selection, 7); }},
+        {"Unable to register window class (error 1410).", [&] { system.failClass(CWindowKind::Seen, 1410); }},
+        {"Unable to register bridge window class (error 87).", [&] { system.failClass(CWindowKind::Posts, 87); }},
+        {"Unable to register timer window class: error 8.", [&] { system.failClass(CWindowKind::Timers, 8); }},
         {"Timer window creation error 5.", [&] { system.timers().failWindow(5); }},
         {"Timer creation error 4.", [&] { system.timers().failTimer(4); }},
     };
