@@ -53,6 +53,19 @@ void forEachFunction(const CSourceFile& file, const std::function<void(const std
     }
 }
 
+// What a host owns, and the pointer: a pen stands where it stands, and what is hidden may stay hidden.
+TEST(Style, NothingSetsWhatBelongsToTheProcessOrMovesThePointer) {
+    static const std::regex kForbidden(
+        R"(\b(SetProcessDPIAware|SetProcessDpiAwareness\w*|SetThreadDpiAwarenessContext|SetPriorityClass|)"
+        R"(CoInitialize\w*|OleInitialize|setlocale|_controlfp\w*|_mm_setcsr|fesetround|fesetenv|SetErrorMode|)"
+        R"(timeBeginPeriod|SetCursorPos|ClipCursor|ShowCursor|xcb_warp_pointer|xcb_xfixes_hide_cursor)\s*\()");
+    for (const CSourceFile* file : codeFiles())
+        if (startsWith(file->path, "Sources/"))
+            for (const std::string& line : file->lines)
+                EXPECT_FALSE(std::regex_search(line, kForbidden)) << file->path << ": " << line;
+    EXPECT_TRUE(std::regex_search(std::string("    SetCursorPos(0, 0);"), kForbidden));
+}
+
 TEST(Style, FunctionsAreShortOrSayWhy) {
     for (const CSourceFile* file : codeFiles())
         forEachFunction(*file, [](const std::string& name, size_t lines) {

@@ -80,6 +80,25 @@ TEST_F(CWindowHostTest, AWheelThatTheHostReportsReachesAPopup) {
     EXPECT_EQ(delta, 1.0);
 }
 
+TEST_F(CWindowHostTest, APenThatJumpsCountsWhereItStands) {
+    openOne();
+    std::string places;
+    const auto note = [&](CFilledView&, CAttributeMap& params) {
+        places += std::to_string(params["actual-x"].asInt()) + "," + std::to_string(params["actual-y"].asInt()) + " ";
+    };
+    CFilledView::actions["a.mouse-press"] = note;
+    CFilledView::actions["a.mouse-move"] = note;
+    CFilledView::actions["a.mouse-release"] = note;
+    system.input().jump(kHostX + 20, kHostY + 30);
+    system.input().press();
+    system.input().jump(kHostX + 250, kHostY + 150);
+    system.input().move(kHostX + 251, kHostY + 150);
+    system.input().jump(kHostX + 3, kHostY + 4);
+    system.input().release();
+    EXPECT_EQ(system.input().x(), kHostX + 3) << "nothing moves it back";
+    EXPECT_EQ(places, "20,30 251,150 3,4 3,4 ");
+}
+
 TEST_F(CWindowHostTest, WhatWaitsForTheCallsRunsOnceBehindTheOutermost) {
     openOne();
     EXPECT_FALSE(shared().isBusy());

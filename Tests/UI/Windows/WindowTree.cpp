@@ -6,6 +6,7 @@ namespace tarv {
 
 std::vector<std::string> CFilledView::heard;
 std::map<std::string, CFilledView::CAction> CFilledView::actions;
+int32_t CFilledView::drawnViews = 0;
 std::vector<std::string> CEventLog::heard;
 
 namespace {
@@ -41,6 +42,7 @@ CError* CFilledView::inputEvent(const CString& event, CAttributeMap& eventParams
 
 CError* CFilledView::draw() {
     ++drawCount;
+    ++drawnViews;
     if (getAttrBool("is-bad")) {
         TARV_FAIL("@tarvstr_CFilledView_draw_Bad Bad view.");
     }

@@ -31,6 +31,7 @@ public:
     bool isInputView() const override { return getAttrBoolOr("is-input", true); }
     CAttributeMap params;  ///< of the last event
     int32_t drawCount = 0;
+    static int32_t drawnViews;  ///< of all of them
 
 protected:
     [[nodiscard]] CError* inputEvent(const CString& event, CAttributeMap& eventParams) override;

@@ -190,6 +190,20 @@ TEST_F(CAudioWrapperVSTEditorTest, TimersAndEventsThatAreLateFindNothing) {
     EXPECT_TRUE(system.isClean());
 }
 
+TEST_F(CAudioWrapperVSTEditorTest, AtRestItDrawsAndReceivesNothing) {
+    ASSERT_TRUE(open());
+    system.advance(0.1);
+    window()->forgetPresented();
+    const int32_t drawn = CFilledView::drawnViews;
+    for (int tick = 0; tick < 100; ++tick) {
+        idle();
+        system.advance(0.025);
+    }
+    EXPECT_EQ(window()->presentCount(), 0);
+    EXPECT_EQ(CFilledView::drawnViews, drawn);
+    EXPECT_EQ(system.pump(), 0) << "no post waits";
+}
+
 TEST_F(CAudioWrapperVSTEditorTest, AnotherThreadClosesItWithoutWaiting) {
     ASSERT_TRUE(open());
     std::thread([&] {
