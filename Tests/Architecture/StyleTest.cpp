@@ -66,6 +66,24 @@ TEST(Style, NothingSetsWhatBelongsToTheProcessOrMovesThePointer) {
     EXPECT_TRUE(std::regex_search(std::string("    SetCursorPos(0, 0);"), kForbidden));
 }
 
+TEST(Style, TheTestsThatTheEditorsPageNamesAreThere) {
+    static const std::regex kName(R"(`([A-Z]\w+)\.([A-Z]\w+)`)");
+    static const std::regex kTest(R"(^TEST\w*\((\w+), (\w+)\))");
+    std::set<std::string> tests;
+    std::smatch match;
+    for (const CSourceFile* file : codeFiles())
+        for (const std::string& line : file->lines)
+            if (std::regex_search(line, match, kTest))
+                tests.insert(match[1].str() + '.' + match[2].str());
+    size_t named = 0;
+    for (const CSourceFile& file : projectFiles())
+        if (file.path == "Docs/editor.md")
+            for (const std::string& line : file.lines)
+                for (std::sregex_iterator at(line.begin(), line.end(), kName), end; at != end; ++at, ++named)
+                    EXPECT_TRUE(tests.count((*at)[1].str() + '.' + (*at)[2].str())) << (*at)[0];
+    EXPECT_GT(named, 30u);
+}
+
 TEST(Style, FunctionsAreShortOrSayWhy) {
     for (const CSourceFile* file : codeFiles())
         forEachFunction(*file, [](const std::string& name, size_t lines) {
