@@ -21,8 +21,12 @@ public:
     virtual void onPointer(const CPointerEvent& event) = 0;
     /// False gives the wheel on to the host's window.
     virtual bool onWheel(const CWheelEvent& event) = 0;
-    /// Keys come only while grabKeys holds. False gives the key on to the host.
+    /// While grabKeys holds, all keys of the thread; otherwise those that the system sends because this window has the
+    /// focus. False gives the key on to the host.
     virtual bool onKey(const CKeyEvent& event) = 0;
+    /// grabKeys has ended without a call: another window has grabbed the keys, or the user works in a window that is
+    /// neither the host's nor one of its popups.
+    virtual void onKeysLost() {}
     /// The window, or one that it owns, has become active or has lost that. `other` is the window that has it now, if
     /// it is one of this process.
     virtual void onActivation(bool isActive, CWindowHandle other) = 0;

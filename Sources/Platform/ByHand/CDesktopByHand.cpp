@@ -146,6 +146,19 @@ void CDesktopByHand::tellActivation() {
             window->handler_->onActivation(isActive, active && active->isOfThisProcess_ ? active_ : 0);
         }
     }
+    const CWindowByHand* top = find(topOf(grabber_));
+    if (top && !isActiveGroup(*top)) {
+        loseKeys();
+    }
+}
+
+/// The window that has grabbed the keys has them no longer.
+void CDesktopByHand::loseKeys() {
+    const CWindowByHand* window = find(grabber_);
+    grabber_ = 0;
+    if (window && window->handler_) {
+        window->handler_->onKeysLost();
+    }
 }
 
 /// On top of all, and what it owns on top of it.
@@ -197,6 +210,9 @@ void CDesktopByHand::takeCapture() {
 
 void CDesktopByHand::grabKeys(CWindowHandle window, bool isGrabbed) {
     if (isGrabbed) {
+        if (grabber_ != window) {
+            loseKeys();
+        }
         grabber_ = window;
     } else if (grabber_ == window) {
         grabber_ = 0;

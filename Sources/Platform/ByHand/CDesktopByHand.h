@@ -86,6 +86,7 @@ private:
     CWindowHandle dependantOf(CWindowHandle window) const;
     void forget(CWindowHandle window);
     void tellActivation();
+    void loseKeys();
 
     std::vector<CIntRect> monitors_;
     std::vector<std::unique_ptr<CWindowByHand>> hosts_;

@@ -136,7 +136,7 @@ bool CInputByHand::key(int32_t code, bool isDown, const std::u16string& characte
     event.modifiers = modifiers_;
     event.characterCount = std::min(static_cast<int32_t>(characters.size()), CKeyEvent::kMaxCharacters);
     std::copy_n(characters.begin(), event.characterCount, event.characters);
-    CWindowByHand* window = desktop_.find(desktop_.keyGrabber());
+    CWindowByHand* window = desktop_.find(desktop_.keyGrabber() != 0 ? desktop_.keyGrabber() : desktop_.focus());
     if (window && window->handler() && window->handler()->onKey(event)) {
         return true;
     }

@@ -74,6 +74,7 @@ public:
         activeNow = other;
         note(isActive ? "active" : "inactive");
     }
+    void onKeysLost() override { note("keys-lost"); }
     void onCloseRequest() override { note("close"); }
     void onGone() override { note("gone"); }
 

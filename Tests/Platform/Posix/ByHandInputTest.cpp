@@ -146,8 +146,38 @@ TEST_F(ByHandInput, KeysGoToTheGrabberAndOtherwiseToTheHost) {
     child->window->grabKeys(false);
     EXPECT_TRUE(input.key(kKeyTab, true)) << "who has no keys gives none up";
     popup->window->grabKeys(false);
-    EXPECT_FALSE(input.key(kKeyTab, true));
     EXPECT_EQ(child->take(), "");
+}
+
+TEST_F(ByHandInput, WithoutAGrabberTheKeysAreThoseOfTheFocus) {
+    const auto popup = CNotingWindow::popup(system, host, {300, 200, 350, 250});
+    popup->take();
+    EXPECT_TRUE(input.key(kKeyTab, true));
+    EXPECT_EQ(popup->take(), "down9");
+    system.desktop().activate(host);
+    popup->take();
+    EXPECT_FALSE(input.key(kKeyTab, false));
+    child->window->takeFocus();
+    EXPECT_TRUE(input.key(kKeyEnter, true));
+    EXPECT_EQ(child->take(), "down13");
+    EXPECT_EQ(popup->take(), "");
+}
+
+TEST_F(ByHandInput, AGrabberIsNotifiedWhenTheKeysGoElsewhere) {
+    const auto popup = CNotingWindow::popup(system, host, {300, 200, 350, 250});
+    system.desktop().activate(host);
+    child->window->grabKeys(true);
+    child->take();
+    popup->window->grabKeys(true);
+    EXPECT_EQ(child->take(), "keys-lost");
+    popup->take();
+    child->window->grabKeys(true);
+    EXPECT_EQ(popup->take(), "keys-lost");
+    system.desktop().activate(popup->window->handle());  // owned by the host's window
+    EXPECT_EQ(child->take(), "");
+    system.desktop().activate(system.desktop().openHost({500, 500, 550, 550}));
+    EXPECT_EQ(child->take(), "keys-lost");
+    EXPECT_EQ(system.desktop().keyGrabber(), 0u);
 }
 
 TEST_F(ByHandInput, FocusGoesBackWhereItWas) {
