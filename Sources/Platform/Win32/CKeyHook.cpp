@@ -29,7 +29,7 @@ bool CKeyHook::grab(HWND window) {
     if (owner_ == window) {
         return true;
     }
-    remove();
+    takeFrom(owner_);
     hook_ = SetWindowsHookExW(WH_KEYBOARD, &procedure, nullptr, GetCurrentThreadId());
     owner_ = hook_ ? window : nullptr;
     return hook_ != nullptr;
@@ -40,6 +40,18 @@ void CKeyHook::release(HWND window) {
     if (window && owner_ == window) {
         remove();
     }
+}
+
+void CKeyHook::takeFrom(HWND former) {
+    remove();
+    if (former) {
+        PostMessageW(former, kLostMessage, 0, 0);
+    }
+}
+
+bool CKeyHook::asksThisThread() {
+    const CLockScope scope(lock_);
+    return owner_ && GetWindowThreadProcessId(owner_, nullptr) == GetCurrentThreadId();
 }
 
 bool CKeyHook::isOwner(HWND window) {
@@ -63,9 +75,15 @@ LRESULT CALLBACK CKeyHook::procedure(int code, WPARAM wParam, LPARAM lParam) {
     }
     // A host that only looks at its queue (HC_NOREMOVE) meets the key once more. VK_PACKET carries its character where
     // a hook does not see it: the window takes it from WM_CHAR.
-    const bool isTaken = code == HC_ACTION && wParam != VK_PACKET && owner &&
-                         GetWindowThreadProcessId(owner, nullptr) == GetCurrentThreadId() && !isTypedElsewhere(owner);
-    if (isTaken && SendMessageW(owner, lParam & kReleasedFlag ? kReleaseMessage : kPressMessage, wParam, lParam)) {
+    const bool isOurs = code == HC_ACTION && wParam != VK_PACKET && owner &&
+                        GetWindowThreadProcessId(owner, nullptr) == GetCurrentThreadId();
+    if (isOurs && isTypedElsewhere(owner)) {
+        const CLockScope scope(lock_);
+        if (owner_ == owner) {
+            takeFrom(owner);
+        }
+    } else if (isOurs &&
+               SendMessageW(owner, lParam & kReleasedFlag ? kReleaseMessage : kPressMessage, wParam, lParam)) {
         return 1;
     }
     return CallNextHookEx(nullptr, code, wParam, lParam);

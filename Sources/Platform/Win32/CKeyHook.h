@@ -13,16 +13,22 @@ public:
     /// To the owner, with WH_KEYBOARD's parameters. A result of 1 keeps the key from the host.
     static constexpr UINT kPressMessage = 5121;
     static constexpr UINT kReleaseMessage = 5122;
+    /// To a former owner: the hook is another one's, or the user types into another window of the process. Posted.
+    static constexpr UINT kLostMessage = 5123;
 
     /// Of the calling thread; a former owner loses the hook. False if the system refuses it.
     static bool grab(HWND window);
     /// Nothing if another window is the owner. Any thread.
     static void release(HWND window);
     static bool isOwner(HWND window);
+    /// The owner is a window of the calling thread: it is asked for each key before the host's loop goes on with it.
+    static bool asksThisThread();
 
 private:
     static LRESULT CALLBACK procedure(int code, WPARAM wParam, LPARAM lParam);
     static void remove();
+    /// Under the lock.
+    static void takeFrom(HWND former);
 
     static CLock lock_;
     static HHOOK hook_;

@@ -212,6 +212,7 @@ void CWin32Window::giveFocusBack() {
 void CWin32Window::grabKeys(bool isGrabbed) {
     characters_.reset();
     isPacket_ = false;
+    isGrabbing_ = isGrabbed;
     if (!isGrabbed) {
         CKeyHook::release(handle_);
     } else if (handle_) {

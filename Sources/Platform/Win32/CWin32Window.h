@@ -77,7 +77,10 @@ private:
     LRESULT turnWheel(const CMessage& message);
     LRESULT takeWheel(const CMessage& message, POINT place);
     LRESULT takeHookedKey(const CMessage& message);
+    LRESULT loseKeys(const CMessage& message);
     LRESULT passKeyOn(const CMessage& message);
+    bool takeKeyOfFocus(const CMessage& message);
+    CKeyEvent keyOf(const CMessage& message, bool isDown);
     bool takePacket(const CMessage& message);
     LRESULT passOn(HWND to, const CMessage& message);
     void sendPointer(CPointerKind kind, CPointerButton button, bool isDouble);
@@ -97,6 +100,8 @@ private:
     bool isCaptured_ = false;
     bool isTracking_ = false;   ///< the system will report that the pointer leaves
     bool isPassingOn_ = false;  ///< the host has a message of ours in hand, and may send it back
+    bool isGrabbing_ = false;   ///< until the grab ends, or is lost
+    bool isKeyTaken_ = false;   ///< the characters of the last key are not the host's
     bool isPacket_ = false;     ///< the next WM_CHAR is a character without a key
     int32_t lastX_ = 0;
     int32_t lastY_ = 0;

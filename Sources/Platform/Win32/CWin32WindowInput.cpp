@@ -148,29 +148,60 @@ LRESULT CWin32Window::passOn(HWND to, const CMessage& message) {
     return result;
 }
 
-LRESULT CWin32Window::takeHookedKey(const CMessage& message) {
+CKeyEvent CWin32Window::keyOf(const CMessage& message, bool isDown) {
     constexpr int kScanCodeShift = 16;
     constexpr UINT kScanCodeMask = 0xff;
     constexpr int kKeyCount = 256;
-    if (!CKeyHook::isOwner(message.window)) {
-        return 0;
-    }
     CKeyEvent event;
     event.code = static_cast<int32_t>(message.wParam);
-    event.isDown = message.number == CKeyHook::kPressMessage;
+    event.isDown = isDown;
     event.modifiers = currentModifiers();
     BYTE state[kKeyCount] = {};
-    if (event.isDown && GetKeyboardState(state)) {
+    if (isDown && GetKeyboardState(state)) {
         const UINT scanCode = static_cast<UINT>(message.lParam >> kScanCodeShift) & kScanCodeMask;
         event.characterCount =
             characters_.translate(static_cast<UINT>(message.wParam), scanCode, state, event.characters);
     }
-    return handler_.onKey(event) ? 1 : 0;
+    return event;
 }
 
-// What the focus brings and no field edits is the host's.
+LRESULT CWin32Window::takeHookedKey(const CMessage& message) {
+    if (!CKeyHook::isOwner(message.window)) {
+        return 0;
+    }
+    return handler_.onKey(keyOf(message, message.number == CKeyHook::kPressMessage)) ? 1 : 0;
+}
+
+LRESULT CWin32Window::loseKeys(const CMessage& message) {
+    if (isGrabbing_ && !CKeyHook::isOwner(message.window)) {
+        isGrabbing_ = false;
+        handler_.onKeysLost();
+    }
+    return 0;
+}
+
+// A key that the focus brings, where no hook has asked already. Its characters, which the host's loop makes, follow it.
+bool CWin32Window::takeKeyOfFocus(const CMessage& message) {
+    if (isPassingOn_ || CKeyHook::asksThisThread()) {
+        isKeyTaken_ = false;
+        return false;
+    }
+    if (message.number != WM_KEYDOWN && message.number != WM_KEYUP) {
+        return isKeyTaken_;
+    }
+    const bool isDown = message.number == WM_KEYDOWN;
+    const CLifeGuard guard(life_);
+    const bool isTaken = handler_.onKey(keyOf(message, isDown));
+    if (!guard.isAlive()) {
+        return true;
+    }
+    isKeyTaken_ = isDown ? isTaken : isKeyTaken_;
+    return isTaken;
+}
+
+// What the focus brings and no view takes is the host's.
 LRESULT CWin32Window::passKeyOn(const CMessage& message) {
-    if (takePacket(message)) {
+    if (takePacket(message) || takeKeyOfFocus(message)) {
         return 0;
     }
     return passOn(isChild_ ? GetParent(message.window) : GetWindow(message.window, GW_OWNER), message);

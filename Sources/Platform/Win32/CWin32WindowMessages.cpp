@@ -37,6 +37,7 @@ const CWin32Window::CMessageRow CWin32Window::kMessages[] = {
     {WM_MOUSEWHEEL, &CWin32Window::turnWheel},
     {CKeyHook::kPressMessage, &CWin32Window::takeHookedKey},
     {CKeyHook::kReleaseMessage, &CWin32Window::takeHookedKey},
+    {CKeyHook::kLostMessage, &CWin32Window::loseKeys},
     {WM_KEYDOWN, &CWin32Window::passKeyOn},
     {WM_KEYUP, &CWin32Window::passKeyOn},
     {WM_CHAR, &CWin32Window::passKeyOn},

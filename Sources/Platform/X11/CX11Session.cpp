@@ -101,7 +101,8 @@ void CX11Session::serve() {
     }
     timers_.run();
     (void)pumpEvents();
-    paint();
+    forAll(&CX11Window::checkKeys);
+    forAll(&CX11Window::paint);
     display_->flush();
 }
 
@@ -119,11 +120,11 @@ void CX11Session::dispatch(const xcb_generic_event_t& event) {
     }
 }
 
-void CX11Session::paint() {
+void CX11Session::forAll(void (CX11Window::*method)()) {
     // The map may be another one behind each call.
     for (auto it = windows_.begin(); it != windows_.end();) {
         const xcb_window_t id = it->first;
-        it->second->paint();
+        (it->second->*method)();
         it = windows_.upper_bound(id);
     }
 }

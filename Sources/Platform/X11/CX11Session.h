@@ -61,7 +61,8 @@ private:
     CX11Event next();
     bool dispatchNext();
     void dispatch(const xcb_generic_event_t& event);
-    void paint();
+    /// Calls a method of each window, which may destroy any.
+    void forAll(void (CX11Window::*method)());
     /// The server has destroyed a window.
     void gone(xcb_window_t id);
     void closeOwnedBy(xcb_window_t id);

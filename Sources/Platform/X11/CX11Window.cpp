@@ -137,6 +137,7 @@ void CX11Window::markGone() {
         x_.xcb_free_cursor(display_.connection(), cursor_);
         cursor_ = 0;
     }
+    isGrabbing_ = false;
     id_ = 0;
 }
 
@@ -277,11 +278,16 @@ void CX11Window::giveFocusBack() {
     isFocusDue_ = false;
     if (id_ && display_.focus() == id_) {
         isFocusOurs_ = true;
+        if (isChild_) {
+            // At once: the pointer may be above.
+            selectEvents(false);
+        }
         display_.setFocus(focusBefore_);
     }
 }
 
 void CX11Window::grabKeys(bool isGrabbed) {
+    isGrabbing_ = isGrabbed && id_;
     if (!id_ || isGrabbed == ownsKeys()) {
         return;
     }
@@ -296,6 +302,14 @@ void CX11Window::grabKeys(bool isGrabbed) {
     if (hasKeyFocus_) {
         hasKeyFocus_ = false;
         giveFocusBack();
+    }
+}
+
+void CX11Window::checkKeys() {
+    if (isGrabbing_ && !ownsKeys()) {
+        isGrabbing_ = false;
+        hasKeyFocus_ = false;
+        handler_.onKeysLost();
     }
 }
 

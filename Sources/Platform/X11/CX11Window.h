@@ -38,6 +38,8 @@ public:
     void onEvent(const xcb_generic_event_t& event);
     /// Has the handler paint what is due.
     void paint();
+    /// Reports keys that another window has grabbed.
+    void checkKeys();
     /// Another window has taken the capture.
     void loseCapture();
     /// The server has destroyed the window.
@@ -76,6 +78,7 @@ private:
     bool isShown_ = false;
     bool isFocusDue_ = false;  ///< takes the focus when the manager has shown it
     bool isActive_ = false;
+    bool isGrabbing_ = false;   ///< until the grab ends, or is lost
     bool hasKeyFocus_ = false;  ///< taken by grabKeys, which gives it back
     bool isFocusOurs_ = false;  ///< the focus leaves by a call of this program
     xcb_window_t focusBefore_ = 0;

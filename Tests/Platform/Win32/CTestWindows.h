@@ -51,6 +51,7 @@ public:
     bool onWheel(const CWheelEvent& event) override;
     bool onKey(const CKeyEvent& event) override;
     void onActivation(bool isActive, CWindowHandle other) override;
+    void onKeysLost() override { note("keys lost"); }
     void onCloseRequest() override { note("close"); }
     void onGone() override { note("gone"); }
 

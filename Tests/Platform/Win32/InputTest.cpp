@@ -188,6 +188,7 @@ TEST(Win32OtherThread, AHostOnItIsNotWaitedFor) {
     }
     CNotes notes;
     notes.takesWheel = false;
+    notes.takesKeys = false;
     CWindowRequest request;
     request.isChild = true;
     request.parent = reinterpret_cast<CWindowHandle>(parent.load());

@@ -67,17 +67,31 @@ TEST_F(Win32Keys, AKeyThatIsNotTakenGoesOnToTheHost) {
 TEST_F(Win32Keys, WithTheFocusHereUntakenKeysStillReachTheHostOnce) {
     child->takeFocus();
     ASSERT_EQ(GetFocus(), reinterpret_cast<HWND>(child->handle()));
-    input.press(VK_SPACE);
-    EXPECT_EQ(host.heard(), (CLines{"down 32", "char 32", "up 32"}));
     notes.takesKeys = false;
+    input.press(VK_SPACE);
+    EXPECT_EQ(notes.take(), (CLines{"key 32 down", "key 32 up"}));
+    EXPECT_EQ(host.heard(), (CLines{"down 32", "char 32", "up 32"}));
     child->grabKeys(true);
     input.press('A');
-    EXPECT_EQ(notes.take(), (CLines{"key 65 down", "key 65 up"}));
+    EXPECT_EQ(notes.take(), (CLines{"key 65 down", "key 65 up"})) << "asked once";
     EXPECT_EQ(host.heard(), (CLines{"down 32", "char 32", "up 32", "down 65", "char 97", "up 65"}));
+}
+
+TEST_F(Win32Keys, WithTheFocusHereATakenKeyStopsHereWithItsCharacters) {
+    child->takeFocus();
+    input.press('A');
+    EXPECT_EQ(notes.take(), (CLines{"key 65 down", "key 65 up"}));
+    EXPECT_EQ(notes.typed, u"a");
+    EXPECT_TRUE(host.heard().empty());
+    notes.react = [this](const std::string&) { child.reset(); };
+    input.key('B', true);
+    EXPECT_FALSE(child) << "the window may go inside its key";
+    input.key('B', false);
 }
 
 TEST_F(Win32Keys, AHostThatSendsKeysBackGetsThemOnce) {
     child->takeFocus();
+    notes.takesKeys = false;
     const HWND window = reinterpret_cast<HWND>(child->handle());
     host.onMessage = [window](UINT message, WPARAM wParam, LPARAM lParam) {
         return message == WM_KEYDOWN ? SendMessageW(window, message, wParam, lParam) : 0;
@@ -108,6 +122,8 @@ TEST_F(Win32Keys, OneWindowOfTheProcessOwnsThem) {
     const auto second = openChild(host, other);
     child->grabKeys(true);
     second->grabKeys(true);
+    pump();
+    EXPECT_EQ(notes.take(), (CLines{"keys lost"}));
     input.press('A');
     EXPECT_TRUE(notes.take().empty());
     EXPECT_EQ(other.take().size(), 2u + 1u) << "its first paint, and the key";
@@ -124,10 +140,11 @@ TEST_F(Win32Keys, WhatIsTypedIntoAnotherWindowOfTheHostIsItsOwn) {
     {
         CHostWindow dialog;
         input.press('A');
-        EXPECT_TRUE(notes.take().empty());
+        EXPECT_EQ(notes.take(), (CLines{"keys lost"}));
         EXPECT_EQ(dialog.heard(), (CLines{"down 65", "char 97", "up 65"}));
     }
     SetForegroundWindow(host.window());
+    child->grabKeys(true);
     // Where in the host's window the focus lies makes no difference.
     const HWND field =
         CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 0, 0, 40, 20, host.window(), nullptr, nullptr, nullptr);
@@ -155,6 +172,7 @@ TEST_F(Win32Keys, AGrabOnAnotherThreadEndsTheFormerOne) {
     SetForegroundWindow(host.window());
     SetFocus(host.window());
     pump();
+    EXPECT_EQ(notes.take(), (CLines{"keys lost"}));
     input.press('A');
     EXPECT_TRUE(notes.take().empty());
     EXPECT_EQ(host.heard(), (CLines{"down 65", "char 97", "up 65"}));

@@ -63,11 +63,12 @@ public:
     bool onWheel(const CWheelEvent& event) override;
     bool onKey(const CKeyEvent& event) override;
     void onActivation(bool isActive, CWindowHandle other) override;
+    void onKeysLost() override { note("keys lost"); }
     void onCloseRequest() override;
     void onGone() override;
 
-    /// "press left 3,4", "key 65 down a", "wheel 3,4 1", "active", "inactive", "close", "gone"; moves and paints stand
-    /// in lists of their own.
+    /// "press left 3,4", "key 65 down a", "wheel 3,4 1", "active", "inactive", "keys lost", "close", "gone"; moves and
+    /// paints stand in lists of their own.
     std::vector<std::string> events;
     std::vector<CPointerEvent> moves;
     std::vector<CIntRect> paints;

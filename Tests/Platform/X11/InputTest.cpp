@@ -222,11 +222,28 @@ TEST_F(X11Input, AGrabOfAnotherWindowEndsTheFormer) {
     const auto second = child(other, {200, 0, 400, 100});
     window->grabKeys(true);
     second->grabKeys(true);
+    settle();
+    EXPECT_EQ(std::count(recorder.events.begin(), recorder.events.end(), "keys lost"), 1);
+    EXPECT_EQ(std::count(other.events.begin(), other.events.end(), "keys lost"), 0);
     window->grabKeys(false);
     settle();
     client.strike(kA);
     EXPECT_TRUE(until([&] { return other.typed == u"a"; }));
     EXPECT_TRUE(recorder.typed.empty());
+}
+
+TEST_F(X11Input, KeysOfTheFocusComeWithoutAGrabAndGoOnToTheHostIfNotTaken) {
+    window->takeFocus();
+    settle();
+    client.takeTypes();
+    client.strike(kA);
+    EXPECT_TRUE(until([&] { return recorder.typed == u"a"; }));
+    EXPECT_TRUE(client.takeTypes().empty());
+    recorder.isKeyTaken = false;
+    client.strike(kA);
+    EXPECT_TRUE(until([&] { return recorder.typed == u"aa"; }));
+    settle();
+    EXPECT_EQ(client.takeTypes(), (std::vector{XCB_KEY_PRESS, XCB_KEY_RELEASE}));
 }
 
 TEST_F(X11Input, KeysOfAPopupComeToTheWindowThatGrabsThem) {
