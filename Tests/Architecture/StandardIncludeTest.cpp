@@ -43,6 +43,7 @@ const std::map<std::string, CNames> kDeclaredIn = {
     {"less", {"functional", "map", "set"}},
     {"lround", {"cmath"}},
     {"make_integer_sequence", {"utility"}},
+    {"make_shared", {"memory"}},
     {"make_unique", {"memory"}},
     {"map", {"map"}},
     {"max", {"algorithm"}},

@@ -28,7 +28,8 @@ int16_t scaledLength(const CObject& project, const char* name) {
 CAudioWrapperVSTEditor::CAudioWrapperVSTEditor(CAudioWrapperVST& effect) : effect_(effect) {}
 
 CAudioWrapperVSTEditor::~CAudioWrapperVSTEditor() {
-    close();
+    isOpening_ = true;
+    endTree();
 }
 
 bool CAudioWrapperVSTEditor::getRect(vst::Rect** rect) {
@@ -43,13 +44,20 @@ bool CAudioWrapperVSTEditor::open(void* parent) {
     if (isOpening_ || (tree_ && tree_->isOpenIn(parent))) {
         return false;
     }
-    close();
+    const std::weak_ptr<const bool> life(life_);
     isOpening_ = true;
     isCloseWanted_ = false;
+    endTree();
+    if (life.expired()) {
+        return false;
+    }
     auto* tree = new CEditorTree({effect_.instanceRoot(), parent, CAudioWrapperVST::isFocusTaken()});
     CError* error = tree->open();
-    isOpening_ = false;
-    if (!error && tree->isOpen() && !isCloseWanted_) {
+    const bool isAlive = !life.expired();
+    if (isAlive) {
+        isOpening_ = false;
+    }
+    if (isAlive && !error && tree->isOpen() && !isCloseWanted_) {
         tree_ = tree;
         return true;
     }
@@ -63,7 +71,11 @@ bool CAudioWrapperVSTEditor::open(void* parent) {
 
 void CAudioWrapperVSTEditor::close() {
     isCloseWanted_ = true;
-    // Handlers that run at the end may call this again, or end the effect.
+    endTree();
+}
+
+void CAudioWrapperVSTEditor::endTree() {
+    // The handlers may call close again.
     if (CEditorTree* tree = std::exchange(tree_, nullptr)) {
         tree->end();
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "Audio/VST/AudioEffectX.h"
 
 namespace tarv {
@@ -34,12 +36,16 @@ public:
 private:
     /// Null on another thread than the tree's.
     CEditorTree* ownTree() const;
+    /// Handlers run, which may end the effect.
+    void endTree();
 
     CAudioWrapperVST& effect_;
     vst::Rect rect_{};
     CEditorTree* tree_ = nullptr;
-    bool isOpening_ = false;
+    bool isOpening_ = false;      ///< an open inside it, or inside the end of the effect, is refused
     bool isCloseWanted_ = false;  ///< the host has called close inside open
+    /// Goes with this object: who has called handlers looks.
+    const std::shared_ptr<const bool> life_ = std::make_shared<const bool>(true);
 };
 
 }  // namespace tarv

@@ -7,6 +7,7 @@
 #include "Audio/VST/CAudioWrapperVST.h"
 
 #include "Tests/Audio/VST/Editor/EditorHost.h"
+#include "Tests/Platform/X11/CXServer.h"
 
 namespace tarv {
 namespace {
@@ -108,6 +109,21 @@ TEST_F(CAudioWrapperVSTEditorTest, FailsWithoutAWindowOfTheHost) {
         return line.find("Unable to locate parent window.") != std::string::npos;
     }));
     EXPECT_TRUE(system.isClean());
+}
+
+TEST_F(CAudioWrapperVSTEditorTest, FailsWithoutADisplayAndSaysWhy) {
+    const CScopedVariable display("DISPLAY", nullptr);
+    setWindowSystem(nullptr);
+    ASSERT_FALSE(windowSystem());
+    const std::string reason = CString(noWindowsReason().c_str()).toUtf8();
+    ASSERT_FALSE(reason.empty());
+    const CLogCapture log;
+    EXPECT_FALSE(open());
+    EXPECT_TRUE(std::any_of(log.lines.begin(), log.lines.end(), [&](const std::string& line) {
+        return line.find("Unable to show windows. " + reason) != std::string::npos;
+    })) << reason;
+    setWindowSystem(&system);
+    EXPECT_TRUE(open());
 }
 
 TEST_F(CAudioWrapperVSTEditorTest, TheHostsIdleCallServesTheWindowSystem) {

@@ -144,6 +144,38 @@ TEST_F(CEditorTreeTest, ACloseInsideTheOpeningLeavesItClosed) {
     EXPECT_TRUE(open());
 }
 
+TEST_F(CEditorTreeTest, AnOpenInsideTheEndThatAnOpenBringsIsRefused) {
+    ASSERT_TRUE(open());
+    press(20, 20);
+    const CWindowHandle other = system.desktop().openHost({0, 0, 700, 500});
+    bool isOpened = true;
+    on("a.mouse-cancel", [&](CFilledView&, CAttributeMap&) { isOpened = open(); });
+    EXPECT_TRUE(openEditor(effect, other));
+    EXPECT_FALSE(isOpened);
+    ASSERT_TRUE(window());
+    EXPECT_EQ(window()->container(), other);
+    close();
+    EXPECT_TRUE(system.isClean());
+}
+
+TEST_F(CEditorTreeTest, TheEffectMayEndInsideAnOpen) {
+    ASSERT_TRUE(open());
+    press(20, 20);
+    const CWindowHandle other = system.desktop().openHost({0, 0, 700, 500});
+    on("a.mouse-cancel", [&](CFilledView&, CAttributeMap&) { effect.close(); });
+    // In the end of the former tree; the host's own call is on its way out.
+    vst::AEffect* called = effect.effect();
+    EXPECT_EQ(called->dispatcher(called, vst::kEffectEditOpen, 0, 0, reinterpret_cast<void*>(other), 0.0f), 0);
+    EXPECT_FALSE(effect.effect());
+    EXPECT_TRUE(system.isClean());
+    ASSERT_TRUE(effect.open(&CAudioWrapperVST::create));
+    CFilledView::actions.clear();
+    on("main-window.update-window-bounds", [&](CFilledView&, CAttributeMap&) { effect.close(); });
+    called = effect.effect();
+    EXPECT_EQ(called->dispatcher(called, vst::kEffectEditOpen, 0, 0, reinterpret_cast<void*>(parent), 0.0f), 0);
+    EXPECT_TRUE(system.isClean());
+}
+
 /// A host by a seed: every call in every order, also inside handlers.
 class CHostileHostTest : public CEditorHost {
 protected:
@@ -236,6 +268,12 @@ TEST_F(CHostileHostTest, LeavesNothingBehind) {
             userStep();
         }
         ASSERT_LE(windows().size(), 1u);
+        if (i % 100 == 99) {
+            CFilledView::actions.clear();
+            close();
+            ASSERT_TRUE(system.isClean()) << i;
+            arm();
+        }
     }
     CFilledView::actions.clear();
     close();
