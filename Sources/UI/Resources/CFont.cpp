@@ -22,9 +22,13 @@ void CFont::setMetrics(int32_t height, int32_t metric2, int32_t metric3) {
 }
 
 int32_t CFont::getHeight() const {
+    return atStoredScale(height_);
+}
+
+int32_t CFont::atStoredScale(int32_t length) const {
     const CImage* glyph = imageCount() > 0 ? getImage(imageIndex(0)) : nullptr;
     const double stored = glyph && glyph->layerCount() > 0 ? glyph->layer(0).scale() : 1.0;
-    return static_cast<int32_t>(std::lround(height_ * stored));
+    return static_cast<int32_t>(std::lround(length * stored));
 }
 
 CError* CFont::read(CInputStream& input) {

@@ -71,6 +71,18 @@ TEST(Font, LineHeightIsThatOfTheStoredScaleInEffect) {
     EXPECT_EQ(CFont().getHeight(), 0);
 }
 
+TEST(Font, TheSpacesAboveCapitalsAndBelowTheBaseLineFollowTheStoredScale) {
+    for (const auto& [scale, above, below] :
+         std::vector<std::tuple<double, int32_t, int32_t>>{{0.8, 2, 4}, {1.0, 3, 5}, {1.25, 4, 6}}) {
+        CFont font;
+        font.setScale(scale);
+        fill(font);
+        font.setMetrics(14, 3, 5);
+        EXPECT_EQ(font.getSpaceAbove(), above) << scale;
+        EXPECT_EQ(font.getSpaceBelow(), below) << scale;
+    }
+}
+
 TEST(DamagedFont, IsAnErrorWhereverItIsCut) {
     expectStrictReading<CFont>(goodFont());
 }
