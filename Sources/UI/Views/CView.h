@@ -43,13 +43,23 @@ public:
     const CImage* currentImage() const;
     int32_t colorSlotCount() const { return colorSlots().count(); }
     /// A colour as it is shown now: 0 the view's own, then the slots. A wrong index is logged and counts as 0. Null for
-    /// a colour that the palette lacks.
+    /// a colour that the palette lacks. A text `^` means the parent's own colour, `^n` its slot n.
     const CColor* color(int32_t index) const;
     void colorSlotsChanged() override;
+    /// A view that is disabled has the colour `Disabled` for its own, if the palette has it.
+    void disabledChanged() override;
 
 protected:
     /// Draws by the operations below, at full strength and in the present tile alone. Allocates nothing.
     [[nodiscard]] virtual CError* draw();
+
+    /// Further colours that the class of the view draws by, beside the slots: how many, and the text of each, which is
+    /// read as that of a slot. The class calls classColorsChanged where one of them has another text.
+    virtual int32_t classColorCount() const { return 0; }
+    virtual CString classColorText(int32_t index) const { return (void)index, CString(); }
+    void classColorsChanged();
+    /// In 0..classColorCount-1; null for a colour that the palette lacks.
+    const CColor* classColor(int32_t index) const;
 
     /// Area 0 is logged, since what it holds depends on what is clipped.
     void drawFilledRect(int32_t area, int32_t colorIndex = 0, double opacity = 1.0);
@@ -90,6 +100,8 @@ private:
     void updateImageRange();
     void resolveColors(double morphSeconds);
     bool resolveColor(int32_t index, CViewColor& color);
+    CString colorText(int32_t index) const;
+    const CColor* shownColor(int32_t index) const;
     CString colorBase(const CString& text) const;
     void colorShownChanged();
     void updateGradient();

@@ -199,7 +199,19 @@ CError* CViewBaseCtlEvents::readDisabled() {
     if (isDisabled_ && !wasDisabled && window() && window()->input()) {
         window()->input()->viewsChanged();
     }
+    if (isDisabled_ != wasDisabled) {
+        disabledChanged();
+    }
     return nullptr;
+}
+
+void CViewBaseCtlEvents::disabledChanged() {
+    for (CObject* child : children()) {
+        auto* view = dynamic_cast<CViewBaseCtlEvents*>(child);
+        if (view && view->parentInput_ == this) {
+            view->disabledChanged();
+        }
+    }
 }
 
 CError* CViewBaseCtlEvents::readHint() {

@@ -61,6 +61,8 @@ public:
     /// `is-disabled` of this view or an ancestor: takes no input.
     bool isDisabled() const;
     const CString& hint() const { return getAttrString("hint"); }
+    /// isDisabled may be another one, for this view or through an ancestor. Overrides call their base's.
+    virtual void disabledChanged();
     /// The parent where it takes input too, or null.
     CViewBaseCtlEvents* parentInput() const { return parentInput_; }
 

@@ -15,8 +15,9 @@ public:
     bool find(const CPalette& palette, const CString& base, const CString* states, int32_t stateCount, uint32_t frame);
     /// Without a palette there is no colour.
     void clear();
-    /// Shows the colour of the parent of the view instead; kept by the view.
-    bool isOfParent = false;
+    /// Shows that colour of the parent of the view instead, if it is at least 0; kept by the view.
+    int32_t parentIndex = -1;
+    bool isOfParent() const { return parentIndex >= 0; }
 
     /// Null if there is none.
     const CColor* shown() const { return isMorphing_ ? mix_.get() : target_; }

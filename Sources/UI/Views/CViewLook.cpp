@@ -1,5 +1,6 @@
 // The look of a view: its colours and their morphs, the animation of colours, and its range of pictures.
 
+#include <algorithm>
 #include <cmath>
 
 #include "Core/Log.h"
@@ -11,6 +12,8 @@ namespace {
 
 // Frames a second where no view from here up has `gradient-fps`.
 constexpr double kDefaultGradientFps = 20.0;
+
+constexpr const char* kDisabled = "Disabled";
 
 }  // namespace
 
@@ -52,11 +55,26 @@ void CView::colorSlotsChanged() {
     }
 }
 
-/// The base name that a text means; empty for the colour of the parent.
-CString CView::colorBase(const CString& text) const {
-    if (text == CString("^")) {
-        return {};
+void CView::classColorsChanged() {
+    resolveColors(0.0);
+}
+
+void CView::disabledChanged() {
+    resolveColors(0.0);
+    CViewBasePlacement::disabledChanged();
+}
+
+/// As the view, a slot or the class of the view has it.
+CString CView::colorText(int32_t index) const {
+    const int32_t slots = colorSlots().count();
+    if (index > slots) {
+        return classColorText(index - slots - 1);
     }
+    return index > 0 ? colorSlots()[index - 1]->color() : getAttrString("color");
+}
+
+/// The base name that a text means.
+CString CView::colorBase(const CString& text) const {
     if (!text.startsWith("/")) {
         return text.isEmpty() ? CString("Panel") : text;
     }
@@ -68,13 +86,16 @@ CString CView::colorBase(const CString& text) const {
 
 /// False for a colour that the palette lacks.
 bool CView::resolveColor(int32_t index, CViewColor& color) {
-    const CViewColorSlot* slot = index > 0 ? colorSlots()[index - 1] : nullptr;
-    const CString base = colorBase(slot ? slot->color() : getAttrString("color"));
-    color.isOfParent = base.isEmpty();
-    if (color.isOfParent || !palette_) {
+    const bool isSlot = index > 0 && index <= colorSlots().count();
+    const CViewColorSlot* slot = isSlot ? colorSlots()[index - 1] : nullptr;
+    const CString text = colorText(index);
+    color.parentIndex = text.startsWith("^") ? std::max(CString::toInt(text.substring(1)), 0) : -1;
+    if (color.isOfParent() || !palette_) {
         color.clear();
         return true;
     }
+    const bool isDimmed = index == 0 && isDisabled() && palette_->findColor(kDisabled);
+    const CString base = isDimmed ? CString(kDisabled) : colorBase(text);
     // A slot's own state comes first; one with a slash stands alone.
     CArray<CString, 4> states;
     const CString own = slot ? slot->colorState() : CString();
@@ -93,7 +114,7 @@ bool CView::resolveColor(int32_t index, CViewColor& color) {
 }
 
 void CView::resolveColors(double morphSeconds) {
-    colors_.resize(1 + colorSlots().count());
+    colors_.resize(1 + colorSlots().count() + classColorCount());
     isColorMorphing_ = false;
     for (int32_t i = 0; i < colors_.count(); ++i) {
         CViewColor& color = colors_[i];
@@ -119,16 +140,24 @@ void CView::resolveColors(double morphSeconds) {
 }
 
 const CColor* CView::color(int32_t index) const {
-    if (index < 0 || index >= colors_.count()) {
+    if (index < 0 || index > colorSlots().count() || colors_.isEmpty()) {
         logLine(CString("WRONG COLOR INDEX ") + CString::fromInt(index));
         index = 0;
     }
-    if (colors_.isEmpty()) {
+    return shownColor(index);
+}
+
+const CColor* CView::classColor(int32_t index) const {
+    return shownColor(1 + colorSlots().count() + index);
+}
+
+const CColor* CView::shownColor(int32_t index) const {
+    if (index < 0 || index >= colors_.count()) {
         return nullptr;
     }
-    if (colors_[index].isOfParent) {
+    if (colors_[index].isOfParent()) {
         const auto* parent = dynamic_cast<const CView*>(parentView());
-        return parent ? parent->color(0) : nullptr;
+        return parent ? parent->color(colors_[index].parentIndex) : nullptr;
     }
     return colors_[index].shown();
 }
@@ -142,7 +171,7 @@ void CView::colorShownChanged() {
             continue;
         }
         for (const CViewColor& color : view->colors_) {
-            if (color.isOfParent) {
+            if (color.isOfParent()) {
                 view->colorShownChanged();
                 break;
             }

@@ -131,6 +131,39 @@ TEST_F(ViewLook, TheParentsColourIsTakenAsItIsShown) {
     EXPECT_EQ(pixel(4, 4), mixed(kKnob, kKnobActive, 32));
 }
 
+TEST_F(ViewLook, ASlotOfTheParentIsTakenAsItIsShown) {
+    CView& a = openView({{"color", "Panel"}}, {slot({{"color", "Knob"}}), active(),
+                                               view("b", {{"color", "^1"}, {"width", "9"}, {"height", "9"}})});
+    CView& b = at("a.b");
+    EXPECT_EQ(b.color(0)->full(), kKnob);
+    tick();
+    setState(a, "active");
+    EXPECT_EQ(b.color(0)->full(), kKnobActive);
+    EXPECT_GT(tick(), 0);
+    set(b, "color", "^");
+    EXPECT_EQ(b.color(0)->full(), kPanel);
+    const CLogCapture log;
+    set(b, "color", "^2");
+    EXPECT_EQ(b.color(0)->full(), kPanel);
+    EXPECT_TRUE(log.has("WRONG COLOR INDEX 2"));
+}
+
+TEST_F(ViewLook, ADisabledViewAndThoseBelowItAreDimmed) {
+    CView& a = openView({{"color", "Panel"}, {"width", "9"}, {"height", "9"}},
+                        {slot({{"color", "Knob"}}), view("b", {{"color", "Knob"}})});
+    tick();
+    set(a, "is-disabled", "true");
+    EXPECT_EQ(a.color(0)->full(), kDisabledPanel);
+    EXPECT_EQ(at("a.b").color(0)->full(), kDisabledPanel);
+    // Slots keep their colours.
+    EXPECT_EQ(a.color(1)->full(), kKnob);
+    EXPECT_GT(tick(), 0);
+    set(at("a.b"), "is-disabled", "true");
+    set(a, "is-disabled", "false");
+    EXPECT_EQ(a.color(0)->full(), kPanel);
+    EXPECT_EQ(at("a.b").color(0)->full(), kDisabledPanel);
+}
+
 TEST_F(ViewLook, ColoursMorphOnAStraightLineAndRestOnTheNewOne) {
     CView& a =
         openView({{"color", "Knob"}, {"placement", "overlay"}, {"width", "9"}, {"height", "9"}}, {active("0.4")});

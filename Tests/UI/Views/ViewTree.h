@@ -62,11 +62,8 @@ inline CImage* solidImage(int32_t width, int32_t height) {
 /// set `is.button` and the brushes `bs.brushes`.
 class CViewTest : public testing::Test {
 protected:
-    explicit CViewTest(const std::vector<CCreatorRow>& more = {})
-        : application_(creators(more),
-                       {sharedObject("pal", "palette", {{"A", writePalette(0)}, {"B", writePalette(1)}}),
-                        sharedObject("is", "imageset", {{"button", writeImages()}}),
-                        sharedObject("bs", "brushset", {{"brushes", writeBrushes()}})}) {
+    explicit CViewTest(const std::vector<CCreatorRow>& more = {}, const std::vector<CTestNode>& moreShared = {})
+        : application_(creators(more), sharedTree(moreShared)) {
         EXPECT_EQ(consumed(CApplication::openEditor()), "");
     }
     ~CViewTest() override {
@@ -147,6 +144,7 @@ protected:
     }
 
     static constexpr CPixel kPanel = 0x102030;
+    static constexpr CPixel kDisabledPanel = 0x303030;
     static constexpr CPixel kKnob = 0x405060;
     static constexpr CPixel kKnobActive = 0x708090;
     static constexpr CPixel kKnobHover = 0xa0b0c0;
@@ -174,6 +172,13 @@ private:
         rows.insert(rows.end(), more.begin(), more.end());
         return rows;
     }
+    static std::vector<CTestNode> sharedTree(const std::vector<CTestNode>& more) {
+        std::vector<CTestNode> tree = {sharedObject("pal", "palette", {{"A", writePalette(0)}, {"B", writePalette(1)}}),
+                                       sharedObject("is", "imageset", {{"button", writeImages()}}),
+                                       sharedObject("bs", "brushset", {{"brushes", writeBrushes()}})};
+        tree.insert(tree.end(), more.begin(), more.end());
+        return tree;
+    }
     static CTestNode sharedObject(const std::string& name, const std::string& tag, const CTexts& files) {
         CTestNode node{"core:object", name};
         for (const auto& [child, file] : files) {
@@ -197,6 +202,7 @@ private:
         addRamp(palette, "Knob_Hover", kKnobHover + extra);
         addRamp(palette, "Text", 0x010203 + extra);
         addRamp(palette, "Text_ActiveHover", 0x111213 + extra);
+        addRamp(palette, "Disabled", kDisabledPanel + extra);
         addRamp(palette, "Glass", 0x808080, 0.5);
         addRamp(palette, "Alarm", 0x200000);
         addRamp(palette, "Alarm|0", 0x210000);
