@@ -1,0 +1,164 @@
+#pragma once
+
+#include "UI/Text/CTextWrapper.h"
+#include "UI/Views/CView.h"
+
+namespace tarv {
+
+/// A view of text (`ui:textview`): labels, hints, and lists, whose paragraphs are rows. Thread: that of the window.
+///
+/// The text is `title`, with the markup of CTextMarkup and a paragraph a line feed; children with `is-paragraph`, if
+/// there are any, come in its place: each is a paragraph of the `value`s of its `content` children, one with
+/// `is-line-break` ending its line, or without such children of its `title`. `update-paragraphs` reads them anew. The
+/// font is `font-name`, by default that of the nearest ancestor with one. Compact sizes are those of the text: the
+/// width that of the widest line without wrapping. The block of lines stands in a higher view by `inline-alignment-v`,
+/// in one that scrolls and in a list at the top. A view that scrolls gets its ratios by the text.
+///
+/// A list (`is-list`; by default a view with `is-paragraph` children, `selected-paragraph` or
+/// `is-drop-down-behavior-disabled` false) shows the row under the pointer and the selected one, and takes input. A
+/// press selects a row, or with `is-selected-paragraph-click-cancels` ends the selection of a selected one; with
+/// `is-right-click-selects` a press of the right button does so too. Keys move the selection while the list has key
+/// focus. Where `is-drop-down-behavior-disabled` is false, the selection follows the pointer, and a release chooses.
+/// Events, with `index` and `text` of the row:
+///   selected-paragraph-changed   the user selected another row; -1 for none
+///   paragraph-dbl-clicked        second press of a double click on a row
+///   paragraph-chosen             Enter, a double click; in a drop-down list a release on a row
+class CTextView : public CView {
+public:
+    ~CTextView() override;
+    [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
+    [[nodiscard]] CError* finishInit() override;
+    [[nodiscard]] CError* childAdded(CObject* child) override;
+    void removeChild(CObject* child) override;
+
+    /// The view's box without its scroll bars: what its text is drawn in.
+    static constexpr int32_t kTextArea = CView::kOwnAreas;
+    static constexpr int32_t kOwnAreas = kTextArea + 1;
+
+    const CTextSource& source() const { return source_; }
+    /// As of the last flush. Its pixels count from textOrigin.
+    const CTextLayout& layout() const { return layout_; }
+    const CTextFonts& fonts() const { return fonts_; }
+    /// How often the text was laid out, for tests of what is not done.
+    int32_t layoutCount() const { return layoutCount_; }
+
+    struct CPoint {
+        int32_t x = 0;
+        int32_t y = 0;
+    };
+    /// Pixel of the window at the layout's top left corner.
+    CPoint textOrigin() const;
+    int32_t paragraphCount() const { return layout_.paragraphCount(); }
+    /// Without looks and images; empty for an index outside.
+    CString paragraphText(int32_t index) const;
+    /// Row at a pixel of the window, -1 for none.
+    int32_t paragraphAt(double x, double y) const;
+    /// A row as wide as the view, in pixels of the window, also where it is scrolled out; empty for an index outside.
+    CViewRect rowRect(int32_t index) const;
+
+    bool isList() const { return isList_; }
+    bool isDropDown() const { return isDropDown_; }
+    /// -1 for none.
+    int32_t selectedParagraph() const { return selected_; }
+    int32_t hoveredParagraph() const { return hovered_; }
+    /// Also `selected-paragraph`; sends no event. -1 ends the selection, an index outside is ignored.
+    void selectParagraph(int32_t index);
+    /// Scrolls as little as shows the row whole; nothing for an index outside.
+    void scrollToParagraph(int32_t index);
+
+    bool isInputView() const override { return isList_ || CView::isInputView(); }
+    [[nodiscard]] CError* mouseMove(CAttributeMap& params) override;
+    [[nodiscard]] CError* mouseEnter(CAttributeMap& params) override;
+    [[nodiscard]] CError* mouseExit(CAttributeMap& params) override;
+    [[nodiscard]] CError* mousePress(CAttributeMap& params) override;
+    [[nodiscard]] CError* mousePressR(CAttributeMap& params) override;
+    [[nodiscard]] CError* mouseRelease(CAttributeMap& params) override;
+    [[nodiscard]] CError* mouseWheel(CAttributeMap& params) override;
+    [[nodiscard]] CError* keyPress(CAttributeMap& params) override;
+
+    [[nodiscard]] CError* onAreaChanged(const CViewRect& visibleRect, const CViewRect& wholeRect) override;
+    [[nodiscard]] CError* attrInnerBorder() override;
+    [[nodiscard]] CError* attrWidth() override;
+    [[nodiscard]] CError* attrInlineAlignmentV() override;
+
+protected:
+    [[nodiscard]] CError* draw() override;
+    [[nodiscard]] bool animate(double now) override;
+    int32_t classColorCount() const override;
+    CString classColorText(int32_t index) const override;
+
+    /// The text is another one, or is laid out anew.
+    virtual void layoutChanged() {}
+    /// A row was chosen, see `paragraph-chosen`. Here, sends that event. May destroy this view.
+    [[nodiscard]] virtual CError* paragraphChosen(int32_t index);
+    /// Sends an event of a row, if a command or a listener waits for it. May destroy this view.
+    [[nodiscard]] CError* sendParagraphEvent(const char* name, int32_t index);
+    /// Reads the text anew and lays it out.
+    void updateText();
+    /// What is visible of the view without its scroll bars, and the same within the inner borders: device pixels, the
+    /// latter at least 1.
+    double visibleWidth() const;
+    double visibleHeight() const;
+    int32_t innerWidth() const;
+    int32_t innerHeight() const;
+
+private:
+    enum class CListColor : uint8_t { Hover, Select, SelectText };
+
+    [[nodiscard]] CError* textChanged();
+    [[nodiscard]] CError* fontChanged();
+    [[nodiscard]] CError* settingsChanged();
+    [[nodiscard]] CError* colorsChanged();
+    [[nodiscard]] CError* listChanged();
+    [[nodiscard]] CError* selectedChanged();
+    [[nodiscard]] CError* paragraphsChanged();
+    void readSettings();
+    void readFont();
+    void readList();
+    void readSource();
+    void appendParagraph(const CObject& child);
+    void findPictures();
+    bool hasParagraphChildren() const;
+
+    void layOut();
+    void fit();
+    void runWrapper(bool isWrapped, int32_t width);
+    void updateRatios();
+    bool isWrapping() const;
+
+    void drawRows();
+    void drawLines();
+    void drawLine(const CTextLine& line, const CPoint& origin, const CIntRect& clip);
+    void fillRow(int32_t index, CListColor color);
+    const CColor* colorOf(int32_t number, int32_t paragraph) const;
+    const CColor* listColor(CListColor color) const;
+
+    void setHovered(int32_t index);
+    void setSelected(int32_t index);
+    void redrawRow(int32_t index);
+    void scrollBy(double pixels);
+    int32_t rowOf(const CAttributeMap& params) const;
+    [[nodiscard]] CError* follow(const CAttributeMap& params);
+    [[nodiscard]] CError* pressRow(int32_t index, bool isSelecting);
+    /// The user selects a row: with the event if it is another one. May destroy this view.
+    [[nodiscard]] CError* selectByUser(int32_t index);
+    int32_t rowOfKey(int32_t key) const;
+
+    CTextSource source_;
+    CTextFonts fonts_;
+    CTextSettings settings_;
+    CTextLayout layout_;
+    int32_t naturalWidth_ = 0;
+    int32_t layoutCount_ = 0;
+    bool wantsWrap_ = true;
+    bool isPlacedOnce_ = false;
+    bool isStale_ = false;
+    bool isPaletteMissed_ = false;
+
+    bool isList_ = false;
+    bool isDropDown_ = false;
+    int32_t selected_ = -1;
+    int32_t hovered_ = -1;
+};
+
+}  // namespace tarv
