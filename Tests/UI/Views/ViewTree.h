@@ -135,12 +135,24 @@ protected:
             [&](CSectorView&, CError* error) { failures_.push_back(consumed(error)); });
         return drawn;
     }
+    /// What was drawn so far, row by row.
+    const std::vector<CPixel>& picture() const { return picture_; }
     CPixel pixel(int32_t x, int32_t y) const { return picture_[static_cast<size_t>(y * width_ + x)]; }
     /// Box of a view, in whole pixels: "x,y wxh".
     std::string box(const std::string& path) {
         const CViewRect rect = at(path).area().box();
         const auto whole = [](double value) { return std::to_string(std::lround(value)); };
         return whole(rect.x) + "," + whole(rect.y) + " " + whole(rect.width) + "x" + whole(rect.height);
+    }
+
+    /// A file of a data set for the shared tree; gives its path.
+    template <class T>
+    static std::string writeSet(const std::string& name, const T& set) {
+        const std::string path = testing::TempDir() + "view-test-" + name;
+        const CBytes bytes = written(set);
+        std::ofstream(path, std::ios::binary)
+            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        return path;
     }
 
     static constexpr CPixel kPanel = 0x102030;
@@ -186,14 +198,6 @@ private:
         }
         return node;
     }
-    template <class T>
-    static std::string writeSet(const std::string& name, const T& set) {
-        const std::string path = testing::TempDir() + "view-test-" + name;
-        const CBytes bytes = written(set);
-        std::ofstream(path, std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-        return path;
-    }
     static std::string writePalette(CPixel extra) {
         CPalette palette;
         addRamp(palette, "Panel", kPanel + extra);
@@ -203,6 +207,11 @@ private:
         addRamp(palette, "Text", 0x010203 + extra);
         addRamp(palette, "Text_ActiveHover", 0x111213 + extra);
         addRamp(palette, "Disabled", kDisabledPanel + extra);
+        addRamp(palette, "DisabledText", 0x606162 + extra);
+        addRamp(palette, "HoveredParagraph", 0x203040 + extra);
+        addRamp(palette, "Selection", 0x304050 + extra);
+        addRamp(palette, "SelectionText", 0xf0f1f2 + extra);
+        addRamp(palette, "Action", 0xd0d1d2 + extra);
         addRamp(palette, "Glass", 0x808080, 0.5);
         addRamp(palette, "Alarm", 0x200000);
         addRamp(palette, "Alarm|0", 0x210000);

@@ -1,0 +1,141 @@
+#include "UI/Text/CTextMarkup.h"
+
+#include "Tests/UI/Text/TextHelp.h"
+
+namespace tarv {
+namespace {
+
+/// Spans as texts: `B` bold, `S` superscript, the colour's number, then the items; images as <set#range>.
+std::string spansOf(const std::string& text) {
+    CTextSource source;
+    CTextMarkup::append(source, CString::fromUtf8(text.data(), text.size()));
+    std::string result;
+    for (const CTextSpan& span : source.spans()) {
+        result += result.empty() ? "" : " ";
+        result += span.style == CTextStyle::Bold ? "B" : span.style == CTextStyle::Superscript ? "S" : "";
+        result += span.color > 0 ? std::to_string(span.color) : "";
+        result += "'";
+        for (int32_t i = span.first; i < span.first + span.count; ++i) {
+            const uint16_t item = source.at(i);
+            if (span.image >= 0) {
+                const CTextImage& image = source.images()[span.image];
+                result += "<" + image.set.toUtf8() + "#" + image.range.toUtf8() + ">";
+            } else {
+                result += item == CTextSource::kLineBreak ? '/' : item == '\n' ? '|' : static_cast<char>(item);
+            }
+        }
+        result += "'";
+    }
+    return result;
+}
+
+TEST(TextMarkup, MarksBeginAndEndLooks) {
+    EXPECT_EQ(spansOf("a[B]b[/B]c"), "'a' B'b' 'c'");
+    EXPECT_EQ(spansOf("a[C2]b[/C2]c"), "'a' 2'b' 'c'");
+    EXPECT_EQ(spansOf("a[C1]b[/C1]c"), "'a' 1'b' 'c'");
+    EXPECT_EQ(spansOf("a[SUP]b[/SUP]c"), "'a' S'b' 'c'");
+    EXPECT_EQ(spansOf("a[BR]b"), "'a/b'");
+    EXPECT_EQ(spansOf(""), "");
+}
+
+TEST(TextMarkup, MarksNestInAnyOrder) {
+    EXPECT_EQ(spansOf("[B]a[C2]b[/B]c[/C2]d"), "B'a' B2'b' 2'c' 'd'");
+    EXPECT_EQ(spansOf("[B]a[SUP]b[/SUP]c[/B]"), "B'a' S'b' B'c'");
+    EXPECT_EQ(spansOf("[B]a[B]b[/B]c[/B]d"), "B'abc' 'd'");
+    EXPECT_EQ(spansOf("[C1]a[C2]b[/C1]c[/C2]d"), "1'a' 2'bc' 'd'");
+}
+
+TEST(TextMarkup, ALookThatIsLeftOpenEndsWithItsParagraph) {
+    EXPECT_EQ(spansOf("[B]a[C2]b\nc"), "B'a' B2'b' '|c'");
+    // A line break ends none.
+    EXPECT_EQ(spansOf("[B]a[BR]b"), "B'a/b'");
+}
+
+TEST(TextMarkup, WhatIsNoMarkIsText) {
+    for (const char* text : {"[", "]", "[]", "[b]", "[/B]", "[/SUP]x", "[/C2]", "[C3]", "[IMG]", "[IMG=]", "[IMG=#Box]",
+                             "[B", "a [1] b", "[/BR]"}) {
+        EXPECT_EQ(spansOf(text), "'" + std::string(text) + "'");
+    }
+    EXPECT_EQ(spansOf("[x[B]a"), "'[x' B'a'");
+    // Closed once, the second is alone.
+    EXPECT_EQ(spansOf("[B]a[/B][/B]"), "B'a' '[/B]'");
+}
+
+TEST(TextMarkup, AnImageNamesItsSetRangeAndColour) {
+    CTextSource source;
+    CTextMarkup::append(source, "a[IMG=is.button#Arrow:Action][IMG=is.x:Alarm][C2][IMG=is.y#R][/C2][IMG=is.z:Action]");
+    ASSERT_EQ(source.images().count(), 4);
+    EXPECT_EQ(source.images()[0].set, CString("is.button"));
+    EXPECT_EQ(source.images()[0].range, CString("Arrow"));
+    EXPECT_EQ(source.images()[1].set, CString("is.x"));
+    EXPECT_EQ(source.images()[1].range, CString(""));
+    ASSERT_EQ(source.colorNames().count(), 2);
+    EXPECT_EQ(source.colorNames()[0], CString("Action"));
+    EXPECT_EQ(source.colorNames()[1], CString("Alarm"));
+    // Each image is a span; without a colour it has that of the text around it.
+    ASSERT_EQ(source.spans().count(), 5);
+    EXPECT_EQ(source.spans()[1].color, kTextColors);
+    EXPECT_EQ(source.spans()[2].color, kTextColors + 1);
+    EXPECT_EQ(source.spans()[3].color, 2);
+    EXPECT_EQ(source.spans()[4].color, kTextColors);
+}
+
+TEST(TextMarkup, ControlCharactersAreLeftOut) {
+    EXPECT_EQ(spansOf("a\r\nb\x01\tc"), "'a|b\tc'");
+}
+
+TEST(TextSource, APlainTextHasAnItemForEachCharacter) {
+    CTextSource source;
+    source.setPlain("[B]a\nb");
+    EXPECT_EQ(source.count(), 6);
+    ASSERT_EQ(source.spans().count(), 1);
+    EXPECT_EQ(source.spans()[0].count, 6);
+    EXPECT_EQ(source.plainText(0, 6), CString("[B]a\nb"));
+    source.setPlain(u"\u20ac");
+    EXPECT_EQ(source.plainText(0, 1), CString(u"\u20ac"));
+    source.setPlain("");
+    EXPECT_TRUE(source.isEmpty());
+    EXPECT_EQ(source.spans().count(), 0);
+}
+
+TEST(TextSource, ItsTextIsWithoutLooksAndImages) {
+    const CTextSource source = CTextTest::marked("[B]a[/B][IMG=is.x]b[BR]c\nd");
+    EXPECT_EQ(source.plainText(0, source.count()), CString("ab c\nd"));
+    EXPECT_EQ(source.plainText(-5, 6), CString("a"));
+    EXPECT_EQ(source.plainText(20, 3), CString(""));
+    EXPECT_EQ(source.spanOf(0), 0);
+    EXPECT_EQ(source.spanOf(1), 1);
+    EXPECT_EQ(source.spanOf(source.count() - 1), 2);
+}
+
+using TextFonts = CTextTest;
+
+TEST_F(TextFonts, CharactersOfSeveralCodesShareGlyphs) {
+    EXPECT_EQ(fonts.glyph('a', CTextStyle::Regular), regular.getGlyph('a'));
+    EXPECT_EQ(fonts.glyph('\t', CTextStyle::Regular), regular.getGlyph(' '));
+    EXPECT_EQ(fonts.glyph(0xa0, CTextStyle::Regular), regular.getGlyph(' '));
+    EXPECT_EQ(fonts.glyph(0x2010, CTextStyle::Bold), bold.getGlyph('-'));
+    // No font holds it.
+    EXPECT_EQ(fonts.glyph(0x4e00, CTextStyle::Superscript), small.getGlyph('?'));
+    EXPECT_EQ(fonts.glyph('\r', CTextStyle::Regular), nullptr);
+    // The test's fonts lack it.
+    EXPECT_EQ(fonts.glyph(0xc4, CTextStyle::Regular), nullptr);
+}
+
+TEST_F(TextFonts, AMissingStyleIsDrawnRegularOnItsLine) {
+    fonts.setFonts(&regular);
+    EXPECT_EQ(fonts.glyph('a', CTextStyle::Bold), regular.getGlyph('a'));
+    EXPECT_EQ(fonts.glyph('a', CTextStyle::Superscript), regular.getGlyph('a'));
+    EXPECT_EQ(fonts.topOf(CTextStyle::Superscript), 0);
+    EXPECT_EQ(fonts.lineHeight(), 14);
+}
+
+TEST_F(TextFonts, BoldStandsOnTheBaseLineOfTheRegularFont) {
+    bold.setMetrics(16, 3, 3);
+    fonts.setFonts(&regular, &bold, &small);
+    EXPECT_EQ(fonts.topOf(CTextStyle::Bold), 11 - 13);
+    EXPECT_EQ(fonts.topOf(CTextStyle::Superscript), 3 - 1);
+}
+
+}  // namespace
+}  // namespace tarv
