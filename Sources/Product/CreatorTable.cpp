@@ -61,7 +61,7 @@
 #include "Core/CTimer.h"
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Resources/CFontObject.h"
-#include "UI/Text/CTextView.h"
+#include "UI/Text/CTextViewAutoScroll.h"
 #include "UI/Views/CView.h"
 #include "UI/Windows/CUIEventBridge.h"
 #include "UI/Windows/CWindow.h"
@@ -136,6 +136,7 @@ const CCreatorRow kCreatorRows[] = {
     {"imageset", &createObject<CImageSetObject>, nullptr},
     {"palette", &createObject<CPaletteObject>, nullptr},
     {"ui:textview", &createObject<CTextView>, &CTextView::initClass},
+    {"ui:textview-auto-scroll", &createObject<CTextViewAutoScroll>, &CTextViewAutoScroll::initClass},
     {"ui:ui-event-bridge", &createObject<CUIEventBridge>, nullptr},
     {"ui:view", &createObject<CView>, &CView::initClass},
     {"ui:view-color-slot", &createObject<CViewColorSlot>, &CViewColorSlot::initClass},

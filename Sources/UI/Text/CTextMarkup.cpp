@@ -2,60 +2,46 @@
 
 namespace tarv {
 
-namespace {
+CTextStyle CTextMarkup::style() const {
+    return superscript_ > 0 ? CTextStyle::Superscript : bold_ > 0 ? CTextStyle::Bold : CTextStyle::Regular;
+}
 
-/// Marks that are open, with how often; colours in the order in which they were opened.
-struct COpenMarks {
-    int32_t bold = 0;
-    int32_t superscript = 0;
-    CArray<int32_t, 4> colors;
+/// Number of the colour that a mark means; 0 for another mark.
+int32_t CTextMarkup::colorOf(const CString& mark) {
+    return mark == CString("C1") ? 1 : mark == CString("C2") ? 2 : 0;
+}
 
-    CTextStyle style() const {
-        return superscript > 0 ? CTextStyle::Superscript : bold > 0 ? CTextStyle::Bold : CTextStyle::Regular;
-    }
-    int32_t color() const { return colors.isEmpty() ? 0 : colors[colors.count() - 1]; }
-
-    bool open(const CString& mark) {
-        if (mark == CString("B")) {
-            ++bold;
-        } else if (mark == CString("SUP")) {
-            ++superscript;
-        } else if (const int32_t number = colorNumber(mark)) {
-            colors.append(number);
-        } else {
-            return false;
-        }
-        return true;
-    }
-    bool close(const CString& mark) {
-        int32_t* const count = mark == CString("B") ? &bold : mark == CString("SUP") ? &superscript : nullptr;
-        if (count && *count > 0) {
-            --*count;
-            return true;
-        }
-        const int32_t number = colorNumber(mark);
-        for (int32_t i = colors.count() - 1; number > 0 && i >= 0; --i) {
-            if (colors[i] == number) {
-                colors.removeAt(i);
-                return true;
-            }
-        }
+bool CTextMarkup::open(const CString& mark) {
+    if (mark == CString("B")) {
+        ++bold_;
+    } else if (mark == CString("SUP")) {
+        ++superscript_;
+    } else if (const int32_t number = colorOf(mark)) {
+        colors_.append(number);
+    } else {
         return false;
     }
-    void closeAll() {
-        bold = 0;
-        superscript = 0;
-        colors.clear();
-    }
+    return true;
+}
 
-private:
-    static int32_t colorNumber(const CString& mark) {
-        return mark == CString("C1") ? 1 : mark == CString("C2") ? 2 : 0;
+bool CTextMarkup::close(const CString& mark) {
+    int32_t* const count = mark == CString("B") ? &bold_ : mark == CString("SUP") ? &superscript_ : nullptr;
+    if (count && *count > 0) {
+        --*count;
+        return true;
     }
-};
+    const int32_t number = colorOf(mark);
+    for (int32_t i = colors_.count() - 1; number > 0 && i >= 0; --i) {
+        if (colors_[i] == number) {
+            colors_.removeAt(i);
+            return true;
+        }
+    }
+    return false;
+}
 
 /// `set#Range:Color`; false without a set.
-bool appendImage(CTextSource& source, const CString& text, int32_t color) {
+bool CTextMarkup::addImage(const CString& text) {
     const int32_t range = text.indexOf('#');
     const int32_t name = text.indexOf(':', range < 0 ? 0 : range);
     const int32_t setEnd = range >= 0 ? range : name >= 0 ? name : text.length();
@@ -67,43 +53,59 @@ bool appendImage(CTextSource& source, const CString& text, int32_t color) {
     if (range >= 0) {
         image.range = text.substring(range + 1, (name >= 0 ? name : text.length()) - range - 1);
     }
-    source.appendImage(image, name >= 0 ? text.substring(name + 1) : CString(), color);
+    source_.appendImage(image, name >= 0 ? text.substring(name + 1) : CString(), color());
     return true;
 }
 
 /// Applies what stands between brackets; false if it is no mark.
-bool applyMark(CTextSource& source, COpenMarks& marks, const CString& mark) {
+bool CTextMarkup::applyMark(const CString& mark) {
     if (mark == CString("BR")) {
-        source.append(CTextSource::kLineBreak, marks.style(), marks.color());
+        addLineBreak();
         return true;
     }
     if (mark.startsWith("IMG=")) {
-        return appendImage(source, mark.substring(4), marks.color());
+        return addImage(mark.substring(4));
     }
-    return mark.startsWith("/") ? marks.close(mark.substring(1)) : marks.open(mark);
+    return mark.startsWith("/") ? close(mark.substring(1)) : open(mark);
 }
 
-}  // namespace
+void CTextMarkup::addLineBreak() {
+    source_.append(CTextSource::kLineBreak, style(), color());
+}
 
-void CTextMarkup::append(CTextSource& source, const CString& text) {
-    COpenMarks marks;
+void CTextMarkup::endParagraph() {
+    bold_ = 0;
+    superscript_ = 0;
+    colors_.clear();
+    source_.append(CTextSource::kParagraphEnd);
+}
+
+void CTextMarkup::addUnit(uint16_t unit) {
+    if (unit == CTextSource::kParagraphEnd) {
+        endParagraph();
+    } else if (unit >= ' ' || unit == '\t') {
+        source_.append(unit, style(), color());
+    }
+}
+
+void CTextMarkup::addPlain(const CString& text) {
     for (int32_t i = 0; i < text.length(); ++i) {
-        const uint16_t unit = text.at(i);
-        if (unit == '[') {
+        addUnit(text.at(i));
+    }
+}
+
+void CTextMarkup::add(const CString& text) {
+    for (int32_t i = 0; i < text.length(); ++i) {
+        if (text.at(i) == '[') {
             const int32_t end = text.indexOf(']', i + 1);
             // A bracket within is the beginning of another mark.
             const int32_t next = text.indexOf('[', i + 1);
-            if (end > 0 && (next < 0 || next > end) && applyMark(source, marks, text.substring(i + 1, end - i - 1))) {
+            if (end > 0 && (next < 0 || next > end) && applyMark(text.substring(i + 1, end - i - 1))) {
                 i = end;
                 continue;
             }
         }
-        if (unit == '\n') {
-            marks.closeAll();
-        }
-        if (unit >= ' ' || unit == '\n' || unit == '\t') {
-            source.append(unit, marks.style(), marks.color());
-        }
+        addUnit(text.at(i));
     }
 }
 

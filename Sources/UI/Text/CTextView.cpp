@@ -18,6 +18,38 @@ int32_t pixelAt(double position) {
     return static_cast<int32_t>(std::lround(position));
 }
 
+void addText(CTextMarkup& markup, const CObject& object, const char* attribute) {
+    const auto found = object.attributes().find(attribute);
+    if (found == object.attributes().end()) {
+        return;
+    }
+    if (found->second.isPlain()) {
+        markup.addPlain(found->second.asString());
+    } else {
+        markup.add(found->second.asString());
+    }
+}
+
+/// The contents of a child that is a paragraph.
+void addParagraph(CTextMarkup& markup, const CObject& child) {
+    bool hasContent = false;
+    bool isBroken = false;
+    for (const CObject* content : child.children()) {
+        if (!content->name().startsWith("content")) {
+            continue;
+        }
+        if (isBroken) {
+            markup.addLineBreak();
+        }
+        addText(markup, *content, "value");
+        isBroken = content->getAttrBool("is-line-break");
+        hasContent = true;
+    }
+    if (!hasContent) {
+        addText(markup, child, "title");
+    }
+}
+
 }  // namespace
 
 CTextView::~CTextView() {
@@ -165,35 +197,21 @@ bool CTextView::hasParagraphChildren() const {
 
 void CTextView::readSource() {
     source_.clear();
+    CTextMarkup markup(source_);
     bool hasChildren = false;
     for (const CObject* child : children()) {
         if (child->getAttrBool("is-paragraph")) {
             if (hasChildren) {
-                source_.append(CTextSource::kParagraphEnd);
+                markup.endParagraph();
             }
             hasChildren = true;
-            appendParagraph(*child);
+            addParagraph(markup, *child);
         }
     }
     if (!hasChildren) {
-        CTextMarkup::append(source_, getAttrString("title"));
+        addText(markup, *this, "title");
     }
     findPictures();
-}
-
-void CTextView::appendParagraph(const CObject& child) {
-    CString text;
-    bool hasContent = false;
-    bool isBroken = false;
-    for (const CObject* content : child.children()) {
-        if (!content->name().startsWith("content")) {
-            continue;
-        }
-        text += isBroken ? CString("[BR]") + content->getAttrString("value") : content->getAttrString("value");
-        isBroken = content->getAttrBool("is-line-break");
-        hasContent = true;
-    }
-    CTextMarkup::append(source_, hasContent ? text : child.getAttrString("title"));
 }
 
 void CTextView::findPictures() {
@@ -344,7 +362,7 @@ CTextView::CPoint CTextView::textOrigin() const {
     const CViewRect content = CViewScroll::contentOf(area());
     CPoint origin{pixelAt(content.x) + pixelAt(area().value(CViewCell::InnerLeft)),
                   pixelAt(content.y) + pixelAt(area().value(CViewCell::InnerTop))};
-    if (!area().isScrollable() && !isList_) {
+    if (!isAtTop()) {
         const int32_t room = innerHeight() - layout_.height();
         const int32_t alignment = area().inlineAlignmentV();
         // One line that is too high keeps its middle; several keep their beginning.

@@ -11,8 +11,9 @@ namespace tarv {
 /// there are any, come in its place: each is a paragraph of the `value`s of its `content` children, one with
 /// `is-line-break` ending its line, or without such children of its `title`. `update-paragraphs` reads them anew. The
 /// font is `font-name`, by default that of the nearest ancestor with one. Compact sizes are those of the text: the
-/// width that of the widest line without wrapping. The block of lines stands in a higher view by `inline-alignment-v`,
-/// in one that scrolls and in a list at the top. A view that scrolls gets its ratios by the text.
+/// width that of the widest line without wrapping. A text that was set plain, as what a user has typed is, has no
+/// marks. The block of lines stands in a higher view by `inline-alignment-v`, in one that scrolls and in a list at the
+/// top. A view that scrolls gets its ratios by the text.
 ///
 /// A list (`is-list`; by default a view with `is-paragraph` children, `selected-paragraph` or
 /// `is-drop-down-behavior-disabled` false) shows the row under the pointer and the selected one, and takes input. A
@@ -89,6 +90,10 @@ protected:
 
     /// The text is another one, or is laid out anew.
     virtual void layoutChanged() {}
+    /// Whether lines end at the width of the view.
+    virtual bool isWrapping() const;
+    /// Whether the lines begin at the top of a view that is higher.
+    virtual bool isAtTop() const { return area().isScrollable() || isList_; }
     /// A row was chosen, see `paragraph-chosen`. Here, sends that event. May destroy this view.
     [[nodiscard]] virtual CError* paragraphChosen(int32_t index);
     /// Sends an event of a row, if a command or a listener waits for it. May destroy this view.
@@ -116,7 +121,6 @@ private:
     void readFont();
     void readList();
     void readSource();
-    void appendParagraph(const CObject& child);
     void findPictures();
     bool hasParagraphChildren() const;
 
@@ -124,7 +128,6 @@ private:
     void fit();
     void runWrapper(bool isWrapped, int32_t width);
     void updateRatios();
-    bool isWrapping() const;
 
     void drawRows();
     void drawLines();

@@ -89,7 +89,7 @@ CError* CViewBasePlacement::init() {
     if (!rootView() || (parentPlacement_ && !parentPlacement_->hasArea())) {
         TARV_FAIL("@tarvstr_CViewBasePlacement_init_NoRootView Unable to locate root view.");
     }
-    const bool isScrollable = getAttrBool("is-scrollable");
+    const bool isScrollable = isScrollableView();
     area_ = parentPlacement_ ? std::make_unique<CViewArea>(areaHandler(), parentPlacement_->area(), isScrollable)
                              : std::make_unique<CViewArea>(areaHandler(), isScrollable);
     if (!area_->isValid()) {

@@ -68,6 +68,8 @@ public:
     [[nodiscard]] virtual CError* attrPlacement();
 
 protected:
+    /// Whether the view has the cells of one that scrolls. Called once, by init.
+    virtual bool isScrollableView() const { return getAttrBool("is-scrollable"); }
     /// What follows the place of this view. Called by init.
     virtual CViewAreaUpdateHandler& areaHandler() = 0;
 

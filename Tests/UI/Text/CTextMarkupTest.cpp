@@ -80,6 +80,20 @@ TEST(TextMarkup, AnImageNamesItsSetRangeAndColour) {
     EXPECT_EQ(source.spans()[4].color, kTextColors);
 }
 
+TEST(TextMarkup, TextsThatAreAddedShareTheirMarks) {
+    CTextSource source;
+    CTextMarkup markup(source);
+    markup.add("[B]a");
+    markup.addLineBreak();
+    markup.addPlain("[C2]b");
+    markup.endParagraph();
+    markup.add("c");
+    ASSERT_EQ(source.spans().count(), 2);
+    EXPECT_EQ(source.plainText(0, source.count()), CString("a [C2]b\nc"));
+    EXPECT_EQ(source.spans()[0].style, CTextStyle::Bold);
+    EXPECT_EQ(source.spans()[0].count, 7);
+}
+
 TEST(TextMarkup, ControlCharactersAreLeftOut) {
     EXPECT_EQ(spansOf("a\r\nb\x01\tc"), "'a|b\tc'");
 }

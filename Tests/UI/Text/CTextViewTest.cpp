@@ -165,6 +165,14 @@ TEST_F(TextView, AnImageOfAnUnknownRangeHasNoWidthAndIsLogged) {
     EXPECT_EQ(wrongPixels(), 0);
 }
 
+TEST_F(TextView, ATextThatWasSetPlainHasNoMarks) {
+    openTexts({label("a", {{"title", "[B]x[/B]"}})});
+    EXPECT_EQ(size("a"), sizeOf(boldFace.advance("x"), 14));
+    EXPECT_EQ(consumed(at("a").setAttributePlain("title", "[B]x[/B]")), "");
+    flush();
+    EXPECT_EQ(size("a"), sizeOf(face.advance("[B]x[/B]"), 14));
+}
+
 TEST_F(TextView, TheFontIsThatOfTheNearestAncestorWithOne) {
     openTexts({view("v", {}, {label("a", {{"title", "abc"}})}),
                label("b", {{"title", "abc"}, {"font-name", "shared::font.base.bold"}}),
