@@ -128,10 +128,10 @@ TEST_F(Graphics, HoldEachPictureOfTheirRangesAtThreeScales) {
     }
 }
 
-TEST_F(Graphics, HoldTenFontsOf188Glyphs) {
+TEST_F(Graphics, HoldFiveFontsOfThreeStylesOf188Glyphs) {
     int32_t fonts = 0;
     for (const CObject* object : shared("font")->children()) {
-        for (const char* style : {"regular", "bold"}) {
+        for (const char* style : {"regular", "bold", "superscript"}) {
             const CFont* font = dynamic_cast<const CFontObject&>(*object).findStyle(style);
             ASSERT_TRUE(font) << object->name().toUtf8() << ' ' << style;
             EXPECT_EQ(font->imageCount(), 188);
@@ -139,7 +139,7 @@ TEST_F(Graphics, HoldTenFontsOf188Glyphs) {
             ++fonts;
         }
     }
-    EXPECT_EQ(fonts, 10);
+    EXPECT_EQ(fonts, 15);
     const CFont* base = dynamic_cast<const CFontObject&>(*shared("font.base")).findStyle("regular");
     EXPECT_EQ(base->nominalHeight(), 14);
     EXPECT_EQ(base->metric2(), 3);

@@ -116,7 +116,7 @@ TEST_F(ProductResources, HoldWhatTheGraphicsObjectsName) {
             ++count;
         }
     }
-    EXPECT_EQ(count, 35);
+    EXPECT_EQ(count, 40);
 }
 
 TEST_F(ProductResources, LetAnEditorsRootLoad) {

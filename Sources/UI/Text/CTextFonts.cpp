@@ -1,9 +1,18 @@
 #include "UI/Text/CTextFonts.h"
 
+#include <algorithm>
+
 #include "UI/Resources/CFontObject.h"
 #include "UI/Resources/FontCodes.h"
 
 namespace tarv {
+
+namespace {
+
+// The base line of a superscript lies at least this part of a capital above that of the regular font.
+constexpr int32_t kLeastLift = 4;
+
+}  // namespace
 
 void CTextFonts::setFonts(const CFont* regular, const CFont* bold, const CFont* superscript) {
     fonts_[0] = regular;
@@ -17,7 +26,15 @@ void CTextFonts::setFonts(const CFont* regular, const CFont* bold, const CFont* 
     }
     const auto baseLineOf = [](const CFont& font) { return font.getHeight() - font.getSpaceBelow(); };
     tops_[1] = baseLineOf(*regular) - baseLineOf(*fonts_[1]);
-    tops_[2] = regular->getSpaceAbove() - fonts_[2]->getSpaceAbove();
+    if (superscript) {
+        const auto capitalsOf = [](const CFont& font) {
+            return font.getHeight() - font.getSpaceAbove() - font.getSpaceBelow();
+        };
+        const int32_t lifted = capitalsOf(*regular) - capitalsOf(*superscript);
+        const int32_t missing = (capitalsOf(*regular) + 2) / kLeastLift - lifted;
+        tops_[2] = regular->getSpaceAbove() - superscript->getSpaceAbove() -
+                   std::clamp(missing, 0, std::max(regular->getSpaceAbove(), 0));
+    }
 }
 
 void CTextFonts::setFont(const CFontObject* font) {

@@ -28,7 +28,8 @@ public:
     /// control characters and where the font lacks the glyph.
     const CImage* glyph(uint16_t character, CTextStyle style) const;
     /// From the top of a line to that of the glyphs of a style, in device pixels: bold stands on the base line of the
-    /// regular font, a superscript begins where its capitals begin.
+    /// regular font; the capitals of a superscript begin where its own begin, or higher, so that the base line lies a
+    /// quarter of a capital above.
     int32_t topOf(CTextStyle style) const { return tops_[static_cast<int32_t>(style)]; }
 
     bool operator==(const CTextFonts&) const = default;

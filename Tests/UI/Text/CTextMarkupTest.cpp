@@ -151,5 +151,18 @@ TEST_F(TextFonts, BoldStandsOnTheBaseLineOfTheRegularFont) {
     EXPECT_EQ(fonts.topOf(CTextStyle::Superscript), 3 - 1);
 }
 
+TEST_F(TextFonts, ASuperscriptIsLiftedByAQuarterOfACapitalAtLeast) {
+    // Capitals of 8 pixels: those of 7 are lifted by 1 where both begin at the same height, and 2 are due.
+    small.setMetrics(11, 2, 2);
+    fonts.setFonts(&regular, &bold, &small);
+    EXPECT_EQ(fonts.topOf(CTextStyle::Superscript), 3 - 2 - 1);
+    // A font that is its own superscript is lifted by all of it, up to the line's top.
+    fonts.setFonts(&regular, &bold, &regular);
+    EXPECT_EQ(fonts.topOf(CTextStyle::Superscript), -2);
+    small.setMetrics(14, 1, 5);
+    fonts.setFonts(&small, &small, &small);
+    EXPECT_EQ(fonts.topOf(CTextStyle::Superscript), -1);
+}
+
 }  // namespace
 }  // namespace tarv
