@@ -2,6 +2,7 @@
 
 #include "Platform/Keyboard.h"
 #include "Tests/UI/Text/TextViewTree.h"
+#include "UI/Views/CInputRouter.h"
 
 namespace tarv {
 namespace {
@@ -299,6 +300,64 @@ TEST_F(TextList, MovesKeysAndWheelAllocateNothing) {
         // The first round makes what is kept.
         EXPECT_EQ(i > 0 ? made : 0, 0u) << i;
     }
+}
+
+/// Passes the input of a window to its views, as a window of the system does.
+struct CListInput final : CInputWindow {
+    explicit CListInput(CFakeWindow& window, CView& root) : router(window, *this) { router.setRootView(&root); }
+    void capturePointer(bool) override {}
+    void wantKeys(bool) override {}
+    void inputFailed(CError* error) override { ADD_FAILURE() << consumed(error); }
+    void pointer(CPointerKind kind, int32_t x, int32_t y, bool isDouble = false) {
+        CPointerEvent event;
+        event.kind = kind;
+        event.button = kind == CPointerKind::Move ? CPointerButton::None : CPointerButton::Left;
+        event.x = x;
+        event.y = y;
+        event.isDouble = isDouble;
+        router.pointer(event);
+    }
+    bool key(int32_t code) {
+        CKeyEvent event;
+        event.code = code;
+        event.isDown = true;
+        return router.key(event);
+    }
+    CInputRouter router;
+};
+
+TEST_F(TextList, TheInputOfAWindowReachesTheRows) {
+    CTextView& list = openList(6, {{"is-focusable", "true"}, {"is-scrollable", "true"}, {"height", "60"}});
+    CListInput input(window_, *rootView_);
+    window_.listener = &input.router;
+    input.pointer(CPointerKind::Move, 50, 45);
+    EXPECT_EQ(list.hoveredParagraph(), 1);
+    input.pointer(CPointerKind::Press, 50, 45);
+    input.pointer(CPointerKind::Release, 50, 45);
+    EXPECT_EQ(heard(), "selected-paragraph-changed 1 r1");
+    // The press has brought the key focus.
+    EXPECT_TRUE(input.key(kKeyDown));
+    EXPECT_TRUE(input.key(kKeyEnter));
+    EXPECT_FALSE(input.key(kKeySpace));
+    EXPECT_EQ(heard(), "selected-paragraph-changed 2 r2, paragraph-chosen 2 r2");
+    input.pointer(CPointerKind::Press, 50, 25, true);
+    EXPECT_EQ(heard(), "selected-paragraph-changed 0 r0, paragraph-dbl-clicked 0 r0, paragraph-chosen 0 r0");
+    input.pointer(CPointerKind::Release, 50, 25);
+    CWheelEvent turn;
+    turn.x = 50;
+    turn.y = 25;
+    turn.delta = -1.0;
+    EXPECT_TRUE(input.router.wheel(turn));
+    EXPECT_EQ(list.hoveredParagraph(), 3);
+    input.pointer(CPointerKind::Move, 250, 45);
+    EXPECT_EQ(list.hoveredParagraph(), -1);
+    // Disabled, it takes nothing, and loses the focus.
+    set(list, "is-disabled", "true");
+    input.pointer(CPointerKind::Move, 50, 45);
+    EXPECT_EQ(list.hoveredParagraph(), -1);
+    EXPECT_FALSE(input.key(kKeyDown));
+    close();
+    window_.listener = nullptr;
 }
 
 TEST_F(TextList, AHandlerMayDestroyTheList) {

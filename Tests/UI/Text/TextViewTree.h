@@ -108,6 +108,17 @@ protected:
         }
         return wrong;
     }
+    /// The same for a part.
+    int32_t wrongPixelsIn(const CIntRect& part) const {
+        int32_t wrong = 0;
+        for (int32_t y = part.top; y < part.bottom; ++y) {
+            for (int32_t x = part.left; x < part.right; ++x) {
+                const auto i = static_cast<size_t>(y * expectedWidth_ + x);
+                wrong += (picture()[i] & 0xffffff) != expected_[i] ? 1 : 0;
+            }
+        }
+        return wrong;
+    }
 
     static constexpr CPixel kText = 0x010203;
     static constexpr CPixel kAction = 0xd0d1d2;

@@ -30,7 +30,9 @@ public:
     void setKeyFocusView(CViewBase*) override {}
     void setHint(const CString&) override {}
     void setCursor(CCursorShape) override {}
+    CInputListener* input() override { return listener; }
 
+    CInputListener* listener = nullptr;  ///< of a test with input
     CSectorMap map;
     double time = 100.0;
 };

@@ -1,44 +1,13 @@
-#include <gtest/gtest.h>
-#include <stdlib.h>
-
-#include <filesystem>
-
+#include "Tests/UI/Views/Posix/ScaledEditor.h"
 #include "Tests/UI/Views/ViewTree.h"
 
 namespace tarv {
 namespace {
 
-/// An editor at 125 %, as the settings of the user hold it, in a folder of the test.
-class ScaledView : public CViewTest {
-protected:
-    ScaledView() {
-        const char* root = getenv("TARV_DATA_ROOT");
-        former_ = root ? root : "";
-        setenv("TARV_DATA_ROOT", folder_.c_str(), 1);
-        CLocalData::instance().reset();
-        CLocalData::instance().setFileAccess(true);
-        reopen("1.25");
-    }
-    ~ScaledView() override {
-        close();
-        reopen("1.0");
-        CLocalData::instance().setFileAccess(false);
-        former_.empty() ? unsetenv("TARV_DATA_ROOT") : setenv("TARV_DATA_ROOT", former_.c_str(), 1);
-        std::filesystem::remove_all(folder_);
-    }
-
-private:
-    static void reopen(const char* scale) {
-        CApplication::closeEditor();
-        CLocalData::instance().writeText("ui-scale", scale);
-        EXPECT_EQ(consumed(CApplication::openEditor()), "");
-    }
-
-    std::string former_;
-    std::string folder_ = testing::TempDir() + "view-test-settings";
-};
+using ScaledView = CViewTest;
 
 TEST_F(ScaledView, EveryAbsoluteLengthIsScaled) {
+    const CScaledEditor editor("1.25");
     ASSERT_EQ(CApplication::uiScale(), 1.25);
     open({},
          {view("a", {{"placement", "overlay"},
@@ -55,6 +24,7 @@ TEST_F(ScaledView, EveryAbsoluteLengthIsScaled) {
     EXPECT_EQ(at("a").area().value(CViewCell::OuterLeft), 2.0f);
     EXPECT_EQ(at("a").visibleRect().x, 2.0 - 1.25);
     EXPECT_EQ(box("c"), "0,0 10x5");
+    close();
 }
 
 }  // namespace
