@@ -5,8 +5,6 @@
 
 #include "Core/CApplication.h"
 #include "Core/CObjectWatch.h"
-#include "Core/Log.h"
-#include "UI/Text/CTextMarkup.h"
 
 namespace tarv {
 
@@ -16,38 +14,6 @@ constexpr double kDefaultSpacing = 10.0;
 
 int32_t pixelAt(double position) {
     return static_cast<int32_t>(std::lround(position));
-}
-
-void addText(CTextMarkup& markup, const CObject& object, const char* attribute) {
-    const auto found = object.attributes().find(attribute);
-    if (found == object.attributes().end()) {
-        return;
-    }
-    if (found->second.isPlain()) {
-        markup.addPlain(found->second.asString());
-    } else {
-        markup.add(found->second.asString());
-    }
-}
-
-/// The contents of a child that is a paragraph.
-void addParagraph(CTextMarkup& markup, const CObject& child) {
-    bool hasContent = false;
-    bool isBroken = false;
-    for (const CObject* content : child.children()) {
-        if (!content->name().startsWith("content")) {
-            continue;
-        }
-        if (isBroken) {
-            markup.addLineBreak();
-        }
-        addText(markup, *content, "value");
-        isBroken = content->getAttrBool("is-line-break");
-        hasContent = true;
-    }
-    if (!hasContent) {
-        addText(markup, child, "title");
-    }
 }
 
 }  // namespace
@@ -79,6 +45,7 @@ CError* CTextView::finishInit() {
     readList();
     readFont();
     updateText();
+    classColorsChanged();
     return selectedChanged();
 }
 
@@ -112,13 +79,6 @@ bool CTextView::animate(double time) {
     return CView::animate(time);
 }
 
-CError* CTextView::textChanged() {
-    if (state() == CObjectState::Finished && !hasParagraphChildren()) {
-        updateText();
-    }
-    return nullptr;
-}
-
 CError* CTextView::fontChanged() {
     if (state() == CObjectState::Finished) {
         readFont();
@@ -144,7 +104,6 @@ CError* CTextView::colorsChanged() {
 CError* CTextView::listChanged() {
     if (state() == CObjectState::Finished) {
         readList();
-        classColorsChanged();
         layOut();
     }
     return nullptr;
@@ -161,20 +120,6 @@ CError* CTextView::selectedChanged() {
     return nullptr;
 }
 
-void CTextView::readFont() {
-    CObject* holder = this;
-    while (holder && holder->getAttrString("font-name").isEmpty()) {
-        holder = holder->parent();
-    }
-    const CString path = holder ? holder->getAttrString("font-name") : CString();
-    if (!fonts_.setFontOf(path.isEmpty() ? nullptr : findObject(path)) && !path.isEmpty()) {
-        logLineIn(CString("Font not found <") + path + ">", fullName());
-    }
-    if (holder && holder != this) {
-        holder->linkObserver(*this, "font-name", "inherited-font-name");
-    }
-}
-
 void CTextView::readSettings() {
     const CString& alignment = getAttrString("text-alignment");
     settings_.alignment = alignment == CString("center") ? 0 : alignment == CString("right") ? 1 : -1;
@@ -187,51 +132,16 @@ void CTextView::readSettings() {
 void CTextView::readList() {
     isDropDown_ = !getAttrBoolOr("is-drop-down-behavior-disabled", true);
     const bool isImplied = isDropDown_ || hasParagraphChildren() || !getAttrString("selected-paragraph").isEmpty();
+    const bool wasList = isList_;
     isList_ = getAttrBoolOr("is-list", isImplied);
-}
-
-bool CTextView::hasParagraphChildren() const {
-    return std::any_of(children().begin(), children().end(),
-                       [](const CObject* child) { return child->getAttrBool("is-paragraph"); });
-}
-
-void CTextView::readSource() {
-    source_.clear();
-    CTextMarkup markup(source_);
-    bool hasChildren = false;
-    for (const CObject* child : children()) {
-        if (child->getAttrBool("is-paragraph")) {
-            if (hasChildren) {
-                markup.endParagraph();
-            }
-            hasChildren = true;
-            addParagraph(markup, *child);
-        }
-    }
-    if (!hasChildren) {
-        addText(markup, *this, "title");
-    }
-    findPictures();
-}
-
-void CTextView::findPictures() {
-    for (int32_t i = 0; i < source_.images().count(); ++i) {
-        const CTextImage& image = source_.images()[i];
-        const auto* object = findObjectOf<CImageSetObject>(CString("shared::") + image.set);
-        uint32_t first = 0;
-        uint32_t last = 0;
-        if (!object) {
-            logLineIn(CString("Image set not found <") + image.set + ">", fullName());
-        } else if (!object->dataSet().findRange(image.range, first, last)) {
-            logLineIn(CString("Range not found <") + image.range + ">", fullName());
-        } else {
-            source_.setPicture(i, object->dataSet().getImage(first));
-        }
+    if (isList_ != wasList) {
+        classColorsChanged();
     }
 }
 
 void CTextView::updateText() {
     isStale_ = false;
+    const bool hadColors = !source_.colorNames().isEmpty();
     readSource();
     hovered_ = -1;
     layOut();
@@ -239,7 +149,9 @@ void CTextView::updateText() {
         selectParagraph(-1);
     }
     // Images bring colours with them.
-    classColorsChanged();
+    if (hadColors || !source_.colorNames().isEmpty()) {
+        classColorsChanged();
+    }
 }
 
 bool CTextView::isWrapping() const {
@@ -295,6 +207,7 @@ void CTextView::layOut() {
 
 /// Brings the lines to the width that the view has now.
 void CTextView::fit() {
+    setAreaRect(kTextArea, {area().box().x, area().box().y, visibleWidth(), visibleHeight()});
     const int32_t inner = innerWidth();
     const bool isWrapped = isWrapping() && naturalWidth_ > inner;
     const int32_t width = isWrapping() ? inner : std::max(inner, area().isScrollable() ? naturalWidth_ : 0);
@@ -329,27 +242,38 @@ CError* CTextView::onAreaChanged(const CViewRect& visibleRect, const CViewRect& 
     CError* error = CView::onAreaChanged(visibleRect, wholeRect);
     if (watch.isAlive() && state() == CObjectState::Finished && area().isEffectivelyVisible()) {
         isPlacedOnce_ = true;
-        setAreaRect(kTextArea, {area().box().x, area().box().y, visibleWidth(), visibleHeight()});
         fit();
     }
     return error;
 }
 
-CError* CTextView::attrInnerBorder() {
-    TARV_TRY(CView::attrInnerBorder());
+/// Something between the box and its text has changed, which the rectangles may not show.
+CError* CTextView::innerChanged() {
     if (isPlacedOnce_) {
         fit();
+        requestRedraw();
     }
-    requestRedraw();
     return nullptr;
+}
+
+CError* CTextView::attrInnerBorder() {
+    TARV_TRY(CView::attrInnerBorder());
+    return innerChanged();
+}
+
+CError* CTextView::attrScrollerWidth() {
+    TARV_TRY(CView::attrScrollerWidth());
+    return innerChanged();
+}
+
+CError* CTextView::attrScrollerHeight() {
+    TARV_TRY(CView::attrScrollerHeight());
+    return innerChanged();
 }
 
 CError* CTextView::attrWidth() {
     TARV_TRY(CView::attrWidth());
-    if (isPlacedOnce_) {
-        fit();
-    }
-    return nullptr;
+    return innerChanged();
 }
 
 CError* CTextView::attrInlineAlignmentV() {
@@ -371,13 +295,6 @@ CTextView::CPoint CTextView::textOrigin() const {
         }
     }
     return origin;
-}
-
-CString CTextView::paragraphText(int32_t index) const {
-    if (index < 0 || index >= paragraphCount()) {
-        return {};
-    }
-    return source_.plainText(layout_.paragraph(index).first, layout_.paragraph(index).count);
 }
 
 }  // namespace tarv

@@ -79,6 +79,8 @@ public:
 
     [[nodiscard]] CError* onAreaChanged(const CViewRect& visibleRect, const CViewRect& wholeRect) override;
     [[nodiscard]] CError* attrInnerBorder() override;
+    [[nodiscard]] CError* attrScrollerWidth() override;
+    [[nodiscard]] CError* attrScrollerHeight() override;
     [[nodiscard]] CError* attrWidth() override;
     [[nodiscard]] CError* attrInlineAlignmentV() override;
 
@@ -117,6 +119,7 @@ private:
     [[nodiscard]] CError* listChanged();
     [[nodiscard]] CError* selectedChanged();
     [[nodiscard]] CError* paragraphsChanged();
+    [[nodiscard]] CError* innerChanged();
     void readSettings();
     void readFont();
     void readList();
@@ -147,6 +150,7 @@ private:
     [[nodiscard]] CError* selectByUser(int32_t index);
     int32_t rowOfKey(int32_t key) const;
 
+    CAttributeValue shownTitle_;
     CTextSource source_;
     CTextFonts fonts_;
     CTextSettings settings_;

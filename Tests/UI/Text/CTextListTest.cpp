@@ -241,6 +241,24 @@ TEST_F(TextList, TheRatioIsTheVisiblePartOfTheText) {
     EXPECT_FLOAT_EQ(list.area().value(CViewCell::RatioX), 12.0f / static_cast<float>(face.advance("r1") + 10));
 }
 
+TEST_F(TextList, TheRoomOfScrollBarsIsNeitherTextNorRow) {
+    CTextView& list = openList(10, {{"is-scrollable", "true"}, {"height", "70"}, {"selected-paragraph", "0"}});
+    set(list, "scroller-width", "12");
+    set(list, "scroller-height", "10");
+    tick();
+    EXPECT_FLOAT_EQ(list.area().value(CViewCell::RatioY), 60.0f / (10 * kRow));
+    expectBackground();
+    const CIntRect clip{10, 20, 98, 80};
+    expectRect(10, 20, 88, kRow, kSelection);
+    for (int32_t i = 0; i < 3; ++i) {
+        expectText(face, "r" + std::to_string(i), 10, 20 + i * kRow + 3, i == 0 ? kSelectionText : kText, clip);
+    }
+    EXPECT_EQ(wrongPixels(), 0);
+    EXPECT_EQ(list.paragraphAt(97, 79), 2);
+    EXPECT_EQ(list.paragraphAt(98, 79), -1);
+    EXPECT_EQ(list.paragraphAt(97, 80), -1);
+}
+
 TEST_F(TextList, TheOffsetMovesTheRowsAndIsHeldInItsRange) {
     CTextView& list = openList(10, {{"is-scrollable", "true"}, {"height", "50"}, {"selected-paragraph", "3"}});
     set(list, "offset-y", "0.25");

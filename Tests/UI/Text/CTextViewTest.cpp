@@ -222,6 +222,49 @@ TEST_F(TextView, ATextIsLaidOutOnlyWhenSomethingOfItChanges) {
     EXPECT_EQ(a.layoutCount(), count + 2);
 }
 
+TEST_F(TextView, TheSameTextSetAgainIsNotLaidOutAndAnotherAllocatesNothing) {
+    openTexts({label("a", {{"title", "[B]-12.5[/B] dB"}, {"placement", "overlay"}})});
+    CTextView& a = text("a");
+    tick();
+    const int32_t count = a.layoutCount();
+    set(a, "title", "[B]-12.5[/B] dB");
+    EXPECT_EQ(a.layoutCount(), count);
+    EXPECT_EQ(tick(), 0);
+    const CAttributeValue titles[] = {CAttributeValue::fromString("[B]-3.0[/B] dB"),
+                                      CAttributeValue::fromString("[B]-12.5[/B] dB")};
+    const CString name("title");
+    for (int32_t i = 0; i < 6; ++i) {
+        const uint64_t before = CHeap::counters().allocations;
+        CError* error = a.setAttribute(name, titles[i % 2]);
+        const int64_t drawn = tick(0.025);
+        const uint64_t made = CHeap::counters().allocations - before;
+        EXPECT_FALSE(error);
+        EXPECT_GT(drawn, 0);
+        EXPECT_EQ(i > 1 ? made : 0, 0u) << i;
+    }
+}
+
+TEST_F(TextView, AWidthThatMorphsWrapsAnewAndAllocatesNothing) {
+    openTexts({label("a", {{"title", "one two three four five six"}, {"placement", "overlay"}, {"width", "150"}},
+                     {{"ui:view-state", "s", {{"state-name", "narrow"}, {"width", "20"}, {"morph-duration", "1"}}}})});
+    tick();
+    for (int32_t round = 0; round < 4; ++round) {
+        EXPECT_EQ(consumed(at("a").toggleState("narrow")), "");
+        tick();
+        int32_t lines = text("a").layout().lineCount();
+        int32_t changes = 0;
+        for (int32_t i = 0; i < 40; ++i) {
+            const uint64_t before = CHeap::counters().allocations;
+            tick(0.025);
+            const uint64_t made = CHeap::counters().allocations - before;
+            EXPECT_EQ(round > 1 ? made : 0, 0u) << round << ' ' << i;
+            changes += text("a").layout().lineCount() != lines ? 1 : 0;
+            lines = text("a").layout().lineCount();
+        }
+        EXPECT_GT(changes, 2);
+    }
+}
+
 TEST_F(TextView, DrawingAllocatesNothingAndAtRestNothingIsDrawn) {
     openTexts({label("a", {{"title", "one [B]two[/B] three\nfour"},
                            {"width", "40"},
