@@ -94,6 +94,36 @@ TEST(TextMarkup, TextsThatAreAddedShareTheirMarks) {
     EXPECT_EQ(source.spans()[0].count, 7);
 }
 
+TEST(TextMarkup, SpansCoverAllItemsOfWhateverIsWritten) {
+    uint32_t state = 3;
+    const auto next = [&state] { return (state = state * 1664525u + 1013904223u) >> 16; };
+    static constexpr const char* kPieces[] = {"[",     "]",    "[B]", "[/B]", "[SUP]", "[/SUP]", "[C2]",
+                                              "[/C2]", "IMG",  "=",   "#",    ":",     "[IMG=",  "a",
+                                              "\n",    "[BR]", "/",   "C1",   "[C1]",  "[/C1]"};
+    for (int32_t round = 0; round < 2000; ++round) {
+        std::string text;
+        for (uint32_t i = next() % 30; i > 0; --i) {
+            text += kPieces[next() % std::size(kPieces)];
+        }
+        CTextSource source;
+        CTextMarkup::append(source, text.c_str());
+        int32_t at = 0;
+        int32_t images = 0;
+        for (const CTextSpan& span : source.spans()) {
+            EXPECT_EQ(span.first, at) << text;
+            EXPECT_GT(span.count, 0) << text;
+            EXPECT_LT(span.color, kTextColors + source.colorNames().count()) << text;
+            if (span.image >= 0) {
+                EXPECT_EQ(span.image, images++) << text;
+                EXPECT_EQ(span.count, 1) << text;
+            }
+            at += span.count;
+        }
+        EXPECT_EQ(at, source.count()) << text;
+        EXPECT_EQ(images, source.images().count()) << text;
+    }
+}
+
 TEST(TextMarkup, ControlCharactersAreLeftOut) {
     EXPECT_EQ(spansOf("a\r\nb\x01\tc"), "'a|b\tc'");
 }

@@ -302,6 +302,31 @@ TEST_F(TextView, TextColoursFollowStatesAndMorph) {
     EXPECT_EQ(tick(0.1), 0);
 }
 
+TEST_F(TextView, ALabelFollowsASlotOfItsParentWithStatesAndMorphs) {
+    openTexts(
+        {view("p", {{"placement", "overlay"}},
+              {{"ui:view-color-slot", "slot", {{"color", "Knob"}}},
+               {"ui:view-state", "s", {{"state-name", "active"}, {"color-state", "Active"}, {"morph-duration", "1"}}},
+               label("a", {{"title", "a"}, {"text-color", "^1"}})})});
+    tick();
+    EXPECT_EQ(consumed(at("p").setState("active")), "");
+    for (const auto& [seconds, color] : std::vector<std::pair<double, CPixel>>{{0.5, 0x586878}, {0.6, kKnobActive}}) {
+        tick(seconds);
+        expectBackground();
+        expectText(face, "a", 0, 0, color);
+        EXPECT_EQ(wrongPixels(), 0);
+    }
+}
+
+TEST_F(TextView, AnotherPaletteRecoloursTextsAndImages) {
+    openTexts({label("a", {{"title", "a[IMG=is.button#BoxActive:Action]"}, {"placement", "overlay"}})});
+    tick();
+    set(*rootView_, "palette", "B");
+    tick();
+    // Each colour of the palette B is one step brighter in blue.
+    EXPECT_EQ(pixel(face.advance("a"), 5) & 0xffffff, kAction + 1);
+}
+
 TEST_F(TextView, ADisabledViewDrawsItsTextInDisabledText) {
     openTexts(
         {view("p", {{"placement", "overlay"}},
