@@ -207,10 +207,12 @@ void CTextView::layOut() {
 
 /// Brings the lines to the width that the view has now.
 void CTextView::fit() {
-    setAreaRect(kTextArea, {area().box().x, area().box().y, visibleWidth(), visibleHeight()});
+    const CViewRect box = area().box();
+    const bool isScrollable = area().isScrollable();
+    setAreaRect(kTextArea, isScrollable ? CViewRect{box.x, box.y, visibleWidth(), visibleHeight()} : wholeRect());
     const int32_t inner = innerWidth();
     const bool isWrapped = isWrapping() && naturalWidth_ > inner;
-    const int32_t width = isWrapping() ? inner : std::max(inner, area().isScrollable() ? naturalWidth_ : 0);
+    const int32_t width = isWrapping() ? inner : std::max(inner, isScrollable ? naturalWidth_ : 0);
     if (width != settings_.width || isWrapped != settings_.isWrapped) {
         if (isWrapped || settings_.isWrapped) {
             runWrapper(isWrapped, width);

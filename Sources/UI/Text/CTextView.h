@@ -32,7 +32,8 @@ public:
     [[nodiscard]] CError* childAdded(CObject* child) override;
     void removeChild(CObject* child) override;
 
-    /// The view's box without its scroll bars: what its text is drawn in.
+    /// What the text is drawn in: the view's rectangle with its `spread`, for glyphs that overhang their advance; of a
+    /// view that scrolls its box without the scroll bars.
     static constexpr int32_t kTextArea = CView::kOwnAreas;
     static constexpr int32_t kOwnAreas = kTextArea + 1;
 

@@ -68,7 +68,9 @@ void CTextView::readFont() {
         holder = holder->parent();
     }
     const CString path = holder ? holder->getAttrString("font-name") : CString();
-    if (!fonts_.setFontOf(path.isEmpty() ? nullptr : findObject(path)) && !path.isEmpty()) {
+    const CObject* font = path.isEmpty() ? nullptr : findObject(path);
+    font = font || path.isEmpty() ? font : findObject(CString("shared::font.") + path);
+    if (!fonts_.setFontOf(font) && !path.isEmpty()) {
         logLineIn(CString("Font not found <") + path + ">", fullName());
     }
     if (holder && holder != this) {

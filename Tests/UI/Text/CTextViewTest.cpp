@@ -73,6 +73,19 @@ TEST_F(TextView, WithoutWrappingTheTextIsClippedByTheRectangle) {
     EXPECT_EQ(wrongPixels(), 0);
 }
 
+TEST_F(TextView, ASpreadGivesRoomToWhatOverhangs) {
+    openTexts({label("a", {{"title", "one two three"},
+                           {"is-text-wrapped", "false"},
+                           {"placement", "overlay"},
+                           {"outer-border", "*L20 *T30"},
+                           {"width", "25"},
+                           {"spread", "*LR2"}})});
+    tick();
+    expectBackground();
+    expectText(face, "one two three", 20, 30, kText, {18, 30, 47, 44});
+    EXPECT_EQ(wrongPixels(), 0);
+}
+
 TEST_F(TextView, GlyphsStandWhereTheirAdvancesSay) {
     openTexts(
         {label("a", {{"title", "Ab[B]cd[/B] [SUP]ef[/SUP]g"}, {"placement", "overlay"}, {"outer-border", "*L7 *T9"}})});
@@ -177,7 +190,9 @@ TEST_F(TextView, TheFontIsThatOfTheNearestAncestorWithOne) {
     openTexts({view("v", {}, {label("a", {{"title", "abc"}})}),
                label("b", {{"title", "abc"}, {"font-name", "shared::font.base.bold"}}),
                label("c", {{"title", "abc"}, {"font-name", "shared::font.base.italic"}}),
-               label("d", {{"title", "[B]abc"}, {"font-name", "shared::font.lone"}})});
+               label("d", {{"title", "[B]abc"}, {"font-name", "shared::font.lone"}}),
+               label("e", {{"title", "abc"}, {"font-name", "base.superscript"}})});
+    EXPECT_EQ(size("e"), sizeOf(smallFace.advance("abc"), 9));
     EXPECT_EQ(size("v.a"), sizeOf(face.advance("abc"), 14));
     EXPECT_EQ(size("b"), sizeOf(boldFace.advance("abc"), 14));
     // Italics are drawn upright.
