@@ -227,6 +227,9 @@ void CTextView::fit() {
         area().setCompactHeight(layout_.height());
     }
     updateRatios();
+    if (!isDrawnOnce_) {
+        scrollToParagraph(selected_);
+    }
 }
 
 void CTextView::updateRatios() {

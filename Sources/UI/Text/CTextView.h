@@ -65,7 +65,8 @@ public:
     int32_t hoveredParagraph() const { return hovered_; }
     /// Also `selected-paragraph`; sends no event. -1 ends the selection, an index outside is ignored.
     void selectParagraph(int32_t index);
-    /// Scrolls as little as shows the row whole; nothing for an index outside.
+    /// Scrolls as little as shows the row whole, with what is beside the rows for the first and the last one; nothing
+    /// for an index outside. When a list is first drawn, the selected row is seen.
     void scrollToParagraph(int32_t index);
 
     bool isInputView() const override { return isList_ || CView::isInputView(); }
@@ -162,6 +163,7 @@ private:
     bool isPlacedOnce_ = false;
     bool isStale_ = false;
     bool isPaletteMissed_ = false;
+    bool isDrawnOnce_ = false;
 
     bool isList_ = false;
     bool isDropDown_ = false;

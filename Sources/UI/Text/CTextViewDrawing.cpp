@@ -51,6 +51,7 @@ const CColor* CTextView::colorOf(int32_t number, int32_t paragraph) const {
 }
 
 CError* CTextView::draw() {
+    isDrawnOnce_ = true;
     TARV_TRY(CView::draw());
     if (!palette()) {
         if (!isPaletteMissed_) {

@@ -178,8 +178,10 @@ void CTextView::scrollToParagraph(int32_t index) {
         return;
     }
     const CViewRect box = area().box();
-    const double below = row.bottom() - (box.y + visibleHeight());
-    const double above = box.y - row.y;
+    const CViewRect content = CViewScroll::contentOf(area());
+    const double bottom = index == paragraphCount() - 1 ? content.bottom() : row.bottom();
+    const double below = bottom - (box.y + visibleHeight());
+    const double above = box.y - (index == 0 ? content.y : row.y);
     if (above > 0.0) {
         scrollBy(-above);
     } else if (below > 0.0) {

@@ -223,6 +223,30 @@ TEST_F(TextList, KeysMoveTheSelectionAndEnterChooses) {
     EXPECT_FALSE(key(list, kKeyDown));
 }
 
+TEST_F(TextList, TheSelectedRowIsSeenWhenAListIsFirstDrawnAndStaysWhereItIsScrolledTo) {
+    CTextView& list = openList(20, {{"is-scrollable", "true"}, {"height", "100"}, {"selected-paragraph", "12"}});
+    EXPECT_EQ(list.rowRect(12).bottom(), 120.0);
+    // Later on it may be scrolled out.
+    set(list, "offset-y", "0");
+    set(list, "inner-border", "3");
+    tick();
+    EXPECT_EQ(offset(list), 0.0);
+}
+
+TEST_F(TextList, TheFirstAndTheLastRowAreShownWithTheBorderBesideThem) {
+    CTextView& list = openList(20, {{"is-scrollable", "true"}, {"height", "100"}, {"inner-border", "7"}});
+    list.selectParagraph(19);
+    flush();
+    EXPECT_NEAR(list.rowRect(19).bottom(), 120 - 7, 1);
+    list.selectParagraph(5);
+    flush();
+    EXPECT_NEAR(list.rowRect(5).y, 20, 1);
+    list.selectParagraph(0);
+    flush();
+    EXPECT_EQ(offset(list), 0.0);
+    EXPECT_EQ(list.rowRect(0).y, 27.0);
+}
+
 TEST_F(TextList, TheRatioIsTheVisiblePartOfTheText) {
     CTextView& list = openList(10, {{"is-scrollable", "true"}, {"height", "50"}});
     EXPECT_FLOAT_EQ(list.area().value(CViewCell::RatioY), 50.0f / (10 * kRow));
