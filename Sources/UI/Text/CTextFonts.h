@@ -32,8 +32,6 @@ public:
     /// quarter of a capital above.
     int32_t topOf(CTextStyle style) const { return tops_[static_cast<int32_t>(style)]; }
 
-    bool operator==(const CTextFonts&) const = default;
-
 private:
     const CFont* fonts_[kTextStyles] = {};
     int32_t tops_[kTextStyles] = {};

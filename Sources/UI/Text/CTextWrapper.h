@@ -12,8 +12,6 @@ struct CTextSettings {
     int32_t alignment = -1;        ///< -1 left, 0 centred, 1 right
     int32_t paragraphSpacing = 0;  ///< between paragraphs
     bool isList = false;           ///< half a spacing above the first paragraph and below the last one, too
-
-    bool operator==(const CTextSettings&) const = default;
 };
 
 /// Lays texts out. A line ends behind the last blank or hyphen in it that fits; a word that is wider than the line ends
