@@ -151,6 +151,34 @@ TEST_F(TextAutoScroll, RoundsMayBeSeveralOrEndless) {
     EXPECT_EQ(cut(), 10);
 }
 
+TEST_F(TextAutoScroll, ArrowsThatTakeRoomComeAndGoWithoutFlicker) {
+    const auto docked = [](const char* name, const char* side) {
+        return view(name, {{"placement", side}, {"width", "10"}, {"height", "9"}});
+    };
+    // 100 pixels: a text of 96 fits as long as there are no arrows, one of 104 never does.
+    for (const int32_t glyphs : {10, 12, 13}) {
+        openTexts(
+            {docked("auto-scroll-arrow-left", "left"),
+             docked("auto-scroll-arrow-right", "right"),
+             {"ui:textview-auto-scroll",
+              "a",
+              {{"title", std::string(static_cast<size_t>(glyphs), '1')}, {"placement", "full"}, {"width", "full"}}}},
+            100, 30);
+        tick();
+        int32_t changes = 0;
+        bool wasShown = at("auto-scroll-arrow-left").isShown();
+        for (int32_t i = 0; i < 100; ++i) {
+            tick(0.05);
+            const bool isShown = at("auto-scroll-arrow-left").isShown();
+            changes += isShown != wasShown ? 1 : 0;
+            wasShown = isShown;
+        }
+        EXPECT_LE(changes, 1) << glyphs;
+        EXPECT_EQ(wasShown, glyphs == 13) << glyphs;
+        EXPECT_EQ(text("a").visibleRect().width, wasShown ? 80.0 : 100.0);
+    }
+}
+
 TEST_F(TextAutoScroll, ALineStandsInTheMiddleOfAHigherView) {
     openSliding(kLong, {{"height", "20"}});
     EXPECT_EQ(text("a").textOrigin().y, 3);
