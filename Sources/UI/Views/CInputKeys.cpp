@@ -41,14 +41,23 @@ bool CInputRouter::key(const CKeyEvent& event) {
     if (!event.isDown && taken >= 0) {
         takenKeys_.removeAt(taken);
     }
-    if (!focus_) {
-        return !event.isDown && taken >= 0;
+    bool isTaken = !event.isDown && taken >= 0;
+    const uint32_t serial = focusSerial_;
+    const bool isAlive = !focus_ || sendKey(*focus_, event, isTaken);
+    // A view that has given the focus on by itself has done something with the key.
+    if (isAlive && event.isDown && !isTaken && serial == focusSerial_) {
+        isTaken = workByKey(event, taken >= 0);
     }
-    const bool isTab = event.code == kKeyTab;
-    CViewBaseCtlEvents* view = focus_;
+    if (call.isAlive() && event.isDown && isTaken && takenKeys_.indexOf(event.code) < 0) {
+        takenKeys_.append(event.code);
+    }
+    return isTaken;
+}
+
+bool CInputRouter::sendKey(CViewBaseCtlEvents& view, const CKeyEvent& event, bool& isTaken) {
     CEventParams params(pool_, CEventShape::Key, {last_.x, last_.y, event.modifiers});
     params.set("keycode", CAttributeValue::fromInt(event.code));
-    params.set("is-tab", CAttributeValue::fromBool(isTab));
+    params.set("is-tab", CAttributeValue::fromBool(event.code == kKeyTab));
     params.set("is-handled", CAttributeValue::fromBool(false));
     CString characters;
     for (int32_t i = 0; i < event.characterCount; ++i) {
@@ -56,27 +65,67 @@ bool CInputRouter::key(const CKeyEvent& event) {
     }
     params.set("characters", CAttributeValue::fromPlainString(characters));
     CAttributeMap& map = params.complete();
-    const uint32_t serial = focusSerial_;
     const bool isAlive =
-        send(*view, event.isDown ? &CViewBaseCtlEvents::keyPress : &CViewBaseCtlEvents::keyRelease, map);
-    bool isTaken = CViewBaseCtlEvents::isHandled(map) || (!event.isDown && taken >= 0);
-    if (!isAlive) {
-        return isTaken;
-    }
-    // A view that has given the focus on by itself has taken the tab, too.
-    if (event.isDown && isTab && !isTaken && serial == focusSerial_ && root_) {
-        CViewBaseCtlEvents* next = CInputTarget::nextFocus(*root_, focus_, event.modifiers.isShift);
-        if (next) {
-            isTaken = true;
-            if (!changeFocus(next)) {
-                return true;
-            }
+        send(view, event.isDown ? &CViewBaseCtlEvents::keyPress : &CViewBaseCtlEvents::keyRelease, map);
+    isTaken = isTaken || CViewBaseCtlEvents::isHandled(map);
+    return isAlive;
+}
+
+/// What a key does that no view has taken; true if it did something. May destroy the router.
+bool CInputRouter::workByKey(const CKeyEvent& event, bool isRepeated) {
+    const bool isPlain = !event.modifiers.isCtrl && !event.modifiers.isAlt;
+    if (event.code == kKeyTab && isPlain) {
+        CViewBaseCtlEvents* next = root_ ? CInputTarget::nextFocus(*root_, focus_, event.modifiers.isShift) : nullptr;
+        if (next && changeFocus(next)) {
+            setKeyMode(true);
         }
+        return next != nullptr;
     }
-    if (event.isDown && isTaken && takenKeys_.indexOf(event.code) < 0) {
-        takenKeys_.append(event.code);
+    if (!isKeyMode_ || !focus_ || !isPlain) {
+        return false;
     }
-    return isTaken;
+    if (event.code == kKeyEscape) {
+        if (changeFocus(nullptr)) {
+            setKeyMode(false);
+        }
+        return true;
+    }
+    if ((event.code == kKeySpace || event.code == kKeyEnter) && focus_->isInputView()) {
+        if (!isRepeated) {
+            clickByKey(*focus_);
+        }
+        return true;
+    }
+    return false;
+}
+
+/// A press and a release in the middle of a view.
+void CInputRouter::clickByKey(CViewBaseCtlEvents& view) {
+    const CViewRect rect = view.visibleRect();
+    const CHIDInfo info{
+        static_cast<int32_t>(rect.x + rect.width / 2.0), static_cast<int32_t>(rect.y + rect.height / 2.0), {}};
+    if (drag_.isActive()) {
+        return;
+    }
+    const CObjectWatch watch(view);
+    CEventParams press(pool_, CEventShape::Press, info);
+    press.set("is-double-click", CAttributeValue::fromBool(false));
+    if (!send(view, &CViewBaseCtlEvents::mousePress, press.complete()) || !watch.isAlive()) {
+        return;
+    }
+    CEventParams end(pool_, CEventShape::Plain, info);
+    // What its press has disabled or hidden is not released.
+    const bool isRelease = CInputTarget::takesInput(view);
+    send(view, isRelease ? &CViewBaseCtlEvents::mouseRelease : &CViewBaseCtlEvents::mouseCancel, end.complete());
+}
+
+/// False if this router has been destroyed.
+bool CInputRouter::setKeyMode(bool isOn) {
+    if (isOn == isKeyMode_) {
+        return true;
+    }
+    isKeyMode_ = isOn;
+    return !focus_ || setState(*focus_, CInputState::Focus, isOn);
 }
 
 void CInputRouter::setKeyFocus(CViewBaseCtlEvents* view) {
@@ -94,7 +143,7 @@ bool CInputRouter::changeFocus(CViewBaseCtlEvents* view) {
     CViewBaseCtlEvents* former = focus_;
     focus_ = nullptr;
     focusing_ = view;
-    if (former && !sendPlain(*former, &CViewBaseCtlEvents::focusLost)) {
+    if (former && !loseFocus(*former)) {
         return false;
     }
     if (serial != focusSerial_) {
@@ -104,10 +153,21 @@ bool CInputRouter::changeFocus(CViewBaseCtlEvents* view) {
     focusing_ = nullptr;
     focus_ = view && CInputTarget::takesInput(*view) ? view : nullptr;
     const CCall call(*this);
-    if (!former != !focus_) {
+    if (former || focus_) {
         system_.wantKeys(focus_ != nullptr);
     }
-    return call.isAlive();
+    if (!call.isAlive() || serial != focusSerial_ || !focus_ || !isKeyMode_) {
+        return call.isAlive();
+    }
+    return setState(*focus_, CInputState::Focus, true);
+}
+
+bool CInputRouter::loseFocus(CViewBaseCtlEvents& view) {
+    const CObjectWatch watch(view);
+    if (isKeyMode_ && !setState(view, CInputState::Focus, false)) {
+        return false;
+    }
+    return !watch.isAlive() || sendPlain(view, &CViewBaseCtlEvents::focusLost);
 }
 
 }  // namespace tarv

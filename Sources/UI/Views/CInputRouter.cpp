@@ -199,7 +199,7 @@ void CInputRouter::press(const CPointerEvent& event, const CHIDInfo& info) {
         focused = focused->parentInput();
     }
     // What is edited elsewhere is committed before the press acts.
-    if (!changeFocus(focused) || serial != pressSerial_) {
+    if (!setKeyMode(false) || !changeFocus(focused) || serial != pressSerial_) {
         return;
     }
     taker = pressing_;

@@ -15,7 +15,7 @@ class CInputWindow {
 public:
     /// All events of the pointer come here while true. Calls nothing back.
     virtual void capturePointer(bool isCaptured) = 0;
-    /// A view has key focus, or none has it any more.
+    /// The key focus is at another view than before, or none has it any more.
     virtual void wantKeys(bool isWanted) = 0;
     /// A handler has failed; takes the error.
     virtual void inputFailed(CError* error) = 0;
@@ -46,8 +46,11 @@ public:
     /// From the view under the pointer up to the root, until one takes it. False if none has. During a press it is
     /// ignored, with true.
     bool wheel(const CWheelEvent& event);
-    /// True if the view with key focus has taken it, or if a tab has moved the focus. A release follows its press.
+    /// True if the view with key focus has taken it, if a tab has moved the focus (without one: to the first view), or
+    /// if it has worked the view. A release follows its press.
     bool key(const CKeyEvent& event);
+    /// The user works by keys: since a tab has moved the focus, until a button of the pointer is pressed.
+    bool isKeyMode() const { return isKeyMode_; }
     /// Sends `auto-click` to the view that is pressed with the left button, if the pointer is on it and `timeout`
     /// seconds have gone by since the press or the last one.
     void autoClick(double timeout);
@@ -88,6 +91,11 @@ private:
     bool endPress(CViewBaseCtlEvents* view, CPointerButton button, bool isRelease);
     bool cancelPress(bool isButtonUp);
     bool changeFocus(CViewBaseCtlEvents* view);
+    bool loseFocus(CViewBaseCtlEvents& view);
+    bool setKeyMode(bool isOn);
+    bool sendKey(CViewBaseCtlEvents& view, const CKeyEvent& event, bool& isTaken);
+    bool workByKey(const CKeyEvent& event, bool isRepeated);
+    void clickByKey(CViewBaseCtlEvents& view);
     bool refreshHint();
     bool check();
     void settle();
@@ -122,6 +130,7 @@ private:
     CViewBaseCtlEvents* focusing_ = nullptr;  ///< to get the focus once the former one has lost it
     uint32_t focusSerial_ = 0;
     CArray<int32_t, 8> takenKeys_;
+    bool isKeyMode_ = false;
 
     CViewBaseCtlEvents* hintHit_ = nullptr;
     CViewBaseCtlEvents* hintView_ = nullptr;

@@ -5,8 +5,8 @@
 
 namespace tarv {
 
-/// The states that input sets on a view.
-enum class CInputState : uint8_t { Hover, Pushed };
+/// The states that input sets on a view. Focus: the view with key focus, while the user works by keys.
+enum class CInputState : uint8_t { Hover, Pushed, Focus };
 
 /// A view that takes input. The router of the window (CInputRouter) decides which view gets what, and calls the virtual
 /// operations below, each named after its event. Their parameters are those of the event: `actual-x` and `actual-y` in
@@ -33,8 +33,9 @@ public:
     [[nodiscard]] virtual CError* mouseCancelR(CAttributeMap& params);
     /// `delta` in notches, up is positive. Goes on to the parent unless setHandled was called.
     [[nodiscard]] virtual CError* mouseWheel(CAttributeMap& params);
-    /// `keycode`, `is-tab`, and `characters`, what the key types. Goes on to the host unless setHandled was called; a
-    /// tab moves the focus first.
+    /// `keycode`, `is-tab`, and `characters`, what the key types. Unless setHandled was called, a tab moves the focus,
+    /// and while the user works by keys Space and Enter press and release the view and Escape takes the focus from it;
+    /// any other key goes on to the host.
     [[nodiscard]] virtual CError* keyPress(CAttributeMap& params);
     [[nodiscard]] virtual CError* keyRelease(CAttributeMap& params);
     [[nodiscard]] virtual CError* focusLost(CAttributeMap& params);
@@ -44,12 +45,17 @@ public:
     /// `actual-y`.
     [[nodiscard]] virtual CError* autoClick(CAttributeMap& params);
 
-    /// Sets or unsets the state `hover` or `pushed`; called before the event that goes with it. Here, nothing happens.
+    /// Sets or unsets the state `hover`, `pushed` or `focus`; called before the event that goes with it. Here, nothing
+    /// happens.
     [[nodiscard]] virtual CError* setInputState(CInputState state, bool isSet);
 
     /// Hover and presses climb to the nearest input view: one that overrides a mouse operation, has a command on a
     /// mouse event, or is focusable. Classes and views of the first two kinds override this; here, it is isFocusable.
     virtual bool isInputView() const { return isFocusable_; }
+
+    /// With key focus it gets all keys before the host does, also where the host's window has the keyboard: a field
+    /// that is edited, a list. Others get the keys that the system sends to a window with focus.
+    virtual bool grabsKeys() const { return false; }
 
     /// `is-click-through`; without it, `is-child-click-through` of the nearest ancestor that has it.
     bool isClickThrough() const;

@@ -227,9 +227,10 @@ CError* CViewBaseState::setStateTimed(const CString& name, double duration) {
 }
 
 CError* CViewBaseState::setInputState(CInputState state, bool isSet) {
-    const CString name(state == CInputState::Hover ? "hover" : "pushed");
-    // A press shows only where the definition has a look for it.
-    if (state == CInputState::Pushed && isSet && !hasStateObject(name)) {
+    constexpr const char* kNames[] = {"hover", "pushed", "focus"};
+    const CString name(kNames[static_cast<int32_t>(state)]);
+    // A press and the focus show only where the definition has a look for them.
+    if (state != CInputState::Hover && isSet && !hasStateObject(name)) {
         return nullptr;
     }
     return changeState(name, isSet, CStateChange::Morphed);

@@ -122,6 +122,7 @@ private:
     bool onWheel(const CWheelEvent& event) override;
     bool onKey(const CKeyEvent& event) override;
     void onActivation(bool isActive, CWindowHandle other) override;
+    void onKeysLost() override;
     void onCloseRequest() override;
     void onGone() override;
     // From the router.
@@ -184,6 +185,8 @@ private:
     bool isDeactivated_ = false;
     bool wasActive_ = false;
     bool hasFocus_ = false;
+    bool hasKeyView_ = false;  ///< a view has key focus
+    bool isGrabbing_ = false;
     int32_t busy_ = 0;
     CAttributeMap params_;
 };

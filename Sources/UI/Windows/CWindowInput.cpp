@@ -92,7 +92,21 @@ bool CWindow::onHostWheel(double notches) {
 
 bool CWindow::onKey(const CKeyEvent& event) {
     const CBusy busy(*this);
-    return router_.key(event);
+    if (isBlocked() && event.isDown) {
+        return false;
+    }
+    const bool isTaken = router_.key(event);
+    if (isTaken || !busy.isAlive() || !event.isDown || event.code != kKeyEscape || !openerWindow_) {
+        return isTaken;
+    }
+    onCloseRequest();
+    return true;
+}
+
+void CWindow::onKeysLost() {
+    const CBusy busy(*this);
+    isGrabbing_ = false;
+    router_.setKeyFocus(nullptr);
 }
 
 void CWindow::capturePointer(bool isCaptured) {
@@ -107,15 +121,28 @@ void CWindow::capturePointer(bool isCaptured) {
 }
 
 void CWindow::wantKeys(bool isWanted) {
-    shared_->setKeyWindow(isWanted ? this : nullptr);
+    const CViewBaseCtlEvents* focus = router_.keyFocus();
+    const bool wasGrabbing = isGrabbing_;
+    const bool hadKeyView = hasKeyView_;
+    isGrabbing_ = focus && focus->grabsKeys();
+    hasKeyView_ = isWanted;
+    if (isWanted || shared_->keyWindow() == this) {
+        shared_->setKeyWindow(isWanted ? this : nullptr);
+    }
     if (isOpen()) {
-        window_->grabKeys(isWanted);
-        if (!isWanted && hasFocus_ && flag("is-plugin-vst")) {
+        if (isGrabbing_ != wasGrabbing) {
+            window_->grabKeys(isGrabbing_);
+        }
+        // What has been edited gives the keyboard back to the host, unless the user goes on by keys.
+        const bool isEditOver = wasGrabbing && !isGrabbing_ && !router_.isKeyMode();
+        if ((!isWanted || isEditOver) && hasFocus_ && flag("is-plugin-vst")) {
             window_->giveFocusBack();
             hasFocus_ = false;
         }
     }
-    sendHere(isWanted ? "focus" : "blur");
+    if (isWanted != hadKeyView) {
+        sendHere(isWanted ? "focus" : "blur");
+    }
 }
 
 void CWindow::inputFailed(CError* error) {

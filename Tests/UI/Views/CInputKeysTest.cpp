@@ -102,7 +102,7 @@ TEST_F(CInputKeysTest, ATabThatTheViewDoesNotTakeMovesTheFocus) {
     window.router->setKeyFocus(&at("r.a"));
     EXPECT_TRUE(key(kKeyTab));
     EXPECT_EQ(focus(), &at("r.b"));
-    EXPECT_EQ(heard(), "a.key-press a.focus-lost");
+    EXPECT_EQ(heard(), "a.key-press a.focus-lost b+focus");
     EXPECT_TRUE(at("r.a").params.count("actual-x"));
     EXPECT_TRUE(key(kKeyTab));
     EXPECT_EQ(focus(), &at("r.a"));
@@ -118,6 +118,75 @@ TEST_F(CInputKeysTest, ATabWithNowhereToGoGoesToTheHost) {
     set("r.b", "is-disabled", "true");
     EXPECT_FALSE(key(kKeyTab));
     EXPECT_EQ(focus(), &at("r.a"));
+}
+
+TEST_F(CInputKeysTest, ATabWithoutAFocusGoesToTheFirstOrTheLastView) {
+    EXPECT_TRUE(key(kKeyTab));
+    EXPECT_EQ(focus(), &at("r.a"));
+    EXPECT_TRUE(key(kKeyTab, false));
+    window.router->setKeyFocus(nullptr);
+    EXPECT_TRUE(key(kKeyTab, true, true));
+    EXPECT_EQ(focus(), &at("r.b"));
+    set("r.a", "is-disabled", "true");
+    set("r.b", "is-disabled", "true");
+    EXPECT_EQ(focus(), nullptr);
+    EXPECT_FALSE(key(kKeyTab, false, true) && key(kKeyTab));
+}
+
+TEST_F(CInputKeysTest, BehindATabSpaceAndEnterPressAndReleaseTheView) {
+    EXPECT_TRUE(key(kKeyTab));
+    EXPECT_TRUE(window.router->isKeyMode());
+    heard();
+    for (const int32_t code : {kKeySpace, kKeyEnter}) {
+        EXPECT_TRUE(key(code));
+        EXPECT_EQ(heard(), "a.key-press a.mouse-press a.mouse-release");
+        EXPECT_EQ(at("r.a").params.at("actual-x").asReal(), 25.0);
+        EXPECT_TRUE(key(code));  // repeated while it is held
+        EXPECT_EQ(heard(), "a.key-press");
+        EXPECT_TRUE(key(code, false));
+        EXPECT_EQ(heard(), "a.key-release");
+    }
+    take("a.key-press");
+    EXPECT_TRUE(key(kKeySpace));
+    EXPECT_EQ(heard(), "a.key-press");
+}
+
+TEST_F(CInputKeysTest, BehindAPressTheHostHasSpaceAndEnter) {
+    EXPECT_TRUE(key(kKeyTab));
+    heard();
+    press(10, 10);
+    EXPECT_EQ(heard(), "a.mouse-enter a+hover a-focus a.mouse-press a+pushed");
+    release(10, 10);
+    heard();
+    EXPECT_EQ(focus(), &at("r.a"));
+    EXPECT_FALSE(key(kKeySpace));
+    EXPECT_FALSE(key(kKeyEnter));
+    EXPECT_FALSE(key(kKeyEscape));
+    EXPECT_EQ(heard(), "a.key-press a.key-press a.key-press");
+}
+
+TEST_F(CInputKeysTest, EscapeTakesTheFocusOfWhoWorksByKeys) {
+    EXPECT_TRUE(key(kKeyTab));
+    heard();
+    EXPECT_TRUE(key(kKeyEscape));
+    EXPECT_EQ(heard(), "a.key-press a-focus a.focus-lost");
+    EXPECT_EQ(focus(), nullptr);
+    EXPECT_FALSE(window.router->isKeyMode());
+    EXPECT_TRUE(key(kKeyEscape, false));
+    EXPECT_FALSE(key(kKeyEscape));
+}
+
+TEST_F(CInputKeysTest, AViewMayGoUnderItsKey) {
+    EXPECT_TRUE(key(kKeyTab));
+    CRoutedView::actions["a.mouse-press"] = [](CRoutedView& view, CAttributeMap&) { delete &view; };
+    EXPECT_TRUE(key(kKeySpace));
+    EXPECT_EQ(focus(), nullptr);
+    EXPECT_TRUE(key(kKeySpace, false));
+    EXPECT_TRUE(key(kKeyTab));
+    CRoutedView::actions["b.mouse-press"] = [this](CRoutedView&, CAttributeMap&) { set("r.b", "is-disabled", "true"); };
+    heard();
+    EXPECT_TRUE(key(kKeySpace));
+    EXPECT_EQ(heard(), "b.key-press b.mouse-press b.mouse-cancel b-focus b.focus-lost");
 }
 
 TEST_F(CInputKeysTest, AFieldThatIsHiddenOrDisabledLosesTheFocus) {

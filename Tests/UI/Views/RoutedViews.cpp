@@ -98,11 +98,13 @@ void CRoutedView::note(const std::string& what, CAttributeMap& eventParams) {
 }
 
 CError* CRoutedView::setInputState(CInputState state, bool isSet) {
-    bool& flag = state == CInputState::Hover ? isHovered_ : isPushed_;
-    EXPECT_FALSE(isSet && flag) << "set twice";
-    flag = isSet;
+    bool* const flags[] = {&isHovered_, &isPushed_, &isFocused_};
+    constexpr const char* kNames[] = {"hover", "pushed", "focus"};
+    const int32_t index = static_cast<int32_t>(state);
+    EXPECT_FALSE(isSet && *flags[index]) << "set twice";
+    *flags[index] = isSet;
     CAttributeMap none;
-    note((isSet ? "+" : "-") + std::string(state == CInputState::Hover ? "hover" : "pushed"), none);
+    note((isSet ? "+" : "-") + std::string(kNames[index]), none);
     return nullptr;
 }
 

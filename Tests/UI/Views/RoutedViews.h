@@ -40,6 +40,7 @@ public:
 
     bool isHovered() const { return isHovered_; }
     bool isPushed() const { return isPushed_; }
+    bool isFocused() const { return isFocused_; }
     /// A press without its end so far.
     bool isPressed() const { return isPressed_; }
     /// Entered and not left so far.
@@ -70,6 +71,7 @@ private:
     bool isHidden_ = false;
     bool isHovered_ = false;
     bool isPushed_ = false;
+    bool isFocused_ = false;
     bool isPressed_ = false;
     bool isEntered_ = false;
 };

@@ -145,7 +145,11 @@ TEST_F(CWindowTest, AnUntakenWheelGoesToTheHost) {
 }
 
 TEST_F(CWindowTest, KeysReachAViewWithFocusAloneAndStopThereIfTaken) {
-    open({view("a", {{"placement", "left"}, {"width", "50"}, {"height", "full"}, {"is-focusable", "true"}})});
+    open({view("a", {{"placement", "left"},
+                     {"width", "50"},
+                     {"height", "full"},
+                     {"is-focusable", "true"},
+                     {"grabs-keys", "true"}})});
     EXPECT_FALSE(system.input().tap('A', u"a"));
     EXPECT_EQ(system.desktop().keyGrabber(), 0u);
     listen("main-window.window-renderer", "focus");

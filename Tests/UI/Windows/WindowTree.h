@@ -29,6 +29,7 @@ public:
     static std::map<std::string, CAction> actions;
 
     bool isInputView() const override { return getAttrBoolOr("is-input", true); }
+    bool grabsKeys() const override { return getAttrBool("grabs-keys"); }
     CAttributeMap params;  ///< of the last event
     int32_t drawCount = 0;
     static int32_t drawnViews;  ///< of all of them

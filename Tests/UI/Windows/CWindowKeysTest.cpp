@@ -1,0 +1,131 @@
+// Keys of a window: when it has them, and where they go otherwise.
+
+#include "Tests/UI/Windows/WindowTree.h"
+
+namespace tarv {
+namespace {
+
+/// A field that is edited, two buttons and an open plain.
+struct CWindowKeysTest : CWindowTree {
+    CWindowKeysTest() {
+        templates = {popup("ui:keys", 80, 50, {}, {view("row", {{"is-focusable", "true"}, {"width", "20"}})})};
+        open({view("field", {{"width", "50"}, {"height", "200"}, {"is-focusable", "true"}, {"grabs-keys", "true"}}),
+              view("a", {{"width", "50"}, {"height", "200"}, {"is-focusable", "true"}}),
+              view("b", {{"width", "50"}, {"height", "200"}, {"is-focusable", "true"}})},
+             {{"inline-alignment-h", "left"}});
+        heard();
+    }
+    void takeFocus() const {
+        EXPECT_EQ(consumed(tree->setAttribute("IsFocusTaken", CAttributeValue::fromBool(true))), "");
+    }
+    bool isGrabbing() { return system.desktop().keyGrabber() == window().handle(); }
+};
+
+TEST_F(CWindowKeysTest, AnEmbeddedWindowGrabsKeysOnlyForAFieldThatIsEdited) {
+    click(60, 20);
+    EXPECT_EQ(window().keyFocusView(), &at("a"));
+    EXPECT_FALSE(isGrabbing());
+    EXPECT_FALSE(system.input().tap(kKeySpace, u" "));
+    click(20, 20);
+    EXPECT_TRUE(isGrabbing());
+    EXPECT_FALSE(system.input().tap(kKeySpace, u" "));  // the field does not take it
+    EXPECT_EQ(system.input().hostKeys().size(), 4u);
+    click(60, 20);
+    EXPECT_FALSE(isGrabbing());
+    click(20, 20);
+    EXPECT_TRUE(isGrabbing());
+    click(250, 20);
+    EXPECT_FALSE(isGrabbing());
+}
+
+TEST_F(CWindowKeysTest, AnotherWindowThatGrabsTheKeysEndsTheFocus) {
+    click(20, 20);
+    CPlatformError error = 0;
+    struct CNone : CWindowHandler {
+        void onPaint(const CIntRect&) override {}
+        void onPointer(const CPointerEvent&) override {}
+        bool onWheel(const CWheelEvent&) override { return false; }
+        bool onKey(const CKeyEvent&) override { return true; }
+        void onActivation(bool, CWindowHandle) override {}
+        void onCloseRequest() override {}
+        void onGone() override {}
+    } handler;
+    const std::unique_ptr<CPlatformWindow> other = system.createWindow({true, host, {0, 0, 9, 9}}, handler, error);
+    heard();
+    other->grabKeys(true);
+    EXPECT_EQ(heard(), "field.focus-lost");
+    EXPECT_EQ(window().keyFocusView(), nullptr);
+    EXPECT_EQ(system.desktop().keyGrabber(), other->handle());
+}
+
+TEST_F(CWindowKeysTest, WorkElsewhereEndsTheFocus) {
+    click(20, 20);
+    heard();
+    const CWindowHandle dialog = system.desktop().openHost({900, 500, 950, 550});
+    system.desktop().activate(dialog);
+    EXPECT_EQ(heard(), "field.focus-lost");
+    EXPECT_FALSE(isGrabbing());
+    system.desktop().activate(host);
+    click(20, 20);
+    EXPECT_TRUE(isGrabbing());
+    system.desktop().activate(system.desktop().openHost({900, 500, 950, 550}, false));
+    EXPECT_EQ(window().keyFocusView(), nullptr);
+}
+
+TEST_F(CWindowKeysTest, APopupOfTheEditorIsNoWorkElsewhere) {
+    click(20, 20);
+    heard();
+    openPopup("a", "ui:keys");
+    EXPECT_EQ(window().keyFocusView(), &at("field"));
+    EXPECT_TRUE(isGrabbing());
+}
+
+TEST_F(CWindowKeysTest, WithTheFocusOfTheSystemAllFocusableViewsAreWorkedByKeys) {
+    takeFocus();
+    click(250, 20);
+    heard();
+    EXPECT_FALSE(isGrabbing());
+    EXPECT_TRUE(system.input().tap(kKeyTab));
+    EXPECT_EQ(window().keyFocusView(), &at("field"));
+    EXPECT_TRUE(isGrabbing());
+    EXPECT_TRUE(system.input().tap(kKeyTab));
+    EXPECT_EQ(window().keyFocusView(), &at("a"));
+    EXPECT_FALSE(isGrabbing());
+    heard();
+    EXPECT_TRUE(system.input().tap(kKeySpace, u" "));
+    EXPECT_EQ(heard(), "a.key-press a.mouse-press a.mouse-release a.key-release");
+    EXPECT_FALSE(system.input().tap('S', u"s"));
+    EXPECT_EQ(system.input().hostKeys().size(), 2u);
+    EXPECT_TRUE(system.input().tap(kKeyEscape));
+    EXPECT_EQ(system.desktop().focus(), host);
+    EXPECT_FALSE(system.input().tap(kKeyTab));
+}
+
+TEST_F(CWindowKeysTest, TheFocusGoesBackToTheHostWhenAnEditIsOver) {
+    takeFocus();
+    click(20, 20);
+    EXPECT_EQ(system.desktop().focus(), window().handle());
+    window().setKeyFocusView(&at("a"));
+    EXPECT_EQ(system.desktop().focus(), host);
+    EXPECT_FALSE(system.input().tap(kKeySpace, u" "));
+}
+
+TEST_F(CWindowKeysTest, EscapeClosesAPopupThatDoesNotTakeIt) {
+    openPopup("a", "ui:keys");
+    EXPECT_TRUE(system.input().tap(kKeyTab));
+    EXPECT_EQ(popupWindow("keys")->keyFocusView(), find("keys.row"));
+    CFilledView::actions["row.key-press"] = [](CFilledView&, CAttributeMap& params) {
+        CViewBaseCtlEvents::setHandled(params);
+    };
+    EXPECT_TRUE(system.input().tap(kKeyEscape));
+    EXPECT_TRUE(popupWindow("keys")->isOpen());
+    CFilledView::actions.clear();
+    EXPECT_TRUE(system.input().tap(kKeyEscape));  // ends the walk
+    EXPECT_TRUE(popupWindow("keys")->isOpen());
+    EXPECT_TRUE(system.input().tap(kKeyEscape));
+    system.advance(0.1);
+    EXPECT_FALSE(popupWindow("keys"));
+}
+
+}  // namespace
+}  // namespace tarv
