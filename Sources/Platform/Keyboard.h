@@ -25,7 +25,8 @@ enum CKeyCode : int32_t {
     kKeyRight = 39,
     kKeyDown = 40,
     kKeyInsert = 45,
-    kKeyDelete = 46
+    kKeyDelete = 46,
+    kKeyF2 = 113
 };
 
 /// A key that went down or up, with the characters that it types by the keyboard's layout, dead keys included.

@@ -61,6 +61,8 @@
 #include "Core/CTimer.h"
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Resources/CFontObject.h"
+#include "UI/Text/CEditBox.h"
+#include "UI/Text/CTextView.h"
 #include "UI/Text/CTextViewAutoScroll.h"
 #include "UI/Views/CView.h"
 #include "UI/Windows/CUIEventBridge.h"
@@ -135,6 +137,7 @@ const CCreatorRow kCreatorRows[] = {
     {"font", &createObject<CFontObject>, nullptr},
     {"imageset", &createObject<CImageSetObject>, nullptr},
     {"palette", &createObject<CPaletteObject>, nullptr},
+    {"ui:editbox", &createObject<CEditBox>, &CEditBox::initClass},
     {"ui:textview", &createObject<CTextView>, &CTextView::initClass},
     {"ui:textview-auto-scroll", &createObject<CTextViewAutoScroll>, &CTextViewAutoScroll::initClass},
     {"ui:ui-event-bridge", &createObject<CUIEventBridge>, nullptr},

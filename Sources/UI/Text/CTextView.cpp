@@ -5,6 +5,7 @@
 
 #include "Core/CApplication.h"
 #include "Core/CObjectWatch.h"
+#include "UI/Text/CEditBox.h"
 
 namespace tarv {
 
@@ -19,6 +20,9 @@ int32_t pixelAt(double position) {
 }  // namespace
 
 CTextView::~CTextView() {
+    if (editBox_) {
+        editBox_->ownerGoes();
+    }
     endInput();
 }
 
@@ -37,6 +41,7 @@ CError* CTextView::initClass(CClassDescriptor& descriptor) {
     descriptor.addHandler<&CTextView::listChanged>("is-drop-down-behavior-disabled");
     descriptor.addHandler<&CTextView::selectedChanged>("selected-paragraph");
     descriptor.addHandler<&CTextView::paragraphsChanged>("update-paragraphs");
+    descriptor.addHandler<&CTextView::editOnEvent>("edit-text");
     return CView::initClass(descriptor);
 }
 

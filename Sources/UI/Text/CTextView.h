@@ -1,9 +1,12 @@
 #pragma once
 
+#include "UI/Text/CTextEditRules.h"
 #include "UI/Text/CTextWrapper.h"
 #include "UI/Views/CView.h"
 
 namespace tarv {
+
+class CEditBox;
 
 /// A view of text (`ui:textview`): labels, hints, and lists, whose paragraphs are rows. Thread: that of the window.
 ///
@@ -24,6 +27,14 @@ namespace tarv {
 ///   selected-paragraph-changed   the user selected another row; -1 for none
 ///   paragraph-dbl-clicked        second press of a double click on a row
 ///   paragraph-chosen             Enter, a double click; in a drop-down list a release on a row
+///
+/// A view whose `is-read-only` is false is edited in an edit box (CEditBox): a press on a text, or the event
+/// `edit-text`, opens it; in a list F2 does for the selected row, and `edit-text` for that of its `index`.
+/// `accept-chars`, `max-paragraph-length`, `is-accept-enter` and `is-accept-tab` are the rules of the edit;
+/// `tab-group`, `editbox-placement`, `editbox-inner-border` and `is-editbox-full` (over the whole list instead of the
+/// row) concern its box. Events, with `index` (0 for a whole text) and `text`:
+///   editbox-text-changed     each change in the box
+///   paragraph-text-changed   the edit was committed
 class CTextView : public CView {
 public:
     ~CTextView() override;
@@ -69,7 +80,31 @@ public:
     /// for an index outside. When a list is first drawn, the selected row is seen.
     void scrollToParagraph(int32_t index);
 
-    bool isInputView() const override { return isList_ || CView::isInputView(); }
+    /// Opens the edit box over this view, or over a row of a list. Nothing happens if that can't be edited. May destroy
+    /// this view.
+    [[nodiscard]] CError* openEdit(int32_t paragraph = -1);
+    /// Null while this view is not edited.
+    CEditBox* editBox() const { return editBox_; }
+    void setEditBox(CEditBox* box) { editBox_ = box; }
+    /// A whole text with -1, otherwise a row. Here: a list has its rows edited, any other view its text, unless it is
+    /// `is-read-only`.
+    virtual bool isEditable(int32_t paragraph) const;
+    /// What the edit begins with; here, the characters without looks.
+    virtual CString editText(int32_t paragraph) const;
+    virtual CTextEditRules editRules() const;
+    /// The user commits another text than the edit began with. A class that can't read it sets `isAccepted` to false:
+    /// it keeps its value, and the edit shows an error. Here, a whole text becomes the `title`, and
+    /// `paragraph-text-changed` is sent. May destroy this view.
+    [[nodiscard]] virtual CError* acceptText(int32_t paragraph, const CString& text, bool& isAccepted);
+    /// Each change in the box. Here, sends `editbox-text-changed`. May destroy this view.
+    [[nodiscard]] virtual CError* editTextChanged(const CString& text);
+    virtual void editEnded() {}
+    /// The attribute with the placement of the edit box; a class of readouts has `editbox-readout-placement`.
+    virtual const char* editPlacementAttribute() const { return "editbox-placement"; }
+    /// -1 left, 0 centred, 1 right.
+    int32_t textAlignment() const { return settings_.alignment; }
+
+    bool isInputView() const override { return isList_ || isEditable(-1) || CView::isInputView(); }
     [[nodiscard]] CError* mouseMove(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseEnter(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseExit(CAttributeMap& params) override;
@@ -122,6 +157,8 @@ private:
     [[nodiscard]] CError* selectedChanged();
     [[nodiscard]] CError* paragraphsChanged();
     [[nodiscard]] CError* innerChanged();
+    [[nodiscard]] CError* editOnEvent(CAttributeMap& params);
+    [[nodiscard]] CError* sendEditEvent(const char* name, int32_t paragraph, const CString& text);
     void readSettings();
     void readFont();
     void readList();
@@ -167,6 +204,7 @@ private:
 
     bool isList_ = false;
     bool isDropDown_ = false;
+    CEditBox* editBox_ = nullptr;
     int32_t selected_ = -1;
     int32_t hovered_ = -1;
 };

@@ -146,7 +146,10 @@ CError* CTextView::mousePress(CAttributeMap& params) {
             error = paragraphChosen(row);
         }
     }
-    return error || !watch.isAlive() ? error : CView::mousePress(params);
+    if (!error && watch.isAlive()) {
+        error = CView::mousePress(params);
+    }
+    return error || !watch.isAlive() || isList_ ? error : openEdit();
 }
 
 CError* CTextView::mousePressR(CAttributeMap& params) {
@@ -237,6 +240,10 @@ CError* CTextView::keyPress(CAttributeMap& params) {
     }
     const auto found = params.find("keycode");
     const int32_t key = found == params.end() ? 0 : found->second.asInt();
+    if (key == kKeyF2 && isEditable(selected_)) {
+        setHandled(params);
+        return openEdit(selected_);
+    }
     if (key == kKeyEnter && selected_ >= 0) {
         setHandled(params);
         return paragraphChosen(selected_);

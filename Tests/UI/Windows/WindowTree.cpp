@@ -11,15 +11,18 @@ std::vector<std::string> CEventLog::heard;
 
 namespace {
 
-std::vector<CCreatorRow> creators() {
-    return {{"core:global-settings", &createObject<CGlobalSettings>, &CGlobalSettings::initClass},
-            {"core:object", &createObject<CObject>, nullptr},
-            {"core:timer", &createObject<CTimer>, &CTimer::initClass},
-            {"test:log", &createObject<CEventLog>, &CEventLog::initClass},
-            {"test:view", &createObject<CFilledView>, &CFilledView::initClass},
-            {"ui:ui-event-bridge", &createObject<CUIEventBridge>, nullptr},
-            {"ui:window-renderer", &createObject<CWindow>, &CWindow::initClass},
-            {"ui:window-shared-data", &createObject<CWindowSharedData>, &CWindowSharedData::initClass}};
+std::vector<CCreatorRow> creators(const std::vector<CCreatorRow>& more) {
+    std::vector<CCreatorRow> rows = {
+        {"core:global-settings", &createObject<CGlobalSettings>, &CGlobalSettings::initClass},
+        {"core:object", &createObject<CObject>, nullptr},
+        {"core:timer", &createObject<CTimer>, &CTimer::initClass},
+        {"test:log", &createObject<CEventLog>, &CEventLog::initClass},
+        {"test:view", &createObject<CFilledView>, &CFilledView::initClass},
+        {"ui:ui-event-bridge", &createObject<CUIEventBridge>, nullptr},
+        {"ui:window-renderer", &createObject<CWindow>, &CWindow::initClass},
+        {"ui:window-shared-data", &createObject<CWindowSharedData>, &CWindowSharedData::initClass}};
+    rows.insert(rows.end(), more.begin(), more.end());
+    return rows;
 }
 
 }  // namespace
@@ -92,7 +95,11 @@ CTestNode CWindowTree::popup(const std::string& name, int32_t width, int32_t hei
 
 std::string CWindowTree::tryBuild(std::vector<CTestNode> views, CTexts rootAttributes, CTexts windowAttributes) {
     close();
-    application = std::make_unique<CTestApplication>(creators(), templates);
+    application = std::make_unique<CTestApplication>(creators(classes), templates);
+    if (hasGraphics) {
+        EXPECT_EQ(consumed(CApplication::openEditor()), "");
+        isEditorOpen_ = true;
+    }
     CObject* root = nullptr;
     EXPECT_EQ(consumed(CApplication::initRootObject(root)), "");
     tree.reset(root);
@@ -122,6 +129,10 @@ void CWindowTree::open(std::vector<CTestNode> views, CTexts rootAttributes, CTex
 
 void CWindowTree::close() {
     tree.reset();
+    if (isEditorOpen_) {
+        CApplication::closeEditor();
+        isEditorOpen_ = false;
+    }
     application.reset();
 }
 

@@ -82,9 +82,15 @@ struct CWindowTree : testing::Test {
 
     CWindowSystemByHand system;
     std::vector<CTestNode> templates;
+    /// Classes and graphics of the test's own; the latter are loaded where `hasGraphics` is true.
+    std::vector<CCreatorRow> classes;
+    bool hasGraphics = false;
     std::unique_ptr<CTestApplication> application;
     CWindowHandle host = 0;
     std::unique_ptr<CObject> tree;
+
+private:
+    bool isEditorOpen_ = false;
 };
 
 }  // namespace tarv
