@@ -46,7 +46,7 @@ struct CWindowRequest {
     CIntRect bounds;              ///< of a child in its parent, of a popup on the screen
     const char16_t* title = u"";  ///< UTF-16, ends with 0
     bool isTaskbar = false;       ///< has a button in the taskbar
-    bool isActivated = true;      ///< a popup takes the activation when it is shown
+    bool isActivated = true;      ///< a popup takes the activation when it is shown or pressed
 };
 
 /// A window of the system. Destroyed by its destructor, which calls no handler. One thread.

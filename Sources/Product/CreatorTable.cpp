@@ -64,6 +64,7 @@
 #include "UI/Text/CEditBox.h"
 #include "UI/Text/CTextView.h"
 #include "UI/Text/CTextViewAutoScroll.h"
+#include "UI/Text/CVirtualKeyboard.h"
 #include "UI/Views/CView.h"
 #include "UI/Windows/CUIEventBridge.h"
 #include "UI/Windows/CWindow.h"
@@ -145,6 +146,7 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:view-color-slot", &createObject<CViewColorSlot>, &CViewColorSlot::initClass},
     {"ui:view-command", &createObject<CViewCommand>, nullptr},
     {"ui:view-state", &createObject<CViewState>, nullptr},
+    {"ui:virtual-keyboard", &createObject<CVirtualKeyboard>, &CVirtualKeyboard::initClass},
     {"ui:window-renderer", &createObject<CWindow>, &CWindow::initClass},
     {"ui:window-shared-data", &createObject<CWindowSharedData>, &CWindowSharedData::initClass},
 };

@@ -85,7 +85,8 @@ bool CInputByHand::isDouble(CPointerButton button, CWindowHandle window) {
 
 void CInputByHand::press(CPointerButton button) {
     setHeld(button, true);
-    if (desktop_.capture() == 0) {
+    const CWindowByHand* pressed = desktop_.find(target());
+    if (desktop_.capture() == 0 && !(pressed && pressed->staysInactive())) {
         desktop_.activate(target());
     }
     // What lost the activation may have closed.

@@ -48,6 +48,8 @@ public:
     bool isHost() const { return isHost_; }
     bool isOfThisProcess() const { return isOfThisProcess_; }
     bool isShown() const { return isShown_; }
+    /// A popup that takes no activation, by showing or by a press.
+    bool staysInactive() const { return !isHost_ && !isChild_ && !isActivated_; }
     bool isTaskbar() const { return isTaskbar_; }
     const CIntRect& bounds() const { return bounds_; }
     const std::u16string& title() const { return title_; }

@@ -1,6 +1,7 @@
 // The life of an edit box: from its beginning over a text view to its end.
 
 #include "UI/Text/CEditBox.h"
+#include "UI/Text/CVirtualKeyboard.h"
 
 #include "Core/CApplication.h"
 #include "Core/CObjectWatch.h"
@@ -16,6 +17,8 @@ constexpr const char* kTimer = "editbox-timer";
 constexpr const char* kError = "error";
 constexpr double kErrorSeconds = 0.5;
 constexpr double kBlinkSeconds = 0.5;
+/// Behind the second tick the box stands at its place.
+constexpr int32_t kKeyboardTicks = 2;
 
 CString length(double pixels) {
     return CString::fromDouble(pixels / CApplication::uiScale(), 4);
@@ -57,6 +60,10 @@ private:
 }  // namespace
 
 CEditBox::~CEditBox() {
+    if (keyboard_) {
+        keyboard_->leaveBox();
+        keyboard_ = nullptr;
+    }
     if (CTextView* owner = owner_) {
         owner_ = nullptr;
         owner->setEditBox(nullptr);
@@ -66,6 +73,7 @@ CEditBox::~CEditBox() {
 
 CError* CEditBox::initClass(CClassDescriptor& descriptor) {
     descriptor.addHandler<&CEditBox::blink>("blink");
+    descriptor.addHandler<&CEditBox::virtualKeyPressed>("virtual-keyboard-press");
     return CView::initClass(descriptor);
 }
 
@@ -141,6 +149,7 @@ CError* CEditBox::begin(CTextView& owner, int32_t paragraph) {
     }
     layOut();
     startTimer();
+    keyboardTicks_ = wantsKeyboard() ? kKeyboardTicks : 0;
     window()->setKeyFocusView(this);
     // A window that gives no focus (it waits for a popup) takes no edit.
     if (watch.isAlive() && isEditing() && serial == serial_ && window() && window()->keyFocusView() != this) {
@@ -317,6 +326,7 @@ void CEditBox::close(bool isFocusReturned) {
     const uint32_t serial = ++serial_;
     isCaretShown_ = false;
     isOffering_ = false;
+    closeKeyboard();
     if (isFocusReturned && window() && window()->keyFocusView() == this) {
         window()->setKeyFocusView(formerFocus_.isEmpty() ? nullptr : rootView()->findObjectOf<CViewBase>(formerFocus_));
     }
@@ -338,6 +348,9 @@ bool CEditBox::animate(double now) {
         drop();
     } else if (isEditing() && isOverRow()) {
         TARV_CONSUME(placeOverRow());
+    }
+    if (isEditing() && keyboardTicks_ > 0 && --keyboardTicks_ == 0) {
+        TARV_CONSUME(openKeyboard());
     }
     return true;
 }

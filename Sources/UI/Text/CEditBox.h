@@ -5,6 +5,8 @@
 
 namespace tarv {
 
+class CVirtualKeyboard;
+
 /// The edit box of a window (`ui:editbox`): a child of the root view, made from the template `ui:editbox-popup` and
 /// named `temp-editbox`, which lies over the text view that is edited and takes the keys. One edit at a time: all of
 /// the text is selected; Enter and Tab commit it, Tab goes on to the next view of the owner's `tab-group` (Shift: to
@@ -17,6 +19,11 @@ namespace tarv {
 /// `paragraph-select-text-color`; and what its owner gives it:
 /// `temp-editbox-owner` (full name), `placement` and `placement-match`, or the place of a row; `inner-border`. Its
 /// child `editbox-timer` makes the cursor blink.
+///
+/// With `show-virtual-keyboard` of the global settings a keyboard on the screen opens beside the box, and closes with
+/// the edit: `ui:virtual-keyboard-alphadigit`, or `ui:virtual-keyboard-digit` where the owner's
+/// `is-virtual-keyboard-alphabet` is false (by default: for a field of numbers). It gets the owner's
+/// `virtual-keyboard-minus-char` ("-"). Its keys arrive as `virtual-keyboard-press` with `key`, see CVirtualKeyboard.
 class CEditBox : public CView {
 public:
     static constexpr const char* kName = "temp-editbox";
@@ -47,10 +54,16 @@ public:
     /// As Enter does; a refused text stays in the box.
     [[nodiscard]] CError* commit();
     void drop();
+    /// A key of the keyboard on the screen.
+    [[nodiscard]] CError* pressVirtualKey(const CString& key);
     /// As the loss of the focus does.
     [[nodiscard]] CError* leave();
     /// The owner is being destroyed: nothing is committed.
     void ownerGoes();
+
+    /// Null while there is no keyboard on the screen.
+    CVirtualKeyboard* keyboard() const { return keyboard_; }
+    void setKeyboard(CVirtualKeyboard* keyboard);
 
     bool isInputView() const override { return true; }
     bool grabsKeys() const override { return true; }
@@ -88,6 +101,11 @@ private:
     bool isOverRow() const;
     CTextView* neighbour(bool isBackwards) const;
 
+    bool wantsKeyboard() const;
+    [[nodiscard]] CError* openKeyboard();
+    void closeKeyboard();
+    [[nodiscard]] CError* virtualKeyPressed(CAttributeMap& params);
+
     void layOut();
     void showCursor();
     bool moveByLine(int32_t code, bool isShift, bool isCtrl);
@@ -111,6 +129,8 @@ private:
     CTextFonts fonts_;
     CTextLayout layout_;
     int32_t alignment_ = -1;
+    CVirtualKeyboard* keyboard_ = nullptr;
+    int32_t keyboardTicks_ = 0;  ///< until the keyboard opens; 0: it does not
     CViewRect row_;
     CViewRect inner_;
     int32_t scrollX_ = 0;

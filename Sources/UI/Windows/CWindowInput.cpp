@@ -40,7 +40,7 @@ void CWindow::onPointer(const CPointerEvent& event) {
         return;
     }
     // The embedded window takes the keyboard from its host only where that is wanted.
-    if (event.kind == CPointerKind::Press && isOpen() &&
+    if (event.kind == CPointerKind::Press && isOpen() && !flag("is-helper-window") &&
         (isPopupWindow() || !flag("is-plugin-vst") || root()->getAttrBool("IsFocusTaken"))) {
         window_->takeFocus();
         hasFocus_ = true;

@@ -1,6 +1,7 @@
 #include "UI/Windows/CWindowPlace.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tarv {
 
@@ -54,6 +55,23 @@ CIntRect placeWindowAt(int32_t x, int32_t y, const CWindowSurroundings& around, 
     return {x, y, x + width, y + height};
 }
 
+/// A window that would lie over its opener stands above it instead, or beside it, where the monitor has room.
+static CIntRect besideOpener(const CIntRect& placed, const CIntRect& opener, const CWindowSurroundings& around) {
+    const int32_t width = placed.width();
+    const int32_t height = placed.height();
+    const std::pair<int32_t, int32_t> kPlaces[] = {{placed.left, placed.top},
+                                                   {placed.left, opener.top - height},
+                                                   {opener.right, placed.top},
+                                                   {opener.left - width, placed.top}};
+    for (const auto& [x, y] : kPlaces) {
+        const CIntRect wanted = placeWindowAt(x, y, around, width, height);
+        if (wanted.intersection(opener).isEmpty()) {
+            return wanted;
+        }
+    }
+    return placed;
+}
+
 CIntRect placeWindow(CWindowAlignment alignment, const CWindowSurroundings& around, int32_t width, int32_t height) {
     const CIntRect& window = firstOf(around.openerWindow, around.monitor);
     const CIntRect& opener = firstOf(around.opener, window);
@@ -91,7 +109,8 @@ CIntRect placeWindow(CWindowAlignment alignment, const CWindowSurroundings& arou
             y = around.pointerY;
             break;
     }
-    return placeWindowAt(x + around.shiftX, y + around.shiftY, around, width, height);
+    const CIntRect placed = placeWindowAt(x + around.shiftX, y + around.shiftY, around, width, height);
+    return alignment == CWindowAlignment::BottomLocalCenter ? besideOpener(placed, opener, around) : placed;
 }
 
 }  // namespace tarv

@@ -9,7 +9,7 @@ namespace tarv {
 enum class CWindowAlignment : uint8_t {
     Bottom,             ///< below the opener, along its left edge
     BottomCenter,       ///< below the opener, centred
-    BottomLocalCenter,  ///< below the opener, centred in the opener's window
+    BottomLocalCenter,  ///< below the opener, centred in the opener's window; never over the opener
     Center,             ///< centred over the opener's window; without one, on the monitor
     CenterOverlay,      ///< centred over the main window
     Left,               ///< to the left of the opener, along its top edge

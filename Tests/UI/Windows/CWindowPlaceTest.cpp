@@ -50,6 +50,18 @@ TEST(CWindowPlace, EachAlignmentHasItsPlace) {
     EXPECT_EQ(alignment, CWindowAlignment::Left);
 }
 
+TEST(CWindowPlace, AKeyboardNeverLiesOverItsOpenerWhereTheMonitorHasRoom) {
+    CWindowSurroundings low = around();
+    low.opener = {300, 960, 360, 980};  // no room below
+    EXPECT_EQ(placeWindow(CWindowAlignment::BottomLocalCenter, low, 400, 200), (CIntRect{300, 760, 700, 960}));
+    low.opener = {300, 100, 360, 900};  // nor above
+    EXPECT_EQ(placeWindow(CWindowAlignment::BottomLocalCenter, low, 400, 200), (CIntRect{360, 800, 760, 1000}));
+    low.opener = {300, 100, 1500, 900};  // nor to the right
+    EXPECT_EQ(placeWindow(CWindowAlignment::BottomLocalCenter, low, 250, 200), (CIntRect{50, 800, 300, 1000}));
+    low.opener = {0, 0, 1600, 1000};
+    EXPECT_EQ(placeWindow(CWindowAlignment::BottomLocalCenter, low, 400, 200), (CIntRect{300, 800, 700, 1000}));
+}
+
 TEST(CWindowPlace, APopupAtTheBottomMovesUpWithinTheMonitor) {
     CWindowSurroundings low = around();
     low.opener = {300, 960, 360, 980};
