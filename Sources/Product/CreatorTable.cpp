@@ -62,6 +62,7 @@
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Resources/CFontObject.h"
 #include "UI/Text/CEditBox.h"
+#include "UI/Text/CPopupList.h"
 #include "UI/Text/CTextView.h"
 #include "UI/Text/CTextViewAutoScroll.h"
 #include "UI/Text/CVirtualKeyboard.h"
@@ -139,6 +140,7 @@ const CCreatorRow kCreatorRows[] = {
     {"imageset", &createObject<CImageSetObject>, nullptr},
     {"palette", &createObject<CPaletteObject>, nullptr},
     {"ui:editbox", &createObject<CEditBox>, &CEditBox::initClass},
+    {"ui:popup-list", &createObject<CPopupList>, &CPopupList::initClass},
     {"ui:textview", &createObject<CTextView>, &CTextView::initClass},
     {"ui:textview-auto-scroll", &createObject<CTextViewAutoScroll>, &CTextViewAutoScroll::initClass},
     {"ui:ui-event-bridge", &createObject<CUIEventBridge>, nullptr},

@@ -137,6 +137,8 @@ protected:
     [[nodiscard]] virtual CError* paragraphChosen(int32_t index);
     /// Sends an event of a row, if a command or a listener waits for it. May destroy this view.
     [[nodiscard]] CError* sendParagraphEvent(const char* name, int32_t index);
+    /// The user selects a row: with the event if it is another one. May destroy this view.
+    [[nodiscard]] CError* selectByUser(int32_t index);
     /// Reads the text anew and lays it out.
     void updateText();
     /// What is visible of the view without its scroll bars, and the same within the inner borders: device pixels, the
@@ -185,8 +187,6 @@ private:
     int32_t rowOf(const CAttributeMap& params) const;
     [[nodiscard]] CError* follow(const CAttributeMap& params);
     [[nodiscard]] CError* pressRow(int32_t index, bool isSelecting);
-    /// The user selects a row: with the event if it is another one. May destroy this view.
-    [[nodiscard]] CError* selectByUser(int32_t index);
     int32_t rowOfKey(int32_t key) const;
 
     CAttributeValue shownTitle_;

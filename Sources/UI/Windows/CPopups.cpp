@@ -125,6 +125,7 @@ CError* CPopups::make(CViewBaseCtlEvents& opener, const CString& templateName, c
 CError* CPopups::openMade(CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made, CWindow& window) {
     const CPopupPlace place = placeOf(opener, params);
     TARV_TRY(setWidth(opener, params, made));
+    TARV_TRY(limitHeight(place.around.monitor, window));
     TARV_TRY(window.open(&place));
     return nullptr;
 }
@@ -137,6 +138,21 @@ CError* CPopups::setWidth(const CViewBaseCtlEvents& opener, const CAttributeMap&
     if (width > 0.0) {
         width += number(params, "width-modif");
         TARV_TRY(made.setAttribute("width", CString::fromDouble(width, 4)));
+    }
+    return nullptr;
+}
+
+/// A list that is taller than the monitor gets the height that there is.
+CError* CPopups::limitHeight(const CIntRect& monitor, CWindow& window) {
+    CViewBaseCtlEvents& view = window.view();
+    if (!window.isPopupWindow()) {
+        return nullptr;
+    }
+    TARV_TRY(view.advanceViews());
+    if (view.wholeRect().height > monitor.height()) {
+        const CString height = CString::fromDouble(monitor.height() / CApplication::uiScale(), 4);
+        TARV_TRY(view.setAttribute("popup-height-limit", height));
+        TARV_TRY(view.setAttribute("height", height));
     }
     return nullptr;
 }

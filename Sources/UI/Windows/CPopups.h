@@ -33,7 +33,8 @@ public:
     ///   is-manual-coords: at actual-x, actual-y of the opener's window; otherwise by the window's `window-alignment`
     ///   window-x, window-y: a place on the screen
     ///   shift-x, shift-y: lengths at scale 1, added to the place; constrain-y: the lowest y on the screen
-    /// A popup with `is-popup-window` or `is-modal` blocks the window of its opener.
+    /// A popup with `is-popup-window` that is taller than the monitor gets its height, and before that the attribute
+    /// `popup-height-limit`. One with `is-popup-window` or `is-modal` blocks the window of its opener.
     [[nodiscard]] CError* open(CViewBaseCtlEvents& opener, const CString& templateName, CAttributeMap& params);
     /// Destroys those that close and whose handlers have returned; their openers get `popup-closed`.
     void release();
@@ -64,6 +65,7 @@ private:
     [[nodiscard]] CError* openMade(CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made,
                                    CWindow& window);
     [[nodiscard]] CError* setWidth(const CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made) const;
+    [[nodiscard]] CError* limitHeight(const CIntRect& monitor, CWindow& window);
     CPopupPlace placeOf(const CViewBaseCtlEvents& opener, const CAttributeMap& params) const;
     [[nodiscard]] CError* findTarget(const CPopup& popup, CObject*& target) const;
     const CPopup* find(const CWindow& window) const;

@@ -124,7 +124,7 @@ void CWindow::wantKeys(bool isWanted) {
     const CViewBaseCtlEvents* focus = router_.keyFocus();
     const bool wasGrabbing = isGrabbing_;
     const bool hadKeyView = hasKeyView_;
-    isGrabbing_ = focus && focus->grabsKeys();
+    isGrabbing_ = focus && focus->grabsKeys() && isOpen();
     hasKeyView_ = isWanted;
     if (isWanted || shared_->keyWindow() == this) {
         shared_->setKeyWindow(isWanted ? this : nullptr);

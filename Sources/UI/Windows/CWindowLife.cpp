@@ -28,6 +28,8 @@ CError* CWindow::open(const CPopupPlace* place) {
     isDeactivated_ = false;
     wasActive_ = false;
     shared_->add(*this);
+    // A view may have taken the focus before there was a window.
+    wantKeys(router_.keyFocus() != nullptr);
     // Its first picture is ready before it is seen, and does not wait for the system to ask for it.
     const CBusy busy(*this);
     tick();
