@@ -65,6 +65,9 @@ public:
     CVirtualKeyboard* keyboard() const { return keyboard_; }
     void setKeyboard(CVirtualKeyboard* keyboard);
 
+    CViewRole role() const override { return CViewRole::Edit; }
+    CString readableName() const override { return owner_ ? owner_->readableName() : CString(); }
+    CString readableValue() const override { return edit_.text(); }
     bool isInputView() const override { return true; }
     bool grabsKeys() const override { return true; }
     [[nodiscard]] CError* keyPress(CAttributeMap& params) override;

@@ -104,6 +104,12 @@ public:
     /// -1 left, 0 centred, 1 right.
     int32_t textAlignment() const { return settings_.alignment; }
 
+    /// A list, a field that is edited, or a text.
+    CViewRole role() const override;
+    /// The text of a field is its value and not its name, and so is the selected row of a list.
+    CString readableName() const override;
+    CString readableValue() const override;
+
     bool isInputView() const override { return isList_ || isEditable(-1) || CView::isInputView(); }
     [[nodiscard]] CError* mouseMove(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseEnter(CAttributeMap& params) override;

@@ -11,6 +11,22 @@ bool CTextView::isEditable(int32_t paragraph) const {
     return isList_ == (paragraph >= 0) && paragraph < paragraphCount() && !getAttrBoolOr("is-read-only", true);
 }
 
+CViewRole CTextView::role() const {
+    const CViewRole named = CViewReader::roleNamed(getAttrString("role"));
+    if (named != CViewRole::None) {
+        return named;
+    }
+    return isList_ ? CViewRole::List : isEditable(-1) ? CViewRole::Edit : CViewRole::Text;
+}
+
+CString CTextView::readableName() const {
+    return isList_ || isEditable(-1) ? nameWithoutTitle() : CView::readableName();
+}
+
+CString CTextView::readableValue() const {
+    return isList_ ? paragraphText(selected_) : isEditable(-1) ? editText(-1) : CString();
+}
+
 CError* CTextView::openEdit(int32_t paragraph) {
     return isEditable(paragraph) ? CEditBox::open(*this, paragraph) : nullptr;
 }

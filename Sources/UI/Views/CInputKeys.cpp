@@ -99,6 +99,15 @@ bool CInputRouter::workByKey(const CKeyEvent& event, bool isRepeated) {
     return false;
 }
 
+bool CInputRouter::work(CViewBaseCtlEvents& view) {
+    const CCall call(*this);
+    if (drag_.isActive() || !view.isInputView() || !CInputTarget::takesInput(view)) {
+        return false;
+    }
+    clickByKey(view);
+    return true;
+}
+
 /// A press and a release in the middle of a view.
 void CInputRouter::clickByKey(CViewBaseCtlEvents& view) {
     const CViewRect rect = view.visibleRect();

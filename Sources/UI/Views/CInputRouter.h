@@ -59,6 +59,10 @@ public:
     /// Ends a press by a cancel, and hover: the window goes, or is deactivated.
     void cancel();
 
+    /// As Space does: a press and a release in the middle of a view. False for one that takes no input, and while a
+    /// button is down.
+    bool work(CViewBaseCtlEvents& view);
+
     /// A view that takes no input gets no focus. Null takes it from the view that has it.
     void setKeyFocus(CViewBaseCtlEvents* view);
     CViewBaseCtlEvents* keyFocus() const { return focus_; }

@@ -148,6 +148,35 @@ bool CViewBaseCtlEvents::isDisabled() const {
     return view != nullptr;
 }
 
+CViewRole CViewBaseCtlEvents::role() const {
+    const CViewRole named = CViewReader::roleNamed(getAttrString("role"));
+    return named == CViewRole::None && isFocusable_ ? CViewRole::Button : named;
+}
+
+CString CViewBaseCtlEvents::nameWithoutTitle() const {
+    const CString& own = getAttrString("readable-name");
+    if (!own.isEmpty()) {
+        return CViewReader::withoutMarks(own);
+    }
+    const CViewBaseCtlEvents* view = this;
+    while (view && view->hint().isEmpty()) {
+        view = view->parentInput();
+    }
+    return view ? CViewReader::withoutMarks(view->hint()) : CString();
+}
+
+CString CViewBaseCtlEvents::readableName() const {
+    const CObject* label = findChild("label");
+    for (const CString& text :
+         {getAttrString("readable-name"), getAttrString("title"), label ? label->getAttrString("title") : CString()}) {
+        const CString name = CViewReader::withoutMarks(text);
+        if (!name.isEmpty()) {
+            return name;
+        }
+    }
+    return nameWithoutTitle();
+}
+
 void CViewBaseCtlEvents::endInput() {
     CInputListener* listener = window() ? window()->input() : nullptr;
     if (listener && isRootView()) {

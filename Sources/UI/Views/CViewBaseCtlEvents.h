@@ -2,6 +2,7 @@
 
 #include "Core/CString.h"
 #include "UI/Views/CViewBase.h"
+#include "UI/Views/CViewReading.h"
 
 namespace tarv {
 
@@ -57,6 +58,15 @@ public:
     /// that is edited, a list. Others get the keys that the system sends to a window with focus.
     virtual bool grabsKeys() const { return false; }
 
+    /// What the view is to a reader for the blind: the attribute `role` (CViewReader::roleNamed); without it, a
+    /// focusable view is a button, unless its class says what it is.
+    virtual CViewRole role() const;
+    /// What it is called: the attribute `readable-name`, otherwise its `title`, that of its child `label`, or its hint,
+    /// or that of an ancestor. A class whose title is its value leaves the titles out.
+    virtual CString readableName() const;
+    /// What it holds; here, nothing.
+    virtual CString readableValue() const { return {}; }
+
     /// `is-click-through`; without it, `is-child-click-through` of the nearest ancestor that has it.
     bool isClickThrough() const;
     bool isFocusable() const { return isFocusable_; }
@@ -103,6 +113,11 @@ private:
     [[nodiscard]] CError* readHint();
     bool childrenAreClickThrough() const;
 
+protected:
+    /// `readable-name`, otherwise the nearest hint.
+    CString nameWithoutTitle() const;
+
+private:
     enum class CInherited : uint8_t { None, No, Yes };
     CInherited inherited(const char* attribute) const;
 

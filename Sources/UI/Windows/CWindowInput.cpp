@@ -129,6 +129,9 @@ void CWindow::wantKeys(bool isWanted) {
     if (isWanted || shared_->keyWindow() == this) {
         shared_->setKeyWindow(isWanted ? this : nullptr);
     }
+    if (shared_->focusReader()) {
+        shared_->focusReader()->keyFocusMoved(focus);
+    }
     if (isOpen()) {
         if (isGrabbing_ != wasGrabbing) {
             window_->grabKeys(isGrabbing_);

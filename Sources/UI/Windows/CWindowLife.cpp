@@ -29,7 +29,9 @@ CError* CWindow::open(const CPopupPlace* place) {
     wasActive_ = false;
     shared_->add(*this);
     // A view may have taken the focus before there was a window.
-    wantKeys(router_.keyFocus() != nullptr);
+    if (router_.keyFocus()) {
+        wantKeys(true);
+    }
     // Its first picture is ready before it is seen, and does not wait for the system to ask for it.
     const CBusy busy(*this);
     tick();

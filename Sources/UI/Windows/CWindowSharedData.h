@@ -7,6 +7,7 @@
 
 namespace tarv {
 
+class CFocusReader;
 class CViewBaseCtlEvents;
 class CWindow;
 
@@ -47,6 +48,9 @@ public:
     void callWhenDone(std::function<void()> call) { whenDone_ = std::move(call); }
     /// Shuts all windows, popups first. Their handlers may destroy the tree.
     void shutWindows();
+    /// Follows the key focus; null ends it.
+    void setFocusReader(CFocusReader* reader) { focusReader_ = reader; }
+    CFocusReader* focusReader() const { return focusReader_; }
     bool isShowHints() const { return getAttrBoolOr("is-show-hints", true); }
 
 private:
@@ -57,6 +61,7 @@ private:
     CWindow* keyWindow_ = nullptr;
     int32_t calls_ = 0;
     std::function<void()> whenDone_;
+    CFocusReader* focusReader_ = nullptr;
 };
 
 }  // namespace tarv

@@ -171,5 +171,30 @@ TEST_F(CEditBoxInputTest, RowsOfAListAreEditedInTheirPlace) {
     EXPECT_FALSE(isEditing());
 }
 
+TEST_F(CEditBoxInputTest, AReaderForTheBlindFindsNamesRolesAndValues) {
+    openFields({field("a", {{"title", "-3.0"}, {"readable-name", "Gain of band 1"}, {"is-focusable", "true"}}),
+                field("b", {{"title", "[B]Bank[/B]"}, {"is-read-only", "true"}}),
+                field("c", {{"title", "x\ny"}, {"is-list", "true"}, {"hint", "Banks"}, {"selected-paragraph", "1"}})});
+    CViewReading reading = CViewReader::read(text("a"));
+    EXPECT_EQ(reading.name.toUtf8(), "Gain of band 1");
+    EXPECT_EQ(reading.value.toUtf8(), "-3.0");
+    EXPECT_EQ(reading.role, CViewRole::Edit);
+    reading = CViewReader::read(text("b"));
+    EXPECT_EQ(reading.name.toUtf8(), "Bank");
+    EXPECT_EQ(reading.value.toUtf8(), "");
+    EXPECT_EQ(reading.role, CViewRole::Text);
+    reading = CViewReader::read(text("c"));
+    EXPECT_EQ(reading.name.toUtf8(), "Banks");
+    EXPECT_EQ(reading.value.toUtf8(), "y");
+    EXPECT_EQ(reading.role, CViewRole::List);
+    clickOn("a");
+    type(u"5");
+    reading = CViewReader::read(*box());
+    EXPECT_EQ(reading.name.toUtf8(), "Gain of band 1");
+    EXPECT_EQ(reading.value.toUtf8(), "5");
+    EXPECT_EQ(reading.role, CViewRole::Edit);
+    EXPECT_TRUE(reading.isFocused);
+}
+
 }  // namespace
 }  // namespace tarv

@@ -127,5 +127,22 @@ TEST_F(CWindowKeysTest, EscapeClosesAPopupThatDoesNotTakeIt) {
     EXPECT_FALSE(popupWindow("keys"));
 }
 
+TEST_F(CWindowKeysTest, AReaderFollowsTheFocusOfAllWindows) {
+    struct CReader : CFocusReader {
+        std::string names;
+        void keyFocusMoved(const CViewBaseCtlEvents* view) override {
+            names += (view ? view->name().toUtf8() : "none") + " ";
+        }
+    } reader;
+    window().sharedData().setFocusReader(&reader);
+    click(20, 20);
+    click(60, 20);
+    click(250, 20);
+    openPopup("a", "ui:keys");
+    EXPECT_TRUE(system.input().tap(kKeyTab));
+    window().sharedData().setFocusReader(nullptr);
+    EXPECT_EQ(reader.names, "field a none row ");
+}
+
 }  // namespace
 }  // namespace tarv
