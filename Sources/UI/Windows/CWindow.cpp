@@ -152,6 +152,10 @@ bool CWindow::sendHere(const char* name) {
 }
 
 void CWindow::setKeyFocusView(CViewBase* view) {
+    // While a popup stands in the way, its views have the keys.
+    if (view && isBlocked()) {
+        return;
+    }
     router_.setKeyFocus(dynamic_cast<CViewBaseCtlEvents*>(view));
 }
 

@@ -171,6 +171,46 @@ TEST_F(CEditBoxInputTest, RowsOfAListAreEditedInTheirPlace) {
     EXPECT_FALSE(isEditing());
 }
 
+TEST_F(CEditBoxInputTest, ABoxMayFillTheListInsteadOfTheRow) {
+    openFields(
+        {field("a", {{"title", "one\ntwo"}, {"is-list", "true"}, {"height", "90"}, {"is-editbox-full", "true"}})});
+    EXPECT_EQ(consumed(text("a").openEdit(1)), "");
+    tick();
+    EXPECT_EQ(edited(), "two");
+    EXPECT_EQ(box()->wholeRect().y, text("a").wholeRect().y);
+    EXPECT_EQ(box()->wholeRect().height, 90.0);
+}
+
+TEST_F(CEditBoxInputTest, AReadoutHasAPlacementOfItsOwn) {
+    struct CReadOutLike : CTestField {
+        const char* editPlacementAttribute() const override { return "editbox-readout-placement"; }
+    };
+    classes.push_back({"test:readout", &createObject<CReadOutLike>, &CTestField::initClass});
+    CTestNode node =
+        field("a", {{"title", "1"}, {"editbox-placement", "overlay"}, {"editbox-readout-placement", "full"}});
+    node.tag = "test:readout";
+    openFields({node});
+    EXPECT_EQ(consumed(text("a").openEdit()), "");
+    EXPECT_EQ(box()->getAttrString("placement"), "full");
+}
+
+TEST_F(CEditBoxInputTest, ARowThatScrollsTakesTheBoxWithIt) {
+    openFields({field(
+        "a",
+        {{"title", "1\n2\n3\n4\n5\n6\n7\n8\n9"}, {"is-list", "true"}, {"height", "60"}, {"is-scrollable", "true"}})});
+    EXPECT_EQ(consumed(text("a").openEdit(1)), "");
+    tick();
+    const double before = box()->wholeRect().y;
+    EXPECT_EQ(before, text("a").rowRect(1).y);
+    text("a").scrollToParagraph(2);
+    moveTo(50, 55);
+    system.input().wheel(-1.0);
+    system.advance(0.1);
+    EXPECT_LT(text("a").rowRect(1).y, before);
+    EXPECT_EQ(box()->wholeRect().y, text("a").rowRect(1).y);
+    EXPECT_TRUE(isEditing());
+}
+
 TEST_F(CEditBoxInputTest, AReaderForTheBlindFindsNamesRolesAndValues) {
     openFields({field("a", {{"title", "-3.0"}, {"readable-name", "Gain of band 1"}, {"is-focusable", "true"}}),
                 field("b", {{"title", "[B]Bank[/B]"}, {"is-read-only", "true"}}),

@@ -346,6 +346,20 @@ TEST_F(CEditBoxTest, WhoTakesATextMayCloseTheWindow) {
     EXPECT_FALSE(isEditing());
 }
 
+TEST_F(CEditBoxTest, AWindowThatWaitsForAPopupTakesNoEdit) {
+    templates.push_back(popup("ui:message", 100, 40, {{"is-modal", "true"}}));
+    openTwo();
+    clickOn("a");
+    type(u"x");
+    openPopup("other", "ui:message");
+    EXPECT_EQ(title("a"), "x") << "the popup commits";
+    EXPECT_EQ(consumed(text("b").openEdit()), "");
+    EXPECT_FALSE(isEditing());
+    EXPECT_EQ(text("b").editBox(), nullptr);
+    tick();
+    EXPECT_FALSE(box());
+}
+
 TEST_F(CEditBoxTest, WithoutATemplateAnEditFailsAndWithoutAWindowNothingHappens) {
     templates.pop_back();
     openTwo();
