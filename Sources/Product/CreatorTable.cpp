@@ -66,6 +66,9 @@
 #include "UI/Text/CTextView.h"
 #include "UI/Text/CTextViewAutoScroll.h"
 #include "UI/Text/CVirtualKeyboard.h"
+#include "UI/Views/CFrame.h"
+#include "UI/Views/CGradient.h"
+#include "UI/Views/CPicture.h"
 #include "UI/Views/CView.h"
 #include "UI/Windows/CUIEventBridge.h"
 #include "UI/Windows/CWindow.h"
@@ -140,6 +143,9 @@ const CCreatorRow kCreatorRows[] = {
     {"imageset", &createObject<CImageSetObject>, nullptr},
     {"palette", &createObject<CPaletteObject>, nullptr},
     {"ui:editbox", &createObject<CEditBox>, &CEditBox::initClass},
+    {"ui:frame", &createObject<CFrame>, &CFrame::initClass},
+    {"ui:overlay-gradient", &createObject<CGradient>, &CGradient::initClass},
+    {"ui:picture", &createObject<CPicture>, &CPicture::initClass},
     {"ui:popup-list", &createObject<CPopupList>, &CPopupList::initClass},
     {"ui:textview", &createObject<CTextView>, &CTextView::initClass},
     {"ui:textview-auto-scroll", &createObject<CTextViewAutoScroll>, &CTextViewAutoScroll::initClass},

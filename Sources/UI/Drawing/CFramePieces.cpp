@@ -35,6 +35,32 @@ int32_t CFramePieces::heightOf(uint32_t index) const {
     return image ? std::max(image->getHeight(), 1) : 1;
 }
 
+COverhang CFramePieces::overhang() const {
+    COverhang most;
+    for (uint32_t i = 0; i < count_; ++i) {
+        const CImage* image = images_.getImage(first_ + i);
+        // Of a frame, a piece is cut where the next one begins.
+        const uint32_t column = isFrame() ? i % 3 : 0;
+        const uint32_t row = isFrame() ? i / 3 % 3 : 0;
+        for (int32_t k = 0; image && k < image->layerCount(); ++k) {
+            const CImageVersion& version = image->layer(k).version();
+            if (column == 0) {
+                most.left = std::max(most.left, -version.x());
+            }
+            if (row == 0) {
+                most.top = std::max(most.top, -version.y());
+            }
+            if (column == 2 || !isFrame()) {
+                most.right = std::max(most.right, version.x() + version.storedWidth() - image->getWidth());
+            }
+            if (row == 2 || !isFrame()) {
+                most.bottom = std::max(most.bottom, version.y() + version.storedHeight() - image->getHeight());
+            }
+        }
+    }
+    return most;
+}
+
 CFramePieces::CSpan CFramePieces::CSpan::within(int32_t from, int32_t to) const {
     // A piece may overhang its place, so that one more is drawn on either side.
     const int32_t skipped = std::max((from - start) / step - 1, 0);

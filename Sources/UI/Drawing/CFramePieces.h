@@ -11,6 +11,16 @@ struct CDrawnImages {
     int64_t pixels = 0;  ///< of their stored rectangles, clipped
 };
 
+/// Pixels beyond the four sides of a box.
+struct COverhang {
+    int32_t left = 0;
+    int32_t top = 0;
+    int32_t right = 0;
+    int32_t bottom = 0;
+
+    bool operator==(const COverhang&) const = default;
+};
+
 /// A range of pictures that stretches over a box. Nine pictures are the pieces of a frame, row by row: corners are
 /// drawn once, edges and the middle are repeated from their top left, and what overhangs is drawn outside the box.
 /// Where the box is shorter than two corners, the longer one yields; where it is shorter than twice the shorter one,
@@ -24,8 +34,12 @@ public:
     CFramePieces(const CImageSet& images, uint32_t first, uint32_t last)
         : images_(images), first_(first), count_(last - first + 1) {}
 
+    /// Nine pictures, or frames of nine.
+    bool isFrame() const { return pieceCount() == kPieces; }
     /// Of the animation; 1 for none.
     uint32_t frameCount() const { return count_ / pieceCount(); }
+    /// How far pictures of the range reach beyond the box, or beyond their nominal rectangle where they are no frame.
+    COverhang overhang() const;
     /// `box` and `clip` are pixels of the bitmap; `frame` counts modulo frameCount.
     CDrawnImages draw(CLinearBitmap& target, const CIntRect& box, const CColor& color, double opacity,
                       const CIntRect& clip, uint32_t frame = 0) const;

@@ -225,6 +225,18 @@ void CViewArea::setSpread(const CViewBorders& spread) {
     forceUpdate();
 }
 
+void CViewArea::setOverhang(const CViewBorders& overhang) {
+    if (!(overhang == overhang_)) {
+        overhang_ = overhang;
+        forceUpdate();
+    }
+}
+
+CViewBorders CViewArea::spread() const {
+    return {std::max(spread_.bottom, overhang_.bottom), std::max(spread_.left, overhang_.left),
+            std::max(spread_.right, overhang_.right), std::max(spread_.top, overhang_.top)};
+}
+
 void CViewArea::setUnclipLevel(int32_t level) {
     unclipLevel_ = level;
     forceUpdate();
@@ -324,8 +336,9 @@ CViewRect CViewArea::spreadOut(const CViewRect& rect) const {
     if (rect.isEmpty()) {
         return rect;
     }
-    return {rect.x - spread_.left, rect.y - spread_.top, rect.width + spread_.left + spread_.right,
-            rect.height + spread_.top + spread_.bottom};
+    const CViewBorders sides = spread();
+    return {rect.x - sides.left, rect.y - sides.top, rect.width + sides.left + sides.right,
+            rect.height + sides.top + sides.bottom};
 }
 
 CError* CViewArea::updateRectangles() {

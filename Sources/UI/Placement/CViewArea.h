@@ -123,6 +123,10 @@ public:
     void setOuterBorders(const CViewBorders& borders);
     void setInnerBorders(const CViewBorders& borders);
     void setSpread(const CViewBorders& spread);
+    /// What the pictures of the view reach beyond its box, in device pixels: the spread is at least this.
+    void setOverhang(const CViewBorders& overhang);
+    /// In effect: the spread, or the overhang where it is larger.
+    CViewBorders spread() const;
     void setAlignmentH(int32_t alignment);
     void setAlignmentV(int32_t alignment);
     void setInlineAlignmentH(int32_t alignment);
@@ -185,6 +189,7 @@ private:
     CViewLength minWidth_{CViewLengthMode::Fixed, 0.0};
     CViewLength minHeight_{CViewLengthMode::Fixed, 0.0};
     CViewBorders spread_;
+    CViewBorders overhang_;
     CViewPlacement placement_ = CViewPlacement::Inline;
     int32_t alignmentH_ = 0;
     int32_t alignmentV_ = 0;

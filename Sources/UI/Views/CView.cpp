@@ -31,6 +31,7 @@ CError* CView::init() {
     if (const auto* parent = dynamic_cast<CView*>(parentView())) {
         palette_ = parent->palette_;
     }
+    updateOverhang();
     return nullptr;
 }
 
@@ -100,6 +101,9 @@ CError* CView::onAreaChanged(const CViewRect& visibleRect, const CViewRect& whol
         isRootView() && (wholeRect.width != areas_[kWholeArea].width || wholeRect.height != areas_[kWholeArea].height);
     areas_[kVisibleArea] = visibleRect;
     areas_[kWholeArea] = wholeRect;
+    const CViewBorders spread = wholeRect.isEmpty() ? CViewBorders() : area().spread();
+    areas_[kBoxArea] = {wholeRect.x + spread.left, wholeRect.y + spread.top,
+                        wholeRect.width - spread.left - spread.right, wholeRect.height - spread.top - spread.bottom};
     needsFullRedraw_ = true;
     const CObjectWatch watch(*this);
     CError* error = nullptr;
@@ -170,6 +174,7 @@ CError* CView::attrBrushSet() {
 CError* CView::attrImageAlignment() {
     imageAlignmentH_ = 0;
     imageAlignmentV_ = 0;
+    isImageAligned_ = !getAttrString("image-alignment").isEmpty();
     for (const CString& word : getAttrString("image-alignment").split('-')) {
         const auto sideOf = [&](const char* low, const char* high) {
             return word == CString(low) ? -1 : word == CString(high) ? 1 : 0;

@@ -1,14 +1,16 @@
 #pragma once
 
+#include "UI/Drawing/CFramePieces.h"
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Views/CViewBasePlacement.h"
 #include "UI/Views/CViewColor.h"
 
 namespace tarv {
 
-/// A view (`ui:view`): how it is drawn, and when. Draws the picture of its range if it has an `image-set`, otherwise
-/// its colour if `color` is set; subclasses override draw. Positions are pixels of the window. Thread: that of the
-/// window.
+/// A view (`ui:view`): how it is drawn, and when. Draws the picture of its range if it has an `image-set` (a range of
+/// nine as a frame that stretches over the view), otherwise its colour if `color` is set; subclasses override draw.
+/// What the pictures of the range reach beyond the box widens the spread, but for a root view. Positions are pixels of
+/// the window. Thread: that of the window.
 class CView : public CViewBasePlacement, public CViewAreaUpdateHandler {
 public:
     ~CView() override;
@@ -18,7 +20,9 @@ public:
     /// Areas to draw in. Those from kOwnAreas on belong to the class of the view.
     static constexpr int32_t kVisibleArea = 0;
     static constexpr int32_t kWholeArea = 1;
-    static constexpr int32_t kOwnAreas = 2;
+    /// The whole rectangle without the spread: where pictures stand.
+    static constexpr int32_t kBoxArea = 2;
+    static constexpr int32_t kOwnAreas = 3;
 
     /// The whole view is drawn anew at the next render tick.
     void requestRedraw() override;
@@ -39,8 +43,10 @@ public:
     /// Null without one.
     const CImageSet* imageSet() const { return imageSet_; }
     const CBrushSet* brushSet() const { return brushSet_; }
-    /// Picture of the range, or null.
+    /// Picture of the range, or the first one of a frame, at the present frame of its animation; null for none.
     const CImage* currentImage() const;
+    /// The same where the animation begins.
+    const CImage* firstImage() const { return imageSet_ && hasRange_ ? imageSet_->getImage(firstImage_) : nullptr; }
     int32_t colorSlotCount() const { return colorSlots().count(); }
     /// A colour as it is shown now: 0 the view's own, then the slots. A wrong index is logged and counts as 0. Null for
     /// a colour that the palette lacks. A text `^` means the parent's own colour, `^n` its slot n.
@@ -66,6 +72,14 @@ protected:
     void drawInvertedRect(int32_t area);
     /// The picture of the range, aligned in the area by `image-alignment`.
     void drawImage(int32_t area, int32_t colorIndex = 0, double opacity = 1.0);
+    /// The range stretched over the area: its nine pieces, or its picture repeated. A frame may draw beyond the area.
+    void drawStretched(int32_t area, int32_t colorIndex = 0, double opacity = 1.0);
+    /// The same, of a frame the middle alone.
+    void drawMiddle(int32_t area, int32_t colorIndex = 0, double opacity = 1.0);
+    /// The range is one of nine pictures, or of several times nine.
+    bool isFrameRange() const;
+    /// `image-alignment` says where the picture stands.
+    bool isImageAligned() const { return isImageAligned_; }
     /// With its nominal top left corner at x, y; with `isScaled` both are multiplied by the editor's scale.
     void drawImageLayer(const CImageLayer& layer, int32_t x, int32_t y, int32_t area, const CColor& color,
                         double opacity, bool isScaled);
@@ -77,12 +91,16 @@ protected:
     void setAreaRect(int32_t area, const CViewRect& rect);
     /// What of an area lies in the present tile, in its pixels.
     CIntRect areaClip(int32_t area) const;
+    /// A whole area in pixels of the present tile.
+    CIntRect areaBox(int32_t area) const;
     const CSectorTarget& target() const { return target_; }
 
     /// Also the event `view-area-update` when the rectangles change; otherwise it is sent to commands alone.
     void askForAreaUpdates() { wantsAreaUpdates_ = true; }
     /// The colours and the range follow the states of the view.
     void lookChanged(double morphSeconds) override;
+    /// Other pictures are drawn from now on.
+    virtual void imageRangeChanged() {}
     [[nodiscard]] bool animate(double now) override;
     CViewAreaUpdateHandler& areaHandler() override { return *this; }
 
@@ -98,6 +116,9 @@ private:
     [[nodiscard]] CError* sendEventIfWanted(const char* name, bool isWanted);
     void setPalette(const CPalette* palette);
     void updateImageRange();
+    void findImageRange();
+    void updateOverhang();
+    void drawPieces(const CFramePieces& pieces, int32_t area, int32_t colorIndex, double opacity, uint32_t frame);
     void resolveColors(double morphSeconds);
     bool resolveColor(int32_t index, CViewColor& color);
     CString colorText(int32_t index) const;
@@ -120,6 +141,8 @@ private:
     const CBrushSet* brushSet_ = nullptr;
     bool hasRange_ = false;
     uint32_t firstImage_ = 0;
+    uint32_t lastImage_ = 0;
+    bool isImageAligned_ = false;
     int32_t imageAlignmentH_ = 0;
     int32_t imageAlignmentV_ = 0;
 

@@ -24,6 +24,7 @@ CError* CViewBaseCtlEvents::initClass(CClassDescriptor& descriptor) {
     descriptor.addHandler<&CViewBaseCtlEvents::readInterceptingAllowChilds>("is-intercepting-allow-childs");
     descriptor.addHandler<&CViewBaseCtlEvents::readDisabled>("is-disabled");
     descriptor.addHandler<&CViewBaseCtlEvents::readHint>("hint");
+    descriptor.addHandler<&CViewBaseCtlEvents::popupToggle>("popup-toggle");
     return nullptr;
 }
 
@@ -123,6 +124,15 @@ bool CViewBaseCtlEvents::isHandled(const CAttributeMap& params) {
 CError* CViewBaseCtlEvents::openPopup(const CString& templateName, CAttributeMap& params) {
     CViewWindow* own = window();
     return own ? own->openPopup(*this, templateName, params) : nullptr;
+}
+
+CError* CViewBaseCtlEvents::popupToggle(CAttributeMap& params) {
+    constexpr const char* kTemplate = "popup-template";
+    CAttributeMap passed = params;
+    passed.erase(kTemplate);
+    const auto named = params.find(kTemplate);
+    const CString name(named == params.end() ? getAttrString(kTemplate) : named->second.asString());
+    return name.isEmpty() ? nullptr : openPopup(name, passed);
 }
 
 bool CViewBaseCtlEvents::isClickThrough() const {

@@ -92,7 +92,8 @@ public:
     /// time goes on, then all rectangles are brought up to date. Here, nothing happens.
     [[nodiscard]] virtual CError* advanceViews() { return nullptr; }
 
-    /// Opens or closes a popup; see CViewWindow::openPopup. Without a window nothing happens.
+    /// Opens or closes a popup; see CViewWindow::openPopup. Without a window nothing happens. The event `popup-toggle`
+    /// does so with the template that its parameter `popup-template`, or this view's attribute of that name, names.
     [[nodiscard]] CError* openPopup(const CString& templateName, CAttributeMap& params);
 
 protected:
@@ -111,6 +112,7 @@ private:
     [[nodiscard]] CError* readInterceptingAllowChilds();
     [[nodiscard]] CError* readDisabled();
     [[nodiscard]] CError* readHint();
+    [[nodiscard]] CError* popupToggle(CAttributeMap& params);
     bool childrenAreClickThrough() const;
 
 protected:

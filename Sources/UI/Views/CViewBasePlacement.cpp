@@ -151,7 +151,7 @@ int64_t CViewBasePlacement::computeStackingNumber() {
 void CViewBasePlacement::updateInherited() {
     const CViewBasePlacement* above = parentPlacement_;
     const double opacity = opacity_ * (above ? above->effectiveOpacity_ : 1.0);
-    const bool isDecorative = getAttrBoolOr("is-decorative", above && above->isDecorative_);
+    const bool isDecorative = getAttrBoolOr("is-decorative", isDecorativeByClass() || (above && above->isDecorative_));
     const bool isDynamic =
         (getAttrBool("is-dynamic") || (above && above->isDynamic_)) && !getAttrBool("is-force-non-dynamic");
     const bool isOther = std::abs(opacity - effectiveOpacity_) > kSameOpacity || isDynamic != isDynamic_;

@@ -70,6 +70,8 @@ public:
 protected:
     /// Whether the view has the cells of one that scrolls. Called once, by init.
     virtual bool isScrollableView() const { return getAttrBool("is-scrollable"); }
+    /// Whether a view without `is-decorative`, its own or an ancestor's, is decorative.
+    virtual bool isDecorativeByClass() const { return false; }
     /// What follows the place of this view. Called by init.
     virtual CViewAreaUpdateHandler& areaHandler() = 0;
 

@@ -32,8 +32,10 @@ CError* CView::drawInSector(const CSectorTarget& target) {
 }
 
 CError* CView::draw() {
-    if (imageSet_) {
-        drawImage(kWholeArea);
+    if (isFrameRange()) {
+        drawStretched(kBoxArea);
+    } else if (imageSet_) {
+        drawImage(kBoxArea);
     } else if (!getAttrString("color").isEmpty()) {
         drawFilledRect(kWholeArea);
     }
@@ -51,10 +53,14 @@ CIntRect CView::areaClip(int32_t area) const {
     if (area < 0 || area >= areas_.count() || areas_[area].isEmpty()) {
         return {};
     }
+    return areaBox(area).intersection(target_.clip);
+}
+
+/// In pixels of the tile.
+CIntRect CView::areaBox(int32_t area) const {
     const CViewRect& rect = areas_[area];
-    const CIntRect own{pixelAt(rect.x) - target_.originX, pixelAt(rect.y) - target_.originY,
-                       pixelAt(rect.right()) - target_.originX, pixelAt(rect.bottom()) - target_.originY};
-    return own.intersection(target_.clip);
+    return {pixelAt(rect.x) - target_.originX, pixelAt(rect.y) - target_.originY,
+            pixelAt(rect.right()) - target_.originX, pixelAt(rect.bottom()) - target_.originY};
 }
 
 void CView::drawFilledRect(int32_t area, int32_t colorIndex, double opacity) {
@@ -100,6 +106,36 @@ void CView::drawImageLayer(const CImageLayer& layer, int32_t x, int32_t y, int32
         target_.bitmap->drawImage(layer, color, x - target_.originX, y - target_.originY, opacity, clip);
     if (CSectorMap* map = sectorMap()) {
         map->addLoad(kLoadOfImage + pixels);
+    }
+}
+
+void CView::drawStretched(int32_t area, int32_t colorIndex, double opacity) {
+    warnOfClip(area, "drawStretched");
+    if (imageSet_ && hasRange_) {
+        drawPieces(CFramePieces(*imageSet_, firstImage_, lastImage_), area, colorIndex, opacity, frame_);
+    }
+}
+
+void CView::drawMiddle(int32_t area, int32_t colorIndex, double opacity) {
+    warnOfClip(area, "drawMiddle");
+    if (!isFrameRange()) {
+        drawStretched(area, colorIndex, opacity);
+        return;
+    }
+    constexpr uint32_t kMiddle = 4;
+    const uint32_t frames = CFramePieces(*imageSet_, firstImage_, lastImage_).frameCount();
+    const uint32_t middle = firstImage_ + frame_ % frames * CFramePieces::kPieces + kMiddle;
+    drawPieces(CFramePieces(*imageSet_, middle, middle), area, colorIndex, opacity, 0);
+}
+
+void CView::drawPieces(const CFramePieces& pieces, int32_t area, int32_t colorIndex, double opacity, uint32_t frame) {
+    const CColor* color = this->color(colorIndex);
+    if (!color || area < 0 || area >= areas_.count() || areas_[area].isEmpty()) {
+        return;
+    }
+    const CDrawnImages drawn = pieces.draw(*target_.bitmap, areaBox(area), *color, opacity, target_.clip, frame);
+    if (CSectorMap* map = sectorMap()) {
+        map->addLoad(kLoadOfImage * drawn.count + drawn.pixels);
     }
 }
 

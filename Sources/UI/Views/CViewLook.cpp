@@ -18,25 +18,53 @@ constexpr const char* kDisabled = "Disabled";
 }  // namespace
 
 void CView::updateImageRange() {
+    findImageRange();
+    updateOverhang();
+    updateGradient();
+    imageRangeChanged();
+}
+
+void CView::findImageRange() {
     hasRange_ = false;
     if (!imageSet_) {
         return;
     }
-    uint32_t last = 0;
-    hasRange_ = imageSet_->findRange(imageRange(), firstImage_, last);
+    hasRange_ = imageSet_->findRange(imageRange(), firstImage_, lastImage_);
     if (hasRange_) {
         return;
     }
     // A set may have no pictures for a state.
     const CString& own = getAttrString("image-set-range");
-    hasRange_ = isImageRangeOfState() && imageSet_->findRange(own, firstImage_, last);
+    hasRange_ = isImageRangeOfState() && imageSet_->findRange(own, firstImage_, lastImage_);
     if (!hasRange_) {
         logLineIn(CString("Range not found <") + own + ">", fullName());
     }
 }
 
+/// The pixels of a root view are those of its window: nothing of it lies beyond.
+void CView::updateOverhang() {
+    if (!hasArea() || isRootView()) {
+        return;
+    }
+    COverhang overhang;
+    if (imageSet_ && hasRange_) {
+        overhang = CFramePieces(*imageSet_, firstImage_, lastImage_).overhang();
+    }
+    area().setOverhang({static_cast<double>(overhang.bottom), static_cast<double>(overhang.left),
+                        static_cast<double>(overhang.right), static_cast<double>(overhang.top)});
+}
+
+bool CView::isFrameRange() const {
+    return imageSet_ && hasRange_ && CFramePieces(*imageSet_, firstImage_, lastImage_).isFrame();
+}
+
 const CImage* CView::currentImage() const {
-    return imageSet_ && hasRange_ ? imageSet_->getImage(firstImage_) : nullptr;
+    if (!imageSet_ || !hasRange_) {
+        return nullptr;
+    }
+    const CFramePieces pieces(*imageSet_, firstImage_, lastImage_);
+    const uint32_t step = pieces.isFrame() ? CFramePieces::kPieces : 1;
+    return imageSet_->getImage(firstImage_ + frame_ % pieces.frameCount() * step);
 }
 
 void CView::lookChanged(double morphSeconds) {
@@ -226,9 +254,9 @@ CError* CView::attrGradient() {
     return nullptr;
 }
 
-/// Runs while the view is animated and one of its colours has frames.
+/// Runs while the view is animated, and one of its colours or its range of pictures has frames.
 void CView::updateGradient() {
-    bool hasFrames = false;
+    bool hasFrames = imageSet_ && hasRange_ && CFramePieces(*imageSet_, firstImage_, lastImage_).frameCount() > 1;
     for (const CViewColor& color : colors_) {
         hasFrames = hasFrames || color.frameCount() > 1;
     }

@@ -60,6 +60,27 @@ inline CImage* solidImage(int32_t width, int32_t height) {
     return image;
 }
 
+/// An opaque picture in one entry of its ramp, which reaches beyond its nominal rectangle.
+inline CImage* stepImage(int32_t width, int32_t height, uint8_t step, const CViewBorders& beyond = {}) {
+    const auto left = static_cast<int32_t>(beyond.left);
+    const auto top = static_cast<int32_t>(beyond.top);
+    const int32_t storedWidth = width + left + static_cast<int32_t>(beyond.right);
+    const int32_t storedHeight = height + top + static_cast<int32_t>(beyond.bottom);
+    CBytes pixels;
+    for (int32_t i = 0; i < storedWidth * storedHeight; ++i) {
+        pixels.push_back(step);
+        pixels.push_back(255);
+    }
+    auto* version = new CImageVersion;
+    EXPECT_GOOD(version->encode(pixels.data(), storedWidth, storedHeight, 2, -left, -top));
+    version->setSize(width, height);
+    auto* layer = new CImageLayer(2);
+    EXPECT_GOOD(layer->addVersion(1.0, version));
+    auto* image = new CImage;
+    image->addLayer(layer);
+    return image;
+}
+
 /// Trees of views, written as texts, in a window of the test. The shared tree has the palettes `A` and `B`, the picture
 /// set `is.button` and the brushes `bs.brushes`.
 class CViewTest : public testing::Test {
@@ -227,6 +248,23 @@ private:
         images.setImage(0, solidImage(4, 2));
         images.setImage(1, solidImage(6, 6));
         images.setImage(2, solidImage(8, 8));
+        // Two frames of nine pieces of 4 x 4, each in the step of its index, that reach beyond by 1, 2, 3 and 4 pixels.
+        for (uint32_t i = 0; i < 18; ++i) {
+            const uint32_t column = i % 3;
+            const uint32_t row = i / 3 % 3;
+            images.setImage(10 + i, stepImage(4, 4, static_cast<uint8_t>(10 + i),
+                                              {row == 2 ? 4.0 : 0.0, column == 0 ? 1.0 : 0.0, column == 2 ? 3.0 : 0.0,
+                                               row == 0 ? 2.0 : 0.0}));
+        }
+        // Three pictures of an animation, and one that reaches beyond.
+        for (uint32_t i = 0; i < 3; ++i) {
+            images.setImage(40 + i, stepImage(4, 2, static_cast<uint8_t>(40 + i)));
+        }
+        images.setImage(50, stepImage(4, 4, 50, {1.0, 1.0, 1.0, 1.0}));
+        EXPECT_GOOD(images.addRange("Frame", 10, 18));
+        EXPECT_GOOD(images.addRange("Frames", 10, 27));
+        EXPECT_GOOD(images.addRange("Wheel", 40, 42));
+        EXPECT_GOOD(images.addRange("Glow", 50, 50));
         EXPECT_GOOD(images.addRange("", 0, 0));
         EXPECT_GOOD(images.addRange("Box", 0, 0));
         EXPECT_GOOD(images.addRange("BoxActive", 1, 1));
