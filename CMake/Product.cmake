@@ -38,6 +38,11 @@ string(REGEX REPLACE "file=\"(SharedData|UserInterface)[.]xml\"" "file=\"Demonst
     "${demonstration_table}")
 file(CONFIGURE OUTPUT ${TARV_RESOURCE_DIR}/Demonstration/Resources.xml CONTENT "${demonstration_table}" @ONLY)
 
+# For tests and tools: compiled and not embedded.
+tarv_compile_tree(Demonstration.xml ${definitions}/Demonstration/Demonstration.xml
+    --templates ${definitions}/SharedData/SharedData.xml)
+add_custom_target(Demonstration DEPENDS ${TARV_RESOURCE_DIR}/Demonstration.xml)
+
 include(CMake/Graphics.cmake)
 
 # tarv_resources(name table folder files...): an object library of what a table names; its sources go to the folder.
