@@ -35,21 +35,34 @@ void CViewColor::beginMorph() {
     if (!shown()) {
         return;
     }
-    if (!from_) {
-        from_ = std::make_unique<CColor>();
-        mix_ = std::make_unique<CColor>();
+    if (isMorphing_ && mixed_ != start_) {
+        // A mix is made anew sooner or later: its colour is kept here.
+        if (!ownStart_) {
+            ownStart_ = std::make_unique<CColor>();
+        }
+        *ownStart_ = *mixed_;
+        start_ = ownStart_.get();
+    } else if (!isMorphing_) {
+        start_ = target_;
     }
-    *from_ = *shown();
-    *mix_ = *from_;
+    mixed_ = start_;
     isMorphing_ = true;
 }
 
-void CViewColor::mix(double ratio) {
+void CViewColor::mix(double ratio, CColorMixes* mixes) {
     if (!isMorphing_ || !target_) {
         isMorphing_ = false;
         return;
     }
-    CColorMixes::mixInto(*from_, *target_, CColorMixes::stepOf(ratio), *mix_);
+    if (mixes && start_ != ownStart_.get()) {
+        mixed_ = &mixes->mix(*start_, *target_, ratio);
+        return;
+    }
+    if (!ownMix_) {
+        ownMix_ = std::make_unique<CColor>();
+    }
+    CColorMixes::mixInto(*start_, *target_, CColorMixes::stepOf(ratio), *ownMix_);
+    mixed_ = ownMix_.get();
 }
 
 }  // namespace tarv

@@ -6,6 +6,8 @@
 
 namespace tarv {
 
+class CColorMixes;
+
 /// One colour of a view as it is shown: a colour of the palette, or the mix of two while one morphs into the other. The
 /// palette outlives it.
 class CViewColor {
@@ -20,7 +22,7 @@ public:
     bool isOfParent() const { return parentIndex >= 0; }
 
     /// Null if there is none.
-    const CColor* shown() const { return isMorphing_ ? mix_.get() : target_; }
+    const CColor* shown() const { return isMorphing_ ? mixed_ : target_; }
     const CColor* target() const { return target_; }
     /// Frames of the animation; 0 for a colour that stands still.
     uint32_t frameCount() const { return frameCount_; }
@@ -30,15 +32,19 @@ public:
     void beginMorph();
     void endMorph() { isMorphing_ = false; }
     bool isMorphing() const { return isMorphing_; }
-    /// Mixes in steps of 1/64: each channel of each entry, and the opacity, on a straight line.
-    void mix(double ratio);
+    /// Mixes in steps of 1/64: each channel of each entry, and the opacity, on a straight line. Mixes of two colours of
+    /// palettes come from `mixes`; without it, and where a mix is the start of another, this object makes its own.
+    void mix(double ratio, CColorMixes* mixes);
 
 private:
     const CColor* target_ = nullptr;
     CString name_;
     uint32_t frameCount_ = 0;
-    std::unique_ptr<CColor> from_;
-    std::unique_ptr<CColor> mix_;
+    // Where the morph began, and what of it is shown: colours of a palette, of the mixes, or the own ones.
+    const CColor* start_ = nullptr;
+    const CColor* mixed_ = nullptr;
+    std::unique_ptr<CColor> ownStart_;
+    std::unique_ptr<CColor> ownMix_;
     bool isMorphing_ = false;
 };
 

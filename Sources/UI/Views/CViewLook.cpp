@@ -5,6 +5,7 @@
 
 #include "Core/Log.h"
 #include "UI/Views/CView.h"
+#include "UI/Views/CViewWindow.h"
 
 namespace tarv {
 
@@ -214,7 +215,7 @@ bool CView::animate(double time) {
         isColorMorphing_ = ratio < 1.0;
         for (CViewColor& color : colors_) {
             if (isColorMorphing_) {
-                color.mix(ratio);
+                color.mix(ratio, window() ? window()->colorMixes() : nullptr);
             } else {
                 color.endMorph();
             }

@@ -6,6 +6,7 @@
 
 namespace tarv {
 
+class CColorMixes;
 class CInputListener;
 class CSectorMap;
 class CViewBase;
@@ -27,6 +28,8 @@ public:
     virtual void setCursor(CCursorShape shape) = 0;
     /// Null in a window that takes no input.
     virtual CInputListener* input() { return nullptr; }
+    /// Mixes that the views of an editor share, or null: then each view makes its own.
+    virtual CColorMixes* colorMixes() { return nullptr; }
     /// Opens a popup of a template for a view, with the parameters that UI/Windows/CPopups.h documents; closes the one
     /// that this opener has open. A window without popups does nothing.
     [[nodiscard]] virtual CError* openPopup(CViewBaseCtlEvents& opener, const CString& templateName,

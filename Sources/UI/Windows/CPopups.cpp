@@ -4,7 +4,7 @@
 
 #include "Core/CApplication.h"
 #include "Core/CObjectWatch.h"
-#include "UI/Views/CViewBaseCtlEvents.h"
+#include "UI/Views/CViewBasePlacement.h"
 #include "UI/Windows/CUIEventBridge.h"
 #include "UI/Windows/CWindow.h"
 #include "UI/Windows/CWindowSharedData.h"
@@ -53,6 +53,12 @@ CUIEventBridge* bridgeAbove(CObject& object) {
 CIntRect onScreen(const CViewRect& rect, const CIntRect& window) {
     return {window.left + pixels(rect.x), window.top + pixels(rect.y), window.left + pixels(rect.right()),
             window.top + pixels(rect.bottom())};
+}
+
+/// Without what it scrolls and what it draws beyond.
+CViewRect boxOf(const CViewBaseCtlEvents& view) {
+    const auto* placed = dynamic_cast<const CViewBasePlacement*>(&view);
+    return placed && placed->hasArea() ? placed->area().box() : view.wholeRect();
 }
 
 CWindow* windowIn(const CObject& object) {
@@ -123,7 +129,7 @@ CError* CPopups::make(CViewBaseCtlEvents& opener, const CString& templateName, c
 }
 
 CError* CPopups::openMade(CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made, CWindow& window) {
-    const CPopupPlace place = placeOf(opener, params);
+    const CPopupPlace place = placeOf(opener, params, window);
     TARV_TRY(setWidth(opener, params, made));
     TARV_TRY(limitHeight(place.around.monitor, window));
     TARV_TRY(window.open(&place));
@@ -133,7 +139,7 @@ CError* CPopups::openMade(CViewBaseCtlEvents& opener, const CAttributeMap& param
 CError* CPopups::setWidth(const CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made) const {
     double width = number(params, "popup-width");
     if (flag(params, "is-same-width")) {
-        width = opener.wholeRect().width / CApplication::uiScale();
+        width = boxOf(opener).width / CApplication::uiScale();
     }
     if (width > 0.0) {
         width += number(params, "width-modif");
@@ -157,11 +163,12 @@ CError* CPopups::limitHeight(const CIntRect& monitor, CWindow& window) {
     return nullptr;
 }
 
-CPopupPlace CPopups::placeOf(const CViewBaseCtlEvents& opener, const CAttributeMap& params) const {
+CPopupPlace CPopups::placeOf(const CViewBaseCtlEvents& opener, const CAttributeMap& params,
+                             const CWindow& window) const {
     CPopupPlace place;
     CWindowSurroundings& around = place.around;
     around.openerWindow = owner_.screenBounds();
-    around.opener = onScreen(opener.wholeRect(), around.openerWindow);
+    around.opener = onScreen(boxOf(opener), around.openerWindow);
     if (const CWindow* main = owner_.sharedData().mainWindow()) {
         around.mainWindow = main->screenBounds();
     }
@@ -171,16 +178,17 @@ CPopupPlace CPopups::placeOf(const CViewBaseCtlEvents& opener, const CAttributeM
     system.pointerPosition(around.pointerX, around.pointerY);
     around.shiftX = scaled(params, "shift-x");
     around.shiftY = scaled(params, "shift-y");
-    around.isConstrained = filled(params, "constrain-y") != nullptr;
-    around.constrainY = pixels(number(params, "constrain-y"));
+    // The parameters are attributes of the popup by now.
+    around.isConstrained = !window.attr("constrain-y").isEmpty();
+    around.constrainY = pixels(CString::toDouble(window.attr("constrain-y")));
     if (flag(params, "is-manual-coords")) {
         place.isManual = true;
         place.x = around.openerWindow.left + pixels(number(params, "actual-x")) + around.shiftX;
         place.y = around.openerWindow.top + pixels(number(params, "actual-y")) + around.shiftY;
-    } else if (filled(params, "window-x") && filled(params, "window-y")) {
+    } else if (!window.attr("window-x").isEmpty() && !window.attr("window-y").isEmpty()) {
         place.isManual = true;
-        place.x = pixels(number(params, "window-x")) + around.shiftX;
-        place.y = pixels(number(params, "window-y")) + around.shiftY;
+        place.x = pixels(CString::toDouble(window.attr("window-x"))) + around.shiftX;
+        place.y = pixels(CString::toDouble(window.attr("window-y"))) + around.shiftY;
     }
     return place;
 }
@@ -236,6 +244,15 @@ CWindow* CPopups::blocking() const {
         CWindow* window = popups_[i].window;
         if (window->isOpen() && !window->isClosing() && window->isBlocking()) {
             return window;
+        }
+    }
+    return nullptr;
+}
+
+CWindow* CPopups::findPopup(const CString& path) const {
+    for (const CPopup& popup : popups_) {
+        if (popup.object->fullName() == path && popup.window->isOpen() && !popup.window->isClosing()) {
+            return popup.window;
         }
     }
     return nullptr;

@@ -31,7 +31,7 @@ public:
     /// the new object, with `opener`, the full name. Those that count here:
     ///   popup-width, is-same-width (that of the opener), width-modif (added); lengths at scale 1
     ///   is-manual-coords: at actual-x, actual-y of the opener's window; otherwise by the window's `window-alignment`
-    ///   window-x, window-y: a place on the screen
+    ///   window-x, window-y: a place on the screen; these and constrain-y may stand in the template, too
     ///   shift-x, shift-y: lengths at scale 1, added to the place; constrain-y: the lowest y on the screen
     /// A popup with `is-popup-window` that is taller than the monitor gets its height, and before that the attribute
     /// `popup-height-limit`. One with `is-popup-window` or `is-modal` blocks the window of its opener.
@@ -51,6 +51,8 @@ public:
     CWindow* blocking() const;
     /// The window that this view has open, or null.
     CWindow* popupOf(const CViewBaseCtlEvents& opener) const;
+    /// The open window of the popup of that path, or null.
+    CWindow* findPopup(const CString& path) const;
     int32_t count() const { return popups_.count(); }
 
 private:
@@ -66,7 +68,7 @@ private:
                                    CWindow& window);
     [[nodiscard]] CError* setWidth(const CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made) const;
     [[nodiscard]] CError* limitHeight(const CIntRect& monitor, CWindow& window);
-    CPopupPlace placeOf(const CViewBaseCtlEvents& opener, const CAttributeMap& params) const;
+    CPopupPlace placeOf(const CViewBaseCtlEvents& opener, const CAttributeMap& params, const CWindow& window) const;
     [[nodiscard]] CError* findTarget(const CPopup& popup, CObject*& target) const;
     const CPopup* find(const CWindow& window) const;
 

@@ -52,6 +52,7 @@ CError* CWindow::initClass(CClassDescriptor& descriptor) {
     descriptor.addHandler<&CWindow::autoClickTick>("auto-click-tick");
     descriptor.addHandler<&CWindow::updateWindowBounds>("update-window-bounds");
     descriptor.addHandler<&CWindow::closeWindow>("close-window");
+    descriptor.addHandler<&CWindow::blockWindow>("block-window");
     descriptor.addHandler<&CWindow::unblockWindow>("unblock-window");
     descriptor.addHandler<&CWindow::popupResult>("popup-result");
     descriptor.addHandler<&CWindow::popupChanged>("popup-changed");
@@ -68,6 +69,7 @@ CError* CWindow::init() {
     const CString& view = root_->fullName();
     listenObject(view, "update-window-bounds", "update-window-bounds");
     listenObject(view, "close-window", "close-window");
+    listenObject(view, "block-window", "block-window");
     listenObject(view, "unblock-window", "unblock-window");
     listenObject(view, "popup-close", "close-window");
     listenObject(view, "popup-result", "popup-result");
@@ -200,6 +202,10 @@ CError* CWindow::popupResult(CAttributeMap& params) {
 
 CError* CWindow::popupChanged(CAttributeMap& params) {
     return openerWindow_ ? openerWindow_->popups().answer(*this, "popup-changed", params) : nullptr;
+}
+
+CColorMixes* CWindow::colorMixes() {
+    return shared_ ? &shared_->colorMixes() : nullptr;
 }
 
 bool CWindow::isOwnOrPopup(const CWindow* window) const {

@@ -20,7 +20,8 @@ class CWindowSharedData;
 /// `is-plugin-vst` it is a child of the host's window, which the attribute `ParentWindow` of the tree's root points to;
 /// otherwise a popup. Its size is that of the root view. Events that it sends for itself: `render` at each tick,
 /// `static-view-update` each second, `paint`, `mouse-button`, `mouse-button-reset`, `mouse-top-exit`, `focus`, `blur`,
-/// `activate-window`, `deactivate-window`. Thread: that of the editor.
+/// `activate-window`, `deactivate-window`; the main window `close-app` when it ends. While the main window is open, the
+/// attribute `app-main-window` of the tree's `ui` is the path of its root view. Thread: that of the editor.
 class CWindow : public CObject, public CViewWindow, private CInputWindow, private CWindowHandler {
 public:
     CWindow();
@@ -60,6 +61,8 @@ public:
     CIntRect screenBounds() const { return window_ ? window_->screenBounds() : CIntRect(); }
     /// Moves a popup; its size stays.
     void moveTo(int32_t x, int32_t y);
+    /// An attribute of this object, or that of its root view where this one is empty.
+    const CString& attr(const char* name) const;
     const CString& uniqueName() const { return attr("unique-name"); }
     bool isMainWindow() const { return flag("is-main-window"); }
     /// A list, a menu or the like: closes when it loses activation to anything but its own popups.
@@ -89,6 +92,7 @@ public:
     void setHint(const CString& hint) override;
     void setCursor(CCursorShape shape) override;
     CInputListener* input() override { return &router_; }
+    CColorMixes* colorMixes() override;
     [[nodiscard]] CError* openPopup(CViewBaseCtlEvents& opener, const CString& templateName,
                                     CAttributeMap& params) override;
 
@@ -138,6 +142,7 @@ private:
     [[nodiscard]] CError* autoClickTick();
     [[nodiscard]] CError* updateWindowBounds();
     [[nodiscard]] CError* closeWindow();
+    [[nodiscard]] CError* blockWindow(CAttributeMap& params);
     [[nodiscard]] CError* unblockWindow();
     [[nodiscard]] CError* popupResult(CAttributeMap& params);
     [[nodiscard]] CError* popupChanged(CAttributeMap& params);
@@ -148,6 +153,7 @@ private:
     [[nodiscard]] CError* startTimer(const char* name, const char* rate, double fallback, const char* handler);
     [[nodiscard]] CError* createWindow(const CPopupPlace* place);
     [[nodiscard]] CError* requestBounds(const CPopupPlace* place, CWindowRequest& request);
+    CViewRect rootBox() const;
     void report(const CSectorView* view, CError* error);
     void draw();
     void showAgain(const CIntRect& rect);
@@ -162,7 +168,7 @@ private:
     bool sendHere(const char* name);
     bool isListened(const char* name) const;
     void pressBlocked();
-    const CString& attr(const char* name) const;
+    void beMainWindow(bool isOpened);
     bool flag(const char* name) const;
     double number(const char* name, double fallback) const;
 
@@ -182,6 +188,7 @@ private:
     CString hint_;
     bool isPresented_ = false;
     bool isClosing_ = false;
+    bool isEnding_ = false;
     bool isDeactivated_ = false;
     bool wasActive_ = false;
     bool hasFocus_ = false;

@@ -2,6 +2,9 @@
 
 #include <cmath>
 
+#include "Core/Log.h"
+#include "UI/Views/CViewBasePlacement.h"
+#include "UI/Windows/CUIEventBridge.h"
 #include "UI/Windows/CWindow.h"
 #include "UI/Windows/CWindowSharedData.h"
 
@@ -28,6 +31,7 @@ CError* CWindow::open(const CPopupPlace* place) {
     isDeactivated_ = false;
     wasActive_ = false;
     shared_->add(*this);
+    beMainWindow(true);
     // A view may have taken the focus before there was a window.
     if (router_.keyFocus()) {
         wantKeys(true);
@@ -40,7 +44,7 @@ CError* CWindow::open(const CPopupPlace* place) {
     }
     window_->show(true);
     if (busy.isAlive() && isOpen()) {
-        const CViewRect& rect = root_->wholeRect();
+        const CViewRect rect = rootBox();
         showAgain({0, 0, pixels(rect.width), pixels(rect.height)});
         endPresenting();
     }
@@ -71,8 +75,9 @@ CError* CWindow::createWindow(const CPopupPlace* place) {
 }
 
 CError* CWindow::requestBounds(const CPopupPlace* place, CWindowRequest& request) {
-    const int32_t width = pixels(root_->wholeRect().width);
-    const int32_t height = pixels(root_->wholeRect().height);
+    const CViewRect box = rootBox();
+    const int32_t width = pixels(box.width);
+    const int32_t height = pixels(box.height);
     request.isChild = flag("is-plugin-vst");
     if (request.isChild) {
         request.parent = reinterpret_cast<CWindowHandle>(root()->getAttrPointer("ParentWindow"));
@@ -98,9 +103,15 @@ CError* CWindow::requestBounds(const CPopupPlace* place, CWindowRequest& request
     return nullptr;
 }
 
+/// The size of the window: what a root view scrolls, or draws beyond its box, does not count.
+CViewRect CWindow::rootBox() const {
+    const auto* placed = dynamic_cast<const CViewBasePlacement*>(root_);
+    return placed && placed->hasArea() ? placed->area().box() : root_->wholeRect();
+}
+
 /// The root view has another size.
 CError* CWindow::updateWindowBounds() {
-    const CViewRect& rect = root_->wholeRect();
+    const CViewRect rect = rootBox();
     const int32_t columns = (pixels(rect.width) >> CSector::kBits) + 1;
     const int32_t rows = (pixels(rect.height) >> CSector::kBits) + 1;
     if (map_.isEmpty() || columns != map_.columns() || rows != map_.rows()) {
@@ -145,7 +156,13 @@ void CWindow::shut() {
         return;
     }
     const CObjectWatch watch(*this);
-    router_.setKeyFocus(nullptr);
+    if (isMainWindow() && !isEnding_) {
+        isEnding_ = true;
+        sendHere("close-app");
+    }
+    if (watch.isAlive()) {
+        router_.setKeyFocus(nullptr);
+    }
     if (watch.isAlive()) {
         router_.cancel();
     }
@@ -160,10 +177,21 @@ void CWindow::shut() {
 /// The window of the system, and what refers to it, go.
 void CWindow::leaveSystem() {
     shared_->remove(*this);
+    beMainWindow(false);
+    isEnding_ = false;
     endPresenting();
     window_.reset();
     if (openerWindow_) {
         openerWindow_->block(openerWindow_->popups().blocking());
+    }
+}
+
+/// Lets data find the main window.
+void CWindow::beMainWindow(bool isOpened) {
+    constexpr const char* kMainWindow = "app-main-window";
+    CObject* ui = isMainWindow() ? dynamic_cast<CUIEventBridge*>(eventAnchor()) : nullptr;
+    if (ui && (isOpened || ui->getAttrString(kMainWindow) == root_->fullName())) {
+        TARV_CONSUME(ui->setAttribute(kMainWindow, isOpened ? root_->fullName() : CString()));
     }
 }
 
@@ -190,6 +218,18 @@ void CWindow::requestClose() {
     }
     isClosing_ = true;
     shut();
+}
+
+/// A popup of this window, named by `blocked-by`, stands in the way from now on.
+CError* CWindow::blockWindow(CAttributeMap& params) {
+    const CString path(params["blocked-by"].asString());
+    CWindow* popup = popups_.findPopup(path);
+    if (popup) {
+        block(popup);
+    } else {
+        logLineIn(CString("Target not found: ") + path, fullName());
+    }
+    return nullptr;
 }
 
 CError* CWindow::unblockWindow() {

@@ -4,6 +4,7 @@
 
 #include "Core/CObject.h"
 #include "Platform/Window.h"
+#include "UI/Drawing/CColorMixes.h"
 
 namespace tarv {
 
@@ -51,6 +52,8 @@ public:
     /// Follows the key focus; null ends it.
     void setFocusReader(CFocusReader* reader) { focusReader_ = reader; }
     CFocusReader* focusReader() const { return focusReader_; }
+    /// Mixes of the colours of this editor's views. The palettes outlive it.
+    CColorMixes& colorMixes() { return colorMixes_; }
     bool isShowHints() const { return getAttrBoolOr("is-show-hints", true); }
 
 private:
@@ -62,6 +65,7 @@ private:
     int32_t calls_ = 0;
     std::function<void()> whenDone_;
     CFocusReader* focusReader_ = nullptr;
+    CColorMixes colorMixes_;
 };
 
 }  // namespace tarv

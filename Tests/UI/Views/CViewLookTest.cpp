@@ -195,6 +195,33 @@ TEST_F(ViewLook, AMorphThatIsTurnedStartsFromTheMix) {
     EXPECT_EQ(a.color(0)->full(), kKnobHover);
 }
 
+TEST_F(ViewLook, ViewsOfOneEditorShareTheirMixes) {
+    CColorMixes mixes;
+    window_.mixes = &mixes;
+    open({{"palette", "A"}}, {view("a", {{"color", "Knob"}}, {active("0.4"), hover("0.4")}),
+                              view("b", {{"color", "Knob"}}, {active("0.4")})});
+    setState(at("a"), "active");
+    setState(at("b"), "active");
+    tick(0.1);
+    EXPECT_EQ(at("a").color(0)->full(), mixed(kKnob, kKnobActive, 16));
+    EXPECT_EQ(at("a").color(0), at("b").color(0));
+    EXPECT_EQ(mixes.count(), 1);
+    tick(0.1);
+    EXPECT_EQ(mixes.count(), 2);
+    // A mix that is the start of another is the view's own, and stays as it is.
+    const CPixel half = mixed(kKnob, kKnobActive, 32);
+    setState(at("a"), "hover");
+    EXPECT_EQ(at("a").color(0)->full(), half);
+    mixes.clear();
+    EXPECT_EQ(at("a").color(0)->full(), half);
+    unsetState(at("a"), "active");
+    tick(0.1);
+    EXPECT_EQ(at("a").color(0)->full(), mixed(half, kKnobHover, 16));
+    EXPECT_EQ(at("b").color(0)->full(), mixed(kKnob, kKnobActive, 48));
+    EXPECT_EQ(mixes.count(), 1);
+    window_.mixes = nullptr;
+}
+
 TEST_F(ViewLook, OpacityOfColoursMorphsToo) {
     CView& a = openView({{"color", "Glass"}}, {state("solid", {{"color", "Knob"}}), active("0.4")});
     EXPECT_EQ(a.color(0)->opacity, 0.5);
@@ -206,7 +233,7 @@ TEST_F(ViewLook, OpacityOfColoursMorphsToo) {
     ASSERT_TRUE(color.find(palette, "X", nullptr, 0, 0));
     color.beginMorph();
     ASSERT_TRUE(color.find(palette, "X", &on, 1, 0));
-    color.mix(0.5);
+    color.mix(0.5, nullptr);
     EXPECT_EQ(color.shown()->opacity, 0.5);
     color.endMorph();
     EXPECT_EQ(color.shown()->opacity, 0.75);

@@ -8,6 +8,7 @@
 #include "Tests/Core/LogCapture.h"
 #include "Tests/Core/TestApplication.h"
 #include "Tests/UI/Resources/DataSetHelp.h"
+#include "UI/Drawing/CColorMixes.h"
 #include "UI/Views/CSectorMap.h"
 #include "UI/Views/CView.h"
 #include "UI/Views/CViewWindow.h"
@@ -33,6 +34,9 @@ public:
     CInputListener* input() override { return listener; }
 
     CInputListener* listener = nullptr;  ///< of a test with input
+    CColorMixes* colorMixes() override { return mixes; }
+
+    CColorMixes* mixes = nullptr;
     CSectorMap map;
     double time = 100.0;
 };

@@ -14,6 +14,9 @@ struct CPopupsTest : CWindowTree {
             popup("ui:tall", 80, 2000, {{"is-popup-window", "true"}}),
             popup("ui:settings", 120, 60, {{"unique-name", "settings"}, {"window-alignment", "center-overlay"}}),
             popup("ui:message", 100, 40, {{"is-modal", "true"}, {"window-alignment", "center"}}),
+            popup("ui:helper", 60, 30, {{"is-popup-window", "true"}, {"is-helper-window", "true"}}),
+            popup("ui:placed", 60, 30, {{"window-x", "500"}, {"window-y", "40"}, {"constrain-y", "60"}}),
+            popup("ui:entry", 60, 30, {{"is-taskbar", "true"}}),
             testTemplate("ui:plain", "test:view", {{"is-root-view", "true"}}),
             testTemplate("ui:window-blocker", "test:view",
                          {{"placement", "overlay"}, {"width", "100%"}, {"height", "100%"}})};
@@ -169,6 +172,82 @@ TEST_F(CPopupsTest, UnblockingAWindowWithoutABlockerIsHarmless) {
     openPopup("panel.a", "ui:message");
     EXPECT_EQ(consumed(find("main-window")->passEvent("unblock-window", params)), "");
     EXPECT_FALSE(window().isBlocked());
+}
+
+TEST_F(CPopupsTest, AWindowIsBlockedByTheEventToo) {
+    openButtons();
+    openPopup("panel.a", "ui:settings");
+    EXPECT_FALSE(window().isBlocked());
+    CAttributeMap params;
+    params["blocked-by"] = CAttributeValue::fromString("ui.settings");
+    EXPECT_EQ(consumed(find("main-window")->passEvent("block-window", params)), "");
+    EXPECT_EQ(window().blockedBy(), popupWindow("settings"));
+    EXPECT_EQ(at("window-blocker").getAttrString("blocked-by"), "ui.settings");
+    EXPECT_EQ(consumed(find("main-window")->passEvent("unblock-window", params)), "");
+    EXPECT_FALSE(window().isBlocked());
+    tick();
+    EXPECT_FALSE(popupWindow("settings"));
+    const CLogCapture log;
+    EXPECT_EQ(consumed(find("main-window")->passEvent("block-window", params)), "");
+    EXPECT_FALSE(window().isBlocked());
+    EXPECT_TRUE(log.has("Target not found: ui.settings // ui.main-window.window-renderer"));
+}
+
+TEST_F(CPopupsTest, AHelperNeitherBlocksNorTakesTheActivation) {
+    openButtons();
+    system.desktop().activate(host);
+    openPopup("panel.a", "ui:helper");
+    ASSERT_TRUE(popupWindow("helper"));
+    EXPECT_FALSE(window().isBlocked());
+    EXPECT_EQ(system.desktop().active(), host);
+    openPopup("panel.b", "ui:list");
+    EXPECT_EQ(system.desktop().active(), popupWindow("list")->handle());
+}
+
+TEST_F(CPopupsTest, AWindowMayHaveAnEntryInTheTaskbar) {
+    openButtons();
+    openPopup("panel.a", "ui:entry");
+    EXPECT_TRUE(system.desktop().find(popupWindow("entry")->handle())->isTaskbar());
+    openPopup("panel.b", "ui:settings");
+    EXPECT_FALSE(system.desktop().find(popupWindow("settings")->handle())->isTaskbar());
+}
+
+TEST_F(CPopupsTest, APlaceMayStandInTheTemplate) {
+    openButtons();
+    openPopup("panel.a", "ui:placed");
+    EXPECT_EQ(boundsOf("placed"), (CIntRect{500, 60, 560, 90}));
+    openPopup("panel.b", "ui:placed", {{"window-x", "510"}, {"constrain-y", "0"}});
+    EXPECT_EQ(boundsOf("placed#1"), (CIntRect{510, 40, 570, 70}));
+}
+
+TEST_F(CPopupsTest, APopupStandsByTheBoxOfItsOpener) {
+    openButtons();
+    EXPECT_EQ(consumed(at("panel.a").setAttribute("spread", CString("5"))), "");
+    tick();
+    const CViewRect box = at("panel.a").area().box();
+    openPopup("panel.a", "ui:list", {{"is-same-width", "true"}});
+    const int32_t x = kHostX + static_cast<int32_t>(box.x);
+    const int32_t y = kHostY + static_cast<int32_t>(box.bottom());
+    EXPECT_EQ(boundsOf("list"), (CIntRect{x, y, x + 60, y + 50}));
+}
+
+TEST_F(CPopupsTest, AnEventOpensAndClosesThePopupOfAView) {
+    openButtons();
+    CAttributeMap params;
+    EXPECT_EQ(consumed(deliverEvent(at("panel.a"), "popup-toggle", params)), "");
+    EXPECT_EQ(window().popups().count(), 0);
+    EXPECT_EQ(consumed(at("panel.a").setAttribute("popup-template", CString("ui:settings"))), "");
+    EXPECT_EQ(consumed(deliverEvent(at("panel.a"), "popup-toggle", params)), "");
+    ASSERT_TRUE(popupWindow("settings"));
+    EXPECT_EQ(consumed(deliverEvent(at("panel.a"), "popup-toggle", params)), "");
+    tick();
+    EXPECT_FALSE(popupWindow("settings"));
+    params["popup-template"] = CAttributeValue::fromString("ui:list");
+    params["list-id"] = CAttributeValue::fromInt(7);
+    EXPECT_EQ(consumed(deliverEvent(at("panel.a"), "popup-toggle", params)), "");
+    ASSERT_TRUE(popupWindow("list"));
+    EXPECT_EQ(find("list")->getAttrString("list-id"), "7");
+    EXPECT_FALSE(find("list")->hasAttr("popup-template"));
 }
 
 TEST_F(CPopupsTest, WidthAndPlaceByParameters) {

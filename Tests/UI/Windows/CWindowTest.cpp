@@ -246,14 +246,6 @@ TEST_F(CWindowTest, TheTitleFollowsTheRootView) {
     EXPECT_EQ(shown().title(), u"Other");
 }
 
-TEST_F(CWindowTest, AnyButtonIsAnEventOfTheWindow) {
-    openTwo();
-    listen("main-window.window-renderer", "mouse-button");
-    moveTo(20, 20);
-    system.input().click(CPointerButton::Other);
-    EXPECT_EQ(CEventLog::heard, (std::vector<std::string>(2, "mouse-button")));
-}
-
 TEST_F(CWindowTest, TheDrawLoadIsExportedWhereItIsWanted) {
     open({}, {}, {{"is-export-draw-load", "true"}});
     system.advance(0.1);

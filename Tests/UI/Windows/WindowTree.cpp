@@ -8,6 +8,7 @@ std::vector<std::string> CFilledView::heard;
 std::map<std::string, CFilledView::CAction> CFilledView::actions;
 int32_t CFilledView::drawnViews = 0;
 std::vector<std::string> CEventLog::heard;
+CAttributeMap CEventLog::last;
 
 namespace {
 
@@ -66,6 +67,7 @@ CError* CEventLog::initClass(CClassDescriptor& descriptor) {
 
 CError* CEventLog::receive(CAttributeMap& params) {
     heard.push_back(params["event-name"].asString().toUtf8());
+    last = params;
     return nullptr;
 }
 

@@ -43,6 +43,7 @@ protected:
 class CEventLog : public CObject {
 public:
     static std::vector<std::string> heard;
+    static CAttributeMap last;  ///< parameters
     [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
 
 private:
