@@ -64,14 +64,32 @@ CWindowHandle CDesktopByHand::topOf(CWindowHandle window) const {
     return found ? found->handle_ : 0;
 }
 
-/// Of two windows on top of each other the upper one is the last.
-std::vector<CWindowHandle> CDesktopByHand::handles() const {
-    std::vector<CWindowHandle> all;
-    for (const CWindowByHand* window : stack_) {
-        all.push_back(window->handle_);
+/// The windows of now, for loops whose handlers change them; of two on top of each other the upper one is the last. Its
+/// memory is used again, so that a product that allocates nothing can be seen to do so.
+class CDesktopByHand::CHandles {
+public:
+    explicit CHandles(CDesktopByHand& desktop) : desktop_(desktop) {
+        if (!desktop.spareHandles_.empty()) {
+            all_ = std::move(desktop.spareHandles_.back());
+            desktop.spareHandles_.pop_back();
+        }
+        for (const CWindowByHand* window : desktop.stack_) {
+            all_.push_back(window->handle_);
+        }
     }
-    return all;
-}
+    ~CHandles() {
+        all_.clear();
+        desktop_.spareHandles_.push_back(std::move(all_));
+    }
+    CHandles(const CHandles&) = delete;
+    CHandles& operator=(const CHandles&) = delete;
+    auto begin() const { return all_.begin(); }
+    auto end() const { return all_.end(); }
+
+private:
+    CDesktopByHand& desktop_;
+    std::vector<CWindowHandle> all_;
+};
 
 /// The topmost of those that go with a window; 0 for none.
 CWindowHandle CDesktopByHand::dependantOf(CWindowHandle window) const {
@@ -135,7 +153,7 @@ void CDesktopByHand::activate(CWindowHandle window) {
 /// Calls those whose state is another than they know, first those that lose the activation. A handler may move it on.
 void CDesktopByHand::tellActivation() {
     for (const bool isActive : {false, true}) {
-        for (const CWindowHandle handle : handles()) {
+        for (const CWindowHandle handle : CHandles(*this)) {
             CWindowByHand* window = find(handle);
             if (!window || window->isChild() || !window->handler_ || window->isToldActive_ == isActive ||
                 isActiveGroup(*window) != isActive) {
@@ -169,7 +187,7 @@ void CDesktopByHand::raise(CWindowHandle top) {
     }
     std::erase(stack_, window);
     stack_.push_back(window);
-    for (const CWindowHandle handle : handles()) {
+    for (const CWindowHandle handle : CHandles(*this)) {
         const CWindowByHand* other = find(handle);
         if (other->owner() == top) {
             raise(handle);
@@ -243,7 +261,7 @@ void CDesktopByHand::expose(CWindowHandle window, const CIntRect& rect) {
 
 int32_t CDesktopByHand::paint() {
     int32_t painted = 0;
-    for (const CWindowHandle handle : handles()) {
+    for (const CWindowHandle handle : CHandles(*this)) {
         CWindowByHand* window = find(handle);
         if (window && window->handler_ && window->isShown_ && !window->invalid_.isEmpty()) {
             const CIntRect dirty = std::exchange(window->invalid_, CIntRect());

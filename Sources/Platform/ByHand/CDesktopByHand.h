@@ -80,7 +80,7 @@ public:
 private:
     CWindowByHand* hitIn(CWindowHandle container, int32_t x, int32_t y) const;
     void drawIn(CWindowHandle container, const CIntRect& clip, const CIntRect& rect, CPictureByHand& picture);
-    std::vector<CWindowHandle> handles() const;
+    class CHandles;
     void raise(CWindowHandle top);
     bool isActiveGroup(const CWindowByHand& window) const;
     CWindowHandle dependantOf(CWindowHandle window) const;
@@ -92,6 +92,7 @@ private:
     std::vector<std::unique_ptr<CWindowByHand>> hosts_;
     // All windows, those that stand in one another too, from the bottom up.
     std::vector<CWindowByHand*> stack_;
+    std::vector<std::vector<CWindowHandle>> spareHandles_;
     CWindowHandle lastHandle_ = 0x1000;
     CWindowHandle active_ = 0;
     CWindowHandle focus_ = 0;

@@ -155,12 +155,16 @@ CError* CViewBaseState::attrState() {
         return nullptr;
     }
     const CArray<CString, 4> names = getAttrString("state").split(' ');
-    bool isOther = false;
-    for (auto active = active_.begin(); active != active_.end();) {
-        const bool stays = names.indexOf(active->first) >= 0;
-        isOther = isOther || !stays;
-        active = stays ? std::next(active) : active_.erase(active);
+    CArray<CString, 4> ended;
+    for (const auto& active : active_) {
+        if (names.indexOf(active.first) < 0) {
+            ended.append(active.first);
+        }
     }
+    for (const CString& name : ended) {
+        active_.erase(name);
+    }
+    bool isOther = !ended.isEmpty();
     for (const CString& name : names) {
         if (!isStateSet(name)) {
             activate(name);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "UI/Views/CNamedValues.h"
 #include "UI/Views/CViewBaseCtlEvents.h"
 #include "UI/Views/CViewColorSlot.h"
 #include "UI/Views/CViewCommand.h"
@@ -80,8 +81,6 @@ private:
         bool isTimed = false;
         bool isWaiting = false;  ///< no clock yet: `end` counts from the first render tick
     };
-    template <class T>
-    using CNamed = std::map<CString, T, std::less<CString>, CHeapAllocator<std::pair<const CString, T>>>;
     static constexpr int32_t kTracks = 3;
 
     [[nodiscard]] CError* attrState();
@@ -96,8 +95,8 @@ private:
     /// The following may end with this view destroyed.
     [[nodiscard]] CError* applyStates(double morphSeconds);
     [[nodiscard]] CError* applyOnce(double morphSeconds);
-    [[nodiscard]] CError* restoreOthers(const CNamed<CString>& wanted, double morphSeconds);
-    [[nodiscard]] CError* applyOverrides(const CNamed<CString>& wanted, double morphSeconds);
+    [[nodiscard]] CError* restoreOthers(const CNamedValues<CString>& wanted, double morphSeconds);
+    [[nodiscard]] CError* applyOverrides(const CNamedValues<CString>& wanted, double morphSeconds);
     [[nodiscard]] CError* changeAttribute(const CString& name, const CAttributeValue& value, double morphSeconds);
     [[nodiscard]] CError* writeAttribute(const CString& name, const CAttributeValue& value);
     [[nodiscard]] CError* timer(double now);
@@ -112,9 +111,10 @@ private:
     CArray<CViewState*, 5> states_;
     CArray<CViewCommand*, 2> commands_;
     CArray<CViewColorSlot*, 2> slots_;
-    CNamed<CActive> active_;
-    CNamed<CString> overrides_;    ///< texts of the states that are set, as written
-    CNamed<CAttributeValue> own_;  ///< what the view has of these attributes without any state
+    CNamedValues<CActive> active_;
+    CNamedValues<CString> wanted_;       ///< room for what applyOnce collects
+    CNamedValues<CString> overrides_;    ///< texts of the states that are set, as written
+    CNamedValues<CAttributeValue> own_;  ///< what the view has of these attributes without any state
     const CString* writing_ = nullptr;
     bool isApplying_ = false;
     bool isStale_ = false;

@@ -1,7 +1,5 @@
 // What the states of a view change: attributes of the view, its colour state and its range of images.
 
-#include <iterator>
-
 #include "Core/CObjectExpressions.h"
 #include "Core/CObjectWatch.h"
 #include "UI/Views/CViewBaseState.h"
@@ -146,7 +144,9 @@ CError* CViewBaseState::applyStates(double morphSeconds) {
 }
 
 CError* CViewBaseState::applyOnce(double morphSeconds) {
-    CNamed<CString> wanted;
+    // Out of this object for the call, which may destroy it.
+    CNamedValues<CString> wanted = std::move(wanted_);
+    wanted.clear();
     for (const CViewState* state : states_) {
         if (isStateSet(state->stateName())) {
             for (const auto& attribute : state->attributes()) {
@@ -165,11 +165,14 @@ CError* CViewBaseState::applyOnce(double morphSeconds) {
         composeLook();
         lookChanged(morphSeconds);
     }
+    if (watch.isAlive()) {
+        wanted_ = std::move(wanted);
+    }
     return error;
 }
 
 /// Gives back the own texts of what no state overrides any more.
-CError* CViewBaseState::restoreOthers(const CNamed<CString>& wanted, double morphSeconds) {
+CError* CViewBaseState::restoreOthers(const CNamedValues<CString>& wanted, double morphSeconds) {
     CArray<CString, 4> left;
     for (const auto& item : overrides_) {
         if (wanted.find(item.first) == wanted.end()) {
@@ -189,7 +192,7 @@ CError* CViewBaseState::restoreOthers(const CNamed<CString>& wanted, double morp
     return nullptr;
 }
 
-CError* CViewBaseState::applyOverrides(const CNamed<CString>& wanted, double morphSeconds) {
+CError* CViewBaseState::applyOverrides(const CNamedValues<CString>& wanted, double morphSeconds) {
     // All own texts first, since overrides may refer to one another's.
     for (const auto& [name, text] : wanted) {
         if (overrides_.find(name) == overrides_.end()) {

@@ -1,0 +1,120 @@
+// What a tick of an open editor costs once everything has happened before: no memory, and at rest no pixel.
+
+#include "Core/CHeap.h"
+#include "Tests/Audio/Parameters/CountedNew.h"
+#include "Tests/Tools/ViewInspector/DemoEditor.h"
+
+namespace tarv {
+namespace {
+
+class SteadyTicks : public CDemoEditor {
+protected:
+    SteadyTicks() {
+        open();
+        // Each timer fires once.
+        advance(1.0);
+    }
+
+    /// Allocations of both heaps while something happens.
+    template <class Work>
+    static uint64_t allocationsOf(Work&& work) {
+        const uint64_t before = newCounters().news + CHeap::counters().allocations;
+        work();
+        return newCounters().news + CHeap::counters().allocations - before;
+    }
+    /// The same at the second time: the first one may make room.
+    template <class Work>
+    static uint64_t secondTime(Work&& work) {
+        work();
+        return allocationsOf(work);
+    }
+};
+
+TEST_F(SteadyTicks, TheCounterCounts) {
+    EXPECT_GT(allocationsOf([] { delete new std::string(100, 'x'); }), 0u);
+    EXPECT_GT(allocationsOf([] { CHeap::free(CHeap::alloc(10)); }), 0u);
+}
+
+TEST_F(SteadyTicks, AtRestNothingIsDrawnSentOrAllocated) {
+    advance(1.0);
+    shown().forgetPresented();
+    EXPECT_EQ(allocationsOf([this] { advance(100 * kTick); }), 0u);
+    EXPECT_EQ(shown().presentCount(), 0);
+    EXPECT_EQ(shown().presentedPixels(), 0);
+    EXPECT_EQ(editor.system().pump(), 0);
+}
+
+TEST_F(SteadyTicks, ThePointerMovesWithoutAllocating) {
+    std::vector<CView*> path;
+    for (const char* name : {"buttons.list", "buttons.latch", "c.bars.surface.band-2", "c.side.scrolled.rows.wide",
+                             "window-status", "c.side.glass.lower"}) {
+        path.push_back(&at(name));
+    }
+    EXPECT_EQ(secondTime([&] {
+                  for (const CView* view : path) {
+                      editor.pointAt(*view);
+                      advance(kTick);
+                  }
+              }),
+              0u);
+}
+
+TEST_F(SteadyTicks, APressAndItsReleaseAllocateNothing) {
+    pointAt("buttons.latch");
+    EXPECT_EQ(secondTime([&] {
+                  for (int32_t i = 0; i < 2; ++i) {
+                      editor.system().input().click();
+                      advance(kTick);
+                  }
+              }),
+              0u);
+}
+
+TEST_F(SteadyTicks, MorphsAllocateNothing) {
+    const CView& morphing = at("buttons.morphing");
+    const CView& band = at("c.bars.surface.band-4");
+    EXPECT_EQ(secondTime([&] {
+                  for (int32_t i = 0; i < 2; ++i) {
+                      editor.pointAt(morphing);
+                      editor.system().input().click();
+                      editor.pointAt(band);
+                      editor.system().input().click();
+                      advance(1.0);
+                  }
+              }),
+              0u);
+}
+
+TEST_F(SteadyTicks, AnAnimatedColourAllocatesNothing) {
+    click("window-title.bypass");
+    EXPECT_EQ(secondTime([&] { advance(3.0); }), 0u);
+    shown().forgetPresented();
+    advance(1.0);
+    EXPECT_GT(shown().presentedPixels(), 0);
+}
+
+TEST_F(SteadyTicks, WhatMovesOrChangesByAttributesAllocatesNothing) {
+    CView& bar = at("c.bars.surface.band-1.bar");
+    CView& rows = at("c.side.scrolled");
+    CView& lower = at("c.side.glass.lower");
+    EXPECT_EQ(secondTime([&] {
+                  for (int32_t i = 0; i < 40; ++i) {
+                      EXPECT_EQ(consumed(bar.setAttribute("height", CAttributeValue::fromInt(40 + i))), "");
+                      EXPECT_EQ(consumed(rows.setAttribute("offset-y", CAttributeValue::fromReal(0.01 * i))), "");
+                      EXPECT_EQ(consumed(lower.setAttribute("opacity", CAttributeValue::fromReal(0.02 * i))), "");
+                      advance(kTick);
+                  }
+              }),
+              0u);
+}
+
+TEST_F(SteadyTicks, APartOfTheWindowIsShownAgainWithoutAllocating) {
+    EXPECT_EQ(secondTime([&] {
+                  editor.system().desktop().expose(editor.window()->handle(), {100, 100, 400, 300});
+                  editor.system().pump();
+              }),
+              0u);
+}
+
+}  // namespace
+}  // namespace tarv
