@@ -21,9 +21,7 @@ public:
     uint32_t* pixels() override { return pixels_.data(); }
     int32_t width() const override { return width_; }
     int32_t height() const override { return height_; }
-    uint32_t at(int32_t x, int32_t y) const {
-        return pixels_[static_cast<size_t>(y) * static_cast<size_t>(width_) + static_cast<size_t>(x)];
-    }
+    const uint32_t* row(int32_t y) const { return &pixels_[static_cast<size_t>(y) * static_cast<size_t>(width_)]; }
 
 private:
     CDesktopByHand& desktop_;

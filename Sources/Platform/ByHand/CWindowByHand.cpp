@@ -99,10 +99,10 @@ void CWindowByHand::present(const CSurface& surface, int32_t x, int32_t y, const
 
 void CWindowByHand::readPresented() {
     for (const CPresented& one : presented_) {
+        // Rows at once: benchmarks show their pixels here, too.
         for (int32_t y = one.rect.top; y < one.rect.bottom; ++y) {
-            for (int32_t x = one.rect.left; x < one.rect.right; ++x) {
-                picture_.at(x, y) = one.surface->at(x - one.x, y - one.y);
-            }
+            const uint32_t* from = one.surface->row(y - one.y) + (one.rect.left - one.x);
+            std::copy_n(from, one.rect.width(), &picture_.at(one.rect.left, y));
         }
     }
     presented_.clear();

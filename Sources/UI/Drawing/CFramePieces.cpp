@@ -87,6 +87,17 @@ void CFramePieces::drawPiece(CLinearBitmap& target, uint32_t index, const CSpan&
     }
     const CSpan x = column.within(seen.left, seen.right);
     const CSpan y = row.within(seen.top, seen.bottom);
+    const int32_t count = x.start < x.end ? (x.end - x.start + x.step - 1) / x.step : 0;
+    if (image->layerCount() == 1) {
+        for (int32_t top = y.start; top < y.end; top += y.step) {
+            const int64_t pixels =
+                target.drawImageRow(image->layer(0), color, x.start, top, x.step, count, opacity, seen);
+            drawn.pixels += pixels;
+            drawn.count += pixels > 0 ? count : 0;
+        }
+        return;
+    }
+    // Layers of one picture lie on one another before the next one is drawn.
     for (int32_t top = y.start; top < y.end; top += y.step) {
         for (int32_t left = x.start; left < x.end; left += x.step) {
             for (int32_t i = 0; i < image->layerCount(); ++i) {

@@ -47,6 +47,9 @@ public:
     /// one. Gives the pixels of its stored rectangle that are left by the clip, for the load counter.
     int64_t drawImage(const CImageLayer& layer, const CColor& color, int32_t x, int32_t y, double opacity,
                       const CIntRect& clip);
+    /// As `count` calls of drawImage side by side, each `step` pixels behind the last one.
+    int64_t drawImageRow(const CImageLayer& layer, const CColor& color, int32_t x, int32_t y, int32_t step,
+                         int32_t count, double opacity, const CIntRect& clip);
 
 protected:
     /// Lays the bitmap over memory that a subclass owns; null for none.

@@ -1,6 +1,7 @@
 // Pictures of coded rows: one loop for each kind of layer and each path of blending.
 
 #include <algorithm>
+#include <cstring>
 
 #include "Core/LittleEndian.h"
 #include "UI/Drawing/Blend.h"
@@ -146,6 +147,54 @@ void drawRows(CLinearBitmap& target, const CImageVersion& version, const CPart& 
     }
 }
 
+/// Whether all bytes of an opaque run are alike. Two bytes a pixel.
+bool isOneStep(const uint8_t* run, uint32_t count) {
+    return std::memcmp(run, run + 1, count - 1) == 0;
+}
+
+/// The same for pictures side by side without gaps: `part` is the first one, which is seen in its whole width, and the
+/// last one may be cut at `right`. Opaque drawing.
+template <int32_t kBytes>
+void drawRepeatedRows(CLinearBitmap& target, const CImageVersion& version, const CPart& part, int32_t right,
+                      const CBlend& given) {
+    const CBlend blend = given;
+    const auto width = static_cast<uint32_t>(part.seen.width());
+    const auto whole = static_cast<uint32_t>(right - part.seen.left);
+    const uint8_t* above = nullptr;
+    bool isCopied = false;
+    for (int32_t y = part.seen.top; y < part.seen.bottom; ++y) {
+        const uint8_t* bytes = version.row(y - part.top);
+        CPixel* pixels = target.row(y) + part.seen.left;
+        if (bytes && bytes == above && isCopied) {
+            std::copy_n(target.row(y - 1) + part.seen.left, whole, pixels);
+            continue;
+        }
+        above = bytes;
+        isCopied = bytes && isOneOpaqueRun(bytes, 0, width);
+        if (isCopied) {
+            const uint8_t* run = bytes;
+            takeRun(run);
+            if (kBytes == 2 && isOneStep(run, width)) {
+                std::fill_n(pixels, whole, blend.ramp[*run]);
+                continue;
+            }
+            drawRow<kBytes, true>(pixels, bytes, 0, width, blend);
+            // Twice as many at each step.
+            for (uint32_t done = width; done < whole; done *= 2) {
+                std::copy_n(pixels, std::min(done, whole - done), pixels + done);
+            }
+        } else if (bytes) {
+            for (uint32_t at = 0; at < whole; at += width) {
+                drawRow<kBytes, true>(pixels + at, bytes, 0, std::min(width, whole - at), blend);
+            }
+        }
+    }
+}
+
+using CDrawRepeatedRows = void (*)(CLinearBitmap&, const CImageVersion&, const CPart&, int32_t, const CBlend&);
+constexpr CDrawRepeatedRows kDrawRepeatedRows[kLayerKinds] = {nullptr, &drawRepeatedRows<1>, &drawRepeatedRows<2>,
+                                                              nullptr, &drawRepeatedRows<4>};
+
 using CDrawRows = void (*)(CLinearBitmap&, const CImageVersion&, const CPart&, const CBlend&);
 
 /// By the bytes per pixel of a layer; whether drawing is fully opaque.
@@ -174,6 +223,41 @@ int64_t CLinearBitmap::drawImage(const CImageLayer& layer, const CColor& color, 
         kDrawRows[layer.bytesPerPixel()][blend.alpha >= kOpaqueAlpha](*this, version, {seen, left, top}, blend);
     }
     return int64_t{seen.width()} * seen.height();
+}
+
+int64_t CLinearBitmap::drawImageRow(const CImageLayer& layer, const CColor& color, int32_t x, int32_t y, int32_t step,
+                                    int32_t count, double opacity, const CIntRect& clip) {
+    int64_t pixels = 0;
+    const auto drawEach = [&](int32_t first, int32_t last) {
+        for (int32_t i = first; i < last; ++i) {
+            pixels += drawImage(layer, color, x + i * step, y, opacity, clip);
+        }
+    };
+    const CIntRect room = clip.intersection(bounds());
+    const CBlend blend{color.ramp, color.full(), effectiveAlpha(color.opacity * opacity)};
+    const CImageVersion* version = layer.versionCount() > 0 ? &layer.version() : nullptr;
+    const bool isGapless = version && version->x() == 0 && version->storedWidth() == step;
+    if (!isGapless || room.isEmpty() || blend.alpha < kOpaqueAlpha) {
+        drawEach(0, count);
+        return pixels;
+    }
+    // From the first one that is seen in its whole width; those that are cut at the left come before.
+    const int32_t first = std::clamp((room.left - x + step - 1) / step, x < room.left ? 1 : 0, count);
+    drawEach(0, first);
+    const int32_t top = y + version->y();
+    const int32_t left = x + first * step;
+    const CIntRect stored{left, top, left + step, top + version->storedHeight()};
+    const CIntRect seen = stored.intersection(room);
+    if (first == count || seen.isEmpty()) {
+        return pixels;
+    }
+    if (seen.right < stored.right) {
+        drawEach(first, first + 1);
+        return pixels;
+    }
+    const int32_t right = std::min(room.right, x + count * step);
+    kDrawRepeatedRows[layer.bytesPerPixel()](*this, *version, {seen, left, top}, right, blend);
+    return pixels + int64_t{seen.height()} * (right - left);
 }
 
 }  // namespace tarv
