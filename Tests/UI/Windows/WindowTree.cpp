@@ -7,6 +7,8 @@ namespace tarv {
 std::vector<std::string> CFilledView::heard;
 std::map<std::string, CFilledView::CAction> CFilledView::actions;
 int32_t CFilledView::drawnViews = 0;
+std::function<void(CFilledView&, const std::string&)> CFilledView::onEvent;
+std::function<void(const CFilledView&)> CFilledView::onGone;
 std::vector<std::string> CEventLog::heard;
 CAttributeMap CEventLog::last;
 
@@ -20,6 +22,7 @@ std::vector<CCreatorRow> creators(const std::vector<CCreatorRow>& more) {
         {"test:log", &createObject<CEventLog>, &CEventLog::initClass},
         {"test:view", &createObject<CFilledView>, &CFilledView::initClass},
         {"ui:ui-event-bridge", &createObject<CUIEventBridge>, nullptr},
+        {"ui:view-state", &createObject<CViewState>, nullptr},
         {"ui:window-renderer", &createObject<CWindow>, &CWindow::initClass},
         {"ui:window-shared-data", &createObject<CWindowSharedData>, &CWindowSharedData::initClass}};
     rows.insert(rows.end(), more.begin(), more.end());
@@ -28,10 +31,23 @@ std::vector<CCreatorRow> creators(const std::vector<CCreatorRow>& more) {
 
 }  // namespace
 
+CFilledView::~CFilledView() {
+    if (onGone) {
+        onGone(*this);
+    }
+}
+
 CError* CFilledView::inputEvent(const CString& event, CAttributeMap& eventParams) {
     params = eventParams;
     const std::string text = name().toUtf8() + "." + event.toUtf8();
     heard.push_back(text);
+    if (onEvent) {
+        const CObjectWatch watch(*this);
+        onEvent(*this, event.toUtf8());
+        if (!watch.isAlive()) {
+            return nullptr;
+        }
+    }
     const auto action = actions.find(text);
     if (action != actions.end()) {
         const CObjectWatch watch(*this);
@@ -75,11 +91,15 @@ CWindowTree::CWindowTree(std::vector<CIntRect> monitors) : system(std::move(moni
     host = system.desktop().openHost({kHostX, kHostY, kHostX + 400, kHostY + 300});
     CFilledView::heard.clear();
     CFilledView::actions.clear();
+    CFilledView::onEvent = {};
+    CFilledView::onGone = {};
     CEventLog::heard.clear();
 }
 
 CWindowTree::~CWindowTree() {
     close();
+    CFilledView::onEvent = {};
+    CFilledView::onGone = {};
     application.reset();
 }
 

@@ -27,7 +27,11 @@ public:
     static std::vector<std::string> heard;
     /// By the same texts, such as "a.mouse-press".
     static std::map<std::string, CAction> actions;
+    /// All events of all views, and their ends; empty unless a test sets them.
+    static std::function<void(CFilledView&, const std::string& event)> onEvent;
+    static std::function<void(const CFilledView&)> onGone;
 
+    ~CFilledView() override;
     bool isInputView() const override { return getAttrBoolOr("is-input", true); }
     bool grabsKeys() const override { return getAttrBool("grabs-keys"); }
     CAttributeMap params;  ///< of the last event
