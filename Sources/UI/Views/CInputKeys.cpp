@@ -7,6 +7,10 @@
 
 namespace tarv {
 
+bool CInputRouter::takesInput(const CViewBaseCtlEvents& view) const {
+    return !system_.isBlocked() && CInputTarget::takesInput(view);
+}
+
 bool CInputRouter::wheel(const CWheelEvent& event) {
     const CCall call(*this);
     if (drag_.isActive()) {
@@ -16,7 +20,7 @@ bool CInputRouter::wheel(const CWheelEvent& event) {
     CViewBaseCtlEvents* view = CInputTarget::unintercepted(CInputTarget::hit(window_.sectorMap(), event.x, event.y));
     while (view) {
         CViewBaseCtlEvents* parent = view->parentInput();
-        if (!CInputTarget::takesInput(*view)) {
+        if (!takesInput(*view)) {
             view = parent;
             continue;
         }
@@ -139,7 +143,7 @@ bool CInputRouter::setKeyMode(bool isOn) {
 
 void CInputRouter::setKeyFocus(CViewBaseCtlEvents* view) {
     const CCall call(*this);
-    if (!view || CInputTarget::takesInput(*view)) {
+    if (!view || takesInput(*view)) {
         changeFocus(view);
     }
 }
@@ -160,7 +164,7 @@ bool CInputRouter::changeFocus(CViewBaseCtlEvents* view) {
     }
     view = focusing_;
     focusing_ = nullptr;
-    focus_ = view && CInputTarget::takesInput(*view) ? view : nullptr;
+    focus_ = view && takesInput(*view) ? view : nullptr;
     const CCall call(*this);
     if (former || focus_) {
         system_.wantKeys(focus_ != nullptr);

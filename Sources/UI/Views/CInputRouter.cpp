@@ -108,7 +108,7 @@ void CInputRouter::move(const CHIDInfo& info) {
 
 CViewBaseCtlEvents* CInputRouter::takerAt(const CHIDInfo& info) {
     CViewBaseCtlEvents* taker = CInputTarget::of(CInputTarget::hit(window_.sectorMap(), info.x, info.y));
-    return taker && CInputTarget::takesInput(*taker) ? taker : nullptr;
+    return taker && takesInput(*taker) ? taker : nullptr;
 }
 
 bool CInputRouter::hoverAt(const CHIDInfo& info) {
@@ -137,7 +137,7 @@ bool CInputRouter::setHover(CViewBaseCtlEvents* view) {
     }
     view = entering_;
     entering_ = nullptr;
-    if (!view || !CInputTarget::takesInput(*view)) {
+    if (!view || !takesInput(*view)) {
         return true;
     }
     hovered_ = view;
@@ -182,7 +182,7 @@ void CInputRouter::press(const CPointerEvent& event, const CHIDInfo& info) {
         return;
     }
     // A pen or a finger presses where no move has been.
-    if (!hoverAt(info) || drag_.isActive()) {
+    if (!hoverAt(info) || drag_.isActive() || system_.isBlocked()) {
         return;
     }
     if (!(event.button == CPointerButton::Left ? isLeftDown_ : isRightDown_)) {
@@ -204,7 +204,7 @@ void CInputRouter::press(const CPointerEvent& event, const CHIDInfo& info) {
     }
     taker = pressing_;
     pressing_ = nullptr;
-    if (taker && CInputTarget::takesInput(*taker)) {
+    if (taker && takesInput(*taker)) {
         beginPress(*taker, event, info);
     }
 }
@@ -253,7 +253,7 @@ void CInputRouter::release(CPointerButton button, const CHIDInfo& info) {
     CViewBaseCtlEvents* view = drag_.view();
     drag_.end();
     system_.capturePointer(false);
-    const bool isRelease = view && CInputTarget::takesInput(*view) && view->visibleRect().holds(info.x, info.y);
+    const bool isRelease = view && takesInput(*view) && view->visibleRect().holds(info.x, info.y);
     if (endPress(view, button, isRelease) && !drag_.isActive() && isInside_) {
         hoverAt(info);
     }
@@ -320,13 +320,13 @@ void CInputRouter::update() {
 
 /// What takes no input any more loses what it has.
 bool CInputRouter::check() {
-    if (drag_.view() && !CInputTarget::takesInput(*drag_.view()) && !cancelPress(false)) {
+    if (drag_.view() && !takesInput(*drag_.view()) && !cancelPress(false)) {
         return false;
     }
-    if (hovered_ && !CInputTarget::takesInput(*hovered_) && !setHover(nullptr)) {
+    if (hovered_ && !takesInput(*hovered_) && !setHover(nullptr)) {
         return false;
     }
-    return !focus_ || CInputTarget::takesInput(*focus_) || changeFocus(nullptr);
+    return !focus_ || takesInput(*focus_) || changeFocus(nullptr);
 }
 
 void CInputRouter::settle() {

@@ -19,6 +19,8 @@ public:
     virtual void wantKeys(bool isWanted) = 0;
     /// A handler has failed; takes the error.
     virtual void inputFailed(CError* error) = 0;
+    /// Its views get no input for now: what opened a window in its way may be a handler that the router has called.
+    virtual bool isBlocked() const { return false; }
     /// A view is being destroyed.
     virtual void viewGone(const CViewBaseCtlEvents& view) { (void)view; }
 
@@ -103,6 +105,7 @@ private:
     bool refreshHint();
     bool check();
     void settle();
+    bool takesInput(const CViewBaseCtlEvents& view) const;
     bool anotherIsHeld(const CPointerEvent& event) const;
     void noteButton(const CPointerEvent& event);
     CViewBaseCtlEvents* takerAt(const CHIDInfo& info);

@@ -73,7 +73,7 @@ public:
     /// Brings an open popup to the user.
     void raise();
     /// While true the views get no pointer and no key; a press asks what blocks.
-    bool isBlocked() const { return blockedBy_ != nullptr; }
+    bool isBlocked() const override { return blockedBy_ != nullptr; }
     /// What stands in the way: a popup of this window. Null ends it. The view `window-blocker` comes and goes with it.
     void block(CWindow* popup);
     CWindow* blockedBy() const { return blockedBy_; }

@@ -1,48 +1,11 @@
 #include "UI/Windows/CPopups.h"
 
-#include "Tests/UI/Windows/WindowTree.h"
+#include "Tests/UI/Windows/PopupTree.h"
 
 namespace tarv {
 namespace {
 
-/// A button at 10, 10 of 60 x 20 pixels, and another one beside it.
-struct CPopupsTest : CWindowTree {
-    CPopupsTest() {
-        templates = {
-            popup("ui:list", 80, 50, {{"is-popup-window", "true"}, {"window-alignment", "bottom"}, {"fill", "5"}},
-                  {view("row", {{"placement", "top"}, {"width", "80"}, {"height", "20"}, {"fill", "6"}})}),
-            popup("ui:tall", 80, 2000, {{"is-popup-window", "true"}}),
-            popup("ui:settings", 120, 60, {{"unique-name", "settings"}, {"window-alignment", "center-overlay"}}),
-            popup("ui:message", 100, 40, {{"is-modal", "true"}, {"window-alignment", "center"}}),
-            popup("ui:helper", 60, 30, {{"is-popup-window", "true"}, {"is-helper-window", "true"}}),
-            popup("ui:placed", 60, 30, {{"window-x", "500"}, {"window-y", "40"}, {"constrain-y", "60"}}),
-            popup("ui:entry", 60, 30, {{"is-taskbar", "true"}}),
-            testTemplate("ui:plain", "test:view", {{"is-root-view", "true"}}),
-            testTemplate("ui:window-blocker", "test:view",
-                         {{"placement", "overlay"}, {"width", "100%"}, {"height", "100%"}})};
-    }
-    void openButtons() {
-        open({view("panel", {{"placement", "full"}, {"width", "100%"}, {"height", "100%"}, {"is-input", "false"}},
-                   {view("a", {{"placement", "left"}, {"width", "60"}, {"height", "20"}, {"outer-border", "*LT10"}}),
-                    view("b", {{"placement", "left"}, {"width", "60"}, {"height", "20"}})})});
-        heard();
-    }
-    CIntRect boundsOf(const std::string& name) const {
-        const CWindow* found = popupWindow(name);
-        return found ? found->screenBounds() : CIntRect();
-    }
-    CViewRect rectOf(const std::string& path) { return at(path).wholeRect(); }
-    void moveOnto(const std::string& path) {
-        const CViewRect rect = rectOf(path);
-        moveTo(static_cast<int32_t>(rect.x) + 2, static_cast<int32_t>(rect.y) + 2);
-    }
-    void clickOn(const std::string& path) {
-        moveOnto(path);
-        system.input().click();
-    }
-    /// The opener's window ticks.
-    void tick() { system.advance(0.03); }
-};
+struct CPopupsTest : CPopupTree {};
 
 TEST_F(CPopupsTest, APopupStandsBelowItsOpenerAndShowsItself) {
     openButtons();
@@ -61,28 +24,6 @@ TEST_F(CPopupsTest, APopupStandsBelowItsOpenerAndShowsItself) {
     EXPECT_EQ(shown.picture().at(5, 45), 5u);
     EXPECT_EQ(find("list")->getAttrString("opener"), "ui.main-window.panel.a");
     EXPECT_EQ(system.desktop().active(), list->handle());
-}
-
-TEST_F(CPopupsTest, TheOpenersWindowIsBlockedUntilThePopupIsClosed) {
-    openButtons();
-    moveOnto("panel.a");
-    heard();
-    openPopup("panel.a", "ui:list");
-    EXPECT_EQ(heard(), "list.update-window-bounds a.mouse-exit");
-    EXPECT_TRUE(window().isBlocked());
-    ASSERT_TRUE(find("main-window.window-blocker"));
-    EXPECT_EQ(at("window-blocker").getAttrString("blocked-by"), "ui.list");
-    moveTo(90, 4);
-    EXPECT_TRUE(system.input().wheel(1.0));
-    EXPECT_EQ(heard(), "");
-    system.input().press();  // on the blocker
-    system.input().release();
-    EXPECT_FALSE(popupWindow("list")->isOpen());
-    tick();
-    EXPECT_FALSE(popupWindow("list"));
-    EXPECT_FALSE(find("main-window.window-blocker"));
-    EXPECT_FALSE(window().isBlocked());
-    EXPECT_EQ(heard().find("a.popup-closed"), 0u);
 }
 
 TEST_F(CPopupsTest, AnOpenerPressedAgainClosesItsPopup) {
@@ -147,61 +88,6 @@ TEST_F(CPopupsTest, AWindowOfAUniqueNameIsNotOpenedTwice) {
     EXPECT_EQ(popupWindow("settings")->handle(), handle);
     EXPECT_FALSE(popupWindow("settings#1"));
     EXPECT_EQ(system.desktop().windowCount(), 2);
-}
-
-TEST_F(CPopupsTest, AMessageStaysAndFlashesItsTitle) {
-    openButtons();
-    openPopup("panel.a", "ui:message");
-    EXPECT_TRUE(window().isBlocked());
-    heard();
-    click(200, 150);
-    EXPECT_EQ(heard(), "message.flash-title");
-    EXPECT_TRUE(popupWindow("message")->isOpen());
-    CAttributeMap params;
-    EXPECT_EQ(consumed(find("message")->passEvent("close-window", params)), "");
-    EXPECT_FALSE(window().isBlocked());
-    tick();
-    EXPECT_FALSE(popupWindow("message"));
-}
-
-TEST_F(CPopupsTest, UnblockingAWindowWithoutABlockerIsHarmless) {
-    openButtons();
-    CAttributeMap params;
-    EXPECT_EQ(consumed(find("main-window")->passEvent("unblock-window", params)), "");
-    EXPECT_FALSE(window().isBlocked());
-    openPopup("panel.a", "ui:message");
-    EXPECT_EQ(consumed(find("main-window")->passEvent("unblock-window", params)), "");
-    EXPECT_FALSE(window().isBlocked());
-}
-
-TEST_F(CPopupsTest, AWindowIsBlockedByTheEventToo) {
-    openButtons();
-    openPopup("panel.a", "ui:settings");
-    EXPECT_FALSE(window().isBlocked());
-    CAttributeMap params;
-    params["blocked-by"] = CAttributeValue::fromString("ui.settings");
-    EXPECT_EQ(consumed(find("main-window")->passEvent("block-window", params)), "");
-    EXPECT_EQ(window().blockedBy(), popupWindow("settings"));
-    EXPECT_EQ(at("window-blocker").getAttrString("blocked-by"), "ui.settings");
-    EXPECT_EQ(consumed(find("main-window")->passEvent("unblock-window", params)), "");
-    EXPECT_FALSE(window().isBlocked());
-    tick();
-    EXPECT_FALSE(popupWindow("settings"));
-    const CLogCapture log;
-    EXPECT_EQ(consumed(find("main-window")->passEvent("block-window", params)), "");
-    EXPECT_FALSE(window().isBlocked());
-    EXPECT_TRUE(log.has("Target not found: ui.settings // ui.main-window.window-renderer"));
-}
-
-TEST_F(CPopupsTest, AHelperNeitherBlocksNorTakesTheActivation) {
-    openButtons();
-    system.desktop().activate(host);
-    openPopup("panel.a", "ui:helper");
-    ASSERT_TRUE(popupWindow("helper"));
-    EXPECT_FALSE(window().isBlocked());
-    EXPECT_EQ(system.desktop().active(), host);
-    openPopup("panel.b", "ui:list");
-    EXPECT_EQ(system.desktop().active(), popupWindow("list")->handle());
 }
 
 TEST_F(CPopupsTest, AWindowMayHaveAnEntryInTheTaskbar) {

@@ -1,0 +1,114 @@
+// Windows that wait for a popup.
+
+#include "Tests/UI/Windows/PopupTree.h"
+
+namespace tarv {
+namespace {
+
+struct CPopupBlock : CPopupTree {};
+
+TEST_F(CPopupBlock, TheOpenersWindowIsBlockedUntilThePopupIsClosed) {
+    openButtons();
+    moveOnto("panel.a");
+    heard();
+    openPopup("panel.a", "ui:list");
+    EXPECT_EQ(heard(), "list.update-window-bounds a.mouse-exit");
+    EXPECT_TRUE(window().isBlocked());
+    ASSERT_TRUE(find("main-window.window-blocker"));
+    EXPECT_EQ(at("window-blocker").getAttrString("blocked-by"), "ui.list");
+    moveTo(90, 4);
+    EXPECT_TRUE(system.input().wheel(1.0));
+    EXPECT_EQ(heard(), "");
+    system.input().press();  // on the blocker
+    system.input().release();
+    EXPECT_FALSE(popupWindow("list")->isOpen());
+    tick();
+    EXPECT_FALSE(popupWindow("list"));
+    EXPECT_FALSE(find("main-window.window-blocker"));
+    EXPECT_FALSE(window().isBlocked());
+    EXPECT_EQ(heard().find("a.popup-closed"), 0u);
+}
+
+TEST_F(CPopupBlock, AMessageStaysAndFlashesItsTitle) {
+    openButtons();
+    openPopup("panel.a", "ui:message");
+    EXPECT_TRUE(window().isBlocked());
+    heard();
+    click(200, 150);
+    EXPECT_EQ(heard(), "message.flash-title");
+    EXPECT_TRUE(popupWindow("message")->isOpen());
+    CAttributeMap params;
+    EXPECT_EQ(consumed(find("message")->passEvent("close-window", params)), "");
+    EXPECT_FALSE(window().isBlocked());
+    tick();
+    EXPECT_FALSE(popupWindow("message"));
+}
+
+TEST_F(CPopupBlock, AHandlerThatOpensAMessageLeavesNothingHoveredOrPressed) {
+    // Whatever the handlers of one click open, the rest of the click reaches nobody.
+    for (const char* moment : {"a.mouse-enter", "a.mouse-press", "a.mouse-release", "b.mouse-exit"}) {
+        openButtons();
+        moveOnto("panel.b");
+        heard();
+        CFilledView::actions.clear();
+        CFilledView::actions[moment] = [this](CFilledView&, CAttributeMap&) {
+            CFilledView::actions.clear();
+            openPopup("panel", "ui:message");
+        };
+        // As a pen does: the press comes without a move.
+        const CIntRect bounds = window().screenBounds();
+        system.input().jump(bounds.left + static_cast<int32_t>(rectOf("panel.a").x) + 2,
+                            bounds.top + static_cast<int32_t>(rectOf("panel.a").y) + 2);
+        system.input().press();
+        system.input().release();
+        EXPECT_TRUE(window().isBlocked()) << moment;
+        EXPECT_EQ(window().router().hovered(), nullptr) << moment;
+        EXPECT_FALSE(window().router().drag().isActive()) << moment;
+        EXPECT_EQ(system.desktop().capture(), 0u) << moment;
+        tick();
+        EXPECT_EQ(window().router().hovered(), nullptr) << moment;
+    }
+}
+
+TEST_F(CPopupBlock, UnblockingAWindowWithoutABlockerIsHarmless) {
+    openButtons();
+    CAttributeMap params;
+    EXPECT_EQ(consumed(find("main-window")->passEvent("unblock-window", params)), "");
+    EXPECT_FALSE(window().isBlocked());
+    openPopup("panel.a", "ui:message");
+    EXPECT_EQ(consumed(find("main-window")->passEvent("unblock-window", params)), "");
+    EXPECT_FALSE(window().isBlocked());
+}
+
+TEST_F(CPopupBlock, AWindowIsBlockedByTheEventToo) {
+    openButtons();
+    openPopup("panel.a", "ui:settings");
+    EXPECT_FALSE(window().isBlocked());
+    CAttributeMap params;
+    params["blocked-by"] = CAttributeValue::fromString("ui.settings");
+    EXPECT_EQ(consumed(find("main-window")->passEvent("block-window", params)), "");
+    EXPECT_EQ(window().blockedBy(), popupWindow("settings"));
+    EXPECT_EQ(at("window-blocker").getAttrString("blocked-by"), "ui.settings");
+    EXPECT_EQ(consumed(find("main-window")->passEvent("unblock-window", params)), "");
+    EXPECT_FALSE(window().isBlocked());
+    tick();
+    EXPECT_FALSE(popupWindow("settings"));
+    const CLogCapture log;
+    EXPECT_EQ(consumed(find("main-window")->passEvent("block-window", params)), "");
+    EXPECT_FALSE(window().isBlocked());
+    EXPECT_TRUE(log.has("Target not found: ui.settings // ui.main-window.window-renderer"));
+}
+
+TEST_F(CPopupBlock, AHelperNeitherBlocksNorTakesTheActivation) {
+    openButtons();
+    system.desktop().activate(host);
+    openPopup("panel.a", "ui:helper");
+    ASSERT_TRUE(popupWindow("helper"));
+    EXPECT_FALSE(window().isBlocked());
+    EXPECT_EQ(system.desktop().active(), host);
+    openPopup("panel.b", "ui:list");
+    EXPECT_EQ(system.desktop().active(), popupWindow("list")->handle());
+}
+
+}  // namespace
+}  // namespace tarv
