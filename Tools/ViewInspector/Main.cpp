@@ -16,6 +16,7 @@ constexpr const char* kUsage =
     "ViewInspector FILE [options]   an editor's tree, as XML or compiled; `product` for the product's\n"
     "  --png OUT.png      draws its main window; further windows are OUT-1.png and so on\n"
     "  --boxes            with the outlines of the boxes\n"
+    "  --tiles            with the edges of the tiles\n"
     "  --zoom N           each pixel as N x N, default 1\n"
     "  --formulas         prints the formulas of all cells\n"
     "  --scale S          scale of the editor, default 1.0\n"
@@ -39,6 +40,7 @@ struct COptions {
     double scale = 1.0;
     int32_t zoom = 1;
     bool hasBoxes = false;
+    bool hasTiles = false;
     bool hasFormulas = false;
     bool isHelp = false;
     std::vector<CStep> steps;
@@ -56,6 +58,8 @@ bool parse(int argc, char** argv, COptions& options) {
             options.isHelp = true;
         } else if (name == "--boxes") {
             options.hasBoxes = true;
+        } else if (name == "--tiles") {
+            options.hasTiles = true;
         } else if (name == "--formulas") {
             options.hasFormulas = true;
         } else if (name == "--png" && hasMore) {
@@ -107,6 +111,9 @@ bool draw(tarv::CPlainEditor& editor, const COptions& options) {
         const auto* root = dynamic_cast<const tarv::CView*>(&window->view());
         if (options.hasBoxes && root) {
             tarv::drawBoxes(picture, *root);
+        }
+        if (options.hasTiles) {
+            tarv::drawTiles(picture);
         }
         std::string path = options.png;
         if (index > 0) {

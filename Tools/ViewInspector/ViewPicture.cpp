@@ -5,12 +5,15 @@
 #include <algorithm>
 #include <cmath>
 
+#include "UI/Views/CSector.h"
+
 namespace tarv {
 
 namespace {
 
 constexpr uint32_t kStatic = 0x00d0d0;
 constexpr uint32_t kDynamic = 0xf0e000;
+constexpr uint32_t kTile = 0xff40ff;
 
 /// Halfway to a colour, or with `isStrong` the colour.
 void mark(uint32_t& pixel, uint32_t color, bool isStrong) {
@@ -42,6 +45,17 @@ void drawBoxes(CPictureByHand& picture, const CView& root) {
         const auto* view = dynamic_cast<const CView*>(child);
         if (view && view->parentView() == &root) {
             drawBoxes(picture, *view);
+        }
+    }
+}
+
+void drawTiles(CPictureByHand& picture) {
+    for (int32_t y = 0; y < picture.height; ++y) {
+        for (int32_t x = 0; x < picture.width; ++x) {
+            const bool isEdge = x % CSector::kSize == 0 || y % CSector::kSize == 0;
+            if (isEdge && (x + y) % 4 < 2) {
+                picture.at(x, y) = kTile;
+            }
         }
     }
 }

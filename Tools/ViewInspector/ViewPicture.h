@@ -11,6 +11,9 @@ namespace tarv {
 /// yellow, those that a press would reach brighter.
 void drawBoxes(CPictureByHand& picture, const CView& root);
 
+/// Draws the edges of the tiles that a window is drawn by, dotted.
+void drawTiles(CPictureByHand& picture);
+
 /// Each pixel as a square of `zoom` pixels. False if the file can't be written.
 [[nodiscard]] bool writePng(const CPictureByHand& picture, const std::string& path, int32_t zoom = 1);
 

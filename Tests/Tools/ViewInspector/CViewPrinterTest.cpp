@@ -102,6 +102,16 @@ TEST_F(ViewPrinter, BoxesAreOutlinedOverThePicture) {
     EXPECT_NE(outlined.at(120, 0) & 0xff0000, plain.at(120, 0) & 0xff0000);
 }
 
+TEST_F(ViewPrinter, TheEdgesOfTilesAreDotted) {
+    CPictureByHand drawn(300, 200, 1);
+    drawTiles(drawn);
+    EXPECT_NE(drawn.at(128, 4), 1u);
+    EXPECT_EQ(drawn.at(128, 6), 1u);
+    EXPECT_NE(drawn.at(4, 128), 1u);
+    EXPECT_NE(drawn.at(256, 100), 1u);
+    EXPECT_EQ(drawn.at(60, 60), 1u);
+}
+
 TEST_F(ViewPrinter, PicturesAreWrittenEnlargedWhereThatIsWanted) {
     openTree("");
     const std::string path = testing::TempDir() + "views.png";
