@@ -195,13 +195,25 @@ CPopupPlace CPopups::placeOf(const CViewBaseCtlEvents& opener, const CAttributeM
 
 void CPopups::release() {
     for (int32_t i = popups_.count() - 1; i >= 0 && i < popups_.count(); --i) {
-        const CPopup popup = popups_[i];
+        CPopup popup = popups_[i];
         // The popups of a popup go first.
         if (!popup.window->isClosing() || popup.window->isBusy() || popup.window->popups().count() > 0) {
             continue;
         }
-        popups_.removeAt(i);
         const CObjectWatch watch(owner_);
+        const CObjectWatch ofPopup(*popup.object);
+        // Its handlers may destroy anything; no destructor runs meanwhile.
+        popup.window->endInput();
+        if (!watch.isAlive()) {
+            return;
+        }
+        i = ofPopup.isAlive() ? indexOf(*popup.window) : -1;
+        if (i < 0) {
+            i = popups_.count();
+            continue;
+        }
+        popup.opener = popups_[i].opener;
+        popups_.removeAt(i);
         popup.window->setOpenerWindow(nullptr);
         delete popup.object;
         CAttributeMap params;
@@ -215,6 +227,21 @@ void CPopups::release() {
     }
 }
 
+void CPopups::vanish() {
+    for (const CPopup& popup : popups_) {
+        popup.window->vanish();
+    }
+}
+
+int32_t CPopups::indexOf(const CWindow& window) const {
+    for (int32_t i = 0; i < popups_.count(); ++i) {
+        if (popups_[i].window == &window) {
+            return i;
+        }
+    }
+    return -1;
+}
+
 void CPopups::close() {
     for (int32_t i = popups_.count() - 1; i >= 0 && i < popups_.count(); --i) {
         popups_[i].window->requestClose();
@@ -225,7 +252,7 @@ void CPopups::openerGoes(const CViewBaseCtlEvents& opener) {
     for (int32_t i = popups_.count() - 1; i >= 0 && i < popups_.count(); --i) {
         if (popups_[i].opener == &opener) {
             popups_[i].opener = nullptr;
-            popups_[i].window->requestClose();
+            popups_[i].window->vanish();
         }
     }
 }

@@ -40,7 +40,10 @@ public:
     void release();
     /// All of them close.
     void close();
-    /// The popups that this view has opened close, and it gets nothing any more.
+    /// The same without an event: their input ends before they are destroyed.
+    void vanish();
+    /// The popups that this view has opened vanish, and it gets nothing any more: it is being destroyed, and a handler
+    /// that destroyed what is above it would do so twice.
     void openerGoes(const CViewBaseCtlEvents& opener);
     /// The window of a popup is being destroyed, or closes.
     void windowGoes(const CWindow& window);
@@ -70,6 +73,7 @@ private:
     [[nodiscard]] CError* limitHeight(const CIntRect& monitor, CWindow& window);
     CPopupPlace placeOf(const CViewBaseCtlEvents& opener, const CAttributeMap& params, const CWindow& window) const;
     [[nodiscard]] CError* findTarget(const CPopup& popup, CObject*& target) const;
+    int32_t indexOf(const CWindow& window) const;
     const CPopup* find(const CWindow& window) const;
 
     CWindow& owner_;

@@ -48,6 +48,10 @@ public:
     bool onHostWheel(double notches);
     /// Asks for an end: at once nothing of it is seen or takes input; the opener releases a popup at its next tick.
     void requestClose();
+    /// The same at once, and without an event.
+    void vanish();
+    /// Cancels a press that is held, and takes hover and key focus from its views.
+    void endInput();
     bool isClosing() const { return isClosing_; }
     /// A call of a handler of this window runs.
     bool isBusy() const { return busy_ > 0; }
@@ -168,6 +172,7 @@ private:
     bool sendHere(const char* name);
     bool isListened(const char* name) const;
     void pressBlocked();
+    void showBlocker();
     void beMainWindow(bool isOpened);
     bool flag(const char* name) const;
     double number(const char* name, double fallback) const;
@@ -189,6 +194,7 @@ private:
     bool isPresented_ = false;
     bool isClosing_ = false;
     bool isEnding_ = false;
+    bool isBlockerChanging_ = false;
     bool isDeactivated_ = false;
     bool wasActive_ = false;
     bool hasFocus_ = false;

@@ -232,6 +232,25 @@ CError* CWindow::blockWindow(CAttributeMap& params) {
     return nullptr;
 }
 
+void CWindow::vanish() {
+    if (isClosing_ || flag("is-plugin-vst")) {
+        return;
+    }
+    isClosing_ = true;
+    popups_.vanish();
+    if (window_) {
+        leaveSystem();
+    }
+}
+
+void CWindow::endInput() {
+    const CBusy busy(*this);
+    router_.setKeyFocus(nullptr);
+    if (busy.isAlive()) {
+        router_.cancel();
+    }
+}
+
 CError* CWindow::unblockWindow() {
     if (blockedBy_) {
         blockedBy_->requestClose();
@@ -240,7 +259,6 @@ CError* CWindow::unblockWindow() {
 }
 
 void CWindow::block(CWindow* popup) {
-    constexpr const char* kBlocker = "window-blocker";
     if (popup == blockedBy_ || !root_) {
         return;
     }
@@ -255,12 +273,30 @@ void CWindow::block(CWindow* popup) {
             return;
         }
     }
-    delete root_->findChild(kBlocker);
-    if (popup && root_->findTemplate("ui:window-blocker")) {
-        CAttributeMap attributes;
-        attributes["blocked-by"] = CAttributeValue::fromString(popup->view().fullName());
-        CObject* blocker = nullptr;
-        TARV_CONSUME(root_->createChild(blocker, "ui:window-blocker", kBlocker, true, &attributes));
+    showBlocker();
+}
+
+/// A blocker that goes may take a popup with it, and then what blocks is another one: the outer call shows that.
+void CWindow::showBlocker() {
+    constexpr const char* kBlocker = "window-blocker";
+    if (isBlockerChanging_) {
+        return;
+    }
+    const CObjectWatch watch(*this);
+    isBlockerChanging_ = true;
+    const CWindow* shown = nullptr;
+    do {
+        shown = blockedBy_;
+        delete root_->findChild(kBlocker);
+        if (blockedBy_ && root_->findTemplate("ui:window-blocker")) {
+            CAttributeMap attributes;
+            attributes["blocked-by"] = CAttributeValue::fromString(blockedBy_->view().fullName());
+            CObject* blocker = nullptr;
+            TARV_CONSUME(root_->createChild(blocker, "ui:window-blocker", kBlocker, true, &attributes));
+        }
+    } while (watch.isAlive() && shown != blockedBy_);
+    if (watch.isAlive()) {
+        isBlockerChanging_ = false;
     }
 }
 

@@ -70,6 +70,43 @@ TEST_F(CPopupBlock, AHandlerThatOpensAMessageLeavesNothingHoveredOrPressed) {
     }
 }
 
+TEST_F(CPopupBlock, ABlockerThatOpenedAPopupTakesItWithIt) {
+    openButtons();
+    openPopup("panel.a", "ui:message");
+    openPopup("window-blocker", "ui:list");
+    // The list brings a blocker of its own, and with the former one goes what that has opened.
+    EXPECT_EQ(window().blockedBy(), popupWindow("message"));
+    EXPECT_EQ(at("window-blocker").getAttrString("blocked-by"), "ui.message");
+    EXPECT_TRUE(!popupWindow("list") || !popupWindow("list")->isOpen());
+    CAttributeMap params;
+    EXPECT_EQ(consumed(find("message")->passEvent("close-window", params)), "");
+    tick();
+    EXPECT_FALSE(popupWindow("message"));
+    EXPECT_FALSE(window().isBlocked());
+    EXPECT_FALSE(find("main-window.window-blocker"));
+}
+
+TEST_F(CPopupBlock, AViewThatGoesTakesItsPopupWithoutAnEvent) {
+    openButtons();
+    openPopup("panel.a", "ui:list");
+    const CIntRect bounds = popupWindow("list")->screenBounds();
+    system.input().move(bounds.left + 5, bounds.top + 5);
+    system.input().press();
+    // A handler that destroyed what is above the view would do so twice.
+    CFilledView::actions["row.mouse-cancel"] = [this](CFilledView&, CAttributeMap&) {
+        delete find("main-window.panel");
+    };
+    heard();
+    delete &at("panel.a");
+    EXPECT_EQ(heard(), "");
+    EXPECT_FALSE(popupWindow("list")->isOpen());
+    EXPECT_TRUE(find("main-window.panel"));
+    tick();
+    EXPECT_EQ(heard().find("row.mouse-cancel"), 0u);
+    EXPECT_FALSE(popupWindow("list"));
+    EXPECT_FALSE(find("main-window.panel"));
+}
+
 TEST_F(CPopupBlock, UnblockingAWindowWithoutABlockerIsHarmless) {
     openButtons();
     CAttributeMap params;
