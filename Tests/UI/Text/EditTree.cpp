@@ -89,8 +89,7 @@ CEditTree::CEditTree() {
                {"palette", &createObject<CPaletteObject>, nullptr},
                {"test:field", &createObject<CTestField>, &CTestField::initClass},
                {"ui:editbox", &createObject<CEditBox>, &CEditBox::initClass},
-               {"ui:textview", &createObject<CTextView>, &CTextView::initClass},
-               {"ui:view-state", &createObject<CViewState>, nullptr}};
+               {"ui:textview", &createObject<CTextView>, &CTextView::initClass}};
     templates = {fontNode(), paletteNode(),
                  testTemplate("ui:editbox-popup", "ui:editbox",
                               {{"z-index", "150000000"}, {"inner-border", "*LR2"}, {"color", "Panel"}})};

@@ -7,9 +7,11 @@ namespace {
 
 class CWindowHostTest : public CWindowTree {
 protected:
-    /// The window of 300 x 200 is filled with 17, and "a" takes the wheel.
+    /// The window of 300 x 200 is filled with 17, and "a" takes the wheel and the keys.
     void openOne() {
-        open({view("a", {{"placement", "full"}, {"width", "100%"}, {"height", "100%"}, {"fill", "17"}})});
+        open({view(
+            "a",
+            {{"placement", "full"}, {"width", "100%"}, {"height", "100%"}, {"fill", "17"}, {"grabs-keys", "true"}})});
     }
     CWindowSharedData& shared() const { return window().sharedData(); }
 };
