@@ -1,62 +1,10 @@
-// Lists: paragraphs as rows, by pointer, keys and wheel.
+// Lists: paragraphs as rows, by pointer and keys.
 
-#include "Platform/Keyboard.h"
-#include "Tests/UI/Text/TextViewTree.h"
+#include "Tests/UI/Text/ListTree.h"
 #include "UI/Views/CInputRouter.h"
 
 namespace tarv {
 namespace {
-
-constexpr CPixel kHover = 0x203040;
-constexpr CPixel kSelection = 0x304050;
-constexpr CPixel kSelectionText = 0xf0f1f2;
-// A line of 14 pixels and the spacing of 6.
-constexpr int32_t kRow = 20;
-
-class TextList : public CTextViewTest {
-protected:
-    /// A list of rows `r0`, `r1` ... at 10, 20, 100 pixels wide.
-    CTextView& openList(int32_t count, CTexts more = {}) {
-        std::string title;
-        for (int32_t i = 0; i < count; ++i) {
-            title += (i > 0 ? "\nr" : "r") + std::to_string(i);
-        }
-        CTexts attributes = {{"title", title}, {"placement", "overlay"},   {"outer-border", "*L10 *T20"},
-                             {"width", "100"}, {"paragraph-spacing", "6"}, {"is-list", "true"}};
-        attributes.insert(attributes.end(), more.begin(), more.end());
-        openTexts({label("a", attributes)});
-        listen("a");
-        tick();
-        return text("a");
-    }
-    static CAttributeMap at(double x, double y, bool isDouble = false) {
-        CAttributeMap params;
-        params["actual-x"] = CAttributeValue::fromReal(x);
-        params["actual-y"] = CAttributeValue::fromReal(y);
-        params["is-double-click"] = CAttributeValue::fromBool(isDouble);
-        return params;
-    }
-    static CAttributeMap onRow(int32_t row, bool isDouble = false) { return at(15, 20 + row * kRow + 3, isDouble); }
-    static std::string failure(CError* error) { return consumed(error); }
-    static void move(CTextView& list, CAttributeMap params) { EXPECT_EQ(failure(list.mouseMove(params)), ""); }
-    static void press(CTextView& list, CAttributeMap params) { EXPECT_EQ(failure(list.mousePress(params)), ""); }
-    static void pressR(CTextView& list, CAttributeMap params) { EXPECT_EQ(failure(list.mousePressR(params)), ""); }
-    static void release(CTextView& list, CAttributeMap params) { EXPECT_EQ(failure(list.mouseRelease(params)), ""); }
-    /// Gives whether the key was taken.
-    static bool key(CTextView& list, int32_t code) {
-        CAttributeMap params;
-        params["keycode"] = CAttributeValue::fromInt(code);
-        EXPECT_EQ(failure(list.keyPress(params)), "");
-        return CTextView::isHandled(params);
-    }
-    static bool wheel(CTextView& list, double notches) {
-        CAttributeMap params = at(15, 25);
-        params["delta"] = CAttributeValue::fromReal(notches);
-        EXPECT_EQ(failure(list.mouseWheel(params)), "");
-        return CTextView::isHandled(params);
-    }
-    static double offset(CTextView& list) { return list.area().value(CViewCell::OffsetY); }
-};
 
 TEST_F(TextList, ALabelTakesNoInputAndAListDoes) {
     openTexts({label("a", {{"title", "x"}}), label("b", {{"title", "x"}, {"is-list", "true"}}),
@@ -221,100 +169,6 @@ TEST_F(TextList, KeysMoveTheSelectionAndEnterChooses) {
     EXPECT_EQ(list.selectedParagraph(), 11);
     set(list, "title", "");
     EXPECT_FALSE(key(list, kKeyDown));
-}
-
-TEST_F(TextList, TheSelectedRowIsSeenWhenAListIsFirstDrawnAndStaysWhereItIsScrolledTo) {
-    CTextView& list = openList(20, {{"is-scrollable", "true"}, {"height", "100"}, {"selected-paragraph", "12"}});
-    EXPECT_EQ(list.rowRect(12).bottom(), 120.0);
-    // Later on it may be scrolled out.
-    set(list, "offset-y", "0");
-    set(list, "inner-border", "3");
-    tick();
-    EXPECT_EQ(offset(list), 0.0);
-}
-
-TEST_F(TextList, TheFirstAndTheLastRowAreShownWithTheBorderBesideThem) {
-    CTextView& list = openList(20, {{"is-scrollable", "true"}, {"height", "100"}, {"inner-border", "7"}});
-    list.selectParagraph(19);
-    flush();
-    EXPECT_NEAR(list.rowRect(19).bottom(), 120 - 7, 1);
-    list.selectParagraph(5);
-    flush();
-    EXPECT_NEAR(list.rowRect(5).y, 20, 1);
-    list.selectParagraph(0);
-    flush();
-    EXPECT_EQ(offset(list), 0.0);
-    EXPECT_EQ(list.rowRect(0).y, 27.0);
-}
-
-TEST_F(TextList, TheRatioIsTheVisiblePartOfTheText) {
-    CTextView& list = openList(10, {{"is-scrollable", "true"}, {"height", "50"}});
-    EXPECT_FLOAT_EQ(list.area().value(CViewCell::RatioY), 50.0f / (10 * kRow));
-    EXPECT_FLOAT_EQ(list.area().value(CViewCell::RatioX), 1.0f);
-    set(list, "height", "400");
-    flush();
-    EXPECT_FLOAT_EQ(list.area().value(CViewCell::RatioY), 1.0f);
-    set(list, "height", "50");
-    set(list, "inner-border", "5");
-    flush();
-    EXPECT_FLOAT_EQ(list.area().value(CViewCell::RatioY), 50.0f / (10 * kRow + 10));
-    // Without wrapping, the width has one too.
-    set(list, "is-text-wrapped", "false");
-    set(list, "width", "12");
-    flush();
-    EXPECT_FLOAT_EQ(list.area().value(CViewCell::RatioX), 12.0f / static_cast<float>(face.advance("r1") + 10));
-}
-
-TEST_F(TextList, TheRoomOfScrollBarsIsNeitherTextNorRow) {
-    CTextView& list = openList(10, {{"is-scrollable", "true"}, {"height", "70"}, {"selected-paragraph", "0"}});
-    set(list, "scroller-width", "12");
-    set(list, "scroller-height", "10");
-    tick();
-    EXPECT_FLOAT_EQ(list.area().value(CViewCell::RatioY), 60.0f / (10 * kRow));
-    expectBackground();
-    const CIntRect clip{10, 20, 98, 80};
-    expectRect(10, 20, 88, kRow, kSelection);
-    for (int32_t i = 0; i < 3; ++i) {
-        expectText(face, "r" + std::to_string(i), 10, 20 + i * kRow + 3, i == 0 ? kSelectionText : kText, clip);
-    }
-    EXPECT_EQ(wrongPixels(), 0);
-    EXPECT_EQ(list.paragraphAt(97, 79), 2);
-    EXPECT_EQ(list.paragraphAt(98, 79), -1);
-    EXPECT_EQ(list.paragraphAt(97, 80), -1);
-}
-
-TEST_F(TextList, TheOffsetMovesTheRowsAndIsHeldInItsRange) {
-    CTextView& list = openList(10, {{"is-scrollable", "true"}, {"height", "50"}, {"selected-paragraph", "3"}});
-    set(list, "offset-y", "0.25");
-    tick();
-    // A quarter of 200 pixels: row 2 is cut at the top.
-    EXPECT_EQ(list.rowRect(2).y, 20 - 50 + 2 * kRow);
-    expectBackground();
-    const CIntRect clip{10, 20, 110, 70};
-    expectRect(10, 30, 100, kRow, kSelection);
-    for (int32_t i = 2; i < 5; ++i) {
-        expectText(face, "r" + std::to_string(i), 10, 20 - 50 + i * kRow + 3, i == 3 ? kSelectionText : kText, clip);
-    }
-    EXPECT_EQ(wrongPixels(), 0);
-    EXPECT_EQ(list.paragraphAt(15, 21), 2);
-    set(list, "offset-y", "5");
-    flush();
-    EXPECT_FLOAT_EQ(static_cast<float>(offset(list)), 0.75f);
-}
-
-TEST_F(TextList, TheWheelScrollsThreeRowsANotch) {
-    CTextView& list = openList(40, {{"is-scrollable", "true"}, {"height", "100"}});
-    EXPECT_TRUE(wheel(list, -1));
-    EXPECT_NEAR(offset(list) * 40 * kRow, 3 * kRow, 1e-3);
-    EXPECT_EQ(list.hoveredParagraph(), 3);
-    EXPECT_TRUE(wheel(list, 0.5));
-    EXPECT_NEAR(offset(list) * 40 * kRow, 1.5 * kRow, 1e-3);
-    EXPECT_TRUE(wheel(list, 100));
-    EXPECT_EQ(offset(list), 0.0);
-    // What fits leaves the wheel to its parent.
-    CTextView& small = openList(3, {{"is-scrollable", "true"}, {"height", "100"}});
-    EXPECT_FALSE(wheel(small, -1));
-    EXPECT_FALSE(wheel(openList(40), -1));
 }
 
 TEST_F(TextList, MovesKeysAndWheelAllocateNothing) {
