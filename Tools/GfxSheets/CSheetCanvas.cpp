@@ -2,38 +2,20 @@
 
 #include <cairo.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
+#include "UI/Drawing/CFramePieces.h"
 #include "UI/Resources/FontCodes.h"
 
 namespace tarv {
 
 namespace {
 
-constexpr int32_t kFar = 1 << 20;
-constexpr uint32_t kFramePieces = 9;
-
 [[noreturn]] void fail(const std::string& what) {
     std::fprintf(stderr, "GfxSheets: %s\n", what.c_str());
     std::exit(1);
-}
-
-/// Both ends of a side whose corners are `near` and `far` long: where the room is short, the longer one yields.
-void fitCorners(int32_t room, int32_t& near, int32_t& far) {
-    if (near + far <= room) {
-        return;
-    }
-    int32_t& longer = near >= far ? near : far;
-    const int32_t shorter = std::min(near, far);
-    if (shorter * 2 > room) {
-        near = room / 2;
-        far = room - near;
-    } else {
-        longer = room - shorter;
-    }
 }
 
 }  // namespace
@@ -88,26 +70,6 @@ void CSheetCanvas::image(const std::string& set, const std::string& range, const
     }
 }
 
-/// Where the pieces of one column or row of a frame go.
-struct CSheetCanvas::CSpan {
-    int32_t start;  ///< of the first piece
-    int32_t step;   ///< to the next one
-    int32_t end;    ///< of the last one
-    int32_t clipStart;
-    int32_t clipEnd;
-};
-
-void CSheetCanvas::drawPiece(const CImage& image, const CColor& color, const CSpan& x, const CSpan& y, double opacity) {
-    const CIntRect clip = bitmap_.bounds().intersection({x.clipStart, y.clipStart, x.clipEnd, y.clipEnd});
-    for (int32_t top = y.start; top < y.end; top += y.step) {
-        for (int32_t left = x.start; left < x.end; left += x.step) {
-            for (int32_t i = 0; i < image.layerCount(); ++i) {
-                drawn_ += bitmap_.drawImage(image.layer(i), color, left, top, opacity, clip);
-            }
-        }
-    }
-}
-
 void CSheetCanvas::frame(const std::string& set, const std::string& range, const std::string& colorName,
                          const CBox& box, double opacity) {
     const CImageSet& images = resources_.images(set);
@@ -116,37 +78,8 @@ void CSheetCanvas::frame(const std::string& set, const std::string& range, const
     if (!images.findRange(CString(range.c_str()), first, last)) {
         fail(set + " has no range '" + range + "'");
     }
-    const CColor& painted = color(colorName);
-    const CIntRect to = rect(box);
-    if (to.isEmpty()) {
-        return;
-    }
-    const auto sizeOf = [&](uint32_t index, bool isWidth) {
-        const CImage& image = *images.getImage(first + index);
-        return std::max(isWidth ? image.getWidth() : image.getHeight(), 1);
-    };
-    // Outwards a corner may overhang; inwards, and along a side that is repeated, it ends where the next begins.
-    const auto spans = [&](int32_t from, int32_t end, int32_t near, int32_t middle, int32_t far, CSpan(&out)[3]) {
-        int32_t nearRoom = near;
-        int32_t farRoom = far;
-        fitCorners(end - from, nearRoom, farRoom);
-        out[0] = {from, kFar, from + 1, -kFar, from + nearRoom};
-        out[1] = {from + nearRoom, middle, end - farRoom, from + nearRoom, end - farRoom};
-        out[2] = {end - far, kFar, end - far + 1, end - farRoom, kFar};
-    };
-    if (last - first + 1 != kFramePieces) {
-        const CSpan x{to.left, sizeOf(0, true), to.right, to.left, to.right};
-        const CSpan y{to.top, sizeOf(0, false), to.bottom, to.top, to.bottom};
-        drawPiece(*images.getImage(first), painted, x, y, opacity);
-        return;
-    }
-    CSpan columns[3];
-    CSpan rows[3];
-    spans(to.left, to.right, sizeOf(0, true), sizeOf(1, true), sizeOf(2, true), columns);
-    spans(to.top, to.bottom, sizeOf(0, false), sizeOf(3, false), sizeOf(6, false), rows);
-    for (uint32_t index = 0; index < kFramePieces; ++index) {
-        drawPiece(*images.getImage(first + index), painted, columns[index % 3], rows[index / 3], opacity);
-    }
+    drawn_ +=
+        CFramePieces(images, first, last).draw(bitmap_, rect(box), color(colorName), opacity, bitmap_.bounds()).pixels;
 }
 
 double CSheetCanvas::drawGlyph(const CFont& font, uint32_t code, const CColor* color, double pen, const CIntRect& to) {

@@ -55,8 +55,6 @@ public:
     [[nodiscard]] bool writePng(const std::string& path, int32_t zoom = 1) const;
 
 private:
-    struct CSpan;
-    void drawPiece(const CImage& image, const CColor& color, const CSpan& x, const CSpan& y, double opacity);
     /// Draws the line from `x` on if `colorName` is given; gives its width.
     int32_t walk(const std::string& font, const std::string& line, const std::string* colorName, int32_t x,
                  const CIntRect& to);
