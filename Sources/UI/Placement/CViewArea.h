@@ -106,8 +106,8 @@ public:
     /// The box, as the cells hold it.
     CViewRect box() const;
     /// As of the last flush.
-    const CViewRect& visibleRect() const { return visibleRect_; }
-    const CViewRect& wholeRect() const { return wholeRect_; }
+    const CViewRect& getVisibleRect() const { return visibleRect_; }
+    const CViewRect& getWholeRect() const { return wholeRect_; }
 
     /// A scroller placement below a parent that does not scroll is logged and counts as `inline`. The root's stays.
     void setPlacement(CViewPlacement placement);

@@ -14,7 +14,7 @@ CViewRect withoutInnerBorders(const CViewArea& area, const CViewRect& rect) {
 /// What a parent leaves of a rectangle of its child.
 CViewRect clipByParent(const CViewArea& child, const CViewArea& parent, const CViewRect& rect) {
     if (child.isScrollerElement() && parent.isScrollable()) {
-        CViewRect widened = parent.visibleRect();
+        CViewRect widened = parent.getVisibleRect();
         if (!widened.isEmpty()) {
             widened.width += parent.value(CViewCell::ScrollerWidth);
             widened.height += parent.value(CViewCell::ScrollerHeight);
@@ -22,8 +22,8 @@ CViewRect clipByParent(const CViewArea& child, const CViewArea& parent, const CV
         return rect.intersection(widened);
     }
     const bool isOverlay = child.placement() == CViewPlacement::Overlay;
-    const CViewRect inner = isOverlay ? parent.wholeRect() : withoutInnerBorders(parent, parent.wholeRect());
-    return rect.intersection(inner).intersection(parent.visibleRect());
+    const CViewRect inner = isOverlay ? parent.getWholeRect() : withoutInnerBorders(parent, parent.getWholeRect());
+    return rect.intersection(inner).intersection(parent.getVisibleRect());
 }
 
 }  // namespace
@@ -34,13 +34,13 @@ CError* clipByAncestors(CViewArea& area, CViewRect& rect) {
     CViewArea* view = &area;
     if (level == -1 && view != &root) {
         TARV_TRY(root.updateIfPending());
-        rect = rect.intersection(root.visibleRect());
+        rect = rect.intersection(root.getVisibleRect());
         return nullptr;
     }
     for (CViewArea* parent = view->parent(); parent; view = parent, parent = view->parent(), --level) {
         if (view->placement() == CViewPlacement::WindowOverlay) {
             TARV_TRY(root.updateIfPending());
-            rect = rect.intersection(root.visibleRect());
+            rect = rect.intersection(root.getVisibleRect());
             return nullptr;
         }
         TARV_TRY(parent->updateIfPending());

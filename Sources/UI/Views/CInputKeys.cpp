@@ -17,7 +17,8 @@ bool CInputRouter::wheel(const CWheelEvent& event) {
         return true;
     }
     const CHIDInfo info{event.x, event.y, event.modifiers};
-    CViewBaseCtlEvents* view = CInputTarget::unintercepted(CInputTarget::hit(window_.sectorMap(), event.x, event.y));
+    CViewBaseCtlEvents* view =
+        CInputTarget::unintercepted(CInputTarget::hit(window_.sectorMap(), event.x, event.y, false));
     while (view) {
         CViewBaseCtlEvents* parent = view->parentInput();
         if (!takesInput(*view)) {

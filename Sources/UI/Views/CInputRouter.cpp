@@ -107,12 +107,12 @@ void CInputRouter::move(const CHIDInfo& info) {
 }
 
 CViewBaseCtlEvents* CInputRouter::takerAt(const CHIDInfo& info) {
-    CViewBaseCtlEvents* taker = CInputTarget::of(CInputTarget::hit(window_.sectorMap(), info.x, info.y));
+    CViewBaseCtlEvents* taker = CInputTarget::hit(window_.sectorMap(), info.x, info.y, true);
     return taker && takesInput(*taker) ? taker : nullptr;
 }
 
 bool CInputRouter::hoverAt(const CHIDInfo& info) {
-    hintHit_ = CInputTarget::hit(window_.sectorMap(), info.x, info.y);
+    hintHit_ = CInputTarget::hit(window_.sectorMap(), info.x, info.y, false);
     return setHover(takerAt(info)) && refreshHint();
 }
 

@@ -23,6 +23,18 @@ bool intercepts(const CViewBaseCtlEvents& ancestor, const CViewBaseCtlEvents& hi
     return true;
 }
 
+/// The view that takes what is aimed at `hit`, or null.
+CViewBaseCtlEvents* takerOf(CViewBaseCtlEvents* hit) {
+    CViewBaseCtlEvents* view = CInputTarget::unintercepted(hit);
+    if (view != hit) {
+        return view;
+    }
+    while (view && (!view->isInputView() || view->isClickThrough())) {
+        view = view->parentInput();
+    }
+    return view;
+}
+
 /// Goes through the views below `root` in their order, and finds the one before or behind `from` that may have focus.
 class CFocusWalk {
 public:
@@ -64,12 +76,12 @@ private:
 
 }  // namespace
 
-CViewBaseCtlEvents* CInputTarget::hit(const CSectorMap& map, double x, double y) {
+CViewBaseCtlEvents* CInputTarget::hit(const CSectorMap& map, double x, double y, bool climbToControl) {
     CSectorView* found = map.viewAt(x, y);
     while (found) {
         auto* view = dynamic_cast<CViewBaseCtlEvents*>(found);
         if (view && !view->isClickThrough()) {
-            return view;
+            return climbToControl ? takerOf(view) : view;
         }
         found = map.viewAt(x, y, found);
     }
@@ -85,17 +97,6 @@ CViewBaseCtlEvents* CInputTarget::unintercepted(CViewBaseCtlEvents* hit) {
         }
     }
     return taker;
-}
-
-CViewBaseCtlEvents* CInputTarget::of(CViewBaseCtlEvents* hit) {
-    CViewBaseCtlEvents* view = unintercepted(hit);
-    if (view != hit) {
-        return view;
-    }
-    while (view && (!view->isInputView() || view->isClickThrough())) {
-        view = view->parentInput();
-    }
-    return view;
 }
 
 bool CInputTarget::takesInput(const CViewBaseCtlEvents& view) {

@@ -8,11 +8,10 @@ class CViewBaseCtlEvents;
 /// Which view a point of a window belongs to. Thread: that of the window.
 class CInputTarget {
 public:
-    /// The topmost view at a point that is not click-through; null for none. Disabled views count.
-    static CViewBaseCtlEvents* hit(const CSectorMap& map, double x, double y);
-    /// The view that takes what is aimed at `hit`, whether it is disabled or not: the first ancestor from the root down
-    /// that intercepts, otherwise the nearest input view from `hit` up. Null if there is none.
-    static CViewBaseCtlEvents* of(CViewBaseCtlEvents* hit);
+    /// The topmost view at a point that is not click-through; null for none. Disabled views count. With
+    /// `climbToControl` the view that takes what is aimed at it: the first ancestor from the root down that intercepts,
+    /// otherwise the nearest input view from it up.
+    static CViewBaseCtlEvents* hit(const CSectorMap& map, double x, double y, bool climbToControl);
     /// The ancestor that intercepts what is aimed at `hit`, or `hit` itself.
     static CViewBaseCtlEvents* unintercepted(CViewBaseCtlEvents* hit);
     /// Shown, and neither the view nor an ancestor is disabled.

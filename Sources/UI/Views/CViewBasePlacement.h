@@ -30,8 +30,8 @@ public:
     bool isShown() const override { return area_ && area_->isEffectivelyVisible(); }
     bool isDecorative() const override { return isDecorative_; }
     bool isDynamic() const override { return isDynamic_; }
-    const CViewRect& visibleRect() const override { return area_->visibleRect(); }
-    const CViewRect& wholeRect() const override { return area_->wholeRect(); }
+    const CViewRect& visibleRect() const override { return area_->getVisibleRect(); }
+    const CViewRect& wholeRect() const override { return area_->getWholeRect(); }
     double effectiveOpacity() const override { return effectiveOpacity_; }
 
     /// The setters of the attributes of the same names. Each fails on a text that it does not know.

@@ -62,7 +62,7 @@ CViewBaseCtlEvents* CWindowSharedData::viewAt(int32_t x, int32_t y) const {
         return nullptr;
     }
     const CIntRect bounds = window->screenBounds();
-    return CInputTarget::hit(window->sectorMap(), x - bounds.left, y - bounds.top);
+    return CInputTarget::hit(window->sectorMap(), x - bounds.left, y - bounds.top, false);
 }
 
 CViewBaseCtlEvents* CWindowSharedData::keyFocusView() const {

@@ -28,7 +28,7 @@ TEST_F(CEditBoxTest, APressOpensTheBoxOverTheViewWithAllSelected) {
     EXPECT_EQ(selected(), "one");
     EXPECT_EQ(window().keyFocusView(), box());
     EXPECT_EQ(system.desktop().keyGrabber(), window().handle());
-    EXPECT_EQ(CInputTarget::hit(window().sectorMap(), 50, 20), box());
+    EXPECT_EQ(CInputTarget::hit(window().sectorMap(), 50, 20, false), box());
     EXPECT_EQ(text("a").editBox(), box());
 }
 

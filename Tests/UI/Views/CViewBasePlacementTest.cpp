@@ -159,7 +159,7 @@ TEST_F(ViewPlacement, ScrollAttributesReachTheirCells) {
     EXPECT_EQ(cell("s", CViewCell::ScrollerHeight), 12.0f);
     EXPECT_EQ(at("s.h").area().placement(), CViewPlacement::ScrollerH);
     // 100 pixels show a quarter of the content.
-    EXPECT_EQ(at("s").area().wholeRect().width, 400.0);
+    EXPECT_EQ(at("s").area().getWholeRect().width, 400.0);
     set(at("s"), "offset-x", "2");
     EXPECT_EQ(cell("s", CViewCell::OffsetX), 0.75f);
     set(at("s"), "min-ratio-y", "0");
