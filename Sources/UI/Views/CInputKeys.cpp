@@ -42,21 +42,26 @@ bool CInputRouter::wheel(const CWheelEvent& event) {
 
 bool CInputRouter::key(const CKeyEvent& event) {
     const CCall call(*this);
-    const int32_t taken = takenKeys_.indexOf(event.code);
-    if (!event.isDown && taken >= 0) {
-        takenKeys_.removeAt(taken);
-    }
-    bool isTaken = !event.isDown && taken >= 0;
+    const bool wasTaken = event.isDown ? takenKeys_.indexOf(event.code) >= 0 : forgetKey(event.code);
+    bool isTaken = !event.isDown && wasTaken;
     const uint32_t serial = focusSerial_;
     const bool isAlive = !focus_ || sendKey(*focus_, event, isTaken);
     // A view that has given the focus on by itself has done something with the key.
     if (isAlive && event.isDown && !isTaken && serial == focusSerial_) {
-        isTaken = workByKey(event, taken >= 0);
+        isTaken = workByKey(event, wasTaken);
     }
     if (call.isAlive() && event.isDown && isTaken && takenKeys_.indexOf(event.code) < 0) {
         takenKeys_.append(event.code);
     }
     return isTaken;
+}
+
+bool CInputRouter::forgetKey(int32_t code) {
+    const int32_t index = takenKeys_.indexOf(code);
+    if (index >= 0) {
+        takenKeys_.removeAt(index);
+    }
+    return index >= 0;
 }
 
 bool CInputRouter::sendKey(CViewBaseCtlEvents& view, const CKeyEvent& event, bool& isTaken) {

@@ -51,6 +51,8 @@ public:
     /// True if the view with key focus has taken it, if a tab has moved the focus (without one: to the first view), or
     /// if it has worked the view. A release follows its press.
     bool key(const CKeyEvent& event);
+    /// A key has been released in another window. True if its press was taken here.
+    bool forgetKey(int32_t code);
     /// The user works by keys: since a tab has moved the focus, until a button of the pointer is pressed.
     bool isKeyMode() const { return isKeyMode_; }
     /// Sends `auto-click` to the view that is pressed with the left button, if the pointer is on it and `timeout`

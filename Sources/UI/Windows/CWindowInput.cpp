@@ -42,8 +42,11 @@ void CWindow::onPointer(const CPointerEvent& event) {
     // The embedded window takes the keyboard from its host only where that is wanted.
     if (event.kind == CPointerKind::Press && isOpen() && !flag("is-helper-window") &&
         (isPopupWindow() || !flag("is-plugin-vst") || root()->getAttrBool("IsFocusTaken"))) {
-        window_->takeFocus();
         hasFocus_ = true;
+        window_->takeFocus();
+        if (!busy.isAlive()) {
+            return;
+        }
     }
     router_.pointer(event);
     if (!busy.isAlive()) {
@@ -95,7 +98,9 @@ bool CWindow::onKey(const CKeyEvent& event) {
     if (isBlocked() && event.isDown) {
         return false;
     }
-    const bool isTaken = router_.key(event);
+    // What the press has opened has the keys by now.
+    const bool wasTaken = !event.isDown && shared_->keyReleased(*this, event.code);
+    const bool isTaken = router_.key(event) || wasTaken;
     if (isTaken || !busy.isAlive() || !event.isDown || event.code != kKeyEscape || !openerWindow_) {
         return isTaken;
     }

@@ -73,6 +73,14 @@ CViewBaseCtlEvents* CWindowSharedData::hoveredView() const {
     return mouseWindow_ ? mouseWindow_->router().hovered() : nullptr;
 }
 
+bool CWindowSharedData::keyReleased(const CWindow& in, int32_t code) {
+    bool wasTaken = false;
+    for (CWindow* window : windows_) {
+        wasTaken = (window != &in && window->router().forgetKey(code)) || wasTaken;
+    }
+    return wasTaken;
+}
+
 void CWindowSharedData::endCall() {
     if (--calls_ > 0 || !whenDone_) {
         return;

@@ -32,6 +32,8 @@ public:
     CWindow* mainWindow() const;
     /// The view at a point of the screen, in the topmost window there if it is one of these; null for none.
     CViewBaseCtlEvents* viewAt(int32_t x, int32_t y) const;
+    /// A window has got the release of a key: true if the press was taken by another one, which forgets it.
+    bool keyReleased(const CWindow& in, int32_t code);
 
     /// The window that the pointer is in, and the one whose view has key focus; null for none.
     CWindow* mouseWindow() const { return mouseWindow_; }

@@ -144,5 +144,24 @@ TEST_F(CWindowKeysTest, AReaderFollowsTheFocusOfAllWindows) {
     EXPECT_EQ(reader.names, "field a none row ");
 }
 
+TEST_F(CWindowKeysTest, AKeyThatOpensAPopupWorksAgainThoughItsReleaseWentToThePopup) {
+    takeFocus();
+    templates.push_back(popup("ui:menu", 80, 50, {{"is-popup-window", "true"}}));
+    open({view("a", {{"width", "50"}, {"height", "200"}, {"is-focusable", "true"}})});
+    takeFocus();
+    CFilledView::actions["a.mouse-press"] = [this](CFilledView&, CAttributeMap&) { openPopup("a", "ui:menu"); };
+    for (int32_t round = 0; round < 3; ++round) {
+        click(250, 20);
+        EXPECT_TRUE(system.input().tap(kKeyTab));
+        ASSERT_EQ(window().keyFocusView(), &at("a"));
+        EXPECT_TRUE(system.input().key(kKeySpace, true, u" "));
+        ASSERT_TRUE(popupWindow("menu")) << round;
+        system.input().key(kKeySpace, false);
+        EXPECT_TRUE(system.input().tap(kKeyEscape));
+        system.advance(0.1);
+        ASSERT_FALSE(popupWindow("menu"));
+    }
+}
+
 }  // namespace
 }  // namespace tarv
