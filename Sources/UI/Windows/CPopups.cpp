@@ -99,13 +99,19 @@ CError* CPopups::open(CViewBaseCtlEvents& opener, const CString& templateName, C
     popups_.append({made, window, &opener});
     window->setOpenerWindow(&owner_);
     const CObjectWatch watch(*made);
+    const CObjectWatch ofOwner(owner_);
     if (CError* error = openMade(opener, params, *made, *window)) {
         if (watch.isAlive()) {
             delete made;
         }
         TARV_TRY(error);
     }
-    owner_.block(blocking());
+    if (ofOwner.isAlive()) {
+        owner_.block(blocking());
+    } else if (watch.isAlive()) {
+        // A handler of its opening has destroyed the window above.
+        window->requestClose();
+    }
     return nullptr;
 }
 
@@ -243,7 +249,8 @@ int32_t CPopups::indexOf(const CWindow& window) const {
 }
 
 void CPopups::close() {
-    for (int32_t i = popups_.count() - 1; i >= 0 && i < popups_.count(); --i) {
+    const CObjectWatch watch(owner_);
+    for (int32_t i = popups_.count() - 1; watch.isAlive() && i >= 0 && i < popups_.count(); --i) {
         popups_[i].window->requestClose();
     }
 }
@@ -255,6 +262,15 @@ void CPopups::openerGoes(const CViewBaseCtlEvents& opener) {
             popups_[i].window->vanish();
         }
     }
+}
+
+void CPopups::takeOver(CPopups& popups) {
+    for (CPopup& popup : popups.popups_) {
+        popup.opener = nullptr;
+        popup.window->setOpenerWindow(&owner_);
+        popups_.append(popup);
+    }
+    popups.popups_.clear();
 }
 
 void CPopups::windowGoes(const CWindow& window) {

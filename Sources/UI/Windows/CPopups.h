@@ -45,6 +45,8 @@ public:
     /// The popups that this view has opened vanish, and it gets nothing any more: it is being destroyed, and a handler
     /// that destroyed what is above it would do so twice.
     void openerGoes(const CViewBaseCtlEvents& opener);
+    /// The popups of a popup that is being destroyed; they close, and nobody gets their end.
+    void takeOver(CPopups& popups);
     /// The window of a popup is being destroyed, or closes.
     void windowGoes(const CWindow& window);
     /// Passes an answer of a popup on to the object that `popup-result-target` of its root view names, by default to

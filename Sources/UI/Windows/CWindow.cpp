@@ -36,6 +36,7 @@ CWindow::CBusy::~CBusy() {
 CWindow::~CWindow() {
     shut();
     if (openerWindow_) {
+        openerWindow_->popups().takeOver(popups_);
         openerWindow_->popups().windowGoes(*this);
     }
     // The timers are children, and call no more.

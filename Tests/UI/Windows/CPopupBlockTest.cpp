@@ -147,5 +147,34 @@ TEST_F(CPopupBlock, AHelperNeitherBlocksNorTakesTheActivation) {
     EXPECT_EQ(system.desktop().active(), popupWindow("list")->handle());
 }
 
+TEST_F(CPopupBlock, AHandlerMayDestroyTheWindowThatOpensOrClosesAPopup) {
+    for (const std::string moment : {"list.update-window-bounds", "entry.focus-lost", "row.mouse-cancel"}) {
+        openButtons();
+        openPopup("panel.a", "ui:entries");
+        CFilledView* const entries = find("entries");
+        CFilledView* const entry = find("entries.entry");
+        ASSERT_TRUE(entry);
+        CFilledView::actions.clear();
+        CFilledView::actions[moment] = [this](CFilledView&, CAttributeMap&) { delete find("entries"); };
+        popupWindow("entries")->setKeyFocusView(entry);
+        CAttributeMap params;
+        EXPECT_EQ(consumed(entries->openPopup("ui:helper", params)), "");
+        EXPECT_EQ(consumed(entry->openPopup("ui:list", params)), "");
+        if (moment == "row.mouse-cancel") {
+            system.input().moveIn(popupWindow("list")->handle(), 5, 5);
+            system.input().press();
+            popupWindow("entries")->requestClose();
+            system.input().release();
+        }
+        EXPECT_FALSE(find("entries")) << moment;
+        tick();
+        tick();
+        EXPECT_FALSE(popupWindow("list")) << moment << ": destroyed by the window above";
+        EXPECT_FALSE(popupWindow("helper")) << moment;
+        EXPECT_FALSE(window().isBlocked());
+        EXPECT_EQ(window().popups().count(), 0);
+    }
+}
+
 }  // namespace
 }  // namespace tarv

@@ -16,6 +16,8 @@ struct CPopupTree : CWindowTree {
             popup("ui:helper", 60, 30, {{"is-popup-window", "true"}, {"is-helper-window", "true"}}),
             popup("ui:placed", 60, 30, {{"window-x", "500"}, {"window-y", "40"}, {"constrain-y", "60"}}),
             popup("ui:entry", 60, 30, {{"is-taskbar", "true"}}),
+            popup("ui:entries", 60, 30, {},
+                  {view("entry", {{"width", "60"}, {"height", "30"}, {"is-focusable", "true"}})}),
             testTemplate("ui:plain", "test:view", {{"is-root-view", "true"}}),
             testTemplate("ui:window-blocker", "test:view",
                          {{"placement", "overlay"}, {"width", "100%"}, {"height", "100%"}})};
