@@ -230,8 +230,7 @@ CError* CEditBox::commit() {
     } else if (answer == CAnswer::Refused) {
         // A handler may have taken the focus, by a message that it shows.
         if (!window() || window()->keyFocusView() != this) {
-            TARV_CONSUME(owner_->setStateTimed(kError, kErrorSeconds));
-            end(false);
+            endRefused();
             return error;
         }
         edit_.selectAll();
@@ -245,12 +244,21 @@ CError* CEditBox::leave() {
     CAnswer answer = CAnswer::Gone;
     CError* error = offer(answer);
     if (answer == CAnswer::Refused) {
-        TARV_CONSUME(owner_->setStateTimed(kError, kErrorSeconds));
-    }
-    if (answer != CAnswer::Gone) {
+        endRefused();
+    } else if (answer == CAnswer::Accepted) {
         end(false);
     }
     return error;
+}
+
+/// The field shows that its text was refused. May destroy this object.
+void CEditBox::endRefused() {
+    CTextView& owner = *owner_;
+    const CObjectWatch ofOwner(owner);
+    end(false);
+    if (ofOwner.isAlive()) {
+        TARV_CONSUME(owner.setStateTimed(kError, kErrorSeconds));
+    }
 }
 
 /// Commits, and begins with the next view of the group.
@@ -260,7 +268,6 @@ CError* CEditBox::goOn(bool isBackwards) {
         return commit();
     }
     const CString path = next->fullName();
-    const CString former = formerFocus_;
     CAnswer answer = CAnswer::Gone;
     CError* error = offer(answer);
     if (answer == CAnswer::Refused) {
@@ -327,7 +334,7 @@ void CEditBox::close(bool isFocusReturned) {
     isCaretShown_ = false;
     isOffering_ = false;
     closeKeyboard();
-    if (isFocusReturned && window() && window()->keyFocusView() == this) {
+    if (watch.isAlive() && isFocusReturned && window() && window()->keyFocusView() == this) {
         window()->setKeyFocusView(formerFocus_.isEmpty() ? nullptr : rootView()->findObjectOf<CViewBase>(formerFocus_));
     }
     if (watch.isAlive() && serial == serial_) {

@@ -100,6 +100,7 @@ private:
     [[nodiscard]] CError* offer(CAnswer& answer);
     [[nodiscard]] CError* goOn(bool isBackwards);
     void end(bool isFocusReturned);
+    void endRefused();
     void close(bool isFocusReturned);
     bool isOverRow() const;
     CTextView* neighbour(bool isBackwards) const;

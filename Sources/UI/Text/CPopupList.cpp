@@ -142,18 +142,21 @@ CError* CPopupList::paragraphChosen(int32_t index) {
     if (!chosen) {
         return nullptr;
     }
+    // Read before the handlers, which may destroy the row.
+    const bool hasSubList = chosen->getAttrBool("has-sub-list");
+    const CString id = chosen->getAttrString("id");
+    CAttributeMap params;
+    params["index"] = CAttributeValue::fromInt(index);
+    params["text"] = CAttributeValue::fromPlainString(paragraphText(index));
+    params["id"] = CAttributeValue::fromPlainString(id);
     const CObjectWatch watch(*this);
     CError* error = CTextView::paragraphChosen(index);
     if (error || !watch.isAlive()) {
         return error;
     }
-    if (chosen->getAttrBool("has-sub-list")) {
-        return openSubList(index);
+    if (hasSubList) {
+        return openSubList(index, id);
     }
-    CAttributeMap params;
-    params["index"] = CAttributeValue::fromInt(index);
-    params["text"] = CAttributeValue::fromPlainString(paragraphText(index));
-    params["id"] = CAttributeValue::fromPlainString(chosen->getAttrString("id"));
     params["list-id"] = CAttributeValue::fromPlainString(param("list-id"));
     const CObject* first = originalOpener();
     params["original-opener"] = CAttributeValue::fromPlainString(first ? first->fullName() : CString());
@@ -162,14 +165,14 @@ CError* CPopupList::paragraphChosen(int32_t index) {
     return error || !watch.isAlive() ? error : answer(params);
 }
 
-CError* CPopupList::openSubList(int32_t index) {
+CError* CPopupList::openSubList(int32_t index, const CString& id) {
     CAttributeMap params;
     for (const char* name : kHandedOn) {
         params[name] = CAttributeValue::fromString(param(name));
     }
     const CObject* first = originalOpener();
     params["original-opener"] = CAttributeValue::fromString(first ? first->fullName() : CString());
-    params["popup-dynamic-list-parent-id"] = CAttributeValue::fromPlainString(row(index)->getAttrString("id"));
+    params["popup-dynamic-list-parent-id"] = CAttributeValue::fromPlainString(id);
     params["is-popup-toggle-always-create"] = CAttributeValue::fromBool(true);
     params["window-alignment"] = CAttributeValue::fromString("right");
     const CViewRect box = wholeRect();

@@ -45,7 +45,7 @@ private:
     [[nodiscard]] CError* addDynamicRows(CDynamicList& source);
     [[nodiscard]] CError* limitWidth();
     [[nodiscard]] CError* limitHeight();
-    [[nodiscard]] CError* openSubList(int32_t index);
+    [[nodiscard]] CError* openSubList(int32_t index, const CString& id);
     [[nodiscard]] CError* answer(CAttributeMap& params);
     [[nodiscard]] CError* findTarget(CObject*& target) const;
     [[nodiscard]] CError* closeAll();

@@ -370,5 +370,26 @@ TEST_F(CEditBoxTest, WithoutATemplateAnEditFailsAndWithoutAWindowNothingHappens)
     tree->findObjectOf<CView>("ui.main-window")->setWindow(&window());
 }
 
+TEST_F(CEditBoxTest, TheErrorOfARefusedTextMayDestroyTheFieldOrTheBox) {
+    for (const bool isField : {true, false}) {
+        openFields({field("a", {{"title", "1"}, {"is-number", "true"}, {"hint", ""}},
+                          {{"ui:view-state", "error", {{"state-name", "error"}, {"hint", "wrong"}}}}),
+                    field("b", {{"title", "two"}})});
+        text("a").linkObserver(actor(), "hint", "act");
+        CTestActor::action = [&] { delete (isField ? static_cast<CObject*>(&text("a")) : box()); };
+        clickOn("a");
+        type(u"x");
+        clickOn("b");
+        CTestActor::action = [] {};
+        EXPECT_EQ(tree->findObject("ui.main-window.a") == nullptr, isField);
+        tick();
+        tick();
+        EXPECT_EQ(edited(), "two");
+        EXPECT_TRUE(tap(kKeyEscape));
+        tick();
+        EXPECT_FALSE(box());
+    }
+}
+
 }  // namespace
 }  // namespace tarv

@@ -319,5 +319,28 @@ TEST_F(CPopupListTest, TheReceiverMayDestroyEverything) {
     EXPECT_TRUE(system.isClean());
 }
 
+TEST_F(CPopupListTest, AHandlerOfTheChoiceMayDestroyTheRows) {
+    openOpener();
+    CTestActor::action = [this] {
+        while (CObject* found = list()->findChild("paragraph")) {
+            delete found;
+        }
+    };
+    for (const int32_t index : {1, 0}) {
+        openList({{"popup-text-source", ".presets"}});
+        CObject& eater = actor();
+        eater.listenObject("ui.window-app-popup-list.list", "paragraph-chosen", "act");
+        choose(*list(), index);
+        delete &eater;
+        if (index == 1) {
+            EXPECT_EQ(at("opener").params.at("id").asString(), "p");
+            EXPECT_EQ(at("opener").params.at("text").asString(), "Plain");
+            system.advance(0.1);
+        }
+    }
+    ASSERT_TRUE(list("window-app-popup-list#1"));
+    EXPECT_EQ(rows(*list("window-app-popup-list#1")), "One|Two");
+}
+
 }  // namespace
 }  // namespace tarv

@@ -8,6 +8,7 @@
 namespace tarv {
 
 std::function<void(CTestField&)> CTestField::onOffer;
+std::function<void()> CTestActor::action;
 
 namespace {
 
@@ -82,11 +83,24 @@ CError* CTestField::editTextChanged(const CString& text) {
     return CTextView::editTextChanged(text);
 }
 
+CError* CTestActor::initClass(CClassDescriptor& descriptor) {
+    descriptor.addHandler<&CTestActor::act>("act");
+    return nullptr;
+}
+
+CError* CTestActor::act() {
+    const auto run = action;
+    run();
+    return nullptr;
+}
+
 CEditTree::CEditTree() {
     CTestField::onOffer = {};
+    CTestActor::action = [] {};
     hasGraphics = true;
     classes = {{"font", &createObject<CFontObject>, nullptr},
                {"palette", &createObject<CPaletteObject>, nullptr},
+               {"test:actor", &createObject<CTestActor>, &CTestActor::initClass},
                {"test:field", &createObject<CTestField>, &CTestField::initClass},
                {"ui:editbox", &createObject<CEditBox>, &CEditBox::initClass},
                {"ui:textview", &createObject<CTextView>, &CTextView::initClass}};
@@ -97,6 +111,7 @@ CEditTree::CEditTree() {
 
 CEditTree::~CEditTree() {
     CTestField::onOffer = {};
+    CTestActor::action = [] {};
     close();
 }
 
@@ -130,6 +145,12 @@ CTestField& CEditTree::text(const std::string& name) const {
 
 CEditBox* CEditTree::box() const {
     return tree->findObjectOf<CEditBox>("ui.main-window.temp-editbox");
+}
+
+CObject& CEditTree::actor() const {
+    CObject* made = nullptr;
+    EXPECT_EQ(consumed(tree->findObject("ui")->createChild(made, "test:actor", "actor", false)), "");
+    return *made;
 }
 
 void CEditTree::clickOn(const std::string& name) {

@@ -21,6 +21,17 @@ public:
     int32_t offers = 0;
 };
 
+/// Does what a test asks for as its handler `act`.
+class CTestActor : public CObject {
+public:
+    static std::function<void()> action;
+
+    [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
+
+private:
+    [[nodiscard]] CError* act();
+};
+
 /// An editor whose main window shows text views in a column, each of 100 x 20 pixels at 10, 10 + 30 n.
 struct CEditTree : CWindowTree {
     CEditTree();
@@ -31,6 +42,8 @@ struct CEditTree : CWindowTree {
     CTestField& text(const std::string& name) const;
     /// The edit box while there is one.
     CEditBox* box() const;
+    /// A new CTestActor.
+    CObject& actor() const;
     std::string edited() const { return box() ? box()->edit().text().toUtf8() : "-"; }
     std::string title(const std::string& name) const { return text(name).getAttrString("title").toUtf8(); }
     bool isEditing() const { return box() && box()->isEditing(); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <functional>
 
 #include "Tests/UI/Resources/DataSetHelp.h"
