@@ -76,7 +76,7 @@
 
 namespace tarv {
 
-// The classes of the views come with them: until then their tags make plain objects.
+// A tag without a row makes a plain object.
 const CCreatorRow kCreatorRows[] = {
     {"audio:audio-env", &createObject<CAudioEnv>, nullptr},
     {"audio:cctable", &createObject<CAudioCCTable>, nullptr},

@@ -8,7 +8,7 @@ namespace tarv {
 
 class CX11Session;
 
-/// The windows of Linux, by X11. Each thread that has windows has a connection of its own, from its first window,
+/// The windows of Linux, by X11. Each thread that has windows has its own connection, from its first window,
 /// surface or timer to its last. Any thread; what a call is about belongs to the calling one.
 class CX11System final : public CWindowSystem {
 public:

@@ -66,7 +66,7 @@ CX11Window::~CX11Window() {
 CPlatformError CX11Window::create(const CWindowRequest& request) {
     bounds_ = request.bounds;
     id_ = x_.xcb_generate_id(display_.connection());
-    // In the order of the bits of the mask. A colour of its own for the border: the parent may have another depth.
+    // In the order of the bits of the mask. The border gets a colour: the parent may have another depth.
     constexpr uint32_t kMask =
         XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_BIT_GRAVITY | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_COLORMAP;
     const uint32_t values[] = {XCB_BACK_PIXMAP_NONE, 0, XCB_GRAVITY_NORTH_WEST, !isChild_ && !isManaged_,

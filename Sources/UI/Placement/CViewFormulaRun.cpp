@@ -9,7 +9,7 @@ namespace tarv {
 
 namespace {
 
-// Each token pushes one value at most, and takes a place of its own.
+// Each token pushes one value at most, and takes one place.
 constexpr int32_t kStackValues = CViewFormula::kMaxTokens;
 constexpr float kLeastOfMany = -1e20f;
 constexpr float kHalf = 0.5f;

@@ -17,7 +17,7 @@ enum class CTextKeyResult : uint8_t {
     Escape
 };
 
-/// What the keys of a field do. Home and End work on the paragraph; whoever knows the lines of the text handles them,
+/// What the keys of a field do. Home and End work on the paragraph; code that knows the lines of the text handles them,
 /// and the keys up and down, before. The clipboard is that of the window system in use.
 ///
 /// Taken are all keys that type, also where the field lets the character out, and those that move and erase. Alt and a

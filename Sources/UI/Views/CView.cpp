@@ -207,7 +207,7 @@ CError* CView::updatePalette() {
     return nullptr;
 }
 
-/// Here, and below where no view has a palette of its own.
+/// Here, and below where no view has its own palette.
 void CView::setPalette(const CPalette* palette) {
     palette_ = palette;
     resolveColors(0.0);
