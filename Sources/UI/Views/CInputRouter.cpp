@@ -356,7 +356,9 @@ bool CInputRouter::refreshHint() {
     const CString& text = view ? view->hint() : kNone;
     if (!(text == hint_)) {
         hint_ = text;
+        const CCall call(*this);  // what follows the status line may do anything
         window_.setHint(hint_);
+        return call.isAlive();
     }
     return true;
 }

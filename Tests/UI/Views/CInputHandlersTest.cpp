@@ -100,5 +100,14 @@ TEST_F(CInputHandlersTest, TheRootViewsEndCancelsAPressWhileAllViewsAreWhole) {
     EXPECT_FALSE(window.isCaptured);
 }
 
+TEST_F(CInputHandlersTest, WhatFollowsTheHintMayDestroyTheRouter) {
+    build({view("a", "0 0 50 50", {{"hint", "text"}})});
+    window.onHint = [this] { window.router.reset(); };
+    move(10, 10);
+    EXPECT_EQ(heard(), "a.mouse-enter a+hover a.hint-update");
+    EXPECT_FALSE(window.router);
+    root.reset();
+}
+
 }  // namespace
 }  // namespace tarv

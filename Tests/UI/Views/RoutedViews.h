@@ -87,7 +87,12 @@ public:
     double now() const override { return 0.0; }
     CViewBase* keyFocusView() const override { return router->keyFocus(); }
     void setKeyFocusView(CViewBase* view) override { router->setKeyFocus(dynamic_cast<CViewBaseCtlEvents*>(view)); }
-    void setHint(const CString& text) override { hint = text.toUtf8(); }
+    void setHint(const CString& text) override {
+        hint = text.toUtf8();
+        if (onHint) {
+            onHint();
+        }
+    }
     void setCursor(CCursorShape) override {}
     CInputListener* input() override { return router.get(); }
     void capturePointer(bool isOn) override { isCaptured = isOn; }
@@ -96,6 +101,7 @@ public:
 
     std::unique_ptr<CInputRouter> router;
     std::string hint;
+    std::function<void()> onHint;
     bool isCaptured = false;
     bool areKeysWanted = false;
     std::vector<std::string> failures;
