@@ -4,7 +4,6 @@
 
 #include "Core/CApplication.h"
 #include "Core/CObjectWatch.h"
-#include "UI/Views/CViewBasePlacement.h"
 #include "UI/Windows/CUIEventBridge.h"
 #include "UI/Windows/CWindow.h"
 #include "UI/Windows/CWindowSharedData.h"
@@ -53,12 +52,6 @@ CUIEventBridge* bridgeAbove(CObject& object) {
 CIntRect onScreen(const CViewRect& rect, const CIntRect& window) {
     return {window.left + pixels(rect.x), window.top + pixels(rect.y), window.left + pixels(rect.right()),
             window.top + pixels(rect.bottom())};
-}
-
-/// Without what it scrolls and what it draws beyond.
-CViewRect boxOf(const CViewBaseCtlEvents& view) {
-    const auto* placed = dynamic_cast<const CViewBasePlacement*>(&view);
-    return placed && placed->hasArea() ? placed->area().box() : view.wholeRect();
 }
 
 CWindow* windowIn(const CObject& object) {
@@ -145,7 +138,7 @@ CError* CPopups::openMade(CViewBaseCtlEvents& opener, const CAttributeMap& param
 CError* CPopups::setWidth(const CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made) const {
     double width = number(params, "popup-width");
     if (flag(params, "is-same-width")) {
-        width = boxOf(opener).width / CApplication::uiScale();
+        width = CWindow::boxOf(opener).width / CApplication::uiScale();
     }
     if (width > 0.0) {
         width += number(params, "width-modif");
@@ -174,7 +167,7 @@ CPopupPlace CPopups::placeOf(const CViewBaseCtlEvents& opener, const CAttributeM
     CPopupPlace place;
     CWindowSurroundings& around = place.around;
     around.openerWindow = owner_.screenBounds();
-    around.opener = onScreen(boxOf(opener), around.openerWindow);
+    around.opener = onScreen(CWindow::boxOf(opener), around.openerWindow);
     if (const CWindow* main = owner_.sharedData().mainWindow()) {
         around.mainWindow = main->screenBounds();
     }

@@ -63,6 +63,8 @@ public:
     /// 0 while not open.
     CWindowHandle handle() const { return window_ ? window_->handle() : 0; }
     CIntRect screenBounds() const { return window_ ? window_->screenBounds() : CIntRect(); }
+    /// A view without what it scrolls and what it draws beyond its box.
+    static CViewRect boxOf(const CViewBaseCtlEvents& view);
     /// Moves a popup; its size stays.
     void moveTo(int32_t x, int32_t y);
     /// An attribute of this object, or that of its root view where this one is empty.
@@ -157,7 +159,6 @@ private:
     [[nodiscard]] CError* startTimer(const char* name, const char* rate, double fallback, const char* handler);
     [[nodiscard]] CError* createWindow(const CPopupPlace* place);
     [[nodiscard]] CError* requestBounds(const CPopupPlace* place, CWindowRequest& request);
-    CViewRect rootBox() const;
     void report(const CSectorView* view, CError* error);
     void draw();
     void showAgain(const CIntRect& rect);

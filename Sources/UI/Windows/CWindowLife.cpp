@@ -44,7 +44,7 @@ CError* CWindow::open(const CPopupPlace* place) {
     }
     window_->show(true);
     if (busy.isAlive() && isOpen()) {
-        const CViewRect rect = rootBox();
+        const CViewRect rect = boxOf(*root_);
         showAgain({0, 0, pixels(rect.width), pixels(rect.height)});
         endPresenting();
     }
@@ -75,7 +75,7 @@ CError* CWindow::createWindow(const CPopupPlace* place) {
 }
 
 CError* CWindow::requestBounds(const CPopupPlace* place, CWindowRequest& request) {
-    const CViewRect box = rootBox();
+    const CViewRect box = boxOf(*root_);
     const int32_t width = pixels(box.width);
     const int32_t height = pixels(box.height);
     request.isChild = flag("is-plugin-vst");
@@ -103,15 +103,14 @@ CError* CWindow::requestBounds(const CPopupPlace* place, CWindowRequest& request
     return nullptr;
 }
 
-/// The size of the window: what a root view scrolls, or draws beyond its box, does not count.
-CViewRect CWindow::rootBox() const {
-    const auto* placed = dynamic_cast<const CViewBasePlacement*>(root_);
-    return placed && placed->hasArea() ? placed->area().box() : root_->wholeRect();
+CViewRect CWindow::boxOf(const CViewBaseCtlEvents& view) {
+    const auto* placed = dynamic_cast<const CViewBasePlacement*>(&view);
+    return placed && placed->hasArea() ? placed->area().box() : view.wholeRect();
 }
 
 /// The root view has another size.
 CError* CWindow::updateWindowBounds() {
-    const CViewRect rect = rootBox();
+    const CViewRect rect = boxOf(*root_);
     const int32_t columns = (pixels(rect.width) >> CSector::kBits) + 1;
     const int32_t rows = (pixels(rect.height) >> CSector::kBits) + 1;
     if (map_.isEmpty() || columns != map_.columns() || rows != map_.rows()) {
