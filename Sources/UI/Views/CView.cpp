@@ -89,11 +89,11 @@ CError* CView::sendEventIfWanted(const char* name, bool isWanted) {
 CError* CView::advanceViews() {
     const CObjectWatch watch(*this);
     runTimers();
-    if (!watch.isAlive() || !hasArea()) {
-        return nullptr;
-    }
-    TARV_TRY(area().net().flush());
-    return nullptr;
+    return watch.isAlive() ? placeViews() : nullptr;
+}
+
+CError* CView::placeViews() {
+    return hasArea() ? area().net().flush() : nullptr;
 }
 
 CError* CView::onAreaChanged(const CViewRect& visibleRect, const CViewRect& wholeRect) {

@@ -34,6 +34,7 @@ public:
     void joinSectors();
 
     [[nodiscard]] CError* advanceViews() override;
+    [[nodiscard]] CError* placeViews() override;
     [[nodiscard]] CError* onAreaChanged(const CViewRect& visibleRect, const CViewRect& wholeRect) override;
     [[nodiscard]] CError* onAreaNotify() override;
     [[nodiscard]] CError* drawInSector(const CSectorTarget& target) override;

@@ -91,6 +91,9 @@ public:
     /// Of a root view, called by its window at each render tick, when the clock of the window is set: what moves by
     /// time goes on, then all rectangles are brought up to date. Here, nothing happens.
     [[nodiscard]] virtual CError* advanceViews() { return nullptr; }
+    /// The second half of it: gives the views of this tree their places, and marks what they draw anew. Sends events;
+    /// handlers may destroy this view.
+    [[nodiscard]] virtual CError* placeViews() { return nullptr; }
 
     /// Opens or closes a popup; see CViewWindow::openPopup. Without a window nothing happens. The event `popup-toggle`
     /// does so with the template that its parameter `popup-template`, or this view's attribute of that name, names.

@@ -160,6 +160,7 @@ private:
     [[nodiscard]] CError* createWindow(const CPopupPlace* place);
     [[nodiscard]] CError* requestBounds(const CPopupPlace* place, CWindowRequest& request);
     void report(const CSectorView* view, CError* error);
+    [[nodiscard]] bool advance(const CBusy& busy);
     void draw();
     void showAgain(const CIntRect& rect);
     void show(int32_t column, int32_t row, const CIntRect& rect, const CSurface& surface, int32_t surfaceRow);

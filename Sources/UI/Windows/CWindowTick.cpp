@@ -41,20 +41,31 @@ void CWindow::tick() {
             return;
         }
     }
-    CError* error = root_->advanceViews();
-    if (!busy.isAlive()) {
-        logError(error);
-        return;
-    }
-    report(nullptr, error);
-    if (!isBlocked()) {
-        router_.update();
-    }
-    if (!busy.isAlive()) {
+    if (!advance(busy)) {
         return;
     }
     draw();
     popups_.release();
+}
+
+/// Everything that a tick does to the views before it draws them. False if this window is gone.
+bool CWindow::advance(const CBusy& busy) {
+    const auto isOver = [&](CError* error) {
+        if (!busy.isAlive()) {
+            logError(error);
+            return true;
+        }
+        report(nullptr, error);
+        return false;
+    };
+    if (isOver(root_->advanceViews())) {
+        return false;
+    }
+    if (!isBlocked()) {
+        router_.update();
+    }
+    // What the pointer changes there is drawn as a whole in this tick: other views may draw parts of it.
+    return busy.isAlive() && !isOver(root_->placeViews());
 }
 
 bool CWindow::isTickOverdue() const {
