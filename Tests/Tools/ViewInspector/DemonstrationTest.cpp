@@ -2,7 +2,9 @@
 
 #include <typeinfo>
 
+#include "Platform/Keyboard.h"
 #include "Tests/Tools/ViewInspector/DemoEditor.h"
+#include "UI/Text/CTextView.h"
 
 namespace tarv {
 namespace {
@@ -115,10 +117,59 @@ TEST_F(Demonstration, AnAnimatedColourMovesWhileItsSwitchIsOn) {
     EXPECT_NE(pixelIn("window-title.bypass"), first);
 }
 
+TEST_F(Demonstration, AFieldIsEditedAndTabGoesToTheNext) {
+    click("c.texts.fields.name");
+    advance(0.1);
+    ASSERT_TRUE(find("temp-editbox"));
+    ASSERT_TRUE(popup("virtual-keyboard-alphadigit"));
+    editor.system().input().type(u"New name");
+    editor.system().input().key(kKeyTab, true);
+    advance(0.1);
+    EXPECT_EQ(at("c.texts.fields.name").getAttrString("title").toUtf8(), "New name");
+    EXPECT_FALSE(popup("virtual-keyboard-alphadigit"));
+    ASSERT_TRUE(popup("virtual-keyboard-digit"));
+    editor.system().input().type(u"3x");
+    editor.system().input().key(kKeyEnter, true);
+    advance(0.1);
+    EXPECT_EQ(at("c.texts.fields.number").getAttrString("title").toUtf8(), "3");
+    EXPECT_FALSE(find("temp-editbox"));
+    EXPECT_FALSE(popup("virtual-keyboard-digit"));
+}
+
+TEST_F(Demonstration, AChoiceIsShownByItsOpener) {
+    click("c.texts.choice.opener");
+    advance(0.1);
+    ASSERT_TRUE(popup("window-app-popup-list"));
+    auto& list = *editor.tree().findObjectOf<CTextView>("ui.window-app-popup-list.list");
+    EXPECT_EQ(list.selectedParagraph(), 1);
+    const CViewRect row = list.rowRect(2);
+    editor.system().input().moveIn(popup("window-app-popup-list")->handle(), 20, static_cast<int32_t>(row.y + 3));
+    editor.system().input().click();
+    advance(0.1);
+    EXPECT_FALSE(popup("window-app-popup-list"));
+    EXPECT_EQ(picture().bounds().width(), 880);
+}
+
+TEST_F(Demonstration, TheSelectedRowOfTheListFollowsThePress) {
+    auto& list = dynamic_cast<CTextView&>(at("c.texts.outline.list"));
+    EXPECT_EQ(list.selectedParagraph(), 2);
+    advance(0.1);
+    const CViewRect row = list.rowRect(1);
+    editor.system().input().moveIn(editor.window()->handle(), static_cast<int32_t>(row.x + 20),
+                                   static_cast<int32_t>(row.y + 5));
+    editor.system().input().click();
+    EXPECT_EQ(list.selectedParagraph(), 1);
+    EXPECT_FALSE(list.rowRect(1).y == 0.0);
+    const double before = row.y;
+    editor.system().input().wheel(-1.0);
+    advance(0.1);
+    EXPECT_LT(list.rowRect(1).y, before);
+}
+
 TEST_F(Demonstration, OpensAtEveryScaleAndAsOftenAsWanted) {
     for (const double scale : {0.8, 1.0, 1.25, 1.0}) {
         open(scale);
-        EXPECT_EQ(picture().width, std::lround(640 * scale));
+        EXPECT_EQ(picture().width, std::lround(880 * scale));
         EXPECT_EQ(picture().height, std::lround(400 * scale));
         editor.close();
         EXPECT_TRUE(editor.system().isClean());
