@@ -52,6 +52,13 @@ CAttributeValue CAttributeValue::fromString(const CString& value) {
     return result;
 }
 
+void CAttributeValue::setString(const CString& value) {
+    string_ = value;
+    CString text = std::move(string_);
+    *this = CAttributeValue();
+    string_ = std::move(text);
+}
+
 CAttributeValue CAttributeValue::fromPlainString(const CString& value) {
     CAttributeValue result = fromString(value);
     result.isPlain_ = true;

@@ -21,6 +21,8 @@ public:
     /// Text in which braces are characters like any other: no object that takes it looks for expressions.
     static CAttributeValue fromPlainString(const CString& value);
     static CAttributeValue fromPointer(void* value);
+    /// As assigning fromString(value), in the memory that a former text has had.
+    void setString(const CString& value);
 
     CAttributeType type() const { return type_; }
     bool isPlain() const { return isPlain_; }

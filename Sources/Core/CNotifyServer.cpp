@@ -131,8 +131,8 @@ CError* CNotifyServer::sendBy(CDirect who, const CString& senderName, const CStr
     if (!event) {
         return nullptr;
     }
-    params["sender"] = CAttributeValue::fromString(senderName);
-    params["event-name"] = CAttributeValue::fromString(eventName);
+    params["sender"].setString(senderName);
+    params["event-name"].setString(eventName);
 
     // Also over the posts: no listener can leave meanwhile, so its anchor stands.
     CLockScope scope(event->lock);
@@ -166,9 +166,9 @@ CError* CNotifyServer::sendBy(CDirect who, const CString& senderName, const CStr
 }
 
 void CNotifyServer::describe(const CListener& listener, CAttributeMap& params) {
-    params["listener"] = CAttributeValue::fromString(listener.object->fullName());
+    params["listener"].setString(listener.object->fullName());
     params["listener-id"] = CAttributeValue::fromInt(listener.id);
-    params["listener-proc"] = CAttributeValue::fromString(listener.object->descriptor()->handlerName(listener.handler));
+    params["listener-proc"].setString(listener.object->descriptor()->handlerName(listener.handler));
 }
 
 CError* CNotifyServer::deliver(const CListener& listener, CAttributeMap& params) {

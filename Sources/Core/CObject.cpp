@@ -110,7 +110,7 @@ CObjectEventBridge* CObject::eventAnchor() const {
 }
 
 void CObject::addEventParams(CAttributeMap& params) {
-    params["sender"] = CAttributeValue::fromString(fullName_);
+    params["sender"].setString(fullName_);
 }
 
 void CObject::listenObject(const CString& senderName, const CString& eventName, const CString& handlerName) {
@@ -135,9 +135,14 @@ void CObject::releaseListeners() {
 }
 
 CError* CObject::sendEvent(const CString& eventName, CAttributeMap& params, bool synchronous) {
+    CString sender;
+    return sendEvent(eventName, params, synchronous, sender);
+}
+
+CError* CObject::sendEvent(const CString& eventName, CAttributeMap& params, bool synchronous, CString& sender) {
     addEventParams(params);
     // A copy, since a handler may destroy this very object.
-    const CString sender(fullName_);
+    sender = fullName_;
     CError* error = notifyServer_ ? notifyServer_->send(sender, eventName, params, synchronous) : nullptr;
     return error ? addErrorLocation(error, __FILE__, __LINE__, sender, CString()) : nullptr;
 }

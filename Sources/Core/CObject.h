@@ -127,6 +127,9 @@ public:
     void listenObject(const CString& senderName, const CString& eventName, const CString& handlerName);
     /// Sends one of this object's events; `params` gets the sender and the event's name. See CNotifyServer::send.
     [[nodiscard]] CError* sendEvent(const CString& eventName, CAttributeMap& params, bool synchronous);
+    /// The same in memory of the caller, which outlives this object: `sender` takes this object's name. A caller that
+    /// sends often keeps it together with the parameters, and nothing is allocated.
+    [[nodiscard]] CError* sendEvent(const CString& eventName, CAttributeMap& params, bool synchronous, CString& sender);
     /// Asks the thread anchor above to destroy this object once the calls that run now have returned. Without an
     /// anchor, or on one, nothing happens.
     [[nodiscard]] CError* releaseBridged();

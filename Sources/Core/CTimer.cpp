@@ -86,13 +86,15 @@ CError* CTimer::onTick() {
     const CObjectWatch watch(*this);
     // Out of this object for the call: a handler may destroy it, or serve the next tick inside.
     CAttributeMap params = std::move(params_);
-    CError* error = sendEvent("tick", params, false);
+    CString sender = std::move(sender_);
+    CError* error = sendEvent("tick", params, false, sender);
     if (!watch.isAlive()) {
         return error;
     }
     if (params.size() <= kSentParams) {
         params_ = std::move(params);
     }
+    sender_ = std::move(sender);
     TARV_TRY(error);
     return nullptr;
 }

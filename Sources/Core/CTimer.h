@@ -32,6 +32,7 @@ private:
     bool isFinished_ = false;
     // Kept between ticks for its memory.
     CAttributeMap params_;
+    CString sender_;
 };
 
 }  // namespace tarv

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+#include "Core/CHeap.h"
+
 namespace tarv {
 namespace {
 
@@ -36,6 +38,22 @@ const CConversion kConversions[] = {
     {"empty text", CAttributeValue(), false, 0.0, 0, "", 2 | 8},
     {"pointer", CAttributeValue::fromPointer(&pointee), false, 0.0, 0, "", 16},
 };
+
+TEST(AttributeValue, ATextIsSetInTheMemoryOfTheFormerOne) {
+    const CString text(std::string(100, 'x').c_str());
+    CAttributeValue value = CAttributeValue::fromPlainString(text);
+    const uint64_t before = CHeap::counters().allocations;
+    value.setString(text);
+    EXPECT_EQ(CHeap::counters().allocations, before);
+    EXPECT_EQ(value.asString(), text);
+    EXPECT_FALSE(value.isPlain());
+    CAttributeValue number = CAttributeValue::fromInt(7);
+    number.setString("12");
+    EXPECT_EQ(number.type(), CAttributeType::String);
+    EXPECT_EQ(number.asInt(), 12);
+    value.setString(value.asString());
+    EXPECT_EQ(value.asString(), text);
+}
 
 TEST(AttributeValue, ConvertsFromItsDeclaredTypeOnly) {
     for (const CConversion& c : kConversions) {

@@ -231,6 +231,22 @@ TEST_F(Timer, ATickAllocatesNothingInSteadyState) {
     EXPECT_EQ(listener().count, 44);
 }
 
+TEST_F(Timer, ATickAllocatesNothingWhereNamesAreLong) {
+    const std::string name(100, 'n');
+    root = application.makeRoot({{"ui:ui-event-bridge",
+                                  "ui",
+                                  {},
+                                  {{"core:timer", name, {{"interval", "0.025"}}},
+                                   {"test:listener", "listener"},
+                                   {"test:listener", name + "-listener"}}}});
+    root->findObject(("ui." + name + "-listener").c_str())->listenObject(("ui." + name).c_str(), "tick", "receive");
+    system.advance(0.1);
+    const uint64_t before = CHeap::counters().allocations;
+    system.advance(1.0);
+    EXPECT_EQ(CHeap::counters().allocations, before);
+    EXPECT_EQ(root->findObjectOf<CTickListener>(("ui." + name + "-listener").c_str())->count, 44);
+}
+
 TEST_F(Timer, ParametersThatAHandlerAddsDoNotStay) {
     make("0.025");
     size_t size = 0;
