@@ -131,6 +131,7 @@ private:
 
     CTextEdit edit_;
     CTextFonts fonts_;
+    CTextSource source_;  ///< kept for its memory
     CTextLayout layout_;
     int32_t alignment_ = -1;
     CVirtualKeyboard* keyboard_ = nullptr;

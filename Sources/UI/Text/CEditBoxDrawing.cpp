@@ -61,13 +61,12 @@ int32_t CEditBox::caretWidth() const {
 }
 
 void CEditBox::layOut() {
-    CTextSource source;
-    source.setPlain(edit_.text());
+    source_.setPlain(edit_.text());
     CTextSettings settings;
     settings.width = std::max(pixelAt(inner_.width) - caretWidth(), 1);
     settings.isWrapped = edit_.rules().isAcceptEnter;
     settings.alignment = alignment_;
-    CTextWrapper::layOut(source, fonts_, settings, layout_);
+    CTextWrapper::layOut(source_, fonts_, settings, layout_);
     showCursor();
     requestRedraw();
 }

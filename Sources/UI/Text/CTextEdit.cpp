@@ -187,11 +187,22 @@ bool CTextEdit::eraseForward(bool isWord) {
 }
 
 void CTextEdit::write(int32_t start, int32_t count, const CString& inserted) {
-    CString text = text_.substring(0, start);
-    text.widen();
-    text.append(inserted);
-    text.append(text_.substring(start + count));
-    text_ = text;
+    const int32_t shift = inserted.length() - count;
+    const int32_t length = text_.length();
+    if (shift > 0) {
+        text_.setLength(length + shift, true);
+        for (int32_t i = length - 1; i >= start + count; --i) {
+            text_.set(i + shift, text_.at(i));
+        }
+    } else if (shift < 0) {
+        for (int32_t i = start + count; i < length; ++i) {
+            text_.set(i + shift, text_.at(i));
+        }
+        text_.setLength(length + shift, true);
+    }
+    for (int32_t i = 0; i < inserted.length(); ++i) {
+        text_.set(start + i, inserted.at(i));
+    }
 }
 
 void CTextEdit::replace(int32_t start, int32_t end, const CString& inserted, CKind kind) {

@@ -2,8 +2,10 @@
 
 #include "Core/CHeap.h"
 #include "Platform/Clock.h"
+#include "Platform/Keyboard.h"
 #include "Tests/Audio/Parameters/CountedNew.h"
 #include "Tests/Tools/ViewInspector/DemoEditor.h"
+#include "UI/Text/CEditBox.h"
 
 namespace tarv {
 namespace {
@@ -119,6 +121,62 @@ TEST_F(SteadyTicks, WhatMovesOrChangesByAttributesAllocatesNothing) {
                   }
               }),
               0u);
+}
+
+TEST_F(SteadyTicks, ATextThatSlidesAllocatesNothing) {
+    CView& sliding = at("c.texts.sliding.text");
+    EXPECT_EQ(secondTime([&] {
+                  CAttributeMap none;
+                  EXPECT_EQ(consumed(sliding.passEvent("auto-scroll-start", none)), "");
+                  advance(3.0);
+              }),
+              0u);
+}
+
+TEST_F(SteadyTicks, ACursorThatBlinksAllocatesNothing) {
+    click("c.texts.fields.name");
+    advance(0.2);
+    ASSERT_TRUE(find("temp-editbox"));
+    shown().forgetPresented();
+    EXPECT_EQ(secondTime([&] { advance(2.0); }), 0u);
+    EXPECT_GT(shown().presentedPixels(), 0);
+}
+
+TEST_F(SteadyTicks, ATypedCharacterAllocatesNothingTheSecondTime) {
+    click("c.texts.fields.name");
+    advance(0.2);
+    ASSERT_TRUE(find("temp-editbox"));
+    EXPECT_EQ(secondTime([&] {
+                  EXPECT_TRUE(editor.system().input().key('A', true, u"a"));
+                  advance(kTick);
+                  editor.system().input().key('A', false);
+                  advance(kTick);
+              }),
+              0u);
+    EXPECT_EQ(dynamic_cast<CEditBox&>(at("temp-editbox")).edit().text().toUtf8(), "aa");
+}
+
+TEST_F(SteadyTicks, AListIsPointedAtAndScrolledWithoutAllocating) {
+    auto& list = dynamic_cast<CTextView&>(at("c.texts.outline.list"));
+    const CViewRect top = list.rowRect(0);
+    const auto moveTo = [&](int32_t row) {
+        editor.system().input().moveIn(editor.window()->handle(), static_cast<int32_t>(top.x) + 20,
+                                       static_cast<int32_t>(top.y + 20.0 * row) + 5);
+        advance(kTick);
+    };
+    EXPECT_EQ(secondTime([&] {
+                  for (int32_t row = 0; row < 4; ++row) {
+                      moveTo(row);
+                      editor.system().input().click();
+                      advance(kTick);
+                  }
+                  editor.system().input().wheel(-1.0);
+                  advance(kTick);
+                  editor.system().input().wheel(1.0);
+                  advance(kTick);
+              }),
+              0u);
+    EXPECT_EQ(list.selectedParagraph(), 3);
 }
 
 TEST_F(SteadyTicks, APartOfTheWindowIsShownAgainWithoutAllocating) {
