@@ -88,6 +88,24 @@ struct RandomEdit : CEditTree {
             consumed(field.setAttribute(isVisibility ? "is-visible" : "is-disabled", CAttributeValue::fromBool(isOn))),
             "");
     }
+    /// Nothing is hovered or pushed but what the routers hold.
+    void expectStates() {
+        for (const CWindow* shown : window().sharedData().windows()) {
+            expectStatesIn(shown->view(), const_cast<CWindow*>(shown)->router());
+        }
+    }
+    void expectStatesIn(const CObject& object, const CInputRouter& router) {
+        if (const auto* view = dynamic_cast<const CView*>(&object)) {
+            const bool isHeld = router.drag().isActive() && router.drag().view() == view;
+            EXPECT_EQ(view->isStateSet("hover"), router.hovered() == view) << view->fullName().toUtf8();
+            hovers += view->isStateSet("hover") ? 1 : 0;
+            holds += isHeld ? 1 : 0;
+            EXPECT_TRUE(isHeld || !view->isStateSet("pushed")) << view->fullName().toUtf8();
+        }
+        for (const CObject* child : object.children()) {
+            expectStatesIn(*child, router);
+        }
+    }
     void step() {
         switch (next(12)) {
             case 0:
@@ -95,8 +113,12 @@ struct RandomEdit : CEditTree {
             case 2:
                 pointAnywhere();
                 system.input().press();
+                expectStates();
                 if (next(3) == 0) {
                     pointAnywhere();
+                }
+                if (next(5) == 0) {
+                    system.desktop().takeCapture();
                 }
                 system.input().release();
                 break;
@@ -131,6 +153,7 @@ struct RandomEdit : CEditTree {
             default:
                 typeSomething();
         }
+        expectStates();
         // Only what is edited has a box, and the box has the keys.
         lists += window().isBlocked() ? 1 : 0;
         if (isEditing()) {
@@ -181,6 +204,8 @@ struct RandomEdit : CEditTree {
     std::mt19937 random;
     int32_t edits = 0;
     int32_t lists = 0;
+    int32_t hovers = 0;
+    int32_t holds = 0;
     int32_t keyboards = 0;
     CWindowHandle other = 0;
 };
@@ -195,6 +220,8 @@ TEST_F(RandomEdit, SequencesLeaveACleanState) {
     EXPECT_GT(edits, steps / 10);
     EXPECT_GT(lists, steps / 50);
     EXPECT_GT(keyboards, steps / 50);
+    EXPECT_GT(hovers, steps / 5);
+    EXPECT_GT(holds, steps / 50);
 }
 
 }  // namespace
