@@ -1,6 +1,8 @@
 // What the server reports of a window, as the handler wants it. A handler may destroy the window: its call is the last
 // thing that is done with it.
 
+#include <utility>
+
 #include "Platform/X11/CX11Window.h"
 
 namespace tarv {
@@ -156,17 +158,20 @@ void CX11Window::loseCapture() {
 void CX11Window::onFocus(const xcb_focus_in_event_t& focus, bool isIn) {
     // Grabs of the keyboard come and go; so does the pointer above a window while the focus is elsewhere.
     if (focus.mode == XCB_NOTIFY_MODE_GRAB || focus.mode == XCB_NOTIFY_MODE_UNGRAB ||
-        focus.detail == XCB_NOTIFY_DETAIL_INFERIOR || focus.detail > XCB_NOTIFY_DETAIL_NONLINEAR_VIRTUAL ||
-        isIn == isActive_) {
+        focus.detail == XCB_NOTIFY_DETAIL_INFERIOR || focus.detail > XCB_NOTIFY_DETAIL_NONLINEAR_VIRTUAL) {
+        return;
+    }
+    if (isChild_) {
+        selectEvents(isIn);
+    }
+    const bool isGivenBack = std::exchange(isFocusOurs_, false) && !isIn;
+    // A child that has given the focus back to the host's window stands in the active window as before.
+    if (isIn == isActive_ || (isGivenBack && isChild_)) {
         return;
     }
     isActive_ = isIn;
     const CX11Window* other = isIn ? nullptr : session_->find(display_.focus());
-    const bool isByUs = isFocusOurs_ || other;
-    isFocusOurs_ = false;
-    if (isChild_) {
-        selectEvents(isIn);
-    }
+    const bool isByUs = isGivenBack || other;
     const std::shared_ptr<CX11Session> session = session_;
     const xcb_window_t id = id_;
     const CWindowHandle active = other ? other->handle() : 0;

@@ -101,8 +101,7 @@ TEST_F(X11Window, MayBeDestroyedInEachOfItsHandlers) {
         client.click(4);
         client.strike(38);
         settle();
-        if (window)
-            window->giveFocusBack();
+        client.setFocus(host);
         client.movePointer(500, 500);
         settle();
         client.destroyWindow(parent);
