@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace tarv::host {
 
@@ -13,6 +14,9 @@ struct CHeldThings {
     int64_t graphics = 0;  ///< pens and the like, or all that lies on the server
     int64_t memory = 0;    ///< bytes
 };
+
+/// A key that is held while another one is struck.
+enum class CHeldKey : uint8_t { None, Shift, Ctrl };
 
 /// A host's side of the system with windows of 400 x 300 pixels, a user's hands and eyes. Points are pixels of such a
 /// window. Each call of a hand is served before it returns. One at a time.
@@ -43,10 +47,21 @@ public:
     void release();
     /// By notches, up is positive.
     void wheel(int notches);
-    void strikeSpace();
+    void strikeSpace() { strike(' '); }
+    /// A key of a keyboard of the United States by its character, a small letter, a figure, a blank, '\r' for Enter or
+    /// '\x1b' for Escape, while the held key is down.
+    void strike(char key, CHeldKey held = CHeldKey::None);
+    /// Small letters, capitals with Shift, figures and blanks.
+    void type(const std::string& text);
+    bool hasFocus(void* parent) const;
+    /// The host keeps the focus while a window of the editor takes the keys; elsewhere that window has it meanwhile.
+    static const bool kHasKeyHook;
     /// What the window shows there, as 0xRRGGBB.
     uint32_t pixel(void* parent, int x, int y) const;
-    /// What came to the window itself since the last call: "wheel" and "space", one for each.
+    /// The same of a rectangle, row by row.
+    std::vector<uint32_t> pixels(void* parent, int x, int y, int width, int height) const;
+    /// What came to the window itself since the last call: "wheel", "space" and, for any other key but Shift
+    /// and Ctrl, "key", one for each.
     std::string heard(void* parent);
 
     static CHeldThings held();

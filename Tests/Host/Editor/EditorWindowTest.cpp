@@ -95,6 +95,12 @@ TEST_F(EditorWindow, TwoHundredOpeningsHoldNoMoreThanTheFirst) {
             before = CHostDesk::held();
         }
         ASSERT_TRUE(open());
+        if (i % 2 == 1) {
+            // An edit is open, too.
+            desk.moveTo(parent, kFieldX, kFieldY);
+            desk.press();
+            desk.release();
+        }
         desk.serve();
         close();
         desk.serve();

@@ -13,7 +13,8 @@
 namespace tarv::host {
 
 /// One effect of the library with an editor, in a host on the system's desktop. The editor's stripes of 100 pixels
-/// show what reaches them, from the top: a press, the wheel, a key.
+/// show what reaches them, from the top: a press, the wheel, a key; from x = 100 to 300 a column of texts lies over
+/// them.
 class HostEditorTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
@@ -54,6 +55,9 @@ protected:
     static constexpr int kPressY = 50;
     static constexpr int kWheelY = 150;
     static constexpr int kKeysY = 250;
+    /// Within the first field of the column of texts.
+    static constexpr int kFieldX = 110;
+    static constexpr int kFieldY = 36;
     static inline std::unique_ptr<CPluginLibrary> library;
     CHostDesk desk;
     void* parent = nullptr;

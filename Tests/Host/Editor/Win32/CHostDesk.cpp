@@ -111,17 +111,50 @@ void CHostDesk::wheel(int notches) {
     parts_->hands.wheel(notches * WHEEL_DELTA);
 }
 
-void CHostDesk::strikeSpace() {
-    parts_->hands.press(VK_SPACE);
+void CHostDesk::strike(char key, CHeldKey held) {
+    const WORD heldCode = held == CHeldKey::Shift ? VK_SHIFT : VK_CONTROL;
+    if (held != CHeldKey::None) {
+        parts_->hands.key(heldCode, true);
+    }
+    // Figures and capitals, and the three beside them, have their character's number.
+    parts_->hands.press(static_cast<WORD>(key >= 'a' && key <= 'z' ? key - 'a' + 'A' : key));
+    if (held != CHeldKey::None) {
+        parts_->hands.key(heldCode, false);
+    }
+}
+
+const bool CHostDesk::kHasKeyHook = true;
+
+bool CHostDesk::hasFocus(void* parent) const {
+    return GetFocus() == asWindow(parent);
 }
 
 uint32_t CHostDesk::pixel(void* parent, int x, int y) const {
+    return pixels(parent, x, y, 1, 1).front();
+}
+
+std::vector<uint32_t> CHostDesk::pixels(void* parent, int x, int y, int width, int height) const {
     const HWND child = GetWindow(asWindow(parent), GW_CHILD);
     const HWND window = child ? child : asWindow(parent);
     const HDC context = GetDC(window);
-    const COLORREF color = GetPixel(context, x, y);
+    const HDC memory = CreateCompatibleDC(context);
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof(info.bmiHeader), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits = nullptr;
+    const HBITMAP bitmap = CreateDIBSection(memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    const HGDIOBJ former = SelectObject(memory, bitmap);
+    BitBlt(memory, 0, 0, width, height, context, x, y, SRCCOPY);
+    GdiFlush();
+    const auto* first = static_cast<const uint32_t*>(bits);
+    std::vector<uint32_t> all(first, first + width * height);
+    for (uint32_t& color : all) {
+        color &= 0xffffff;
+    }
+    SelectObject(memory, former);
+    DeleteObject(bitmap);
+    DeleteDC(memory);
     ReleaseDC(window, context);
-    return static_cast<uint32_t>(GetRValue(color) << 16 | GetGValue(color) << 8 | GetBValue(color));
+    return all;
 }
 
 std::string CHostDesk::heard(void* parent) {
@@ -129,7 +162,12 @@ std::string CHostDesk::heard(void* parent) {
     CHostWindow& window = parts_->find(parent);
     std::string text;
     for (const std::string& line : window.takeHeard()) {
-        const std::string name = line.rfind("wheel", 0) == 0 ? "wheel" : line == "down 32" ? "space" : "";
+        const bool isHeld = line == "down 16" || line == "down 17";
+        const bool isKey = line.rfind("down", 0) == 0 && !isHeld;
+        const std::string name = line.rfind("wheel", 0) == 0 ? "wheel"
+                                 : line == "down 32"         ? "space"
+                                 : isKey                     ? "key"
+                                                             : "";
         text += (text.empty() || name.empty() ? "" : " ") + name;
     }
     return text;

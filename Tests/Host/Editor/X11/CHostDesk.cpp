@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <chrono>
 #include <clocale>
+#include <cstring>
 #include <filesystem>
 #include <map>
 
@@ -23,11 +24,37 @@ constexpr int kY = 50;
 constexpr int kWidth = 400;
 constexpr int kHeight = 300;
 constexpr int kSpaceKey = 65;
+constexpr int kShiftKey = 50;
+constexpr int kCtrlKey = 37;
 constexpr int kWheelUp = 4;
 constexpr int kWheelDown = 5;
 
 xcb_window_t asWindow(void* parent) {
     return static_cast<xcb_window_t>(reinterpret_cast<uintptr_t>(parent));
+}
+
+/// The keys of a row of the keyboard stand side by side from this number on.
+struct CKeyRow {
+    int first;
+    const char* keys;
+};
+constexpr CKeyRow kKeyRows[] = {{9,
+                                 "\x1b"
+                                 "1234567890"},
+                                {24, "qwertyuiop"},
+                                {36, "\r"},
+                                {38, "asdfghjkl"},
+                                {52, "zxcvbnm"},
+                                {kSpaceKey, " "}};
+
+int keyNumber(char key) {
+    for (const CKeyRow& row : kKeyRows) {
+        if (const char* found = std::strchr(row.keys, key)) {
+            return row.first + static_cast<int>(found - row.keys);
+        }
+    }
+    ADD_FAILURE() << "no key " << key;
+    return 0;
 }
 
 /// On the server that all tests share.
@@ -48,8 +75,9 @@ struct CHostDesk::CParts {
         while (const auto event = client.nextEvent()) {
             const auto& input = reinterpret_cast<const xcb_key_press_event_t&>(*event);
             const int type = event->response_type & 0x7f;
-            if (type == XCB_KEY_PRESS && input.detail == kSpaceKey) {
-                note(input.event, "space");
+            const bool isHeld = input.detail == kShiftKey || input.detail == kCtrlKey;
+            if (type == XCB_KEY_PRESS && !isHeld) {
+                note(input.event, input.detail == kSpaceKey ? "space" : "key");
             } else if (type == XCB_BUTTON_PRESS && (input.detail == kWheelUp || input.detail == kWheelDown)) {
                 note(input.event, "wheel");
             }
@@ -122,14 +150,36 @@ void CHostDesk::wheel(int notches) {
     serve();
 }
 
-void CHostDesk::strikeSpace() {
-    parts_->client.strike(kSpaceKey);
+void CHostDesk::strike(char key, CHeldKey held) {
+    const int heldNumber = held == CHeldKey::Shift ? kShiftKey : kCtrlKey;
+    if (held != CHeldKey::None) {
+        parts_->client.key(heldNumber, true);
+    }
+    parts_->client.strike(keyNumber(key));
+    if (held != CHeldKey::None) {
+        parts_->client.key(heldNumber, false);
+    }
     serve();
 }
 
+const bool CHostDesk::kHasKeyHook = false;
+
+bool CHostDesk::hasFocus(void* parent) const {
+    return parts_->client.focus() == asWindow(parent);
+}
+
 uint32_t CHostDesk::pixel(void* parent, int x, int y) const {
+    return pixels(parent, x, y, 1, 1).front();
+}
+
+std::vector<uint32_t> CHostDesk::pixels(void* parent, int x, int y, int width, int height) const {
     const std::vector<uint32_t> all = parts_->client.pixels(asWindow(parent), kWidth, kHeight);
-    return all.empty() ? 0 : all[static_cast<size_t>(y * kWidth + x)];
+    std::vector<uint32_t> some(static_cast<size_t>(width * height));
+    for (int row = 0; row < height && !all.empty(); ++row) {
+        const auto from = all.begin() + (y + row) * kWidth + x;
+        std::copy(from, from + width, some.begin() + row * width);
+    }
+    return some;
 }
 
 std::string CHostDesk::heard(void* parent) {

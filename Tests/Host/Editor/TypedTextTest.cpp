@@ -1,0 +1,170 @@
+// Texts that are typed into the editor while the host's window has the focus, and popups, in windows of the system.
+
+#include "Tests/Host/Editor/HostEditorTest.h"
+
+namespace tarv::host {
+namespace {
+
+/// The editor's column of texts is 200 pixels wide, its rows are 24 high.
+class EditorTexts : public HostEditorTest {
+protected:
+    static constexpr int kLeft = 100;
+    static constexpr int kWidth = 200;
+    static constexpr int kFirst = 24;
+    static constexpr int kSecond = 48;
+    static constexpr int kTyped = 72;
+    static constexpr int kOpener = 96;
+    static constexpr int kList = 120;
+    static constexpr int kListHeight = 76;
+    static constexpr const char* kText = "Ab9 z";
+    static constexpr char kEnter = '\r';
+    static constexpr char kEscape = '\x1b';
+
+    /// The maker of a host that keeps the focus when its user presses a button in the editor.
+    static constexpr const char* kFocusKeeper = "Steinberg";
+
+    void SetUp() override {
+        HostEditorTest::SetUp();
+        ASSERT_TRUE(open());
+        close();
+        closed = CHostDesk::held().windows;
+        ASSERT_TRUE(open());
+        opened = CHostDesk::held().windows;
+        typed = row(kTyped);
+        desk.heard(parent);
+    }
+    void openInHostOf(const std::string& maker) {
+        effect.close();
+        effect.answers.vendor = maker;
+        ASSERT_TRUE(effect.open(library->entry()));
+        ASSERT_TRUE(open());
+    }
+
+    std::vector<uint32_t> row(int y, int height = 24) const { return desk.pixels(parent, kLeft, y, kWidth, height); }
+    bool turnsInto(const std::vector<uint32_t>& picture, int y) {
+        return desk.until([&] { return row(y) == picture; });
+    }
+    bool changes(const std::vector<uint32_t>& picture, int y) {
+        return desk.until([&] { return row(y) != picture; });
+    }
+    /// Popups are windows of their own.
+    bool hasWindows(int64_t count) {
+        return desk.until([&] { return CHostDesk::held().windows == count; });
+    }
+    void click(int x, int y) {
+        desk.moveTo(parent, x, y);
+        desk.press();
+        desk.release();
+    }
+    /// The box shows the text selected.
+    void edit(int y) {
+        const auto rest = row(y);
+        click(kLeft + 10, y + 12);
+        EXPECT_TRUE(changes(rest, y)) << "an edit opens";
+    }
+
+    int64_t closed = 0;
+    int64_t opened = 0;
+    std::vector<uint32_t> typed;
+};
+
+TEST_F(EditorTexts, TypedTextGoesIntoTheFieldAndNotToTheHost) {
+    ASSERT_NE(row(kFirst), typed);
+    edit(kFirst);
+    desk.type(kText);
+    desk.strike(kEnter);
+    EXPECT_TRUE(turnsInto(typed, kFirst)) << "what was selected is replaced, and Shift makes capitals";
+    EXPECT_EQ(desk.heard(parent), "");
+    EXPECT_TRUE(desk.until([&] { return desk.hasFocus(parent); }));
+    desk.strikeSpace();
+    EXPECT_TRUE(desk.until([&] { return desk.heard(parent) == "space"; })) << "the host has its keys again";
+    EXPECT_EQ(desk.heard(parent), "");
+    EXPECT_EQ(row(kFirst), typed);
+}
+
+TEST_F(EditorTexts, TypedTextGoesIntoTheFieldWhileTheHostsWindowHasTheFocus) {
+    openInHostOf(kFocusKeeper);
+    edit(kFirst);
+    EXPECT_EQ(desk.hasFocus(parent), CHostDesk::kHasKeyHook);
+    ASSERT_TRUE(hasWindows(opened + 1)) << "the keyboard on the screen";
+    EXPECT_EQ(desk.hasFocus(parent), CHostDesk::kHasKeyHook);
+    desk.type(kText);
+    EXPECT_EQ(desk.heard(parent), "");
+    desk.strike(kEnter);
+    EXPECT_TRUE(turnsInto(typed, kFirst));
+    EXPECT_EQ(desk.heard(parent), "");
+    EXPECT_TRUE(hasWindows(opened)) << "the keyboard goes with the edit";
+    EXPECT_TRUE(desk.hasFocus(parent));
+    desk.strikeSpace();
+    EXPECT_TRUE(desk.until([&] { return desk.heard(parent) == "space"; }));
+    EXPECT_EQ(desk.heard(parent), "");
+}
+
+TEST_F(EditorTexts, EscapeDropsWhatWasTyped) {
+    const auto before = row(kFirst);
+    edit(kFirst);
+    const auto selected = row(kFirst);
+    desk.type("q");
+    EXPECT_TRUE(changes(selected, kFirst));
+    desk.strike(kEscape);
+    EXPECT_TRUE(turnsInto(before, kFirst));
+    EXPECT_EQ(desk.heard(parent), "");
+}
+
+TEST_F(EditorTexts, APressElsewhereCommitsAndThenActs) {
+    const uint32_t rest = pixel(10, kPressY);
+    edit(kFirst);
+    desk.type(kText);
+    desk.moveTo(parent, 10, kPressY);
+    desk.press();
+    EXPECT_TRUE(turnsInto(typed, kFirst));
+    EXPECT_TRUE(turnsFrom(rest, kPressY)) << "it is held";
+    desk.release();
+    EXPECT_TRUE(turnsTo(rest, kPressY));
+    desk.strikeSpace();
+    EXPECT_TRUE(desk.until([&] { return desk.heard(parent) == "space"; }));
+}
+
+TEST_F(EditorTexts, CopiedTextIsPastedIntoAnotherField) {
+    edit(kFirst);
+    desk.type(kText);
+    desk.strike(kEnter);
+    ASSERT_TRUE(turnsInto(typed, kFirst));
+    edit(kFirst);
+    desk.strike('c', CHeldKey::Ctrl);
+    desk.strike(kEscape);
+    ASSERT_TRUE(turnsInto(typed, kFirst));
+    edit(kSecond);
+    desk.strike('v', CHeldKey::Ctrl);
+    desk.strike(kEnter);
+    EXPECT_TRUE(turnsInto(typed, kSecond));
+    EXPECT_EQ(desk.heard(parent), "");
+}
+
+TEST_F(EditorTexts, APressOnARowOfAPopupListChoosesItAndTheWindowGoes) {
+    const auto before = row(kList, kListHeight);
+    click(kLeft + 10, kOpener + 12);
+    ASSERT_TRUE(hasWindows(opened + 1));
+    click(kLeft + 10, kList + 36);
+    EXPECT_TRUE(hasWindows(opened));
+    EXPECT_TRUE(desk.until([&] { return row(kList, kListHeight) != before; }));
+    desk.strikeSpace();
+    EXPECT_TRUE(desk.until([&] { return desk.heard(parent) == "space"; }));
+}
+
+TEST_F(EditorTexts, ClosingTheEditorLeavesNoPopupBehind) {
+    click(kLeft + 10, kOpener + 12);
+    ASSERT_TRUE(hasWindows(opened + 1));
+    close();
+    EXPECT_TRUE(hasWindows(closed));
+    ASSERT_TRUE(open());
+    edit(kFirst);
+    ASSERT_TRUE(hasWindows(opened + 1)) << "the keyboard on the screen";
+    close();
+    EXPECT_TRUE(hasWindows(closed));
+    desk.strikeSpace();
+    EXPECT_TRUE(desk.until([&] { return desk.heard(parent) == "space"; })) << "nobody holds the keys";
+}
+
+}  // namespace
+}  // namespace tarv::host
