@@ -147,6 +147,8 @@ CError* CEditBox::begin(CTextView& owner, int32_t paragraph) {
     if (error || !watch.isAlive() || serial != serial_) {
         return error;
     }
+    // An empty field has nothing that is selected: only the cursor shows that it is edited.
+    isCaretShown_ = true;
     layOut();
     startTimer();
     keyboardTicks_ = wantsKeyboard() ? kKeyboardTicks : 0;

@@ -108,6 +108,8 @@ TEST_F(CEditBoxInputTest, TheCursorBlinks) {
         const CTextView::CPoint point = box()->cursorPoint();
         return (pixel(point.x, point.y + 2) & 0xffffff) == 0x405060;
     };
+    tick();
+    EXPECT_TRUE(isLit()) << "from the beginning";
     int32_t lit = 0;
     for (int32_t i = 0; i < 40; ++i) {
         system.advance(0.1);
