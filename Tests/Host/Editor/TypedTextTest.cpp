@@ -14,8 +14,9 @@ protected:
     static constexpr int kSecond = 48;
     static constexpr int kTyped = 72;
     static constexpr int kOpener = 96;
-    static constexpr int kList = 120;
-    static constexpr int kListHeight = 76;
+    /// The middle of a list's first row.
+    static constexpr int kRows = 133;
+    static constexpr int kRowHeight = 18;
     static constexpr const char* kText = "Ab9 z";
     static constexpr char kEnter = '\r';
     static constexpr char kEscape = '\x1b';
@@ -40,7 +41,7 @@ protected:
         ASSERT_TRUE(open());
     }
 
-    std::vector<uint32_t> row(int y, int height = 24) const { return desk.pixels(parent, kLeft, y, kWidth, height); }
+    std::vector<uint32_t> row(int y) const { return desk.pixels(parent, kLeft, y, kWidth, 24); }
     bool turnsInto(const std::vector<uint32_t>& picture, int y) {
         return desk.until([&] { return row(y) == picture; });
     }
@@ -142,12 +143,17 @@ TEST_F(EditorTexts, CopiedTextIsPastedIntoAnotherField) {
 }
 
 TEST_F(EditorTexts, APressOnARowOfAPopupListChoosesItAndTheWindowGoes) {
-    const auto before = row(kList, kListHeight);
+    const auto isSelected = [&](int index) {
+        return pixel(kLeft + 190, kRows + index * kRowHeight) != pixel(kLeft + 1, kRows);
+    };
+    EXPECT_FALSE(isSelected(0) || isSelected(1) || isSelected(2));
     click(kLeft + 10, kOpener + 12);
     ASSERT_TRUE(hasWindows(opened + 1));
-    click(kLeft + 10, kList + 36);
+    // Its rows stand over those of the list.
+    click(kLeft + 10, kRows + kRowHeight);
     EXPECT_TRUE(hasWindows(opened));
-    EXPECT_TRUE(desk.until([&] { return row(kList, kListHeight) != before; }));
+    EXPECT_TRUE(desk.until([&] { return isSelected(1); })) << "the list shows what was chosen";
+    EXPECT_FALSE(isSelected(0) || isSelected(2));
     desk.strikeSpace();
     EXPECT_TRUE(desk.until([&] { return desk.heard(parent) == "space"; }));
 }
