@@ -38,6 +38,7 @@ struct CKeyEvent {
     CInputModifiers modifiers;
     char16_t characters[kMaxCharacters] = {};
     int32_t characterCount = 0;
+    bool isDead = false;  ///< types nothing yet, but changes what the next key types
 };
 
 }  // namespace tarv

@@ -130,10 +130,11 @@ void CInputByHand::holdKeys(bool isShift, bool isCtrl, bool isAlt) {
     modifiers_.isAlt = isAlt;
 }
 
-bool CInputByHand::key(int32_t code, bool isDown, const std::u16string& characters) {
+bool CInputByHand::key(int32_t code, bool isDown, const std::u16string& characters, bool isDead) {
     CKeyEvent event;
     event.code = code;
     event.isDown = isDown;
+    event.isDead = isDead;
     event.modifiers = modifiers_;
     event.characterCount = std::min(static_cast<int32_t>(characters.size()), CKeyEvent::kMaxCharacters);
     std::copy_n(characters.begin(), event.characterCount, event.characters);

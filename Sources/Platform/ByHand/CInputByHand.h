@@ -33,7 +33,7 @@ public:
     /// From now on these keys are held.
     void holdKeys(bool isShift, bool isCtrl, bool isAlt);
     /// A key goes down or up, and types at most four characters. False if the host gets it.
-    bool key(int32_t code, bool isDown, const std::u16string& characters = {});
+    bool key(int32_t code, bool isDown, const std::u16string& characters = {}, bool isDead = false);
     /// Down and up; gives what the first gave.
     bool tap(int32_t code, const std::u16string& characters = {});
     /// Taps the key of each character; gives how many the host did not get. Letters, figures and the blank have their

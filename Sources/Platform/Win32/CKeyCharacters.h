@@ -19,6 +19,8 @@ public:
     /// A press with the state of all 256 keys. Gives at most CKeyEvent::kMaxCharacters units that can be printed, and
     /// their number; 0 for a dead key, which waits for the next one.
     int32_t translate(UINT key, UINT scanCode, const BYTE* state, char16_t* units);
+    /// The dead key that waits is this one.
+    bool isWaiting(UINT key) const { return deadKey_ != 0 && deadKey_ == key; }
     /// Forgets a dead key that waits.
     void reset() { deadKey_ = 0; }
 

@@ -161,6 +161,7 @@ CKeyEvent CWin32Window::keyOf(const CMessage& message, bool isDown) {
         const UINT scanCode = static_cast<UINT>(message.lParam >> kScanCodeShift) & kScanCodeMask;
         event.characterCount =
             characters_.translate(static_cast<UINT>(message.wParam), scanCode, state, event.characters);
+        event.isDead = characters_.isWaiting(static_cast<UINT>(message.wParam));
     }
     return event;
 }

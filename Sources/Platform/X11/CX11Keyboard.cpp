@@ -152,6 +152,7 @@ void CX11Keyboard::type(xkb_keysym_t symbol, CKeyEvent& event) {
     if (compose_ && x_.xkb_compose_state_feed(compose_, symbol) == XKB_COMPOSE_FEED_ACCEPTED) {
         switch (x_.xkb_compose_state_get_status(compose_)) {
             case XKB_COMPOSE_COMPOSING:
+                event.isDead = true;
                 return;
             case XKB_COMPOSE_COMPOSED: {
                 char text[32] = {};

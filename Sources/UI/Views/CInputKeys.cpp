@@ -46,6 +46,10 @@ bool CInputRouter::key(const CKeyEvent& event) {
     bool isTaken = !event.isDown && wasTaken;
     const uint32_t serial = focusSerial_;
     const bool isAlive = !focus_ || sendKey(*focus_, event, isTaken);
+    // Who types takes the beginning of a character, too: with the host it would join what is typed there.
+    if (isAlive && event.isDown && event.isDead && focus_ && focus_->grabsKeys()) {
+        isTaken = true;
+    }
     // A view that has given the focus on by itself has done something with the key.
     if (isAlive && event.isDown && !isTaken && serial == focusSerial_) {
         isTaken = workByKey(event, wasTaken);

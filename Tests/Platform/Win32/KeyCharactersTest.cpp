@@ -51,8 +51,12 @@ protected:
 };
 
 TEST_F(KeyCharacters, ADeadKeyComposesWithTheNextKey) {
+    EXPECT_FALSE(characters.isWaiting(kDeadKey));
     EXPECT_EQ(type(kDeadKey), u"");
+    EXPECT_TRUE(characters.isWaiting(kDeadKey));
+    EXPECT_FALSE(characters.isWaiting('E'));
     EXPECT_EQ(type('E'), u"\u00e9");
+    EXPECT_FALSE(characters.isWaiting(kDeadKey));
     EXPECT_EQ(type('E'), u"e");
 }
 

@@ -203,6 +203,7 @@ bool CXRecorder::onKey(const CKeyEvent& event) {
     const bool isTaken = isKeyTaken;
     const std::u16string characters(event.characters, event.characters + event.characterCount);
     typed += characters;
+    deadKeys += event.isDead ? 1 : 0;
     note("key " + std::to_string(event.code) + (event.isDown ? " down " : " up ") + utf16ToUtf8(characters.c_str()));
     return isTaken;
 }

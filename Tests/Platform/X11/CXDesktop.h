@@ -73,6 +73,7 @@ public:
     std::vector<CPointerEvent> moves;
     std::vector<CIntRect> paints;
     std::u16string typed;
+    int deadKeys = 0;
     CWindowHandle other = 0;
     bool isWheelTaken = true;
     bool isKeyTaken = true;

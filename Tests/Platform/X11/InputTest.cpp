@@ -274,6 +274,7 @@ TEST_F(X11Input, CharactersFollowTheLayoutAndDeadKeysJoinTheirLetter) {
     client.strike(29);
     EXPECT_TRUE(until([&] { return recorder.events.size() == 8; }));
     EXPECT_EQ(recorder.typed, u"\u00e4\u00e9z");
+    EXPECT_EQ(recorder.deadKeys, 1);
     EXPECT_EQ(recorder.events[6], "key 90 down z");
     // French: figures need Shift; their keys keep their numbers.
     ASSERT_EQ(runProgram({"setxkbmap", "fr"}), 0);

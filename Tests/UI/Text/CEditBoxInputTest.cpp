@@ -122,6 +122,22 @@ TEST_F(CEditBoxInputTest, TheCursorBlinks) {
     EXPECT_TRUE(isLit());
 }
 
+TEST_F(CEditBoxInputTest, ADeadKeyIsTheFieldsAsLongAsItTakesTheKeys) {
+    constexpr int32_t kAccentKey = 221;
+    openFields({field("a")});
+    const auto strike = [&](bool isDead) {
+        const bool isTaken = system.input().key(kAccentKey, true, {}, isDead);
+        EXPECT_EQ(system.input().key(kAccentKey, false), isTaken) << "the release goes where the press went";
+        return isTaken;
+    };
+    clickOn("a");
+    EXPECT_FALSE(strike(false)) << "a key that types nothing";
+    EXPECT_TRUE(strike(true));
+    EXPECT_EQ(edited(), "");
+    tap(kKeyEscape);
+    EXPECT_FALSE(strike(true));
+}
+
 TEST_F(CEditBoxInputTest, ASelectionHasItsColours) {
     openFields({field("a", {{"title", "  "}})});
     clickOn("a");
