@@ -115,7 +115,7 @@ TEST_F(EditorTemplates, AKeyIsAsHighAsItsRowAndShowsItsTitle) {
     for (const CObject* child : box()->keyboard()->children()) {
         const auto* key = dynamic_cast<const CView*>(child);
         if (key) {
-            EXPECT_EQ(key->wholeRect().height, 26.0) << key->name().toUtf8();
+            EXPECT_EQ(key->wholeRect().height, 24.0) << key->name().toUtf8();
             const auto* label = dynamic_cast<const CTextView*>(key->findChild("label"));
             ASSERT_TRUE(label);
             EXPECT_EQ(label->getAttrString("title"), key->getAttrString("title"));
