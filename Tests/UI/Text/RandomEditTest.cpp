@@ -106,7 +106,7 @@ struct RandomEdit : CEditTree {
             expectStatesIn(*child, router);
         }
     }
-    void step() {
+    void actAnyhow() {
         switch (next(12)) {
             case 0:
             case 1:
@@ -153,6 +153,9 @@ struct RandomEdit : CEditTree {
             default:
                 typeSomething();
         }
+    }
+    void step() {
+        actAnyhow();
         expectStates();
         // Only what is edited has a box, and the box has the keys.
         lists += window().isBlocked() ? 1 : 0;
