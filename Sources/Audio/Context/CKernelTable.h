@@ -8,8 +8,8 @@
 
 namespace tarv {
 
-/// The kernels of a context by number, by name and by what they are for. Adding a kernel may
-/// allocate and move all others.
+/// The kernels of a context by number, by name and by what they are for. Adding a kernel may allocate
+/// and move all others.
 class CKernelTable {
 public:
     static constexpr int32_t kKernelCount = 512;

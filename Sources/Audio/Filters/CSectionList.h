@@ -11,7 +11,7 @@ struct CSectionList {
     CArray<CFilterSection, 4> sections;
     uint8_t isParallel = 0;             ///< sections side by side on one input, outputs summed
     int32_t latency = 0;                ///< samples
-    CArray<CArray<double, 4>, 1> kept;  ///< storages of earlier taps
+    CArray<CArray<double, 4>, 4> kept;  ///< storages of earlier taps
     CSectionList* lender = nullptr;     ///< the list whose storages a part of a design takes; null: its own
 
     /// Empties the list.

@@ -47,7 +47,7 @@ private:
     CFirSize room_;
     CSectionList list_;
     CArray<CState, 4> states_;
-    COwnedArray<CFirSection, 1> parked_;  ///< not in use, for later designs
+    COwnedArray<CFirSection, 4> parked_;  ///< not in use, for later designs
 };
 
 }  // namespace tarv

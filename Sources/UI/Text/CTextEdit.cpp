@@ -136,7 +136,7 @@ CString CTextEdit::fitted(const CString& text) const {
     if (rules_.maxLength <= 0) {
         return text;
     }
-    // What stands behind the selection belongs to the last paragraph that the text brings.
+    // The text after the selection moves to the end of the last inserted paragraph.
     const int32_t lastEnd = text.lastIndexOf('\n');
     const int32_t behind = paragraphEnd(selectionEnd()) - selectionEnd();
     int32_t before = selectionStart() - paragraphStart(selectionStart());

@@ -347,7 +347,7 @@ CError* CPopups::answer(const CWindow& window, const CString& eventName, CAttrib
         answer.erase(name);
     }
     answer["source"] = CAttributeValue::fromString(popup->object->fullName());
-    // What stands behind this call may be gone when it returns.
+    // This call may destroy the objects that the caller uses.
     if (auto* view = dynamic_cast<CViewBaseCtlEvents*>(target)) {
         return view->passEvent(eventName, answer);
     }

@@ -52,7 +52,7 @@ protected:
     bool changes(const std::vector<uint32_t>& picture, int y) {
         return desk.until([&] { return row(y) != picture; });
     }
-    /// Popups are windows of their own.
+    /// Each popup is a separate window.
     bool hasWindows(int64_t count) {
         return desk.until([&] { return CHostDesk::held().windows == count; });
     }

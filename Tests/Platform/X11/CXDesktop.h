@@ -68,7 +68,7 @@ public:
     void onGone() override;
 
     /// "press left 3,4", "key 65 down a", "wheel 3,4 1", "active", "inactive", "keys lost", "close", "gone"; moves and
-    /// paints stand in lists of their own.
+    /// paints are in separate lists.
     std::vector<std::string> events;
     std::vector<CPointerEvent> moves;
     std::vector<CIntRect> paints;

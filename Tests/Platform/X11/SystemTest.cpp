@@ -198,7 +198,7 @@ TEST_F(X11Services, ALoopOfTheHostServesWithoutItsIdleCalls) {
     dlclose(library);
 }
 
-/// A program of the name `zenity` in a folder of its own, which is all of PATH.
+/// A program named `zenity` in a separate folder, the only one in PATH.
 class X11FileDialog : public CXDesktop {
 protected:
     X11FileDialog() { std::filesystem::create_directories(folder); }

@@ -10,7 +10,7 @@
 namespace tarv {
 namespace {
 
-/// A tree in a file of its own.
+/// A tree in a separate file.
 class ViewPrinter : public CDemoEditor {
 protected:
     void openTree(const std::string& views, const std::string& rootAttributes = "", double scale = 1.0) {

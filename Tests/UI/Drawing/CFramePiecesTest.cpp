@@ -165,7 +165,7 @@ TEST_F(FramePieces, FitTogetherFromTheTilesOfAWindow) {
         startAnew();
         for (int32_t y = 0; y < kSide; y += 8) {
             for (int32_t x = 0; x < kSide; x += 5) {
-                // As a bitmap of its own, whose top left is another.
+                // As a separate bitmap with another top left corner.
                 CLinearBitmap tile;
                 ASSERT_EQ(tile.resize(5, 8), nullptr);
                 for (int32_t row = 0; row < 8; ++row) {

@@ -9,7 +9,7 @@
 
 namespace tarv {
 
-/// A font of the test: glyphs of the codes 32 to 126, each a pattern of its own between capitals' top and base line.
+/// A font for tests: each code from 32 to 126 has a different pattern between the capitals' top and the base line.
 struct CTestFace {
     int32_t height = 14;
     int32_t above = 3;

@@ -74,7 +74,7 @@ TEST_F(CPopupBlock, ABlockerThatOpenedAPopupTakesItWithIt) {
     openButtons();
     openPopup("panel.a", "ui:message");
     openPopup("window-blocker", "ui:list");
-    // The list brings a blocker of its own, and with the former one goes what that has opened.
+    // The list adds a second blocker. The first blocker is destroyed with the popups that it opened.
     EXPECT_EQ(window().blockedBy(), popupWindow("message"));
     EXPECT_EQ(at("window-blocker").getAttrString("blocked-by"), "ui.message");
     EXPECT_TRUE(!popupWindow("list") || !popupWindow("list")->isOpen());
