@@ -89,6 +89,9 @@ CError* CPopups::open(CViewBaseCtlEvents& opener, const CString& templateName, C
         same->raise();
         return nullptr;
     }
+    if (window->takesFocus()) {
+        owner_.keepFocus();
+    }
     popups_.append({made, window, &opener});
     window->setOpenerWindow(&owner_);
     const CObjectWatch watch(*made);
@@ -96,6 +99,10 @@ CError* CPopups::open(CViewBaseCtlEvents& opener, const CString& templateName, C
     if (CError* error = openMade(opener, params, *made, *window)) {
         if (watch.isAlive()) {
             delete made;
+        }
+        if (ofOwner.isAlive()) {
+            owner_.popupLeaves();
+            owner_.returnFocus();
         }
         TARV_TRY(error);
     }

@@ -75,7 +75,9 @@ public:
     bool isPopupWindow() const { return flag("is-popup-window"); }
     /// The window of its opener waits until this one is closed: `is-popup-window` or `is-modal`, and not
     /// `is-helper-window`.
-    bool isBlocking() const { return (isPopupWindow() || flag("is-modal")) && !flag("is-helper-window"); }
+    bool isBlocking() const { return (isPopupWindow() || flag("is-modal")) && takesFocus(); }
+    /// Takes the activation, and with it the focus.
+    bool takesFocus() const { return !flag("is-helper-window"); }
     /// Brings an open popup to the user.
     void raise();
     /// While true the views get no pointer and no key; a press asks what blocks.
@@ -83,6 +85,12 @@ public:
     /// What stands in the way: a popup of this window. Null ends it. The view `window-blocker` comes and goes with it.
     void block(CWindow* popup);
     CWindow* blockedBy() const { return blockedBy_; }
+    /// A popup is about to take the focus: keeps where it is, of the keys and of the system.
+    void keepFocus();
+    /// That popup is closed, or has not opened. Calls no handler.
+    void popupLeaves() { isFocusDue_ = true; }
+    /// Behind popupLeaves, unless another popup blocks: the focus goes back to where it was, if that still lives.
+    void returnFocus();
     /// Shows the hint anew, where hints have been switched on or off.
     void refreshHint();
     /// The window that opened this one; null for the main window.
@@ -139,7 +147,7 @@ private:
     void capturePointer(bool isCaptured) override;
     void wantKeys(bool isWanted) override;
     void inputFailed(CError* error) override;
-    void viewGone(const CViewBaseCtlEvents& view) override { popups_.openerGoes(view); }
+    void viewGone(const CViewBaseCtlEvents& view) override;
 
     // Handlers of events and attributes.
     [[nodiscard]] CError* renderTick();
@@ -199,6 +207,10 @@ private:
     bool isBlockerChanging_ = false;
     bool isDeactivated_ = false;
     bool wasActive_ = false;
+    bool isElsewhere_ = false;                   ///< has lost the activation to what is none of its popups
+    CViewBaseCtlEvents* focusBefore_ = nullptr;  ///< had the key focus when a popup opened
+    bool hadFocus_ = false;                      ///< hasFocus_ at that time
+    bool isFocusDue_ = false;
     bool hasFocus_ = false;
     bool hasKeyView_ = false;  ///< a view has key focus
     bool isGrabbing_ = false;

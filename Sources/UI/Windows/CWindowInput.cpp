@@ -1,5 +1,7 @@
 // What the system reports: pointer, keys and activation.
 
+#include <utility>
+
 #include "UI/Windows/CWindow.h"
 #include "UI/Windows/CWindowSharedData.h"
 
@@ -48,6 +50,10 @@ void CWindow::onPointer(const CPointerEvent& event) {
             return;
         }
     }
+    if (event.kind == CPointerKind::Press) {
+        // From here on the focus is where the user puts it.
+        focusBefore_ = nullptr;
+    }
     router_.pointer(event);
     if (!busy.isAlive()) {
         return;
@@ -65,6 +71,8 @@ void CWindow::onPointer(const CPointerEvent& event) {
 /// A press while a popup stands in the way.
 void CWindow::pressBlocked() {
     if (blockedBy_->isPopupWindow()) {
+        // The user is back in this window, whatever the press has done to the activation.
+        blockedBy_->isElsewhere_ = false;
         blockedBy_->requestClose();
         return;
     }
@@ -153,6 +161,37 @@ void CWindow::wantKeys(bool isWanted) {
     }
 }
 
+void CWindow::viewGone(const CViewBaseCtlEvents& view) {
+    focusBefore_ = focusBefore_ == &view ? nullptr : focusBefore_;
+    popups_.openerGoes(view);
+}
+
+void CWindow::keepFocus() {
+    // Of several popups the first one has found it.
+    if (popups_.count() == 0) {
+        focusBefore_ = nullptr;
+        hadFocus_ = false;
+    }
+    focusBefore_ = router_.keyFocus() ? router_.keyFocus() : focusBefore_;
+    hadFocus_ = hadFocus_ || hasFocus_;
+    hasFocus_ = false;
+}
+
+void CWindow::returnFocus() {
+    if (!isFocusDue_ || isBlocked() || isEnding_) {
+        return;
+    }
+    isFocusDue_ = false;
+    const CBusy busy(*this);
+    if (std::exchange(hadFocus_, false) && isOpen() && flag("is-plugin-vst")) {
+        hasFocus_ = true;
+        window_->takeFocus();
+    }
+    if (busy.isAlive() && isOpen() && focusBefore_ && !router_.keyFocus()) {
+        router_.setKeyFocus(std::exchange(focusBefore_, nullptr));
+    }
+}
+
 void CWindow::inputFailed(CError* error) {
     logError(addErrorLocation(error, __FILE__, __LINE__, fullName(), CString()));
 }
@@ -161,12 +200,14 @@ void CWindow::onActivation(bool isActive, CWindowHandle other) {
     const CBusy busy(*this);
     if (isActive) {
         isDeactivated_ = false;
+        isElsewhere_ = false;
         wasActive_ = true;
         sendHere("activate-window");
         return;
     }
     // One that has never been active can lose nothing: its own opening may report it.
     isDeactivated_ = wasActive_ && !isOwnOrPopup(shared_->findWindow(other));
+    isElsewhere_ = isDeactivated_;
     const bool isPressed = router_.drag().isActive();
     router_.setKeyFocus(nullptr);
     if (busy.isAlive()) {

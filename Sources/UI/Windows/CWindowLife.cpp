@@ -1,6 +1,7 @@
 // From the opening of a window to its end.
 
 #include <cmath>
+#include <utility>
 
 #include "Core/Log.h"
 #include "UI/Views/CViewBasePlacement.h"
@@ -29,6 +30,7 @@ CError* CWindow::open(const CPopupPlace* place) {
     TARV_TRY(createWindow(place));
     isClosing_ = false;
     isDeactivated_ = false;
+    isElsewhere_ = false;
     wasActive_ = false;
     shared_->add(*this);
     beMainWindow(true);
@@ -63,7 +65,7 @@ CError* CWindow::createWindow(const CPopupPlace* place) {
     title.widen();
     request.title = title.wideData();
     request.isTaskbar = flag("is-taskbar");
-    request.isActivated = !flag("is-helper-window");
+    request.isActivated = takesFocus();
     if (system) {
         window_ = system->createWindow(request, *this, code);
     }
@@ -155,8 +157,7 @@ void CWindow::shut() {
         return;
     }
     const CObjectWatch watch(*this);
-    if (isMainWindow() && !isEnding_) {
-        isEnding_ = true;
+    if (!std::exchange(isEnding_, true) && isMainWindow()) {
         sendHere("close-app");
     }
     if (watch.isAlive()) {
@@ -181,6 +182,9 @@ void CWindow::leaveSystem() {
     endPresenting();
     window_.reset();
     if (openerWindow_) {
+        if (takesFocus() && !isElsewhere_) {
+            openerWindow_->popupLeaves();
+        }
         openerWindow_->block(openerWindow_->popups().blocking());
     }
 }
@@ -216,7 +220,16 @@ void CWindow::requestClose() {
         return;
     }
     isClosing_ = true;
+    CWindow* opener = openerWindow_;
+    if (!opener) {
+        shut();
+        return;
+    }
+    const CObjectWatch ofOpener(*opener);
     shut();
+    if (ofOpener.isAlive()) {
+        opener->returnFocus();
+    }
 }
 
 /// A popup of this window, named by `blocked-by`, stands in the way from now on.

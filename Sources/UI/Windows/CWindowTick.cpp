@@ -46,6 +46,10 @@ void CWindow::tick() {
     }
     draw();
     popups_.release();
+    // Of a popup that went inside a destructor.
+    if (busy.isAlive()) {
+        returnFocus();
+    }
 }
 
 /// Everything that a tick does to the views before it draws them. False if this window is gone.

@@ -8,7 +8,10 @@ namespace {
 /// A field that is edited, two buttons and an open plain.
 struct CWindowKeysTest : CWindowTree {
     CWindowKeysTest() {
-        templates = {popup("ui:keys", 80, 50, {}, {view("row", {{"is-focusable", "true"}, {"width", "20"}})})};
+        const CTestNode edited = view("row", {{"is-focusable", "true"}, {"grabs-keys", "true"}, {"width", "20"}});
+        templates = {popup("ui:keys", 80, 50, {}, {view("row", {{"is-focusable", "true"}, {"width", "20"}})}),
+                     popup("ui:menu", 80, 50, {{"is-popup-window", "true"}}, {edited}),
+                     popup("ui:edits", 80, 50, {}, {edited})};
         open({view("field", {{"width", "50"}, {"height", "200"}, {"is-focusable", "true"}, {"grabs-keys", "true"}}),
               view("a", {{"width", "50"}, {"height", "200"}, {"is-focusable", "true"}}),
               view("b", {{"width", "50"}, {"height", "200"}, {"is-focusable", "true"}})},
@@ -110,6 +113,89 @@ TEST_F(CWindowKeysTest, TheFocusGoesBackToTheHostWhenAnEditIsOver) {
     EXPECT_FALSE(system.input().tap(kKeySpace, u" "));
 }
 
+TEST_F(CWindowKeysTest, TheFocusGoesBackToWhereItWasWhenAPopupOpened) {
+    for (const char* name : {"field", "a"}) {
+        for (const char* popupName : {"menu", "edits"}) {
+            takeFocus();
+            click(name == std::string("a") ? 60 : 20, 20);
+            openPopup("b", std::string("ui:") + popupName);
+            ASSERT_TRUE(popupWindow(popupName));
+            // The popup takes all keys meanwhile.
+            popupWindow(popupName)->setKeyFocusView(find(popupName + std::string(".row")));
+            EXPECT_FALSE(isGrabbing());
+            popupWindow(popupName)->requestClose();
+            EXPECT_EQ(window().keyFocusView(), &at(name)) << popupName;
+            EXPECT_EQ(system.desktop().focus(), window().handle());
+            EXPECT_EQ(isGrabbing(), name == std::string("field"));
+            system.advance(0.1);
+            EXPECT_EQ(window().keyFocusView(), &at(name)) << popupName;
+            // And from there to the host.
+            window().setKeyFocusView(nullptr);
+            EXPECT_EQ(system.desktop().focus(), host);
+        }
+    }
+}
+
+TEST_F(CWindowKeysTest, AFocusThatTheHostHadGoesBackToTheHost) {
+    click(60, 20);
+    openPopup("b", "ui:menu");
+    popupWindow("menu")->requestClose();
+    EXPECT_EQ(window().keyFocusView(), &at("a"));
+    EXPECT_EQ(system.desktop().focus(), host);
+}
+
+TEST_F(CWindowKeysTest, NoFocusComesBackToWhatIsGoneOrFromElsewhere) {
+    takeFocus();
+    click(60, 20);
+    openPopup("b", "ui:menu");
+    delete &at("a");
+    popupWindow("menu")->requestClose();
+    EXPECT_EQ(window().keyFocusView(), nullptr);
+    EXPECT_EQ(system.desktop().focus(), window().handle());
+    system.advance(0.1);
+    click(20, 20);
+    openPopup("b", "ui:menu");
+    const CWindowHandle dialog = system.desktop().openHost({900, 500, 950, 550});
+    system.desktop().activate(dialog);
+    system.advance(0.2);
+    ASSERT_FALSE(popupWindow("menu"));
+    EXPECT_EQ(window().keyFocusView(), nullptr);
+    EXPECT_EQ(system.desktop().focus(), dialog);
+}
+
+TEST_F(CWindowKeysTest, APressThatClosesAPopupBringsTheFocusBack) {
+    takeFocus();
+    click(60, 20);
+    openPopup("b", "ui:menu");
+    click(250, 150);
+    EXPECT_FALSE(popupWindow("menu")->isOpen());
+    EXPECT_EQ(window().keyFocusView(), &at("a"));
+    EXPECT_EQ(system.desktop().focus(), window().handle());
+}
+
+TEST_F(CWindowKeysTest, TheFocusComesBackAtATickWhereAPopupWentWithItsOpener) {
+    takeFocus();
+    click(60, 20);
+    openPopup("b", "ui:menu");
+    delete &at("b");
+    EXPECT_FALSE(popupWindow("menu")->isOpen());
+    EXPECT_EQ(window().keyFocusView(), nullptr);
+    system.advance(0.1);
+    EXPECT_EQ(window().keyFocusView(), &at("a"));
+    EXPECT_EQ(system.desktop().focus(), window().handle());
+}
+
+TEST_F(CWindowKeysTest, APopupThatFailsToOpenLeavesTheFocus) {
+    takeFocus();
+    click(60, 20);
+    system.failWindow(8);
+    CAttributeMap params;
+    EXPECT_NE(consumed(at("b").openPopup("ui:menu", params)), "");
+    EXPECT_EQ(window().keyFocusView(), &at("a"));
+    window().setKeyFocusView(nullptr);
+    EXPECT_EQ(system.desktop().focus(), host);
+}
+
 TEST_F(CWindowKeysTest, EscapeClosesAPopupThatDoesNotTakeIt) {
     openPopup("a", "ui:keys");
     EXPECT_TRUE(system.input().tap(kKeyTab));
@@ -150,9 +236,9 @@ TEST_F(CWindowKeysTest, AKeyThatOpensAPopupWorksAgainThoughItsReleaseWentToThePo
     open({view("a", {{"width", "50"}, {"height", "200"}, {"is-focusable", "true"}})});
     takeFocus();
     CFilledView::actions["a.mouse-press"] = [this](CFilledView&, CAttributeMap&) { openPopup("a", "ui:menu"); };
+    click(250, 20);
+    EXPECT_TRUE(system.input().tap(kKeyTab));
     for (int32_t round = 0; round < 3; ++round) {
-        click(250, 20);
-        EXPECT_TRUE(system.input().tap(kKeyTab));
         ASSERT_EQ(window().keyFocusView(), &at("a"));
         EXPECT_TRUE(system.input().key(kKeySpace, true, u" "));
         ASSERT_TRUE(popupWindow("menu")) << round;
