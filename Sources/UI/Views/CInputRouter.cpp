@@ -383,7 +383,7 @@ void CInputRouter::viewGoes(CViewBaseCtlEvents& view) {
         focus_ = nullptr;
         ++focusSerial_;
         takenKeys_.clear();
-        system_.wantKeys(false);
+        system_.keyFocusGone();
     }
     system_.viewGone(view);
 }

@@ -17,6 +17,8 @@ public:
     virtual void capturePointer(bool isCaptured) = 0;
     /// The key focus is at another view than before, or none has it any more.
     virtual void wantKeys(bool isWanted) = 0;
+    /// The view with key focus is being destroyed. As wantKeys, but no handler may run inside the destructor.
+    virtual void keyFocusGone() { wantKeys(false); }
     /// A handler has failed; takes the error.
     virtual void inputFailed(CError* error) = 0;
     /// Its views get no input for now: what opened a window in its way may be a handler that the router has called.

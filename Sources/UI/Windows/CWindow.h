@@ -48,7 +48,7 @@ public:
     bool onHostWheel(double notches);
     /// Asks for an end: at once nothing of it is seen or takes input; the opener releases a popup at its next tick.
     void requestClose();
-    /// The same at once, and without an event.
+    /// The same at once, and without an event, so that it may be called inside a destructor.
     void vanish();
     /// Cancels a press that is held, and takes hover and key focus from its views.
     void endInput();
@@ -146,6 +146,7 @@ private:
     // From the router.
     void capturePointer(bool isCaptured) override;
     void wantKeys(bool isWanted) override;
+    void keyFocusGone() override;
     void inputFailed(CError* error) override;
     void viewGone(const CViewBaseCtlEvents& view) override;
 
@@ -180,6 +181,12 @@ private:
     /// False if a listener has destroyed this window.
     bool sendHere(const char* name, CAttributeMap& params);
     bool sendHere(const char* name);
+    /// Follows the key focus of the views in the system and in what the windows share.
+    void moveKeys(bool isWanted);
+    /// The following give false if this window is gone.
+    bool sendActivation(bool isActive);
+    /// What has been reported inside destructors.
+    bool sendDue();
     bool isListened(const char* name) const;
     void pressBlocked();
     void showBlocker();
@@ -212,7 +219,11 @@ private:
     bool hadFocus_ = false;                      ///< hasFocus_ at that time
     bool isFocusDue_ = false;
     bool hasFocus_ = false;
-    bool hasKeyView_ = false;  ///< a view has key focus
+    bool hasKeyView_ = false;  ///< a view has key focus, by the last event that said so
+    bool isActivationDue_ = false;
+    bool isActivated_ = false;  ///< if that is due
+    bool areKeysLost_ = false;
+    bool isCaptureLost_ = false;
     bool isGrabbing_ = false;
     int32_t busy_ = 0;
     CAttributeMap params_;

@@ -23,6 +23,10 @@ void setPosition(CAttributeMap& params, const CPointerEvent& event) {
 
 void CWindow::onPointer(const CPointerEvent& event) {
     const CBusy busy(*this);
+    if (shared_->isSilent()) {
+        isCaptureLost_ = isCaptureLost_ || event.kind == CPointerKind::CaptureLost;
+        return;
+    }
     const bool isButton = event.kind == CPointerKind::Press || event.kind == CPointerKind::Release;
     shared_->setMouseWindow(event.kind == CPointerKind::Leave ? nullptr : this);
     if (isButton && isListened("mouse-button")) {
@@ -119,7 +123,11 @@ bool CWindow::onKey(const CKeyEvent& event) {
 void CWindow::onKeysLost() {
     const CBusy busy(*this);
     isGrabbing_ = false;
-    router_.setKeyFocus(nullptr);
+    if (shared_->isSilent()) {
+        areKeysLost_ = true;
+    } else {
+        router_.setKeyFocus(nullptr);
+    }
 }
 
 void CWindow::capturePointer(bool isCaptured) {
@@ -134,31 +142,61 @@ void CWindow::capturePointer(bool isCaptured) {
 }
 
 void CWindow::wantKeys(bool isWanted) {
+    moveKeys(isWanted);
+    if (std::exchange(hasKeyView_, isWanted) != isWanted) {
+        sendHere(isWanted ? "focus" : "blur");
+    }
+}
+
+void CWindow::keyFocusGone() {
+    shared_->beginSilence();
+    moveKeys(false);
+    shared_->endSilence();
+}
+
+void CWindow::moveKeys(bool isWanted) {
     const CViewBaseCtlEvents* focus = router_.keyFocus();
     const bool wasGrabbing = isGrabbing_;
-    const bool hadKeyView = hasKeyView_;
     isGrabbing_ = focus && focus->grabsKeys() && isOpen();
-    hasKeyView_ = isWanted;
     if (isWanted || shared_->keyWindow() == this) {
         shared_->setKeyWindow(isWanted ? this : nullptr);
     }
     if (shared_->focusReader()) {
         shared_->focusReader()->keyFocusMoved(focus);
     }
-    if (isOpen()) {
-        if (isGrabbing_ != wasGrabbing) {
-            window_->grabKeys(isGrabbing_);
-        }
-        // What has been edited gives the keyboard back to the host, unless the user goes on by keys.
-        const bool isEditOver = wasGrabbing && !isGrabbing_ && !router_.isKeyMode();
-        if ((!isWanted || isEditOver) && hasFocus_ && flag("is-plugin-vst")) {
-            window_->giveFocusBack();
-            hasFocus_ = false;
-        }
+    if (!isOpen()) {
+        return;
     }
-    if (isWanted != hadKeyView) {
-        sendHere(isWanted ? "focus" : "blur");
+    if (isGrabbing_ != wasGrabbing) {
+        window_->grabKeys(isGrabbing_);
     }
+    // What has been edited gives the keyboard back to the host, unless the user goes on by keys.
+    const bool isEditOver = wasGrabbing && !isGrabbing_ && !router_.isKeyMode();
+    if ((!isWanted || isEditOver) && hasFocus_ && flag("is-plugin-vst")) {
+        window_->giveFocusBack();
+        hasFocus_ = false;
+    }
+}
+
+bool CWindow::sendDue() {
+    const CBusy busy(*this);
+    if (std::exchange(areKeysLost_, false)) {
+        router_.setKeyFocus(nullptr);
+    }
+    if (busy.isAlive() && std::exchange(isCaptureLost_, false)) {
+        CPointerEvent event;
+        event.kind = CPointerKind::CaptureLost;
+        router_.pointer(event);
+    }
+    if (busy.isAlive() && std::exchange(isActivationDue_, false)) {
+        sendActivation(isActivated_);
+    }
+    // A view with key focus was destroyed, and no other one has got it since.
+    if (busy.isAlive() && hasKeyView_ && !router_.keyFocus()) {
+        hasKeyView_ = false;
+        sendHere("blur");
+    }
+    return busy.isAlive();
 }
 
 void CWindow::viewGone(const CViewBaseCtlEvents& view) {
@@ -198,24 +236,32 @@ void CWindow::inputFailed(CError* error) {
 
 void CWindow::onActivation(bool isActive, CWindowHandle other) {
     const CBusy busy(*this);
-    if (isActive) {
-        isDeactivated_ = false;
-        isElsewhere_ = false;
-        wasActive_ = true;
-        sendHere("activate-window");
+    if (!shared_->isSilent() && !sendDue()) {
         return;
     }
     // One that has never been active can lose nothing: its own opening may report it.
-    isDeactivated_ = wasActive_ && !isOwnOrPopup(shared_->findWindow(other));
+    isDeactivated_ = !isActive && wasActive_ && !isOwnOrPopup(shared_->findWindow(other));
     isElsewhere_ = isDeactivated_;
+    wasActive_ = wasActive_ || isActive;
+    if (shared_->isSilent()) {
+        isActivationDue_ = true;
+        isActivated_ = isActive;
+    } else {
+        sendActivation(isActive);
+    }
+}
+
+bool CWindow::sendActivation(bool isActive) {
+    const CBusy busy(*this);
+    if (isActive) {
+        return sendHere("activate-window");
+    }
     const bool isPressed = router_.drag().isActive();
     router_.setKeyFocus(nullptr);
     if (busy.isAlive()) {
         router_.cancel();
     }
-    if (busy.isAlive() && (!isPressed || sendHere("mouse-button-reset"))) {
-        sendHere("deactivate-window");
-    }
+    return busy.isAlive() && (!isPressed || sendHere("mouse-button-reset")) && sendHere("deactivate-window");
 }
 
 /// A popup that has lost the activation closes a moment later, so that a press on its opener still finds it open.

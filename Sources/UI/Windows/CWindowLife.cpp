@@ -249,10 +249,13 @@ void CWindow::vanish() {
         return;
     }
     isClosing_ = true;
+    // The system may activate another window of ours.
+    shared_->beginSilence();
     popups_.vanish();
     if (window_) {
         leaveSystem();
     }
+    shared_->endSilence();
 }
 
 void CWindow::endInput() {

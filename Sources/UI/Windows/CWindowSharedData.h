@@ -49,6 +49,10 @@ public:
     void endCall();
     /// Calls this once when the calls that run have returned. One must run.
     void callWhenDone(std::function<void()> call) { whenDone_ = std::move(call); }
+    /// Between these a view is being destroyed: what the system reports to the windows reaches their handlers later.
+    void beginSilence() { ++silences_; }
+    void endSilence() { --silences_; }
+    bool isSilent() const { return silences_ > 0; }
     /// Shuts all windows, popups first. Their handlers may destroy the tree.
     void shutWindows();
     /// Follows the key focus; null ends it.
@@ -65,6 +69,7 @@ private:
     CWindow* mouseWindow_ = nullptr;
     CWindow* keyWindow_ = nullptr;
     int32_t calls_ = 0;
+    int32_t silences_ = 0;
     std::function<void()> whenDone_;
     CFocusReader* focusReader_ = nullptr;
     CColorMixes colorMixes_;

@@ -26,7 +26,7 @@ void CWindow::tick() {
         return;
     }
     const CBusy busy(*this);
-    if (!sendHere("render")) {
+    if (!sendDue() || !sendHere("render")) {
         return;
     }
     now_ = clockSeconds();

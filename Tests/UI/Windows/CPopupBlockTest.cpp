@@ -107,6 +107,39 @@ TEST_F(CPopupBlock, AViewThatGoesTakesItsPopupWithoutAnEvent) {
     EXPECT_FALSE(find("main-window.panel"));
 }
 
+TEST_F(CPopupBlock, WhatTheSystemReportsWhileAPopupVanishesReachesHandlersAtATick) {
+    openButtons();
+    openPopup("panel.b", "ui:settings");
+    openPopup("panel.a", "ui:list");
+    for (const char* event : {"activate-window", "deactivate-window"}) {
+        listen("settings.window-renderer", event);
+    }
+    // A window of the popup that goes before it: at that time the system activates another one.
+    struct CPart : CWindowHandler {
+        void onPaint(const CIntRect&) override {}
+        void onPointer(const CPointerEvent&) override {}
+        bool onWheel(const CWheelEvent&) override { return false; }
+        bool onKey(const CKeyEvent&) override { return false; }
+        void onActivation(bool, CWindowHandle) override {}
+        void onCloseRequest() override {}
+        void onGone() override { activated->onActivation(true, 0); }
+        CWindowHandler* activated = nullptr;
+    } part;
+    part.activated = system.desktop().find(popupWindow("settings")->handle())->handler();
+    CPlatformError error = 0;
+    CWindowRequest request;
+    request.parent = popupWindow("list")->handle();
+    const std::unique_ptr<CPlatformWindow> window = system.createWindow(request, part, error);
+    ASSERT_TRUE(window);
+    CEventLog::onEvent = [this](const std::string&) { delete find("main-window.panel"); };
+    delete &at("panel.a");
+    EXPECT_TRUE(CEventLog::heard.empty());
+    EXPECT_TRUE(find("main-window.panel"));
+    tick();
+    EXPECT_EQ(CEventLog::heard, (std::vector<std::string>{"activate-window"}));
+    EXPECT_FALSE(find("main-window.panel"));
+}
+
 TEST_F(CPopupBlock, UnblockingAWindowWithoutABlockerIsHarmless) {
     openButtons();
     CAttributeMap params;

@@ -69,6 +69,30 @@ TEST_F(CWindowEvents, ActivationIsAnEventOfTheWindow) {
     EXPECT_EQ(CEventLog::heard, (std::vector<std::string>{"mouse-button-reset", "deactivate-window"}));
 }
 
+TEST_F(CWindowEvents, AFocusThatGoesWithItsViewIsReportedAtATick) {
+    open({view("panel", {{"placement", "full"}, {"width", "100%"}, {"height", "100%"}},
+               {view("a", {{"width", "50"}, {"height", "50"}, {"is-focusable", "true"}}),
+                view("b", {{"width", "50"}, {"height", "50"}, {"is-focusable", "true"}})})});
+    for (const char* event : {"focus", "blur"}) {
+        listen("main-window.window-renderer", event);
+    }
+    window().setKeyFocusView(&at("panel.a"));
+    CEventLog::heard.clear();
+    // Another view that gets it meanwhile leaves nothing to report.
+    delete &at("panel.a");
+    window().setKeyFocusView(&at("panel.b"));
+    system.advance(0.1);
+    EXPECT_TRUE(CEventLog::heard.empty());
+    // Inside the destructor of the view, this would destroy its parent once more.
+    CEventLog::onEvent = [this](const std::string&) { delete find("main-window.panel"); };
+    delete &at("panel.b");
+    EXPECT_TRUE(CEventLog::heard.empty());
+    EXPECT_TRUE(find("main-window.panel"));
+    system.advance(0.1);
+    EXPECT_EQ(CEventLog::heard, (std::vector<std::string>{"blur"}));
+    EXPECT_FALSE(find("main-window.panel"));
+}
+
 TEST_F(CWindowEvents, TheMainWindowIsFoundByDataWhileItIsOpen) {
     openTwo();
     CObject* ui = tree->findObject("ui");

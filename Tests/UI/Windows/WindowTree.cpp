@@ -11,6 +11,7 @@ std::function<void(CFilledView&, const std::string&)> CFilledView::onEvent;
 std::function<void(const CFilledView&)> CFilledView::onGone;
 std::vector<std::string> CEventLog::heard;
 CAttributeMap CEventLog::last;
+std::function<void(const std::string&)> CEventLog::onEvent;
 
 namespace {
 
@@ -84,6 +85,9 @@ CError* CEventLog::initClass(CClassDescriptor& descriptor) {
 CError* CEventLog::receive(CAttributeMap& params) {
     heard.push_back(params["event-name"].asString().toUtf8());
     last = params;
+    if (onEvent) {
+        onEvent(heard.back());
+    }
     return nullptr;
 }
 
@@ -94,6 +98,7 @@ CWindowTree::CWindowTree(std::vector<CIntRect> monitors) : system(std::move(moni
     CFilledView::onEvent = {};
     CFilledView::onGone = {};
     CEventLog::heard.clear();
+    CEventLog::onEvent = {};
 }
 
 CWindowTree::~CWindowTree() {

@@ -48,6 +48,8 @@ class CEventLog : public CObject {
 public:
     static std::vector<std::string> heard;
     static CAttributeMap last;  ///< parameters
+    /// Called with each of them; empty unless a test sets it.
+    static std::function<void(const std::string&)> onEvent;
     [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
 
 private:
