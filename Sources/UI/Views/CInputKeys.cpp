@@ -54,10 +54,16 @@ bool CInputRouter::key(const CKeyEvent& event) {
     if (isAlive && event.isDown && !isTaken && serial == focusSerial_) {
         isTaken = workByKey(event, wasTaken);
     }
-    if (call.isAlive() && event.isDown && isTaken && takenKeys_.indexOf(event.code) < 0) {
-        takenKeys_.append(event.code);
+    if (call.isAlive() && event.isDown && isTaken) {
+        holdKey(event.code);
     }
     return isTaken;
+}
+
+void CInputRouter::holdKey(int32_t code) {
+    if (takenKeys_.indexOf(code) < 0) {
+        takenKeys_.append(code);
+    }
 }
 
 bool CInputRouter::forgetKey(int32_t code) {

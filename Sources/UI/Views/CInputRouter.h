@@ -55,6 +55,12 @@ public:
     bool key(const CKeyEvent& event);
     /// A key has been released in another window. True if its press was taken here.
     bool forgetKey(int32_t code);
+    /// The release of a key is to be taken here: its press was taken elsewhere.
+    void holdKey(int32_t code);
+    /// Keys whose presses were taken, and whose releases are still to come.
+    const CArray<int32_t, 8>& heldKeys() const { return takenKeys_; }
+    /// Their releases will not come.
+    void forgetKeys() { takenKeys_.clear(); }
     /// The user works by keys: since a tab has moved the focus, until a button of the pointer is pressed.
     bool isKeyMode() const { return isKeyMode_; }
     /// Sends `auto-click` to the view that is pressed with the left button, if the pointer is on it and `timeout`

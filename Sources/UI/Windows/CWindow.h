@@ -183,6 +183,9 @@ private:
     bool sendHere(const char* name);
     /// Follows the key focus of the views in the system and in what the windows share.
     void moveKeys(bool isWanted);
+    void grabKeys();
+    /// The window has closed on the press of a key that it has taken: the release goes to the window that is left.
+    void passKeyOn(int32_t code);
     /// The following give false if this window is gone.
     bool sendActivation(bool isActive);
     /// What has been reported inside destructors.
@@ -225,6 +228,8 @@ private:
     bool areKeysLost_ = false;
     bool isCaptureLost_ = false;
     bool isGrabbing_ = false;
+    bool isEdited_ = false;    ///< a view that grabs keys has key focus
+    bool isAwaiting_ = false;  ///< the release of a key that a popup has taken
     int32_t busy_ = 0;
     CAttributeMap params_;
 };

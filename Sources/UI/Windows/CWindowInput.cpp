@@ -112,17 +112,48 @@ bool CWindow::onKey(const CKeyEvent& event) {
     }
     // What the press has opened has the keys by now.
     const bool wasTaken = !event.isDown && shared_->keyReleased(*this, event.code);
-    const bool isTaken = router_.key(event) || wasTaken;
-    if (isTaken || !busy.isAlive() || !event.isDown || event.code != kKeyEscape || !openerWindow_) {
-        return isTaken;
+    // Here for the sake of a release only, it takes no other key from the host.
+    if (isAwaiting_ && event.isDown && !isEdited_ && !hasFocus_) {
+        return false;
     }
-    onCloseRequest();
-    return true;
+    bool isTaken = router_.key(event) || wasTaken;
+    if (busy.isAlive() && isAwaiting_ && router_.heldKeys().isEmpty()) {
+        isAwaiting_ = false;
+        grabKeys();
+    }
+    if (busy.isAlive() && !isTaken && event.isDown && event.code == kKeyEscape && openerWindow_) {
+        isTaken = true;
+        onCloseRequest();
+    }
+    if (busy.isAlive() && isTaken && event.isDown && !isOpen()) {
+        passKeyOn(event.code);
+    }
+    return isTaken;
+}
+
+void CWindow::passKeyOn(int32_t code) {
+    router_.forgetKey(code);
+    CWindow* heir = openerWindow_;
+    while (heir && (!heir->isOpen() || heir->isClosing_)) {
+        heir = heir->openerWindow_;
+    }
+    if (heir) {
+        heir->router_.holdKey(code);
+        // The system sends the keys to the host by now.
+        heir->isAwaiting_ = heir->flag("is-plugin-vst");
+        heir->grabKeys();
+    }
 }
 
 void CWindow::onKeysLost() {
     const CBusy busy(*this);
     isGrabbing_ = false;
+    isEdited_ = false;
+    isAwaiting_ = false;
+    // Another window of the editor passes the releases on.
+    if (!shared_->keyWindow() || shared_->keyWindow() == this) {
+        router_.forgetKeys();
+    }
     if (shared_->isSilent()) {
         areKeysLost_ = true;
     } else {
@@ -156,8 +187,8 @@ void CWindow::keyFocusGone() {
 
 void CWindow::moveKeys(bool isWanted) {
     const CViewBaseCtlEvents* focus = router_.keyFocus();
-    const bool wasGrabbing = isGrabbing_;
-    isGrabbing_ = focus && focus->grabsKeys() && isOpen();
+    const bool wasEdited = isEdited_;
+    isEdited_ = focus && focus->grabsKeys() && isOpen();
     if (isWanted || shared_->keyWindow() == this) {
         shared_->setKeyWindow(isWanted ? this : nullptr);
     }
@@ -167,14 +198,19 @@ void CWindow::moveKeys(bool isWanted) {
     if (!isOpen()) {
         return;
     }
-    if (isGrabbing_ != wasGrabbing) {
-        window_->grabKeys(isGrabbing_);
-    }
+    grabKeys();
     // What has been edited gives the keyboard back to the host, unless the user goes on by keys.
-    const bool isEditOver = wasGrabbing && !isGrabbing_ && !router_.isKeyMode();
+    const bool isEditOver = wasEdited && !isEdited_ && !router_.isKeyMode();
     if ((!isWanted || isEditOver) && hasFocus_ && flag("is-plugin-vst")) {
         window_->giveFocusBack();
         hasFocus_ = false;
+    }
+}
+
+void CWindow::grabKeys() {
+    const bool isWanted = isEdited_ || isAwaiting_;
+    if (isOpen() && std::exchange(isGrabbing_, isWanted) != isWanted) {
+        window_->grabKeys(isWanted);
     }
 }
 
@@ -243,6 +279,9 @@ void CWindow::onActivation(bool isActive, CWindowHandle other) {
     isDeactivated_ = !isActive && wasActive_ && !isOwnOrPopup(shared_->findWindow(other));
     isElsewhere_ = isDeactivated_;
     wasActive_ = wasActive_ || isActive;
+    if (isElsewhere_) {
+        router_.forgetKeys();
+    }
     if (shared_->isSilent()) {
         isActivationDue_ = true;
         isActivated_ = isActive;

@@ -180,6 +180,11 @@ void CWindow::leaveSystem() {
     beMainWindow(false);
     isEnding_ = false;
     endPresenting();
+    isGrabbing_ = false;
+    isAwaiting_ = false;
+    while (!router_.heldKeys().isEmpty()) {
+        passKeyOn(router_.heldKeys()[0]);
+    }
     window_.reset();
     if (openerWindow_) {
         if (takesFocus() && !isElsewhere_) {

@@ -213,6 +213,59 @@ TEST_F(CWindowKeysTest, EscapeClosesAPopupThatDoesNotTakeIt) {
     EXPECT_FALSE(popupWindow("keys"));
 }
 
+TEST_F(CWindowKeysTest, TheReleaseOfAKeyThatClosesAPopupIsNotTheHosts) {
+    for (const int32_t code : {kKeyEnter, kKeyEscape}) {
+        for (const bool isFocusTaken : {false, true}) {
+            EXPECT_EQ(consumed(tree->setAttribute("IsFocusTaken", CAttributeValue::fromBool(isFocusTaken))), "");
+            click(60, 20);
+            openPopup("b", "ui:menu");
+            popupWindow("menu")->setKeyFocusView(find("menu.row"));
+            CFilledView::actions["row.key-press"] = [this](CFilledView&, CAttributeMap& params) {
+                if (params["keycode"].asInt() == kKeyEnter) {
+                    CViewBaseCtlEvents::setHandled(params);
+                    popupWindow("menu")->requestClose();
+                }
+            };
+            const size_t toHost = system.input().hostKeys().size();
+            EXPECT_TRUE(system.input().key(code, true));
+            EXPECT_FALSE(popupWindow("menu")->isOpen());
+            system.advance(0.1);
+            EXPECT_EQ(system.input().hostKeys().size(), toHost);
+            // Other keys are the host's.
+            EXPECT_FALSE(system.input().key('S', true, u"s"));
+            EXPECT_TRUE(system.input().key(code, false));
+            EXPECT_FALSE(system.input().key('S', false));
+            EXPECT_EQ(system.input().hostKeys().size(), toHost + 2);
+            EXPECT_FALSE(isGrabbing());
+            EXPECT_TRUE(window().router().heldKeys().isEmpty());
+        }
+    }
+}
+
+TEST_F(CWindowKeysTest, AKeyThatIsReleasedInAForeignWindowWorksAgain) {
+    openPopup("a", "ui:keys");
+    EXPECT_TRUE(system.input().tap(kKeyTab));
+    heard();
+    EXPECT_TRUE(system.input().key(kKeySpace, true, u" "));
+    const CWindowHandle dialog = system.desktop().openHost({900, 500, 950, 550});
+    system.desktop().activate(dialog);
+    system.input().key(kKeySpace, false);
+    system.desktop().activate(popupWindow("keys")->handle());
+    EXPECT_TRUE(system.input().tap(kKeyTab));
+    heard();
+    EXPECT_TRUE(system.input().tap(kKeySpace, u" "));
+    EXPECT_EQ(heard(), "row.key-press row.mouse-press row.mouse-release row.key-release");
+    // And where the keys were grabbed.
+    system.desktop().activate(host);
+    click(20, 20);
+    CFilledView::actions["field.key-press"] = [](CFilledView&, CAttributeMap& params) {
+        CViewBaseCtlEvents::setHandled(params);
+    };
+    EXPECT_TRUE(system.input().key('S', true, u"s"));
+    system.desktop().activate(dialog);
+    EXPECT_TRUE(window().router().heldKeys().isEmpty());
+}
+
 TEST_F(CWindowKeysTest, AReaderFollowsTheFocusOfAllWindows) {
     struct CReader : CFocusReader {
         std::string names;
