@@ -194,7 +194,8 @@ void CWindow::setCursor(CCursorShape shape) {
 }
 
 CError* CWindow::openPopup(CViewBaseCtlEvents& opener, const CString& templateName, CAttributeMap& params) {
-    return isOpen() && !isClosing_ ? popups_.open(opener, templateName, params) : nullptr;
+    const bool isTaken = isOpen() && !isClosing_ && !isEnding_ && !shared_->isShutting();
+    return isTaken ? popups_.open(opener, templateName, params) : nullptr;
 }
 
 CError* CWindow::popupResult(CAttributeMap& params) {

@@ -33,7 +33,7 @@ public:
     [[nodiscard]] CError* finishInit() override;
 
     /// Places the views, makes the window and shows it with its first picture. `place` null: the embedded window at 0,
-    /// 0 of its parent, a popup by `window-alignment`. One that is open stays.
+    /// 0 of its parent, a popup by `window-alignment`. One that is open stays; none opens while all are being shut.
     [[nodiscard]] CError* open(const CPopupPlace* place = nullptr);
     /// Ends the input, closes the popups and the window of the system. The views stay. Harmless when not open.
     void shut();

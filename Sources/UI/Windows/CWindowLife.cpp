@@ -22,7 +22,7 @@ int32_t pixels(double length) {
 }  // namespace
 
 CError* CWindow::open(const CPopupPlace* place) {
-    if (isOpen()) {
+    if (isOpen() || shared_->isShutting()) {
         return nullptr;
     }
     TARV_TRY(root_->advanceViews());

@@ -92,15 +92,24 @@ void CWindowSharedData::endCall() {
 
 void CWindowSharedData::shutWindows() {
     const CObjectWatch watch(*this);
+    const bool wasShutting = std::exchange(isShutting_, true);
     // From the last one, since popups stand behind what opened them; closing takes a window out of the list.
     while (watch.isAlive() && !windows_.isEmpty()) {
         windows_[windows_.count() - 1]->shut();
     }
+    if (watch.isAlive()) {
+        isShutting_ = wasShutting;
+    }
 }
 
 CError* CWindowSharedData::showHintsChanged() {
-    for (CWindow* window : windows_) {
-        window->refreshHint();
+    const CObjectWatch watch(*this);
+    // What follows the status lines may open, close and destroy windows; a new one shows its hints by itself.
+    const CArray<CWindow*, 4> windows = windows_;
+    for (CWindow* window : windows) {
+        if (watch.isAlive() && windows_.indexOf(window) >= 0) {
+            window->refreshHint();
+        }
     }
     return nullptr;
 }

@@ -53,8 +53,9 @@ public:
     void beginSilence() { ++silences_; }
     void endSilence() { --silences_; }
     bool isSilent() const { return silences_ > 0; }
-    /// Shuts all windows, popups first. Their handlers may destroy the tree.
+    /// Shuts all windows, popups first. Their handlers may destroy the tree, and open no window meanwhile.
     void shutWindows();
+    bool isShutting() const { return isShutting_; }
     /// Follows the key focus; null ends it.
     void setFocusReader(CFocusReader* reader) { focusReader_ = reader; }
     CFocusReader* focusReader() const { return focusReader_; }
@@ -70,6 +71,7 @@ private:
     CWindow* keyWindow_ = nullptr;
     int32_t calls_ = 0;
     int32_t silences_ = 0;
+    bool isShutting_ = false;
     std::function<void()> whenDone_;
     CFocusReader* focusReader_ = nullptr;
     CColorMixes colorMixes_;
