@@ -85,7 +85,10 @@ void CWindow::idle() {
 void CWindow::exportLoad() {
     if (flag("is-export-draw-load")) {
         load_.add(map_.load());
-        TARV_CONSUME(setAttribute("draw-load", CString::fromDouble(load_.value(), 4)));
+        const CString load = CString::fromDouble(load_.value(), 4);
+        if (!(load == getAttrString("draw-load"))) {
+            TARV_CONSUME(setAttribute("draw-load", load));
+        }
     }
 }
 

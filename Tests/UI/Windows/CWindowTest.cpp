@@ -302,6 +302,12 @@ TEST_F(CWindowTest, TheDrawLoadIsExportedWhereItIsWanted) {
     window().sectorMap().addLoad(1000000);
     system.advance(0.025);
     EXPECT_EQ(window().getAttrString("draw-load"), "50.0000");
+    // Set only where it is another one.
+    system.advance(1.0);
+    EXPECT_EQ(window().getAttrString("draw-load"), "0.0000");
+    window().linkObserver(*tree->findObject("ui.log"), "draw-load", "receive");
+    system.advance(0.5);
+    EXPECT_TRUE(CEventLog::heard.empty());
 }
 
 TEST_F(CWindowTest, WhatAWindowNeedsMustBeThere) {
