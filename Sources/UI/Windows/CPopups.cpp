@@ -1,7 +1,5 @@
 #include "UI/Windows/CPopups.h"
 
-#include <cmath>
-
 #include "Core/CApplication.h"
 #include "Core/CObjectWatch.h"
 #include "UI/Windows/CUIEventBridge.h"
@@ -32,21 +30,8 @@ double number(const CAttributeMap& params, const char* name) {
     return value ? value->asReal() : 0.0;
 }
 
-int32_t pixels(double length) {
-    return static_cast<int32_t>(std::lround(length));
-}
-
 int32_t scaled(const CAttributeMap& params, const char* name) {
     return pixels(number(params, name) * CApplication::uiScale());
-}
-
-CUIEventBridge* bridgeAbove(CObject& object) {
-    for (CObject* above = &object; above; above = above->parent()) {
-        if (auto* bridge = dynamic_cast<CUIEventBridge*>(above)) {
-            return bridge;
-        }
-    }
-    return nullptr;
 }
 
 CIntRect onScreen(const CViewRect& rect, const CIntRect& window) {
@@ -117,7 +102,8 @@ CError* CPopups::open(CViewBaseCtlEvents& opener, const CString& templateName, C
 
 CError* CPopups::make(CViewBaseCtlEvents& opener, const CString& templateName, const CAttributeMap& params,
                       CObject*& made, CWindow*& window) {
-    CUIEventBridge* bridge = bridgeAbove(owner_);
+    // The window has found it when it was made.
+    auto* bridge = dynamic_cast<CUIEventBridge*>(owner_.eventAnchor());
     CAttributeMap attributes(params);
     for (const char* name : kEventParams) {
         attributes.erase(name);

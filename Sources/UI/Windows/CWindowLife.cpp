@@ -1,6 +1,5 @@
 // From the opening of a window to its end.
 
-#include <cmath>
 #include <utility>
 
 #include "Core/Log.h"
@@ -14,10 +13,6 @@ namespace tarv {
 namespace {
 
 constexpr const char* kDefaultTitle = "Untitled";
-
-int32_t pixels(double length) {
-    return static_cast<int32_t>(std::lround(length));
-}
 
 }  // namespace
 

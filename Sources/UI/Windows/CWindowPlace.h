@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cmath>
+
 #include "Core/CString.h"
 #include "Platform/IntRect.h"
 
@@ -16,6 +18,11 @@ enum class CWindowAlignment : uint8_t {
     Right,              ///< to the right of the opener, along its top edge
     Cursor              ///< at the pointer
 };
+
+/// A length of views as whole pixels of the screen.
+inline int32_t pixels(double length) {
+    return static_cast<int32_t>(std::lround(length));
+}
 
 /// What a popup is placed by, in pixels of the screen.
 struct CWindowSurroundings {
