@@ -265,6 +265,55 @@ TEST_F(CPopupsTest, TheHostsWindowTakesThePopupsWithIt) {
     EXPECT_TRUE(system.isClean());
 }
 
+TEST_F(CPopupsTest, WhatFollowsTheStatusLinesMayOpenAndCloseWindows) {
+    templates = {popup("ui:page", 80, 50, {{"window-status-path", ".status"}}, {view("status")})};
+    open({view("a"), view("b"), view("c"), view("d")});
+    const char* const pages[] = {"page", "page#1", "page#2"};
+    const char* const openers[] = {"a", "b", "c"};
+    for (int32_t i = 0; i < 3; ++i) {
+        openPopup(openers[i], "ui:page");
+        popupWindow(pages[i])->setHint("Help");
+        ASSERT_EQ(find(std::string(pages[i]) + ".status")->getAttrString("title"), "Help");
+    }
+    // The first one closes while those behind it are still to be visited, and opens another one.
+    find("page.status")->linkObserver(*tree->findObject("ui.log"), "title", "receive");
+    CEventLog::onEvent = [this](const std::string&) {
+        popupWindow("page")->requestClose();
+        openPopup("d", "ui:page");
+    };
+    CObject* shared = tree->findObject("ui.window-shared-data");
+    EXPECT_EQ(consumed(shared->setAttribute("is-show-hints", CString("false"))), "");
+    EXPECT_FALSE(popupWindow("page")->isOpen());
+    EXPECT_EQ(find("page#1.status")->getAttrString("title"), "");
+    EXPECT_EQ(find("page#2.status")->getAttrString("title"), "");
+    EXPECT_TRUE(popupWindow("page#3"));
+}
+
+TEST_F(CPopupsTest, NoWindowOpensWhileAllAreShut) {
+    templates = {popup("ui:page", 80, 50, {}, {view("row", {{"width", "20"}, {"is-focusable", "true"}})})};
+    open({view("a")});
+    CWindowSharedData& shared = window().sharedData();
+    int32_t ends = 0;
+    const auto openPage = [&] {
+        openPopup("a", "ui:page", {{"is-popup-toggle-always-create", "true"}});
+        CWindow& last = *shared.windows()[shared.windows().count() - 1];
+        last.setKeyFocusView(dynamic_cast<CViewBase*>(last.view().findChild("row")));
+    };
+    openPage();
+    CFilledView::actions["row.focus-lost"] = [&](CFilledView&, CAttributeMap&) {
+        if (++ends < 5) {
+            openPage();
+        }
+    };
+    shared.shutWindows();
+    EXPECT_EQ(ends, 1);
+    EXPECT_TRUE(shared.windows().isEmpty());
+    EXPECT_FALSE(shared.isShutting());
+
+    EXPECT_EQ(consumed(window().open()), "");
+    EXPECT_TRUE(window().isOpen());
+}
+
 TEST_F(CPopupsTest, APopupThatIsTooTallKeepsItsTopInTheMonitor) {
     openButtons();
     openPopup("panel.a", "ui:tall");
