@@ -45,13 +45,12 @@ CError* CAudioParamConverterGain::attrOffPoint() {
 }
 
 double CAudioParamConverterGain::textToLimit(const CAudioParamInfo&, int32_t, const CString& text, bool* ok) const {
-    return std::exp(parseDecimal(text, 0.0, ok) / kDecibelsPerNeper);
+    return shownToValue(parseDecimal(text, 0.0, ok));
 }
 
 void CAudioParamConverterGain::valueToText(CString& result, const CAudioParamInfo&, int32_t,
                                            const CAudioParamShown& value, CAudioTextMode mode) const {
-    result =
-        CString::fromDouble(std::log(value.number) * kDecibelsPerNeper, mode == CAudioTextMode::Short ? 0 : decimals_);
+    result = CString::fromDouble(valueToShown(value.number), mode == CAudioTextMode::Short ? 0 : decimals_);
 }
 
 double CAudioParamConverterGain::normToValue(const CAudioParamInfo& info, int32_t index, double norm) const {
@@ -60,6 +59,14 @@ double CAudioParamConverterGain::normToValue(const CAudioParamInfo& info, int32_
 
 double CAudioParamConverterGain::valueToNorm(const CAudioParamInfo& info, int32_t index, double value) const {
     return logValueToNorm(info, index, value);
+}
+
+double CAudioParamConverterGain::valueToShown(double value) const {
+    return std::log(value) * kDecibelsPerNeper;
+}
+
+double CAudioParamConverterGain::shownToValue(double shown) const {
+    return std::exp(shown / kDecibelsPerNeper);
 }
 
 }  // namespace tarv

@@ -14,6 +14,8 @@ public:
                      CAudioTextMode mode) const override;
     double normToValue(const CAudioParamInfo& info, int32_t index, double norm) const override;
     double valueToNorm(const CAudioParamInfo& info, int32_t index, double value) const override;
+    double valueToShown(double value) const override;
+    double shownToValue(double shown) const override;
 
     /// Handlers of the attributes, run when they are set.
     [[nodiscard]] CError* attrDecimals();

@@ -10,6 +10,8 @@ public:
     double textToLimit(const CAudioParamInfo& info, int32_t index, const CString& text, bool* ok) const override;
     void valueToText(CString& result, const CAudioParamInfo& info, int32_t index, const CAudioParamShown& value,
                      CAudioTextMode mode) const override;
+    double valueToShown(double value) const override;
+    double shownToValue(double shown) const override;
 };
 
 }  // namespace tarv

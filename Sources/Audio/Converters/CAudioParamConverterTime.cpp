@@ -16,11 +16,11 @@ CError* CAudioParamConverterTime::init() {
 }
 
 double CAudioParamConverterTime::textToLimit(const CAudioParamInfo&, int32_t, const CString& text, bool* ok) const {
-    return parseDecimal(text, 0.0, ok) * scale_;
+    return shownToValue(parseDecimal(text, 0.0, ok));
 }
 
 CString CAudioParamConverterTime::shortText(double value) const {
-    const double units = value / scale_;
+    const double units = valueToShown(value);
     const double size = std::round(std::fabs(units));
     if (size < 100.0) {
         return CString::fromDouble(units, size < 10.0 ? 1 : 0);
@@ -30,7 +30,7 @@ CString CAudioParamConverterTime::shortText(double value) const {
 }
 
 CString CAudioParamConverterTime::fullText(double value) const {
-    const double units = value / scale_;
+    const double units = valueToShown(value);
     const double size = std::round(std::fabs(units));
     const int32_t least = isPrecise_ ? 1 : 0;
     if (isExact_ || size < 10.0) {
@@ -56,6 +56,14 @@ double CAudioParamConverterTime::valueToNorm(const CAudioParamInfo& info, int32_
         return logValueToNorm(info, index, value);
     }
     return isExact_ ? CAudioParamConverter::valueToNorm(info, index, value) : squareValueToNorm(info, index, value);
+}
+
+double CAudioParamConverterTime::valueToShown(double value) const {
+    return value / scale_;
+}
+
+double CAudioParamConverterTime::shownToValue(double shown) const {
+    return shown * scale_;
 }
 
 }  // namespace tarv

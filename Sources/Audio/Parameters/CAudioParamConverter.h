@@ -34,6 +34,10 @@ public:
     /// Linear unless a subclass says otherwise; `norm` in 0..1.
     virtual double normToValue(const CAudioParamInfo& info, int32_t index, double norm) const;
     virtual double valueToNorm(const CAudioParamInfo& info, int32_t index, double value) const;
+    /// A real value in the unit that a person reads (dB, %), not rounded, and back. The same number unless a subclass
+    /// says otherwise; neither is clamped.
+    virtual double valueToShown(double value) const { return value; }
+    virtual double shownToValue(double shown) const { return shown; }
 
     /// The unit shown beside a value, may be empty.
     const CString& label() const { return label_; }

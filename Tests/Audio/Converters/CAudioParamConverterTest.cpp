@@ -329,5 +329,30 @@ TEST(ConverterAttributes, InvalidAttributesStopTheTreeWithTheirMessage) {
     }
 }
 
+TEST_F(Converter, AValueIsShownInTheUnitOfItsTextsWithoutRounding) {
+    const struct {
+        const char* name;
+        double value;
+        double shown;
+    } kRows[] = {
+        {"gain", 2.0, 6.020599913279624},
+        {"gain", 1.0, 0.0},
+        {"percent", 0.12345, 12.345},
+        {"time", 0.0123456, 12.3456},
+        {"time-sec", 2.5, 2.5},
+        {"freq", 1234.5678, 1234.5678},
+        {"ratio", 3.25, 3.25},
+        {"real", -1.375, -1.375},
+        {"enum", 3.0, 3.0},
+    };
+    for (const auto& row : kRows) {
+        const CAudioParamConverter& converter = tree_.converter(row.name);
+        EXPECT_NEAR(converter.valueToShown(row.value), row.shown, 1e-12) << row.name;
+        EXPECT_NEAR(converter.shownToValue(row.shown), row.value, 1e-12) << row.name;
+    }
+    // Neither clamps: what is beyond the limits is the parameter's to decide.
+    EXPECT_EQ(tree_.converter("percent").shownToValue(300.0), 3.0);
+}
+
 }  // namespace
 }  // namespace tarv
