@@ -59,6 +59,9 @@
 #include "Core/CObjectEventBridge.h"
 #include "Core/CSharedAttribute.h"
 #include "Core/CTimer.h"
+#include "UI/Binding/CParamBridgeAudio.h"
+#include "UI/Binding/CParamGroupSelector.h"
+#include "UI/Binding/CUIParam.h"
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Resources/CFontObject.h"
 #include "UI/Text/CEditBox.h"
@@ -145,11 +148,14 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:editbox", &createObject<CEditBox>, &CEditBox::initClass},
     {"ui:frame", &createObject<CFrame>, &CFrame::initClass},
     {"ui:overlay-gradient", &createObject<CGradient>, &CGradient::initClass},
+    {"ui:param-bridge", &createObject<CParamBridgeAudio>, &CParamBridgeAudio::initClass},
+    {"ui:param-group-selector", &createObject<CParamGroupSelector>, &CParamGroupSelector::initClass},
     {"ui:picture", &createObject<CPicture>, &CPicture::initClass},
     {"ui:popup-list", &createObject<CPopupList>, &CPopupList::initClass},
     {"ui:textview", &createObject<CTextView>, &CTextView::initClass},
     {"ui:textview-auto-scroll", &createObject<CTextViewAutoScroll>, &CTextViewAutoScroll::initClass},
     {"ui:ui-event-bridge", &createObject<CUIEventBridge>, nullptr},
+    {"ui:ui-param", &createObject<CUIParam>, &CUIParam::initClass},
     {"ui:view", &createObject<CView>, &CView::initClass},
     {"ui:view-color-slot", &createObject<CViewColorSlot>, &CViewColorSlot::initClass},
     {"ui:view-command", &createObject<CViewCommand>, nullptr},

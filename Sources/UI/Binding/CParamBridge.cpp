@@ -1,0 +1,101 @@
+#include "UI/Binding/CParamBridge.h"
+
+#include "Core/CNotifyServer.h"
+#include "Core/CObjectWatch.h"
+#include "UI/Binding/CUIParam.h"
+
+namespace tarv {
+
+CParamBridge::~CParamBridge() {
+    releaseParams();
+}
+
+void CParamBridge::releaseParams() {
+    // A param's handler may destroy others.
+    while (!params_.isEmpty()) {
+        CUIParam* param = params_.last();
+        params_.removeLast();
+        if (param) {
+            param->bridgeGone();
+        }
+    }
+}
+
+void CParamBridge::removeParam(const CUIParam& param) {
+    for (int32_t i = 0; i < params_.count(); ++i) {
+        if (params_[i] == &param && calls_ > 0) {
+            params_[i] = nullptr;
+        } else if (params_[i] == &param) {
+            params_.removeAt(i);
+        } else {
+            continue;
+        }
+        return;
+    }
+}
+
+template <class Call>
+bool CParamBridge::callEach(Call&& call) {
+    const CObjectWatch watch(*this);
+    ++calls_;
+    for (int32_t i = 0; i < params_.count(); ++i) {
+        if (params_[i]) {
+            TARV_CONSUME(call(*params_[i]));
+            if (!watch.isAlive()) {
+                return false;
+            }
+        }
+    }
+    if (--calls_ == 0) {
+        for (int32_t i = params_.count() - 1; i >= 0; --i) {
+            if (!params_[i]) {
+                params_.removeAt(i);
+            }
+        }
+    }
+    return true;
+}
+
+bool CParamBridge::send(const CString& eventName, CAttributeMap& params) {
+    const CObjectWatch watch(*this);
+    if (notifyServer() && notifyServer()->hasListeners(fullName(), eventName)) {
+        TARV_CONSUME(sendEvent(eventName, params, false));
+    }
+    return watch.isAlive();
+}
+
+void CParamBridge::activityChanged() {
+    const bool isNow = isActive();
+    callEach([isNow](CUIParam& param) { return param.setActive(isNow); });
+}
+
+void CParamBridge::rangeChanged() {
+    callEach([](CUIParam& param) { return param.rangeChanged(); });
+}
+
+void CParamBridge::valuesChanged(int32_t group, int32_t first, int32_t count, bool isReplacing) {
+    const bool isAlive = callEach([&](CUIParam& param) -> CError* {
+        const int32_t element = param.getElement();
+        const bool isMeant = element >= first && (isReplacing || element - first < count);
+        return isMeant && storedGroup(param.group()) == group ? param.valueChanged() : nullptr;
+    });
+    static const CString kEvent("param-change");
+    if (!isAlive || !notifyServer() || !notifyServer()->hasListeners(fullName(), kEvent)) {
+        return;
+    }
+    CAttributeMap params;
+    params["group"] = CAttributeValue::fromInt(group);
+    params["element-offset"] = CAttributeValue::fromInt(first);
+    params["element-count"] = CAttributeValue::fromInt(count);
+    params["is-replacing"] = CAttributeValue::fromBool(isReplacing);
+    send(kEvent, params);
+}
+
+void CParamBridge::groupCountChanged() {
+    CAttributeMap none;
+    if (callEach([](CUIParam& param) { return param.valueChanged(); })) {
+        send("group-change", none);
+    }
+}
+
+}  // namespace tarv

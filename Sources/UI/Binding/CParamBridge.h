@@ -1,0 +1,66 @@
+#pragma once
+
+#include "Audio/Parameters/CAudioParamConverter.h"
+#include "Core/CObject.h"
+
+namespace tarv {
+
+class CUIParam;
+
+/// One parameter as an editor sees it (`ui:param-bridge`): the values of all groups, and the params that follow it.
+/// Numbers are in the unit that a person reads. Belongs to no group. Events: `param-change` (`group`,
+/// `element-offset`, `element-count`, `is-replacing`), behind the calls of the params; `group-change` when there are
+/// more or fewer groups; `copy-group` (`group`, `index`: the target) and `reset-group` (`group`) before the new values
+/// come. The editor's thread.
+class CParamBridge : public CObject {
+public:
+    ~CParamBridge() override;
+
+    /// Whether there are values that can be read and set.
+    virtual bool isActive() const = 0;
+    virtual int32_t groupCount() const = 0;
+    /// Elements that a group stores; beyond them the values are defaults.
+    virtual int32_t elementCount(int32_t group) const = 0;
+    /// The group that holds the values for `group`: itself, or 0 if all groups share them.
+    virtual int32_t storedGroup(int32_t group) const = 0;
+    /// While inactive, 0.0 and empty text.
+    virtual double value(int32_t group, int32_t element) const = 0;
+    virtual CString valueText(int32_t group, int32_t element, CAudioTextMode mode) const = 0;
+    /// Limits, the smaller one first; 0.0 while inactive.
+    virtual double minimum() const = 0;
+    virtual double maximum() const = 0;
+
+    // The following have no effect while inactive and may destroy this object with its editor. All calls of one
+    // gesture have the same key and are one step of the history; -1 is a step of its own.
+    /// Sets `count` elements from `first` on as one change. With `isReplacing` the group ends behind them.
+    [[nodiscard]] virtual CError* setValues(int32_t group, int32_t first, const double* values, int32_t count,
+                                            bool isReplacing = false, int32_t gesture = -1) = 0;
+    /// The group `target` gets what `group` stores.
+    [[nodiscard]] virtual CError* copyGroup(int32_t group, int32_t target, int32_t gesture = -1) = 0;
+    /// The group gets the defaults.
+    [[nodiscard]] virtual CError* resetGroup(int32_t group, int32_t gesture = -1) = 0;
+
+protected:
+    /// The params become inactive and leave. A class whose values they may still read calls it in its destructor.
+    void releaseParams();
+    // Calls of the params, then an event. Each may end with this object destroyed.
+    void activityChanged();
+    void rangeChanged();
+    void valuesChanged(int32_t group, int32_t first, int32_t count, bool isReplacing);
+    void groupCountChanged();
+    /// Sends an event, if anything listens, and logs its failure; false: this object is destroyed.
+    bool send(const CString& eventName, CAttributeMap& params);
+
+private:
+    friend class CUIParam;
+    void addParam(CUIParam& param) { params_.append(&param); }
+    void removeParam(const CUIParam& param);
+    /// False: this object is destroyed.
+    template <class Call>
+    bool callEach(Call&& call);
+
+    CArray<CUIParam*, 8> params_;  ///< null for one that has left during the calls
+    int32_t calls_ = 0;
+};
+
+}  // namespace tarv

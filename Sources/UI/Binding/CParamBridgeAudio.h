@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Audio/Client/CAudioInterfaceListeners.h"
+#include "Audio/Client/CInterfaceUndo.h"
+#include "UI/Binding/CParamBridge.h"
+
+namespace tarv {
+
+/// The bridge to a parameter of the engine: `interface-client` is the path of the client object, `param` the full name
+/// of the parameter. Active when its values have come and as long as the engine lives. What is set comes back from the
+/// engine and is what counts. Of elements of several numbers it sees and sets the first one.
+class CParamBridgeAudio : public CParamBridge, public CAudioInterfaceParamListener {
+public:
+    ~CParamBridgeAudio() override;
+    /// Subscribes the parameter. Fails without the client, and as the engine does.
+    [[nodiscard]] CError* init() override;
+    [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
+
+    bool isActive() const override { return info_ && !isGone_ && client(); }
+    int32_t groupCount() const override { return groupCount_; }
+    int32_t elementCount(int32_t group) const override;
+    int32_t storedGroup(int32_t group) const override;
+    double value(int32_t group, int32_t element) const override;
+    CString valueText(int32_t group, int32_t element, CAudioTextMode mode) const override;
+    double minimum() const override;
+    double maximum() const override;
+    [[nodiscard]] CError* setValues(int32_t group, int32_t first, const double* values, int32_t count,
+                                    bool isReplacing = false, int32_t gesture = -1) override;
+    [[nodiscard]] CError* copyGroup(int32_t group, int32_t target, int32_t gesture = -1) override;
+    [[nodiscard]] CError* resetGroup(int32_t group, int32_t gesture = -1) override;
+
+    /// Null until the values have come.
+    const CAudioParamInfo* info() const { return info_; }
+
+    void onParamChanged(const CAudioParamData& data, int32_t group, int32_t first, int32_t count,
+                        bool isReplacing) override;
+    void onParamGone() override;
+
+private:
+    [[nodiscard]] CError* countsChanged();
+    /// The name, that of the group if it is one of several, and what was done.
+    CString undoLabel(int32_t group, const char* action) const;
+    [[nodiscard]] CError* sendGroup(int32_t group, int32_t target, int32_t count, const CInterfaceUndo& undo);
+    const CAudioParamData& data() const;
+
+    CString param_;
+    const CAudioParamInfo* info_ = nullptr;
+    bool isGone_ = false;
+    int32_t groupCount_ = 0;
+};
+
+}  // namespace tarv
