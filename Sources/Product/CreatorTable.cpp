@@ -62,6 +62,7 @@
 #include "UI/Binding/CParamBridgeAudio.h"
 #include "UI/Binding/CParamGroupSelector.h"
 #include "UI/Binding/CUIParam.h"
+#include "UI/Binding/CViewStateSwitch.h"
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Resources/CFontObject.h"
 #include "UI/Text/CEditBox.h"
@@ -160,6 +161,7 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:view-color-slot", &createObject<CViewColorSlot>, &CViewColorSlot::initClass},
     {"ui:view-command", &createObject<CViewCommand>, nullptr},
     {"ui:view-state", &createObject<CViewState>, nullptr},
+    {"ui:view-state-switch", &createObject<CViewStateSwitch>, &CViewStateSwitch::initClass},
     {"ui:virtual-keyboard", &createObject<CVirtualKeyboard>, &CVirtualKeyboard::initClass},
     {"ui:window-renderer", &createObject<CWindow>, &CWindow::initClass},
     {"ui:window-shared-data", &createObject<CWindowSharedData>, &CWindowSharedData::initClass},
