@@ -11,12 +11,6 @@
 
 namespace tarv {
 
-CUIParamUpdateHandler::~CUIParamUpdateHandler() {
-    for (CUIParam* param : params_) {
-        param->handler_ = nullptr;
-    }
-}
-
 CUIParam::~CUIParam() {
     if (bridge_) {
         bridge_->removeParam(*this);
