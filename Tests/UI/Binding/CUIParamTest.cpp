@@ -65,6 +65,8 @@ TEST_F(UIParam, IsCalledForItsOwnElementAndGroup) {
     control.take();
     sendPart("gains", 0, 1, {2.0, 0.5}, 3);
     EXPECT_EQ(control.take(), CCalls{"b -6.0206"});
+    sendPart("gains", 0, 0, {2.0, 1.0}, 3);
+    EXPECT_EQ(control.take(), CCalls{"a 6.0206"});
     sendPart("gains", 1, 2, {2.0}, 3);
     EXPECT_EQ(control.take(), CCalls{"c 6.0206"});
     sendPart("gains", 2, 0, {2.0, 2.0, 2.0}, 3);
