@@ -63,7 +63,7 @@ template <int32_t kBytes, bool kIsOpaque>
         // Faces are made of these: four pixels from one word, and the next four are the same more often than not.
         __m128i pixels = _mm_set1_epi32(static_cast<int>(blend.ramp[0]));
         uint32_t known = 0;
-        for (; end - target > 4; target += 4, bytes += 4) {
+        for (; end - target >= 4; target += 4, bytes += 4) {
             const auto steps = fromLittleEndian<uint32_t>(bytes);
             if (steps != known) {
                 pixels = _mm_setr_epi32(
@@ -74,11 +74,10 @@ template <int32_t kBytes, bool kIsOpaque>
             _mm_storeu_si128(reinterpret_cast<__m128i*>(target), pixels);
         }
     }
-    do {
+    for (; target != end; ++target, bytes += kBytes - 1) {
         const CPixel source = sourceAt<kBytes>(bytes, blend);
         *target = kIsOpaque ? source : blendEffective(*target, source, blend.alpha);
-        bytes += kBytes - 1;
-    } while (++target != end);
+    }
 }
 
 /// What is drawn of a picture, and where its top-left lies.

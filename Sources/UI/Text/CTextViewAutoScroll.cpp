@@ -99,7 +99,8 @@ bool CTextViewAutoScroll::animate(double time) {
     if (!isSliding_) {
         return isMoving;
     }
-    if (isWaiting_) {
+    const bool isFirst = isWaiting_;
+    if (isFirst) {
         isWaiting_ = false;
         begin_ = time;
         lastWidth_ = visibleWidth();
@@ -107,8 +108,10 @@ bool CTextViewAutoScroll::animate(double time) {
     bool isOver = false;
     const double position = positionAt(time - begin_, isOver);
     isSliding_ = !isOver && distance() > 0.0;
-    slideTo(isSliding_ ? position : 0.0);
-    updateArrows();
+    if (isFirst || !isSliding_ || position != position_) {
+        slideTo(isSliding_ ? position : 0.0);
+        updateArrows();
+    }
     // A view that is gone is asked for nothing more.
     return !watch.isAlive() || isMoving || isSliding_;
 }

@@ -155,8 +155,8 @@ bool CWindow::sendHere(const char* name) {
 }
 
 void CWindow::setKeyFocusView(CViewBase* view) {
-    // While a popup stands in the way, its views have the keys.
-    if (view && isBlocked()) {
+    // While a popup stands in the way, its views have the keys; a window that ends takes none.
+    if (view && (isBlocked() || isEnding_)) {
         return;
     }
     router_.setKeyFocus(dynamic_cast<CViewBaseCtlEvents*>(view));
@@ -164,7 +164,7 @@ void CWindow::setKeyFocusView(CViewBase* view) {
 
 CError* CWindow::keyFocusViewChanged() {
     const CString& path = getAttrString("key-focus-view");
-    router_.setKeyFocus(path.isEmpty() ? nullptr : findObjectOf<CViewBaseCtlEvents>(path));
+    setKeyFocusView(path.isEmpty() ? nullptr : findObjectOf<CViewBaseCtlEvents>(path));
     return nullptr;
 }
 
