@@ -15,6 +15,7 @@ namespace {
 // Beyond any bitmap, and far enough from the ends of the integers for sums with a picture's own measures.
 constexpr int32_t kFar = 1 << 30;
 constexpr int32_t kLayerKinds = 5;
+constexpr uint32_t kEqualBytes = 0x01010101;
 
 struct CBlend {
     const CPixel* ramp;
@@ -66,9 +67,13 @@ template <int32_t kBytes, bool kIsOpaque>
         for (; end - target >= 4; target += 4, bytes += 4) {
             const auto steps = fromLittleEndian<uint32_t>(bytes);
             if (steps != known) {
-                pixels = _mm_setr_epi32(
-                    static_cast<int>(blend.ramp[steps & 0xff]), static_cast<int>(blend.ramp[steps >> 8 & 0xff]),
-                    static_cast<int>(blend.ramp[steps >> 16 & 0xff]), static_cast<int>(blend.ramp[steps >> 24]));
+                // A gradient from top to bottom has one step in a row.
+                pixels = steps == (steps & 0xff) * kEqualBytes
+                             ? _mm_set1_epi32(static_cast<int>(blend.ramp[steps & 0xff]))
+                             : _mm_setr_epi32(static_cast<int>(blend.ramp[steps & 0xff]),
+                                              static_cast<int>(blend.ramp[steps >> 8 & 0xff]),
+                                              static_cast<int>(blend.ramp[steps >> 16 & 0xff]),
+                                              static_cast<int>(blend.ramp[steps >> 24]));
                 known = steps;
             }
             _mm_storeu_si128(reinterpret_cast<__m128i*>(target), pixels);
