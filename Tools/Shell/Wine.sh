@@ -9,12 +9,13 @@ TARV_WINE_LIBRARIES=/usr/lib/x86_64-linux-gnu/wine/x86_64-windows
 TARV_WINE_SERVER=/usr/lib/wine/wineserver64
 tarvWineServerId=
 tarvDisplayId=
-# That of the user is left alone.
+# That of the user is left alone, but for a window that is for them.
+TARV_USER_DISPLAY=${DISPLAY:-}
 unset DISPLAY
 
 # startWine: makes the prefix if there is none, and starts the server; stopWine ends the one that was started here.
 startWine() {
-    [ -f "$WINEPREFIX/ready-2" ] || makeWinePrefix
+    [ -f "$WINEPREFIX/ready-3" ] || makeWinePrefix
     "$TARV_WINE_SERVER" -f -p > /dev/null 2>&1 &
     tarvWineServerId=$!
     # The first program starts Wine's services, which keep its streams: behind a pipe nobody would see the end.
@@ -57,11 +58,13 @@ makeWinePrefix() {
             # Without a display: the null driver, on which windows, timers and messages work.
             wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d x11,null /f &&
             # There is no window manager, which each window would wait for.
-            wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f
+            wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f &&
+            # What a user looks at lies on a desk that has one.
+            wine reg add 'HKCU\Software\Wine\AppDefaults\EditorHost.exe\X11 Driver' /v Managed /d Y /f
     } > "$TARV_ROOT/build/wine.log" 2>&1 || die "Wine did not start; build/wine.log tells more"
     "$TARV_WINE_SERVER" -w
     linkIdenticalLibraries
-    touch "$WINEPREFIX/ready-2"
+    touch "$WINEPREFIX/ready-3"
 }
 
 # A fresh prefix holds 700 MB of copies of what the package has: those that are the same bytes become links.
