@@ -59,6 +59,8 @@
 #include "Core/CObjectEventBridge.h"
 #include "Core/CSharedAttribute.h"
 #include "Core/CTimer.h"
+#include "UI/Binding/CColorSwatch.h"
+#include "UI/Binding/CMinMax.h"
 #include "UI/Binding/CParamBridgeAudio.h"
 #include "UI/Binding/CParamGroupSelector.h"
 #include "UI/Binding/CUIParam.h"
@@ -146,8 +148,10 @@ const CCreatorRow kCreatorRows[] = {
     {"font", &createObject<CFontObject>, nullptr},
     {"imageset", &createObject<CImageSetObject>, nullptr},
     {"palette", &createObject<CPaletteObject>, nullptr},
+    {"ui:color-swatch", &createObject<CColorSwatch>, nullptr},
     {"ui:editbox", &createObject<CEditBox>, &CEditBox::initClass},
     {"ui:frame", &createObject<CFrame>, &CFrame::initClass},
+    {"ui:min-max", &createObject<CMinMax>, &CMinMax::initClass},
     {"ui:overlay-gradient", &createObject<CGradient>, &CGradient::initClass},
     {"ui:param-bridge", &createObject<CParamBridgeAudio>, &CParamBridgeAudio::initClass},
     {"ui:param-group-selector", &createObject<CParamGroupSelector>, &CParamGroupSelector::initClass},
