@@ -2,6 +2,7 @@
 
 #include "Core/CNotifyServer.h"
 #include "Core/CObjectWatch.h"
+#include "UI/Binding/CParamGesture.h"
 #include "UI/Binding/CUIParam.h"
 
 namespace tarv {
@@ -11,6 +12,10 @@ CParamBridge::~CParamBridge() {
 }
 
 void CParamBridge::releaseParams() {
+    while (!gestures_.isEmpty()) {
+        CParamGesture* const gesture = gestures_.last();
+        gesture->bridgeGone(*this);
+    }
     // A param's handler may destroy others.
     while (!params_.isEmpty()) {
         CUIParam* param = params_.last();
@@ -21,7 +26,55 @@ void CParamBridge::releaseParams() {
     }
 }
 
+void CParamBridge::addGesture(CParamGesture& gesture) {
+    gestures_.append(&gesture);
+}
+
+void CParamBridge::removeGesture(const CParamGesture& gesture) {
+    for (int32_t i = gestures_.count() - 1; i >= 0; --i) {
+        if (gestures_[i] == &gesture) {
+            gestures_.removeAt(i);
+        }
+    }
+}
+
+template <class Call>
+bool CParamBridge::callGestures(Call&& call) {
+    const CObjectWatch watch(*this);
+    for (int32_t i = gestures_.count() - 1; watch.isAlive() && i >= 0; --i) {
+        if (i < gestures_.count()) {
+            call(*gestures_[i]);
+        }
+    }
+    return watch.isAlive();
+}
+
+void CParamBridge::paramMoved(const CUIParam& param) {
+    callGestures([&param](CParamGesture& gesture) { gesture.paramMoved(param); });
+}
+
+void CParamBridge::cancelGesture(int32_t key) {
+    callGestures([key](CParamGesture& gesture) { gesture.refused(key); });
+}
+
+CError* CParamBridge::beginEdit(int32_t, int32_t, int32_t, int32_t) {
+    return nullptr;
+}
+
+CError* CParamBridge::endEdit(int32_t) {
+    return nullptr;
+}
+
+CError* CParamBridge::beginStep(const CString&) {
+    return nullptr;
+}
+
+CError* CParamBridge::endStep() {
+    return nullptr;
+}
+
 void CParamBridge::removeParam(const CUIParam& param) {
+    paramMoved(param);
     for (int32_t i = 0; i < params_.count(); ++i) {
         if (params_[i] == &param && calls_ > 0) {
             params_[i] = nullptr;
@@ -66,6 +119,9 @@ bool CParamBridge::send(const CString& eventName, CAttributeMap& params) {
 
 void CParamBridge::activityChanged() {
     const bool isNow = isActive();
+    if (!isNow && !callGestures([this](CParamGesture& gesture) { gesture.bridgeGone(*this); })) {
+        return;
+    }
     callEach([isNow](CUIParam& param) { return param.setActive(isNow); });
 }
 
@@ -74,6 +130,7 @@ void CParamBridge::rangeChanged() {
 }
 
 void CParamBridge::valuesChanged(int32_t group, int32_t first, int32_t count, bool isReplacing) {
+    callGestures([&](CParamGesture& gesture) { gesture.valuesCame(*this, group); });
     const bool isAlive = callEach([&](CUIParam& param) -> CError* {
         const int32_t element = param.getElement();
         const bool isMeant = element >= first && (isReplacing || element - first < count);

@@ -2,9 +2,11 @@
 
 #include "Audio/Parameters/CAudioParamConverter.h"
 #include "Core/CObject.h"
+#include "UI/Binding/CParamEdit.h"
 
 namespace tarv {
 
+class CParamGesture;
 class CUIParam;
 
 /// One parameter as an editor sees it (`ui:param-bridge`): the values of all groups, and the params that follow it.
@@ -30,18 +32,21 @@ public:
     virtual double minimum() const = 0;
     virtual double maximum() const = 0;
 
-    // The following have no effect while inactive and may destroy this object with its editor. All calls of one
-    // gesture have the same key and are one step of the history; -1 is a step of its own.
+    // The following have no effect while inactive and may destroy this object with its editor. Controls that write more
+    // than once use a CParamGesture.
     /// Sets `count` elements from `first` on as one change. With `isReplacing` the group ends behind them.
     [[nodiscard]] virtual CError* setValues(int32_t group, int32_t first, const double* values, int32_t count,
-                                            bool isReplacing = false, int32_t gesture = -1) = 0;
+                                            bool isReplacing = false, const CParamEdit& edit = {}) = 0;
     /// The group `target` gets what `group` stores.
-    [[nodiscard]] virtual CError* copyGroup(int32_t group, int32_t target, int32_t gesture = -1) = 0;
+    [[nodiscard]] virtual CError* copyGroup(int32_t group, int32_t target, const CParamEdit& edit = {}) = 0;
     /// The group gets the defaults.
-    [[nodiscard]] virtual CError* resetGroup(int32_t group, int32_t gesture = -1) = 0;
+    [[nodiscard]] virtual CError* resetGroup(int32_t group, const CParamEdit& edit = {}) = 0;
 
 protected:
-    /// The params become inactive and leave. A class whose values they may still read calls it in its destructor.
+    /// Ends a gesture whose values the engine takes no more.
+    void cancelGesture(int32_t key);
+    /// The gestures end; the params become inactive and leave. A class whose values they may still read calls it in its
+    /// destructor.
     void releaseParams();
     // Calls of the params, then an event. Each may end with this object destroyed.
     void activityChanged();
@@ -52,14 +57,28 @@ protected:
     bool send(const CString& eventName, CAttributeMap& params);
 
 private:
+    friend class CParamGesture;
     friend class CUIParam;
     void addParam(CUIParam& param) { params_.append(&param); }
     void removeParam(const CUIParam& param);
-    /// False: this object is destroyed.
+    /// The param shows another group or element from now on, or none.
+    void paramMoved(const CUIParam& param);
+    void addGesture(CParamGesture& gesture);
+    void removeGesture(const CParamGesture& gesture);
+
+    // Of a gesture of that key. Without effect where there is neither host nor history.
+    [[nodiscard]] virtual CError* beginEdit(int32_t key, int32_t group, int32_t first, int32_t count);
+    [[nodiscard]] virtual CError* endEdit(int32_t key);
+    [[nodiscard]] virtual CError* beginStep(const CString& label);
+    [[nodiscard]] virtual CError* endStep();
+    // False: this object is destroyed.
     template <class Call>
     bool callEach(Call&& call);
+    template <class Call>
+    bool callGestures(Call&& call);
 
     CArray<CUIParam*, 8> params_;  ///< null for one that has left during the calls
+    CArray<CParamGesture*, 2> gestures_;
     int32_t calls_ = 0;
 };
 

@@ -95,6 +95,14 @@ double CParamBridgeAudio::maximum() const {
     return isActive() ? info_->converter(0)->valueToShown(std::max(info_->minimum(0), info_->maximum(0))) : 0.0;
 }
 
+CError* CParamBridgeAudio::beginStep(const CString& label) {
+    return isActive() ? client()->beginStep(label) : nullptr;
+}
+
+CError* CParamBridgeAudio::endStep() {
+    return isActive() ? client()->endStep() : nullptr;
+}
+
 CString CParamBridgeAudio::undoLabel(int32_t group, const char* action) const {
     const CString& name = info_->visualName().isEmpty() ? info_->displayPath() : info_->visualName();
     if (group == CAudioParamData::kAllGroups || info_->isSingleGroup()) {
@@ -104,7 +112,7 @@ CString CParamBridgeAudio::undoLabel(int32_t group, const char* action) const {
 }
 
 CError* CParamBridgeAudio::setValues(int32_t group, int32_t first, const double* values, int32_t count,
-                                     bool isReplacing, int32_t gesture) {
+                                     bool isReplacing, const CParamEdit& edit) {
     if (!isActive()) {
         return nullptr;
     }
@@ -116,7 +124,7 @@ CError* CParamBridgeAudio::setValues(int32_t group, int32_t first, const double*
             numbers.append(data().value(group, first + i, k));
         }
     }
-    const CInterfaceUndo undo{true, undoLabel(group, "change"), gesture};
+    const CInterfaceUndo undo{edit.isRecorded, undoLabel(group, "change"), edit.key};
     const int32_t stored = group == CAudioParamData::kAllGroups ? group : storedGroup(group);
     return client()->setNumbers(param_, stored, first, numbers.data(), count, size, undo, isReplacing);
 }
@@ -139,14 +147,14 @@ CError* CParamBridgeAudio::sendGroup(int32_t group, int32_t target, int32_t coun
     return client()->setNumbers(param_, target, 0, numbers.data(), count, info_->elementSize(), undo, true);
 }
 
-CError* CParamBridgeAudio::copyGroup(int32_t group, int32_t target, int32_t gesture) {
+CError* CParamBridgeAudio::copyGroup(int32_t group, int32_t target, const CParamEdit& edit) {
     if (!isActive() || storedGroup(group) == storedGroup(target)) {
         return nullptr;
     }
     const CString label =
         CString("Group ") + client()->groupName(group) + " to " + client()->groupName(target) + " copy";
     const CObjectWatch watch(*this);
-    CError* error = sendGroup(group, target, elementCount(group), {true, label, gesture});
+    CError* error = sendGroup(group, target, elementCount(group), {edit.isRecorded, label, edit.key});
     if (error || !watch.isAlive()) {
         return error;
     }
@@ -157,12 +165,12 @@ CError* CParamBridgeAudio::copyGroup(int32_t group, int32_t target, int32_t gest
     return nullptr;
 }
 
-CError* CParamBridgeAudio::resetGroup(int32_t group, int32_t gesture) {
+CError* CParamBridgeAudio::resetGroup(int32_t group, const CParamEdit& edit) {
     if (!isActive()) {
         return nullptr;
     }
     const CObjectWatch watch(*this);
-    CError* error = sendGroup(group, storedGroup(group), 0, {true, undoLabel(group, "reset"), gesture});
+    CError* error = sendGroup(group, storedGroup(group), 0, {edit.isRecorded, undoLabel(group, "reset"), edit.key});
     if (error || !watch.isAlive()) {
         return error;
     }

@@ -25,9 +25,9 @@ public:
     double minimum() const override;
     double maximum() const override;
     [[nodiscard]] CError* setValues(int32_t group, int32_t first, const double* values, int32_t count,
-                                    bool isReplacing = false, int32_t gesture = -1) override;
-    [[nodiscard]] CError* copyGroup(int32_t group, int32_t target, int32_t gesture = -1) override;
-    [[nodiscard]] CError* resetGroup(int32_t group, int32_t gesture = -1) override;
+                                    bool isReplacing = false, const CParamEdit& edit = {}) override;
+    [[nodiscard]] CError* copyGroup(int32_t group, int32_t target, const CParamEdit& edit = {}) override;
+    [[nodiscard]] CError* resetGroup(int32_t group, const CParamEdit& edit = {}) override;
 
     /// Null until the values have come.
     const CAudioParamInfo* info() const { return info_; }
@@ -37,6 +37,8 @@ public:
     void onParamGone() override;
 
 private:
+    [[nodiscard]] CError* beginStep(const CString& label) override;
+    [[nodiscard]] CError* endStep() override;
     [[nodiscard]] CError* countsChanged();
     /// The name, that of the group if it is one of several, and what was done.
     CString undoLabel(int32_t group, const char* action) const;

@@ -92,13 +92,25 @@ CError* CUIParam::finishInit() {
 }
 
 CError* CUIParam::attrElement() {
-    element_ = getAttrInt("element");
-    return valueChanged();
+    const int32_t element = getAttrInt("element");
+    const bool isOther = element != element_;
+    element_ = element;
+    return moved(isOther);
 }
 
 CError* CUIParam::groupChanged(CAttributeMap& params) {
-    group_ = params["index"].asInt();
-    return valueChanged();
+    const int32_t group = params["index"].asInt();
+    const bool isOther = bridge_ && bridge_->storedGroup(group) != bridge_->storedGroup(group_);
+    group_ = group;
+    return moved(isOther);
+}
+
+CError* CUIParam::moved(bool isOther) {
+    const CObjectWatch watch(*this);
+    if (isOther && bridge_) {
+        bridge_->paramMoved(*this);
+    }
+    return watch.isAlive() ? valueChanged() : nullptr;
 }
 
 CError* CUIParam::call(COperation operation) {
@@ -156,12 +168,12 @@ double CUIParam::getValue() const {
     return isTrue ? 1.0 : shared_ ? getAttrReal("shared-attribute-value") : 0.0;
 }
 
-CError* CUIParam::setValue(double value, int32_t gesture) {
+CError* CUIParam::setValue(double value, const CParamEdit& edit) {
     if (!isActive_) {
         return nullptr;
     }
     if (bridge_) {
-        return bridge_->setValues(group(), getElement(), &value, 1, false, gesture);
+        return bridge_->setValues(group(), getElement(), &value, 1, false, edit);
     }
     // A flag reads whole numbers alone.
     const bool isWhole = value == std::round(value) && std::fabs(value) <= std::numeric_limits<int32_t>::max();

@@ -2,6 +2,7 @@
 
 #include "Audio/Parameters/CAudioParamConverter.h"
 #include "Core/CObject.h"
+#include "UI/Binding/CParamEdit.h"
 
 namespace tarv {
 
@@ -28,10 +29,10 @@ public:
     virtual int32_t getElement() const;
     /// Text of the value without its unit; empty while inactive.
     virtual CString getValueText(CAudioTextMode mode) const;
-    /// Sets the value, which comes back by onParamChanged; what is out of range is clamped by the parameter. All calls
-    /// of one gesture have the same key, -1 is a gesture of its own. Without effect while inactive. May destroy the
-    /// param with its editor.
-    [[nodiscard]] virtual CError* setValue(double value, int32_t gesture = -1);
+    /// Sets the value, which comes back by onParamChanged; what is out of range is clamped by the parameter. A gesture
+    /// of its own, unless `edit` is one of a CParamGesture. Without effect while inactive. May destroy the param with
+    /// its editor.
+    [[nodiscard]] virtual CError* setValue(double value, const CParamEdit& edit = {});
     /// 0.0 while inactive. A setting that is true is 1.0, one that is no number is 0.0.
     virtual double getValue() const;
 
@@ -55,6 +56,8 @@ private:
     [[nodiscard]] CError* bindSharedAttribute();
     [[nodiscard]] CError* attrElement();
     [[nodiscard]] CError* groupChanged(CAttributeMap& params);
+    /// The group or the element was set; `isOther`: to another one.
+    [[nodiscard]] CError* moved(bool isOther);
     [[nodiscard]] CError* call(COperation operation);
     // Of the bridge. Each may end with this object destroyed.
     [[nodiscard]] CError* setActive(bool isActive);
