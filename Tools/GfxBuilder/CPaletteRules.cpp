@@ -70,6 +70,7 @@ CDefinitionFailure CPaletteRules::apply(CPaletteSource& palette) {
     palette_ = &palette;
     for (const CTextLine& line : source_.lines()) {
         auto failure = line.words[0] == "base"     ? applyBase(line)
+                       : line.words[0] == "dark"   ? applyDark(line)
                        : line.words[0] == "frames" ? applyFrames(line)
                                                    : applyRepeated(line);
         if (failure) {
@@ -86,6 +87,13 @@ CDefinitionFailure CPaletteRules::applyBase(const CTextLine& line) {
     }
     base_.emplace(line.words[1], color);
     return std::nullopt;
+}
+
+CDefinitionFailure CPaletteRules::applyDark(const CTextLine& line) {
+    if (line.words.size() != 2) {
+        return CDefinitionError{line.place, "'dark KEY' is expected"};
+    }
+    return findBase(line, line.words[1], dark_);
 }
 
 CDefinitionFailure CPaletteRules::applyFrames(const CTextLine& line) {
@@ -218,9 +226,9 @@ CDefinitionFailure CPaletteRules::addColor(const CRule& rule, const std::string&
     if (rule.ramp == "flat") {
         entry.ramp = flatRamp(color);
     } else if (rule.ramp == "lit") {
-        entry.ramp = litRamp(color, edge, kFaceStep);
+        entry.ramp = litRamp(color, edge, kFaceStep, dark_);
     } else {
-        entry.ramp = darkRamp(color, rule.ramp == "bar" ? kBarBend : 1.0);
+        entry.ramp = darkRamp(color, rule.ramp == "bar" ? kBarBend : 1.0, dark_);
     }
     if (!palette_->colors.emplace(name, entry).second) {
         return CDefinitionError{rule.line->place, "colour '" + name + "' is there already"};

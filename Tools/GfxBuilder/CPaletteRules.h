@@ -21,6 +21,7 @@ private:
     struct CRule;
 
     [[nodiscard]] CDefinitionFailure applyBase(const CTextLine& line);
+    [[nodiscard]] CDefinitionFailure applyDark(const CTextLine& line);
     [[nodiscard]] CDefinitionFailure applyFrames(const CTextLine& line);
     [[nodiscard]] CDefinitionFailure applyRepeated(const CTextLine& line);
     [[nodiscard]] CDefinitionFailure applyColor(const CTextLine& line);
@@ -35,6 +36,7 @@ private:
     CBaseColors& base_;
     CFindPalette findPalette_;
     CPaletteSource* palette_ = nullptr;
+    CRgb dark_;  ///< whose hue ramps have in the dark; black changes none
 };
 
 }  // namespace tarv

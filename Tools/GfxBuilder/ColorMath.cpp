@@ -16,11 +16,13 @@ struct COklab {
     double b;
 };
 
-constexpr double kNearBlack = 0.1;                          // shows as about 3 of 255
-constexpr double kRed = 29.0 * std::numbers::pi / 180;      // the hue of sRGB's red
-constexpr double kRedTurn = 14.0 * std::numbers::pi / 180;  // how far the darkest step turns towards it
-constexpr double kChromaBend = 0.85;                        // below 1: the dark keeps more than its share of colour
-constexpr double kRedTint = 0.008;                          // what greys, which have no hue to turn, take on half way
+constexpr double kNearBlack = 0.1;                           // shows as about 3 of 255
+constexpr double kDarkTurn = 14.0 * std::numbers::pi / 180;  // how far the darkest step turns towards the dark hue
+constexpr double kChromaBend = 0.85;                         // below 1: the dark keeps more than its share of colour
+constexpr double kDarkTint = 0.008;                          // what greys, which have no hue to turn, take on half way
+constexpr double kGrey = 0.001;                              // chroma below which a colour has no hue
+constexpr double kKeptChroma = 0.85;                         // of a colour that is lifted
+constexpr int kHalvings = 24;                                // of an interval, until it is below a byte's step
 
 double linearOf(uint8_t value) {
     const double v = value / 255.0;
@@ -54,18 +56,26 @@ bool canBeShown(const std::array<double, 3>& linear) {
     return std::all_of(linear.begin(), linear.end(), [](double v) { return v >= -1e-6 && v <= 1 + 1e-6; });
 }
 
+/// The largest value from 0 to 1 at which `holds`, which holds at 0 and fails from some value on.
+template <typename T>
+double lastThatHolds(const T& holds) {
+    if (holds(1.0)) {
+        return 1;
+    }
+    double low = 0, high = 1;
+    for (int i = 0; i < kHalvings; ++i) {
+        const double middle = (low + high) / 2;
+        (holds(middle) ? low : high) = middle;
+    }
+    return low;
+}
+
 /// The nearest colour of the same lightness and hue that a screen can show.
 CRgb rgbOf(COklab lab) {
-    double low = 0, high = 1;
-    if (!canBeShown(linearOf(lab))) {
-        for (int i = 0; i < 24; ++i) {
-            const double middle = (low + high) / 2;
-            (canBeShown(linearOf(COklab{lab.lightness, lab.a * middle, lab.b * middle})) ? low : high) = middle;
-        }
-        lab.a *= low;
-        lab.b *= low;
-    }
-    const auto linear = linearOf(lab);
+    const double kept = lastThatHolds([&](double share) {
+        return canBeShown(linearOf(COklab{lab.lightness, lab.a * share, lab.b * share}));
+    });
+    const auto linear = linearOf(COklab{lab.lightness, lab.a * kept, lab.b * kept});
     const auto byte = [](double v) {
         return static_cast<uint8_t>(std::lround(shownOf(std::clamp(v, 0.0, 1.0)) * 255));
     };
@@ -80,17 +90,21 @@ COklab between(const COklab& a, const COklab& b, double t) {
     return {std::lerp(a.lightness, b.lightness, t), std::lerp(a.a, b.a, t), std::lerp(a.b, b.b, t)};
 }
 
-/// Step `t` (0 to 1) of the ramp of a colour.
-CRgb rampStep(const COklab& full, double t, double bend) {
+/// Step `t` (0 to 1) of the ramp of a colour. The darker it is, the nearer its hue is to that of `goal`, unless that is
+/// a grey.
+CRgb rampStep(const COklab& full, double t, double bend, const COklab& goal) {
     const double dark = std::min(kNearBlack, full.lightness / 2);
     const double lightness = std::lerp(dark, full.lightness, std::pow(t, bend));
     const double chroma =
         std::hypot(full.a, full.b) * std::pow(lightness / std::max(full.lightness, 1e-3), kChromaBend);
+    const bool hasGoal = std::hypot(goal.a, goal.b) > kGrey;
+    const double goalHue = std::atan2(goal.b, goal.a);
     double hue = std::atan2(full.b, full.a);
-    const double away = std::remainder(kRed - hue, 2 * std::numbers::pi);
-    hue += std::clamp(away, -kRedTurn, kRedTurn) * (1 - t);
-    const double tint = kRedTint * 4 * t * (1 - t);
-    return rgbOf({lightness, chroma * std::cos(hue) + tint, chroma * std::sin(hue) + tint * 0.5});
+    const double away = hasGoal ? std::remainder(goalHue - hue, 2 * std::numbers::pi) : 0;
+    hue += std::clamp(away, -kDarkTurn, kDarkTurn) * (1 - t);
+    const double tint = hasGoal ? kDarkTint * 4 * t * (1 - t) : 0;
+    return rgbOf({lightness, chroma * std::cos(hue) + tint * std::cos(goalHue),
+                  chroma * std::sin(hue) + tint * std::sin(goalHue)});
 }
 
 }  // namespace
@@ -107,6 +121,12 @@ bool parseColor(std::string_view text, CRgb& color) {
 
 CRgb movedLightness(CRgb color, double amount) {
     COklab lab = oklabOf(color);
+    if (amount > 0) {
+        amount *= lastThatHolds([&](double share) {
+            const double lightness = lab.lightness + amount * share;
+            return canBeShown(linearOf(COklab{lightness, lab.a * kKeptChroma, lab.b * kKeptChroma}));
+        });
+    }
     lab.lightness = std::clamp(lab.lightness + amount, 0.0, 1.0);
     return rgbOf(lab);
 }
@@ -119,21 +139,21 @@ CRgb shaded(CRgb color, double factor) {
     return {scaled(color.red, factor), scaled(color.green, factor), scaled(color.blue, factor)};
 }
 
-CRamp darkRamp(CRgb color, double bend) {
+CRamp darkRamp(CRgb color, double bend, CRgb dark) {
     CRamp ramp;
-    const COklab full = oklabOf(color);
+    const COklab full = oklabOf(color), goal = oklabOf(dark);
     for (size_t i = 0; i < ramp.size(); ++i) {
-        ramp[i] = rampStep(full, static_cast<double>(i) / 255, bend);
+        ramp[i] = rampStep(full, static_cast<double>(i) / 255, bend, goal);
     }
     return ramp;
 }
 
-CRamp litRamp(CRgb color, CRgb edge, int face) {
+CRamp litRamp(CRgb color, CRgb edge, int face, CRgb dark) {
     CRamp ramp;
-    const COklab full = oklabOf(color), lit = oklabOf(edge);
+    const COklab full = oklabOf(color), lit = oklabOf(edge), goal = oklabOf(dark);
     for (int i = 0; i < 256; ++i) {
         ramp[static_cast<size_t>(i)] = i <= face
-                                           ? rampStep(full, static_cast<double>(i) / face, 1)
+                                           ? rampStep(full, static_cast<double>(i) / face, 1, goal)
                                            : rgbOf(between(full, lit, static_cast<double>(i - face) / (255 - face)));
     }
     return ramp;

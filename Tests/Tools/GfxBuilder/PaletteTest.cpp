@@ -1,53 +1,10 @@
 #include <cmath>
 #include <numbers>
 
-#include "PaletteBuilder.h"
-#include "Tests/TestPaths.h"
-#include "Tests/Tools/GfxBuilder/GfxTestHelp.h"
+#include "Tests/Tools/GfxBuilder/PaletteTestHelp.h"
 
 namespace tarv {
 namespace {
-
-constexpr const char* kPalettes[] = {"Blue", "Default", "Green", "Military", "Red"};
-
-const CPaletteSource& computed(const std::string& name) {
-    static std::map<std::string, CPaletteSource> palettes;
-    const auto [found, isNew] = palettes.emplace(name, CPaletteSource());
-    if (isNew) {
-        const auto failure =
-            computePalette(kSourceFolder + std::string("/Gfx/Palettes/") + name + ".palette", found->second);
-        EXPECT_FALSE(failure) << failure->message();
-    }
-    return found->second;
-}
-
-/// Relative luminance of sRGB, and the contrast of two colours, as WCAG 2 defines them.
-double luminance(CRgb color) {
-    const auto linear = [](uint8_t value) {
-        const double v = value / 255.0;
-        return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.red) + 0.7152 * linear(color.green) + 0.0722 * linear(color.blue);
-}
-
-double contrast(CRgb a, CRgb b) {
-    const double x = luminance(a) + 0.05, y = luminance(b) + 0.05;
-    return std::max(x, y) / std::min(x, y);
-}
-
-/// Lightness of CIE 1976, 0 to 100.
-double lightness(CRgb color) {
-    const double y = luminance(color);
-    return y > 216.0 / 24389 ? 116 * std::cbrt(y) - 16 : y * 24389 / 27;
-}
-
-CRgb full(const CPaletteSource& palette, const std::string& name) {
-    return palette.colors.at(name).ramp[255];
-}
-
-CRgb face(const CPaletteSource& palette, const std::string& name) {
-    return palette.colors.at(name).ramp[kFaceStep];
-}
 
 TEST(Palettes, HaveTheSameNamesInTheOrderOfTheirBytes) {
     std::vector<std::string> names;
@@ -250,8 +207,8 @@ TEST(Palettes, LetThroughWhereTheirColoursSay) {
         {"PanelGradient", 0.5},
         {"CSPointOff", 0.75},
         {"CSSelectBG", 0.25},
-        {"CSSliderBarUnderlay", 0.25},
-        {"CSSliderBarUnderlay_Hover", 0.25},
+        {"CSSliderBarUnderlay", 0.45},
+        {"CSSliderBarUnderlay_Hover", 0.45},
         {"Panel", 1.0},
     };
     for (const auto& [name, opacity] : kOpacities) {
@@ -292,6 +249,8 @@ constexpr CBadRules kBadRules[] = {
     {"A = coat down\nA = coat down\n", "rules.txt:2:1: error: colour 'A' is there already"},
     {"A[9-1] = coat down\n", "rules.txt:1:1: error: colour 'A[9-1]': a repetition is one of the form [1-9]"},
     {"base coat\n", "rules.txt:1:1: error: 'base KEY = RRGGBB' is expected"},
+    {"dark\n", "rules.txt:1:1: error: 'dark KEY' is expected"},
+    {"dark cloak\n", "rules.txt:1:1: error: colour 'dark': there is no base colour 'cloak'"},
     {"frames 1 50% A\n", "rules.txt:1:1: error: 'frames COUNT LOW% NAME...' is expected, with a count from 2 to 256"},
     {"frames 32 50% A\n", "rules.txt:1:1: error: 'A' is no colour without frames above this line"},
 };
