@@ -64,9 +64,9 @@ void buttonRow(CSheetCanvas& canvas, const CBox& row) {
     x += 4;
     const CBox ab = next(48);
     canvas.frame("buttonab", "", "ButtonAB", ab);
-    canvas.text("base", "[B]A[/B]", "ButtonABText", {ab.x + 4, ab.y - 1, 20, ab.height}, CSheetAlign::Center);
-    canvas.text("base", "B", "ButtonABTextInactive", {ab.x + 24, ab.y - 1, 20, ab.height}, CSheetAlign::Center);
-    canvas.image("buttonab", "Indicator", "ButtonABIndicator", {ab.x + 4, ab.y + 18, 20, 4});
+    canvas.frame("buttonab", "Indicator", "ButtonABIndicator_0", {ab.x + 3, ab.y + 3, 21, 18});
+    canvas.text("base", "[B]A[/B]", "ButtonABText", {ab.x + 3, ab.y, 21, ab.height}, CSheetAlign::Center);
+    canvas.text("base", "[B]B[/B]", "ButtonABTextInactive", {ab.x + 24, ab.y, 21, ab.height}, CSheetAlign::Center);
     button(canvas, next(44), "A[IMG=is.button#ArrowRight:Action]B");
     button(canvas, next(48), "Reset");
     button(canvas, next(62), "Routing");

@@ -24,8 +24,8 @@ struct CSetColors {
 };
 const CSetColors kSetColors[] = {
     {"autoscroll", {}, {"Action"}},
-    {"button", {"Button"}, {"Action", "ActionAlt", "DisabledText"}},
-    {"buttonab", {"ButtonAB"}, {"ButtonABIndicator"}},
+    {"button", {"Button", "Custom1"}, {"Action", "ActionAlt", "DisabledText"}},
+    {"buttonab", {"ButtonAB", "ButtonABIndicator"}, {}},
     {"close", {}, {"Action"}},
     {"csurface", {"Custom1", "Custom2", "CSSliderBarPit", "CSSliderBarUnderlay"}, {"Custom1", "CSSelectLine"}},
     {"editbox", {"Field"}, {"Action"}},
