@@ -152,7 +152,7 @@ bool CViewBaseCtlEvents::childrenAreClickThrough() const {
 
 bool CViewBaseCtlEvents::isDisabled() const {
     const CViewBaseCtlEvents* view = this;
-    while (view && !view->isDisabled_) {
+    while (view && !view->isDisabled_ && !view->isInactive_) {
         view = view->parentInput_;
     }
     return view != nullptr;
@@ -233,15 +233,25 @@ CError* CViewBaseCtlEvents::readInterceptingAllowChilds() {
 }
 
 CError* CViewBaseCtlEvents::readDisabled() {
-    const bool wasDisabled = isDisabled_;
-    isDisabled_ = getAttrBool("is-disabled");
-    if (isDisabled_ && !wasDisabled && window() && window()->input()) {
+    setDisabledFlag(isDisabled_, getAttrBool("is-disabled"));
+    return nullptr;
+}
+
+void CViewBaseCtlEvents::setInactive(bool isInactive) {
+    setDisabledFlag(isInactive_, isInactive);
+}
+
+/// One of the two flags that disable this view.
+void CViewBaseCtlEvents::setDisabledFlag(bool& flag, bool isSet) {
+    const bool wasDisabled = isDisabled_ || isInactive_;
+    flag = isSet;
+    const bool isNow = isDisabled_ || isInactive_;
+    if (isNow && !wasDisabled && window() && window()->input()) {
         window()->input()->viewsChanged();
     }
-    if (isDisabled_ != wasDisabled) {
+    if (isNow != wasDisabled) {
         disabledChanged();
     }
-    return nullptr;
 }
 
 void CViewBaseCtlEvents::disabledChanged() {

@@ -74,7 +74,7 @@ public:
     bool isIntercepting() const { return isIntercepting_; }
     /// `is-intercepting-allow-childs`: as isIntercepting, but input views below it get theirs.
     bool isInterceptingAllowChilds() const { return isInterceptingAllowChilds_; }
-    /// `is-disabled` of this view or an ancestor: takes no input.
+    /// `is-disabled` of this view or an ancestor, or one that is inactive: takes no input.
     bool isDisabled() const;
     const CString& hint() const { return getAttrString("hint"); }
     /// isDisabled may be another one, for this view or through an ancestor. Overrides call their base's.
@@ -103,6 +103,8 @@ protected:
     /// What every operation above ends in: sends the event `name` of this object to its listeners. A class with
     /// commands runs those of the event first.
     [[nodiscard]] virtual CError* inputEvent(const CString& name, CAttributeMap& params);
+    /// Disables the view beside its attribute: for a class whose value is not there.
+    void setInactive(bool isInactive);
     /// Ends what input holds of this view: to be called first in the destructors of classes whose children must still
     /// be there. A root view's window cancels a press that is held; then the views below are destroyed.
     void endInput();
@@ -117,6 +119,7 @@ private:
     [[nodiscard]] CError* readHint();
     [[nodiscard]] CError* popupToggle(CAttributeMap& params);
     bool childrenAreClickThrough() const;
+    void setDisabledFlag(bool& flag, bool isSet);
 
 protected:
     /// `readable-name`, otherwise the nearest hint.
@@ -133,6 +136,7 @@ private:
     bool isIntercepting_ = false;
     bool isInterceptingAllowChilds_ = false;
     bool isDisabled_ = false;
+    bool isInactive_ = false;
 };
 
 }  // namespace tarv
