@@ -1,5 +1,6 @@
 #include "UI/Binding/CViewStateSwitch.h"
 
+#include "UI/Binding/CControlParam.h"
 #include "UI/Binding/CUIParam.h"
 #include "UI/Views/CViewBaseState.h"
 
@@ -16,19 +17,11 @@ CError* CViewStateSwitch::init() {
     if (!view_) {
         TARV_FAIL("@tarvstr_CViewStateSwitch_init_InvalidParent Parent object is not a view.");
     }
-    CAttributeMap attributes;
-    for (const char* name : {"bridge", "group-selector"}) {
-        // A path that begins here means another object one step below.
-        const CString& path = getAttrString(name);
-        const CObject* object = findObject(path);
-        attributes[name] = CAttributeValue::fromString(object ? object->fullName() : path);
-    }
-    attributes["element"] = CAttributeValue::fromInt(getAttrInt("element"));
-    return createChildOf(param_, "ui:ui-param", "param", false, &attributes);
+    return CControlParam::make(*this, param_);
 }
 
 CError* CViewStateSwitch::attrElement() {
-    return param_ ? param_->setAttribute("element", CAttributeValue::fromInt(getAttrInt("element"))) : nullptr;
+    return CControlParam::updateElement(*this, param_);
 }
 
 CError* CViewStateSwitch::onParamChanged(CUIParam& param) {
