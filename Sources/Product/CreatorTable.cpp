@@ -65,6 +65,7 @@
 #include "UI/Binding/CParamGroupSelector.h"
 #include "UI/Binding/CUIParam.h"
 #include "UI/Binding/CViewStateSwitch.h"
+#include "UI/Controls/Buttons/CButton.h"
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Resources/CFontObject.h"
 #include "UI/Text/CEditBox.h"
@@ -148,6 +149,7 @@ const CCreatorRow kCreatorRows[] = {
     {"font", &createObject<CFontObject>, nullptr},
     {"imageset", &createObject<CImageSetObject>, nullptr},
     {"palette", &createObject<CPaletteObject>, nullptr},
+    {"ui:button-base", &createObject<CButton>, &CButton::initClass},
     {"ui:color-swatch", &createObject<CColorSwatch>, nullptr},
     {"ui:editbox", &createObject<CEditBox>, &CEditBox::initClass},
     {"ui:frame", &createObject<CFrame>, &CFrame::initClass},
