@@ -1,5 +1,7 @@
 #include "UI/Text/CTextMarkup.h"
 
+#include "UI/Views/CViewReading.h"
+
 namespace tarv {
 
 CTextStyle CTextMarkup::style() const {
@@ -65,6 +67,10 @@ bool CTextMarkup::applyMark(const CString& mark) {
     }
     if (mark.startsWith("IMG=")) {
         return addImage(mark.substring(4));
+    }
+    if (const uint16_t character = CViewReader::characterOfMark(mark)) {
+        addUnit(character);
+        return true;
     }
     return mark.startsWith("/") ? close(mark.substring(1)) : open(mark);
 }

@@ -6,8 +6,9 @@ namespace tarv {
 
 /// Reads the markup of texts: [B] bold, [SUP] superscript, [C1] and [C2] the colours of these numbers, each up to its
 /// [/B], [/SUP], [/C1], [/C2]; [BR] breaks a line; [IMG=set#Range:Color] is an image, `#Range` and `:Color` may be left
-/// out. Marks nest in any order; within several colours the innermost counts, and superscript counts more than bold. A
-/// mark that is left open ends with its paragraph. What is no mark, or closes nothing, is text.
+/// out; [U+7B] is the character of that code, four digits at most. Marks nest in any order; within several colours the
+/// innermost counts, and superscript counts more than bold. A mark that is left open ends with its paragraph. What is
+/// no mark, or closes nothing, is text.
 class CTextMarkup {
 public:
     /// Adds to that source, which outlives this.

@@ -24,6 +24,14 @@ bool isMark(const CString& name) {
     return name.startsWith("IMG=");
 }
 
+/// A narrow text that gets its first wide character widens.
+void appendWide(CString& text, uint16_t unit) {
+    if (unit > 255 && !text.isWide()) {
+        text.widen();
+    }
+    text.appendChar(unit);
+}
+
 void collect(CViewBaseCtlEvents& view, CArray<CViewBaseCtlEvents*, 8>& views) {
     if (!view.isShown()) {
         return;
@@ -50,15 +58,38 @@ CViewRole CViewReader::roleNamed(const CString& name) {
     return CViewRole::None;
 }
 
+uint16_t CViewReader::characterOfMark(const CString& mark) {
+    if (!mark.startsWith("U+") || mark.length() < 3 || mark.length() > 6 || mark.at(2) == '-') {
+        return 0;
+    }
+    bool isOk = false;
+    const int32_t code = CString::toInt(CString("0x") + mark.substring(2), &isOk);
+    return isOk && code >= ' ' ? static_cast<uint16_t>(code) : uint16_t{0};
+}
+
+CString CViewReader::withMarks(const CString& typed, uint16_t separator) {
+    CString result;
+    for (int32_t i = 0; i < typed.length(); ++i) {
+        const uint16_t unit = typed.at(i);
+        if (unit == '[' || unit == '{' || unit == '}' || (separator != 0 && unit == separator)) {
+            result += CString("[U+") + CString::fromInt(unit, 2, 16) + "]";
+        } else if (unit >= ' ') {
+            appendWide(result, unit);
+        }
+    }
+    return result;
+}
+
 CString CViewReader::withoutMarks(const CString& text) {
     CString result;
     for (int32_t i = 0; i < text.length(); ++i) {
         const int32_t end = text.at(i) == '[' ? text.indexOf(']', i) : -1;
         const CString name = end < 0 ? CString() : text.substring(i + 1, end - i - 1);
-        if (end >= 0 && (isMark(name) || name == CString("BR"))) {
-            if (!isMark(name)) {
-                result.appendChar(' ');
-            }
+        const uint16_t character = name == CString("BR") ? uint16_t{' '} : characterOfMark(name);
+        if (character != 0) {
+            appendWide(result, character);
+            i = end;
+        } else if (end >= 0 && isMark(name)) {
             i = end;
         } else {
             result.append(text.substring(i, 1));

@@ -39,6 +39,11 @@ public:
     static CArray<CViewBaseCtlEvents*, 8> focusableViews(CViewBaseCtlEvents& root);
     /// A text as it is said: marks left out, [BR] as a blank.
     static CString withoutMarks(const CString& text);
+    /// A text that a user has typed, to be part of one with marks: it shows as it was typed. What would be a mark, an
+    /// expression, or `separator` (0: none), becomes the mark of its character; control characters are left out.
+    static CString withMarks(const CString& typed, uint16_t separator = 0);
+    /// The character that a mark of the form `U+7B` (without its brackets) stands for; 0 for another mark.
+    static uint16_t characterOfMark(const CString& mark);
     /// `button`, `check-box`, `edit`, `group`, `list`, `slider`, `text`, `window`; None for any other name.
     static CViewRole roleNamed(const CString& name);
 };

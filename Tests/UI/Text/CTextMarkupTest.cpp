@@ -1,6 +1,7 @@
 #include "UI/Text/CTextMarkup.h"
 
 #include "Tests/UI/Text/TextHelp.h"
+#include "UI/Views/CViewReading.h"
 
 namespace tarv {
 namespace {
@@ -59,6 +60,29 @@ TEST(TextMarkup, WhatIsNoMarkIsText) {
     EXPECT_EQ(spansOf("[x[B]a"), "'[x' B'a'");
     // Closed once, the second is alone.
     EXPECT_EQ(spansOf("[B]a[/B][/B]"), "B'a' '[/B]'");
+}
+
+TEST(TextMarkup, ACharacterIsNamedByItsCode) {
+    EXPECT_EQ(spansOf("[U+5B]B]a[SUP][U+7B]x}[/SUP]"), "'[B]a' S'{x}'");
+    for (const char* text : {"[U+]", "[U+1]", "[U+-5]", "[U+12345]", "[U+5G]"}) {
+        EXPECT_EQ(spansOf(text), "'" + std::string(text) + "'");
+    }
+    CTextSource source;
+    CTextMarkup::append(source, "[U+20AC]");
+    ASSERT_EQ(source.count(), 1);
+    EXPECT_EQ(source.at(0), 0x20ac);
+}
+
+TEST(TextMarkup, ATypedTextWithinMarksShowsAsItWasTyped) {
+    const CString typed("[B]{/ui.x title};a[U+41]");
+    const CString marked = CViewReader::withMarks(typed, ';');
+    EXPECT_EQ(marked.indexOf('{'), -1);
+    EXPECT_EQ(marked.indexOf(';'), -1);
+    EXPECT_EQ(spansOf("[SUP]" + marked.toUtf8() + "[/SUP]"), "S'" + typed.toUtf8() + "'");
+    EXPECT_EQ(CViewReader::withoutMarks(marked), typed);
+    EXPECT_EQ(CViewReader::withMarks("a\nb"), CString("ab"));
+    const CString wide(u"[\u0416");
+    EXPECT_EQ(CViewReader::withoutMarks(CViewReader::withMarks(wide)), wide);
 }
 
 TEST(TextMarkup, AnImageNamesItsSetRangeAndColour) {
