@@ -66,6 +66,7 @@
 #include "UI/Binding/CUIParam.h"
 #include "UI/Binding/CViewStateSwitch.h"
 #include "UI/Controls/Buttons/CButton.h"
+#include "UI/Controls/Lists/CValueListAudio.h"
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Resources/CFontObject.h"
 #include "UI/Text/CEditBox.h"
@@ -163,6 +164,8 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:textview-auto-scroll", &createObject<CTextViewAutoScroll>, &CTextViewAutoScroll::initClass},
     {"ui:ui-event-bridge", &createObject<CUIEventBridge>, nullptr},
     {"ui:ui-param", &createObject<CUIParam>, &CUIParam::initClass},
+    {"ui:value-list", &createObject<CValueListAudio>, &CValueListAudio::initClass},
+    {"ui:value-list-manual", &createObject<CValueList>, &CValueList::initClass},
     {"ui:view", &createObject<CView>, &CView::initClass},
     {"ui:view-color-slot", &createObject<CViewColorSlot>, &CViewColorSlot::initClass},
     {"ui:view-command", &createObject<CViewCommand>, nullptr},

@@ -1,0 +1,187 @@
+// The items of each mode.
+
+#include <algorithm>
+#include <cmath>
+
+#include "Audio/Client/CAudioInterfaceClient.h"
+#include "Audio/Converters/CAudioParamConverterEnum.h"
+#include "Audio/Parameters/CAudioParamInfo.h"
+#include "UI/Binding/CParamBridgeAudio.h"
+#include "UI/Binding/CParamGroupSelector.h"
+#include "UI/Controls/Lists/CNumberFormat.h"
+#include "UI/Controls/Lists/CValueListAudio.h"
+
+namespace tarv {
+
+namespace {
+
+using CWhich = CRoutingLabels::CWhich;
+
+/// Whether the values of a parameter are states that are counted.
+bool isCounted(const CParamBridgeAudio* bridge) {
+    return !bridge || dynamic_cast<const CAudioParamConverterEnum*>(bridge->info()->converter(0));
+}
+
+int32_t numberOf(const CParamBridge* bridge, int32_t element) {
+    return bridge ? static_cast<int32_t>(std::lround(bridge->value(0, element))) : 0;
+}
+
+}  // namespace
+
+CString CValueListAudio::groupTitle(int32_t index) const {
+    const CParamBridge* names = bridge(GroupNames);
+    const CString name = names ? names->valueText(0, index, CAudioTextMode::Full) : CString();
+    return typed(name.isEmpty() ? client_->groupName(index) : name);
+}
+
+CRoutingLabels CValueListAudio::routing() const {
+    CRoutingLabels result;
+    const CInterfaceCounts& counts = client_->engineState().counts;
+    result.hostInputs = counts.inputs;
+    for (int32_t i = 0; i < counts.internalChannels; ++i) {
+        result.channels.append({numberOf(bridge(InRouting), i), numberOf(bridge(Grouping), i),
+                                numberOf(bridge(MsPairs), i), numberOf(bridge(ChannelMute), i) != 0});
+    }
+    const CParamBridge* names = bridge(InChannelNames);
+    for (int32_t i = 0; names && i < names->elementCount(0); ++i) {
+        result.inputNames.append(typed(names->valueText(0, i, CAudioTextMode::Full)));
+    }
+    return result;
+}
+
+void CValueListAudio::fillGroups(CItems& items) const {
+    const CRoutingLabels labels = routing();
+    const bool isRouted = bridge(InRouting) && bridge(InRouting)->isActive();
+    for (int32_t i = 0; i < client_->engineState().counts.groups; ++i) {
+        const bool isUnused = isRouted && !labels.isUsed(i, CWhich::All);
+        items.append({groupTitle(i), static_cast<double>(i), isUnused || (selector_ && group() == i)});
+    }
+}
+
+void CValueListAudio::fillCurrentGroup(CItems& items) const {
+    items.append({groupTitle(group()), static_cast<double>(group())});
+}
+
+void CValueListAudio::fillChannels(CItems& items) const {
+    const CRoutingLabels labels = routing();
+    for (int32_t i = 0; i < labels.channels.count(); ++i) {
+        const int32_t input = labels.channels[i].input;
+        const CString number = CString::fromInt(i + 1);
+        items.append({input > 0 ? number + " " + labels.inputName(input) : number, static_cast<double>(i), input < 1});
+    }
+}
+
+void CValueListAudio::fillInputs(CItems& items) const {
+    const CRoutingLabels labels = routing();
+    for (int32_t i = 1; i <= labels.hostInputs; ++i) {
+        items.append({labels.inputName(i), static_cast<double>(i)});
+    }
+}
+
+void CValueListAudio::fillOutputs(CItems& items) const {
+    for (int32_t i = 1; i <= client_->engineState().counts.outputs; ++i) {
+        items.append({outputName(i), static_cast<double>(i)});
+    }
+}
+
+CString CValueListAudio::outputName(int32_t output) const {
+    return CString("OUT") + CString::fromInt(output);
+}
+
+CString CValueListAudio::numberText(double value) const {
+    const CString& id = getAttrString("format-id");
+    const CParamBridgeAudio* param = content();
+    const bool hasUnit = id == CString("automation-string");
+    const bool isShort = id == CString("knob-circle");
+    if (param && (hasUnit || isShort || id == CString("normal"))) {
+        const CAudioParamConverter& converter = *param->info()->converter(0);
+        CString text;
+        converter.valueToText(text, *param->info(), 0, converter.shownToValue(value),
+                              isShort ? CAudioTextMode::Short : CAudioTextMode::Full);
+        return hasUnit && !converter.label().isEmpty() ? text + " " + converter.label() : text;
+    }
+    const CString& format = getAttrString("format");
+    return CNumberFormat::text(format.isEmpty() ? CString("%.0f") : format, value);
+}
+
+void CValueListAudio::fillNumbers(CItems& items) const {
+    const CParamBridgeAudio* param = content();
+    const bool hasOwnRange = !getAttrString("min-value").isEmpty() && !getAttrString("max-value").isEmpty();
+    if (!param && !hasOwnRange) {
+        return;
+    }
+    const double from = getAttrRealOr("min-value", param ? param->minimum() : 0.0);
+    const double to = getAttrRealOr("max-value", param ? param->maximum() : 0.0);
+    const int32_t wanted = getAttrIntOr("value-count", -1);
+    const bool isInSteps = wanted < 0 || (isCounted(param) && !hasOwnRange);
+    for (int32_t i = 0; i < itemLimit(); ++i) {
+        double value = from + i;
+        if (!isInSteps) {
+            const double part = wanted > 1 ? static_cast<double>(i) / (wanted - 1) : 0.0;
+            const CAudioParamConverter* converter = param ? param->info()->converter(0) : nullptr;
+            value = hasOwnRange ? from + part * (to - from)
+                                : converter->valueToShown(converter->normToValue(*param->info(), 0, part));
+        } else if (value > to) {
+            break;
+        }
+        items.append({numberText(value), value});
+    }
+}
+
+void CValueListAudio::fillRoutingLabels(CItems& items) const {
+    const CRoutingLabels labels = routing();
+    const CString& labelMode = getAttrString("routing-label-mode");
+    const CWhich which = labelMode.startsWith("active") ? CWhich::Active : CWhich::All;
+    const int32_t count = client_->engineState().counts.groups;
+    for (int32_t i = selector_ ? group() : 0; i < (selector_ ? group() + 1 : count); ++i) {
+        if (labelMode != CString("active-groups") || labels.isUsed(i, which)) {
+            items.append({labels.label(i, which), static_cast<double>(i), !labels.isUsed(i, which)});
+        }
+    }
+}
+
+void CValueListAudio::fillStates(CItems& items) const {
+    const CParamBridgeAudio* param = content();
+    for (int32_t i = 0; param && i < itemLimit() && param->minimum() + i <= param->maximum(); ++i) {
+        const double value = param->minimum() + i;
+        CString title;
+        param->info()->converter(0)->valueToText(title, *param->info(), 0, value, CAudioTextMode::Full);
+        items.append({title, value});
+    }
+}
+
+void CValueListAudio::fillElements(CItems& items) const {
+    const CParamBridgeAudio* param = content();
+    if (!param) {
+        return;
+    }
+    const int32_t stored = param->elementCount(group());
+    const int32_t count = getAttrIntOr("value-count", stored > 0 ? stored : param->elementCount(0));
+    for (int32_t i = 0; i < std::min(count, itemLimit()); ++i) {
+        const double value = param->info()->isString() ? i : param->value(group(), i);
+        const bool isNumber = !param->info()->isString() && !getAttrString("format").isEmpty();
+        const CString text = param->valueText(group(), i, CAudioTextMode::Full);
+        items.append({isNumber ? numberText(value) : typed(text), value});
+    }
+}
+
+CValueList::CItem CValueListAudio::missingItem(double value) const {
+    const CString& name = getAttrString("mode");
+    const int32_t number = static_cast<int32_t>(std::lround(value));
+    const bool isInput = name == CString("audio-ins");
+    if (number < 1 && (isInput || name == CString("audio-outs"))) {
+        return {kEmptyTitle, value, false};
+    }
+    if (client_ && isInput) {
+        return {routing().inputName(number), value, true};
+    }
+    if (client_ && name == CString("audio-outs")) {
+        return {outputName(number), value, true};
+    }
+    if (client_ && number >= 0 && name == CString("audio-groups")) {
+        return {groupTitle(number), value, true};
+    }
+    return CValueList::missingItem(value);
+}
+
+}  // namespace tarv
