@@ -67,6 +67,7 @@
 #include "UI/Binding/CViewStateSwitch.h"
 #include "UI/Controls/Buttons/CButton.h"
 #include "UI/Controls/Lists/CValueListAudio.h"
+#include "UI/Controls/Presets/CDynamicListPresets.h"
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Resources/CFontObject.h"
 #include "UI/Text/CEditBox.h"
@@ -152,6 +153,7 @@ const CCreatorRow kCreatorRows[] = {
     {"palette", &createObject<CPaletteObject>, nullptr},
     {"ui:button-base", &createObject<CButton>, &CButton::initClass},
     {"ui:color-swatch", &createObject<CColorSwatch>, nullptr},
+    {"ui:dynamic-list-presets", &createObject<CDynamicListPresets>, &CDynamicListPresets::initClass},
     {"ui:editbox", &createObject<CEditBox>, &CEditBox::initClass},
     {"ui:frame", &createObject<CFrame>, &CFrame::initClass},
     {"ui:min-max", &createObject<CMinMax>, &CMinMax::initClass},

@@ -13,14 +13,17 @@ public:
         CString id;               ///< given back with the choice, and to generateSubList
         bool isPlain = false;     ///< without marks, as a user has typed it
         bool hasSubList = false;  ///< choosing it opens a list beside this one
+        bool isChecked = false;   ///< shown with a check mark
     };
     void add(const CString& text, const CString& id, bool hasSubList = false) {
-        rows_.append({text, id, false, hasSubList});
+        rows_.append({text, id, false, hasSubList, false});
     }
     /// Of a text that a user has typed.
     void addPlain(const CString& text, const CString& id, bool hasSubList = false) {
-        rows_.append({text, id, true, hasSubList});
+        rows_.append({text, id, true, hasSubList, false});
     }
+    /// Gives the row that was added last a check mark.
+    void check() { rows_.last().isChecked = true; }
     int32_t count() const { return rows_.count(); }
     const CRow& operator[](int32_t index) const { return rows_[index]; }
 

@@ -2,6 +2,7 @@
 
 #include "Core/CApplication.h"
 #include "Core/CObjectWatch.h"
+#include "Core/Log.h"
 #include "Platform/Keyboard.h"
 #include "UI/Views/CViewWindow.h"
 
@@ -165,7 +166,21 @@ CError* CPopupList::paragraphChosen(int32_t index) {
     return error || !watch.isAlive() ? error : answer(params);
 }
 
+/// Lists that this one is below.
+int32_t CPopupList::depth() const {
+    int32_t above = 0;
+    for (const auto* list = dynamic_cast<CPopupList*>(opener()); list;
+         list = dynamic_cast<CPopupList*>(list->opener())) {
+        ++above;
+    }
+    return above;
+}
+
 CError* CPopupList::openSubList(int32_t index, const CString& id) {
+    if (depth() + 1 >= kMaxDepth) {
+        logLineIn("Too many recursions", fullName());
+        return nullptr;
+    }
     CAttributeMap params;
     for (const char* name : kHandedOn) {
         params[name] = CAttributeValue::fromString(param(name));

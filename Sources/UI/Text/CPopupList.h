@@ -23,10 +23,14 @@ namespace tarv {
 ///   result-target-index-attr      attribute of the receiver that is set to the index before it gets the event
 ///   width                   set by the window where the opener says how wide it is: this view fills it
 ///   popup-height-limit      set by the window where the monitor is too low: this view fills it, and scrolls
+/// A row of a dynamic list that is checked, and one that a list is below, have a picture behind their text. Lists are
+/// nested kMaxDepth deep at most.
 /// Keys beside those of lists: Space chooses, a letter goes to the next row that begins with it, Right opens the list
 /// below a row, Left closes that list.
 class CPopupList : public CTextView {
 public:
+    static constexpr int32_t kMaxDepth = 16;
+
     ~CPopupList() override;
     [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
     [[nodiscard]] CError* finishInit() override;
@@ -40,7 +44,8 @@ protected:
 
 private:
     [[nodiscard]] CError* fillRows();
-    [[nodiscard]] CError* addRow(const CString& text, bool isPlainText, const CString& id, bool hasSubList);
+    [[nodiscard]] CError* addRow(const CDynamicListRows::CRow& row);
+    [[nodiscard]] CError* addMarks(CObject& made, const CDynamicListRows::CRow& row);
     [[nodiscard]] CError* addRowsOf(const CObject& source);
     [[nodiscard]] CError* addDynamicRows(CDynamicList& source);
     [[nodiscard]] CError* limitWidth();
@@ -51,6 +56,7 @@ private:
     [[nodiscard]] CError* closeAll();
     [[nodiscard]] CError* close();
     const CObject* row(int32_t index) const;
+    int32_t depth() const;
     int32_t rowBeginningWith(uint16_t unit) const;
     CObject* opener() const;
     CObject* originalOpener() const;

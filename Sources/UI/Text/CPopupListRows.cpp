@@ -50,14 +50,31 @@ const CObject* CPopupList::row(int32_t index) const {
     return nullptr;
 }
 
-CError* CPopupList::addRow(const CString& text, bool isPlainText, const CString& id, bool hasSubList) {
+CError* CPopupList::addRow(const CDynamicListRows::CRow& row) {
     CAttributeMap attributes;
     attributes["is-paragraph"] = CAttributeValue::fromBool(true);
-    attributes["title"] = isPlainText ? CAttributeValue::fromPlainString(text) : CAttributeValue::fromString(text);
-    attributes["id"] = CAttributeValue::fromPlainString(id);
-    attributes["has-sub-list"] = CAttributeValue::fromBool(hasSubList);
+    attributes["title"] =
+        row.isPlain ? CAttributeValue::fromPlainString(row.text) : CAttributeValue::fromString(row.text);
+    attributes["id"] = CAttributeValue::fromPlainString(row.id);
+    attributes["has-sub-list"] = CAttributeValue::fromBool(row.hasSubList);
     CObject* made = nullptr;
     TARV_TRY(createChild(made, "core:object", "paragraph", false, &attributes));
+    if (row.isChecked || row.hasSubList) {
+        TARV_TRY(addMarks(*made, row));
+    }
+    return nullptr;
+}
+
+/// The text itself may hold no marks.
+CError* CPopupList::addMarks(CObject& made, const CDynamicListRows::CRow& row) {
+    const char* marks = row.hasSubList ? "[IMG=is.button#ArrowRight:Action]" : "[IMG=is.button#Check:Action]";
+    CAttributeMap text;
+    text["value"] = made.attributes().at("title");
+    CAttributeMap picture;
+    picture["value"] = CAttributeValue::fromString(marks);
+    CObject* content = nullptr;
+    TARV_TRY(made.createChild(content, "core:object", "content", false, &text));
+    TARV_TRY(made.createChild(content, "core:object", "content", false, &picture));
     return nullptr;
 }
 
@@ -79,7 +96,7 @@ CError* CPopupList::addDynamicRows(CDynamicList& source) {
     CDynamicListRows rows;
     TARV_TRY(source.generateSubList(param("popup-dynamic-list-parent-id"), rows));
     for (int32_t i = 0; i < rows.count(); ++i) {
-        TARV_TRY(addRow(rows[i].text, rows[i].isPlain, rows[i].id, rows[i].hasSubList));
+        TARV_TRY(addRow(rows[i]));
     }
     return nullptr;
 }
@@ -90,14 +107,14 @@ CError* CPopupList::addRowsOf(const CObject& source) {
         const bool isParagraph = child->getAttrBool("is-paragraph");
         if (isParagraph || isContent(*child)) {
             const CString text = isParagraph ? paragraphOf(*child) : textOf(*child);
-            TARV_TRY(addRow(text, isPlain(*child), child->getAttrString("id"), false));
+            TARV_TRY(addRow({text, child->getAttrString("id"), isPlain(*child)}));
             hasRows = true;
         }
     }
     const CString& title = source.getAttrString("title");
     if (!hasRows && !title.isEmpty()) {
         for (const CString& line : title.split('\n', true)) {
-            TARV_TRY(addRow(line, isPlain(source), CString(), false));
+            TARV_TRY(addRow({line, CString(), isPlain(source)}));
         }
     }
     return nullptr;

@@ -14,6 +14,12 @@ public:
             rows.add("Plain", "p");
             return nullptr;
         }
+        if (parentId == CString("deep")) {
+            rows.add("Deeper", "deep", true);
+            rows.addPlain("[B]here[/B]", "here");
+            rows.check();
+            return nullptr;
+        }
         if (!(parentId == CString("s"))) {
             TARV_FAIL("@tarvstr_CTestDynamicList_generateSubList_InvalidListId Invalid list identifier %1.", parentId);
         }
@@ -297,6 +303,41 @@ TEST_F(CPopupListTest, ADynamicListOpensTheListBelowARowBesideIt) {
     EXPECT_EQ(system.desktop().windowCount(), 1);
     EXPECT_FALSE(window().isBlocked());
     EXPECT_EQ(window().popups().count(), 0);
+}
+
+TEST_F(CPopupListTest, RowsWithListsBelowThemAndCheckedOnesHaveAPictureBehindTheirText) {
+    openOpener();
+    openList({{"popup-text-source", ".presets"}, {"popup-dynamic-list-parent-id", "deep"}});
+    ASSERT_TRUE(list());
+    EXPECT_EQ(list()->source().images().count(), 2);
+    EXPECT_EQ(list()->source().images()[0].range, CString("ArrowRight"));
+    EXPECT_EQ(list()->source().images()[1].range, CString("Check"));
+    choose(*list(), 1);
+    EXPECT_EQ(at("opener").params.at("text").asString(), "[B]here[/B]");
+    EXPECT_EQ(at("opener").params.at("id").asString(), "here");
+}
+
+TEST_F(CPopupListTest, ListsThatNestTooDeepAreLoggedAndOpenNoMore) {
+    openOpener();
+    openList({{"popup-text-source", ".presets"}, {"popup-dynamic-list-parent-id", "deep"}});
+    const CLogCapture log;
+    const auto isLogged = [&] {
+        return std::any_of(log.lines.begin(), log.lines.end(), [](const std::string& line) {
+            return line.find("Too many recursions") != std::string::npos;
+        });
+    };
+    for (int32_t depth = 1; depth < CPopupList::kMaxDepth; ++depth) {
+        EXPECT_TRUE(tap(kKeyHome));
+        EXPECT_TRUE(tap(kKeyRight));
+        system.advance(0.1);
+        EXPECT_EQ(system.desktop().windowCount(), 2 + depth);
+    }
+    EXPECT_FALSE(isLogged());
+    EXPECT_TRUE(tap(kKeyHome));
+    EXPECT_TRUE(tap(kKeyRight));
+    system.advance(0.1);
+    EXPECT_TRUE(isLogged());
+    EXPECT_EQ(system.desktop().windowCount(), 1 + CPopupList::kMaxDepth);
 }
 
 TEST_F(CPopupListTest, TheReceiverMayDestroyEverything) {
