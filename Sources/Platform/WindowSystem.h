@@ -57,6 +57,8 @@ public:
     /// Where the pointer is on the screen.
     virtual void pointerPosition(int32_t& x, int32_t& y) = 0;
     virtual CInputModifiers modifiers() = 0;
+    /// Two presses that far apart are no double click.
+    virtual double doubleClickSeconds() { return 0.5; }
     /// Work area of the monitor that holds a point, or of the nearest one.
     virtual CIntRect monitorArea(int32_t x, int32_t y) = 0;
 

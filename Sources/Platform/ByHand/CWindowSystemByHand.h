@@ -67,6 +67,7 @@ public:
     CWindowHandle windowAt(int32_t x, int32_t y) override;
     void pointerPosition(int32_t& x, int32_t& y) override;
     CInputModifiers modifiers() override { return input_.modifiers(); }
+    double doubleClickSeconds() override { return CInputByHand::kDoubleClickSeconds; }
     CIntRect monitorArea(int32_t x, int32_t y) override { return desktop_.monitorAt(x, y); }
     CTimerId startTimer(CTimerHandler& handler, int32_t milliseconds, CPlatformError& error, bool& isWindow) override;
     void stopTimer(CTimerId id) override { timers_.stop(id); }

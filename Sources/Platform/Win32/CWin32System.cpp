@@ -61,6 +61,10 @@ void CWin32System::pointerPosition(int32_t& x, int32_t& y) {
     y = place.y;
 }
 
+double CWin32System::doubleClickSeconds() {
+    return GetDoubleClickTime() / 1000.0;
+}
+
 CInputModifiers CWin32System::modifiers() {
     return currentModifiers();
 }

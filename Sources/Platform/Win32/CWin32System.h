@@ -17,6 +17,7 @@ public:
     CWindowHandle windowAt(int32_t x, int32_t y) override;
     void pointerPosition(int32_t& x, int32_t& y) override;
     CInputModifiers modifiers() override;
+    double doubleClickSeconds() override;
     CIntRect monitorArea(int32_t x, int32_t y) override;
     CTimerId startTimer(CTimerHandler& handler, int32_t milliseconds, CPlatformError& error, bool& isWindow) override;
     void stopTimer(CTimerId id) override;

@@ -81,7 +81,9 @@ bool CTextView::animate(double time) {
         readList();
         updateText();
     }
-    return CView::animate(time);
+    const CObjectWatch watch(*this);
+    TARV_CONSUME(editWhenDue(time));
+    return !watch.isAlive() || CView::animate(time) || isWaiting();
 }
 
 CError* CTextView::fontChanged() {

@@ -29,7 +29,10 @@ class CEditBox;
 ///   paragraph-chosen             Enter, a double click; in a drop-down list a release on a row
 ///
 /// A view whose `is-read-only` is false is edited in an edit box (CEditBox): a press on a text, or the event
-/// `edit-text`, opens it; in a list F2 does for the selected row, and `edit-text` for that of its `index`.
+/// `edit-text`, opens it; in a list F2 and a second press do for the selected row, and `edit-text` for that of its
+/// `index`. A second press opens it when no press can make it a double click any more, unless the pointer moves
+/// meanwhile. `paragraph-edit-query`, with `index` and `text`, is sent before a row is edited: a handler that sets the
+/// parameter `is-refused` keeps it as it is.
 /// `accept-chars`, `max-paragraph-length`, `is-accept-enter` and `is-accept-tab` are the rules of the edit;
 /// `tab-group`, `editbox-placement`, `editbox-inner-border` and `is-editbox-full` (over the whole list instead of the
 /// row) concern its box. Events, with `index` (0 for a whole text) and `text`:
@@ -186,6 +189,15 @@ private:
     const CColor* colorOf(int32_t number, int32_t paragraph) const;
     const CColor* listColor(CListColor color) const;
 
+    /// A press on the selected row, which waits from its release on; what ends that without an edit.
+    void waitForEdit(int32_t row, const CAttributeMap& params);
+    void beginWaiting();
+    bool isWaiting() const { return waiting_.row >= 0 && waiting_.due > 0.0; }
+    void endWaiting() { waiting_.row = -1; }
+    void endWaitingIfMoved(const CAttributeMap& params);
+    [[nodiscard]] CError* editWhenDue(double time);
+    [[nodiscard]] CError* mayEditRow(int32_t row, bool& isAllowed);
+
     void setHovered(int32_t index);
     void setSelected(int32_t index);
     void redrawRow(int32_t index);
@@ -213,6 +225,14 @@ private:
     CEditBox* editBox_ = nullptr;
     int32_t selected_ = -1;
     int32_t hovered_ = -1;
+    /// A second press on a row, until it opens the edit box.
+    struct CWaiting {
+        int32_t row = -1;
+        double x = 0.0;
+        double y = 0.0;
+        double due = 0.0;  ///< seconds of the window's clock; 0 before the release
+    };
+    CWaiting waiting_;
 };
 
 }  // namespace tarv

@@ -1,11 +1,24 @@
 // A text view as what an edit box edits.
 
+#include <cmath>
+
 #include "Core/CNotifyServer.h"
 #include "Core/CObjectWatch.h"
+#include "Platform/WindowSystem.h"
 #include "UI/Text/CEditBox.h"
 #include "UI/Text/CTextView.h"
+#include "UI/Views/CViewWindow.h"
 
 namespace tarv {
+
+namespace {
+
+double realOf(const CAttributeMap& params, const char* name) {
+    const auto found = params.find(name);
+    return found == params.end() ? 0.0 : found->second.asReal();
+}
+
+}  // namespace
 
 bool CTextView::isEditable(int32_t paragraph) const {
     return isList_ == (paragraph >= 0) && paragraph < paragraphCount() && !getAttrBoolOr("is-read-only", true);
@@ -28,7 +41,61 @@ CString CTextView::readableValue() const {
 }
 
 CError* CTextView::openEdit(int32_t paragraph) {
-    return isEditable(paragraph) ? CEditBox::open(*this, paragraph) : nullptr;
+    endWaiting();
+    bool isAllowed = isEditable(paragraph);
+    if (isAllowed && paragraph >= 0) {
+        const CObjectWatch watch(*this);
+        CError* error = mayEditRow(paragraph, isAllowed);
+        if (error || !watch.isAlive()) {
+            return error;
+        }
+    }
+    return isAllowed ? CEditBox::open(*this, paragraph) : nullptr;
+}
+
+CError* CTextView::mayEditRow(int32_t row, bool& isAllowed) {
+    CAttributeMap params;
+    params["index"] = CAttributeValue::fromInt(row);
+    params["text"] = CAttributeValue::fromPlainString(paragraphText(row));
+    const CObjectWatch watch(*this);
+    CError* error = inputEvent("paragraph-edit-query", params);
+    if (!error && watch.isAlive()) {
+        const auto refused = params.find("is-refused");
+        isAllowed = (refused == params.end() || !refused->second.asBool()) && isEditable(row);
+    }
+    return error;
+}
+
+void CTextView::waitForEdit(int32_t row, const CAttributeMap& params) {
+    endWaiting();
+    if (!isDropDown_ && isEditable(row)) {
+        waiting_ = {row, realOf(params, "actual-x"), realOf(params, "actual-y")};
+    }
+}
+
+void CTextView::beginWaiting() {
+    constexpr double kTickSeconds = 0.05;  // a tick may be that old
+    if (waiting_.row >= 0 && window() && windowSystem()) {
+        waiting_.due = window()->now() + windowSystem()->doubleClickSeconds() + kTickSeconds;
+        startTimer();
+    }
+}
+
+void CTextView::endWaitingIfMoved(const CAttributeMap& params) {
+    constexpr double kPixels = 4.0;
+    if (std::abs(realOf(params, "actual-x") - waiting_.x) > kPixels ||
+        std::abs(realOf(params, "actual-y") - waiting_.y) > kPixels) {
+        endWaiting();
+    }
+}
+
+CError* CTextView::editWhenDue(double time) {
+    if (!isWaiting() || time < waiting_.due) {
+        return nullptr;
+    }
+    const int32_t row = waiting_.row;
+    endWaiting();
+    return row == selected_ ? openEdit(row) : nullptr;
 }
 
 /// The handler of `edit-text`.

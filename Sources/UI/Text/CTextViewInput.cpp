@@ -102,6 +102,7 @@ int32_t CTextView::rowOf(const CAttributeMap& params) const {
 
 /// The pointer is on a row, or on none.
 CError* CTextView::follow(const CAttributeMap& params) {
+    endWaitingIfMoved(params);
     const int32_t row = rowOf(params);
     setHovered(row);
     return isDropDown_ && row >= 0 ? selectByUser(row) : nullptr;
@@ -121,6 +122,7 @@ CError* CTextView::mouseMove(CAttributeMap& params) {
 
 CError* CTextView::mouseExit(CAttributeMap& params) {
     setHovered(-1);
+    endWaiting();
     return CView::mouseExit(params);
 }
 
@@ -137,6 +139,11 @@ CError* CTextView::mousePress(CAttributeMap& params) {
     const int32_t row = rowOf(params);
     const auto found = params.find("is-double-click");
     const bool isDouble = row >= 0 && found != params.end() && found->second.asBool();
+    if (row >= 0 && row == selected_ && !isDouble) {
+        waitForEdit(row, params);
+    } else {
+        endWaiting();
+    }
     const CObjectWatch watch(*this);
     // The second press of a double click means the row that the first one selected.
     CError* error = pressRow(row, !isDouble || row != selected_);
@@ -159,6 +166,7 @@ CError* CTextView::mousePressR(CAttributeMap& params) {
 }
 
 CError* CTextView::mouseRelease(CAttributeMap& params) {
+    beginWaiting();
     const int32_t row = isDropDown_ ? rowOf(params) : -1;
     const CObjectWatch watch(*this);
     CError* error = row >= 0 ? selectByUser(row) : nullptr;
@@ -240,6 +248,7 @@ CError* CTextView::keyPress(CAttributeMap& params) {
     }
     const auto found = params.find("keycode");
     const int32_t key = found == params.end() ? 0 : found->second.asInt();
+    endWaiting();
     if (key == kKeyF2 && isEditable(selected_)) {
         setHandled(params);
         return openEdit(selected_);
