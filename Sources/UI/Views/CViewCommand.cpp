@@ -92,7 +92,7 @@ CError* CViewCommand::runSteps(CViewBaseState& view, const CAttributeMap& params
         error = toggleAttribute(view);
     }
     if (!error && isAlive()) {
-        error = resetSharedAttribute(view);
+        error = resetSharedAttributes(view);
     }
     return error;
 }
@@ -145,19 +145,24 @@ CError* CViewCommand::toggleAttribute(CViewBaseState& view) {
     return name.isEmpty() ? nullptr : view.setAttribute(name, CAttributeValue::fromBool(!readFlag(view, name)));
 }
 
-CError* CViewCommand::resetSharedAttribute(CViewBaseState& view) {
-    const CString& name = getAttrString("reset-shared-attr");
-    if (name.isEmpty()) {
-        return nullptr;
+/// A setting notifies its observers, which may destroy the command or the view.
+CError* CViewCommand::resetSharedAttributes(CViewBaseState& view) {
+    const CObjectWatch own(*this);
+    const CObjectWatch ofView(view);
+    for (const CString& name : CString(getAttrString("reset-shared-attr")).split(' ')) {
+        CSharedAttribute* shared = findSharedAttribute(view, name);
+        if (!shared) {
+            logMissing(name, *this);
+            continue;
+        }
+        const CObject& source = hasAttr("def-value") ? static_cast<const CObject&>(*this) : *shared;
+        const CString value(source.getAttrString("def-value"));
+        TARV_TRY(shared->setAttributePlain(CString(shared->getAttrString("attribute")), value));
+        if (!own.isAlive() || !ofView.isAlive()) {
+            return nullptr;
+        }
     }
-    CSharedAttribute* shared = findSharedAttribute(view, name);
-    if (!shared) {
-        logMissing(name, *this);
-        return nullptr;
-    }
-    const CObject& source = hasAttr("def-value") ? static_cast<const CObject&>(*this) : *shared;
-    const CString value(source.getAttrString("def-value"));
-    return shared->setAttributePlain(CString(shared->getAttrString("attribute")), value);
+    return nullptr;
 }
 
 }  // namespace tarv

@@ -8,8 +8,8 @@ class CViewBaseState;
 
 /// What the view above does at an event (`ui:view-command`): `on-event` names it; `condition-state-set` and
 /// `condition-state-unset` are the states of the target that it depends on. Then, in this order: `run-event`,
-/// `set-state`, `unset-state`, `toggle-state`, `toggle-attr`, `reset-shared-attr`. Paths begin at the view. Thread:
-/// that of the window.
+/// `set-state`, `unset-state`, `toggle-state`, `toggle-attr`, `reset-shared-attr` (one setting, or several with blanks
+/// between them). Paths begin at the view. Thread: that of the window.
 class CViewCommand : public CObject {
 public:
     const CString& onEvent() const { return getAttrString("on-event"); }
@@ -24,7 +24,7 @@ private:
     [[nodiscard]] CError* runEvent(CViewBaseState& view, const CAttributeMap& params);
     [[nodiscard]] CError* changeStates(CViewBaseState& target);
     [[nodiscard]] CError* toggleAttribute(CViewBaseState& view);
-    [[nodiscard]] CError* resetSharedAttribute(CViewBaseState& view);
+    [[nodiscard]] CError* resetSharedAttributes(CViewBaseState& view);
 
     bool isRunning_ = false;
 };

@@ -339,16 +339,19 @@ CError* CPopups::answer(const CWindow& window, const CString& eventName, CAttrib
     for (const char* name : kEventParams) {
         answer.erase(name);
     }
+    const CAttributeValue* own = filled(params, "event");
+    const CString name(own ? own->asString() : eventName);
+    answer.erase("event");
     answer["source"] = CAttributeValue::fromString(popup->object->fullName());
     // This call may destroy the objects that the caller uses.
     if (auto* view = dynamic_cast<CViewBaseCtlEvents*>(target)) {
-        return view->passEvent(eventName, answer);
+        return view->passEvent(name, answer);
     }
-    const int32_t handler = target->descriptor()->handlerIndex(eventName);
+    const int32_t handler = target->descriptor()->handlerIndex(name);
     if (handler >= 0) {
         return target->descriptor()->handler(handler)(*target, &answer);
     }
-    return target->sendEvent(eventName, answer, false);
+    return target->sendEvent(name, answer, false);
 }
 
 }  // namespace tarv

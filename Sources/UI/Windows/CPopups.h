@@ -50,7 +50,8 @@ public:
     /// The window of a popup is being destroyed, or closes.
     void windowGoes(const CWindow& window);
     /// Passes an answer of a popup on to the object that `popup-result-target` of its root view names, by default to
-    /// its opener; where that object names another target, on to that. Adds `source`, the popup's full name.
+    /// its opener; where that object names another target, on to that. Adds `source`, the popup's full name. An answer
+    /// with the parameter `event`, unless that is empty, goes under that name.
     [[nodiscard]] CError* answer(const CWindow& window, const CString& eventName, CAttributeMap& params);
     /// The popup that stands in the way of the window's views, or null.
     CWindow* blocking() const;

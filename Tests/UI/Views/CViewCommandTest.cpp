@@ -209,6 +209,24 @@ TEST_F(ViewCommand, SharedAttributesGoBackToTheirDefaultOrTheCommands) {
     EXPECT_EQ(text(*scale, "scale"), "1.25");
 }
 
+TEST_F(ViewCommand, SeveralSettingsGoBackAndOneThatIsMissingIsPassedOver) {
+    const CTexts shared = {{"attribute", "precision"}, {"def-value", "0.7"}};
+    const CTexts other = {{"attribute", "level"}, {"def-value", "1"}};
+    CView& a = openWith({command("c", {{"on-event", "go"}, {"reset-shared-attr", "drag nothing  level"}})},
+                        {{"core:object",
+                          "global-data",
+                          {},
+                          {{"core:shared-attribute", "drag", shared}, {"core:shared-attribute", "level", other}}}});
+    CObject* drag = tree_->findObject("ui.global-data.drag");
+    CObject* level = tree_->findObject("ui.global-data.level");
+    ASSERT_TRUE(drag && level);
+    set(*drag, "precision", "0.1");
+    set(*level, "level", "3");
+    EXPECT_EQ(send(a, "go"), "");
+    EXPECT_EQ(text(*drag, "precision"), "0.7");
+    EXPECT_EQ(text(*level, "level"), "1");
+}
+
 TEST_F(ViewCommand, ACommandMayDestroyItsView) {
     CView& a = openWith({command("c", {{"on-event", "go"},
                                        {"run-event", "destroy"},

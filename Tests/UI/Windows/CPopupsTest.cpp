@@ -152,6 +152,21 @@ TEST_F(CPopupsTest, WidthAndPlaceByParameters) {
     EXPECT_EQ(boundsOf("list#2"), (CIntRect{700, 30, 780, 80}));
 }
 
+TEST_F(CPopupsTest, AnAnswerMayHaveAnEventOfItsOwn) {
+    openButtons();
+    openPopup("panel.a", "ui:list");
+    CAttributeMap params;
+    params["event"] = CAttributeValue::fromString("bank-delete");
+    heard();
+    EXPECT_EQ(consumed(find("list")->passEvent("popup-result", params)), "");
+    EXPECT_EQ(heard(), "list.popup-result a.bank-delete");
+    EXPECT_EQ(at("panel.a").params.count("event"), 0u);
+    EXPECT_EQ(at("panel.a").params.at("source").asString(), "ui.list");
+    params["event"] = CAttributeValue::fromString("");
+    EXPECT_EQ(consumed(find("list")->passEvent("popup-result", params)), "");
+    EXPECT_EQ(heard(), "list.popup-result a.popup-result");
+}
+
 TEST_F(CPopupsTest, AnswersGoToTheOpenerOrTheirTarget) {
     openButtons();
     openPopup("panel.a", "ui:list");
