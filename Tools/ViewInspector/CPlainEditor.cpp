@@ -117,18 +117,26 @@ void CPlainEditor::close() {
     }
 }
 
-std::string CPlainEditor::open(const std::string& path, double scale) {
+std::string CPlainEditor::open(const std::string& path, double scale, bool hasEngine) {
     close();
     CByteBuffer bytes;
-    const std::string failure = readTree(path, bytes);
+    std::string failure = readTree(path, bytes);
+    if (failure.empty() && hasEngine) {
+        failure = makeEngine();
+    }
     return failure.empty() ? openTree(bytes, "", scale) : failure;
 }
 
 std::string CPlainEditor::openProduct(double scale) {
     close();
+    const std::string failure = makeEngine();
+    return failure.empty() ? openTree({}, "UserInterface.xml", scale) : failure;
+}
+
+std::string CPlainEditor::makeEngine() {
     CError* error = nullptr;
     instance_.reset(CPlainInstance::create(error));
-    return error ? textOf(error) : openTree({}, "UserInterface.xml", scale);
+    return textOf(error);
 }
 
 std::string CPlainEditor::openTree(const CByteBuffer& bytes, const std::string& resource, double scale) {

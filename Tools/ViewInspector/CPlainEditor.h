@@ -24,8 +24,9 @@ public:
     CPlainEditor(const CPlainEditor&) = delete;
     CPlainEditor& operator=(const CPlainEditor&) = delete;
 
-    /// Loads a definition in XML, or a compiled tree, and opens its main window. Failure, or "".
-    std::string open(const std::string& path, double scale = 1.0);
+    /// Loads a definition in XML, or a compiled tree, and opens its main window; with `hasEngine`, that of an instance
+    /// of the plug-in. Failure, or "".
+    std::string open(const std::string& path, double scale = 1.0, bool hasEngine = false);
     /// The product's own tree, with an engine.
     std::string openProduct(double scale = 1.0);
     void close();
@@ -44,6 +45,7 @@ public:
     std::string setState(const std::string& path, const std::string& states);
 
 private:
+    std::string makeEngine();
     std::string openTree(const CByteBuffer& bytes, const std::string& resource, double scale);
     [[nodiscard]] CError* load(const CByteBuffer& bytes, const std::string& resource);
 

@@ -20,6 +20,7 @@ constexpr const char* kUsage =
     "  --zoom N           each pixel as N x N, default 1\n"
     "  --formulas         prints the formulas of all cells\n"
     "  --scale S          scale of the editor, default 1.0\n"
+    "  --engine           with an instance of the plug-in behind FILE, as `product` has one\n"
     "  --state PATH=NAMES sets states of a view before\n"
     "  --point PATH       puts the pointer on a view\n"
     "  --press PATH       presses it there and keeps it pressed\n"
@@ -42,6 +43,7 @@ struct COptions {
     bool hasBoxes = false;
     bool hasTiles = false;
     bool hasFormulas = false;
+    bool hasEngine = false;
     bool isHelp = false;
     std::vector<CStep> steps;
 };
@@ -62,6 +64,8 @@ bool parse(int argc, char** argv, COptions& options) {
             options.hasTiles = true;
         } else if (name == "--formulas") {
             options.hasFormulas = true;
+        } else if (name == "--engine") {
+            options.hasEngine = true;
         } else if (name == "--png" && hasMore) {
             options.png = argv[++i];
         } else if (name == "--scale" && hasMore) {
@@ -158,8 +162,8 @@ int main(int argc, char** argv) {
         return 0;
     }
     tarv::CPlainEditor editor;
-    const std::string failure =
-        options.file == "product" ? editor.openProduct(options.scale) : editor.open(options.file, options.scale);
+    const std::string failure = options.file == "product" ? editor.openProduct(options.scale)
+                                                          : editor.open(options.file, options.scale, options.hasEngine);
     if (!failure.empty()) {
         std::fprintf(stderr, "ViewInspector: %s\n", failure.c_str());
         return 1;
