@@ -11,6 +11,7 @@ namespace {
 constexpr double kTolerance = 1.0 / 128.0;
 
 constexpr uint16_t kHyphen = 0x2010;
+constexpr uint16_t kMinus = 0x2212;
 
 bool isBlank(uint16_t item) {
     return item == ' ' || item == '\t';
@@ -18,6 +19,14 @@ bool isBlank(uint16_t item) {
 
 bool isHyphen(uint16_t item) {
     return item == '-' || item == kHyphen;
+}
+
+bool isDigit(uint16_t item) {
+    return item >= '0' && item <= '9';
+}
+
+bool isPoint(uint16_t item) {
+    return item == '.' || item == ',';
 }
 
 bool isBreak(uint16_t item) {
@@ -133,9 +142,24 @@ private:
         if (span.image >= 0) {
             place.picture = source_.images()[span.image].picture;
         } else {
-            place.picture = isBreak(source_.at(i)) ? nullptr : fonts_.glyph(source_.at(i), span.style);
+            place.picture = isBreak(source_.at(i)) ? nullptr : glyphAt(i, span.style);
             place.top = fonts_.topOf(span.style);
         }
+    }
+
+    /// The sign of a number is typed as a hyphen and drawn as a minus, which is as wide as a plus.
+    const CImage* glyphAt(int32_t i, CTextStyle style) const {
+        const uint16_t item = source_.at(i);
+        const CImage* minus = item == '-' && isSignAt(i) ? fonts_.glyph(kMinus, style) : nullptr;
+        return minus ? minus : fonts_.glyph(item, style);
+    }
+
+    /// Whether a number begins behind a character that joins no number or word to it.
+    bool isSignAt(int32_t i) const {
+        const auto itemAt = [&](int32_t at) -> uint16_t { return at < source_.count() ? source_.at(at) : 0; };
+        const uint16_t before = i > 0 ? source_.at(i - 1) : ' ';
+        const bool isFree = isBlank(before) || isBreak(before) || before == '(' || before == '[' || before == '/';
+        return isFree && (isDigit(itemAt(i + 1)) || (isPoint(itemAt(i + 1)) && isDigit(itemAt(i + 2))));
     }
 
     double advanceOf(int32_t i) const {

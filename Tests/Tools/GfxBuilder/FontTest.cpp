@@ -1,3 +1,4 @@
+#include <cmath>
 #include <set>
 
 #include "FontBuilder.h"
@@ -66,14 +67,78 @@ TEST(Font, HoldsEachCharacterAtEachScaleAndNothingIsEmptyButTheSpace) {
     }
 }
 
-TEST(Font, GivesDigitsPlusAndMinusOneAdvance) {
+TEST(Font, GivesDigitsPlusAndMinusOneWholeAdvance) {
     const uint32_t minus = fontCodeOf(0x2212);
     for (const char* name : kFonts) {
         for (const auto& glyphs : drawn(name).glyphs) {
-            for (uint32_t code :
-                 {uint32_t('1'), uint32_t('2'), uint32_t('3'), uint32_t('4'), uint32_t('5'), uint32_t('6'),
-                  uint32_t('7'), uint32_t('8'), uint32_t('9'), uint32_t('+'), uint32_t('-'), minus}) {
+            EXPECT_EQ(glyphs.at('0').advance, std::floor(glyphs.at('0').advance)) << name;
+            for (uint32_t code : {uint32_t('1'), uint32_t('2'), uint32_t('3'), uint32_t('4'), uint32_t('5'),
+                                  uint32_t('6'), uint32_t('7'), uint32_t('8'), uint32_t('9'), uint32_t('+'), minus}) {
                 EXPECT_EQ(glyphs.at(code).advance, glyphs.at('0').advance) << name << ' ' << code;
+            }
+            EXPECT_EQ(glyphs.at('.').advance, std::floor(glyphs.at('.').advance)) << name;
+            EXPECT_EQ(glyphs.at(',').advance, glyphs.at('.').advance) << name;
+            EXPECT_LT(glyphs.at('-').advance, glyphs.at(minus).advance) << name;
+        }
+    }
+}
+
+// The pitches of the columns are 24, 31 and 38.
+TEST(Font, KeepsTheLongestGainWithinItsColumn) {
+    const double kWidths[] = {22, 26, 31};
+    for (int i = 0; i < kGfxScaleCount; ++i) {
+        const auto& glyphs = drawn("micro").glyphs[i];
+        double width = 0;
+        for (uint32_t code : {fontCodeOf(0x2212), uint32_t('1'), uint32_t('2'), uint32_t('.'), uint32_t('0')}) {
+            width += glyphs.at(code).advance;
+        }
+        EXPECT_EQ(width, kWidths[i]) << kGfxScales[i];
+    }
+}
+
+// A pen that moved by whole pixels would be off by half a pixel a letter, and words would look loose or cramped.
+TEST(Font, MovesThePenBySixtyFourths) {
+    int fractions = 0;
+    for (const char* name : kFonts) {
+        for (const auto& glyphs : drawn(name).glyphs) {
+            for (const auto& [code, glyph] : glyphs) {
+                EXPECT_EQ(glyph.advance * 64, std::floor(glyph.advance * 64)) << name << ' ' << code;
+                fractions += glyph.advance != std::floor(glyph.advance) ? 1 : 0;
+            }
+        }
+    }
+    EXPECT_GT(fractions, 4000);
+}
+
+TEST(Font, HasNoLettersBelowEightPixels) {
+    const double kLeast = 8 * 0.727;  // the face's capitals
+    for (const char* name : kFonts) {
+        for (const auto& glyphs : drawn(name).glyphs) {
+            EXPECT_GE(glyphs.at('H').drawnHeight, std::floor(kLeast)) << name;
+        }
+    }
+    EXPECT_EQ(drawn("micro-sm").glyphs[0].at('m').advance, drawn("micro").glyphs[0].at('m').advance);
+}
+
+/// Ink of one glyph that another one does not have, of all of its ink, where both stand at their places.
+double differenceOf(const CRaster& a, const CRaster& b) {
+    int differing = 0, sum = 0;
+    for (int y = 0; y < a.height; ++y) {
+        for (int x = -2; x < a.width + 2; ++x) {
+            differing += std::abs(coverAt(a, x, y) - coverAt(b, x, y));
+            sum += coverAt(a, x, y) + coverAt(b, x, y);
+        }
+    }
+    return static_cast<double>(differing) / sum;
+}
+
+// "64" read as "84": at the smallest size each figure differs from each other by more than a fifth of the ink.
+TEST(Font, TellsTheSmallestFiguresApart) {
+    for (const char* name : {"micro", "micro-sm"}) {
+        const auto& glyphs = drawn(name).glyphs[0];
+        for (uint32_t a = '0'; a <= '9'; ++a) {
+            for (uint32_t b = '0'; b < a; ++b) {
+                EXPECT_GT(differenceOf(glyphs.at(a), glyphs.at(b)), 0.2) << name << ' ' << char(a) << char(b);
             }
         }
     }

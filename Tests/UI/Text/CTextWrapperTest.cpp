@@ -1,6 +1,7 @@
 #include "UI/Text/CTextWrapper.h"
 
 #include "Tests/UI/Text/TextHelp.h"
+#include "UI/Resources/FontCodes.h"
 
 namespace tarv {
 namespace {
@@ -38,6 +39,53 @@ TEST_F(TextWrapper, LinesEndBehindAHyphenWithinAWordButNotBehindASign) {
     EXPECT_EQ(linesOf(wrapped(sign, face.advance("a -1")), sign), "a |-12");
     const std::string first = "-12";
     EXPECT_EQ(linesOf(wrapped(first, face.advance("-1")), first), "-1|2");
+}
+
+TEST_F(TextWrapper, TheSignOfANumberIsAMinusAndAnyOtherHyphenIsNone) {
+    CFont withMinus;
+    face.fill(withMinus);
+    constexpr uint16_t kMinus = 0x2212;
+    const uint32_t minusCode = fontCodeOf(kMinus);
+    {
+        auto* version = new CImageVersion;
+        version->setSize(9, 14);
+        version->setAdvance(9);
+        const CBytes pixels(9, 255);
+        EXPECT_GOOD(version->encode(pixels.data(), 9, 1, 1, 0, 7));
+        auto* layer = new CImageLayer(1);
+        EXPECT_GOOD(layer->addVersion(1.0, version));
+        auto* image = new CImage;
+        image->addLayer(layer);
+        withMinus.setImage(minusCode, image);
+    }
+    fonts.setFonts(&withMinus);
+    const auto shown = [&](const std::string& text) {
+        const CTextLayout layout = laidOut(plain(text));
+        std::string signs;
+        for (int32_t i = 0; i < layout.itemCount(); ++i) {
+            const bool isMinus = layout.place(i).picture == withMinus.getGlyph(minusCode);
+            signs += isMinus ? 'm' : text[static_cast<size_t>(i)] == '-' ? 'h' : '.';
+        }
+        return signs;
+    };
+    EXPECT_EQ(shown("-12.0"), "m....");
+    EXPECT_EQ(shown("-.5"), "m..");
+    EXPECT_EQ(shown("a -3 dB (-4)"), "..m......m..");
+    EXPECT_EQ(shown("+2/-3"), "...m.");
+    EXPECT_EQ(shown("\n-1"), ".m.");
+    // In a word, in a range, in the number of a part, and while nothing follows.
+    EXPECT_EQ(shown("pre-post"), "...h....");
+    EXPECT_EQ(shown("1-2"), ".h.");
+    EXPECT_EQ(shown("A-1"), ".h.");
+    EXPECT_EQ(shown("--1"), "hh.");
+    EXPECT_EQ(shown("-"), "h");
+    EXPECT_EQ(shown("-."), "h.");
+    EXPECT_EQ(shown("- 1"), "h..");
+    EXPECT_EQ(laidOut(plain("-1")).width(), 9 + face.advance("1"));
+}
+
+TEST_F(TextWrapper, AFontWithoutAMinusShowsTheHyphen) {
+    EXPECT_EQ(laidOut(plain("-1")).place(0).picture, regular.getGlyph('-'));
 }
 
 TEST_F(TextWrapper, AWordThatIsTooWideBreaksAtAGlyph) {
