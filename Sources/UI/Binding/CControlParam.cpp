@@ -17,7 +17,6 @@ CError* CControlParam::make(CObject& control, CUIParam*& param) {
         attributes[name] = CAttributeValue::fromString(object ? object->fullName() : path);
     }
     attributes["element"] = CAttributeValue::fromInt(control.getAttrInt("element"));
-    attributes["is-undo-disabled"] = CAttributeValue::fromBool(control.getAttrBool("is-undo-disabled"));
     return control.createChildOf(param, "ui:ui-param", "param", false, &attributes);
 }
 

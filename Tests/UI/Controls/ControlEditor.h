@@ -163,8 +163,9 @@ protected:
     /// Labels of the history's steps.
     std::string history() {
         std::string all;
-        for (const CString& label : instance().interfaceBase()->getStepLabels()) {
-            all += (all.empty() ? "" : ", ") + label.toUtf8();
+        const auto labels = instance().interfaceBase()->getStepLabels();
+        for (int32_t i = 1; i < labels.count(); ++i) {  // the first one is where the history begins
+            all += (all.empty() ? "" : ", ") + labels[i].toUtf8();
         }
         return all;
     }

@@ -96,7 +96,11 @@ CString CButton::readableValue() const {
 }
 
 CError* CButton::released() {
-    return param_ ? param_->setValue(param_->getValue() != 0.0 ? 0.0 : 1.0) : nullptr;
+    if (!param_) {
+        return nullptr;
+    }
+    const CParamEdit edit = getAttrBool("is-undo-disabled") ? CParamEdit::unrecorded() : CParamEdit();
+    return param_->setValue(param_->getValue() != 0.0 ? 0.0 : 1.0, edit);
 }
 
 /// The event of the button behind the view's own operation, which may have destroyed it.

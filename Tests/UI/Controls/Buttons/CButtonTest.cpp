@@ -92,6 +92,16 @@ TEST_F(CButtonTest, AnyValueButZeroIsOn) {
     EXPECT_EQ(engineValue("oversampling"), 1.0);
 }
 
+TEST_F(CButtonTest, AToggleIsAStepOfTheHistoryUnlessThatIsDisabled) {
+    addBridge("test-quality", "oversampling");
+    click(button({{"bridge", "ui.test-quality"}, {"is-undo-disabled", "true"}}, "silent"));
+    EXPECT_EQ(engineValue("oversampling"), 0.0);
+    EXPECT_EQ(history(), "");
+    click(button({{"bridge", "ui.test-quality"}}));
+    EXPECT_EQ(engineValue("oversampling"), 1.0);
+    EXPECT_EQ(history(), "Oversampling change");
+}
+
 TEST_F(CButtonTest, TogglesASetting) {
     CButton& made = button({{"shared-attribute", "ui.global-data.tablet-mode"}});
     const CObject& setting = object("global-data.tablet-mode");
