@@ -66,6 +66,7 @@
 #include "UI/Binding/CUIParam.h"
 #include "UI/Binding/CViewStateSwitch.h"
 #include "UI/Controls/Buttons/CButton.h"
+#include "UI/Controls/Buttons/CWinDrag.h"
 #include "UI/Controls/Lists/CValueListAudio.h"
 #include "UI/Controls/Presets/CDynamicListPresets.h"
 #include "UI/Resources/CDataSetObject.h"
@@ -174,6 +175,7 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:view-state", &createObject<CViewState>, nullptr},
     {"ui:view-state-switch", &createObject<CViewStateSwitch>, &CViewStateSwitch::initClass},
     {"ui:virtual-keyboard", &createObject<CVirtualKeyboard>, &CVirtualKeyboard::initClass},
+    {"ui:window-drag", &createObject<CWinDrag>, &CWinDrag::initClass},
     {"ui:window-renderer", &createObject<CWindow>, &CWindow::initClass},
     {"ui:window-shared-data", &createObject<CWindowSharedData>, &CWindowSharedData::initClass},
 };
