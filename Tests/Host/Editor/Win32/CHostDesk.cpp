@@ -19,10 +19,11 @@ HWND asWindow(void* parent) {
     return static_cast<HWND>(parent);
 }
 
-/// The highest of some handles that the system gives now: it grows with those in use. Wine does not count them.
+/// The highest of many handles that the system gives now: it grows with those in use, once the places that others have
+/// left are taken. Wine does not count them.
 int64_t highestPen() {
     int64_t highest = 0;
-    HPEN pens[16];
+    HPEN pens[1024];
     for (HPEN& pen : pens) {
         pen = CreatePen(PS_SOLID, 1, 0);
         // The lower half is the place in the table.
