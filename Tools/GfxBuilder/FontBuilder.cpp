@@ -35,11 +35,12 @@ double trackingAt(double size) {
     return size * std::max(0.185 * std::exp(-0.1745 * size) - 0.0223, 0.0);
 }
 
-/// How much a pen moves for a letter.
+/// How much a pen moves for a letter: half way between its advance and the nearest whole pixel. Whole advances add up
+/// to words of another width, exact ones make gaps between the same letters differ.
 double letterAdvance(uint32_t character, double exact, double size) {
     // Three quarters of a pixel more, so that a space is a space wherever the pen is rounded.
     const double advance = exact + trackingAt(size) + (character == ' ' ? 0.75 : 0.0);
-    return std::round(advance / kPenStep) * kPenStep;
+    return std::round((advance + devicePixels(advance)) / 2 / kPenStep) * kPenStep;
 }
 
 /// How much of the ink stands in full pixels: 1 when all of it does.
