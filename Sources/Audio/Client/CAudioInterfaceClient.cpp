@@ -71,6 +71,7 @@ constexpr CAudioInterfaceClient::CParts::CHandlerRow CAudioInterfaceClient::CPar
     {kFrame, &CParts::call<&CParts::subscriptions, &CClientSubscriptions::takeFrame>},
     {kData, &CParts::takeData},
     {kDefaultPreset, &CParts::call<&CParts::state, &CClientState::takeDefaultPreset>},
+    {kEditRefused, &CParts::call<&CParts::state, &CClientState::takeRefusal>},
 };
 
 constexpr CAudioInterfaceClient::CParts::CHandlerRow CAudioInterfaceClient::CParts::kDataHandlers[] = {
@@ -229,6 +230,15 @@ CError* CAudioInterfaceClient::setNumbers(const CString& param, int32_t group, i
 CError* CAudioInterfaceClient::setTexts(const CString& param, int32_t group, int32_t first, const CTextList& texts,
                                         const CInterfaceUndo& undo, bool isReplacing) {
     return parts_->edits.setTexts(param, group, first, texts, undo, isReplacing);
+}
+
+CError* CAudioInterfaceClient::beginEdit(int32_t key, const CString& param, int32_t group, int32_t first,
+                                         int32_t elements) {
+    return parts_->sender.send(kBeginEdit, tickIdOf(parts_->sender.clientId()), key, param, group, first, elements);
+}
+
+CError* CAudioInterfaceClient::endEdit(int32_t key) {
+    return parts_->sender.send(kEndEdit, tickIdOf(parts_->sender.clientId()), key);
 }
 
 CError* CAudioInterfaceClient::beginStep(const CString& label, int32_t key) {

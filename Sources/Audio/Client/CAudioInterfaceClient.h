@@ -17,7 +17,7 @@ class CAudioParamInfo;
 /// or refuses the message, and may close this editor if the engine calls a host. The editor's thread. Events of this
 /// object: `engine-state` (the full state has come), `update-sample-rate`, `update-io-channel-counts`,
 /// `update-group-count`, `update-internal-channel-count`, `clear`, `undo-history-changed`, `group-names-changed`,
-/// `bound-value-changed` (`id`), `data-passed`, `default-preset-update`, `shared-banks-update`
+/// `bound-value-changed` (`id`), `data-passed`, `edit-refused` (`key`), `default-preset-update`, `shared-banks-update`
 /// (`store-name`: an editor of this process wrote that store), `engine-gone`.
 class CAudioInterfaceClient : public CObject, public CAudioInterfaceClientTarget {
 public:
@@ -50,6 +50,11 @@ public:
                                      bool isReplacing = false);
     [[nodiscard]] CError* setTexts(const CString& param, int32_t group, int32_t first, const CTextList& texts,
                                    const CInterfaceUndo& undo = {}, bool isReplacing = false);
+    /// A gesture of a key edits elements from now on, and ends: the host is notified. Keys are from 0 on, each of one
+    /// gesture of the process. Values that the engine takes no more, since the history moved or a preset came, are
+    /// answered by the event `edit-refused`.
+    [[nodiscard]] CError* beginEdit(int32_t key, const CString& param, int32_t group, int32_t first, int32_t elements);
+    [[nodiscard]] CError* endEdit(int32_t key);
     /// All that is set until endStep is one step of the history.
     [[nodiscard]] CError* beginStep(const CString& label, int32_t key = -1);
     [[nodiscard]] CError* endStep();

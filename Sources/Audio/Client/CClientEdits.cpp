@@ -22,9 +22,11 @@ template <class Put>
 CError* CClientEdits::send(const CString& param, int32_t group, int32_t first, int32_t count,
                            const CInterfaceUndo& undo, bool isReplacing, Put&& put) const {
     TARV_TRY(requirePlace(param, group, first, count));
-    const uint32_t flags = (isReplacing ? kIsReplacing : 0u) | (undo.isRecorded ? kIsRecorded : 0u);
+    const uint32_t flags =
+        (isReplacing ? kIsReplacing : 0u) | (undo.isRecorded ? kIsRecorded : 0u) | (undo.isHeld ? kIsHeld : 0u);
     CMemoryWriteBuffer stream;
-    TARV_TRY(putFields(stream, static_cast<uint32_t>(kSetValues), uint32_t{0}, param, group, first, count, flags));
+    TARV_TRY(putFields(stream, static_cast<uint32_t>(kSetValues), tickIdOf(sender_.clientId()), param, group, first,
+                       count, flags));
     TARV_TRY(put(stream));
     TARV_TRY(putFields(stream, undo.label, undo.key));
     CByteBuffer message;

@@ -72,6 +72,14 @@ CError* CClientState::takeDefaultPreset(CPosInputStream& stream) {
     return sendEvent("default-preset-update");
 }
 
+CError* CClientState::takeRefusal(CPosInputStream& stream) {
+    int32_t key = 0;
+    TARV_TRY(takeMessage(stream, key));
+    CAttributeMap params;
+    params["key"] = CAttributeValue::fromInt(key);
+    return owner_.sendEvent("edit-refused", params, false);
+}
+
 CError* CClientState::takePassed(CPosInputStream& stream) {
     uint32_t request = 0;
     CByteBuffer bytes;

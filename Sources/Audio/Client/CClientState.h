@@ -28,6 +28,7 @@ public:
     [[nodiscard]] CError* takeInternalCount(CPosInputStream& stream);
     [[nodiscard]] CError* takeDefaultPreset(CPosInputStream& stream);
     // Of kData, behind its kind.
+    [[nodiscard]] CError* takeRefusal(CPosInputStream& stream);
     [[nodiscard]] CError* takePassed(CPosInputStream& stream);
     [[nodiscard]] CError* takeClear(CPosInputStream& stream);
 

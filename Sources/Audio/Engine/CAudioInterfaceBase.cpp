@@ -5,6 +5,7 @@
 #include "Audio/Engine/CEngineAnswers.h"
 #include "Audio/Engine/CEngineDefaultPreset.h"
 #include "Audio/Engine/CEngineEdits.h"
+#include "Audio/Engine/CEngineGestures.h"
 #include "Audio/Engine/CEngineHistory.h"
 #include "Audio/Engine/CEnginePrograms.h"
 #include "Audio/Engine/CEngineRegistries.h"
@@ -18,9 +19,16 @@ namespace tarv {
 /// The parts of the interface object, in the order in which they need each other, and the table of their handlers.
 struct CAudioInterfaceBase::CParts final : public CHeapObject, private CEngineTickListener {
     using CHandler = CError* (CParts::*)(CInputStream& stream);
+    /// What a message is for the host and for the gestures that are under way.
+    enum class CKind {
+        Other,
+        Action,  ///< a person changes what there is: what it changes is reported to the host
+        Step     ///< the same by values of one step: gestures go on
+    };
     struct CHandlerRow {
         uint32_t type;
         CHandler handle;
+        CKind kind = CKind::Other;
     };
     static const CHandlerRow kHandlers[kFirstBaseMessage];
 
@@ -30,8 +38,9 @@ struct CAudioInterfaceBase::CParts final : public CHeapObject, private CEngineTi
           status(*base.vizCollector_->env()),
           registries(base),
           history(base, sender),
+          gestures(sender),
           subscriptions(sender, status, registries, *base.paramCollector_, *base.vizCollector_, *this),
-          edits(base, *base.paramCollector_, subscriptions, registries, status, sender),
+          edits(base, *base.paramCollector_, subscriptions, registries, status, gestures, sender),
           programs(registries, status, sender),
           defaultPreset(registries, sender),
           answers(status, registries, base, history, sender) {}
@@ -40,6 +49,8 @@ struct CAudioInterfaceBase::CParts final : public CHeapObject, private CEngineTi
     CError* call(CInputStream& stream) {
         return (this->*Part.*Handle)(stream);
     }
+    CError* handle(const CHandlerRow& row, CInputStream& stream);
+    CError* beginEdit(CInputStream& stream) { return gestures.begin(stream, subscriptions); }
     void onTick() override {
         if (status.takeClear()) {
             TARV_CONSUME(base.notify("clear"));
@@ -51,6 +62,7 @@ struct CAudioInterfaceBase::CParts final : public CHeapObject, private CEngineTi
     CEngineStatus status;
     CEngineRegistries registries;
     CEngineHistory history;
+    CEngineGestures gestures;
     CEngineSubscriptions subscriptions;
     CEngineEdits edits;
     CEnginePrograms programs;
@@ -66,20 +78,22 @@ constexpr CAudioInterfaceBase::CParts::CHandlerRow CAudioInterfaceBase::CParts::
     {kSetValues, &CParts::call<&CParts::edits, &CEngineEdits::setValues>},
     {kSubscribeRegistry, &CParts::call<&CParts::subscriptions, &CEngineSubscriptions::subscribeRegistry>},
     {kUnsubscribeRegistry, &CParts::call<&CParts::subscriptions, &CEngineSubscriptions::unsubscribeRegistry>},
-    {kRecord, &CParts::call<&CParts::history, &CEngineHistory::record>},
-    {kMoveInHistory, &CParts::call<&CParts::history, &CEngineHistory::move>},
+    {kRecord, &CParts::call<&CParts::history, &CEngineHistory::record>, CKind::Step},
+    {kMoveInHistory, &CParts::call<&CParts::history, &CEngineHistory::move>, CKind::Action},
     {kSubscribeVisual, &CParts::call<&CParts::subscriptions, &CEngineSubscriptions::subscribeVisual>},
     {kUnsubscribeVisual, &CParts::call<&CParts::subscriptions, &CEngineSubscriptions::unsubscribeVisual>},
-    {kSetProgram, &CParts::call<&CParts::programs, &CEnginePrograms::select>},
-    {kRenameProgram, &CParts::call<&CParts::programs, &CEnginePrograms::rename>},
-    {kActivateRomPreset, &CParts::call<&CParts::programs, &CEnginePrograms::activateRomPreset>},
-    {kActivateData, &CParts::call<&CParts::programs, &CEnginePrograms::activateData>},
+    {kSetProgram, &CParts::call<&CParts::programs, &CEnginePrograms::select>, CKind::Action},
+    {kRenameProgram, &CParts::call<&CParts::programs, &CEnginePrograms::rename>, CKind::Action},
+    {kActivateRomPreset, &CParts::call<&CParts::programs, &CEnginePrograms::activateRomPreset>, CKind::Action},
+    {kActivateData, &CParts::call<&CParts::programs, &CEnginePrograms::activateData>, CKind::Action},
     {kAcquirePreset, &CParts::call<&CParts::programs, &CEnginePrograms::acquirePreset>},
     {kAcquireBank, &CParts::call<&CParts::programs, &CEnginePrograms::acquireBank>},
-    {kSwapAB, &CParts::call<&CParts::programs, &CEnginePrograms::act<&CAudioParamRegistry::swapAB>>},
-    {kMasterReset, &CParts::call<&CParts::programs, &CEnginePrograms::act<&CAudioParamRegistry::masterReset>>},
-    {kResetState, &CParts::call<&CParts::programs, &CEnginePrograms::act<&CAudioParamRegistry::reset>>},
-    {kCopyToAlternate, &CParts::call<&CParts::programs, &CEnginePrograms::act<&CAudioParamRegistry::copyToAlternate>>},
+    {kSwapAB, &CParts::call<&CParts::programs, &CEnginePrograms::act<&CAudioParamRegistry::swapAB>>, CKind::Action},
+    {kMasterReset, &CParts::call<&CParts::programs, &CEnginePrograms::act<&CAudioParamRegistry::masterReset>>,
+     CKind::Action},
+    {kResetState, &CParts::call<&CParts::programs, &CEnginePrograms::act<&CAudioParamRegistry::reset>>, CKind::Action},
+    {kCopyToAlternate, &CParts::call<&CParts::programs, &CEnginePrograms::act<&CAudioParamRegistry::copyToAlternate>>,
+     CKind::Action},
     {kBindValue, &CParts::call<&CParts::subscriptions, &CEngineSubscriptions::bindValue>},
     {kUnbindValue, &CParts::call<&CParts::subscriptions, &CEngineSubscriptions::unbindValue>},
     {kPass, &CParts::call<&CParts::answers, &CEngineAnswers::pass>},
@@ -87,13 +101,15 @@ constexpr CAudioInterfaceBase::CParts::CHandlerRow CAudioInterfaceBase::CParts::
     {kAskIoCounts, &CParts::call<&CParts::answers, &CEngineAnswers::askIoCounts>},
     {kAskGroupCount, &CParts::call<&CParts::answers, &CEngineAnswers::askGroupCount>},
     {kAskInternalCount, &CParts::call<&CParts::answers, &CEngineAnswers::askInternalCount>},
-    {kImportLabels, &CParts::call<&CParts::edits, &CEngineEdits::importLabels>},
-    {kAddProgram, &CParts::call<&CParts::programs, &CEnginePrograms::add>},
-    {kDeleteProgram, &CParts::call<&CParts::programs, &CEnginePrograms::remove>},
-    {kReplaceProgram, &CParts::call<&CParts::programs, &CEnginePrograms::replace>},
+    {kImportLabels, &CParts::call<&CParts::edits, &CEngineEdits::importLabels>, CKind::Step},
+    {kAddProgram, &CParts::call<&CParts::programs, &CEnginePrograms::add>, CKind::Action},
+    {kDeleteProgram, &CParts::call<&CParts::programs, &CEnginePrograms::remove>, CKind::Action},
+    {kReplaceProgram, &CParts::call<&CParts::programs, &CEnginePrograms::replace>, CKind::Action},
     {kSetDefaultPreset, &CParts::call<&CParts::defaultPreset, &CEngineDefaultPreset::set>},
     {kClearDefaultPreset, &CParts::call<&CParts::defaultPreset, &CEngineDefaultPreset::clear>},
     {kAskDefaultPreset, &CParts::call<&CParts::defaultPreset, &CEngineDefaultPreset::ask>},
+    {kBeginEdit, &CParts::beginEdit},
+    {kEndEdit, &CParts::call<&CParts::gestures, &CEngineGestures::end>},
 };
 
 CAudioInterfaceBase::CAudioInterfaceBase() = default;
@@ -147,13 +163,31 @@ CError* CAudioInterfaceBase::processMessage(CInputStream& stream) {
         TARV_FAIL("@tarvstr_CAudioInterfaceBase_processMessage_InvalidType Invalid data type %1.",
                   CString::fromInt(type));
     }
-    TARV_TRY(((*parts_).*CParts::kHandlers[type].handle)(stream));
+    TARV_TRY(parts_->handle(CParts::kHandlers[type], stream));
     return nullptr;
+}
+
+CError* CAudioInterfaceBase::CParts::handle(const CHandlerRow& row, CInputStream& stream) {
+    if (row.kind == CKind::Action) {
+        const CEngineGestures::CAction action(gestures);
+        return (this->*row.handle)(stream);
+    }
+    if (row.kind == CKind::Step) {
+        const CEngineGestures::CAction action(gestures, -1, -1, false);
+        return (this->*row.handle)(stream);
+    }
+    return (this->*row.handle)(stream);
+}
+
+void CAudioInterfaceBase::setHostParams(CAudioExtParamList* params) {
+    parts_->gestures.setHostParams(params);
 }
 
 void CAudioInterfaceBase::clientGone(int32_t client) {
     parts_->subscriptions.clientGone(client);
+    const CEngineGestures::CAction action(parts_->gestures, client, -1, false);
     parts_->history.clientGone(client);
+    parts_->gestures.clientGone(client);
 }
 
 void CAudioInterfaceBase::start() {
@@ -214,12 +248,14 @@ void CAudioInterfaceBase::setChannelLabels(const CTextList& labels) {
 }
 
 void CAudioInterfaceBase::sendState() {
+    parts_->gestures.cancelAll();
     parts_->subscriptions.sendAll();
     parts_->history.send(true);
 }
 
 void CAudioInterfaceBase::historyChanged() {
     if (parts_) {
+        parts_->gestures.cancelAll();
         parts_->history.send(false);
     }
     CAudioParamUndo::historyChanged();

@@ -6,6 +6,7 @@
 
 namespace tarv {
 
+class CAudioExtParamList;
 class CAudioParamCollector;
 class CAudioVizCollector;
 
@@ -26,6 +27,9 @@ public:
     CAudioParamCollector* paramCollector() const { return paramCollector_; }
     CAudioVizCollector* vizCollector() const { return vizCollector_; }
 
+    /// The host's parameters, or null: what an editor's messages change of them is reported to the host as edits.
+    /// Before the first message, and before they are destroyed.
+    void setHostParams(CAudioExtParamList* params);
     /// Waits for the message that is being processed; from then on each one fails. Called before an engine is destroyed
     /// whose editor lives on another thread. Any thread.
     void stopMessages();

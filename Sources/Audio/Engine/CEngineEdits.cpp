@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Audio/Engine/CEngineGestures.h"
 #include "Audio/Engine/CEngineHistory.h"
 #include "Audio/Engine/CEngineRegistries.h"
 #include "Audio/Engine/CEngineStatus.h"
@@ -81,7 +82,15 @@ CError* CEngineEdits::setValues(CInputStream& stream) {
     TARV_TRY(requirePlace(edit));
     TARV_TRY(readElements(stream, edit));
     TARV_TRY(takeMessage(stream, edit.label, edit.key));
-    carryOut(edit);
+    const bool isHeld = (edit.flags & kIsHeld) != 0;
+    if (isHeld) {
+        TARV_TRY(sender_.requireClient(id));
+        TARV_TRY(gestures_.requireRoom(clientOf(id), edit.key));
+    }
+    if (!isHeld || !gestures_.isCancelled(edit.key)) {
+        const CEngineGestures::CAction action(gestures_, clientOf(id), edit.key, isHeld);
+        carryOut(edit);
+    }
     return nullptr;
 }
 

@@ -7,6 +7,7 @@ namespace tarv {
 class CAudioParam;
 class CAudioParamCollector;
 class CAudioParamUndo;
+class CEngineGestures;
 class CEngineRegistries;
 class CEngineStatus;
 class CEngineSubscriptions;
@@ -17,12 +18,14 @@ class CEngineSubscriptions;
 class CEngineEdits {
 public:
     CEngineEdits(CAudioParamUndo& undo, CAudioParamCollector& collector, const CEngineSubscriptions& subscriptions,
-                 const CEngineRegistries& registries, const CEngineStatus& status, const CEngineSender& sender)
+                 const CEngineRegistries& registries, const CEngineStatus& status, CEngineGestures& gestures,
+                 const CEngineSender& sender)
         : undo_(undo),
           collector_(collector),
           subscriptions_(subscriptions),
           registries_(registries),
           status_(status),
+          gestures_(gestures),
           sender_(sender) {}
 
     // One message each. A failure has changed nothing.
@@ -46,6 +49,7 @@ private:
     const CEngineSubscriptions& subscriptions_;
     const CEngineRegistries& registries_;
     const CEngineStatus& status_;
+    CEngineGestures& gestures_;
     const CEngineSender& sender_;
 };
 

@@ -34,6 +34,7 @@ class CAudioWrapper::CExtParamBridge final : public CHeapObject, public CAudioEx
 public:
     CExtParamBridge(CAudioWrapper& owner, int32_t index) : owner_(owner), index_(index) {}
     void onExtParamChanged(const CAudioExtParam& param) override { owner_.hostParamChanged(index_, param); }
+    void onExtParamEdited(const CAudioExtParam&, bool isBegin) override { owner_.hostParamEdited(index_, isBegin); }
 
 private:
     CAudioWrapper& owner_;
@@ -143,6 +144,7 @@ void CAudioWrapper::connectHost() {
         extParamBridges_.append(bridge);
         extParamList()->param(i)->setHostBridge(bridge);
     }
+    interfaceBase()->setHostParams(extParamList());
 }
 
 CError* CAudioWrapper::getState(CByteBuffer& chunk, bool isProgram) {

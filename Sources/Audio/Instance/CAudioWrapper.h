@@ -48,6 +48,8 @@ public:
     /// The engine changed an external parameter; the host's automation gets its value. [any thread but the audio
     /// thread]
     virtual void hostParamChanged(int32_t index, const CAudioExtParam& param) = 0;
+    /// A person begins or ends to edit an external parameter in an editor. [editor's thread]
+    virtual void hostParamEdited(int32_t /*index*/, bool /*isBegin*/) {}
 
     /// Waits for the message of an editor that is being processed; later ones fail. The first step of a subclass's
     /// destructor, since a message calls the host through it and the editor may live on another thread. [main thread]

@@ -12,16 +12,17 @@ namespace tarv {
 /// A registry is named by its path, a parameter by its full name.
 enum CInterfaceMessage : uint32_t {
     // From a client.
-    kSubscribeParam = 0,     ///< id, parameter, u32 flags (CSubscribeFlag), u32 request (comes back in the answer)
-    kUnsubscribeParam = 1,   ///< id
-    kRequestValues = 2,      ///< id of a parameter (answer: kParamValues), a bound value (kData), visual data (kFrame);
-                             ///< number 0 of a client: an editor's tick. Visual data and a tick send all frames that
-                             ///< gathered, and what the engine has set itself since the last time
-    kRequestState = 3,       ///< request; answer: kFullState
-    kSetValues = 4,          ///< id or 0, parameter (empty: the id's), i32 group (9999: all), i32 first element,
-                             ///< i32 count of elements, u32 flags (CSetFlag), the elements' f64 or texts, text label
-                             ///< (empty: made from the parameter), i32 coalesce key (-1: none)
-    kSubscribeRegistry = 5,  ///< registry, id; answer: kRegistryChanged
+    kSubscribeParam = 0,    ///< id, parameter, u32 flags (CSubscribeFlag), u32 request (comes back in the answer)
+    kUnsubscribeParam = 1,  ///< id
+    kRequestValues = 2,     ///< id of a parameter (answer: kParamValues), a bound value (kData), visual data (kFrame);
+                            ///< number 0 of a client: an editor's tick. Visual data and a tick send all frames that
+                            ///< gathered, and what the engine has set itself since the last time
+    kRequestState = 3,      ///< request; answer: kFullState
+    kSetValues =
+        4,  ///< id (its number 0: none), parameter (empty: the id's), i32 group (9999: all), i32 first element,
+            ///< i32 count of elements, u32 flags (CSetFlag), the elements' f64 or texts, text label
+            ///< (empty: made from the parameter), i32 coalesce key (-1: none)
+    kSubscribeRegistry = 5,    ///< registry, id; answer: kRegistryChanged
     kUnsubscribeRegistry = 6,  ///< id
     kRecord = 7,               ///< request, flag (1 opens a record of the history, 0 ends it), text label, i32 key
     kMoveInHistory = 8,        ///< request, u32 CHistoryMove, i32 position (for Select), i32 count (for the others)
@@ -53,25 +54,31 @@ enum CInterfaceMessage : uint32_t {
     kSetDefaultPreset = 32,  ///< registry, bytes: a compressed preset of this registry's prefix; of a master
     kClearDefaultPreset = 33,  ///< nothing
     kAskDefaultPreset = 34,    ///< request; answer: kDefaultPreset
+    kBeginEdit =
+        35,         ///< request, i32 key, parameter, i32 group, i32 first element, i32 count: a person's gesture edits
+                    ///< these elements; the host is notified
+    kEndEdit = 36,  ///< request, i32 key: the gesture ends, for all that it edited
 
     // From the engine.
-    kFirstBaseMessage = 35,
-    kFullState = 35,    ///< request, CInterfaceState
-    kParamValues = 36,  ///< id, request (0 for a change), u32 CValuesForm, then for Whole: text path of the definition,
+    kFirstBaseMessage = 37,
+    kFullState = 37,    ///< request, CInterfaceState
+    kParamValues = 38,  ///< id, request (0 for a change), u32 CValuesForm, then for Whole: text path of the definition,
                         ///< the storage record; for Part: i32 group, i32 first, i32 count, i32 elements that the
                         ///< group has now, u32 numbers of an element (0: texts), the elements' f64 or texts
-    kRegistryChanged = 37,  ///< id, CInterfaceRegistryState
-    kGroupNames = 38,       ///< id, request, list of texts; in place of kParamValues where asked for
-    kHistory = 39,          ///< CInterfaceHistory
-    kSampleRate = 40,       ///< request or kNoRequest, f64 Hz
-    kIoCounts = 41,         ///< request or kNoRequest, u32 inputs, u32 outputs, u32 side-chain inputs
-    kGroupCount = 42,       ///< request or kNoRequest, u32
-    kInternalCount = 43,    ///< request or kNoRequest, u32 internal channels
-    kFrame = 44,            ///< id, list of records (CAudioVizData)
-    kData = 45,  ///< u32 CDataKind, then for Answer: request, bytes; Value: id, list of f64; Passed: request of
+    kRegistryChanged = 39,  ///< id, CInterfaceRegistryState
+    kGroupNames = 40,       ///< id, request, list of texts; in place of kParamValues where asked for
+    kHistory = 41,          ///< CInterfaceHistory
+    kSampleRate = 42,       ///< request or kNoRequest, f64 Hz
+    kIoCounts = 43,         ///< request or kNoRequest, u32 inputs, u32 outputs, u32 side-chain inputs
+    kGroupCount = 44,       ///< request or kNoRequest, u32
+    kInternalCount = 45,    ///< request or kNoRequest, u32 internal channels
+    kFrame = 46,            ///< id, list of records (CAudioVizData)
+    kData = 47,  ///< u32 CDataKind, then for Answer: request, bytes; Value: id, list of f64; Passed: request of
                  ///< the sender, bytes; Clear: nothing
-    kDefaultPreset = 46,  ///< request or kNoRequest, flag (there is one), text display name
-    kMessageCount = 47,
+    kDefaultPreset = 48,  ///< request or kNoRequest, flag (there is one), text display name
+    kEditRefused =
+        49,  ///< i32 key: the values of that gesture are taken no more, since the history moved or a preset came
+    kMessageCount = 50,
 };
 
 /// The request id of a notification, which no client asked for.
@@ -81,6 +88,7 @@ enum CSubscribeFlag : uint32_t { kSendAtOnce = 1, kAsGroupNames = 2 };
 enum CSetFlag : uint32_t {
     kIsReplacing = 1,  ///< the group has first + count elements afterwards
     kIsRecorded = 2,   ///< as a step of the history
+    kIsHeld = 4,       ///< part of the gesture of the key, which goes on until kEndEdit; a gesture of its own otherwise
 };
 enum class CHistoryMove : uint32_t { Undo = 0, Redo = 1, Select = 2 };
 enum class CValuesForm : uint32_t { Whole = 0, Part = 1 };

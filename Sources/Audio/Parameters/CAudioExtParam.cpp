@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Audio/Parameters/CAudioExtParamGathering.h"
 #include "Audio/Parameters/CAudioParamCollector.h"
 #include "Audio/Parameters/CAudioParamConverter.h"
+#include "Platform/ThreadId.h"
 
 namespace tarv {
 
@@ -28,6 +30,7 @@ CError* CAudioExtParam::init() {
     group_ = getAttrIntOr("group", 0);
     element_ = getAttrIntOr("element-index", 0);
     param_ = collector->getParam(getAttrString("param-name"));
+    list_ = dynamic_cast<CAudioExtParamList*>(parent());
     param_->addListener(*this);
     return nullptr;
 }
@@ -74,12 +77,27 @@ void CAudioExtParam::getDisplayFor(CString& text, double normalised) const {
     }
 }
 
-void CAudioExtParam::onParamChanged(CAudioParam&, int32_t group, int32_t first, int32_t count) {
-    CAudioExtParamHostBridge* bridge = hostBridge_.load(std::memory_order_acquire);
-    const bool isOwn = (group == group_ || group == CAudioParamData::kAllGroups || param_->info().isSingleGroup()) &&
-                       element_ >= first && element_ < first + count;
-    if (bridge && isOwn) {
+bool CAudioExtParam::isAmong(const CAudioParam& param, int32_t group, int32_t first, int32_t count) const {
+    const bool isOfGroup =
+        group == group_ || group == CAudioParamData::kAllGroups || (param_ && param_->info().isSingleGroup());
+    return &param == param_ && isOfGroup && element_ >= first && int64_t{element_} - first < count;
+}
+
+void CAudioExtParam::onParamChanged(CAudioParam& param, int32_t group, int32_t first, int32_t count) {
+    if (isAmong(param, group, first, count) && !(list_ && list_->keepChange(*this))) {
+        notifyHost();
+    }
+}
+
+void CAudioExtParam::notifyHost() const {
+    if (CAudioExtParamHostBridge* bridge = hostBridge_.load(std::memory_order_acquire)) {
         bridge->onExtParamChanged(*this);
+    }
+}
+
+void CAudioExtParam::notifyHostOfEdit(bool isBegin) const {
+    if (CAudioExtParamHostBridge* bridge = hostBridge_.load(std::memory_order_acquire)) {
+        bridge->onExtParamEdited(*this, isBegin);
     }
 }
 
@@ -98,6 +116,33 @@ void CAudioExtParamList::removeChild(CObject* child) {
         }
     }
     CObject::removeChild(child);
+}
+
+bool CAudioExtParamList::keepChange(const CAudioExtParam& param) {
+    if (gatheringThread_.load(std::memory_order_relaxed) != currentThreadId()) {
+        return false;
+    }
+    for (int32_t i = 0; i < params_.count(); ++i) {
+        if (params_[i] == &param) {
+            gathering_->note(i);
+        }
+    }
+    return true;
+}
+
+CAudioExtParamGathering* CAudioExtParamList::beginGathering(CAudioExtParamGathering& gathering) {
+    const bool isNested = gatheringThread_.load(std::memory_order_relaxed) == currentThreadId();
+    CAudioExtParamGathering* const outer = isNested ? gathering_ : nullptr;
+    gathering_ = &gathering;
+    gatheringThread_.store(currentThreadId(), std::memory_order_relaxed);
+    return outer;
+}
+
+void CAudioExtParamList::endGathering(CAudioExtParamGathering* outer) {
+    gathering_ = outer;
+    if (!outer) {
+        gatheringThread_.store(0, std::memory_order_relaxed);
+    }
 }
 
 CAudioExtParam* CAudioExtParamList::param(int32_t index) const {

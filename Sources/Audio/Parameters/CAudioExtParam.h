@@ -6,6 +6,8 @@
 namespace tarv {
 
 class CAudioExtParam;
+class CAudioExtParamGathering;
+class CAudioExtParamList;
 class CAudioParamCollector;
 
 /// The host's end of an external parameter: notified of changes that the host did not make.
@@ -13,6 +15,9 @@ class CAudioExtParamHostBridge {
 public:
     /// Called on the thread that posted the change, outside all locks. `param` gives the new value.
     virtual void onExtParamChanged(const CAudioExtParam& param) = 0;
+    /// A person begins or ends to edit the parameter. Called on the editor's thread, outside all locks but the one that
+    /// serialises editors' messages.
+    virtual void onExtParamEdited(const CAudioExtParam&, bool /*isBegin*/) {}
 
 protected:
     ~CAudioExtParamHostBridge() = default;
@@ -45,12 +50,18 @@ public:
     int32_t elementIndex() const { return element_; }
     /// Connects the host, which must outlive the connection; null disconnects it.
     void setHostBridge(CAudioExtParamHostBridge* bridge) { hostBridge_.store(bridge, std::memory_order_release); }
+    // Of what gathers changes and knows of edits: notifies the host, if one is connected.
+    void notifyHost() const;
+    void notifyHostOfEdit(bool isBegin) const;
+    /// Whether the value is among these elements of a parameter's group (CAudioParamData::kAllGroups: of all).
+    bool isAmong(const CAudioParam& param, int32_t group, int32_t first, int32_t count) const;
 
 private:
     void showValue(CString& text, double value) const;
     void onParamChanged(CAudioParam& param, int32_t group, int32_t first, int32_t count) override;
 
     CString extName_;
+    CAudioExtParamList* list_ = nullptr;
     CAudioParam* param_ = nullptr;
     int32_t group_ = 0;
     int32_t element_ = 0;
@@ -70,8 +81,18 @@ public:
     void setParameter(int32_t index, double normalised);
     double getParameter(int32_t index) const;
 
+    /// Keeps a change of this thread for the gathering that runs on it; false if there is none. Any thread.
+    bool keepChange(const CAudioExtParam& param);
+
 private:
+    friend class CAudioExtParamGathering;
+    /// Gives the one that gathered on this thread before.
+    CAudioExtParamGathering* beginGathering(CAudioExtParamGathering& gathering);
+    void endGathering(CAudioExtParamGathering* outer);
+
     CArray<CAudioExtParam*, 4> params_;
+    std::atomic<uint64_t> gatheringThread_{0};      ///< 0: none
+    CAudioExtParamGathering* gathering_ = nullptr;  ///< of that thread alone
 };
 
 }  // namespace tarv

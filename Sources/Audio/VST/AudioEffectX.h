@@ -111,6 +111,9 @@ protected:
     bool updateDisplay() { return callHost(vst::kHostUpdateDisplay) != 0; }
     /// Notifies the host that the effect itself changed a parameter.
     void setParameterAutomated(int32_t index, float value);
+    /// Notifies the host that a person begins or ends to edit a parameter. [editor's thread]
+    void beginEdit(int32_t index) { callHost(vst::kHostBeginEdit, index); }
+    void endEdit(int32_t index) { callHost(vst::kHostEndEdit, index); }
 
 private:
     friend struct AudioEffectDispatch;

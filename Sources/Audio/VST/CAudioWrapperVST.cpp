@@ -284,4 +284,8 @@ void CAudioWrapperVST::hostParamChanged(int32_t index, const CAudioExtParam& par
     }
 }
 
+void CAudioWrapperVST::hostParamEdited(int32_t index, bool isBegin) {
+    isBegin ? beginEdit(index) : endEdit(index);
+}
+
 }  // namespace tarv

@@ -59,6 +59,7 @@ public:
     bool hostTempo(double& bpm) override;
     void hostIoChanged() override;
     void hostParamChanged(int32_t index, const CAudioExtParam& param) override;
+    void hostParamEdited(int32_t index, bool isBegin) override;
 
     const CHostTraits& hostTraits() const { return traits_; }
     bool isDoublePrecision() const { return isDoublePrecision_; }

@@ -14,6 +14,7 @@ CParamBridgeAudio::~CParamBridgeAudio() {
 
 CError* CParamBridgeAudio::initClass(CClassDescriptor& descriptor) {
     descriptor.addHandler<&CParamBridgeAudio::countsChanged>("update-group-count");
+    descriptor.addHandler<&CParamBridgeAudio::editRefused>("edit-refused");
     return nullptr;
 }
 
@@ -30,6 +31,7 @@ CError* CParamBridgeAudio::init() {
     for (const char* event : {"engine-state", "update-group-count"}) {
         listenObject(client->fullName(), event, "update-group-count");
     }
+    listenObject(client->fullName(), "edit-refused", "edit-refused");
     return nullptr;
 }
 
@@ -95,6 +97,19 @@ double CParamBridgeAudio::maximum() const {
     return isActive() ? info_->converter(0)->valueToShown(std::max(info_->minimum(0), info_->maximum(0))) : 0.0;
 }
 
+CError* CParamBridgeAudio::beginEdit(int32_t key, int32_t group, int32_t first, int32_t count) {
+    return isActive() ? client()->beginEdit(key, param_, storedGroup(group), first, count) : nullptr;
+}
+
+CError* CParamBridgeAudio::endEdit(int32_t key) {
+    return isActive() ? client()->endEdit(key) : nullptr;
+}
+
+CError* CParamBridgeAudio::editRefused(CAttributeMap& params) {
+    cancelGesture(params["key"].asInt());
+    return nullptr;
+}
+
 CError* CParamBridgeAudio::beginStep(const CString& label) {
     return isActive() ? client()->beginStep(label) : nullptr;
 }
@@ -124,7 +139,7 @@ CError* CParamBridgeAudio::setValues(int32_t group, int32_t first, const double*
             numbers.append(data().value(group, first + i, k));
         }
     }
-    const CInterfaceUndo undo{edit.isRecorded, undoLabel(group, "change"), edit.key};
+    const CInterfaceUndo undo{edit.isRecorded, undoLabel(group, "change"), edit.key, edit.isHeld};
     const int32_t stored = group == CAudioParamData::kAllGroups ? group : storedGroup(group);
     return client()->setNumbers(param_, stored, first, numbers.data(), count, size, undo, isReplacing);
 }
@@ -154,7 +169,7 @@ CError* CParamBridgeAudio::copyGroup(int32_t group, int32_t target, const CParam
     const CString label =
         CString("Group ") + client()->groupName(group) + " to " + client()->groupName(target) + " copy";
     const CObjectWatch watch(*this);
-    CError* error = sendGroup(group, target, elementCount(group), {edit.isRecorded, label, edit.key});
+    CError* error = sendGroup(group, target, elementCount(group), {edit.isRecorded, label, edit.key, edit.isHeld});
     if (error || !watch.isAlive()) {
         return error;
     }
@@ -170,7 +185,8 @@ CError* CParamBridgeAudio::resetGroup(int32_t group, const CParamEdit& edit) {
         return nullptr;
     }
     const CObjectWatch watch(*this);
-    CError* error = sendGroup(group, storedGroup(group), 0, {edit.isRecorded, undoLabel(group, "reset"), edit.key});
+    CError* error =
+        sendGroup(group, storedGroup(group), 0, {edit.isRecorded, undoLabel(group, "reset"), edit.key, edit.isHeld});
     if (error || !watch.isAlive()) {
         return error;
     }

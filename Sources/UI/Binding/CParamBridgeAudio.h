@@ -37,9 +37,12 @@ public:
     void onParamGone() override;
 
 private:
+    [[nodiscard]] CError* beginEdit(int32_t key, int32_t group, int32_t first, int32_t count) override;
+    [[nodiscard]] CError* endEdit(int32_t key) override;
     [[nodiscard]] CError* beginStep(const CString& label) override;
     [[nodiscard]] CError* endStep() override;
     [[nodiscard]] CError* countsChanged();
+    [[nodiscard]] CError* editRefused(CAttributeMap& params);
     /// The name, that of the group if it is one of several, and what was done.
     CString undoLabel(int32_t group, const char* action) const;
     [[nodiscard]] CError* sendGroup(int32_t group, int32_t target, int32_t count, const CInterfaceUndo& undo);

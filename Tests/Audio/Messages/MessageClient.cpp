@@ -148,6 +148,7 @@ CError* (*const kReaders[])(CInputStream& in, CReceivedMessage& received) = {
     &readFrame,
     &readData,
     &readDefaultPreset,
+    [](CInputStream& in, CReceivedMessage& received) { return takeFields(in, received.id); },
 };
 
 CError* readMessage(CInputStream& in, CReceivedMessage& received) {
