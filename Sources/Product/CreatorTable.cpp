@@ -64,6 +64,8 @@
 #include "UI/Binding/CParamBridgeAudio.h"
 #include "UI/Binding/CParamGroupSelector.h"
 #include "UI/Binding/CUIParam.h"
+#include "UI/Binding/CUIParamController.h"
+#include "UI/Binding/CUIParamConverter.h"
 #include "UI/Binding/CViewStateSwitch.h"
 #include "UI/Controls/Buttons/CButton.h"
 #include "UI/Controls/Buttons/CWinDrag.h"
@@ -167,6 +169,8 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:textview-auto-scroll", &createObject<CTextViewAutoScroll>, &CTextViewAutoScroll::initClass},
     {"ui:ui-event-bridge", &createObject<CUIEventBridge>, nullptr},
     {"ui:ui-param", &createObject<CUIParam>, &CUIParam::initClass},
+    {"ui:ui-param-controller", &createObject<CUIParamController>, &CUIParamController::initClass},
+    {"ui:ui-param-converter", &createObject<CUIParamConverter>, &CUIParamConverter::initClass},
     {"ui:value-list", &createObject<CValueListAudio>, &CValueListAudio::initClass},
     {"ui:value-list-manual", &createObject<CValueList>, &CValueList::initClass},
     {"ui:view", &createObject<CView>, &CView::initClass},

@@ -98,7 +98,30 @@ double CParamBridgeAudio::maximum() const {
 }
 
 CError* CParamBridgeAudio::beginEdit(int32_t key, int32_t group, int32_t first, int32_t count) {
-    return isActive() ? client()->beginEdit(key, param_, storedGroup(group), first, count) : nullptr;
+    if (!isActive()) {
+        return nullptr;
+    }
+    const int32_t stored = storedGroup(group);
+    if (key != touchKey_) {
+        touched_.clear();
+        touchKey_ = key;
+    }
+    for (int32_t element = first; element < first + count; ++element) {
+        touched_.append({stored, element, value(group, element), data().value(group, element)});
+    }
+    return client()->beginEdit(key, param_, stored, first, count);
+}
+
+// The unit that a person reads and back is not the same number to the last bit.
+double CParamBridgeAudio::realOf(int32_t group, int32_t element, double shown, const CParamEdit& edit) const {
+    if (edit.isHeld && edit.key == touchKey_) {
+        for (const CTouched& touched : touched_) {
+            if (touched.group == group && touched.element == element && touched.shown == shown) {
+                return touched.real;
+            }
+        }
+    }
+    return info_->converter(0)->shownToValue(shown);
 }
 
 CError* CParamBridgeAudio::endEdit(int32_t key) {
@@ -131,16 +154,16 @@ CError* CParamBridgeAudio::setValues(int32_t group, int32_t first, const double*
     if (!isActive()) {
         return nullptr;
     }
+    const int32_t stored = group == CAudioParamData::kAllGroups ? group : storedGroup(group);
     const int32_t size = info_->elementSize();
     CArray<double, 16> numbers;
     for (int32_t i = 0; i < count; ++i) {
-        numbers.append(info_->converter(0)->shownToValue(values[i]));
+        numbers.append(realOf(stored, first + i, values[i], edit));
         for (int32_t k = 1; k < size; ++k) {
             numbers.append(data().value(group, first + i, k));
         }
     }
     const CInterfaceUndo undo{edit.isRecorded, undoLabel(group, "change"), edit.key, edit.isHeld};
-    const int32_t stored = group == CAudioParamData::kAllGroups ? group : storedGroup(group);
     return client()->setNumbers(param_, stored, first, numbers.data(), count, size, undo, isReplacing);
 }
 

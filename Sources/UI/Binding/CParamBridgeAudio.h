@@ -8,7 +8,8 @@ namespace tarv {
 
 /// The bridge to a parameter of the engine: `interface-client` is the path of the client object, `param` the full name
 /// of the parameter. Active when its values have come and as long as the engine lives. What is set comes back from the
-/// engine and is what counts. Of elements of several numbers it sees and sets the first one.
+/// engine and is what counts. A gesture that sets what it found restores it to the bit. Of elements of several numbers
+/// it sees and sets the first one.
 class CParamBridgeAudio : public CParamBridge, public CAudioInterfaceParamListener {
 public:
     ~CParamBridgeAudio() override;
@@ -48,10 +49,23 @@ private:
     [[nodiscard]] CError* sendGroup(int32_t group, int32_t target, int32_t count, const CInterfaceUndo& undo);
     const CAudioParamData& data() const;
 
+    /// The real value of an element that is set, in the unit that a person reads.
+    double realOf(int32_t group, int32_t element, double shown, const CParamEdit& edit) const;
+
+    /// What an element held when a gesture touched it.
+    struct CTouched {
+        int32_t group;
+        int32_t element;
+        double shown;
+        double real;
+    };
+
     CString param_;
     const CAudioParamInfo* info_ = nullptr;
     bool isGone_ = false;
     int32_t groupCount_ = 0;
+    int32_t touchKey_ = -1;
+    CArray<CTouched, 8> touched_;  ///< by the gesture of that key
 };
 
 }  // namespace tarv

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Core/CObject.h"
+#include "UI/Binding/CParamGesture.h"
+
+namespace tarv {
+
+/// Scales or mirrors a list of values together (`ui:ui-param-controller`): the elements from that of the param at
+/// `ui-param` on, as many as the param at `ui-param-count` says, without one all that the group stores. The paths are
+/// followed when a drag begins. Events of a drag button: `start-scale`; `advance-scale` with `scale`, the pixels since
+/// the press, and `is-shift`; `finish-scale`, also for a press that is cancelled. A value becomes
+/// axis + (value - axis) * 2^(pixels * drag-precision / 50), from the values at the start, so that a drag back to its
+/// start gives them back to the bit; with the shift key a pixel counts `shift-key-precision` of itself from where it
+/// was pressed. The axis is 0 with `is-axis-zero`, otherwise the mean of the values. What a drag sets is written at the
+/// ticks of the `core:timer` `update-timer`, `update-fps` of them a second (40 without one that is positive), which
+/// runs while a drag does. `invert-scale` mirrors the values about 0. A drag and an inversion are one gesture each. The
+/// editor's thread.
+class CUIParamController : public CObject, private CParamGesture::COwner {
+public:
+    /// Fails without the object `ui.global-settings`, whose precisions count.
+    [[nodiscard]] CError* init() override;
+    [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
+
+    bool isScaling() const { return gesture_.isActive(); }
+
+private:
+    [[nodiscard]] CError* startScale();
+    [[nodiscard]] CError* advanceScale(CAttributeMap& params);
+    [[nodiscard]] CError* finishScale();
+    [[nodiscard]] CError* invertScale();
+    [[nodiscard]] CError* tick();
+    void onGestureCancelled(CParamGesture& gesture) override;
+
+    /// Reads the values to be changed; none without an active param.
+    void readValues();
+    void scaleValues(double pixels);
+    [[nodiscard]] CError* writeValues();
+    [[nodiscard]] CError* startTimer();
+    void stopTimer();
+
+    CParamGesture gesture_{this};
+    CUIParam* param_ = nullptr;  ///< while the gesture holds it
+    CArray<double, 16> start_;
+    CArray<double, 16> values_;
+    double axis_ = 0.0;
+    bool isPending_ = false;
+    // The drag from where the shift key was pressed or released last, in pixels of the pointer, and those that count.
+    double pixelsThere_ = 0.0;
+    double countedThere_ = 0.0;
+    double pixels_ = 0.0;
+    double counted_ = 0.0;
+    bool isShift_ = false;
+};
+
+}  // namespace tarv
