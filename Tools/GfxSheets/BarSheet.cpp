@@ -58,12 +58,11 @@ public:
         }
         drawScale();
         for (int band = 0; band < kBands; ++band) {
-            drawBar("Underlay", "UnderlayDown", "UnderlayZero", color(setting_.behind), band, setting_.others[band], 1,
-                    canvas_.color("CSSliderBarUnderlay").opacity);
+            drawUnderlay(band);
         }
         canvas_.fill(box(0, zero(), pixels_.width(), 1), "GraphZero");
         for (int band = 0; band < kBands; ++band) {
-            drawBar("Bar", "BarDown", "BarZero", color(setting_.group), band, setting_.gains[band], 2);
+            drawBar(band);
             const CBox label = box(band * pixels_.pitch, 0, pixels_.pitch, 0);
             canvas_.text("micro", kFrequencies[band], "RulerText", {label.x, label.y - 18, label.width, 14},
                          CSheetAlign::Center);
@@ -93,18 +92,36 @@ private:
         return (value < 0 ? kMinus : "") + std::string(text);
     }
 
-    void drawBar(const char* up, const char* down, const char* flat, const std::string& colorName, int band,
-                 double value, int thin, double opacity = 1.0) {
+    /// From the zero line to the value; two pixels high where it has no length. With the glow, but not across zero.
+    void drawBar(int band) {
+        constexpr int kCap = 2;
+        constexpr int kWhole = 4;  // of the picture's end, which a shorter bar is cut out of
+        constexpr int kGlow = 3;
         const int x = left(band) + 2;
         const int width = pixels_.column - 4;
-        const int y = yOf(value);
-        if (y == zero()) {
-            canvas_.frame("csurface", flat, colorName, box(x, zero() - thin / 2, width, thin), opacity);
-            return;
+        const int y = yOf(setting_.gains[band]);
+        const bool isDown = y > zero();
+        const int height = std::max(std::abs(y - zero()), kCap);
+        const int top = isDown ? zero() : std::min(y, zero() - kCap / 2);
+        const int whole = std::max(height, kWhole);
+        const CBox clip = box(x - kGlow, isDown ? top : top - kGlow, width + 2 * kGlow, height + kGlow);
+        canvas_.frame("csurface", isDown ? "BarDown" : "Bar", color(setting_.group),
+                      box(x, isDown ? top + height - whole : top, width, whole), 1.0, &clip);
+    }
+
+    /// Faint, with a line at the value.
+    void drawUnderlay(int band) {
+        constexpr double kLine = 0.45;
+        const int x = left(band) + 2;
+        const int width = pixels_.column - 4;
+        const int y = yOf(setting_.others[band]);
+        const bool isDown = y > zero();
+        const int height = std::abs(y - zero());
+        if (height > 0) {
+            canvas_.frame("csurface", isDown ? "UnderlayDown" : "Underlay", color(setting_.behind),
+                          box(x, std::min(y, zero()), width, height), canvas_.color("CSSliderBarUnderlay").opacity);
         }
-        const int height = std::max(std::abs(y - zero()), thin);
-        canvas_.frame("csurface", y < zero() ? up : down, colorName,
-                      box(x, y < zero() ? zero() - height : zero() + 1, width, height), opacity);
+        canvas_.fill(box(x, isDown ? y - 1 : y, width, 1), color(setting_.behind), kLine);
     }
 
     void drawScale() {

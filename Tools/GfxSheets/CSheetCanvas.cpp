@@ -71,15 +71,15 @@ void CSheetCanvas::image(const std::string& set, const std::string& range, const
 }
 
 void CSheetCanvas::frame(const std::string& set, const std::string& range, const std::string& colorName,
-                         const CBox& box, double opacity) {
+                         const CBox& box, double opacity, const CBox* clip) {
     const CImageSet& images = resources_.images(set);
     uint32_t first = 0;
     uint32_t last = 0;
     if (!images.findRange(CString(range.c_str()), first, last)) {
         fail(set + " has no range '" + range + "'");
     }
-    drawn_ +=
-        CFramePieces(images, first, last).draw(bitmap_, rect(box), color(colorName), opacity, bitmap_.bounds()).pixels;
+    const CIntRect within = clip ? rect(*clip).intersection(bitmap_.bounds()) : bitmap_.bounds();
+    drawn_ += CFramePieces(images, first, last).draw(bitmap_, rect(box), color(colorName), opacity, within).pixels;
 }
 
 double CSheetCanvas::drawGlyph(const CFont& font, uint32_t code, const CColor* color, double pen, const CIntRect& to) {

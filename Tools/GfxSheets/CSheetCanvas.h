@@ -36,9 +36,10 @@ public:
     /// One picture of a range, its nominal rectangle in the middle of the box.
     void image(const std::string& set, const std::string& range, const std::string& colorName, const CBox& box,
                uint32_t frame = 0, double opacity = 1.0);
-    /// The nine pictures of a range around the box; a range of one picture is repeated over it.
+    /// The nine pictures of a range around the box; a range of one picture is repeated over it. Within `clip`, if
+    /// given.
     void frame(const std::string& set, const std::string& range, const std::string& colorName, const CBox& box,
-               double opacity = 1.0);
+               double opacity = 1.0, const CBox* clip = nullptr);
 
     /// One line; `[B]`, `[/B]` and `[IMG=set#Range:Color]` as in the texts of views. In the middle of the box's height.
     void text(const std::string& font, const std::string& line, const std::string& colorName, const CBox& box,

@@ -207,8 +207,8 @@ TEST(Palettes, LetThroughWhereTheirColoursSay) {
         {"PanelGradient", 0.5},
         {"CSPointOff", 0.75},
         {"CSSelectBG", 0.25},
-        {"CSSliderBarUnderlay", 0.45},
-        {"CSSliderBarUnderlay_Hover", 0.45},
+        {"CSSliderBarUnderlay", 0.12},
+        {"CSSliderBarUnderlay_Hover", 0.12},
         {"Panel", 1.0},
     };
     for (const auto& [name, opacity] : kOpacities) {
