@@ -88,6 +88,37 @@ TEST_F(GraphicsLook, TheCapOfABarIsTwoPixelsAndRound) {
     EXPECT_EQ(bitmap_.row(21)[22], bar.full());
 }
 
+// The number of an underlay's group has a line in the group's colour on a dark face, below a light text.
+TEST_F(GraphicsLook, AnOutlinedButtonHasALineOfItsColourAroundADarkFace) {
+    constexpr int32_t kButton = 20;
+    for (const char* palette : kPalettes) {
+        for (char digit = '1'; digit <= '9'; ++digit) {
+            const std::string group = std::string("Custom") + digit + "_Active";
+            const CIntRect box{20, 20, 20 + kButton, 20 + kButton};
+            draw("button", "Outline", color(palette, "Button"), box);
+            const CPixel usual = bitmap_.row(20 + kButton / 2)[20 + kButton / 2];
+            draw("button", "OutlineActive", color(palette, group), box);
+            const CPixel line = bitmap_.row(20 + kButton / 2)[20];
+            const CPixel inner = bitmap_.row(20 + kButton / 2)[20 + kButton / 2];
+            EXPECT_GE(contrast(line, usual), 3) << palette << digit;
+            EXPECT_GE(contrast(color(palette, "Text").full(), inner), 7) << palette << digit;
+            EXPECT_GE(contrast(color(palette, "Text_Active").full(), inner), 4.5) << palette << digit;
+        }
+    }
+}
+
+// What can't be pressed now can still be read.
+TEST_F(GraphicsLook, DisabledTextIsDimButNotGone) {
+    for (const char* palette : kPalettes) {
+        draw("frame", "", color(palette, "Panel"), bitmap_.bounds());
+        const CPixel panel = middle();
+        EXPECT_GE(contrast(color(palette, "DisabledText").full(), panel), 2) << palette;
+        EXPECT_LT(contrast(color(palette, "DisabledText").full(), panel),
+                  0.6 * contrast(color(palette, "TextDim").full(), panel))
+            << palette;
+    }
+}
+
 // What would read as the setting if it were brighter.
 TEST_F(GraphicsLook, AnUnderlayIsFaintAndFlat) {
     bitmap_.clear();
