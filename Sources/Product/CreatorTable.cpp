@@ -68,6 +68,10 @@
 #include "UI/Binding/CUIParamConverter.h"
 #include "UI/Binding/CViewStateSwitch.h"
 #include "UI/Controls/Buttons/CButton.h"
+#include "UI/Controls/Buttons/CSelectorGroup.h"
+#include "UI/Controls/Buttons/CSelectorOversampling.h"
+#include "UI/Controls/Buttons/CSelectorPalette.h"
+#include "UI/Controls/Buttons/CSelectorScale.h"
 #include "UI/Controls/Buttons/CWinDrag.h"
 #include "UI/Controls/Lists/CValueListAudio.h"
 #include "UI/Controls/Presets/CDynamicListPresets.h"
@@ -165,6 +169,10 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:param-group-selector", &createObject<CParamGroupSelector>, &CParamGroupSelector::initClass},
     {"ui:picture", &createObject<CPicture>, &CPicture::initClass},
     {"ui:popup-list", &createObject<CPopupList>, &CPopupList::initClass},
+    {"ui:selector-group", &createObject<CSelectorGroup>, &CSelectorGroup::initClass},
+    {"ui:selector-oversampling", &createObject<CSelectorOversampling>, &CSelectorOversampling::initClass},
+    {"ui:selector-palette", &createObject<CSelectorPalette>, &CSelectorPalette::initClass},
+    {"ui:selector-scale", &createObject<CSelectorScale>, &CSelectorScale::initClass},
     {"ui:textview", &createObject<CTextView>, &CTextView::initClass},
     {"ui:textview-auto-scroll", &createObject<CTextViewAutoScroll>, &CTextViewAutoScroll::initClass},
     {"ui:ui-event-bridge", &createObject<CUIEventBridge>, nullptr},
