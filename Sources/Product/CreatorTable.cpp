@@ -68,6 +68,7 @@
 #include "UI/Binding/CUIParamConverter.h"
 #include "UI/Binding/CViewStateSwitch.h"
 #include "UI/Controls/Buttons/CButton.h"
+#include "UI/Controls/Buttons/CControlArray.h"
 #include "UI/Controls/Buttons/CSelectorGroup.h"
 #include "UI/Controls/Buttons/CSelectorOversampling.h"
 #include "UI/Controls/Buttons/CSelectorPalette.h"
@@ -160,6 +161,7 @@ const CCreatorRow kCreatorRows[] = {
     {"palette", &createObject<CPaletteObject>, nullptr},
     {"ui:button-base", &createObject<CButton>, &CButton::initClass},
     {"ui:color-swatch", &createObject<CColorSwatch>, nullptr},
+    {"ui:control-array", &createObject<CControlArray>, &CControlArray::initClass},
     {"ui:dynamic-list-presets", &createObject<CDynamicListPresets>, &CDynamicListPresets::initClass},
     {"ui:editbox", &createObject<CEditBox>, &CEditBox::initClass},
     {"ui:frame", &createObject<CFrame>, &CFrame::initClass},
