@@ -75,6 +75,9 @@
 #include "UI/Controls/Buttons/CSelectorScale.h"
 #include "UI/Controls/Buttons/CWinDrag.h"
 #include "UI/Controls/Lists/CValueListAudio.h"
+#include "UI/Controls/Plugin/CHistory.h"
+#include "UI/Controls/Plugin/CParamGroupController.h"
+#include "UI/Controls/Plugin/CPluginControl.h"
 #include "UI/Controls/Presets/CDynamicListPresets.h"
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Resources/CFontObject.h"
@@ -165,11 +168,14 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:dynamic-list-presets", &createObject<CDynamicListPresets>, &CDynamicListPresets::initClass},
     {"ui:editbox", &createObject<CEditBox>, &CEditBox::initClass},
     {"ui:frame", &createObject<CFrame>, &CFrame::initClass},
+    {"ui:history", &createObject<CHistory>, &CHistory::initClass},
     {"ui:min-max", &createObject<CMinMax>, &CMinMax::initClass},
     {"ui:overlay-gradient", &createObject<CGradient>, &CGradient::initClass},
     {"ui:param-bridge", &createObject<CParamBridgeAudio>, &CParamBridgeAudio::initClass},
+    {"ui:param-group-controller", &createObject<CParamGroupController>, &CParamGroupController::initClass},
     {"ui:param-group-selector", &createObject<CParamGroupSelector>, &CParamGroupSelector::initClass},
     {"ui:picture", &createObject<CPicture>, &CPicture::initClass},
+    {"ui:plugin-control", &createObject<CPluginControl>, &CPluginControl::initClass},
     {"ui:popup-list", &createObject<CPopupList>, &CPopupList::initClass},
     {"ui:selector-group", &createObject<CSelectorGroup>, &CSelectorGroup::initClass},
     {"ui:selector-oversampling", &createObject<CSelectorOversampling>, &CSelectorOversampling::initClass},
