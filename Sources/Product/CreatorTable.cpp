@@ -78,6 +78,7 @@
 #include "UI/Controls/Plugin/CHistory.h"
 #include "UI/Controls/Plugin/CParamGroupController.h"
 #include "UI/Controls/Plugin/CPluginControl.h"
+#include "UI/Controls/Plugin/CVizExchange.h"
 #include "UI/Controls/Presets/CDynamicListPresets.h"
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Resources/CFontObject.h"
@@ -195,6 +196,7 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:view-state", &createObject<CViewState>, nullptr},
     {"ui:view-state-switch", &createObject<CViewStateSwitch>, &CViewStateSwitch::initClass},
     {"ui:virtual-keyboard", &createObject<CVirtualKeyboard>, &CVirtualKeyboard::initClass},
+    {"ui:viz-exchange", &createObject<CVizExchange>, &CVizExchange::initClass},
     {"ui:window-drag", &createObject<CWinDrag>, &CWinDrag::initClass},
     {"ui:window-renderer", &createObject<CWindow>, &CWindow::initClass},
     {"ui:window-shared-data", &createObject<CWindowSharedData>, &CWindowSharedData::initClass},

@@ -151,6 +151,7 @@ TEST_F(StateMessages, EveryNamedValueCanBeBound) {
         {"io-channel-counts", {2.0, 4.0, 0.0}},
         {"group-count", {static_cast<double>(instance_->groupCount())}},
         {"internal-channel-count", {static_cast<double>(instance_->internalChannelCount())}},
+        {"viz-fps", {30.0}},
     };
     uint32_t n = 0;
     for (const auto& value : kValues) {

@@ -34,6 +34,7 @@ const CEngineBoundValues::CValue CEngineBoundValues::kValues[] = {
      [](const CEngineBoundValues& values, int32_t) -> double { return values.status_.counts().groups; }},
     {"internal-channel-count", 1,
      [](const CEngineBoundValues& values, int32_t) -> double { return values.status_.counts().internalChannels; }},
+    {"viz-fps", 1, [](const CEngineBoundValues& values, int32_t) { return values.status_.vizFps(); }},
 };
 
 CEngineBoundValues::~CEngineBoundValues() {

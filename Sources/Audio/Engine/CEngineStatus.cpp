@@ -16,6 +16,10 @@ int32_t CEngineStatus::latency() const {
     return env_.latency();
 }
 
+double CEngineStatus::vizFps() const {
+    return env_.vizFps();
+}
+
 CInterfaceCounts CEngineStatus::counts() const {
     CLockScope scope(lock_);
     return counts_;

@@ -17,6 +17,7 @@ public:
     double sampleRate() const;  ///< Hz
     int32_t blockSize() const;  ///< frames
     int32_t latency() const;    ///< frames of the host
+    double vizFps() const;      ///< frames of visual data a second
     bool isRunning() const { return isRunning_; }
     void setRunning(bool isRunning) { isRunning_ = isRunning; }
 

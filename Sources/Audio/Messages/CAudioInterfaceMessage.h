@@ -40,7 +40,7 @@ enum CInterfaceMessage : uint32_t {
     kCopyToAlternate = 20,   ///< registry
     kBindValue = 21,         ///< id, text name of a value, u32 count of numbers; kData at once and at each change.
                              ///< Names: `sample-rate`, `block-size`, `latency`, `is-running`, `host-bpm`,
-                             ///< `io-channel-counts` (3 numbers), `group-count`, `internal-channel-count`
+                             ///< `io-channel-counts` (3 numbers), `group-count`, `internal-channel-count`, `viz-fps`
     kUnbindValue = 22,       ///< id
     kPass = 23,              ///< request, bytes; every other client gets them in kData
     kAskSampleRate = 24,     ///< request; answer: kSampleRate
