@@ -369,8 +369,8 @@ void CAudioParamRegistry::swapAB() {
 
 void CAudioParamRegistry::copyToAlternate() {
     if (isMaster_) {
-        CLockScope scope(session_.lock());
-        session_.copyToAlternate();
+        const CAudioRegistryAction action(session_, undo_);
+        session_.copyToAlternate(undo_ ? undo_->undoCountMax() : 0);
     }
 }
 

@@ -73,7 +73,8 @@ public:
     /// Exchanges the current state and the alternate one: the values, the current program of each, and its history. At
     /// first both are the same. If the other state's program was deleted, the current one stays.
     void swapAB();
-    /// The alternate state becomes a copy of the current one, with its program.
+    /// The alternate state becomes a copy of the current one, with its program: a step "Copy from A" (or B) of its
+    /// history.
     void copyToAlternate();
     /// Whether the state that is not the first one is current.
     bool isAlternate() const { return session_.isAlternate(); }

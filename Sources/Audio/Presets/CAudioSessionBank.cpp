@@ -162,9 +162,45 @@ void CAudioSessionBank::adoptStep(CAudioParamUndoStep& step) {
     step.values.erase(found);
 }
 
-void CAudioSessionBank::copyToAlternate() {
+/// The step by which the alternate state becomes the current one, in its own history; null if it can't be read. Its
+/// values belong to the program that is overwritten: taking it back selects that program first.
+std::unique_ptr<CAudioParamUndoStep> CAudioSessionBank::copyStep() {
+    CAssignments former;
+    if (CError* error = codec_.decode(alternate_->preset, {}, former)) {
+        TARV_CONSUME(error);
+        return nullptr;
+    }
+    auto step = std::make_unique<CAudioParamUndoStep>(isAlternate_ ? "Copy from B" : "Copy from A");
+    for (const CAudioParamCollector::CAssignment& assignment : former) {
+        CAudioParamData present;
+        {
+            CLockScope scope(assignment.param->lock());
+            present = assignment.param->userData();
+        }
+        if (assignment.param != nameParam_) {
+            step->add(*assignment.param, assignment.data, present);
+        }
+    }
+    step->programId = slot().identity().id;
+    const uint64_t overwritten = alternate_->programId;
+    if (overwritten != step->programId && programs_.indexOf(overwritten) >= 0) {
+        auto selection = std::make_unique<CAudioProgramAction>(*this);
+        selection->select(overwritten, step->programId);
+        step->action = std::move(selection);
+        step->programId = overwritten;
+    }
+    return step;
+}
+
+void CAudioSessionBank::copyToAlternate(int32_t historyLimit) {
     if (!alternate_) {
+        // At first it is the same as the current one.
         alternate_ = std::make_unique<CAlternate>();
+    } else if (historyLimit > 0) {
+        std::unique_ptr<CAudioParamUndoStep> step = copyStep();
+        if (step && !step->isEmpty()) {
+            alternate_->history.append(std::move(step), historyLimit);
+        }
     }
     alternate_->preset.clear();
     alternate_->preset.setName(slot().name());
@@ -178,7 +214,7 @@ bool CAudioSessionBank::swapAlternate(CAssignments& assignments, CAudioParamUndo
     CAudioPreset fresh(slot().name());
     codec_.capture(fresh, false);
     if (!alternate_) {
-        copyToAlternate();
+        copyToAlternate(0);
     }
     CAlternate& other = *alternate_;
     if (CError* error = codec_.decode(other.preset, {}, assignments)) {

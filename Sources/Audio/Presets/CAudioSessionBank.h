@@ -80,8 +80,9 @@ public:
     /// assignments, which the caller carries out, the values. False, and nothing changes, if the values cannot be read.
     /// `undo`, or null, is the history; its lock is held, too.
     bool swapAlternate(CAssignments& assignments, CAudioParamUndo* undo);
-    /// The alternate state becomes a copy of the current one, with its program.
-    void copyToAlternate();
+    /// The alternate state becomes a copy of the current one, with its program: a step of its history, which has at
+    /// most `historyLimit` steps. With the history's lock held, too.
+    void copyToAlternate(int32_t historyLimit);
     /// Ends what the steps of both states' histories say of programs. `undo` as in swapAlternate.
     void endProgramSteps(CAudioParamUndo* undo);
 
@@ -92,6 +93,8 @@ private:
         uint64_t programId = 0;
         CAudioParamUndoList history;
     };
+
+    std::unique_ptr<CAudioParamUndoStep> copyStep();
 
     const CAudioPresetCodec& codec_;
     CAudioUndoAction::CObserver& observer_;

@@ -243,6 +243,73 @@ TEST_F(RegistryUndo, ACopyMakesTheAlternateStateThePresentOne) {
     EXPECT_EQ(gain(), 9);
 }
 
+TEST_F(RegistryUndo, ACopyIsAStepOfTheStateThatIsOverwritten) {
+    master().swapAB();
+    tree_.set("eq.gains", 5);
+    tree_.set("out.mute", 1);
+    master().swapAB();
+    tree_.set("eq.gains", 7);
+    const std::string own = tree_.labels();
+    master().copyToAlternate();
+    EXPECT_EQ(tree_.labels(), own) << "not of the state that is copied";
+    master().swapAB();
+    EXPECT_EQ(tree_.labels(), "Undo history start,*Copy from A");
+    EXPECT_EQ(gain(), 7);
+    tree_.history().undo(1);
+    EXPECT_EQ(gain(), 5);
+    EXPECT_EQ(tree_.value("out.mute"), 1);
+    tree_.history().redo(1);
+    EXPECT_EQ(gain(), 7);
+    EXPECT_EQ(tree_.value("out.mute"), 0);
+    tree_.set("eq.gains", 9);
+    master().copyToAlternate();
+    master().swapAB();
+    tree_.history().undo(1);
+    EXPECT_EQ(gain(), 7);
+}
+
+TEST_F(RegistryUndo, ACopyThatChangesNothingIsNoStep) {
+    master().swapAB();
+    master().swapAB();
+    master().copyToAlternate();
+    master().copyToAlternate();
+    master().swapAB();
+    EXPECT_EQ(tree_.labels(), "*Undo history start");
+}
+
+TEST_F(RegistryUndo, TakingACopyBackSelectsTheProgramThatItOverwrote) {
+    master().swapAB();
+    master().selectProgram(1);
+    tree_.set("eq.gains", 5);
+    master().swapAB();
+    tree_.set("eq.gains", 7);
+    master().copyToAlternate();
+    master().swapAB();
+    EXPECT_EQ(tree_.programs(), "*One,Two,Three");
+    EXPECT_EQ(gain(), 7);
+    tree_.history().undo(1);
+    EXPECT_EQ(tree_.programs(), "One,*Two,Three");
+    EXPECT_EQ(gain(), 5);
+    tree_.history().redo(1);
+    EXPECT_EQ(tree_.programs(), "*One,Two,Three");
+    EXPECT_EQ(gain(), 7);
+}
+
+TEST_F(RegistryUndo, ACopyOverADeletedProgramBelongsToTheOneThatIsCopied) {
+    master().swapAB();
+    master().selectProgram(1);
+    tree_.set("eq.gains", 5);
+    master().swapAB();
+    tree_.set("eq.gains", 7);
+    master().deleteProgram(1);
+    master().copyToAlternate();
+    master().swapAB();
+    EXPECT_EQ(gain(), 7);
+    tree_.history().undo(1);
+    EXPECT_EQ(gain(), 5);
+    EXPECT_EQ(tree_.programs(), "*One,Three");
+}
+
 TEST_F(RegistryUndo, ACopyBeforeTheFirstSwapIsKept) {
     tree_.set("eq.gains", 7);
     master().copyToAlternate();

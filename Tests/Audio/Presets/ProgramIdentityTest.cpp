@@ -185,11 +185,15 @@ TEST_F(ProgramIdentity, UndoOfANameSetByItsParameterRenamesTheSameProgramOnly) {
     master().copyToAlternate();
     master().swapAB();
     ASSERT_EQ(tree_.programs(), "Uno,*Two,Three");
-    history().undo(1);
-    EXPECT_EQ(tree_.programs(), "One,*Two,Three");
-    EXPECT_EQ(tree_.text("preset-name"), "Two");
+    ASSERT_EQ(tree_.labels(), "Undo history start,Name change,*Copy from B");
+    history().undo(2);
+    EXPECT_EQ(tree_.programs(), "*One,Two,Three");
+    EXPECT_EQ(tree_.text("preset-name"), "One");
+    history().redo(1);
+    EXPECT_EQ(tree_.programs(), "*Uno,Two,Three");
     history().redo(1);
     EXPECT_EQ(tree_.programs(), "Uno,*Two,Three");
+    EXPECT_EQ(tree_.text("preset-name"), "Two");
 }
 
 TEST_F(ProgramIdentity, UndoOfAnActivationRestoresTheProgramsUnknownRecords) {

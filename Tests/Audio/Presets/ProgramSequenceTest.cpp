@@ -100,6 +100,7 @@ private:
     void activate(bool isChunk);
     void bank(bool isChunk);
     void swap();
+    std::vector<std::string> otherLabels();
     void copy();
     void edit();
     void move(int32_t target);
@@ -224,9 +225,33 @@ void CProgramSequence::swap() {
             each.named.insert(present);
 }
 
+/// Labels of the other state's history, read by a look at it and back.
+std::vector<std::string> CProgramSequence::otherLabels() {
+    master().swapAB();
+    std::vector<std::string> labels;
+    int32_t position = 0;
+    for (const CString& label : tree_.history().getStepLabels(&position))
+        labels.push_back(label.toUtf8());
+    labels.push_back(std::to_string(position));
+    master().swapAB();
+    return labels;
+}
+
 void CProgramSequence::copy() {
+    const uint64_t overwritten = alternateId_;
+    if (overwritten == 0) {
+        master().copyToAlternate();
+        alternateId_ = currentId();
+        return;
+    }
+    if (before_.count(overwritten) == 0)
+        return;  // the look would move the values of a deleted program
+    named_ = {currentId(), overwritten};
+    const std::vector<std::string> labels = otherLabels();
     master().copyToAlternate();
     alternateId_ = currentId();
+    if (otherLabels() != labels)
+        lists_[isAlternate_ ? 0 : 1].add({named_, ++serials_});
 }
 
 void CProgramSequence::edit() {

@@ -76,6 +76,17 @@ TEST_F(PluginControl, CopiesTheLiveStateToTheOtherOne) {
     EXPECT_EQ(shownGain(), 3.0);
 }
 
+TEST_F(PluginControl, ACopyIsAStepOfTheStateThatIsOverwritten) {
+    deliver("pc", "on-ab");
+    setGain(3.0);
+    deliver("pc", "on-copy");
+    deliver("pc", "on-ab");
+    EXPECT_EQ(history(), "Undo history start, Copy from B");
+    EXPECT_EQ(shownGain(), 3.0);
+    undo();
+    EXPECT_EQ(shownGain(), 0.0);
+}
+
 TEST_F(PluginControl, ResetsTheLiveState) {
     setGain(3.0);
     setCurve(1, {6.0});
