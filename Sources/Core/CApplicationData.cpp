@@ -153,6 +153,12 @@ CError* CApplicationData::readForUpdate(const CString& name, CByteBuffer& buffer
     return nullptr;
 }
 
+bool CApplicationData::isOnDisk(const CString& name) const {
+    CLockScope scope(linkLock());
+    const auto recent = recent_.find(userFolder_ + name);
+    return recent == recent_.end() || recent->second.isStored;
+}
+
 CError* CApplicationData::keepDamaged(const CString& name) {
     CLockScope scope(linkLock());
     resolveFolders();

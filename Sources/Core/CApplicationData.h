@@ -40,6 +40,8 @@ public:
         write(name, buffer, id);
         return nullptr;
     }
+    /// False if what this process wrote last under that name could not be written to the file.
+    bool isOnDisk(const CString& name) const;
     /// Copies the user's file of that name, byte for byte, to the first free one of `<name>-damaged`,
     /// `<name>-damaged-2` and so on to 99, and logs that. Bytes that are kept already are not kept again. Succeeds if
     /// there is no file or nothing in it; a failure has copied nothing.

@@ -32,7 +32,8 @@ struct CFileDialogRequest {
     std::u16string folder;      ///< to begin in; empty: the system's choice
     std::u16string name;        ///< offered name
     std::u16string filterName;  ///< e.g. "Preset"
-    std::u16string extension;   ///< without a dot; appended to a name that lacks it
+    std::u16string extension;   ///< without a dot; appended to a name to be saved that lacks it
+    bool isAllOffered = false;  ///< files of other extensions can be listed, too
 };
 
 /// What the editors of this process need of the system's user interface. Calls belong to the threads that own windows;

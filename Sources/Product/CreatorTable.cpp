@@ -80,6 +80,7 @@
 #include "UI/Controls/Plugin/CPluginControl.h"
 #include "UI/Controls/Plugin/CVizExchange.h"
 #include "UI/Controls/Presets/CDynamicListPresets.h"
+#include "UI/Controls/Presets/CPresetManager.h"
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Resources/CFontObject.h"
 #include "UI/Text/CEditBox.h"
@@ -178,6 +179,7 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:picture", &createObject<CPicture>, &CPicture::initClass},
     {"ui:plugin-control", &createObject<CPluginControl>, &CPluginControl::initClass},
     {"ui:popup-list", &createObject<CPopupList>, &CPopupList::initClass},
+    {"ui:preset-manager", &createObject<CPresetManager>, &CPresetManager::initClass},
     {"ui:selector-group", &createObject<CSelectorGroup>, &CSelectorGroup::initClass},
     {"ui:selector-oversampling", &createObject<CSelectorOversampling>, &CSelectorOversampling::initClass},
     {"ui:selector-palette", &createObject<CSelectorPalette>, &CSelectorPalette::initClass},

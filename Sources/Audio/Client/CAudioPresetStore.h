@@ -34,6 +34,8 @@ public:
     /// one, damaged banks give none. The next edit keeps the damaged bytes aside (CApplicationData::keepDamaged) and
     /// begins with what is shown; an edit of what another version of the form stored fails.
     void refresh();
+    /// False if the last edit could not be written to the disk: it lasts for this process only.
+    bool isOnDisk() const { return data().isOnDisk(form_.name); }
     /// Refreshes if `changed` was called since the last time; returns whether it was.
     bool refreshIfChanged();
 

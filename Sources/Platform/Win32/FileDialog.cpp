@@ -56,6 +56,12 @@ std::wstring filterOf(const CFileDialogRequest& request) {
     filter += L'\0';
     filter += L"*." + extension;
     filter += L'\0';
+    if (request.isAllOffered) {
+        filter += L"All files (*.*)";
+        filter += L'\0';
+        filter += L"*.*";
+        filter += L'\0';
+    }
     return filter;
 }
 

@@ -56,6 +56,9 @@ std::vector<std::string> argumentsOf(const CFileDialogRequest& request) {
     const std::string extension = utf16ToUtf8(request.extension.c_str());
     if (!extension.empty() && !request.isFolder) {
         arguments.push_back("--file-filter=" + utf16ToUtf8(request.filterName.c_str()) + " | *." + extension);
+        if (request.isAllOffered) {
+            arguments.push_back("--file-filter=All files | *");
+        }
     }
     return arguments;
 }
@@ -134,16 +137,15 @@ int endOf(pid_t process) {
 
 std::u16string withExtension(std::u16string path, const CFileDialogRequest& request) {
     const std::u16string ending = u"." + request.extension;
-    if (!request.isFolder && !request.extension.empty() && !path.ends_with(ending)) {
+    if (request.isSave && !request.isFolder && !request.extension.empty() && !path.ends_with(ending)) {
         path += ending;
     }
     return path;
 }
 
-}  // namespace
-
-bool askByDesktop(const CFileDialogRequest& request, const std::function<bool()>& serve, std::u16string& path,
-                  std::u16string& message) {
+/// One dialog; `path` is what was chosen in it.
+bool askOnce(const CFileDialogRequest& request, const std::function<bool()>& serve, std::u16string& path,
+             std::u16string& message) {
     path.clear();
     message.clear();
     int pipes[2];
@@ -180,8 +182,26 @@ bool askByDesktop(const CFileDialogRequest& request, const std::function<bool()>
     if (!isDone || !message.empty() || output.empty()) {
         return false;
     }
-    path = withExtension(pathToUtf16(output.c_str()), request);
+    path = pathToUtf16(output.c_str());
     return true;
+}
+
+}  // namespace
+
+bool askByDesktop(const CFileDialogRequest& request, const std::function<bool()>& serve, std::u16string& path,
+                  std::u16string& message) {
+    CFileDialogRequest asked = request;
+    while (askOnce(asked, serve, path, message)) {
+        const std::u16string whole = withExtension(path, request);
+        // The dialog has asked about the name without its ending, and a file of the whole name is there, too.
+        if (whole == path || access(pathToUtf8(whole.c_str()).c_str(), F_OK) != 0) {
+            path = whole;
+            return true;
+        }
+        asked.folder.clear();
+        asked.name = whole;
+    }
+    return false;
 }
 
 }  // namespace tarv

@@ -76,10 +76,14 @@ CError* CTextView::paragraphsChanged() {
     return nullptr;
 }
 
+void CTextView::readParagraphs() {
+    readList();
+    updateText();
+}
+
 bool CTextView::animate(double time) {
     if (isStale_) {
-        readList();
-        updateText();
+        readParagraphs();
     }
     const CObjectWatch watch(*this);
     TARV_CONSUME(editWhenDue(time));

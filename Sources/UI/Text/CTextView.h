@@ -83,6 +83,9 @@ public:
     /// for an index outside. When a list is first drawn, the selected row is seen.
     void scrollToParagraph(int32_t index);
 
+    /// Reads the paragraphs now and not at the next render tick: for who makes rows and then selects one.
+    void readParagraphs();
+
     /// Opens the edit box over this view, or over a row of a list. Nothing happens if that can't be edited. May destroy
     /// this view.
     [[nodiscard]] CError* openEdit(int32_t paragraph = -1);

@@ -247,6 +247,34 @@ TEST_F(X11FileDialog, PassesWhatIsAskedForWithoutAShellAndReturnsThePath) {
                   std::to_string(window->handle()) + "\n\n");
 }
 
+TEST_F(X11FileDialog, AllFilesCanBeOfferedAndAFileToBeReadKeepsItsName) {
+    makeProgram("printf '%s\\n' \"$@\" > " + (folder / "arguments").string() + "\necho /tmp/x\n");
+    request.filterName = u"Preset";
+    request.extension = u"cpf";
+    request.isAllOffered = true;
+    EXPECT_TRUE(system.askForFile(request, path, message));
+    EXPECT_EQ(path, u"/tmp/x");
+    EXPECT_EQ(content("arguments"),
+              "--file-selection\n--title=\n--file-filter=Preset | *.cpf\n--file-filter=All files | *\n");
+}
+
+TEST_F(X11FileDialog, AnEndingThatLeadsToAnotherFileIsAskedAboutAgain) {
+    // The program has asked about "there", and "there.cpf" is what would be overwritten.
+    std::ofstream(folder / "there.cpf") << "x";
+    makeProgram("printf '%s ' \"$@\" >> " + (folder / "arguments").string() + "\nif [ -f " +
+                (folder / "second").string() + " ]; then echo " + (folder / "other").string() + "; else : > " +
+                (folder / "second").string() + "; echo " + (folder / "there").string() + "; fi\n");
+    request.isSave = true;
+    request.extension = u"cpf";
+    EXPECT_TRUE(system.askForFile(request, path, message));
+    EXPECT_EQ(path, (folder / "other.cpf").u16string());
+    EXPECT_NE(content("arguments").find("--filename=" + (folder / "there.cpf").string()), std::string::npos);
+    // The user agrees to that file.
+    makeProgram("echo " + (folder / "there.cpf").string() + "\n");
+    EXPECT_TRUE(system.askForFile(request, path, message));
+    EXPECT_EQ(path, (folder / "there.cpf").u16string());
+}
+
 TEST_F(X11FileDialog, AFolderIsAskedForAsSuch) {
     makeProgram("printf '%s ' \"$@\" > " + (folder / "arguments").string() + "\necho /tmp/x\n");
     request.isFolder = true;
