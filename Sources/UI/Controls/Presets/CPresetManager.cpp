@@ -47,11 +47,11 @@ CError* CPresetManager::initClass(CClassDescriptor& descriptor) {
     descriptor.addHandler<&CPresetManager::presetUpdate>("preset-update");
     descriptor.addHandler<&CPresetManager::sharedBanksUpdate>("shared-banks-update");
     descriptor.addHandler<&CPresetManager::defaultUpdate>("default-preset-update");
-    return CFrame::initClass(descriptor);
+    return CWinDrag::initClass(descriptor);
 }
 
 CError* CPresetManager::init() {
-    TARV_TRY(CFrame::init());
+    TARV_TRY(CWinDrag::init());
     auto* client = findObjectOf<CAudioInterfaceClient>(getAttrString("interface-client"));
     if (!client) {
         TARV_FAIL("@tarvstr_CPresetManager_init_NoInterfaceClient No interfacing object '%1' found.",
@@ -65,7 +65,7 @@ CError* CPresetManager::init() {
 }
 
 CError* CPresetManager::finishInit() {
-    TARV_TRY(CFrame::finishInit());
+    TARV_TRY(CWinDrag::finishInit());
     TARV_TRY(initChilds());
     TARV_TRY(catalog_.client().addRegistryListener(catalog_.registry(), *this));
     return nullptr;
@@ -234,7 +234,13 @@ CError* CPresetManager::inputEvent(const CString& name, CAttributeMap& params) {
     if (name == CString("popup-closed") && shown && !shown->popups().popupOf(*this)) {
         asked_ = {};  // the window that asked was closed without an answer
     }
-    return CFrame::inputEvent(name, params);
+    // The answer of a window that names the event to go on with.
+    const CString event = name == CString("popup-result") ? params["event"].asString() : CString();
+    if (!event.isEmpty()) {
+        CAttributeMap none;
+        return deliverEvent(*this, event, none);
+    }
+    return CWinDrag::inputEvent(name, params);
 }
 
 }  // namespace tarv

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "UI/Controls/Buttons/CWinDrag.h"
 #include "UI/Controls/Presets/CPresetCatalog.h"
 #include "UI/Controls/Presets/CPresetManagerListBridge.h"
-#include "UI/Views/CFrame.h"
 
 namespace tarv {
 
@@ -32,7 +32,7 @@ namespace tarv {
 /// Events that it sends, with `path`, `filename` and `reason`: error-bank-load, error-bank-save, error-preset-load,
 /// error-preset-save, error-preset-type (a file of another product or registry). Then nothing has changed. What could
 /// not be stored has the name of the store as its path.
-class CPresetManager : public CFrame, public CAudioInterfaceRegistryListener {
+class CPresetManager : public CWinDrag, public CAudioInterfaceRegistryListener {
 public:
     /// In UTF-16 units; what is longer is cut.
     static constexpr int32_t kMaxName = 64;
