@@ -133,7 +133,7 @@ void CParamBridge::valuesChanged(int32_t group, int32_t first, int32_t count, bo
     callGestures([&](CParamGesture& gesture) { gesture.valuesCame(*this, group); });
     const bool isAlive = callEach([&](CUIParam& param) -> CError* {
         const int32_t element = param.getElement();
-        const bool isMeant = element >= first && (isReplacing || element - first < count);
+        const bool isMeant = element + param.followedElements() > first && (isReplacing || element - first < count);
         return isMeant && storedGroup(param.group()) == group ? param.valueChanged() : nullptr;
     });
     static const CString kEvent("param-change");

@@ -25,6 +25,8 @@ public:
     virtual int32_t elementCount(int32_t group) const = 0;
     /// The group that holds the values for `group`: itself, or 0 if all groups share them.
     virtual int32_t storedGroup(int32_t group) const = 0;
+    /// What an element has that nobody has set; 0.0 while inactive.
+    virtual double defaultValue(int32_t element) const = 0;
     /// While inactive, 0.0 and empty text.
     virtual double value(int32_t group, int32_t element) const = 0;
     virtual CString valueText(int32_t group, int32_t element, CAudioTextMode mode) const = 0;

@@ -168,6 +168,20 @@ double CUIParam::getValue() const {
     return isTrue ? 1.0 : shared_ ? getAttrReal("shared-attribute-value") : 0.0;
 }
 
+bool CUIParam::defaultValue(int32_t offset, double& value) const {
+    if (bridge_) {
+        value = isActive_ ? bridge_->defaultValue(element_ + offset) : 0.0;
+        return isActive_;
+    }
+    bool isNumber = false;
+    value = shared_ ? CString::toDouble(shared_->getAttrString("def-value"), &isNumber) : 0.0;
+    return isActive_ && isNumber && offset == 0;
+}
+
+int32_t CUIParam::followedElements() const {
+    return handler_ ? handler_->followedElements(*this) : 1;
+}
+
 CError* CUIParam::setValue(double value, const CParamEdit& edit) {
     if (!isActive_) {
         return nullptr;

@@ -35,6 +35,9 @@ public:
     [[nodiscard]] virtual CError* setValue(double value, const CParamEdit& edit = {});
     /// 0.0 while inactive. A setting that is true is 1.0, one that is no number is 0.0.
     virtual double getValue() const;
+    /// What a reset sets: the default of the element `offset` behind this one, or of the setting; false while inactive
+    /// and for a setting that is no number.
+    bool defaultValue(int32_t offset, double& value) const;
 
     /// Index within the handler.
     int32_t index() const { return getAttrInt("index"); }
@@ -64,6 +67,7 @@ private:
     [[nodiscard]] CError* rangeChanged();
     [[nodiscard]] CError* valueChanged();
     void bridgeGone();
+    int32_t followedElements() const;
 
     CUIParamUpdateHandler* handler_ = nullptr;
     CParamBridge* bridge_ = nullptr;

@@ -105,6 +105,7 @@ public:
                  param.maximum());
         return note(text);
     }
+    int32_t followedElements(const CUIParam&) const override { return followed; }
     void onParamRemoved(CUIParam& param) override { removed().push_back(param.name().toUtf8()); }
 
     /// The calls since the last time.
@@ -114,6 +115,7 @@ public:
         return names;
     }
     std::function<void()> onCall;
+    int32_t followed = 1;
 
 private:
     CError* note(const std::string& call) {

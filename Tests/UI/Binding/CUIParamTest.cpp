@@ -76,6 +76,35 @@ TEST_F(UIParam, IsCalledForItsOwnElementAndGroup) {
     EXPECT_EQ(control.take(), CCalls{"c 0.0000"});
 }
 
+TEST_F(UIParam, IsCalledForTheElementsBehindItThatItsHandlerShows) {
+    CControlRecorder& control = openControl({uiParam("p", {{"bridge", "ui.gains-bridge"}, {"element", "1"}})});
+    control.followed = 3;
+    sendWhole("gains", {{1.0, 1.0, 1.0, 1.0, 1.0, 1.0}});
+    control.take();
+    for (int32_t element = 0; element < 6; ++element) {
+        sendPart("gains", 0, element, {2.0}, 6);
+        EXPECT_EQ(control.take().size(), element >= 1 && element <= 3 ? 1u : 0u) << element;
+    }
+    sendPart("gains", 0, 0, {1.0, 1.0}, 6);
+    EXPECT_EQ(control.take().size(), 1u);
+    sendPart("gains", 0, 3, {1.0}, 4);
+    EXPECT_EQ(control.take().size(), 1u) << "the group ends within them";
+}
+
+TEST_F(UIParam, GivesTheDefaultOfAnElementAndOfASetting) {
+    openControl({uiParam("p", {{"bridge", "ui.gains-bridge"}}), uiParam("s", {{"shared-attribute", "ui.setting"}}),
+                 uiParam("none", {})});
+    double value = -1.0;
+    EXPECT_FALSE(param("c.p").defaultValue(0, value));
+    sendWhole("gains", {{2.0, 2.0}});
+    EXPECT_TRUE(param("c.p").defaultValue(1, value));
+    EXPECT_EQ(value, 0.0);
+    EXPECT_TRUE(param("c.s").defaultValue(0, value));
+    EXPECT_EQ(value, 0.7);
+    EXPECT_FALSE(param("c.s").defaultValue(1, value));
+    EXPECT_FALSE(param("c.none").defaultValue(0, value));
+}
+
 TEST_F(UIParam, FollowsItsGroupSelectorAndWithoutOneShowsGroup0) {
     CControlRecorder& control =
         openControl({uiParam("fixed", {{"bridge", "ui.gains-bridge"}, {"group-selector", ""}}),
