@@ -36,6 +36,8 @@ public:
     CView* mainView() { return tree_ ? tree_->findObjectOf<CView>("ui.main-window") : nullptr; }
     CWindow* window() { return tree_ ? tree_->findObjectOf<CWindow>("ui.main-window.window-renderer") : nullptr; }
     CWindowSystemByHand& system() { return system_; }
+    /// The engine behind the tree, or null.
+    CPlainInstance* instance() { return instance_.get(); }
     /// What a window has shown; empty if it is not open.
     CPictureByHand pictureOf(const CWindow& window);
 
