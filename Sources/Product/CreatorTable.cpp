@@ -81,6 +81,10 @@
 #include "UI/Controls/Plugin/CVizExchange.h"
 #include "UI/Controls/Presets/CDynamicListPresets.h"
 #include "UI/Controls/Presets/CPresetManager.h"
+#include "UI/Controls/Surface/CControlSurface.h"
+#include "UI/Controls/Surface/CControlSurfaceGroup.h"
+#include "UI/Controls/Surface/CRuler.h"
+#include "UI/Controls/Surface/CSurfaceHairlines.h"
 #include "UI/Resources/CDataSetObject.h"
 #include "UI/Resources/CFontObject.h"
 #include "UI/Text/CEditBox.h"
@@ -167,6 +171,8 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:button-base", &createObject<CButton>, &CButton::initClass},
     {"ui:color-swatch", &createObject<CColorSwatch>, nullptr},
     {"ui:control-array", &createObject<CControlArray>, &CControlArray::initClass},
+    {"ui:control-surface", &createObject<CControlSurface>, &CControlSurface::initClass},
+    {"ui:control-surface-group", &createObject<CControlSurfaceGroup>, &CControlSurfaceGroup::initClass},
     {"ui:dynamic-list-presets", &createObject<CDynamicListPresets>, &CDynamicListPresets::initClass},
     {"ui:editbox", &createObject<CEditBox>, &CEditBox::initClass},
     {"ui:frame", &createObject<CFrame>, &CFrame::initClass},
@@ -180,10 +186,12 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:plugin-control", &createObject<CPluginControl>, &CPluginControl::initClass},
     {"ui:popup-list", &createObject<CPopupList>, &CPopupList::initClass},
     {"ui:preset-manager", &createObject<CPresetManager>, &CPresetManager::initClass},
+    {"ui:ruler", &createObject<CRuler>, &CRuler::initClass},
     {"ui:selector-group", &createObject<CSelectorGroup>, &CSelectorGroup::initClass},
     {"ui:selector-oversampling", &createObject<CSelectorOversampling>, &CSelectorOversampling::initClass},
     {"ui:selector-palette", &createObject<CSelectorPalette>, &CSelectorPalette::initClass},
     {"ui:selector-scale", &createObject<CSelectorScale>, &CSelectorScale::initClass},
+    {"ui:surface-hairlines", &createObject<CSurfaceHairlines>, &CView::initClass},
     {"ui:textview", &createObject<CTextView>, &CTextView::initClass},
     {"ui:textview-auto-scroll", &createObject<CTextViewAutoScroll>, &CTextViewAutoScroll::initClass},
     {"ui:ui-event-bridge", &createObject<CUIEventBridge>, nullptr},

@@ -1,0 +1,257 @@
+// How points stand and look.
+
+#include <algorithm>
+#include <cmath>
+
+#include "Core/CApplication.h"
+#include "UI/Controls/Surface/CControlSurface.h"
+#include "UI/Controls/Surface/CRuler.h"
+#include "UI/Views/CSectorMap.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr int64_t kLoadOfImage = 500;
+// Of the line at the end of an underlay.
+constexpr double kUnderlayLine = 0.45;
+constexpr int32_t kLine = 1;
+
+CViewRect viewRect(const CIntRect& rect) {
+    return {static_cast<double>(rect.left), static_cast<double>(rect.top), static_cast<double>(rect.width()),
+            static_cast<double>(rect.height())};
+}
+
+}  // namespace
+
+/// The box in whole pixels, without the inner borders and what labels of rulers need at its ends.
+CIntRect CControlSurface::innerBox() const {
+    const CViewRect& box = areaRect(kBoxArea);
+    const auto pixel = [](double position) { return static_cast<int32_t>(std::lround(position)); };
+    const auto border = [&](CViewCell cell) { return pixel(area().value(cell)); };
+    CIntRect inner{pixel(box.x) + border(CViewCell::InnerLeft), pixel(box.y) + border(CViewCell::InnerTop),
+                   pixel(box.right()) - border(CViewCell::InnerRight),
+                   pixel(box.bottom()) - border(CViewCell::InnerBottom)};
+    if (isUsingMargins_) {
+        for (const CRuler* ruler : rulers_) {
+            const int32_t margin = ruler->margin();
+            const int32_t x = ruler->isVertical() ? 0 : margin;
+            const int32_t y = ruler->isVertical() ? margin : 0;
+            inner = {inner.left + x, inner.top + y, inner.right - x, inner.bottom - y};
+        }
+    }
+    return {inner.left, inner.top, std::max(inner.left, inner.right), std::max(inner.top, inner.bottom)};
+}
+
+CSurfaceLayout CControlSurface::layoutOf(const CControlSurfaceGroup& group) const {
+    return CSurfaceLayout(innerBox(), !isSliderMode_ || group.isVertical(), group.count(),
+                          group.isBalanced() && group.isFixedY(), CApplication::uiScale());
+}
+
+CSurfaceLayout CControlSurface::layout() const {
+    const CControlSurfaceGroup* group = editable_ ? editable_ : groups_.isEmpty() ? nullptr : groups_[0];
+    return group ? layoutOf(*group) : CSurfaceLayout(innerBox(), true, 0, false, CApplication::uiScale());
+}
+
+CSurfacePlace CControlSurface::placeOf(const CControlSurfaceGroup& group, int32_t index) const {
+    const CSurfaceLayout layout = layoutOf(group);
+    const CControlSurfaceGroup::CPoint& point = group.point(index);
+    const bool isColumn = group.isBalanced() && group.isFixedX();
+    return {isColumn ? layout.middle(index) : layout.box().left + axisX_.position(point.x) * layout.box().width(),
+            layout.rangeStart() - axisY_.position(point.y) * layout.rangeLength()};
+}
+
+CIntRect CControlSurface::barRect(const CControlSurfaceGroup& group, int32_t index) const {
+    const CSurfaceLayout layout = layoutOf(group);
+    const CSurfaceAxis& axis = this->axis(group.barRole());
+    return layout.bar(index, layout.pixel(axis.position(axis.zero())),
+                      layout.pixel(axis.position(axis.clamp(group.barValue(index)))));
+}
+
+const CImage* CControlSurface::pointImage(const CControlSurfaceGroup& group) const {
+    const CPartRange& part = parts_[group.isAnchor() ? Anchor : Point];
+    return part.isFound ? imageSet()->getImage(part.first) : nullptr;
+}
+
+CViewRect CControlSurface::shownRect(const CControlSurfaceGroup& group, int32_t index) const {
+    CIntRect rect;
+    if (isSliderMode_) {
+        rect = barRect(group, index);
+    } else {
+        const CSurfacePlace place = placeOf(group, index);
+        const CImage* image = pointImage(group);
+        const int32_t side = image ? std::max(image->getWidth(), image->getHeight()) + 2 : 0;
+        const auto x = static_cast<int32_t>(std::lround(place.x));
+        const auto y = static_cast<int32_t>(std::lround(place.y));
+        rect = {x - side, y - side, x + side, y + side};
+    }
+    return viewRect({rect.left - overhang_.left, rect.top - overhang_.top, rect.right + overhang_.right,
+                     rect.bottom + overhang_.bottom});
+}
+
+void CControlSurface::redrawColumn(int32_t point) {
+    if (point < 0 || !editable_ || point >= editable_->count() || !hasArea()) {
+        return;
+    }
+    if (!isSliderMode_) {
+        for (const CControlSurfaceGroup* group : groups_) {
+            if (point < group->count()) {
+                requestRedraw(shownRect(*group, point));
+            }
+        }
+        return;
+    }
+    const CIntRect rect = layoutOf(*editable_).pit(point);
+    requestRedraw(viewRect({rect.left - overhang_.left, rect.top - overhang_.top, rect.right + overhang_.right,
+                            rect.bottom + overhang_.bottom}));
+}
+
+void CControlSurface::drawPart(CPart part, const CIntRect& box, const CColor& color, double opacity,
+                               const CIntRect& clip) {
+    if (!parts_[part].isFound) {
+        return;
+    }
+    const CIntRect placed = box.moved(-target().originX, -target().originY);
+    const CDrawnImages drawn = CFramePieces(*imageSet(), parts_[part].first, parts_[part].last)
+                                   .draw(*target().bitmap, placed, color, opacity, clip);
+    if (CSectorMap* map = sectorMap()) {
+        map->addLoad(kLoadOfImage * drawn.count + drawn.pixels);
+    }
+}
+
+const CColor* CControlSurface::groupColor(int32_t groupIndex, bool isHovered) const {
+    if (!groups_[groupIndex]->isActive() || isDisabled()) {
+        return classColor(kDisabled);
+    }
+    return groupIndex < colorNames_.count() ? classColor(kOwnColors + 2 * groupIndex + (isHovered ? 1 : 0)) : nullptr;
+}
+
+bool CControlSurface::isMarked(const CControlSurfaceGroup& group, int32_t index) const {
+    return index == group.selectedPoint() || (&group == editable_ && index == selected_);
+}
+
+CError* CControlSurface::draw() {
+    if (!imageSet()) {
+        return nullptr;
+    }
+    const CControlSurfaceGroup* ground = editable_;
+    for (int32_t i = 0; i < groups_.count() && !ground; ++i) {
+        ground = groups_[i]->isVisible() ? groups_[i] : nullptr;
+    }
+    if (isSliderMode_ && ground) {
+        drawPits(*ground);
+    }
+    for (int32_t i = 0; i < groups_.count(); ++i) {
+        if (!groups_[i]->isVisible()) {
+            continue;
+        }
+        if (isSliderMode_) {
+            drawBars(*groups_[i], i);
+        } else {
+            drawPoints(*groups_[i], i);
+        }
+    }
+    return nullptr;
+}
+
+void CControlSurface::drawPits(const CControlSurfaceGroup& group) {
+    const CSurfaceLayout layout = layoutOf(group);
+    for (int32_t i = 0; i < group.count() && layout.pitch() > 0; ++i) {
+        const CIntRect pit = layout.pit(i);
+        const CColor* color = classColor(i == hovered_ ? kPitHover : kPit);
+        if (color) {
+            drawPart(Pit, pit, *color, 1.0, target().clip);
+        }
+        const CColor* ground = isMarked(group, i) ? classColor(kSelectBG) : nullptr;
+        if (ground) {
+            drawPart(SelectBG, pit, *ground, 1.0, target().clip);
+        }
+    }
+}
+
+void CControlSurface::drawBars(const CControlSurfaceGroup& group, int32_t groupIndex) {
+    const CSurfaceLayout layout = layoutOf(group);
+    for (int32_t i = 0; i < group.count() && layout.pitch() > 0; ++i) {
+        const CColor* color = groupColor(groupIndex, i == hovered_);
+        if (color && group.isEditable()) {
+            drawBar(group, i, *color);
+        } else if (color) {
+            drawUnderlay(group, i, *color);
+        }
+        const CColor* line = isMarked(group, i) ? classColor(kSelectLine) : nullptr;
+        if (line) {
+            drawPart(Select, layout.pit(i), *line, 1.0, target().clip);
+        }
+    }
+}
+
+void CControlSurface::drawBar(const CControlSurfaceGroup& group, int32_t index, const CColor& color) {
+    const CSurfaceAxis& axis = this->axis(group.barRole());
+    const bool isDown = group.isVertical() && group.barValue(index) < axis.zero();
+    const CPart part = !group.isVertical() ? BarRight : isDown ? BarDown : Bar;
+    const CIntRect bar = barRect(group, index);
+    CIntRect box = bar;
+    CIntRect clip = target().clip;
+    // The end at the value is drawn whole also where the bar is shorter: the rest of its picture is clipped.
+    constexpr int32_t kWhole = CSurfaceLayout::kCap + 2;
+    if (part == Bar) {
+        box.bottom = std::max(box.bottom, box.top + kWhole);
+        clip.bottom = std::min(clip.bottom, bar.bottom - target().originY);
+    } else if (part == BarDown) {
+        box.top = std::min(box.top, box.bottom - kWhole);
+        clip.top = std::max(clip.top, bar.top - target().originY);
+    } else {
+        box.left = std::min(box.left, box.right - kWhole);
+        clip.left = std::max(clip.left, bar.left - target().originX);
+    }
+    drawPart(part, box, color, 1.0, clip);
+}
+
+/// Flat, so that it doesn't read as the setting; its opacity is that of a colour of its own.
+void CControlSurface::drawUnderlay(const CControlSurfaceGroup& group, int32_t index, const CColor& color) {
+    const CColor* strength = classColor(kUnderlay);
+    const CSurfaceAxis& axis = this->axis(group.barRole());
+    const CSurfaceLayout layout = layoutOf(group);
+    const int32_t zero = layout.pixel(axis.position(axis.zero()));
+    const int32_t end = layout.pixel(axis.position(axis.clamp(group.barValue(index))));
+    CIntRect box = barRect(group, index);
+    if (zero != end && strength) {
+        const bool isDown = group.isVertical() && end > zero;
+        drawPart(isDown ? UnderlayDown : Underlay, box, color, strength->opacity, target().clip);
+    }
+    // Within the bar, at the value; in the middle of one without length.
+    if (!group.isVertical()) {
+        box.left = box.right - kLine;
+    } else if (end > zero) {
+        box.top = box.bottom - kLine;
+    } else {
+        box.bottom = box.top + kLine;
+    }
+    const CIntRect line = box.moved(-target().originX, -target().originY).intersection(target().clip);
+    target().bitmap->fillRect(line, color, kUnderlayLine);
+}
+
+void CControlSurface::drawPoints(const CControlSurfaceGroup& group, int32_t groupIndex) {
+    const CImage* image = pointImage(group);
+    for (int32_t i = 0; i < group.count() && image; ++i) {
+        const bool isHovered = i == hovered_ && (&group == editable_ || isLinked(group));
+        const CColor* color =
+            group.isEditable() || !group.isActive() ? groupColor(groupIndex, isHovered) : classColor(kPointOff);
+        const CSurfacePlace place = placeOf(group, i);
+        const auto x = static_cast<int32_t>(std::lround(place.x)) - image->getWidth() / 2;
+        const auto y = static_cast<int32_t>(std::lround(place.y)) - image->getHeight() / 2;
+        const CColor* mark = isMarked(group, i) ? classColor(kSelectLine) : nullptr;
+        for (int32_t layer = 0; color && layer < image->layerCount(); ++layer) {
+            drawImageLayer(image->layer(layer), x, y, kWholeArea, *color, pointOpacity_, false);
+        }
+        if (mark) {
+            drawPart(Select, {x, y, x + image->getWidth(), y + image->getHeight()}, *mark, 1.0, target().clip);
+        }
+    }
+}
+
+bool CControlSurface::isLinked(const CControlSurfaceGroup& group) const {
+    return editable_ && groupNamed(group.linkedGroup()) == editable_;
+}
+
+}  // namespace tarv

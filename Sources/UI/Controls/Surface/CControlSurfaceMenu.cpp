@@ -1,0 +1,131 @@
+// What a right press opens: the rows of a value list, or a short menu.
+
+#include <algorithm>
+#include <cmath>
+
+#include "Core/CObjectWatch.h"
+#include "UI/Binding/CParamBridge.h"
+#include "UI/Binding/CUIParam.h"
+#include "UI/Controls/Surface/CControlSurface.h"
+#include "UI/Controls/Surface/CRuler.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr const char* kListTemplate = "ui:window-app-popup-list";
+constexpr const char* kTypeRow = "type";
+constexpr const char* kResetRow = "reset";
+constexpr const char* kResetAllRow = "reset-all";
+constexpr const char* kCopyRow = "copy";
+
+}  // namespace
+
+CError* CControlSurface::mousePressR(CAttributeMap& params) {
+    const CObjectWatch watch(*this);
+    const CSurfacePointer pointer = CSurfacePointer::of(params);
+    TARV_TRY(CView::mousePressR(params));
+    const int32_t point = watch.isAlive() ? pointAt(pointer.x, pointer.y) : -1;
+    if (point < 0) {
+        return nullptr;
+    }
+    menuPoint_ = point;
+    const bool hasList = editable_->param(CRole::Popup) != nullptr;
+    CObject* list = hasList ? editable_->findChild("value-list") : this;
+    if (!list) {
+        TARV_FAIL("@tarvstr_CControlSurface_mousePressR_NoValueList Control surface popup value list not found.");
+    }
+    CAttributeMap popup;
+    popup["actual-x"] = CAttributeValue::fromReal(pointer.x);
+    popup["actual-y"] = CAttributeValue::fromReal(pointer.y);
+    popup["is-manual-coords"] = CAttributeValue::fromBool(true);
+    popup["is-popup-toggle-always-create"] = CAttributeValue::fromBool(true);
+    popup["shift-x"] = CAttributeValue::fromReal(1.0);
+    popup["shift-y"] = CAttributeValue::fromReal(1.0);
+    popup["popup-text-source"] = CAttributeValue::fromString(list->fullName());
+    if (hasList) {
+        const double selected = editable_->paramValue(CRole::Popup, point);
+        popup["selected-item"] = CAttributeValue::fromInt(static_cast<int32_t>(std::lround(selected)));
+    }
+    if (hasAttr("popup-inner-border")) {
+        popup["popup-inner-border"] = CAttributeValue::fromString(getAttrString("popup-inner-border"));
+    }
+    return openPopup(kListTemplate, popup);
+}
+
+/// The group that the curve can be copied to: that of the linked list.
+const CUIParam* CControlSurface::copyTarget() const {
+    const CControlSurfaceGroup* linked = editable_ ? groupNamed(editable_->linkedGroup()) : nullptr;
+    const CUIParam* source = editable_ ? editable_->param(editable_->barRole()) : nullptr;
+    const CUIParam* target = linked ? linked->param(linked->barRole()) : nullptr;
+    const bool isOther =
+        source && target && source->bridge() && source->bridge() == target->bridge() &&
+        source->bridge()->storedGroup(source->group()) != source->bridge()->storedGroup(target->group());
+    return isOther ? target : nullptr;
+}
+
+CRuler* CControlSurface::typingRuler(int32_t point) {
+    findRulers();
+    for (CRuler* ruler : rulers_) {
+        if (ruler->isEditable(point)) {
+            return ruler;
+        }
+    }
+    return nullptr;
+}
+
+CError* CControlSurface::generateSubList(const CString&, CDynamicListRows& rows) {
+    if (typingRuler(menuPoint_)) {
+        rows.add("Type a value", kTypeRow);
+    }
+    rows.add("Reset", kResetRow);
+    if (editable_ && editable_->count() > 1) {
+        rows.add("Reset all", kResetAllRow);
+    }
+    if (const CUIParam* target = copyTarget()) {
+        rows.add(CString("Copy to group ") + CString::fromInt(target->group() + 1), kCopyRow);
+    }
+    return nullptr;
+}
+
+CError* CControlSurface::popupResult(CAttributeMap& params) {
+    const bool isThere = editable_ && editable_->isActive() && menuPoint_ >= 0 && menuPoint_ < editable_->count();
+    if (!isThere) {
+        return nullptr;
+    }
+    CUIParam* list = editable_->param(CRole::Popup);
+    if (list) {
+        const CObjectWatch watch(*this);
+        CError* error = gesture_.begin();
+        error = error || !watch.isAlive() ? error : gesture_.write(*list, params["index"].asInt(), menuPoint_);
+        return error || !watch.isAlive() ? error : gesture_.end();
+    }
+    const CString& id = params["id"].asString();
+    if (id == CString(kTypeRow)) {
+        CRuler* ruler = typingRuler(menuPoint_);
+        return ruler ? ruler->edit(menuPoint_) : nullptr;
+    }
+    if (id == CString(kResetRow)) {
+        return resetPoints(menuPoint_, 1);
+    }
+    if (id == CString(kResetAllRow)) {
+        return resetPoints(0, editable_->count());
+    }
+    return id == CString(kCopyRow) ? copyToLinked() : nullptr;
+}
+
+CError* CControlSurface::copyToLinked() {
+    const CUIParam* target = copyTarget();
+    if (!target) {
+        return nullptr;
+    }
+    CParamBridge& bridge = *target->bridge();
+    const int32_t from = editable_->param(editable_->barRole())->group();
+    const int32_t to = target->group();
+    const CObjectWatch watch(*this);
+    CError* error = gesture_.begin();
+    error = error || !watch.isAlive() ? error : bridge.copyGroup(from, to, gesture_.edit(bridge));
+    return error || !watch.isAlive() ? error : gesture_.end();
+}
+
+}  // namespace tarv
