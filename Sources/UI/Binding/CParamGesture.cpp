@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <utility>
 
 #include "Core/CObjectWatch.h"
@@ -12,6 +13,9 @@
 namespace tarv {
 
 namespace {
+
+// Of a value that has been to the engine and back, which holds it in another unit.
+constexpr double kAnswerTolerance = 1e-9;
 
 /// A key that no gesture of the process has had: a drag after reopening is no part of one before.
 int32_t newKey() {
@@ -91,7 +95,7 @@ CError* CParamGesture::end() {
     const int32_t key = std::exchange(key_, -1);
     const bool isStep = std::exchange(isStep_, false);
     CParamBridge* const bridge = bridges_.isEmpty() ? nullptr : bridges_[0];
-    forget([](const CElement& element) { return !element.isWritten; });
+    forget([](const CElement& element) { return !element.isWritten || element.isAnswered; });
     return bridge ? endAt(*bridge, key, isStep) : nullptr;
 }
 
@@ -165,6 +169,7 @@ void CParamGesture::keepWritten(const CUIParam& param, const double* values, int
         CElement& element = add(param, offset + i);
         element.value = std::clamp(values[i], param.minimum(), param.maximum());
         element.isWritten = true;
+        element.isAnswered = false;
     }
 }
 
@@ -207,6 +212,14 @@ void CParamGesture::paramMoved(const CUIParam& param) {
 void CParamGesture::valuesCame(const CParamBridge& bridge, int32_t group) {
     if (!isActive()) {
         forget([&](const CElement& element) { return element.bridge == &bridge && element.group == group; });
+        return;
+    }
+    // What comes later, such as automation, is what counts when the gesture ends.
+    for (CElement& element : elements_) {
+        const bool isMeant = element.bridge == &bridge && element.group == group && element.isWritten;
+        const double shown = isMeant ? bridge.value(group, element.element) : 0.0;
+        const double tolerance = kAnswerTolerance * std::max(1.0, std::fabs(element.value));
+        element.isAnswered = element.isAnswered || (isMeant && std::fabs(shown - element.value) <= tolerance);
     }
 }
 

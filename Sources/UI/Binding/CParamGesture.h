@@ -75,6 +75,7 @@ private:
         int32_t element = 0;
         double value = 0.0;
         bool isWritten = false;
+        bool isAnswered = false;  ///< the last value that was written has come back
     };
 
     /// Place of an element among those of the gesture, or -1.

@@ -98,6 +98,24 @@ TEST_F(ParamGesture, ShowsItsOwnValueWhileItLastsAndTheEnginesAfterwards) {
     EXPECT_NEAR(gesture().value(param("c.a")), 6.0206, 1e-4);
 }
 
+TEST_F(ParamGesture, WhatCameBehindTheAnswerStandsWhenItEnds) {
+    openGains();
+    beginGesture();
+    write("c.a", 6.0);
+    write("c.a", 3.0);
+    sendPart("gains", 0, 1, {std::pow(10.0, 6.0 / 20.0)}, 4);
+    sendPart("gains", 0, 1, {std::pow(10.0, 3.0 / 20.0)}, 4);
+    sendPart("gains", 0, 1, {0.5}, 4);
+    EXPECT_EQ(gesture().value(param("c.a")), 3.0);
+    end();
+    EXPECT_NEAR(gesture().value(param("c.a")), 20.0 * std::log10(0.5), 1e-12);
+    beginGesture();
+    write("c.a", 6.0);
+    sendPart("gains", 0, 1, {std::pow(10.0, 3.0 / 20.0)}, 4);
+    end();
+    EXPECT_EQ(gesture().value(param("c.a")), 6.0) << "the answer is still to come";
+}
+
 TEST_F(ParamGesture, WhatItShowsIsWithinTheRange) {
     openGains();
     beginGesture();
