@@ -200,5 +200,32 @@ TEST_F(SurfaceDrag, AnotherGroupAndAnotherCountEndIt) {
     release();
 }
 
+TEST_F(SurfaceDrag, WhileItIsHeldAutomationDoesNotMoveIt) {
+    press(3);
+    moveBy(0, 25);
+    advance();
+    setGain(3, -9.0);
+    EXPECT_NEAR(bar(3), 3.0, kRounding);
+    setGain(4, -2.0);
+    EXPECT_NEAR(bar(4), -2.0, kRounding) << "its neighbours follow";
+    release();
+    advance();
+    EXPECT_NEAR(bar(3), gain(3), kRounding) << "what the host has stands afterwards";
+}
+
+TEST_F(SurfaceDrag, AnUndoDuringADragEndsItAndTheOldValueStands) {
+    press(3);
+    moveBy(0, 25);
+    advance();
+    EXPECT_EQ(consumed(at<CAudioInterfaceClient>("ui.interface-client").undo()), "");
+    advance();
+    EXPECT_EQ(gain(3), 0.0);
+    EXPECT_EQ(bar(3), 0.0);
+    moveBy(0, 25);
+    advance();
+    EXPECT_EQ(gain(3), 0.0);
+    release();
+}
+
 }  // namespace
 }  // namespace tarv
