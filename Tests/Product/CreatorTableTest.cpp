@@ -10,15 +10,7 @@ namespace tarv {
 
 namespace {
 
-/// Tags whose classes come with the editor's views.
-constexpr const char* kNotYet[] = {"ui:control-surface"};
-
 bool isPlainByPurpose(const CObject* object) {
-    for (const char* tag : kNotYet) {
-        if (object->tag() == tag) {
-            return true;
-        }
-    }
     return object->tag() == "core:object" || object->tag() == "template";
 }
 
@@ -41,12 +33,6 @@ TEST_F(Creators, StandInAscendingOrderOfTheirTags) {
 TEST_F(Creators, OfEveryTagThatTheTreesUseGiveAClassOfItsOwn) {
     expectClasses(sharedRoot());
     expectClasses(makePlugin());
-}
-
-TEST_F(Creators, DoNotYetKnowTheTagsOfViews) {
-    for (const char* tag : kNotYet) {
-        EXPECT_EQ(std::unique_ptr<CObject>(CCreatorRegistry::create(tag)), nullptr) << tag;
-    }
 }
 
 }  // namespace

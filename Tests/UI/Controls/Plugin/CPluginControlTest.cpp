@@ -43,7 +43,7 @@ TEST_F(PluginControl, ASecondPressBringsTheFirstStateBackWithItsOwnHistory) {
     EXPECT_TRUE(registry().isAlternate());
     EXPECT_EQ(attr("ab-state"), "b-state");
     EXPECT_TRUE(object("pc").getAttrBool("is-alternate"));
-    EXPECT_EQ(history(), "Undo history start");
+    EXPECT_EQ(history(), "");
     setGain(-6.0);
     EXPECT_EQ(shownGain(), -6.0);
     deliver("pc", "on-ab");
@@ -81,7 +81,7 @@ TEST_F(PluginControl, ACopyIsAStepOfTheStateThatIsOverwritten) {
     setGain(3.0);
     deliver("pc", "on-copy");
     deliver("pc", "on-ab");
-    EXPECT_EQ(history(), "Undo history start, Copy from B");
+    EXPECT_EQ(history(), "Copy from B");
     EXPECT_EQ(shownGain(), 3.0);
     undo();
     EXPECT_EQ(shownGain(), 0.0);

@@ -81,7 +81,7 @@ TEST_F(VizExchange, IsOnFromItsFirstViewToItsLast) {
     EXPECT_FALSE(isEnabled());
     viz.removeView(two);
     EXPECT_EQ(viz.viewCount(), 0);
-    EXPECT_EQ(history(), "Undo history start");
+    EXPECT_EQ(history(), "");
 }
 
 TEST_F(VizExchange, EachViewGetsEachRecordAtTheRateOfTheEnvironment) {
