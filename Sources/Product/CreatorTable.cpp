@@ -68,7 +68,9 @@
 #include "UI/Binding/CUIParamConverter.h"
 #include "UI/Binding/CViewStateSwitch.h"
 #include "UI/Controls/Buttons/CButton.h"
+#include "UI/Controls/Buttons/CButtonAB.h"
 #include "UI/Controls/Buttons/CControlArray.h"
+#include "UI/Controls/Buttons/CGroupLabel.h"
 #include "UI/Controls/Buttons/CSelectorGroup.h"
 #include "UI/Controls/Buttons/CSelectorOversampling.h"
 #include "UI/Controls/Buttons/CSelectorPalette.h"
@@ -168,6 +170,7 @@ const CCreatorRow kCreatorRows[] = {
     {"font", &createObject<CFontObject>, nullptr},
     {"imageset", &createObject<CImageSetObject>, nullptr},
     {"palette", &createObject<CPaletteObject>, nullptr},
+    {"ui:button-ab", &createObject<CButtonAB>, &CButtonAB::initClass},
     {"ui:button-base", &createObject<CButton>, &CButton::initClass},
     {"ui:color-swatch", &createObject<CColorSwatch>, nullptr},
     {"ui:control-array", &createObject<CControlArray>, &CControlArray::initClass},
@@ -176,6 +179,7 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:dynamic-list-presets", &createObject<CDynamicListPresets>, &CDynamicListPresets::initClass},
     {"ui:editbox", &createObject<CEditBox>, &CEditBox::initClass},
     {"ui:frame", &createObject<CFrame>, &CFrame::initClass},
+    {"ui:group-label", &createObject<CGroupLabel>, &CGroupLabel::initClass},
     {"ui:history", &createObject<CHistory>, &CHistory::initClass},
     {"ui:min-max", &createObject<CMinMax>, &CMinMax::initClass},
     {"ui:overlay-gradient", &createObject<CGradient>, &CGradient::initClass},
