@@ -27,7 +27,7 @@ struct CAudioInterfaceClient::CParts final : public CHeapObject {
         CHandler handle;
     };
     static const CHandlerRow kHandlers[kMessageCount - kFirstBaseMessage];
-    static const CHandlerRow kDataHandlers[static_cast<uint32_t>(CDataKind::Clear) + 1];
+    static const CHandlerRow kDataHandlers[static_cast<uint32_t>(CDataKind::Kept) + 1];
 
     explicit CParts(CAudioInterfaceClient& client)
         : owner(client),
@@ -79,10 +79,12 @@ constexpr CAudioInterfaceClient::CParts::CHandlerRow CAudioInterfaceClient::CPar
     {static_cast<uint32_t>(CDataKind::Value), &CParts::call<&CParts::values, &CClientBoundValues::take>},
     {static_cast<uint32_t>(CDataKind::Passed), &CParts::call<&CParts::state, &CClientState::takePassed>},
     {static_cast<uint32_t>(CDataKind::Clear), &CParts::call<&CParts::state, &CClientState::takeClear>},
+    {static_cast<uint32_t>(CDataKind::OutputLabels), &CParts::call<&CParts::state, &CClientState::takeOutputLabels>},
+    {static_cast<uint32_t>(CDataKind::Kept), &CParts::call<&CParts::state, &CClientState::takeKept>},
 };
 
 CError* CAudioInterfaceClient::CParts::takeData(CPosInputStream& stream) {
-    constexpr uint32_t kEnd = static_cast<uint32_t>(CDataKind::Clear) + 1;
+    constexpr uint32_t kEnd = static_cast<uint32_t>(CDataKind::Kept) + 1;
     static_assert(isKeyedByType(kDataHandlers, 0, kEnd));
     uint32_t kind = 0;
     TARV_TRY(stream.readValue(kind));
@@ -291,6 +293,20 @@ CError* CAudioInterfaceClient::passData(const CByteBuffer& bytes) {
 
 const CByteBuffer& CAudioInterfaceClient::passedData() const {
     return parts_->state.passedData();
+}
+
+CString CAudioInterfaceClient::outputLabel(int32_t output) const {
+    const CTextList& labels = parts_->state.outputLabels();
+    return output >= 0 && output < labels.count() ? labels[output] : CString();
+}
+
+CError* CAudioInterfaceClient::keepBytes(const CString& key, const CByteBuffer& bytes) {
+    parts_->state.noteKept(key, bytes);
+    return parts_->sender.send(kKeepBytes, key, bytes);
+}
+
+const CByteBuffer& CAudioInterfaceClient::keptBytes(const CString& key) const {
+    return parts_->state.keptBytes(key);
 }
 
 CError* CAudioInterfaceClient::importChannelLabels() {

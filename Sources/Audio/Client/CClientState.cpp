@@ -93,4 +93,45 @@ CError* CClientState::takeClear(CPosInputStream& stream) {
     return sendEvent("clear");
 }
 
+CError* CClientState::takeOutputLabels(CPosInputStream& stream) {
+    CTextList labels;
+    TARV_TRY(takeMessage(stream, labels));
+    outputLabels_ = std::move(labels);
+    return sendEvent("output-labels-changed");
+}
+
+CError* CClientState::takeKept(CPosInputStream& stream) {
+    CArray<CKept, 1> all;
+    uint32_t count = 0;
+    TARV_TRY(takeField(stream, count));
+    for (uint32_t i = 0; i < count; ++i) {
+        CKept kept;
+        TARV_TRY(takeFields(stream, kept.key, kept.bytes));
+        all.append(std::move(kept));
+    }
+    TARV_TRY(expectMessageEnd(stream));
+    kept_ = std::move(all);
+    return sendEvent("kept-bytes-came");
+}
+
+const CByteBuffer& CClientState::keptBytes(const CString& key) const {
+    static const CByteBuffer kNone{};
+    for (const CKept& kept : kept_) {
+        if (kept.key == key) {
+            return kept.bytes;
+        }
+    }
+    return kNone;
+}
+
+void CClientState::noteKept(const CString& key, const CByteBuffer& bytes) {
+    for (CKept& kept : kept_) {
+        if (kept.key == key) {
+            kept.bytes = bytes;
+            return;
+        }
+    }
+    kept_.append({key, bytes});
+}
+
 }  // namespace tarv

@@ -16,6 +16,11 @@ public:
     const CString& defaultPresetName() const { return defaultPresetName_; }
     /// What came last from another client.
     const CByteBuffer& passedData() const { return passedData_; }
+    /// What the host calls its outputs.
+    const CTextList& outputLabels() const { return outputLabels_; }
+    /// What an editor kept under a key, as it came last or was kept since; empty for nothing.
+    const CByteBuffer& keptBytes(const CString& key) const;
+    void noteKept(const CString& key, const CByteBuffer& bytes);
     /// Keeps a registry's state, if the full state holds that registry. Sends no event.
     void noteRegistry(const CInterfaceRegistryState& state);
 
@@ -31,6 +36,8 @@ public:
     [[nodiscard]] CError* takeRefusal(CPosInputStream& stream);
     [[nodiscard]] CError* takePassed(CPosInputStream& stream);
     [[nodiscard]] CError* takeClear(CPosInputStream& stream);
+    [[nodiscard]] CError* takeOutputLabels(CPosInputStream& stream);
+    [[nodiscard]] CError* takeKept(CPosInputStream& stream);
 
 private:
     [[nodiscard]] CError* sendEvent(const CString& eventName);
@@ -41,6 +48,12 @@ private:
     bool hasDefaultPreset_ = false;
     CString defaultPresetName_;
     CByteBuffer passedData_;
+    CTextList outputLabels_;
+    struct CKept {
+        CString key;
+        CByteBuffer bytes;
+    };
+    CArray<CKept, 1> kept_;
 };
 
 }  // namespace tarv

@@ -4,6 +4,7 @@
 
 #include "Audio/Engine/CEngineAnswers.h"
 #include "Audio/Engine/CEngineDefaultPreset.h"
+#include "Audio/Engine/CEngineEditorMemory.h"
 #include "Audio/Engine/CEngineEdits.h"
 #include "Audio/Engine/CEngineGestures.h"
 #include "Audio/Engine/CEngineHistory.h"
@@ -43,7 +44,8 @@ struct CAudioInterfaceBase::CParts final : public CHeapObject, private CEngineTi
           edits(base, *base.paramCollector_, subscriptions, registries, status, gestures, sender),
           programs(registries, status, sender),
           defaultPreset(registries, sender),
-          answers(status, registries, base, history, sender) {}
+          editorMemory(sender),
+          answers(status, registries, base, history, editorMemory, sender) {}
 
     template <auto Part, auto Handle>
     CError* call(CInputStream& stream) {
@@ -67,6 +69,7 @@ struct CAudioInterfaceBase::CParts final : public CHeapObject, private CEngineTi
     CEngineEdits edits;
     CEnginePrograms programs;
     CEngineDefaultPreset defaultPreset;
+    CEngineEditorMemory editorMemory;
     CEngineAnswers answers;
 };
 
@@ -110,6 +113,7 @@ constexpr CAudioInterfaceBase::CParts::CHandlerRow CAudioInterfaceBase::CParts::
     {kAskDefaultPreset, &CParts::call<&CParts::defaultPreset, &CEngineDefaultPreset::ask>},
     {kBeginEdit, &CParts::beginEdit},
     {kEndEdit, &CParts::call<&CParts::gestures, &CEngineGestures::end>},
+    {kKeepBytes, &CParts::call<&CParts::editorMemory, &CEngineEditorMemory::keep>},
 };
 
 CAudioInterfaceBase::CAudioInterfaceBase() = default;
@@ -245,6 +249,12 @@ void CAudioInterfaceBase::setInternalChannelCount(int32_t count) {
 
 void CAudioInterfaceBase::setChannelLabels(const CTextList& labels) {
     parts_->status.setChannelLabels(labels);
+}
+
+void CAudioInterfaceBase::setOutputLabels(const CTextList& labels) {
+    if (parts_->status.setOutputLabels(labels)) {
+        TARV_CONSUME(notify("update-output-labels"));
+    }
 }
 
 void CAudioInterfaceBase::sendState() {

@@ -1,5 +1,6 @@
 #include "Audio/Engine/CEngineAnswers.h"
 
+#include "Audio/Engine/CEngineEditorMemory.h"
 #include "Audio/Engine/CEngineHistory.h"
 #include "Audio/Engine/CEngineRegistries.h"
 #include "Audio/Engine/CEngineStatus.h"
@@ -12,6 +13,7 @@ const CEngineAnswers::CNotification CEngineAnswers::kNotifications[] = {
     {"update-io-channel-counts", &CEngineAnswers::sendIoCounts},
     {"update-group-count", &CEngineAnswers::sendGroupCount},
     {"update-internal-channel-count", &CEngineAnswers::sendInternalCount},
+    {"update-output-labels", &CEngineAnswers::sendOutputLabels},
     {"clear", &CEngineAnswers::sendClear},
 };
 
@@ -72,6 +74,11 @@ CError* CEngineAnswers::sendInternalCount(uint32_t request, int32_t client) cons
     return nullptr;
 }
 
+CError* CEngineAnswers::sendOutputLabels(uint32_t, int32_t client) const {
+    TARV_TRY(sender_.send(client, kData, static_cast<uint32_t>(CDataKind::OutputLabels), status_.outputLabels()));
+    return nullptr;
+}
+
 CError* CEngineAnswers::sendClear(uint32_t, int32_t client) const {
     TARV_TRY(sender_.send(client, kData, static_cast<uint32_t>(CDataKind::Clear)));
     return nullptr;
@@ -94,6 +101,10 @@ CError* CEngineAnswers::requestState(CInputStream& stream) {
     CLockScope scope(undo_.lock());
     state.history = history_.list();
     TARV_TRY(sender_.sendTo(request, kFullState, request, state));
+    if (!status_.outputLabels().isEmpty()) {
+        TARV_TRY(sendOutputLabels(request, clientOf(request)));
+    }
+    TARV_TRY(editorMemory_.send(clientOf(request)));
     return nullptr;
 }
 

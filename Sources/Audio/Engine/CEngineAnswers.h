@@ -5,6 +5,7 @@
 namespace tarv {
 
 class CAudioParamUndo;
+class CEngineEditorMemory;
 class CEngineHistory;
 class CEngineRegistries;
 class CEngineStatus;
@@ -14,8 +15,13 @@ class CEngineStatus;
 class CEngineAnswers {
 public:
     CEngineAnswers(const CEngineStatus& status, const CEngineRegistries& registries, const CAudioParamUndo& undo,
-                   const CEngineHistory& history, const CEngineSender& sender)
-        : status_(status), registries_(registries), undo_(undo), history_(history), sender_(sender) {}
+                   const CEngineHistory& history, const CEngineEditorMemory& editorMemory, const CEngineSender& sender)
+        : status_(status),
+          registries_(registries),
+          undo_(undo),
+          history_(history),
+          editorMemory_(editorMemory),
+          sender_(sender) {}
 
     // One message each.
     [[nodiscard]] CError* requestState(CInputStream& stream);
@@ -41,6 +47,7 @@ private:
     [[nodiscard]] CError* sendIoCounts(uint32_t request, int32_t client) const;
     [[nodiscard]] CError* sendGroupCount(uint32_t request, int32_t client) const;
     [[nodiscard]] CError* sendInternalCount(uint32_t request, int32_t client) const;
+    [[nodiscard]] CError* sendOutputLabels(uint32_t request, int32_t client) const;
     [[nodiscard]] CError* sendClear(uint32_t request, int32_t client) const;
     const CString& errorContextName() const { return sender_.errorContextName(); }
 
@@ -48,6 +55,7 @@ private:
     const CEngineRegistries& registries_;
     const CAudioParamUndo& undo_;
     const CEngineHistory& history_;
+    const CEngineEditorMemory& editorMemory_;
     const CEngineSender& sender_;
 };
 

@@ -1,5 +1,7 @@
 #include "Audio/Engine/CEngineStatus.h"
 
+#include <algorithm>
+
 #include "Audio/Parameters/CAudioEnv.h"
 
 namespace tarv {
@@ -33,6 +35,20 @@ CTextList CEngineStatus::channelLabels() const {
 void CEngineStatus::setChannelLabels(const CTextList& labels) {
     CLockScope scope(lock_);
     channelLabels_ = labels;
+}
+
+CTextList CEngineStatus::outputLabels() const {
+    CLockScope scope(lock_);
+    return outputLabels_;
+}
+
+bool CEngineStatus::setOutputLabels(const CTextList& labels) {
+    CLockScope scope(lock_);
+    if (std::equal(labels.begin(), labels.end(), outputLabels_.begin(), outputLabels_.end())) {
+        return false;
+    }
+    outputLabels_ = labels;
+    return true;
 }
 
 }  // namespace tarv

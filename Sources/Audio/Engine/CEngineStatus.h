@@ -37,6 +37,10 @@ public:
     /// What the host calls its input channels; empty for one without a name.
     CTextList channelLabels() const;
     void setChannelLabels(const CTextList& labels);
+    /// The same of its output channels.
+    CTextList outputLabels() const;
+    /// Returns whether they differ from the former ones.
+    bool setOutputLabels(const CTextList& labels);
 
 private:
     const CAudioEnv& env_;
@@ -45,6 +49,7 @@ private:
     mutable CLock lock_;
     CInterfaceCounts counts_;
     CTextList channelLabels_;
+    CTextList outputLabels_;
 };
 
 }  // namespace tarv

@@ -58,27 +58,31 @@ enum CInterfaceMessage : uint32_t {
         35,         ///< request, i32 key, parameter, i32 group, i32 first element, i32 count: a person's gesture edits
                     ///< these elements; the host is notified
     kEndEdit = 36,  ///< request, i32 key: the gesture ends, for all that it edited
+    kKeepBytes = 37,  ///< text key, bytes: the engine keeps them while it lives, for the editors that open later, in no
+                      ///< preset and no chunk; none: forgotten
 
     // From the engine.
-    kFirstBaseMessage = 37,
-    kFullState = 37,    ///< request, CInterfaceState
-    kParamValues = 38,  ///< id, request (0 for a change), u32 CValuesForm, then for Whole: text path of the definition,
+    kFirstBaseMessage = 38,
+    kFullState = 38,    ///< request, CInterfaceState
+    kParamValues = 39,  ///< id, request (0 for a change), u32 CValuesForm, then for Whole: text path of the definition,
                         ///< the storage record; for Part: i32 group, i32 first, i32 count, i32 elements that the
                         ///< group has now, u32 numbers of an element (0: texts), the elements' f64 or texts
-    kRegistryChanged = 39,  ///< id, CInterfaceRegistryState
-    kGroupNames = 40,       ///< id, request, list of texts; in place of kParamValues where asked for
-    kHistory = 41,          ///< CInterfaceHistory
-    kSampleRate = 42,       ///< request or kNoRequest, f64 Hz
-    kIoCounts = 43,         ///< request or kNoRequest, u32 inputs, u32 outputs, u32 side-chain inputs
-    kGroupCount = 44,       ///< request or kNoRequest, u32
-    kInternalCount = 45,    ///< request or kNoRequest, u32 internal channels
-    kFrame = 46,            ///< id, list of records (CAudioVizData)
-    kData = 47,  ///< u32 CDataKind, then for Answer: request, bytes; Value: id, list of f64; Passed: request of
-                 ///< the sender, bytes; Clear: nothing
-    kDefaultPreset = 48,  ///< request or kNoRequest, flag (there is one), text display name
+    kRegistryChanged = 40,  ///< id, CInterfaceRegistryState
+    kGroupNames = 41,       ///< id, request, list of texts; in place of kParamValues where asked for
+    kHistory = 42,          ///< CInterfaceHistory
+    kSampleRate = 43,       ///< request or kNoRequest, f64 Hz
+    kIoCounts = 44,         ///< request or kNoRequest, u32 inputs, u32 outputs, u32 side-chain inputs
+    kGroupCount = 45,       ///< request or kNoRequest, u32
+    kInternalCount = 46,    ///< request or kNoRequest, u32 internal channels
+    kFrame = 47,            ///< id, list of records (CAudioVizData)
+    kData = 48,  ///< u32 CDataKind, then for Answer: request, bytes; Value: id, list of f64; Passed: request of
+                 ///< the sender, bytes; Clear: nothing; OutputLabels: list of texts, empty for an output without
+                 ///< one; Kept: u32 count, a text key and bytes each. The last two come behind kFullState, if there are
+                 ///< any, the former also when it changes
+    kDefaultPreset = 49,  ///< request or kNoRequest, flag (there is one), text display name
     kEditRefused =
-        49,  ///< i32 key: the values of that gesture are taken no more, since the history moved or a preset came
-    kMessageCount = 50,
+        50,  ///< i32 key: the values of that gesture are taken no more, since the history moved or a preset came
+    kMessageCount = 51,
 };
 
 /// The request id of a notification, which no client asked for.
@@ -92,7 +96,7 @@ enum CSetFlag : uint32_t {
 };
 enum class CHistoryMove : uint32_t { Undo = 0, Redo = 1, Select = 2 };
 enum class CValuesForm : uint32_t { Whole = 0, Part = 1 };
-enum class CDataKind : uint32_t { Answer = 0, Value = 1, Passed = 2, Clear = 3 };
+enum class CDataKind : uint32_t { Answer = 0, Value = 1, Passed = 2, Clear = 3, OutputLabels = 4, Kept = 5 };
 
 /// Whether a table of rows with a `type` has one row for each type from `first` to before `end`, in order.
 template <class Row, size_t Count>

@@ -204,6 +204,11 @@ bool CAudioWrapperVST::setSpeakerArrangement(const vst::SpeakerArrangement* inpu
         labels.append(speakers_.inputs().labels[i]);
     }
     interfaceBase()->setChannelLabels(labels);
+    CTextList outputs;
+    for (int32_t i = 0; i < speakers_.outputs().labelCount; ++i) {
+        outputs.append(speakers_.outputs().labels[i]);
+    }
+    interfaceBase()->setOutputLabels(outputs);
     return true;
 }
 

@@ -102,6 +102,20 @@ CError* readData(CInputStream& in, CReceivedMessage& received) {
         CNumberList numbers;
         TARV_TRY(takeFields(in, received.id, numbers));
         received.numbers.assign(numbers.begin(), numbers.end());
+    } else if (received.kind == static_cast<uint32_t>(CDataKind::OutputLabels)) {
+        CTextList labels;
+        TARV_TRY(takeField(in, labels));
+        for (const CString& label : labels) {
+            received.texts.push_back(label.toUtf8());
+        }
+    } else if (received.kind == static_cast<uint32_t>(CDataKind::Kept)) {
+        uint32_t count = 0;
+        TARV_TRY(takeField(in, count));
+        for (uint32_t i = 0; i < count; ++i) {
+            CString key;
+            TARV_TRY(takeFields(in, key, received.bytes));
+            received.texts.push_back(key.toUtf8());
+        }
     } else if (received.kind != static_cast<uint32_t>(CDataKind::Clear)) {
         TARV_TRY(takeFields(in, received.id, received.bytes));
     }

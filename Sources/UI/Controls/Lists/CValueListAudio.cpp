@@ -73,6 +73,7 @@ CError* CValueListAudio::finishInit() {
     TARV_TRY(bindSources());
     const char* const events[][2] = {{"engine-state", "update-values"},
                                      {"group-names-changed", "update-values"},
+                                     {"output-labels-changed", "update-values"},
                                      {"update-group-count", "update-group-count"},
                                      {"update-internal-channel-count", "update-internal-channel-count"},
                                      {"update-io-channel-counts", "update-io-channel-counts"}};

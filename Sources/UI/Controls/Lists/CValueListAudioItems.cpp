@@ -85,7 +85,10 @@ void CValueListAudio::fillOutputs(CItems& items) const {
 }
 
 CString CValueListAudio::outputName(int32_t output) const {
-    return CString("OUT") + CString::fromInt(output);
+    const CString number = CString::fromInt(output);
+    const CString label = client_->outputLabel(output - 1);
+    // A host that has no name for it gives its number.
+    return label.isEmpty() || label == number ? CString("OUT") + number : typed(label);
 }
 
 CString CValueListAudio::numberText(double value) const {

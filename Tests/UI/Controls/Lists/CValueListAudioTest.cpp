@@ -90,6 +90,19 @@ TEST_F(ValueListAudio, TheHostsOutputsHaveNumbers) {
     EXPECT_EQ(titles(list), "---|OUT1");
 }
 
+TEST_F(ValueListAudio, TheHostsOutputsHaveTheHostsLabels) {
+    setHostChannels(2, 3);
+    const CValueList& list = this->list({{"mode", "audio-outs"}});
+    CTextList labels;
+    for (const char* label : {"Left [B]", "2", ""}) {
+        labels.append(label);
+    }
+    instance().interfaceBase()->setOutputLabels(labels);
+    system_.pump();
+    EXPECT_EQ(titles(list), "Left [U+5B]B]|OUT2|OUT3") << "a number is no name";
+    EXPECT_EQ(titles(this->list({{"mode", "audio-outs"}})), titles(list));
+}
+
 TEST_F(ValueListAudio, ARoutingLabelFollowsEverythingThatItNames) {
     load("", {{"ui:param-group-selector", "sel", {{"group-index", "0"}}}});
     setHostChannels(2, 2);
