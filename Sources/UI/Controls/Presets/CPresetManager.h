@@ -29,9 +29,9 @@ namespace tarv {
 ///   preset-set-default   asks, then gets `perform-preset-set-default`, or `perform-preset-clear-default` if the
 ///                    selected one is the default
 ///   preset-update    the user selected a row
-/// Events that it sends, with `path`, `filename` and `reason`: error-bank-load, error-bank-save, error-preset-load,
-/// error-preset-save, error-preset-type (a file of another product or registry). Then nothing has changed. What could
-/// not be stored has the name of the store as its path.
+/// Events that it sends, with `path`, `filename`, `reason` and the whole as `text`: error-bank-load, error-bank-save,
+/// error-preset-load, error-preset-save, error-preset-type (a file of another product or registry). Then nothing has
+/// changed. What could not be stored has the name of the store as its path.
 class CPresetManager : public CWinDrag, public CAudioInterfaceRegistryListener {
 public:
     /// In UTF-16 units; what is longer is cut.

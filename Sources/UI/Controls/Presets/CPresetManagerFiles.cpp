@@ -1,6 +1,7 @@
 // Presets and banks in files.
 
 #include <algorithm>
+#include <utility>
 
 #include "Core/CObjectWatch.h"
 #include "UI/Controls/Presets/CFileDialog.h"
@@ -16,6 +17,25 @@ constexpr const char* kPresetFilter = "Compressed preset files";
 constexpr const char* kBankExtension = "cbf";
 constexpr const char* kPresetExtension = "cpf";
 
+/// What a user reads first; %1 is the name of the file.
+constexpr std::pair<const char*, const char*> kFailures[] = {
+    {"error-bank-load", "The bank \"%1\" can't be loaded."},
+    {"error-bank-save", "The bank \"%1\" can't be saved."},
+    {"error-preset-load", "The preset \"%1\" can't be loaded."},
+    {"error-preset-save", "The preset \"%1\" can't be saved."},
+    {"error-preset-type", "The file \"%1\" can't be loaded."}};
+constexpr const char* kStoreFailure = "Your presets can't be stored.";
+
+CString failureText(const char* event, const CString& fileName, bool isStore) {
+    CString text;
+    for (const auto& [name, form] : kFailures) {
+        if (CString(name) == event) {
+            text.format(isStore ? kStoreFailure : form, &fileName, 1);
+        }
+    }
+    return text;
+}
+
 CString withoutExtension(const CString& name) {
     const int32_t dot = name.lastIndexOf('.');
     return dot > 0 ? name.substring(0, dot) : name;
@@ -26,9 +46,13 @@ CString withoutExtension(const CString& name) {
 CError* CPresetManager::raise(const char* event, const CString& path, CError* error, const CString& reason) {
     CAttributeMap params;
     params["path"] = CAttributeValue::fromPlainString(path);
-    params["filename"] = CAttributeValue::fromPlainString(CFileDialog::nameIn(path));
-    params["reason"] = CAttributeValue::fromPlainString(error ? *error->lines()[0] : reason);
+    const CString fileName = CFileDialog::nameIn(path);
+    const CString why = error ? *error->lines()[0] : reason;
+    const bool isStore = catalog_.store() && path == catalog_.store()->form().name;
     logError(error);
+    params["filename"] = CAttributeValue::fromPlainString(fileName);
+    params["reason"] = CAttributeValue::fromPlainString(why);
+    params["text"] = CAttributeValue::fromPlainString(failureText(event, fileName, isStore) + "\n" + why);
     return inputEvent(event, params);
 }
 
