@@ -111,8 +111,10 @@ CPresetPlace CPresetManager::selection() const {
 
 /// The user has selected a bank or a preset.
 CError* CPresetManager::presetUpdate() {
-    const int32_t bank = selectedBank();
-    if (bank >= 0 && bank < catalog_.bankCount() && !(catalog_.placeOf(bank) == shown_)) {
+    CPresetPlace bank = selection();
+    bank.preset = -1;
+    bank.presetName.clear();
+    if (!(bank == shown_)) {
         return refreshPresets();
     }
     selected_ = selection();
