@@ -1,5 +1,7 @@
 #include "UI/Text/CPopupList.h"
 
+#include <utility>
+
 #include "Core/CApplication.h"
 #include "Core/CObjectWatch.h"
 #include "Core/Log.h"
@@ -85,7 +87,59 @@ bool CPopupList::animate(double now) {
     if (isFirst && window()) {
         window()->setKeyFocusView(this);
     }
-    return !watch.isAlive() || isMoving || openingTicks_ > 0;
+    TARV_CONSUME(watch.isAlive() ? openHovered(now) : nullptr);
+    return !watch.isAlive() || isMoving || openingTicks_ > 0 || isHovering();
+}
+
+/// The pointer is on another row, or on none.
+void CPopupList::noteHover() {
+    if (hoveredParagraph() == lastHover_) {
+        return;
+    }
+    lastHover_ = hoveredParagraph();
+    const CObject* hovered = row(lastHover_);
+    hoverRow_ = hovered && hovered->getAttrBool("has-sub-list") ? lastHover_ : -1;
+    hoverSince_ = now();
+    if (isHovering()) {
+        startTimer();
+    }
+}
+
+CError* CPopupList::openHovered(double now) {
+    if (!isHovering() || now - hoverSince_ < kHoverSeconds) {
+        return nullptr;
+    }
+    const int32_t index = std::exchange(hoverRow_, -1);
+    const CObject* hovered = row(index);
+    return hovered && hovered->getAttrBool("has-sub-list") ? openSubList(index, CString(hovered->getAttrString("id")))
+                                                           : nullptr;
+}
+
+CError* CPopupList::mouseEnter(CAttributeMap& params) {
+    const CObjectWatch watch(*this);
+    CError* error = CTextView::mouseEnter(params);
+    if (watch.isAlive()) {
+        noteHover();
+    }
+    return error;
+}
+
+CError* CPopupList::mouseMove(CAttributeMap& params) {
+    const CObjectWatch watch(*this);
+    CError* error = CTextView::mouseMove(params);
+    if (watch.isAlive()) {
+        noteHover();
+    }
+    return error;
+}
+
+CError* CPopupList::mouseExit(CAttributeMap& params) {
+    const CObjectWatch watch(*this);
+    CError* error = CTextView::mouseExit(params);
+    if (watch.isAlive()) {
+        noteHover();
+    }
+    return error;
 }
 
 CError* CPopupList::inputEvent(const CString& name, CAttributeMap& params) {
@@ -177,6 +231,7 @@ int32_t CPopupList::depth() const {
 }
 
 CError* CPopupList::openSubList(int32_t index, const CString& id) {
+    hoverRow_ = -1;
     if (depth() + 1 >= kMaxDepth) {
         logLineIn("Too many recursions", fullName());
         return nullptr;

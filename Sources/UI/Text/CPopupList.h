@@ -23,6 +23,7 @@ namespace tarv {
 ///   result-target-index-attr      attribute of the receiver that is set to the index before it gets the event
 ///   width                   set by the window where the opener says how wide it is: this view fills it
 ///   popup-height-limit      set by the window where the monitor is too low: this view fills it, and scrolls
+/// The list below a row opens by a press on it, and where the pointer rests on it for kHoverSeconds.
 /// A row of a dynamic list that is checked, and one that a list is below, have a picture behind their text. Lists are
 /// nested kMaxDepth deep at most.
 /// Keys beside those of lists: Space chooses, a letter goes to the next row that begins with it, Right opens the list
@@ -30,12 +31,16 @@ namespace tarv {
 class CPopupList : public CTextView {
 public:
     static constexpr int32_t kMaxDepth = 16;
+    static constexpr double kHoverSeconds = 0.25;
 
     ~CPopupList() override;
     [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
     [[nodiscard]] CError* finishInit() override;
     bool grabsKeys() const override { return true; }
     [[nodiscard]] CError* keyPress(CAttributeMap& params) override;
+    [[nodiscard]] CError* mouseEnter(CAttributeMap& params) override;
+    [[nodiscard]] CError* mouseMove(CAttributeMap& params) override;
+    [[nodiscard]] CError* mouseExit(CAttributeMap& params) override;
 
 protected:
     [[nodiscard]] bool animate(double now) override;
@@ -62,8 +67,15 @@ private:
     CObject* originalOpener() const;
     const CString& param(const char* name) const;
 
+    void noteHover();
+    bool isHovering() const { return hoverRow_ >= 0; }
+    [[nodiscard]] CError* openHovered(double now);
+
     static constexpr int32_t kOpeningTicks = 3;
     int32_t openingTicks_ = kOpeningTicks;
+    int32_t hoverRow_ = -1;  ///< whose list is to open, -1 for none
+    int32_t lastHover_ = -1;
+    double hoverSince_ = 0.0;
 };
 
 }  // namespace tarv

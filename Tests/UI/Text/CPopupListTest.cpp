@@ -317,6 +317,38 @@ TEST_F(CPopupListTest, RowsWithListsBelowThemAndCheckedOnesHaveAPictureBehindThe
     EXPECT_EQ(at("opener").params.at("id").asString(), "here");
 }
 
+TEST_F(CPopupListTest, APointerThatRestsOnARowOpensTheListBelowIt) {
+    openOpener();
+    openList({{"popup-text-source", ".presets"}});
+    system.advance(0.2);
+    moveOnto(*list(), 0);
+    system.advance(0.2);
+    EXPECT_FALSE(list("window-app-popup-list#1"));
+    moveOnto(*list(), 1);
+    system.advance(0.5);
+    EXPECT_FALSE(list("window-app-popup-list#1")) << "there is none below this row";
+    moveOnto(*list(), 0);
+    system.advance(0.2);
+    EXPECT_FALSE(list("window-app-popup-list#1"));
+    system.advance(0.1);
+    ASSERT_TRUE(list("window-app-popup-list#1"));
+    EXPECT_EQ(rows(*list("window-app-popup-list#1")), "One|Two");
+    tap(kKeyLeft);
+    system.advance(1.0);
+    EXPECT_FALSE(list("window-app-popup-list#1")) << "it opens once";
+    ASSERT_TRUE(list());
+}
+
+TEST_F(CPopupListTest, APressBeforeThatOpensTheListOnce) {
+    openOpener();
+    openList({{"popup-text-source", ".presets"}});
+    system.advance(0.2);
+    choose(*list(), 0);
+    system.advance(1.0);
+    ASSERT_TRUE(list("window-app-popup-list#1"));
+    EXPECT_EQ(system.desktop().windowCount(), 3);
+}
+
 TEST_F(CPopupListTest, ListsThatNestTooDeepAreLoggedAndOpenNoMore) {
     openOpener();
     openList({{"popup-text-source", ".presets"}, {"popup-dynamic-list-parent-id", "deep"}});
