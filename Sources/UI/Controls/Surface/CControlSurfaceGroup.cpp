@@ -51,6 +51,9 @@ CError* CControlSurfaceGroup::init() {
 
 CError* CControlSurfaceGroup::finishInit() {
     TARV_TRY(CObject::finishInit());
+    for (int32_t i = 0; i < kRoles; ++i) {
+        params_[i] = dynamic_cast<CUIParam*>(findChild(kRoleNames[i]));
+    }
     if (param(CRole::Popup) && !findChild("value-list")) {
         TARV_FAIL("@tarvstr_CControlSurfaceGroup_finishInit_NoValueList Control surface popup value list not found.");
     }

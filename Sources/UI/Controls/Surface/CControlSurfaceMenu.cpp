@@ -42,6 +42,7 @@ CError* CControlSurface::mousePressR(CAttributeMap& params) {
     popup["is-popup-toggle-always-create"] = CAttributeValue::fromBool(true);
     popup["shift-x"] = CAttributeValue::fromReal(1.0);
     popup["shift-y"] = CAttributeValue::fromReal(1.0);
+    popup["result-target"] = CAttributeValue::fromString(fullName());
     popup["popup-text-source"] = CAttributeValue::fromString(list->fullName());
     if (hasList) {
         const double selected = editable_->paramValue(CRole::Popup, point);

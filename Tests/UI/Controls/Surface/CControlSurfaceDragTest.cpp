@@ -151,7 +151,7 @@ TEST_F(SurfaceDrag, AltPaintsEachBarThatIsPassedBetweenTwoMovesToo) {
     EXPECT_NEAR(bar(1), 6.0, kRounding);
     EXPECT_EQ(bar(6), 0.0);
     EXPECT_EQ(surface().hoveredPoint(), 5);
-    moveTo(300, 30);
+    moveToPixel(300, 30);
     EXPECT_EQ(bar(6), 12.0) << "beyond the surface the last one";
     release();
     EXPECT_NEAR(gain(1), 6.0, kRounding);

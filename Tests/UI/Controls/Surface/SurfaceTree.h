@@ -87,14 +87,14 @@ protected:
 
     CInputByHand& input() { return editor.system().input(); }
     CWindowByHand& shown() { return *editor.system().desktop().find(editor.window()->handle()); }
-    void moveTo(double x, double y) {
+    void moveToPixel(double x, double y) {
         input().moveIn(editor.window()->handle(), static_cast<int32_t>(std::lround(x)),
                        static_cast<int32_t>(std::lround(y)));
     }
     /// Onto the middle of a band's column, at the height of a value.
     void moveTo(int32_t band, double value) {
         const CSurfaceLayout layout = surface().layout();
-        moveTo(layout.middle(band), layout.pixel(surface().axis(CControlSurfaceGroup::CRole::Y).position(value)));
+        moveToPixel(layout.middle(band), layout.pixel(surface().axis(CControlSurfaceGroup::CRole::Y).position(value)));
     }
     /// Up is positive.
     void moveBy(int32_t right, int32_t up) {

@@ -1,0 +1,333 @@
+// Hover, wheel, keys and menus of a surface.
+
+#include "Core/CGlobalSettings.h"
+#include "Platform/Keyboard.h"
+#include "Tests/UI/Controls/Surface/SurfaceTree.h"
+#include "UI/Text/CPopupList.h"
+
+namespace tarv {
+namespace {
+
+constexpr double kRounding = 1e-9;
+
+class SurfaceInput : public CSurfaceTest {
+protected:
+    CPopupList* list() {
+        for (CObject* child : editor.tree().findObject("ui")->children()) {
+            if (auto* found = dynamic_cast<CPopupList*>(child->findChild("list"))) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+    std::vector<std::string> rows() {
+        std::vector<std::string> all;
+        for (int32_t i = 0; list() && i < list()->paragraphCount(); ++i) {
+            all.push_back(list()->paragraphText(i).toUtf8());
+        }
+        return all;
+    }
+    /// Opens the popup at the pointer.
+    void openMenu() {
+        input().click(CPointerButton::Right);
+        advance(0.2);
+    }
+    void choose(int32_t row) {
+        ASSERT_TRUE(list());
+        const CViewRect rect = list()->rowRect(row);
+        auto* window = dynamic_cast<CWindow*>(list()->window());
+        input().moveIn(window->handle(), static_cast<int32_t>(rect.x + 5), static_cast<int32_t>(rect.y + 5));
+        input().click();
+        advance(0.2);
+    }
+};
+
+TEST_F(SurfaceInput, TheBarUnderThePointerIsHoveredAndMarkedByItsSurface) {
+    open(bands());
+    EXPECT_EQ(surface().hoveredPoint(), -1);
+    moveTo(4, 5.0);
+    EXPECT_EQ(surface().hoveredPoint(), 4);
+    EXPECT_EQ(text("main-window.surface", "hovered-point"), "4");
+    moveTo(0, -11.9);
+    EXPECT_EQ(surface().hoveredPoint(), 0);
+    moveToPixel(300, 300);
+    EXPECT_EQ(text("main-window.surface", "hovered-point"), "-1");
+}
+
+TEST_F(SurfaceInput, ATabletHasNoHoverButTakesPresses) {
+    open(bands());
+    set("global-data.tablet-mode", "tablet-mode", "true");
+    advance();
+    moveTo(4, 5.0);
+    EXPECT_EQ(surface().hoveredPoint(), -1);
+    input().press();
+    moveBy(0, 25);
+    EXPECT_NEAR(bar(4), 3.0, kRounding);
+    input().release();
+    set("global-data.tablet-mode", "tablet-mode", "false");
+    advance();
+}
+
+TEST_F(SurfaceInput, ANotchIsTheWheelsPrecisionInDecibels) {
+    open(bands());
+    moveTo(2, 0.0);
+    const size_t before = steps().size();
+    EXPECT_TRUE(input().wheel(1.0));
+    advance();
+    EXPECT_NEAR(gain(2), 0.5, kRounding);
+    EXPECT_TRUE(input().wheel(-3.0));
+    EXPECT_TRUE(input().wheel(0.5));
+    advance();
+    EXPECT_NEAR(gain(2), -0.75, kRounding) << "parts of a notch count";
+    EXPECT_EQ(steps().size(), before + 1) << "notches within half a second are one step";
+    advance(1.0);
+    keys(true, false, false);
+    EXPECT_TRUE(input().wheel(1.0));
+    advance();
+    EXPECT_NEAR(gain(2), -0.75 + 0.5 * globalSettings().shiftKeyPrecision, kRounding);
+    EXPECT_EQ(steps().size(), before + 2);
+    keys(false, false, false);
+    EXPECT_TRUE(input().wheel(1000.0));
+    advance();
+    EXPECT_EQ(bar(2), 12.0);
+    moveToPixel(300, 300);
+    EXPECT_FALSE(input().wheel(1.0)) << "beside the surface the host has it";
+}
+
+TEST_F(SurfaceInput, NotchesAddUpBeforeTheEngineHasAnswered) {
+    open(bands());
+    moveTo(2, 0.0);
+    for (int i = 0; i < 4; ++i) {
+        input().wheel(1.0);
+    }
+    EXPECT_NEAR(bar(2), 2.0, kRounding);
+    advance();
+    EXPECT_NEAR(gain(2), 2.0, kRounding);
+}
+
+TEST_F(SurfaceInput, ArrowKeysMoveTheBarOnlyAfterAClickOnIt) {
+    open(bands());
+    moveTo(2, 0.0);
+    EXPECT_FALSE(input().tap(kKeyUp)) << "the host's";
+    input().click();
+    EXPECT_EQ(surface().selectedPoint(), 2);
+    EXPECT_TRUE(input().tap(kKeyUp));
+    advance();
+    EXPECT_NEAR(gain(2), 0.5, kRounding);
+    EXPECT_TRUE(input().tap(kKeyRight));
+    EXPECT_TRUE(input().tap(kKeyDown));
+    advance();
+    EXPECT_NEAR(gain(3), -0.5, kRounding);
+    for (int i = 0; i < 20; ++i) {
+        input().tap(kKeyLeft);
+    }
+    EXPECT_EQ(surface().selectedPoint(), 0);
+    EXPECT_FALSE(input().tap(kKeySpace, u" ")) << "other keys are the host's";
+    EXPECT_TRUE(input().tap(kKeyEscape));
+    EXPECT_EQ(surface().selectedPoint(), -1);
+    EXPECT_FALSE(input().tap(kKeyUp));
+    EXPECT_EQ(gain(0), 0.0);
+}
+
+TEST_F(SurfaceInput, AClickElsewhereEndsTheKeys) {
+    open(bands() + R"(<ui:view name="other" placement="overlay" width="50" height="50" outer-border="L300 T200"
+                         is-focusable="true"/>)");
+    moveTo(2, 0.0);
+    input().click();
+    moveToPixel(320, 220);
+    input().click();
+    EXPECT_EQ(surface().selectedPoint(), -1);
+    EXPECT_FALSE(input().tap(kKeyUp));
+    EXPECT_EQ(gain(2), 0.0);
+}
+
+TEST_F(SurfaceInput, AGroupThatIsNotEditableTakesNoPressAndNoHover) {
+    open(bands("", R"(is-editable="false")"));
+    EXPECT_FALSE(surface().isInputView());
+    moveToPixel(128, 100);
+    EXPECT_EQ(surface().hoveredPoint(), -1);
+    input().press();
+    moveBy(0, 50);
+    input().release();
+    advance();
+    for (int32_t band = 0; band < 7; ++band) {
+        EXPECT_EQ(gain(band), 0.0);
+    }
+    EXPECT_FALSE(input().wheel(1.0));
+}
+
+TEST_F(SurfaceInput, TheEditableGroupMayBeNamedOrHidden) {
+    open(bands(R"(editable-group="underlays")"));
+    EXPECT_EQ(surface().editableGroup(), nullptr) << "it is for show";
+    set("main-window.surface", "editable-group", "sliders");
+    EXPECT_EQ(surface().editableGroup(), &sliders());
+    set("main-window.surface.sliders", "is-visible", "false");
+    EXPECT_EQ(surface().editableGroup(), nullptr);
+}
+
+TEST_F(SurfaceInput, WithoutAnActiveParameterNothingIsTaken) {
+    open(R"(<ui:control-surface name="surface" placement="overlay" width="217" height="200" outer-border="L20 T30"
+              image-set="shared::is.csurface" is-slider-mode="true" min-max="ui.range" is-focusable="true">
+              <ui:control-surface-group name="sliders" point-count="7" is-balanced="true" is-fixed-x="true">
+                <ui:ui-param name="ui-param-y" bridge=""/>
+              </ui:control-surface-group>
+            </ui:control-surface>)");
+    EXPECT_FALSE(sliders().isActive());
+    moveTo(2, 3.0);
+    EXPECT_EQ(surface().hoveredPoint(), -1);
+    input().press();
+    moveBy(0, 30);
+    input().release();
+    EXPECT_EQ(bar(2), 0.0);
+    EXPECT_FALSE(input().wheel(1.0));
+}
+
+TEST_F(SurfaceInput, ARightPressOpensAShortMenu) {
+    open(bands());
+    setGain(2, 4.0);
+    setGain(4, 4.0);
+    moveTo(2, 1.0);
+    openMenu();
+    EXPECT_EQ(rows(), (std::vector<std::string>{"Reset", "Reset all", "Copy to group 2"}));
+    choose(0);
+    EXPECT_EQ(gain(2), 0.0);
+    EXPECT_NEAR(gain(4), 4.0, kRounding);
+    moveTo(0, 1.0);
+    openMenu();
+    choose(2);
+    EXPECT_NEAR(gain(4, 1), 4.0, kRounding);
+    const size_t before = steps().size();
+    openMenu();
+    choose(1);
+    EXPECT_EQ(gain(4), 0.0);
+    EXPECT_NEAR(gain(4, 1), 4.0, kRounding);
+    EXPECT_EQ(steps().size(), before + 1);
+    set("under", "group-index", "0");
+    openMenu();
+    EXPECT_EQ(rows(), (std::vector<std::string>{"Reset", "Reset all"})) << "the same group is behind";
+}
+
+TEST_F(SurfaceInput, ARightPressOpensTheValueListAndTheRowIsWritten) {
+    open(bands("", "", "") + R"(<ui:control-surface name="list" placement="overlay" width="60" height="200"
+              outer-border="L300 T30" image-set="shared::is.csurface" is-slider-mode="true" min-max="ui.range">
+              <ui:control-surface-group name="g" point-count="1">
+                <ui:ui-param name="ui-param-y" bridge="ui.out"/>
+                <ui:ui-param name="ui-param-popup" bridge="ui.gains" element="5"/>
+                <core:object name="value-list">
+                  <core:object name="paragraph" is-paragraph="true" title="Zero"/>
+                  <core:object name="paragraph" is-paragraph="true" title="One"/>
+                  <core:object name="paragraph" is-paragraph="true" title="Two"/>
+                </core:object>
+              </ui:control-surface-group>
+            </ui:control-surface>)");
+    setGain(5, 1.0);
+    moveToPixel(330, 100);
+    openMenu();
+    EXPECT_EQ(rows(), (std::vector<std::string>{"Zero", "One", "Two"}));
+    ASSERT_TRUE(list());
+    EXPECT_EQ(list()->selectedParagraph(), 1) << "the value";
+    choose(2);
+    EXPECT_NEAR(gain(5), 2.0, kRounding);
+}
+
+TEST_F(SurfaceInput, WhatIsWrittenDownAsWrongIsRefused) {
+    const auto failure = [this](const std::string& views) {
+        const std::string text = tryOpen(views);
+        return text.substr(0, text.find_first_of("\r\n"));
+    };
+    EXPECT_EQ(failure("<ui:control-surface-group name=\"g\"/>"), "Parent is not a CControlSurface object.");
+    EXPECT_EQ(failure(bands(R"(min-max-x="ui.nothing")")), "Unable to locate min-max object 'ui.nothing'.");
+    EXPECT_EQ(failure(R"(<ui:control-surface name="s" color-swatch="ui.nothing"/>)"), "Unable to locate color swatch");
+    EXPECT_EQ(failure(R"(<ui:control-surface name="s"><ui:control-surface-group name="g" point-count="1">
+                           <ui:ui-param name="ui-param-popup" bridge="ui.out"/>
+                         </ui:control-surface-group></ui:control-surface>)"),
+              "Control surface popup value list not found.");
+    EXPECT_EQ(failure(R"(<ui:ruler name="r" min-max="ui.nothing"/>)"), "Unable to locate min-max object 'ui.nothing'.");
+    EXPECT_EQ(failure(R"(<ui:ruler name="r" min-max="ui.range" label-tag="ui:nothing"/>)"),
+              "Unable to create a label.");
+}
+
+TEST_F(SurfaceInput, TheHoveredPointIsExported) {
+    open(R"(<ui:min-max name="alt" min="0" max="100"/>)" +
+         bands(R"(is-export-x="true" is-export-y="true" is-export-bw="true" min-max-y-alt="^alt")"));
+    setGain(3, 6.0);
+    moveTo(3, 0.0);
+    EXPECT_NEAR(surface().getAttrReal("curpos-y"), 6.0, kRounding);
+    EXPECT_NEAR(surface().getAttrReal("curpos-y-alt"), 75.0, kRounding);
+    EXPECT_TRUE(surface().hasAttr("curpos-x"));
+    EXPECT_TRUE(surface().hasAttr("curpos-bw"));
+    input().press();
+    EXPECT_EQ(surface().getAttrReal("curpos-band-sel"), 3.0);
+    moveBy(0, 25);
+    EXPECT_NEAR(surface().getAttrReal("curpos-y"), 9.0, kRounding);
+    input().release();
+}
+
+TEST_F(SurfaceInput, AReaderHearsTheValues) {
+    open(bands());
+    setGain(1, 3.0);
+    EXPECT_EQ(surface().role(), CViewRole::Slider);
+    EXPECT_EQ(surface().readableValue().toUtf8(), "0.0, 3.0, 0.0, 0.0, 0.0, 0.0, 0.0");
+}
+
+TEST_F(SurfaceInput, ASliderOfASettingGrowsToTheRightInSteps) {
+    open(R"(<ui:min-max name="parts" min="0.1" max="1.0"/>
+            <ui:control-surface name="surface" placement="overlay" width="90" height="16" outer-border="L20 T30"
+              image-set="shared::is.csurface" is-slider-mode="true" update-fps="15" min-max="^parts"
+              is-focusable="true">
+              <ui:control-surface-group name="sliders" point-count="1" is-balanced="true" is-fixed-y="true"
+                is-vertical="false" value-step="0.05">
+                <ui:ui-param name="ui-param-x" shared-attribute="ui.global-data.drag-precision"/>
+              </ui:control-surface-group>
+            </ui:control-surface>)");
+    EXPECT_EQ(bar(0), 0.7);
+    const CIntRect rect = surface().barRect(sliders(), 0);
+    EXPECT_EQ(rect.left, 20);
+    EXPECT_EQ(rect.right, 80) << "two thirds";
+    EXPECT_EQ(rect.height(), 12) << "fills the height";
+    moveToPixel(25, 38);
+    input().press();
+    moveBy(-11, 0);
+    EXPECT_EQ(bar(0), 0.6);
+    EXPECT_EQ(text("global-data.drag-precision", "drag-precision"), "0.7");
+    advance(0.1);
+    EXPECT_EQ(globalSettings().dragPrecision, 0.6);
+    moveBy(-200, 30);
+    input().release();
+    advance(0.1);
+    EXPECT_EQ(globalSettings().dragPrecision, 0.1);
+    advance(1.0);
+    moveToPixel(25, 38);
+    input().wheel(1.0);
+    advance();
+    EXPECT_EQ(bar(0), 0.15);
+    input().wheel(0.5);
+    advance();
+    EXPECT_EQ(bar(0), 0.15);
+    input().wheel(0.5);
+    advance();
+    EXPECT_EQ(bar(0), 0.2) << "parts of a notch add up to a step";
+    moveToPixel(25, 38);
+    keys(false, true, false);
+    input().click();
+    keys(false, false, false);
+    advance();
+    EXPECT_EQ(bar(0), 0.7) << "what the setting has without a user";
+    input().tap(kKeyRight);
+    EXPECT_EQ(bar(0), 0.75);
+    set("global-data.drag-precision", "drag-precision", "0.7");
+    advance();
+}
+
+TEST_F(SurfaceInput, WithACountOfNothingThereIsNothingToTake) {
+    open(bands("", R"(point-count="0")"));
+    EXPECT_EQ(sliders().count(), 0);
+    moveToPixel(100, 100);
+    EXPECT_EQ(surface().hoveredPoint(), -1);
+    input().click();
+    EXPECT_FALSE(input().tap(kKeyUp));
+    EXPECT_FALSE(input().wheel(1.0));
+}
+
+}  // namespace
+}  // namespace tarv
