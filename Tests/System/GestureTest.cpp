@@ -303,6 +303,28 @@ TEST_F(Gestures, TheHostMayCloseTheEditorInsideEachOfItsCalls) {
     }
 }
 
+TEST_F(Gestures, AReadoutAndTheHostReadATextInTheSameWay) {
+    const auto sendText = [this](int32_t index, const char* text) {
+        return effect_->dispatcher(effect_, vst::kEffectString2Parameter, index, 0, const_cast<char*>(text), 0.0f);
+    };
+    for (const char* text : {"+3", "-0,5 dB", " 6.25db ", "1K", "", "+", "-", "99", "1 2"}) {
+        wrapper_->setParameter(1, 0.1f);
+        bool isTaken = false;
+        EXPECT_EQ(firstLine(y().setValueText(text, isTaken)), "");
+        const double typed = gain(0, 0);
+        wrapper_->setParameter(1, 0.1f);
+        take();
+        EXPECT_EQ(sendText(1, text), isTaken ? 1 : 0) << text;
+        EXPECT_EQ(gain(0, 0), typed) << text;
+        EXPECT_EQ(take(), CHeard()) << "the host's own change";
+    }
+    EXPECT_EQ(sendText(0, "on"), 1);
+    EXPECT_EQ(wrapper_->getParameter(0), 1.0f);
+    EXPECT_EQ(sendText(1, nullptr), 1) << "whether there are texts at all";
+    EXPECT_EQ(sendText(-1, nullptr), 0);
+    EXPECT_EQ(sendText(1000, "3"), 0);
+}
+
 TEST_F(Gestures, KeysAndCountsOfAHostileClientAreRefused) {
     EXPECT_EQ(firstLine(client_->beginEdit(-1, kGains, 0, 0, 1)), "Invalid gesture -1.");
     EXPECT_EQ(firstLine(client_->beginEdit(1000000, "plugin.nothing", 0, 0, 1)),

@@ -44,6 +44,19 @@ double CAudioParamConverterEnum::failedValue(const CAudioParamInfo& info, int32_
     return std::round(info.minimum(index));
 }
 
+bool CAudioParamConverterEnum::findState(const CAudioParamInfo& info, int32_t index, const CString& name,
+                                         double& value) const {
+    for (int32_t i = 0; i < longNames_.count(); ++i) {
+        const double state = std::round(info.minimum(index)) + i;
+        if ((isSameName(longNames_[i], name) || isSameName(shortNames_[i], name)) &&
+            info.clamp(index, state) == state) {
+            value = state;
+            return true;
+        }
+    }
+    return false;
+}
+
 void CAudioParamConverterEnum::valueToText(CString& result, const CAudioParamInfo& info, int32_t index,
                                            const CAudioParamShown& value, CAudioTextMode mode) const {
     const double state = std::round(value.number) - std::round(info.minimum(index));

@@ -5,7 +5,7 @@
 namespace tarv {
 
 /// A state number (`audio:cvt-enum`). `state-names` lists the names of the states, separated by ";", each with an
-/// optional short form behind "|". Texts are read as numbers only.
+/// optional short form behind "|". Texts of definitions are read as numbers only; typed ones may be names.
 class CAudioParamConverterEnum : public CAudioParamConverter {
 public:
     static CError* initClass(CClassDescriptor& descriptor);
@@ -21,6 +21,7 @@ public:
 
 protected:
     double failedValue(const CAudioParamInfo& info, int32_t index) const override;
+    bool findState(const CAudioParamInfo& info, int32_t index, const CString& name, double& value) const override;
 
 private:
     CArray<CString, 4> longNames_;

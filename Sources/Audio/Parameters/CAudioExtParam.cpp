@@ -44,6 +44,18 @@ void CAudioExtParam::setValue(double normalised) {
                      this);
 }
 
+bool CAudioExtParam::setText(const CString& text) {
+    if (!param_ || !param_->isDefined() || param_->info().isString()) {
+        return false;
+    }
+    double value = 0.0;
+    const bool isRead = param_->info().converter(0)->typedToValue(param_->info(), 0, text, value);
+    if (isRead) {
+        param_->setValue(group_, element_, value, 0, this);
+    }
+    return isRead;
+}
+
 double CAudioExtParam::getValue() const {
     if (!param_ || !param_->isDefined()) {
         return 0.0;

@@ -37,6 +37,8 @@ public:
     void setValue(double normalised);
     /// The normalised value, 0..1; 0.0 while no definition is bound.
     double getValue() const;
+    /// Sets the value that a text gives, as a person types it; false, and nothing changes, if it cannot be read.
+    bool setText(const CString& text);
     /// The unit, empty if there is none.
     void getLabel(CString& text) const;
     /// The current value's text without unit.

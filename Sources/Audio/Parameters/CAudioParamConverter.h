@@ -28,6 +28,11 @@ public:
     virtual double textToValue(const CAudioParamInfo& info, int32_t index, const CString& text, bool* ok) const;
     /// As textToValue, but not clamped: it reads the limits themselves. On failure each class has its default result.
     virtual double textToLimit(const CAudioParamInfo& info, int32_t index, const CString& text, bool* ok) const = 0;
+    /// Real value of what a person or a host types, clamped: a name of a state, whatever its case, or what textToValue
+    /// reads of `typedNumber`. False, and `value` stays, for what does not parse and for nothing.
+    bool typedToValue(const CAudioParamInfo& info, int32_t index, const CString& text, double& value) const;
+    /// A typed number as textToValue reads it: without blanks around it, a leading "+" and the unit, whatever its case.
+    static CString typedNumber(const CString& text, const CString& unit);
     /// Text of a real value, without the unit.
     virtual void valueToText(CString& result, const CAudioParamInfo& info, int32_t index, const CAudioParamShown& value,
                              CAudioTextMode mode) const = 0;
@@ -45,6 +50,10 @@ public:
 protected:
     /// The result of textToValue for a text that does not parse.
     virtual double failedValue(const CAudioParamInfo& info, int32_t index) const;
+    /// Real value of a named state; false if there is none of that name.
+    virtual bool findState(const CAudioParamInfo& info, int32_t index, const CString& name, double& value) const;
+    /// Whether two texts are the same but for the case of their ASCII letters.
+    static bool isSameName(const CString& one, const CString& other);
 
 private:
     CString label_;

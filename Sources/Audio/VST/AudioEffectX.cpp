@@ -170,6 +170,8 @@ const CDispatchRow AudioEffectDispatch::kRows[] = {
     {vst::kEffectProcessEvents, true,
      [](AudioEffectX& e, const CDispatchCall& c) -> intptr_t { return e.processEvents(c.as<vst::Events>()); }},
     {vst::kEffectCanBeAutomated, false, &canBeAutomated},
+    {vst::kEffectString2Parameter, false,
+     [](AudioEffectX& e, const CDispatchCall& c) -> intptr_t { return e.setParameterText(c.index, c.text()); }},
     {vst::kEffectGetProgramNameIndexed, true,
      [](AudioEffectX& e, const CDispatchCall& c) -> intptr_t { return e.getProgramNameIndexed(c.index, c.text()); }},
     {vst::kEffectGetPlugCategory, false,

@@ -62,6 +62,9 @@ public:
     virtual void getParameterLabel(int32_t, char*) {}
     virtual void getParameterDisplay(int32_t, char*) {}
     virtual void getParameterName(int32_t, char*) {}
+    /// Sets a parameter by a text as a person types it; a null text asks whether that can be done at all.
+    /// [any thread, any state]
+    virtual bool setParameterText(int32_t, const char*) { return false; }
     /// The host's channels. [main thread, suspended]
     virtual bool setSpeakerArrangement(const vst::SpeakerArrangement*, const vst::SpeakerArrangement*) { return false; }
     virtual bool getSpeakerArrangement(vst::SpeakerArrangement** input, vst::SpeakerArrangement** output);

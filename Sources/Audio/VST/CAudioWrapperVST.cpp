@@ -193,6 +193,11 @@ void CAudioWrapperVST::getParameterName(int32_t index, char* text) {
     texts_.parameterName(index, text);
 }
 
+bool CAudioWrapperVST::setParameterText(int32_t index, const char* text) {
+    CAudioExtParam* param = extParamList()->param(index);
+    return param && (!text || param->setText(textOfUnknownEncoding(text, std::strlen(text))));
+}
+
 bool CAudioWrapperVST::setSpeakerArrangement(const vst::SpeakerArrangement* input,
                                              const vst::SpeakerArrangement* output) {
     if (!input || !output) {

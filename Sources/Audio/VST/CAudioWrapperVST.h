@@ -42,6 +42,7 @@ public:
     void getParameterLabel(int32_t index, char* text) override;
     void getParameterDisplay(int32_t index, char* text) override;
     void getParameterName(int32_t index, char* text) override;
+    bool setParameterText(int32_t index, const char* text) override;
     bool getProgramNameIndexed(int32_t index, char* text) override;
     bool setSpeakerArrangement(const vst::SpeakerArrangement* input, const vst::SpeakerArrangement* output) override;
     bool getSpeakerArrangement(vst::SpeakerArrangement** input, vst::SpeakerArrangement** output) override;

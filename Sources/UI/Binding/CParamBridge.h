@@ -30,6 +30,10 @@ public:
     /// While inactive, 0.0 and empty text.
     virtual double value(int32_t group, int32_t element) const = 0;
     virtual CString valueText(int32_t group, int32_t element, CAudioTextMode mode) const = 0;
+    /// The unit of the values, may be empty.
+    virtual CString unit() const { return {}; }
+    /// What an element is before anything is set; 0.0 while inactive.
+    virtual double defaultValue(int32_t element) const = 0;
     /// Limits, the smaller one first; 0.0 while inactive.
     virtual double minimum() const = 0;
     virtual double maximum() const = 0;
@@ -39,6 +43,10 @@ public:
     /// Sets `count` elements from `first` on as one change. With `isReplacing` the group ends behind them.
     [[nodiscard]] virtual CError* setValues(int32_t group, int32_t first, const double* values, int32_t count,
                                             bool isReplacing = false, const CParamEdit& edit = {}) = 0;
+    /// Sets an element to what a person typed, or to a text. `isTaken` becomes false, and nothing changes, if it cannot
+    /// be read or while inactive.
+    [[nodiscard]] virtual CError* setText(int32_t group, int32_t element, const CString& text, bool& isTaken,
+                                          const CParamEdit& edit = {}) = 0;
     /// The group `target` gets what `group` stores.
     [[nodiscard]] virtual CError* copyGroup(int32_t group, int32_t target, const CParamEdit& edit = {}) = 0;
     /// The group gets the defaults.

@@ -93,6 +93,15 @@ CString CParamBridgeAudio::valueText(int32_t group, int32_t element, CAudioTextM
     return text;
 }
 
+CString CParamBridgeAudio::unit() const {
+    return isActive() ? info_->converter(0)->label() : CString();
+}
+
+double CParamBridgeAudio::defaultValue(int32_t element) const {
+    const bool isNumber = isActive() && !info_->isString();
+    return isNumber ? info_->converter(0)->valueToShown(data().defaultValue(element)) : 0.0;
+}
+
 double CParamBridgeAudio::minimum() const {
     return isActive() ? info_->converter(0)->valueToShown(std::min(info_->minimum(0), info_->maximum(0))) : 0.0;
 }
@@ -125,7 +134,7 @@ double CParamBridgeAudio::realOf(int32_t group, int32_t element, double shown, c
             }
         }
     }
-    return info_->converter(0)->shownToValue(shown);
+    return shown == defaultValue(element) ? data().defaultValue(element) : info_->converter(0)->shownToValue(shown);
 }
 
 CError* CParamBridgeAudio::endEdit(int32_t key) {
@@ -153,22 +162,48 @@ CString CParamBridgeAudio::undoLabel(int32_t group, const char* action) const {
     return name + " (" + client()->groupName(group) + ") " + action;
 }
 
-CError* CParamBridgeAudio::setValues(int32_t group, int32_t first, const double* values, int32_t count,
-                                     bool isReplacing, const CParamEdit& edit) {
-    if (!isActive()) {
-        return nullptr;
-    }
-    const int32_t stored = group == CAudioParamData::kAllGroups ? group : storedGroup(group);
+CInterfaceUndo CParamBridgeAudio::undoOf(int32_t group, const char* action, const CParamEdit& edit) const {
+    return {edit.isRecorded, undoLabel(group, action), edit.key, edit.isHeld};
+}
+
+template <class RealAt>
+CError* CParamBridgeAudio::sendNumbers(int32_t group, int32_t first, int32_t count, bool isReplacing,
+                                       const CParamEdit& edit, RealAt&& realAt) {
     const int32_t size = info_->elementSize();
     CArray<double, 16> numbers;
     for (int32_t i = 0; i < count; ++i) {
-        numbers.append(realOf(stored, first + i, values[i], edit));
+        numbers.append(realAt(i));
         for (int32_t k = 1; k < size; ++k) {
             numbers.append(data().value(group, first + i, k));
         }
     }
-    const CInterfaceUndo undo{edit.isRecorded, undoLabel(group, "change"), edit.key, edit.isHeld};
-    return client()->setNumbers(param_, stored, first, numbers.data(), count, size, undo, isReplacing);
+    const int32_t stored = group == CAudioParamData::kAllGroups ? group : storedGroup(group);
+    return client()->setNumbers(param_, stored, first, numbers.data(), count, size, undoOf(group, "change", edit),
+                                isReplacing);
+}
+
+CError* CParamBridgeAudio::setValues(int32_t group, int32_t first, const double* values, int32_t count,
+                                     bool isReplacing, const CParamEdit& edit) {
+    if (!isActive() || info_->isString()) {
+        return nullptr;
+    }
+    return sendNumbers(group, first, count, isReplacing, edit,
+                       [&](int32_t i) { return realOf(storedGroup(group), first + i, values[i], edit); });
+}
+
+CError* CParamBridgeAudio::setText(int32_t group, int32_t element, const CString& text, bool& isTaken,
+                                   const CParamEdit& edit) {
+    double real = 0.0;
+    isTaken = isActive() && (info_->isString() || info_->converter(0)->typedToValue(*info_, 0, text, real));
+    if (!isTaken) {
+        return nullptr;
+    }
+    if (info_->isString()) {
+        CTextList texts;
+        texts.append(text);
+        return client()->setTexts(param_, storedGroup(group), element, texts, undoOf(group, "change", edit));
+    }
+    return sendNumbers(group, element, 1, false, edit, [real](int32_t) { return real; });
 }
 
 /// Sends the first `count` elements of a group as the whole of another one.
@@ -212,8 +247,7 @@ CError* CParamBridgeAudio::resetGroup(int32_t group, const CParamEdit& edit) {
         return nullptr;
     }
     const CObjectWatch watch(*this);
-    CError* error =
-        sendGroup(group, storedGroup(group), 0, {edit.isRecorded, undoLabel(group, "reset"), edit.key, edit.isHeld});
+    CError* error = sendGroup(group, storedGroup(group), 0, undoOf(group, "reset", edit));
     if (error || !watch.isAlive()) {
         return error;
     }

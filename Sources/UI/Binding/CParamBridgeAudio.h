@@ -8,8 +8,8 @@ namespace tarv {
 
 /// The bridge to a parameter of the engine: `interface-client` is the path of the client object, `param` the full name
 /// of the parameter. Active when its values have come and as long as the engine lives. What is set comes back from the
-/// engine and is what counts. A gesture that sets what it found restores it to the bit. Of elements of several numbers
-/// it sees and sets the first one.
+/// engine and is what counts. A gesture that sets what it found restores it to the bit, and so does a default. Of
+/// elements of several numbers it sees and sets the first one.
 class CParamBridgeAudio : public CParamBridge, public CAudioInterfaceParamListener {
 public:
     ~CParamBridgeAudio() override;
@@ -24,10 +24,14 @@ public:
     double defaultValue(int32_t element) const override;
     double value(int32_t group, int32_t element) const override;
     CString valueText(int32_t group, int32_t element, CAudioTextMode mode) const override;
+    CString unit() const override;
+    double defaultValue(int32_t element) const override;
     double minimum() const override;
     double maximum() const override;
     [[nodiscard]] CError* setValues(int32_t group, int32_t first, const double* values, int32_t count,
                                     bool isReplacing = false, const CParamEdit& edit = {}) override;
+    [[nodiscard]] CError* setText(int32_t group, int32_t element, const CString& text, bool& isTaken,
+                                  const CParamEdit& edit = {}) override;
     [[nodiscard]] CError* copyGroup(int32_t group, int32_t target, const CParamEdit& edit = {}) override;
     [[nodiscard]] CError* resetGroup(int32_t group, const CParamEdit& edit = {}) override;
 
@@ -47,6 +51,11 @@ private:
     [[nodiscard]] CError* editRefused(CAttributeMap& params);
     /// The name, that of the group if it is one of several, and what was done.
     CString undoLabel(int32_t group, const char* action) const;
+    CInterfaceUndo undoOf(int32_t group, const char* action, const CParamEdit& edit) const;
+    /// Sets elements to real values, which `realAt(i)` gives.
+    template <class RealAt>
+    [[nodiscard]] CError* sendNumbers(int32_t group, int32_t first, int32_t count, bool isReplacing,
+                                      const CParamEdit& edit, RealAt&& realAt);
     [[nodiscard]] CError* sendGroup(int32_t group, int32_t target, int32_t count, const CInterfaceUndo& undo);
     const CAudioParamData& data() const;
 

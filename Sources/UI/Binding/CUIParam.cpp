@@ -11,6 +11,15 @@
 
 namespace tarv {
 
+namespace {
+
+/// A flag that is true is 1.0, a text that is no number 0.0.
+double numberOf(const CObject& object, const char* attribute) {
+    return object.getAttrBool(attribute) ? 1.0 : object.getAttrReal(attribute);
+}
+
+}  // namespace
+
 CUIParam::~CUIParam() {
     if (bridge_) {
         bridge_->removeParam(*this);
@@ -164,8 +173,7 @@ double CUIParam::getValue() const {
     if (bridge_) {
         return bridge_->value(group(), getElement());
     }
-    const bool isTrue = shared_ && getAttrBool("shared-attribute-value");
-    return isTrue ? 1.0 : shared_ ? getAttrReal("shared-attribute-value") : 0.0;
+    return shared_ ? numberOf(*this, "shared-attribute-value") : 0.0;
 }
 
 bool CUIParam::defaultValue(int32_t offset, double& value) const {
@@ -194,6 +202,38 @@ CError* CUIParam::setValue(double value, const CParamEdit& edit) {
     return shared_->setAttribute(
         shared_->getAttrString("attribute"),
         isWhole ? CAttributeValue::fromInt(static_cast<int32_t>(value)) : CAttributeValue::fromReal(value));
+}
+
+CError* CUIParam::setValueText(const CString& text, bool& isTaken, const CParamEdit& edit) {
+    isTaken = false;
+    if (!isActive_) {
+        return nullptr;
+    }
+    if (bridge_) {
+        return bridge_->setText(group(), getElement(), text, isTaken, edit);
+    }
+    const CString number = CAudioParamConverter::typedNumber(text, {});
+    const double value = CString::toDouble(number, &isTaken);
+    isTaken = isTaken && !number.isEmpty();
+    return isTaken ? setValue(value) : nullptr;
+}
+
+CError* CUIParam::reset(const CParamEdit& edit) {
+    if (shared_ && isActive_) {
+        return shared_->setAttributePlain(shared_->getAttrString("attribute"), shared_->getAttrString("def-value"));
+    }
+    return setValue(defaultValue(), edit);
+}
+
+double CUIParam::defaultValue() const {
+    if (bridge_) {
+        return bridge_->defaultValue(getElement());
+    }
+    return shared_ ? numberOf(*shared_, "def-value") : 0.0;
+}
+
+CString CUIParam::unit() const {
+    return bridge_ ? bridge_->unit() : CString();
 }
 
 double CUIParam::minimum() const {

@@ -39,6 +39,17 @@ public:
     /// and for a setting that is no number.
     bool defaultValue(int32_t offset, double& value) const;
 
+    /// Sets the value to what a person typed: a name of a state, or a number with or without "+" and the unit. A text
+    /// parameter takes each text, a setting a number. `isTaken` becomes false, and nothing changes, if it cannot be
+    /// read or while inactive.
+    [[nodiscard]] CError* setValueText(const CString& text, bool& isTaken, const CParamEdit& edit = {});
+    /// Sets the value to what it is before anything is set. A setting takes its `def-value`.
+    [[nodiscard]] CError* reset(const CParamEdit& edit = {});
+    /// The same in the unit that a person reads; 0.0 while inactive.
+    double defaultValue() const;
+    /// The unit, empty without one.
+    CString unit() const;
+
     /// Index within the handler.
     int32_t index() const { return getAttrInt("index"); }
     int32_t group() const { return group_; }

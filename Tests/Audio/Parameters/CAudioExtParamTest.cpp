@@ -129,6 +129,15 @@ TEST_F(ExtParam, TheHostIsNotifiedOfChangesThatItDidNotMake) {
     EXPECT_EQ(received_.size(), 2u);
 }
 
+TEST_F(ExtParam, TakesATextAsAPersonTypesIt) {
+    CAudioExtParam& gain = *list_.param(1);
+    EXPECT_TRUE(gain.setText("+6 dB"));
+    EXPECT_NEAR(gain.getValue(), 0.75, 1e-12);
+    EXPECT_FALSE(gain.setText("loud"));
+    EXPECT_FALSE(gain.setText(""));
+    EXPECT_NEAR(gain.getValue(), 0.75, 1e-12);
+}
+
 TEST_F(ExtParam, RemovingOneShiftsTheLaterOnesDown) {
     CAudioExtParam* removed = list_.param(0);
     list_.removeChild(removed);

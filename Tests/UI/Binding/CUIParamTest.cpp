@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "Tests/Core/LogCapture.h"
 #include "Tests/UI/Binding/BindingTree.h"
 
@@ -243,6 +245,70 @@ TEST_F(UIParam, TheValueOfASettingMayBeBoundByAnExpression) {
     EXPECT_EQ(control.take().back(), "p 0.7000");
     set(at<CObject>("setting"), "amount", "0.25");
     EXPECT_EQ(control.take(), CCalls{"p 0.2500"});
+}
+
+TEST_F(UIParam, TakesWhatAPersonTypes) {
+    openControl({uiParam("p", {{"bridge", "ui.gains-bridge"}, {"element", "1"}, {"group-selector", "ui.sel"}})});
+    bool isTaken = true;
+    EXPECT_EQ(consumed(param("c.p").setValueText("3", isTaken)), "");
+    EXPECT_FALSE(isTaken) << "inactive";
+    sendWhole("gains", {{1.0}});
+    EXPECT_EQ(param("c.p").unit(), CString("dB"));
+    EXPECT_EQ(consumed(param("c.p").setValueText("+20 dB", isTaken)), "");
+    EXPECT_TRUE(isTaken);
+    ASSERT_EQ(engine_->sets.size(), 1u);
+    EXPECT_EQ(engine_->sets[0].group, 1);
+    EXPECT_EQ(engine_->sets[0].first, 1);
+    EXPECT_NEAR(20.0 * std::log10(engine_->sets[0].numbers[0]), 12.0, 1e-12);
+    EXPECT_EQ(consumed(param("c.p").setValueText("loud", isTaken)), "");
+    EXPECT_FALSE(isTaken);
+    EXPECT_EQ(engine_->sets.size(), 1u);
+}
+
+TEST_F(UIParam, ATextParameterTakesATextAsItIs) {
+    openControl({uiParam("p", {{"bridge", "ui.names-bridge"}, {"element", "1"}})});
+    sendTexts("names", {"L", "R"});
+    EXPECT_EQ(param("c.p").getValueText(CAudioTextMode::Full), CString("R"));
+    bool isTaken = false;
+    EXPECT_EQ(consumed(param("c.p").setValueText(" {Bass} +3 ", isTaken)), "");
+    EXPECT_TRUE(isTaken);
+    ASSERT_EQ(engine_->sets.size(), 1u);
+    EXPECT_EQ(engine_->sets[0].texts, CCalls{" {Bass} +3 "});
+    EXPECT_EQ(consumed(param("c.p").setValue(3.0)), "");
+    EXPECT_EQ(engine_->sets.size(), 1u) << "no number";
+}
+
+TEST_F(UIParam, ResetsToTheDefaultOfItsElement) {
+    openControl({uiParam("g", {{"bridge", "ui.gains-bridge"}, {"element", "1"}}),
+                 uiParam("m", {{"bridge", "ui.mode-bridge"}})});
+    EXPECT_EQ(param("c.m").defaultValue(), 0.0);
+    sendWhole("gains", {{2.0, 2.0}});
+    sendWhole("mode", {{5.0}});
+    EXPECT_EQ(param("c.m").defaultValue(), 2.0);
+    EXPECT_EQ(param("c.g").defaultValue(), 0.0);
+    EXPECT_EQ(consumed(param("c.g").reset()), "");
+    EXPECT_EQ(consumed(param("c.m").reset(4)), "");
+    ASSERT_EQ(engine_->sets.size(), 2u);
+    EXPECT_EQ(engine_->sets[0].numbers, std::vector<double>{1.0});
+    EXPECT_EQ(engine_->sets[0].first, 1);
+    EXPECT_EQ(engine_->sets[1].numbers, std::vector<double>{2.0});
+    EXPECT_EQ(engine_->sets[1].key, 4);
+}
+
+TEST_F(UIParam, ASettingTakesTypedNumbersAndItsDefault) {
+    openControl({uiParam("p", {{"shared-attribute", "ui.setting"}})});
+    bool isTaken = false;
+    EXPECT_EQ(consumed(param("c.p").setValueText(" +0,25 ", isTaken)), "");
+    EXPECT_TRUE(isTaken);
+    EXPECT_EQ(param("c.p").getValue(), 0.25);
+    for (const char* text : {"", "much"}) {
+        EXPECT_EQ(consumed(param("c.p").setValueText(text, isTaken)), "");
+        EXPECT_FALSE(isTaken) << text;
+    }
+    EXPECT_EQ(param("c.p").getValue(), 0.25);
+    EXPECT_EQ(param("c.p").defaultValue(), 0.7);
+    EXPECT_EQ(consumed(param("c.p").reset()), "");
+    EXPECT_EQ(at<CObject>("setting").getAttrString("amount"), CString("0.7"));
 }
 
 }  // namespace
