@@ -35,6 +35,9 @@ struct CSetMessage {
 class CFakeEngine final : public CAudioInterfaceClientConnector {
 public:
     CError* sendToBase(const CByteBuffer& buffer) override {
+        if (isDeaf) {
+            return nullptr;
+        }
         CMemoryReader stream(buffer.data(), static_cast<uint32_t>(buffer.count()));
         uint32_t type = 0;
         TARV_TRY(stream.readValue(type));
@@ -60,6 +63,7 @@ public:
     std::vector<uint32_t> ended;
     std::vector<CSetMessage> sets;
     std::function<void()> onSet;
+    bool isDeaf = false;
 
 private:
     CError* takeSet(CInputStream& stream) {
