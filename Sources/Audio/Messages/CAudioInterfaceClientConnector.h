@@ -48,6 +48,8 @@ public:
     /// had subscribed.
     static constexpr int32_t kQueueLimit = 16384;
     int32_t pendingCount() const;
+    /// Reads what waits now, without its post. May destroy this object. The editor's thread.
+    [[nodiscard]] CError* takePending() { return processBaseDataProxy(); }
 
 protected:
     /// Notifies the client, on its thread, that the engine has gone. Any thread.

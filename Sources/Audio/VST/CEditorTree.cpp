@@ -2,6 +2,7 @@
 
 #include "Audio/VST/CEditorTree.h"
 
+#include "Audio/Messages/CAudioInterfaceClientConnector.h"
 #include "Core/CApplication.h"
 #include "Core/CObjectWatch.h"
 #include "Platform/ThreadId.h"
@@ -11,6 +12,12 @@
 #include "UI/Windows/CWindowSharedData.h"
 
 namespace tarv {
+
+namespace {
+
+constexpr int32_t kRounds = 8;
+
+}  // namespace
 
 CEditorTree::CEditorTree(const CVariables& variables) : variables_(variables), threadId_(currentThreadId()) {}
 
@@ -30,8 +37,23 @@ CError* CEditorTree::open() {
     TARV_TRY(CApplication::initRootObject(root_));
     setVariables();
     TARV_TRY(root_->loadFromResource("UserInterface.xml", true));
+    TARV_TRY(takeWhatWaits());
     if (CWindow* window = mainWindow()) {
         TARV_TRY(window->open());
+    }
+    return nullptr;
+}
+
+/// Reads what the engine has answered so far: the first picture shows the values, and no control that lights up a
+/// moment later.
+CError* CEditorTree::takeWhatWaits() {
+    // What is read may ask for more.
+    for (int32_t round = 0; round < kRounds; ++round) {
+        auto* connector = root_->findObjectOf<CAudioInterfaceClientConnector>("ui.interface-client-connector");
+        if (!connector || connector->pendingCount() == 0) {
+            break;
+        }
+        TARV_TRY(connector->takePending());
     }
     return nullptr;
 }

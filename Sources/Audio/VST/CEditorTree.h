@@ -40,6 +40,7 @@ public:
 private:
     ~CEditorTree();
     void setVariables();
+    [[nodiscard]] CError* takeWhatWaits();
     bool passEndOn();
 
     const CVariables variables_;

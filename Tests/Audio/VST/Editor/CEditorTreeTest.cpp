@@ -39,6 +39,26 @@ protected:
                                                "b.mouse-cancel", "b.mouse-enter", "a.key-release"};
 };
 
+TEST_F(CEditorTreeTest, TheFirstPictureShowsTheValuesOfTheEngine) {
+    effect.close();
+    application.reset();
+    std::vector<CTestNode> views = twoViews();
+    // On while the oversampling is not automatic, which it is not at first.
+    views[0].children = {{"ui:view-state", "s", {{"state-name", "on"}, {"fill", "99"}}},
+                         {"ui:view-state-switch", "switch", {{"state-name", "on"}, {"bridge", "ui.bridge"}}}};
+    std::vector<CTestNode> tree = editorTree(views);
+    tree[0].children.insert(tree[0].children.begin() + 2,
+                            {"ui:param-bridge",
+                             "bridge",
+                             {{"interface-client", "ui.interface-client"}, {"param", "plugin.modMain.oversampling"}}});
+    application = std::make_unique<CEditorApplication>(tree);
+    ASSERT_TRUE(effect.open(&CAudioWrapperVST::create));
+    ASSERT_TRUE(open());
+    EXPECT_EQ(pixel(20, 20), 99u);
+    EXPECT_EQ(pixel(200, 20), 34u);
+    close();
+}
+
 TEST_F(CEditorTreeTest, TheHostMayCloseItInsideEachHandler) {
     for (const char* moment : kMoments) {
         ASSERT_TRUE(open());
