@@ -8,7 +8,8 @@ void CDynamicListPresetsListBridge::addFirstRows(bool isShowBanks, CDynamicListR
         return;
     }
     for (int32_t bank = 0; bank < catalog_.bankCount(); ++bank) {
-        rows.addPlain(catalog_.bankName(bank), catalog_.placeOf(bank).toId(), catalog_.presetCount(bank) > 0);
+        rows.addPlain(CPresetCatalog::shownName(catalog_.bankName(bank)), catalog_.placeOf(bank).toId(),
+                      catalog_.presetCount(bank) > 0);
     }
 }
 
@@ -27,7 +28,8 @@ bool CDynamicListPresetsListBridge::addRowsBelow(const CString& id, CDynamicList
 
 void CDynamicListPresetsListBridge::addPresets(int32_t bank, CDynamicListRows& rows) const {
     for (int32_t preset = 0; preset < catalog_.presetCount(bank); ++preset) {
-        rows.addPlain(catalog_.presetName(bank, preset), catalog_.placeOf(bank, preset).toId());
+        rows.addPlain(CPresetCatalog::shownName(catalog_.presetName(bank, preset)),
+                      catalog_.placeOf(bank, preset).toId());
         if (preset == catalog_.currentPreset(bank)) {
             rows.check();
         }

@@ -37,6 +37,8 @@ public:
     int32_t presetCount(int32_t bank) const;
     /// The display name; empty for an index out of range.
     CString presetName(int32_t bank, int32_t preset) const;
+    /// What a list shows for a name: a row without any text could not be seen.
+    static CString shownName(const CString& name) { return name.isEmpty() ? CString("---") : name; }
     /// The current program in the session bank, -1 in all others.
     int32_t currentPreset(int32_t bank) const;
     /// What lies there in the store, as it was read last; of a stored bank.

@@ -140,7 +140,7 @@ void CPresetManager::onRegistryGone() {
 CError* CPresetManager::refreshLists() {
     CPresetManagerListBridge::CRows rows;
     for (int32_t i = 0; bankList_.view() && i < catalog_.bankCount(); ++i) {
-        rows.append({catalog_.bankName(i)});
+        rows.append({CPresetCatalog::shownName(catalog_.bankName(i))});
     }
     CPresetPlace wanted = shown_;
     wanted.preset = -1;
@@ -160,7 +160,7 @@ CError* CPresetManager::refreshPresets() {
     CPresetManagerListBridge::CRows rows;
     for (int32_t i = 0; i < catalog_.presetCount(bank); ++i) {
         const CString name = catalog_.presetName(bank, i);
-        rows.append({name, isDefault(name)});
+        rows.append({CPresetCatalog::shownName(name), isDefault(name)});
     }
     const CPresetPlace place = bank >= 0 && bank < catalog_.bankCount() ? catalog_.placeOf(bank) : CPresetPlace();
     const int32_t current = catalog_.currentPreset(bank);

@@ -83,6 +83,18 @@ TEST_F(CPresetManagerNames, AnEditIsOfTheRowThatItBeganWith) {
     EXPECT_EQ(stored(), "Mine(B c)");
 }
 
+TEST_F(CPresetManagerNames, ANameWithoutTextIsShownAsDashesAndCanBeRenamed) {
+    EXPECT_EQ(firstLine(editor_->store().insertBank(0, CBank("", {""}))), "");
+    tick();
+    select(banks(), 2);
+    EXPECT_EQ(shown(banks()), "Session Bank|Factory ROM|[---]");
+    EXPECT_EQ(shown(presets()), "---");
+    select(presets(), 0);
+    send("preset-rename", {{"index", "0"}, {"text", "a"}});
+    send("bank-rename", {{"index", "2"}, {"text", "Mine"}});
+    EXPECT_EQ(stored(), "Mine(a)");
+}
+
 TEST_F(CPresetManagerNames, TheDeleteKeyAsks) {
     EXPECT_EQ(firstLine(editor_->store().insertBank(0, CBank("Mine", {"a"}))), "");
     tick();

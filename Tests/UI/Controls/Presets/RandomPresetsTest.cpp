@@ -114,6 +114,7 @@ protected:
         }
         return text;
     }
+    static std::string row(const CString& name) { return (name.isEmpty() ? "---" : name.toUtf8()) + '|'; }
     /// What a manager's lists are to show.
     void check(const CSide& side, int32_t step) {
         CPresetManager& manager = managerOf(*side.editor);
@@ -123,7 +124,7 @@ protected:
             *CAudioPresetStore::findForm(kBanks), [](void*) {}, nullptr);
         std::string expected = "Session Bank|Factory ROM|";
         for (int32_t i = 0; i < stored.banks().count(); ++i) {
-            expected += stored.banks().bank(i).name().toUtf8() + '|';
+            expected += row(stored.banks().bank(i).name());
         }
         ASSERT_EQ(rows(banks), expected) << "step " << step;
         const CAudioParamRegistry& registry = *side.instance->paramRegistry();
@@ -131,13 +132,13 @@ protected:
         ASSERT_LT(bank, banks.paragraphCount()) << "step " << step;
         expected.clear();
         for (int32_t i = 0; bank == 0 && i < registry.programCount(); ++i) {
-            expected += registry.programName(i).toUtf8() + '|';
+            expected += row(registry.programName(i));
         }
         for (int32_t i = 0; bank == 1 && i < registry.romCount(); ++i) {
-            expected += registry.romName(i).toUtf8() + '|';
+            expected += row(registry.romName(i));
         }
         for (int32_t i = 0; bank > 1 && i < stored.banks().bank(bank - 2).count(); ++i) {
-            expected += stored.banks().bank(bank - 2).preset(i).displayName().toUtf8() + '|';
+            expected += row(stored.banks().bank(bank - 2).preset(i).displayName());
         }
         ASSERT_EQ(rows(presets), expected) << "step " << step << ", bank " << bank;
         const bool isSelected = presets.selectedParagraph() >= 0;
