@@ -77,6 +77,7 @@
 #include "UI/Controls/Buttons/CSelectorScale.h"
 #include "UI/Controls/Buttons/CWinDrag.h"
 #include "UI/Controls/Lists/CValueListAudio.h"
+#include "UI/Controls/Lists/CValueListAudio.h"
 #include "UI/Controls/Plugin/CHistory.h"
 #include "UI/Controls/Plugin/CParamGroupController.h"
 #include "UI/Controls/Plugin/CPluginControl.h"

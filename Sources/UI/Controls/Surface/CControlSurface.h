@@ -223,6 +223,7 @@ private:
     double pointOpacity_ = 0.75;
     bool isSliderMode_ = false;
     bool isUsingMargins_ = false;
+    bool areRulersFound_ = false;  ///< all of the list stand
     bool isFinished_ = false;
     CArray<CRuler*, 4> rulers_;  ///< those that mark the hovered point
     CArray<CRuler*, 4> joined_;  ///< all that know this view

@@ -112,8 +112,13 @@ void CControlSurface::removeChild(CObject* child) {
 
 /// Those of the list that stand now; a ruler leaves it when it goes.
 void CControlSurface::findRulers() {
+    if (areRulersFound_) {
+        return;
+    }
+    areRulersFound_ = true;
     for (const CString& path : getAttrString("ruler").split(' ')) {
         auto* ruler = path.isEmpty() ? nullptr : findObjectOf<CRuler>(path);
+        areRulersFound_ = areRulersFound_ && (ruler || path.isEmpty());
         if (ruler && rulers_.indexOf(ruler) < 0) {
             rulers_.append(ruler);
             ruler->surfaceJoined(*this);
@@ -123,6 +128,7 @@ void CControlSurface::findRulers() {
 
 CError* CControlSurface::rulersChanged() {
     rulers_.clear();
+    areRulersFound_ = false;
     return viewUpdated();
 }
 
@@ -131,6 +137,7 @@ void CControlSurface::rulerJoined(CRuler& ruler) {
 }
 
 void CControlSurface::rulerGone(const CRuler& ruler) {
+    areRulersFound_ = false;
     for (CArray<CRuler*, 4>* list : {&rulers_, &joined_}) {
         for (int32_t i = list->count() - 1; i >= 0; --i) {
             if ((*list)[i] == &ruler) {

@@ -87,6 +87,7 @@ private:
     void addPath(CAttributeMap& attributes, const char* name) const;
     [[nodiscard]] CError* setTexts(bool isShort);
     bool fits(int32_t pitch) const;
+    [[nodiscard]] CError* chooseTexts(int32_t pitch);
     void placeLabels();
     void placeLabel(int32_t index, const CSurfaceLayout& layout);
     void showSome(bool isEverySecond);
@@ -103,6 +104,7 @@ private:
     bool isBound_ = false;
     bool isFinished_ = false;
     bool isShort_ = false;
+    int32_t fittedPitch_ = 0;  ///< of the columns that the texts were chosen for
     int32_t tries_ = 0;
     int32_t hovered_ = -1;
     CArray<double, 16> values_;  ///< of the labels, where they stand at values

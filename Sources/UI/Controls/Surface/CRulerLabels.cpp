@@ -131,14 +131,35 @@ CError* CRuler::setTexts(bool isShort) {
     return nullptr;
 }
 
+/// No label reaches into the one beside it.
 bool CRuler::fits(int32_t pitch) const {
     const double gap = kLabelGap * CApplication::uiScale();
-    for (const CView* label : labels_) {
-        if (label->area().value(CViewCell::ContentWidth) + gap > pitch) {
+    for (int32_t i = 0; i + 1 < labels_.count(); ++i) {
+        const double both =
+            labels_[i]->area().value(CViewCell::ContentWidth) + labels_[i + 1]->area().value(CViewCell::ContentWidth);
+        if (both / 2.0 + gap > pitch) {
             return false;
         }
     }
     return true;
+}
+
+/// May end with this view destroyed.
+CError* CRuler::chooseTexts(int32_t pitch) {
+    const CObjectWatch watch(*this);
+    if (isShort_ && pitch != fittedPitch_) {
+        isShort_ = false;
+        CError* error = setTexts(false);
+        if (error || !watch.isAlive()) {
+            return error;
+        }
+    }
+    fittedPitch_ = pitch;
+    if (isShort_ || fits(pitch)) {
+        return nullptr;
+    }
+    isShort_ = true;
+    return setTexts(true);
 }
 
 void CRuler::placeLabels() {
@@ -147,10 +168,9 @@ void CRuler::placeLabels() {
     }
     const CSurfaceLayout layout = this->layout();
     const bool isRow = isInColumns() && !isVertical() && layout.pitch() > 0;
-    if (isRow && !isShort_ && !fits(layout.pitch())) {
+    if (isRow) {
         const CObjectWatch watch(*this);
-        isShort_ = true;
-        TARV_CONSUME(setTexts(true));
+        TARV_CONSUME(chooseTexts(layout.pitch()));
         if (!watch.isAlive()) {
             return;
         }

@@ -1,0 +1,219 @@
+// Lists of points that are no bars, and the rules of groups.
+
+#include "Tests/UI/Controls/Surface/SurfaceTree.h"
+
+namespace tarv {
+namespace {
+
+constexpr double kRounding = 1e-9;
+
+/// A plain surface of 200 x 200 pixels from 20, 30 on: x of seven points are the first gains, y those of group 1.
+class SurfacePoints : public CSurfaceTest {
+protected:
+    static std::string points(const std::string& group = "", const std::string& attributes = "") {
+        return R"(<ui:control-surface name="surface" placement="overlay" width="200" height="200" outer-border="L20 T30"
+                    image-set="shared::is.csurface" min-max-x="ui.range" min-max-y="ui.range" is-dynamic="true"
+                    color-swatch="ui.swatch" )" +
+               attributes + R"(><ui:control-surface-group name="sliders" point-count="3" )" + group +
+               R"(><ui:ui-param name="ui-param-x" bridge="ui.gains" group-selector="ui.edit"/>
+                   <ui:ui-param name="ui-param-y" bridge="ui.gains" group-selector="ui.under"/>
+                 </ui:control-surface-group></ui:control-surface>)";
+    }
+    void openPoints(const std::string& group = "", const std::string& attributes = "") {
+        open(points(group, attributes));
+        const double xs[] = {-6.0, 0.0, 6.0};
+        for (int32_t i = 0; i < 3; ++i) {
+            setGain(i, xs[i]);
+            setGain(i, xs[i] / 2.0, 1);
+        }
+    }
+    void pressAt(double x, double y) {
+        moveToPixel(20 + (x + 12.0) / 24.0 * 200.0, 30 + (12.0 - y) / 24.0 * 200.0);
+        input().press();
+    }
+    double x(int32_t point) { return sliders().point(point).x; }
+    double y(int32_t point) { return sliders().point(point).y; }
+};
+
+TEST_F(SurfacePoints, APointIsTakenWithinItsPictureAndFollowsInBothDirections) {
+    openPoints();
+    const CSurfacePlace place = surface().placeOf(sliders(), 1);
+    EXPECT_EQ(place.x, 120.0);
+    EXPECT_EQ(place.y, 130.0);
+    pressAt(3.0, 0.0);
+    moveBy(50, 50);
+    EXPECT_NEAR(x(1), 0.0, kRounding) << "beside the points";
+    input().release();
+    advance(1.0);
+    pressAt(0.0, 0.0);
+    EXPECT_EQ(surface().hoveredPoint(), 1);
+    moveBy(25, 50);
+    EXPECT_NEAR(x(1), 3.0, kRounding);
+    EXPECT_NEAR(y(1), 6.0, kRounding);
+    input().release();
+    advance();
+    EXPECT_NEAR(gain(1), 3.0, kRounding);
+    EXPECT_NEAR(gain(1, 1), 6.0, kRounding);
+}
+
+TEST_F(SurfacePoints, AFixedAxisStays) {
+    openPoints("is-fixed-x=\"true\"");
+    pressAt(0.0, 0.0);
+    moveBy(25, 50);
+    input().release();
+    EXPECT_NEAR(x(1), 0.0, kRounding);
+    EXPECT_NEAR(y(1), 6.0, kRounding);
+    set("main-window.surface.sliders", "is-fixed-x", "false");
+    set("main-window.surface.sliders", "is-fixed-y", "true");
+    advance(1.0);
+    pressAt(0.0, 6.0);
+    moveBy(25, 50);
+    input().release();
+    EXPECT_NEAR(x(1), 3.0, kRounding);
+    EXPECT_NEAR(y(1), 6.0, kRounding);
+}
+
+TEST_F(SurfacePoints, SortedPointsKeepTheirOrderAndTheirDistance) {
+    openPoints("is-sorted=\"true\"");
+    pressAt(0.0, 0.0);
+    moveBy(90, 0);
+    EXPECT_NEAR(x(1), 6.0, kRounding) << "as far as its neighbour";
+    moveBy(-180, 0);
+    EXPECT_NEAR(x(1), -6.0, kRounding);
+    input().release();
+    set("main-window.surface.sliders", "min-distance", "2");
+    advance(1.0);
+    pressAt(6.0, 3.0);
+    moveBy(-90, 0);
+    EXPECT_NEAR(x(2), -4.0, kRounding);
+    input().release();
+}
+
+TEST_F(SurfacePoints, BetweenTwoPointsAPressTakesBothWhereTheGroupSaysSo) {
+    openPoints("is-drag-segments=\"true\"");
+    pressAt(3.0, 10.0);
+    moveBy(25, 25);
+    EXPECT_NEAR(x(0), -6.0, kRounding);
+    EXPECT_NEAR(x(1), 3.0, kRounding);
+    EXPECT_NEAR(x(2), 9.0, kRounding);
+    EXPECT_NEAR(y(1), 3.0, kRounding);
+    EXPECT_NEAR(y(2), 6.0, kRounding);
+    moveBy(-25, -25);
+    EXPECT_NEAR(x(1), 0.0, kRounding);
+    input().release();
+    set("main-window.surface.sliders", "is-sorted", "true");
+    advance(1.0);
+    pressAt(3.0, 10.0);
+    moveBy(75, 0);
+    EXPECT_NEAR(x(1), 9.0, kRounding) << "sorted ones make room for each other";
+    input().release();
+}
+
+TEST_F(SurfacePoints, BalancedPointsStandEvenlyOverTheWidth) {
+    openPoints("is-balanced=\"true\" is-fixed-x=\"true\"");
+    EXPECT_EQ(surface().placeOf(sliders(), 0).x, 21.0 + 33.0);
+    EXPECT_EQ(surface().placeOf(sliders(), 1).x, 21.0 + 99.0);
+    EXPECT_EQ(surface().placeOf(sliders(), 2).x, 21.0 + 165.0);
+}
+
+TEST_F(SurfacePoints, PointsAndAnchorsAreDrawnWhereTheyStand) {
+    openPoints();
+    const uint32_t ground = pixel(5, 5);
+    EXPECT_NE(pixel(120, 130), ground);
+    const uint32_t point = pixel(120 - 5, 130);
+    set("main-window.surface.sliders", "kind", "anchor");
+    advance();
+    EXPECT_TRUE(sliders().isAnchor());
+    EXPECT_NE(pixel(120, 130), ground);
+    EXPECT_NE(pixel(120 - 5, 130), point) << "an anchor is smaller";
+    set("main-window.surface", "control-points-alpha", "0");
+    advance();
+    EXPECT_EQ(pixel(120, 130), ground);
+}
+
+TEST_F(SurfacePoints, ADoubleClickTakesAPointOffAnEraseableGroup) {
+    open(R"(<ui:control-surface name="surface" placement="overlay" width="200" height="200" outer-border="L20 T30"
+              image-set="shared::is.csurface" min-max-y="ui.range" min-max-x="ui.range">
+              <ui:control-surface-group name="sliders" is-eraseable="true" is-balanced="true" is-fixed-x="true">
+                <ui:ui-param name="ui-param-count" bridge="ui.count"/>
+                <ui:ui-param name="ui-param-y" bridge="ui.gains"/>
+              </ui:control-surface-group></ui:control-surface>)");
+    for (int32_t band = 0; band < 7; ++band) {
+        setGain(band, band);
+    }
+    const CSurfacePlace place = surface().placeOf(sliders(), 2);
+    moveToPixel(place.x, place.y);
+    input().click();
+    input().click();
+    advance();
+    EXPECT_EQ(sliders().count(), 6);
+    EXPECT_NEAR(gain(1), 1.0, kRounding);
+    EXPECT_NEAR(gain(2), 3.0, kRounding);
+    EXPECT_NEAR(gain(5), 6.0, kRounding);
+}
+
+TEST_F(SurfacePoints, TheWheelChangesTheBandWidthWhereThereIsOne) {
+    open(R"(<ui:control-surface name="surface" placement="overlay" width="200" height="200" outer-border="L20 T30"
+              image-set="shared::is.csurface" min-max-y="ui.range" min-max-x="ui.range">
+              <ui:control-surface-group name="sliders" point-count="1">
+                <ui:ui-param name="ui-param-y" bridge="ui.gains"/>
+                <ui:ui-param name="ui-param-bw" bridge="ui.gains" element="4"/>
+                <ui:ui-param name="ui-param-reset" bridge="ui.gains" element="5"/>
+              </ui:control-surface-group></ui:control-surface>)");
+    setGain(5, 4.0);
+    const CSurfacePlace place = surface().placeOf(sliders(), 0);
+    moveToPixel(place.x, place.y);
+    EXPECT_TRUE(input().wheel(2.0));
+    advance();
+    EXPECT_NEAR(gain(4), 1.0, kRounding);
+    EXPECT_EQ(gain(0), 0.0);
+    keys(false, true, false);
+    input().click();
+    keys(false, false, false);
+    advance();
+    EXPECT_NEAR(gain(0), 4.0, kRounding) << "what the reset's parameter says";
+}
+
+TEST_F(SurfacePoints, TheSelectedPointIsThatOfItsParameter) {
+    open(bands("", "", R"(<ui:control-surface-group name="last" is-editable="false" point-count="7">
+                            <ui:ui-param name="ui-param-y" bridge="ui.gains"/>
+                            <ui:ui-param name="ui-param-sel" bridge="ui.count"/>
+                          </ui:control-surface-group>)"));
+    EXPECT_EQ(group("surface.last").selectedPoint(), 7);
+    EXPECT_TRUE(editor.instance()->set(kCount, 0, 0, 4.0));
+    advance();
+    EXPECT_EQ(group("surface.last").selectedPoint(), 4);
+}
+
+TEST_F(SurfacePoints, AGroupNotifiesOfItsCount) {
+    open(bands());
+    EXPECT_TRUE(editor.instance()->set(kCount, 0, 0, 9.0));
+    advance();
+    EXPECT_EQ(sliders().count(), 9);
+    EXPECT_EQ(surface().layout().count(), 9);
+    EXPECT_EQ(surface().layout().pitch(), 217 / 9);
+    set("main-window.surface.sliders", "point-count", "-4");
+    EXPECT_EQ(sliders().count(), 0);
+    set("main-window.surface.sliders", "point-count", "1000000000");
+    EXPECT_EQ(sliders().count(), CControlSurfaceGroup::kMaxPoints);
+    advance();
+    set("main-window.surface.sliders", "point-count", "");
+    EXPECT_EQ(sliders().count(), 9);
+}
+
+TEST_F(SurfacePoints, AGroupMayGoWhileItIsDragged) {
+    open(bands());
+    moveTo(3, 0.0);
+    input().press();
+    moveBy(0, 20);
+    delete &sliders();
+    moveBy(0, 20);
+    advance();
+    EXPECT_EQ(surface().editableGroup(), nullptr);
+    input().release();
+    advance();
+    EXPECT_EQ(surface().groupCount(), 1);
+}
+
+}  // namespace
+}  // namespace tarv
