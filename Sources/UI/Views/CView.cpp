@@ -1,6 +1,7 @@
 #include "UI/Views/CView.h"
 
 #include "Core/CObjectWatch.h"
+#include "Core/Log.h"
 #include "UI/Views/CSectorMap.h"
 
 namespace tarv {
@@ -191,19 +192,31 @@ CError* CView::updatePalette() {
     const auto* parent = dynamic_cast<CView*>(parentView());
     const CPalette* palette = parent ? parent->palette_ : nullptr;
     if (!name.isEmpty()) {
-        const CString path = CString("pal.") + name;
-        const CObject* found = findObject(path);
-        found = found ? found : findObject(CString("shared::") + path);
-        if (!found) {
-            TARV_FAIL("@tarvstr_CView_updatePalette_NoPaletteObj Unable to find palette object '%1'.", path);
+        CError* error = findPalette(name, palette);
+        const CString& fallback = getAttrString("palette-fallback");
+        if (error && !fallback.isEmpty() && fallback != name) {
+            logLineIn(error->joined(), fullName());
+            delete error;
+            error = findPalette(fallback, palette);
         }
-        const auto* object = dynamic_cast<const CPaletteObject*>(found);
-        if (!object) {
-            TARV_FAIL("@tarvstr_CView_updatePalette_NoPalette Unable to find palette in palette object '%1'.", path);
-        }
-        palette = &object->dataSet();
+        TARV_TRY(error);
     }
     setPalette(palette);
+    return nullptr;
+}
+
+CError* CView::findPalette(const CString& name, const CPalette*& palette) const {
+    const CString path = CString("pal.") + name;
+    const CObject* found = findObject(path);
+    found = found ? found : findObject(CString("shared::") + path);
+    if (!found) {
+        TARV_FAIL("@tarvstr_CView_updatePalette_NoPaletteObj Unable to find palette object '%1'.", path);
+    }
+    const auto* object = dynamic_cast<const CPaletteObject*>(found);
+    if (!object) {
+        TARV_FAIL("@tarvstr_CView_updatePalette_NoPalette Unable to find palette in palette object '%1'.", path);
+    }
+    palette = &object->dataSet();
     return nullptr;
 }
 

@@ -39,7 +39,8 @@ public:
     [[nodiscard]] CError* onAreaNotify() override;
     [[nodiscard]] CError* drawInSector(const CSectorTarget& target) override;
 
-    /// Null without one; then nothing of a colour is drawn. A view without `palette` has that of its parent.
+    /// Null without one; then nothing of a colour is drawn. A view without `palette` has that of its parent. Where none
+    /// of the name exists, that of `palette-fallback` is taken, which is logged; without it, that is an error.
     const CPalette* palette() const { return palette_; }
     /// Null without one.
     const CImageSet* imageSet() const { return imageSet_; }
@@ -113,6 +114,7 @@ private:
     [[nodiscard]] CError* attrImageAlignment();
     [[nodiscard]] CError* attrGradient();
     [[nodiscard]] CError* updatePalette();
+    [[nodiscard]] CError* findPalette(const CString& name, const CPalette*& palette) const;
     [[nodiscard]] CError* gradientTimer();
     [[nodiscard]] CError* sendEventIfWanted(const char* name, bool isWanted);
     void setPalette(const CPalette* palette);
