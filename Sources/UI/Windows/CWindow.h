@@ -21,7 +21,8 @@ class CWindowSharedData;
 /// otherwise a popup. Its size is that of the root view. Events that it sends for itself: `render` at each tick,
 /// `static-view-update` each second, `paint`, `mouse-button`, `mouse-button-reset`, `mouse-top-exit`, `focus`, `blur`,
 /// `activate-window`, `deactivate-window`; the main window `close-app` when it ends. While the main window is open, the
-/// attribute `app-main-window` of the tree's `ui` is the path of its root view. Thread: that of the editor.
+/// attribute `app-main-window` of the tree's `ui` is the path of its root view. Enter that no view takes presses the
+/// view at `default-view`, a path from the root view. Thread: that of the editor.
 class CWindow : public CObject, public CViewWindow, private CInputWindow, private CWindowHandler {
 public:
     CWindow();
@@ -186,6 +187,8 @@ private:
     void grabKeys();
     /// The window has closed on the press of a key that it has taken: the release goes to the window that is left.
     void passKeyOn(int32_t code);
+    /// False if this window has none that takes input.
+    bool workDefaultView();
     /// The following give false if this window is gone.
     bool sendActivation(bool isActive);
     /// What has been reported inside destructors.

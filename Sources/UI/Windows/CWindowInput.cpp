@@ -125,10 +125,19 @@ bool CWindow::onKey(const CKeyEvent& event) {
         isTaken = true;
         onCloseRequest();
     }
+    if (busy.isAlive() && !isTaken && event.isDown && event.code == kKeyEnter) {
+        isTaken = workDefaultView();
+    }
     if (busy.isAlive() && isTaken && event.isDown && !isOpen()) {
         passKeyOn(event.code);
     }
     return isTaken;
+}
+
+bool CWindow::workDefaultView() {
+    const CString& path = attr("default-view");
+    auto* view = path.isEmpty() ? nullptr : root_->findObjectOf<CViewBaseCtlEvents>(path);
+    return view && router_.work(*view);
 }
 
 void CWindow::passKeyOn(int32_t code) {
