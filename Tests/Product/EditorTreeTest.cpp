@@ -4,14 +4,13 @@
 #include "Audio/Engine/CAudioInterfaceBase.h"
 #include "Audio/Messages/CAudioInterfaceBaseConnector.h"
 #include "Audio/Messages/CAudioInterfaceClientConnector.h"
-#include "Platform/Posix/EventQueue.h"
 #include "ProductTree.h"
 
 namespace tarv {
 
 namespace {
 
-class EditorTree : public CProductTree {};
+class EditorTree : public CEditorProductTree {};
 
 TEST_F(EditorTree, BeginsWithTheEndsOfTheExchange) {
     const auto editor = makeEditor();
@@ -33,7 +32,7 @@ TEST_F(EditorTree, HasTheEnginesStateOnceTheEventsHaveArrived) {
     auto editor = makeEditor();
     const auto* client = editor->findObjectOf<CAudioInterfaceClient>("ui.interface-client");
     ASSERT_TRUE(client);
-    pumpEvents();
+    system_.pump();
     EXPECT_EQ(client->engineState().counts.groups, instance().groupCount());
     EXPECT_EQ(client->engineState().registries.count(), 2);
     EXPECT_EQ(client->groupName(7), CString("8"));

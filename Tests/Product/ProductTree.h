@@ -8,6 +8,7 @@
 
 #include "Audio/Instance/CAudioWrapper.h"
 #include "Core/CApplication.h"
+#include "Platform/ByHand/CWindowSystemByHand.h"
 #include "Product/CreatorTable.h"
 #include "Product/ResourceTable.h"
 
@@ -99,6 +100,19 @@ protected:
 private:
     std::unique_ptr<CHostlessInstance> instance_;
     CObject* root_ = nullptr;
+};
+
+/// The same with windows in memory and the graphics loaded, as the trees of editors need them.
+class CEditorProductTree : public CProductTree {
+protected:
+    CEditorProductTree() {
+        CError* error = CApplication::openEditor();
+        EXPECT_FALSE(error);
+        delete error;
+    }
+    ~CEditorProductTree() override { CApplication::closeEditor(); }
+
+    CWindowSystemByHand system_;
 };
 
 }  // namespace tarv

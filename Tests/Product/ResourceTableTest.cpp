@@ -63,6 +63,7 @@ uint32_t wordAt(const unsigned char* bytes) {
 }
 
 class ProductResources : public CProductTree {};
+class EditorResource : public CEditorProductTree {};
 
 TEST_F(ProductResources, AreTheThirtyNineOfTheTableInItsOrder) {
     for (size_t i = 0; i < std::size(kResources); ++i) {
@@ -119,7 +120,7 @@ TEST_F(ProductResources, HoldWhatTheGraphicsObjectsName) {
     EXPECT_EQ(count, 40);
 }
 
-TEST_F(ProductResources, LetAnEditorsRootLoad) {
+TEST_F(EditorResource, LetsAnEditorsRootLoad) {
     const auto root = makeEditor();
     ASSERT_TRUE(root->findChild("ui"));
     EXPECT_EQ(root->findChild("ui")->tag().toUtf8(), "ui:ui-event-bridge");

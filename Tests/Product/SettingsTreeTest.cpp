@@ -42,7 +42,7 @@ CApplicationData& storeOf(const CSettingRow& row) {
 }
 
 /// Trees of open editors, as the library embeds them.
-class SettingsTree : public CProductTree {
+class SettingsTree : public CEditorProductTree {
 protected:
     SettingsTree() {
         CGlobalData::instance().reset();

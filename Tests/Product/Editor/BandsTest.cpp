@@ -1,0 +1,111 @@
+// The bars of the main window, by hand: what the engine and the host hold afterwards.
+
+#include <cmath>
+
+#include "ProductEditor.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr int32_t kBands = 7;
+constexpr const char* kGains = "modBrindleXEQ.xeq-gains";
+constexpr const char* kFrequencies = "modBrindleXEQ.xeq-freqs";
+constexpr const char* kOutput = "modOutGain.gain";
+/// The whole height of the range is 24 dB.
+constexpr double kRange = 24.0;
+
+struct CViewRow {
+    const char* view;
+    int32_t group;
+    int32_t firstParameter;  ///< the host's number of the first band's gain
+};
+constexpr CViewRow kViews[] = {{"xeq1", 0, 1}, {"xeq2", 1, 9}};
+
+std::string number(int32_t value) {
+    return std::to_string(value);
+}
+
+class Bands : public CProductEditor {
+protected:
+    double pixelsToDecibels(const std::string& surface, int32_t pixels) {
+        return kRange * pixels / (8.0 * std::floor(box(surface).height / 8.0));
+    }
+    std::string label(const std::string& ruler, int32_t index) {
+        return ruler + ".label" + (index > 0 ? "#" + number(index) : "");
+    }
+};
+
+TEST_F(Bands, EachBarFollowsTheDragOneToOne) {
+    for (const CViewRow& row : kViews) {
+        for (int32_t band = 0; band < kBands; ++band) {
+            const CSpot spot = column(row.view, band);
+            heard();
+            drag(spot, 0, band % 2 == 0 ? -50 : 50);
+            const double expected = pixelsToDecibels(spot.path, band % 2 == 0 ? 50 : -50);
+            EXPECT_NEAR(decibels(kGains, row.group, band), expected, 1e-9) << row.view << band;
+            const std::string parameter = number(row.firstParameter + band);
+            EXPECT_EQ(heardGestures(), "begin " + parameter + ", automate " + parameter + ", end " + parameter);
+        }
+    }
+}
+
+TEST_F(Bands, APressAloneTouchesAndChangesNothing) {
+    const std::string before = chunk(false);
+    heard();
+    click(column("xeq1", 3));
+    EXPECT_EQ(decibels(kGains, 0, 3), 0.0);
+    EXPECT_EQ(chunk(false), before);
+    EXPECT_EQ(heard(), "begin 4, end 4");  // hosts that write while a control is touched
+}
+
+TEST_F(Bands, EachBarTakesTheWheelAndADoubleClick) {
+    for (const CViewRow& row : kViews) {
+        for (int32_t band = 0; band < kBands; ++band) {
+            wheel(column(row.view, band), 3.0);
+            EXPECT_NEAR(decibels(kGains, row.group, band), 1.5, 1e-9) << row.view << band;
+            doubleClick(column(row.view, band));
+            EXPECT_NEAR(decibels(kGains, row.group, band), 0.0, 1e-9) << row.view << band;
+        }
+    }
+}
+
+TEST_F(Bands, ShiftMakesTheWheelFiner) {
+    system_.input().holdKeys(true, false, false);
+    wheel(column("xeq1", 2), 1.0);
+    EXPECT_NEAR(decibels(kGains, 0, 2), 0.25, 1e-9);
+}
+
+TEST_F(Bands, TheCurveIsScaledInvertedAndReset) {
+    for (const CViewRow& row : kViews) {
+        const std::string head = std::string("c.") + row.view + ".title-frame-head.";
+        setEngine(kGains, row.group, 0, std::pow(10.0, 2.0 / 20.0));
+        setEngine(kGains, row.group, 1, std::pow(10.0, -4.0 / 20.0));
+        click(head + "eq-invert-scale.invert");
+        EXPECT_NEAR(decibels(kGains, row.group, 0), -2.0, 1e-9) << row.view;
+        EXPECT_NEAR(decibels(kGains, row.group, 1), 4.0, 1e-9) << row.view;
+        double mean = 0.0;
+        double before[kBands];
+        for (int32_t band = 0; band < kBands; ++band) {
+            before[band] = decibels(kGains, row.group, band);
+            mean += before[band] / kBands;
+        }
+        constexpr int32_t kPixels = 20;
+        drag(head + "eq-invert-scale.scale", 0, -kPixels);
+        // The default of drag-precision is 0.7.
+        const double factor = std::pow(2.0, kPixels * 0.7 / 50.0);
+        for (int32_t band = 0; band < kBands; ++band) {
+            EXPECT_NEAR(decibels(kGains, row.group, band), mean + (before[band] - mean) * factor, 1e-9) << row.view;
+        }
+        setEngine(kFrequencies, row.group, 2, 400.0);
+        click(head + "param-reset-button");
+        for (int32_t band = 0; band < kBands; ++band) {
+            EXPECT_EQ(decibels(kGains, row.group, band), 0.0) << row.view;
+        }
+        EXPECT_EQ(engine(kFrequencies, row.group, 2), 400.0) << row.view;
+    }
+}
+
+}  // namespace
+
+}  // namespace tarv

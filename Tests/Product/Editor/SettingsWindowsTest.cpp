@@ -1,0 +1,170 @@
+// The windows of settings, and the questions, by hand: what the settings and the engine hold afterwards.
+
+#include "Core/CApplicationData.h"
+#include "Platform/ByHand/CDesktopByHand.h"
+#include "ProductEditor.h"
+#include "UI/Windows/CWindowSharedData.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr const char* kSettings = "ui.win-settings.c.settings.";
+constexpr const char* kGlobal = "ui.win-global-settings.c.settings.";
+
+struct CSwitchRow {
+    const char* button;
+    const char* setting;
+    const char* former;
+};
+constexpr CSwitchRow kSwitches[] = {{"left.show-knob-labels", "show-knob-labels", "true"},
+                                    {"left.tablet-mode", "tablet-mode", "false"},
+                                    {"left.show-virtual-keyboard", "show-virtual-keyboard", "true"},
+                                    {"right.builtin-refresh", "builtin-refresh", "false"},
+                                    {"right.radial-knob-mode", "radial-knob-mode", "false"}};
+
+class SettingsWindows : public CProductEditor {
+protected:
+    void openSettings() { click("c.buttons.settings"); }
+    void openGlobal() {
+        openSettings();
+        click(std::string(kSettings) + "global-settings");
+        ASSERT_TRUE(exists("ui.win-global-settings"));
+    }
+    bool isOn(const char* name) { return at<CObject>(std::string("ui.global-data.") + name).getAttrBool(name); }
+    std::string setting(const char* name) { return text(std::string("ui.global-data.") + name, name); }
+    double amount(const char* name) { return at<CObject>(std::string("ui.global-data.") + name).getAttrReal(name); }
+    static std::string button(const std::string& selector, int32_t index) {
+        return selector + ".button" + (index > 0 ? "#" + std::to_string(index) : "");
+    }
+};
+
+TEST_F(SettingsWindows, OpenAndCloseByTheirButtonsAndEscape) {
+    openSettings();
+    EXPECT_TRUE(exists("ui.win-settings"));
+    click("ui.win-settings.window-title.close");
+    EXPECT_FALSE(exists("ui.win-settings"));
+    openGlobal();
+    click("ui.win-global-settings.window-title.close");
+    EXPECT_FALSE(exists("ui.win-global-settings"));
+    click("ui.win-settings.window-title.label");
+    tap(kKeyEscape);
+    EXPECT_FALSE(exists("ui.win-settings"));
+}
+
+TEST_F(SettingsWindows, APaletteIsWornAtOnce) {
+    openSettings();
+    click(button(std::string(kSettings) + "color-scheme.selector", 0));
+    EXPECT_EQ(text("ui.local-data.ui-color-scheme", "palette-name"), "Blue");
+    EXPECT_EQ(text("", "palette"), "Blue");
+    EXPECT_EQ(text("ui.win-settings", "palette"), "Blue");
+}
+
+TEST_F(SettingsWindows, APaletteThatIsNotThereIsTheDefault) {
+    const uint32_t before = system_.desktop().picture(at<CWindow>("window-renderer").screenBounds()).at(3, 40);
+    closeEditor();
+    CLocalData::instance().writeText("ui-color-scheme", "Plaid");
+    openEditor();
+    EXPECT_EQ(system_.desktop().picture(at<CWindow>("window-renderer").screenBounds()).at(3, 40), before);
+    openSettings();
+    EXPECT_TRUE(exists("ui.win-settings"));
+}
+
+TEST_F(SettingsWindows, AScaleIsStoredForTheNextStart) {
+    openSettings();
+    click(button(std::string(kSettings) + "scale.selector", 2));
+    EXPECT_EQ(at<CObject>("ui.local-data.ui-scale").getAttrReal("scale"), 1.25);
+    EXPECT_EQ(box("").width, 640.0);
+}
+
+TEST_F(SettingsWindows, HintsAreSwitched) {
+    openSettings();
+    const double height = box("c").height;
+    click(std::string(kSettings) + "show-hints");
+    EXPECT_FALSE(at("window-status").isShown());
+    EXPECT_GT(box("c").height, height);
+    EXPECT_FALSE(at<CWindowSharedData>("ui.window-shared-data").isShowHints());
+    click(std::string(kSettings) + "show-hints");
+    EXPECT_TRUE(at("window-status").isShown());
+}
+
+TEST_F(SettingsWindows, EachSwitchSwitchesItsSetting) {
+    openGlobal();
+    for (const CSwitchRow& row : kSwitches) {
+        const std::string path = std::string(kGlobal) + "switches." + row.button;
+        const bool wasOn = row.former == std::string("true");
+        EXPECT_EQ(hasState(path, "active"), wasOn) << row.setting;
+        click(path);
+        EXPECT_EQ(at<CObject>(std::string("ui.global-data.") + row.setting).getAttrBool(row.setting), !wasOn)
+            << row.setting;
+        EXPECT_EQ(hasState(path, "active"), !wasOn) << row.setting;
+        click(path);
+        EXPECT_EQ(hasState(path, "active"), wasOn) << row.setting;
+    }
+}
+
+TEST_F(SettingsWindows, TheNoiseIsSwitchedWithoutAStep) {
+    openGlobal();
+    click(std::string(kGlobal) + "switches.right.denorm");
+    EXPECT_EQ(engine("denorm-enable"), 0.0);
+    EXPECT_TRUE(at("c.buttons.history.button-undo").isDisabled());
+}
+
+TEST_F(SettingsWindows, TheOversamplingOfAutoIsChosen) {
+    openGlobal();
+    for (int32_t stages = 3; stages > 0; --stages) {
+        click(button(std::string(kGlobal) + "oversampling.selector", stages - 1));
+        EXPECT_EQ(amount("oversampling-level"), stages);
+    }
+}
+
+TEST_F(SettingsWindows, SlidersMoveInStepsOfATwentieth) {
+    openGlobal();
+    for (const char* name : {"mouse-wheel-precision", "shift-key-precision", "drag-precision"}) {
+        const double before = amount(name);
+        drag(std::string(kGlobal) + name + ".slider", 20, 0);
+        const double steps = amount(name) / 0.05;
+        EXPECT_GT(amount(name), before) << name;
+        EXPECT_LE(amount(name), 1.0) << name;
+        EXPECT_NEAR(steps, static_cast<double>(static_cast<int32_t>(steps + 0.5)), 1e-9) << name;
+    }
+}
+
+TEST_F(SettingsWindows, ResetAsksAndSetsAllBack) {
+    openGlobal();
+    for (const CSwitchRow& row : kSwitches) {
+        click(std::string(kGlobal) + "switches." + row.button);
+    }
+    click(std::string(kGlobal) + "switches.right.denorm");
+    EXPECT_EQ(engine("denorm-enable"), 0.0);
+    click(std::string(kGlobal) + "reset-defaults");
+    EXPECT_EQ(engine("denorm-enable"), 0.0);
+    ASSERT_TRUE(exists("ui.win-confirmation"));
+    click("ui.win-confirmation.c.buttons.cancel");
+    EXPECT_FALSE(exists("ui.win-confirmation"));
+    EXPECT_EQ(engine("denorm-enable"), 0.0);
+    click(std::string(kGlobal) + "reset-defaults");
+    click("ui.win-confirmation.c.buttons.ok");
+    EXPECT_FALSE(exists("ui.win-confirmation"));
+    EXPECT_EQ(engine("denorm-enable"), 1.0);
+    for (const CSwitchRow& row : kSwitches) {
+        EXPECT_EQ(setting(row.setting), row.former);
+    }
+}
+
+TEST_F(SettingsWindows, AQuestionIsAnsweredByKeys) {
+    openGlobal();
+    click(std::string(kGlobal) + "switches.left.tablet-mode");
+    click(std::string(kGlobal) + "reset-defaults");
+    tap(kKeyEscape);
+    EXPECT_FALSE(exists("ui.win-confirmation"));
+    EXPECT_TRUE(isOn("tablet-mode"));
+    click(std::string(kGlobal) + "reset-defaults");
+    tap(kKeyEnter);
+    EXPECT_FALSE(exists("ui.win-confirmation"));
+    EXPECT_FALSE(isOn("tablet-mode"));
+}
+
+}  // namespace
+
+}  // namespace tarv
