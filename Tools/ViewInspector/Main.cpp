@@ -7,12 +7,15 @@
 
 #include "CPlainEditor.h"
 #include "CViewPrinter.h"
+#include "ProductPictures.h"
 #include "UI/Windows/CWindowSharedData.h"
 #include "ViewPicture.h"
 
 namespace {
 
 constexpr const char* kUsage =
+    "ViewInspector --pictures FOLDER [NAME]   draws the product's windows, states and palettes, those with NAME in "
+    "theirs\n"
     "ViewInspector FILE [options]   an editor's tree, as XML or compiled; `product` for the product's\n"
     "  --png OUT.png      draws its main window; further windows are OUT-1.png and so on\n"
     "  --boxes            with the outlines of the boxes\n"
@@ -152,6 +155,13 @@ int show(tarv::CPlainEditor& editor, const COptions& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    if ((argc == 3 || argc == 4) && std::string(argv[1]) == "--pictures") {
+        const std::string failure = tarv::drawProduct(argv[2], argc == 4 ? argv[3] : "");
+        if (!failure.empty()) {
+            std::fprintf(stderr, "ViewInspector: %s\n", failure.c_str());
+        }
+        return failure.empty() ? 0 : 1;
+    }
     COptions options;
     if (!parse(argc, argv, options)) {
         std::fputs(kUsage, stderr);
