@@ -25,15 +25,13 @@ public:
     virtual int32_t elementCount(int32_t group) const = 0;
     /// The group that holds the values for `group`: itself, or 0 if all groups share them.
     virtual int32_t storedGroup(int32_t group) const = 0;
-    /// What an element has that nobody has set; 0.0 while inactive.
+    /// What an element is before anything is set; 0.0 while inactive, and for a text.
     virtual double defaultValue(int32_t element) const = 0;
     /// While inactive, 0.0 and empty text.
     virtual double value(int32_t group, int32_t element) const = 0;
     virtual CString valueText(int32_t group, int32_t element, CAudioTextMode mode) const = 0;
     /// The unit of the values, may be empty.
     virtual CString unit() const { return {}; }
-    /// What an element is before anything is set; 0.0 while inactive.
-    virtual double defaultValue(int32_t element) const = 0;
     /// Limits, the smaller one first; 0.0 while inactive.
     virtual double minimum() const = 0;
     virtual double maximum() const = 0;

@@ -77,10 +77,6 @@ int32_t CParamBridgeAudio::storedGroup(int32_t group) const {
     return info_ && info_->isSingleGroup() ? 0 : group;
 }
 
-double CParamBridgeAudio::defaultValue(int32_t element) const {
-    return isActive() ? info_->converter(0)->valueToShown(data().defaultValue(element, 0)) : 0.0;
-}
-
 double CParamBridgeAudio::value(int32_t group, int32_t element) const {
     return isActive() ? info_->converter(0)->valueToShown(data().value(group, element)) : 0.0;
 }

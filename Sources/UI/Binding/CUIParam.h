@@ -45,7 +45,7 @@ public:
     [[nodiscard]] CError* setValueText(const CString& text, bool& isTaken, const CParamEdit& edit = {});
     /// Sets the value to what it is before anything is set. A setting takes its `def-value`.
     [[nodiscard]] CError* reset(const CParamEdit& edit = {});
-    /// The same in the unit that a person reads; 0.0 while inactive.
+    /// What a reset sets; 0.0 while inactive, and for a setting that is no number.
     double defaultValue() const;
     /// The unit, empty without one.
     CString unit() const;
