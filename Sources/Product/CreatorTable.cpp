@@ -71,6 +71,7 @@
 #include "UI/Controls/Buttons/CButtonAB.h"
 #include "UI/Controls/Buttons/CControlArray.h"
 #include "UI/Controls/Buttons/CGroupLabel.h"
+#include "UI/Controls/Buttons/CReadOut.h"
 #include "UI/Controls/Buttons/CSelectorGroup.h"
 #include "UI/Controls/Buttons/CSelectorOversampling.h"
 #include "UI/Controls/Buttons/CSelectorPalette.h"
@@ -191,6 +192,7 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:plugin-control", &createObject<CPluginControl>, &CPluginControl::initClass},
     {"ui:popup-list", &createObject<CPopupList>, &CPopupList::initClass},
     {"ui:preset-manager", &createObject<CPresetManager>, &CPresetManager::initClass},
+    {"ui:readout", &createObject<CReadOut>, &CReadOut::initClass},
     {"ui:ruler", &createObject<CRuler>, &CRuler::initClass},
     {"ui:selector-group", &createObject<CSelectorGroup>, &CSelectorGroup::initClass},
     {"ui:selector-oversampling", &createObject<CSelectorOversampling>, &CSelectorOversampling::initClass},
