@@ -72,6 +72,7 @@
 #include "UI/Controls/Buttons/CControlArray.h"
 #include "UI/Controls/Buttons/CGroupLabel.h"
 #include "UI/Controls/Buttons/CReadOut.h"
+#include "UI/Controls/Buttons/CScrollerBar.h"
 #include "UI/Controls/Buttons/CSelectorGroup.h"
 #include "UI/Controls/Buttons/CSelectorOversampling.h"
 #include "UI/Controls/Buttons/CSelectorPalette.h"
@@ -194,6 +195,7 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:preset-manager", &createObject<CPresetManager>, &CPresetManager::initClass},
     {"ui:readout", &createObject<CReadOut>, &CReadOut::initClass},
     {"ui:ruler", &createObject<CRuler>, &CRuler::initClass},
+    {"ui:scroller-bar", &createObject<CScrollerBar>, &CScrollerBar::initClass},
     {"ui:selector-group", &createObject<CSelectorGroup>, &CSelectorGroup::initClass},
     {"ui:selector-oversampling", &createObject<CSelectorOversampling>, &CSelectorOversampling::initClass},
     {"ui:selector-palette", &createObject<CSelectorPalette>, &CSelectorPalette::initClass},
