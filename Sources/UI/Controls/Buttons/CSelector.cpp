@@ -131,7 +131,10 @@ CError* CSelector::makeButton(int32_t index) {
     attributes["height"] = CAttributeValue::fromString("100%");
     attributes["is-focusable"] = CAttributeValue::fromBool(false);
     attributes["button-index"] = CAttributeValue::fromInt(index);
-    if (!isBalanced() && !getAttrString("button-width").isEmpty()) {
+    if (isBalanced()) {
+        // Narrow buttons give their pixels to the titles.
+        attributes["inner-border"] = CAttributeValue::fromString("*LR2");
+    } else if (!getAttrString("button-width").isEmpty()) {
         attributes["width"] = CAttributeValue::fromString(getAttrString("button-width"));
     }
     if (!getAttrString("button-color").isEmpty()) {

@@ -10,7 +10,8 @@ class CButton;
 /// A row of buttons of which at most one is active. Attributes:
 ///   button-tag          template of the buttons, by default `ui:button`
 ///   button-title-list   path of a value list, or the titles themselves with `separator-char` (by default ";") between
-///   button-width        `balanced`: equal whole pixels, what is left stands at both ends; otherwise that of a view
+///   button-width        `balanced`: equal whole pixels, what is left stands at both ends, and titles have all of a
+///                       button but 2 pixels at either side; otherwise a width as views have it
 ///   button-color        colour of the buttons
 ///   active-button       position of the active one, -1 for none; to set it is to choose that button
 /// A dimmed item gives its button the state `dimmed`. A title that is too wide for its button shows as its number, and

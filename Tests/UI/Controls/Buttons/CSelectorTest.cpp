@@ -190,6 +190,7 @@ TEST_F(CSelectorTest, TheChosenGroupHasItsColour) {
     CSelector& selector = groups({{"button-tag", "ui:button-groupsel"}, {"color-swatch", "ui.swatch"}});
     EXPECT_EQ(selector.button(0).getAttrString("color").toUtf8(), "Custom1");
     EXPECT_EQ(selector.button(0).getAttrString("label-color").toUtf8(), "Custom1Text");
+    EXPECT_EQ(selector.button(0).colorStates().count(), 0) << "the colour itself";
     EXPECT_EQ(selector.button(1).getAttrString("color").toUtf8(), "Button");
     set(object("sel"), "group-index", "1");
     EXPECT_EQ(selector.button(0).getAttrString("color").toUtf8(), "Button");
@@ -218,8 +219,8 @@ TEST_F(CSelectorTest, OversamplingIsStoredAsStages) {
 }
 
 TEST_F(CSelectorTest, AScaleIsStoredAsItsNumber) {
-    CSelector& selector = add("ui:selector-scale");
-    EXPECT_EQ(shown(selector), "80% [100%] 125%");
+    CSelector& selector = add("ui:selector-scale", {{"width", "126"}, {"button-width", "balanced"}});
+    EXPECT_EQ(shown(selector), "80% [100%] 125%") << "the titles have room";
     click(selector.button(2));
     EXPECT_EQ(setting("local-data.ui-scale", "scale"), "1.25");
     EXPECT_EQ(shown(selector), "80% 100% [125%]");
