@@ -80,6 +80,7 @@
 #include "UI/Controls/Buttons/CWinDrag.h"
 #include "UI/Controls/Lists/CValueListAudio.h"
 #include "UI/Controls/Lists/CValueListAudio.h"
+#include "UI/Controls/Plugin/CEditorMemory.h"
 #include "UI/Controls/Plugin/CHistory.h"
 #include "UI/Controls/Plugin/CParamGroupController.h"
 #include "UI/Controls/Plugin/CPluginControl.h"
@@ -181,6 +182,8 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:control-surface-group", &createObject<CControlSurfaceGroup>, &CControlSurfaceGroup::initClass},
     {"ui:dynamic-list-presets", &createObject<CDynamicListPresets>, &CDynamicListPresets::initClass},
     {"ui:editbox", &createObject<CEditBox>, &CEditBox::initClass},
+    {"ui:editor-memory", &createObject<CEditorMemory>, &CEditorMemory::initClass},
+    {"ui:editor-memory-item", &createObject<CEditorMemoryItem>, &CEditorMemoryItem::initClass},
     {"ui:frame", &createObject<CFrame>, &CFrame::initClass},
     {"ui:group-label", &createObject<CGroupLabel>, &CGroupLabel::initClass},
     {"ui:history", &createObject<CHistory>, &CHistory::initClass},
