@@ -82,6 +82,7 @@
 #include "UI/Controls/Lists/CValueListAudio.h"
 #include "UI/Controls/Plugin/CEditorMemory.h"
 #include "UI/Controls/Plugin/CHistory.h"
+#include "UI/Controls/Plugin/CNameSetup.h"
 #include "UI/Controls/Plugin/CParamGroupController.h"
 #include "UI/Controls/Plugin/CPluginControl.h"
 #include "UI/Controls/Plugin/CVizExchange.h"
@@ -188,6 +189,7 @@ const CCreatorRow kCreatorRows[] = {
     {"ui:group-label", &createObject<CGroupLabel>, &CGroupLabel::initClass},
     {"ui:history", &createObject<CHistory>, &CHistory::initClass},
     {"ui:min-max", &createObject<CMinMax>, &CMinMax::initClass},
+    {"ui:name-setup", &createObject<CNameSetup>, &CNameSetup::initClass},
     {"ui:overlay-gradient", &createObject<CGradient>, &CGradient::initClass},
     {"ui:param-bridge", &createObject<CParamBridgeAudio>, &CParamBridgeAudio::initClass},
     {"ui:param-group-controller", &createObject<CParamGroupController>, &CParamGroupController::initClass},
