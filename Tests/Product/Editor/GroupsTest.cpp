@@ -75,6 +75,14 @@ TEST_F(Groups, AGroupIsCopiedToAnother) {
     EXPECT_NEAR(decibels(kGains, 0, 3), 0.0, 1e-9);
 }
 
+TEST_F(Groups, TheLabelListsTheChannelsOfTheGroup) {
+    auto& label = at<CTextView>("c.xeq1.title-frame-head.group-label");
+    EXPECT_EQ(label.paragraphText(0).toUtf8(), "L R");
+    setEngine("io-params.grouping", 0, 1, 1.0);
+    EXPECT_EQ(label.paragraphText(0).toUtf8(), "L");
+    EXPECT_EQ(at<CTextView>("c.xeq2.title-frame-head.group-label").paragraphText(0).toUtf8(), "R");
+}
+
 }  // namespace
 
 }  // namespace tarv

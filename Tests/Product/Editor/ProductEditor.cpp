@@ -79,11 +79,16 @@ CProductEditor::CProductEditor(double scale) : system_({CIntRect{0, 0, 1600, 100
     host_ = system_.desktop().openHost({kHostX, kHostY, kHostX + 1000, kHostY + 700});
     effect_ = CAudioWrapperVST::create(&hostAnswer);
     EXPECT_TRUE(effect_);
+    dispatch(vst::kEffectOpen);
+    dispatch(vst::kEffectSetSampleRate, 0, 0, nullptr, 44100.0F);
+    dispatch(vst::kEffectSetBlockSize, 0, 512);
+    dispatch(vst::kEffectMainsChanged, 0, 1);
     openEditor();
 }
 
 CProductEditor::~CProductEditor() {
     closeEditor();
+    dispatch(vst::kEffectMainsChanged, 0, 0);
     dispatch(vst::kEffectClose);
     system_.pump();
 }

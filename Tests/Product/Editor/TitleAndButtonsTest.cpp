@@ -95,6 +95,28 @@ TEST_F(TitleAndButtons, HintsShowInTheStatusLine) {
               "Process bypass switch (not saved with project).");
 }
 
+TEST_F(TitleAndButtons, BothStatesAreSwitchedCopiedAndReset) {
+    turn(0, 1.0);
+    EXPECT_TRUE(hasState("c.buttons.ab.labels.a", "live"));
+    click("c.buttons.ab");  // B begins as A
+    EXPECT_NEAR(decibels(kGains, 0, 0), 0.5, 1e-9);
+    EXPECT_TRUE(hasState("c.buttons.ab", "b-state"));
+    EXPECT_TRUE(hasState("c.buttons.ab.labels.b", "live"));
+    EXPECT_EQ(text("c.buttons.copy", "title").substr(0, 1), "B");
+    turn(0, 4.0);
+    click("c.buttons.ab");
+    EXPECT_NEAR(decibels(kGains, 0, 0), 0.5, 1e-9);
+    EXPECT_FALSE(hasState("c.buttons.ab", "b-state"));
+    EXPECT_EQ(text("c.buttons.copy", "title").substr(0, 1), "A");
+    click("c.buttons.copy");
+    click("c.buttons.ab");
+    EXPECT_NEAR(decibels(kGains, 0, 0), 0.5, 1e-9);
+    click("c.buttons.reset");
+    EXPECT_NEAR(decibels(kGains, 0, 0), 0.0, 1e-9);
+    click("c.buttons.ab");
+    EXPECT_NEAR(decibels(kGains, 0, 0), 0.5, 1e-9);
+}
+
 }  // namespace
 
 }  // namespace tarv
