@@ -11,39 +11,14 @@
 #include <vector>
 
 #include "Benchmarks/Times.h"
+#include "Benchmarks/ViewCosts.h"
 #include "CPlainEditor.h"
-#include "UI/Views/CFrame.h"
-#include "UI/Views/CPicture.h"
 
 namespace tarv {
 namespace {
 
 constexpr int32_t kRounds = 300;
 constexpr const char* kDemonstration = "Definitions/Demonstration/Demonstration.xml";
-
-/// Prints a ratio and its limit, and fails above it.
-void checkLimit(benchmark::State& state, const char* name, double ratio, double limit) {
-    state.counters[name] = ratio;
-    state.counters[std::string(name) + "_limit"] = limit;
-    if (ratio > limit) {
-        std::fprintf(stderr, "ABOVE ITS LIMIT: %s %.3f, limit %.3f\n", name, ratio, limit);
-    }
-}
-
-/// A plain copy of pixels between two buffers.
-class CPlainCopy {
-public:
-    explicit CPlainCopy(int64_t pixels) : source_(static_cast<size_t>(pixels), 0x123456), target_(source_.size()) {}
-    void run() {
-        std::copy(source_.begin(), source_.end(), target_.begin());
-        benchmark::DoNotOptimize(target_.data());
-        benchmark::ClobberMemory();
-    }
-
-private:
-    std::vector<CPixel> source_;
-    std::vector<CPixel> target_;
-};
 
 /// A plain copy of a rectangle of one bitmap into another, as wide as tiles of the window are.
 class CRectangleCopy {
@@ -64,33 +39,6 @@ private:
     CLinearBitmap source_;
     CLinearBitmap target_;
 };
-
-int64_t pixelsOf(const CViewRect& rect) {
-    const CIntRect pixels = CSector::pixelsOf(rect);
-    return pixels.isEmpty() ? 0 : int64_t{pixels.width()} * pixels.height();
-}
-
-/// Pixels that the pictures and colours of a view and of all below it cover, clipped.
-int64_t drawnPixels(const CView& view) {
-    int64_t pixels = 0;
-    if (view.isShown() && view.imageSet()) {
-        uint32_t first = 0;
-        uint32_t last = 0;
-        const bool isStretched =
-            view.imageSet()->findRange(view.imageRange(), first, last) && last - first + 1 == CFramePieces::kPieces;
-        const bool isRepeated = view.getAttrString("image-alignment").isEmpty() && dynamic_cast<const CPicture*>(&view);
-        const CImage* image = view.currentImage();
-        const int64_t own = image ? int64_t{image->getWidth()} * image->getHeight() : 0;
-        pixels += isStretched || isRepeated ? pixelsOf(view.visibleRect()) : own;
-    } else if (view.isShown() && !view.getAttrString("color").isEmpty()) {
-        pixels += pixelsOf(view.visibleRect());
-    }
-    for (const CObject* child : view.children()) {
-        const auto* below = dynamic_cast<const CView*>(child);
-        pixels += below ? drawnPixels(*below) : 0;
-    }
-    return pixels;
-}
 
 void mustOpen(CPlainEditor& editor, double scale) {
     const std::string failure = editor.open(std::string(TARV_SOURCE_DIR "/") + kDemonstration, scale);
