@@ -352,15 +352,16 @@ bool CInputRouter::refreshHint() {
         }
         view = hintView_;
     }
-    static const CString kNone;
-    const CString& text = view ? view->hint() : kNone;
-    if (!(text == hint_)) {
-        hint_ = text;
-        const CCall call(*this);  // what follows the status line may do anything
-        window_.setHint(hint_);
-        return call.isAlive();
+    const CString& text = view ? view->hint() : kNoHint;
+    const bool isPlain = view && view->isHintPlain();
+    if (text == hint_ && isPlain == isHintPlain_) {
+        return true;
     }
-    return true;
+    hint_ = text;
+    isHintPlain_ = isPlain;
+    const CCall call(*this);  // what follows the status line may do anything
+    isPlain ? window_.setPlainHint(hint_) : window_.setHint(hint_);
+    return call.isAlive();
 }
 
 void CInputRouter::hintChanged(CViewBaseCtlEvents&) {

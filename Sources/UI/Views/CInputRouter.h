@@ -152,6 +152,8 @@ private:
     CViewBaseCtlEvents* hintHit_ = nullptr;
     CViewBaseCtlEvents* hintView_ = nullptr;
     CString hint_;
+    bool isHintPlain_ = false;
+    inline static const CString kNoHint;
 };
 
 }  // namespace tarv

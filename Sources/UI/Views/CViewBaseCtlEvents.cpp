@@ -150,6 +150,11 @@ bool CViewBaseCtlEvents::childrenAreClickThrough() const {
     return view && view->childClickThrough_ == CInherited::Yes;
 }
 
+bool CViewBaseCtlEvents::isHintPlain() const {
+    const auto found = attributes().find("hint");
+    return found != attributes().end() && found->second.isPlain();
+}
+
 bool CViewBaseCtlEvents::isDisabled() const {
     const CViewBaseCtlEvents* view = this;
     while (view && !view->isDisabled_ && !view->isInactive_) {

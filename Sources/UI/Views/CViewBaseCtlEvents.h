@@ -77,6 +77,8 @@ public:
     /// `is-disabled` of this view or an ancestor, or one that is inactive: takes no input.
     bool isDisabled() const;
     const CString& hint() const { return getAttrString("hint"); }
+    /// The hint was set plain: it has no marks.
+    bool isHintPlain() const;
     /// isDisabled may be another one, for this view or through an ancestor. Overrides call their base's.
     virtual void disabledChanged();
     /// The parent where it takes input too, or null.

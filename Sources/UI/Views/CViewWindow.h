@@ -25,6 +25,8 @@ public:
     virtual void setKeyFocusView(CViewBase* view) = 0;
     /// The line of the status bar; empty for none.
     virtual void setHint(const CString& hint) = 0;
+    /// The same of a text without marks, as one with a name that a user has typed.
+    virtual void setPlainHint(const CString& hint) { setHint(hint); }
     virtual void setCursor(CCursorShape shape) = 0;
     /// Null in a window that takes no input.
     virtual CInputListener* input() { return nullptr; }

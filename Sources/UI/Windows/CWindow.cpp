@@ -168,8 +168,9 @@ CError* CWindow::keyFocusViewChanged() {
     return nullptr;
 }
 
-void CWindow::setHint(const CString& hint) {
+void CWindow::takeHint(const CString& hint, bool isPlain) {
     hint_ = hint;
+    isHintPlain_ = isPlain;
     refreshHint();
 }
 
@@ -182,8 +183,12 @@ void CWindow::refreshHint() {
     CObject* label = status->findChild("label");
     CObject& target = label ? *label : *status;
     const CString text = shared_->isShowHints() ? hint_ : CString();
-    if (!(target.getAttrString("title") == text)) {
-        TARV_CONSUME(target.setAttribute("title", text));
+    const CAttributeValue title =
+        isHintPlain_ ? CAttributeValue::fromPlainString(text) : CAttributeValue::fromString(text);
+    const auto shown = target.attributes().find("title");
+    if (shown == target.attributes().end() || shown->second.isPlain() != isHintPlain_ ||
+        !(shown->second.asString() == text)) {
+        TARV_CONSUME(target.setAttribute("title", title));
     }
 }
 

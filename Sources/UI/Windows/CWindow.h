@@ -104,7 +104,8 @@ public:
     double now() const override { return now_; }
     CViewBase* keyFocusView() const override { return router_.keyFocus(); }
     void setKeyFocusView(CViewBase* view) override;
-    void setHint(const CString& hint) override;
+    void setHint(const CString& hint) override { takeHint(hint, false); }
+    void setPlainHint(const CString& hint) override { takeHint(hint, true); }
     void setCursor(CCursorShape shape) override;
     CInputListener* input() override { return &router_; }
     CColorMixes* colorMixes() override;
@@ -196,6 +197,7 @@ private:
     bool isListened(const char* name) const;
     void pressBlocked();
     void showBlocker();
+    void takeHint(const CString& hint, bool isPlain);
     void beMainWindow(bool isOpened);
     bool flag(const char* name) const;
     double number(const char* name, double fallback) const;
@@ -214,6 +216,7 @@ private:
     CDrawLoad load_;
     CArray<CFailedView, 4> failedViews_;
     CString hint_;
+    bool isHintPlain_ = false;
     bool isPresented_ = false;
     bool isClosing_ = false;
     bool isEnding_ = false;

@@ -239,6 +239,21 @@ TEST_F(CWindowTest, TheHintIsShownInTheStatusLine) {
     EXPECT_EQ(at("window-status.label").getAttrString("title"), "Help");
 }
 
+TEST_F(CWindowTest, AHintThatWasSetPlainIsShownPlain) {
+    open({view("a", {{"placement", "left"}, {"width", "50"}, {"height", "full"}, {"hint", "[B]x"}}),
+          view("window-status", {{"placement", "bottom"}, {"height", "20"}}, {view("label", {{"title", "-"}})})},
+         {{"window-status-path", ".window-status"}});
+    const auto isPlain = [this] { return at("window-status.label").attributes().at("title").isPlain(); };
+    moveTo(20, 20);
+    EXPECT_FALSE(isPlain());
+    EXPECT_EQ(consumed(at("a").setAttributePlain("hint", "[B]x")), "");
+    EXPECT_TRUE(isPlain());
+    EXPECT_EQ(consumed(at("a").setAttributePlain("hint", "{y}")), "");
+    EXPECT_EQ(at("window-status.label").getAttrString("title"), "{y}");
+    EXPECT_EQ(consumed(at("a").setAttribute("hint", CString("[B]x"))), "");
+    EXPECT_FALSE(isPlain());
+}
+
 TEST_F(CWindowTest, TheTitleFollowsTheRootView) {
     open({}, {{"title", "Main"}});
     EXPECT_EQ(shown().title(), u"Main");
