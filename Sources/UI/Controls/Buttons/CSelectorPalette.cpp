@@ -26,7 +26,8 @@ void CSelectorPalette::prepareButton(int32_t index, CAttributeMap& attributes) c
 }
 
 CString CSelectorPalette::buttonHint(int32_t index) const {
-    return getAttrString("hint") + " [B]" + items()[index].title + "[/B]";
+    const CString& own = getAttrString("hint");
+    return (own.isEmpty() ? CString() : own + " ") + "[B]" + items()[index].title + "[/B]";
 }
 
 int32_t CSelectorPalette::indexOfText(const CString& text) const {

@@ -240,11 +240,12 @@ TEST_F(CSelectorTest, EachPaletteHasAnIconInItsOwnColours) {
     const auto& red = selector.button(4);
     EXPECT_EQ(red.findChild("inner")->getAttrString("color").toUtf8(), "PalIconRedInner");
     EXPECT_EQ(red.findChild("outer")->getAttrString("color").toUtf8(), "PalIconRedOuter");
-    EXPECT_EQ(red.hint().toUtf8(), " [B]Red[/B]");
+    EXPECT_EQ(red.hint().toUtf8(), "[B]Red[/B]");
     click(red);
     EXPECT_EQ(setting("local-data.ui-color-scheme", "palette-name"), "Red");
     EXPECT_EQ(shown(selector), "Blue Default Green Military [Red]");
-    EXPECT_EQ(dynamic_cast<CView&>(*red.findChild("outer")).imageRange().toUtf8(), "Active");
+    EXPECT_TRUE(dynamic_cast<CView&>(*red.findChild("ring")).isShown());
+    EXPECT_FALSE(dynamic_cast<CView&>(*selector.button(0).findChild("ring")).isShown());
     set(object("local-data.ui-color-scheme"), "palette-name", "Sepia");
     EXPECT_EQ(shown(selector), "Blue [Default] Green Military Red") << "no palette has that name";
     set(object("local-data.ui-color-scheme"), "palette-name", "Default");
