@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 
+#include "Audio/Engine/CAudioInterfaceBase.h"
 #include "Audio/Parameters/CAudioEnv.h"
 #include "Audio/Parameters/CAudioExtParam.h"
 #include "Audio/VST/CAudioWrapperVSTEditor.h"
@@ -221,6 +222,43 @@ TEST_F(CAudioWrapperVSTTest, ChannelLabelsComeFromTheHostsSpeakers) {
     }
     ASSERT_EQ(w.speakers().outputs().labelCount, 8);
     EXPECT_EQ(w.speakers().outputs().labels[7].length(), 64);
+}
+
+/// Keeps the last labels of outputs that the engine sent.
+class CLabelReader final : public CAudioInterfaceClientEnd {
+public:
+    CError* onProcessBaseData(CInputStream& stream) override {
+        uint32_t type = 0;
+        uint32_t kind = 0;
+        TARV_TRY(takeField(stream, type));
+        if (type == kData) {
+            TARV_TRY(takeField(stream, kind));
+        }
+        return type == kData && kind == static_cast<uint32_t>(CDataKind::OutputLabels) ? takeField(stream, labels)
+                                                                                       : nullptr;
+    }
+    const CString& errorContextName() const { return none_; }
+    CTextList labels;
+
+private:
+    CString none_;
+};
+
+TEST_F(CAudioWrapperVSTTest, EditorsGetTheLabelsOfTheHostsOutputs) {
+    CAudioWrapperVST& w = make();
+    auto& connector = dynamic_cast<CAudioInterfaceBaseConnectorVST&>(*w.interfaceBase()->connector());
+    CLabelReader reader;
+    ASSERT_GE(connector.addClient(reader), 0);
+    vst::SpeakerArrangement in{};
+    vst::SpeakerArrangement out{};
+    out.numChannels = 2;
+    out.speakers[0].type = vst::kSpeakerL;
+    std::strcpy(out.speakers[1].name, "Mine");
+    ASSERT_TRUE(w.setSpeakerArrangement(&in, &out));
+    ASSERT_EQ(reader.labels.count(), 2);
+    EXPECT_EQ(reader.labels[0], CString("L"));
+    EXPECT_EQ(reader.labels[1], CString("Mine"));
+    connector.removeClient(reader);
 }
 
 class CWheelEditor : public AEffEditor {
