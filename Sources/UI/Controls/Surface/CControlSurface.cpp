@@ -120,7 +120,9 @@ CError* CControlSurface::settingsChanged() {
     isUsingMargins_ = getAttrBool("is-use-margins");
     pointOpacity_ = getAttrRealOr("control-points-alpha", kPointsAlpha);
     findEditable();
-    return viewUpdated();
+    const CObjectWatch watch(*this);
+    CError* error = dragged_ ? cancelDragOf(*dragged_) : nullptr;
+    return error || !watch.isAlive() ? error : viewUpdated();
 }
 
 CError* CControlSurface::findAxis(const char* attribute, const CMinMax*& found) {
@@ -199,8 +201,11 @@ void CControlSurface::groupAdded(CControlSurfaceGroup& group) {
 }
 
 void CControlSurface::groupGone(CControlSurfaceGroup& group) {
+    if (dragged_ == &group) {
+        dragged_ = nullptr;
+        drag_.stop();
+    }
     if (editable_ == &group) {
-        drag_.end();
         hovered_ = -1;
         selected_ = -1;
     }
@@ -215,10 +220,10 @@ CError* CControlSurface::groupChanged(CControlSurfaceGroup& group) {
     if (!isFinished_) {
         return nullptr;
     }
-    const CControlSurfaceGroup* former = editable_;
     findEditable();
     const CObjectWatch watch(*this);
-    CError* error = former != editable_ || &group == editable_ ? cancelDragOf(group) : nullptr;
+    const bool isOver = dragged_ && (dragged_ == &group || dragged_ != editable_);
+    CError* error = isOver ? cancelDragOf(*dragged_) : nullptr;
     if (error || !watch.isAlive()) {
         return error;
     }

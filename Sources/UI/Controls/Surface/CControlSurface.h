@@ -89,6 +89,8 @@ public:
     CSurfacePlace placeOf(const CControlSurfaceGroup& group, int32_t index) const;
     /// Pixels of the bar of a point.
     CIntRect barRect(const CControlSurfaceGroup& group, int32_t index) const;
+    /// The same by the columns of that group.
+    CIntRect barRect(const CControlSurfaceGroup& group, int32_t index, const CSurfaceLayout& layout) const;
     /// What a point takes on the screen, with its glow.
     CViewRect shownRect(const CControlSurfaceGroup& group, int32_t index) const;
 
@@ -195,11 +197,13 @@ private:
     CRuler* typingRuler(int32_t point);
 
     // CControlSurfaceDrawing.cpp
-    void drawBars(const CControlSurfaceGroup& group, int32_t groupIndex);
+    bool isInClip(const CIntRect& column) const;
+    void drawPits(const CControlSurfaceGroup& group, const CSurfaceLayout& layout);
+    void drawBars(const CControlSurfaceGroup& group, int32_t groupIndex, const CSurfaceLayout& layout);
     void drawPoints(const CControlSurfaceGroup& group, int32_t groupIndex);
-    void drawPits(const CControlSurfaceGroup& group);
-    void drawBar(const CControlSurfaceGroup& group, int32_t index, const CColor& color);
-    void drawUnderlay(const CControlSurfaceGroup& group, int32_t index, const CColor& color);
+    void drawBar(const CControlSurfaceGroup& group, int32_t index, const CSurfaceLayout& layout, const CColor& color);
+    void drawUnderlay(const CControlSurfaceGroup& group, int32_t index, const CSurfaceLayout& layout,
+                      const CColor& color);
     void drawPart(CPart part, const CIntRect& box, const CColor& color, double opacity, const CIntRect& clip);
     const CColor* groupColor(int32_t groupIndex, bool isHovered) const;
     bool isMarked(const CControlSurfaceGroup& group, int32_t index) const;
@@ -210,6 +214,7 @@ private:
 
     CArray<CControlSurfaceGroup*, 4> groups_;
     CControlSurfaceGroup* editable_ = nullptr;
+    CControlSurfaceGroup* dragged_ = nullptr;  ///< whose points a press has taken; null behind its end
     const CMinMax* minMax_ = nullptr;
     const CMinMax* minMaxX_ = nullptr;
     const CMinMax* minMaxY_ = nullptr;

@@ -1,6 +1,7 @@
 // What a press does to the points that it takes: drag, stroke, reset, erasure.
 
 #include <algorithm>
+#include <utility>
 
 #include "Core/CObjectWatch.h"
 #include "UI/Binding/CUIParam.h"
@@ -23,6 +24,7 @@ CError* CControlSurface::pressPoint(int32_t point, const CSurfacePointer& pointe
     if (point < 0) {
         return nullptr;
     }
+    dragged_ = editable_;
     drag_.begin(mode, point, pointer);
     const CObjectWatch watch(*this);
     CError* error = gesture_.begin();
@@ -33,9 +35,9 @@ CError* CControlSurface::pressPoint(int32_t point, const CSurfacePointer& pointe
         return paintTo(pointer);
     }
     for (int32_t i = 0; i < drag_.pointCount(); ++i) {
-        const CControlSurfaceGroup::CPoint& start = editable_->point(point + i);
+        const CControlSurfaceGroup::CPoint& start = dragged_->point(point + i);
         drag_.setStart(i, {start.x, axisX_.position(start.x)}, {start.y, axisY_.position(start.y)});
-        editable_->hold(point + i);
+        dragged_->hold(point + i);
     }
     return touchHeld();
 }
@@ -44,7 +46,7 @@ CError* CControlSurface::pressPoint(int32_t point, const CSurfacePointer& pointe
 CError* CControlSurface::touchHeld() {
     const CObjectWatch watch(*this);
     for (const CRole role : {CRole::X, CRole::Y}) {
-        CUIParam* param = moves(role) ? editable_->param(role) : nullptr;
+        CUIParam* param = moves(role) ? dragged_->param(role) : nullptr;
         CError* error = param ? gesture_.touch(*param, drag_.point(), drag_.pointCount()) : nullptr;
         if (error || !watch.isAlive() || !drag_.isActive()) {
             return error;
@@ -55,15 +57,15 @@ CError* CControlSurface::touchHeld() {
 
 bool CControlSurface::moves(CRole role) const {
     if (isSliderMode_) {
-        return role == editable_->barRole();
+        return role == dragged_->barRole();
     }
-    return !(role == CRole::X ? editable_->isFixedX() : editable_->isFixedY());
+    return !(role == CRole::X ? dragged_->isFixedX() : dragged_->isFixedY());
 }
 
 /// From the values at the start, so that no rounding adds up.
 void CControlSurface::moveHeld() {
-    const CSurfaceLayout layout = layoutOf(*editable_);
-    const bool isRow = isSliderMode_ && !editable_->isVertical();
+    const CSurfaceLayout layout = layoutOf(*dragged_);
+    const bool isRow = isSliderMode_ && !dragged_->isVertical();
     const double width = isRow ? layout.rangeLength() : innerBox().width();
     const double height = layout.rangeLength();
     const int32_t count = drag_.pointCount();
@@ -82,18 +84,18 @@ void CControlSurface::moveHeld() {
 void CControlSurface::setTo(CRole role, int32_t point, const CSurfaceDrag::CStart& start, double moved) {
     const CSurfaceAxis& axis = this->axis(role);
     const double value = moved == 0.0 ? start.value : axis.clamp(axis.value(start.position + moved));
-    const double allowed = moved == 0.0 ? value : axis.clamp(editable_->allowed(role, point, value));
-    editable_->setValue(role, point, allowed);
+    const double allowed = moved == 0.0 ? value : axis.clamp(dragged_->allowed(role, point, value));
+    dragged_->setValue(role, point, allowed);
 }
 
 /// Each bar between the last place and this one takes the height of the line between both.
 CError* CControlSurface::paintTo(const CSurfacePointer& pointer) {
-    const CSurfaceLayout layout = layoutOf(*editable_);
+    const CSurfaceLayout layout = layoutOf(*dragged_);
     const CSurfacePointer from = drag_.last();
     drag_.moveTo(pointer, 1.0);
     const int32_t first = layout.nearestColumn(from.x, from.y);
     const int32_t last = layout.nearestColumn(pointer.x, pointer.y);
-    const CRole role = editable_->barRole();
+    const CRole role = dragged_->barRole();
     const double start = layout.across(from.x, from.y);
     const double way = layout.across(pointer.x, pointer.y) - start;
     for (int32_t i = std::min(first, last); i >= 0 && i <= std::max(first, last); ++i) {
@@ -103,8 +105,8 @@ CError* CControlSurface::paintTo(const CSurfacePointer& pointer) {
         // The bar that the stroke leaves keeps what it has, unless the stroke has just begun.
         if (i != first || first == last) {
             const double value = axis(role).value(layout.position(begin + (end - begin) * part));
-            editable_->hold(i);
-            editable_->setValue(role, i, axis(role).clamp(editable_->allowed(role, i, axis(role).clamp(value))));
+            dragged_->hold(i);
+            dragged_->setValue(role, i, axis(role).clamp(dragged_->allowed(role, i, axis(role).clamp(value))));
         }
     }
     return last >= 0 ? setHovered(last) : nullptr;
@@ -112,7 +114,7 @@ CError* CControlSurface::paintTo(const CSurfacePointer& pointer) {
 
 /// Out of the timer: what was moved since the last time goes as one change.
 CError* CControlSurface::timerTick() {
-    return editable_ && drag_.isActive() && editable_->hasPending() ? editable_->deliver(gesture_) : nullptr;
+    return dragged_ && drag_.isActive() && dragged_->hasPending() ? dragged_->deliver(gesture_) : nullptr;
 }
 
 /// What was moved stands, and is sent.
@@ -120,10 +122,11 @@ CError* CControlSurface::endDrag() {
     const bool wasActive = drag_.isActive();
     drag_.end();
     if (!wasActive) {
+        dragged_ = nullptr;
         return nullptr;
     }
     const CObjectWatch watch(*this);
-    CError* error = editable_ ? editable_->deliver(gesture_) : nullptr;
+    CError* error = dragged_ ? dragged_->deliver(gesture_) : nullptr;
     if (!watch.isAlive()) {
         return error;
     }
@@ -132,8 +135,8 @@ CError* CControlSurface::endDrag() {
         delete ended;
     }
     error = error ? error : ended;
-    if (watch.isAlive() && editable_) {
-        editable_->release();
+    if (watch.isAlive() && dragged_) {
+        std::exchange(dragged_, nullptr)->release();
     }
     return error;
 }
@@ -143,20 +146,20 @@ void CControlSurface::onGestureCancelled(CParamGesture&) {
     if (drag_.isActive()) {
         drag_.stop();
     }
-    if (editable_) {
-        editable_->release();
+    if (dragged_) {
+        dragged_->release();
     }
 }
 
 CError* CControlSurface::cancelDragOf(CControlSurfaceGroup& group) {
-    if (&group != editable_ || !drag_.isActive()) {
+    if (&group != dragged_ || !drag_.isActive()) {
         return nullptr;
     }
     drag_.stop();
     const CObjectWatch watch(*this);
     CError* error = gesture_.end();
-    if (watch.isAlive() && editable_) {
-        editable_->release();
+    if (watch.isAlive() && dragged_) {
+        dragged_->release();
     }
     return error;
 }

@@ -62,7 +62,11 @@ CSurfacePlace CControlSurface::placeOf(const CControlSurfaceGroup& group, int32_
 }
 
 CIntRect CControlSurface::barRect(const CControlSurfaceGroup& group, int32_t index) const {
-    const CSurfaceLayout layout = layoutOf(group);
+    return barRect(group, index, layoutOf(group));
+}
+
+CIntRect CControlSurface::barRect(const CControlSurfaceGroup& group, int32_t index,
+                                  const CSurfaceLayout& layout) const {
     const CSurfaceAxis& axis = this->axis(group.barRole());
     return layout.bar(index, layout.pixel(axis.position(axis.zero())),
                       layout.pixel(axis.position(axis.clamp(group.barValue(index)))));
@@ -139,14 +143,14 @@ CError* CControlSurface::draw() {
         ground = groups_[i]->isVisible() ? groups_[i] : nullptr;
     }
     if (isSliderMode_ && ground) {
-        drawPits(*ground);
+        drawPits(*ground, layoutOf(*ground));
     }
     for (int32_t i = 0; i < groups_.count(); ++i) {
         if (!groups_[i]->isVisible()) {
             continue;
         }
         if (isSliderMode_) {
-            drawBars(*groups_[i], i);
+            drawBars(*groups_[i], i, layoutOf(*groups_[i]));
         } else {
             drawPoints(*groups_[i], i);
         }
@@ -154,11 +158,22 @@ CError* CControlSurface::draw() {
     return nullptr;
 }
 
-void CControlSurface::drawPits(const CControlSurfaceGroup& group) {
-    const CSurfaceLayout layout = layoutOf(group);
+/// Of a column with what overhangs it. Most of what is drawn anew is one bar.
+bool CControlSurface::isInClip(const CIntRect& column) const {
+    const CIntRect& clip = target().clip;
+    const int32_t x = target().originX;
+    const int32_t y = target().originY;
+    return column.left - overhang_.left < clip.right + x && column.right + overhang_.right > clip.left + x &&
+           column.top - overhang_.top < clip.bottom + y && column.bottom + overhang_.bottom > clip.top + y;
+}
+
+void CControlSurface::drawPits(const CControlSurfaceGroup& group, const CSurfaceLayout& layout) {
     for (int32_t i = 0; i < group.count() && layout.pitch() > 0; ++i) {
         const CIntRect pit = layout.pit(i);
         const CColor* color = classColor(i == hovered_ ? kPitHover : kPit);
+        if (!isInClip(pit)) {
+            continue;
+        }
         if (color) {
             drawPart(Pit, pit, *color, 1.0, target().clip);
         }
@@ -169,27 +184,31 @@ void CControlSurface::drawPits(const CControlSurfaceGroup& group) {
     }
 }
 
-void CControlSurface::drawBars(const CControlSurfaceGroup& group, int32_t groupIndex) {
-    const CSurfaceLayout layout = layoutOf(group);
+void CControlSurface::drawBars(const CControlSurfaceGroup& group, int32_t groupIndex, const CSurfaceLayout& layout) {
     for (int32_t i = 0; i < group.count() && layout.pitch() > 0; ++i) {
+        const CIntRect pit = layout.pit(i);
+        if (!isInClip(pit)) {
+            continue;
+        }
         const CColor* color = groupColor(groupIndex, i == hovered_);
         if (color && group.isEditable()) {
-            drawBar(group, i, *color);
+            drawBar(group, i, layout, *color);
         } else if (color) {
-            drawUnderlay(group, i, *color);
+            drawUnderlay(group, i, layout, *color);
         }
         const CColor* line = isMarked(group, i) ? classColor(kSelectLine) : nullptr;
         if (line) {
-            drawPart(Select, layout.pit(i), *line, 1.0, target().clip);
+            drawPart(Select, pit, *line, 1.0, target().clip);
         }
     }
 }
 
-void CControlSurface::drawBar(const CControlSurfaceGroup& group, int32_t index, const CColor& color) {
+void CControlSurface::drawBar(const CControlSurfaceGroup& group, int32_t index, const CSurfaceLayout& layout,
+                              const CColor& color) {
     const CSurfaceAxis& axis = this->axis(group.barRole());
     const bool isDown = group.isVertical() && group.barValue(index) < axis.zero();
     const CPart part = !group.isVertical() ? BarRight : isDown ? BarDown : Bar;
-    const CIntRect bar = barRect(group, index);
+    const CIntRect bar = barRect(group, index, layout);
     CIntRect box = bar;
     CIntRect clip = target().clip;
     // The end at the value is drawn whole also where the bar is shorter: the rest of its picture is clipped.
@@ -208,13 +227,13 @@ void CControlSurface::drawBar(const CControlSurfaceGroup& group, int32_t index, 
 }
 
 /// Flat, so that it doesn't read as the setting; its opacity is that of a colour of its own.
-void CControlSurface::drawUnderlay(const CControlSurfaceGroup& group, int32_t index, const CColor& color) {
+void CControlSurface::drawUnderlay(const CControlSurfaceGroup& group, int32_t index, const CSurfaceLayout& layout,
+                                   const CColor& color) {
     const CColor* strength = classColor(kUnderlay);
     const CSurfaceAxis& axis = this->axis(group.barRole());
-    const CSurfaceLayout layout = layoutOf(group);
     const int32_t zero = layout.pixel(axis.position(axis.zero()));
     const int32_t end = layout.pixel(axis.position(axis.clamp(group.barValue(index))));
-    CIntRect box = barRect(group, index);
+    CIntRect box = barRect(group, index, layout);
     if (zero != end && strength) {
         const bool isDown = group.isVertical() && end > zero;
         drawPart(isDown ? UnderlayDown : Underlay, box, color, strength->opacity, target().clip);

@@ -118,6 +118,9 @@ CError* CControlSurface::mousePress(CAttributeMap& params) {
     if (error || !watch.isAlive()) {
         return error;
     }
+    if (!editable_ || point >= editable_->count()) {
+        return nullptr;
+    }
     if (point >= 0 && isDouble && editable_->isEraseable()) {
         return erasePoint(point);
     }

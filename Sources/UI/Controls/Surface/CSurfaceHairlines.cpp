@@ -34,13 +34,13 @@ CError* CSurfaceHairlines::draw() {
             if (set.lines.isVertical) {
                 const auto x = static_cast<int32_t>(std::lround(box.left + position * box.width()));
                 const int32_t pixel = std::clamp(x, box.left, std::max(box.left, box.right - 1));
-                drawLine({pixel, box.top, pixel + 1, box.bottom}, *color);
+                drawLine({pixel, box.top, pixel + 1, box.bottom}, layout, *color);
             } else {
                 const int32_t pixel =
                     layout.isVertical()
                         ? layout.linePixel(position)
                         : static_cast<int32_t>(std::lround(box.bottom - 1 - position * (box.height() - 1)));
-                drawLine({box.left, pixel, box.right, pixel + 1}, *color);
+                drawLine({box.left, pixel, box.right, pixel + 1}, layout, *color);
             }
         }
     }
@@ -48,17 +48,23 @@ CError* CSurfaceHairlines::draw() {
 }
 
 /// In pieces between the bars.
-void CSurfaceHairlines::drawLine(const CIntRect& line, const CColor& color) {
+void CSurfaceHairlines::drawLine(const CIntRect& line, const CSurfaceLayout& layout, const CColor& color) {
     const auto& surface = static_cast<const CControlSurface&>(*parentView());
     const CControlSurfaceGroup* bars = surface.isSliderMode() ? surface.editableGroup() : nullptr;
-    const CIntRect& clip = target().clip;
+    const CIntRect seen = line.intersection(target().clip.moved(target().originX, target().originY));
+    if (seen.isEmpty()) {
+        return;
+    }
     const auto fill = [&](const CIntRect& rect) {
-        target().bitmap->fillRect(rect.moved(-target().originX, -target().originY).intersection(clip), color, 1.0);
+        target().bitmap->fillRect(rect.moved(-target().originX, -target().originY), color, 1.0);
     };
     const bool isLevel = line.width() >= line.height();
-    CIntRect rest = line;
+    CIntRect rest = seen;
     for (int32_t i = 0; bars && i < bars->count(); ++i) {
-        const CIntRect covered = surface.barRect(*bars, i).intersection(rest);
+        if (layout.column(i).intersection(rest).isEmpty()) {
+            continue;
+        }
+        const CIntRect covered = surface.barRect(*bars, i, layout).intersection(rest);
         if (covered.isEmpty()) {
             continue;
         }

@@ -4,6 +4,8 @@
 
 namespace tarv {
 
+class CSurfaceLayout;
+
 /// The lines that rulers put across a surface (`ui:surface-hairlines`), a child of it: one device pixel each, in the
 /// view's colour, that at zero in `GraphZero`. Bars hide them. Decorative unless `is-decorative` is "false". Thread:
 /// that of the window.
@@ -18,7 +20,7 @@ protected:
     CString classColorText(int32_t) const override { return "GraphZero"; }
 
 private:
-    void drawLine(const CIntRect& line, const CColor& color);
+    void drawLine(const CIntRect& line, const CSurfaceLayout& layout, const CColor& color);
 };
 
 }  // namespace tarv

@@ -227,5 +227,27 @@ TEST_F(SurfaceDrag, AnUndoDuringADragEndsItAndTheOldValueStands) {
     release();
 }
 
+TEST_F(SurfaceDrag, AGroupThatIsTakenFromTheHandEndsIt) {
+    for (const char* attribute : {"is-editable", "is-visible"}) {
+        press(3);
+        moveBy(0, 25);
+        advance();
+        const double shownThen = bar(3);
+        set("main-window.surface.sliders", attribute, "false");
+        moveBy(0, 25);
+        advance();
+        EXPECT_NEAR(bar(3), shownThen, kRounding) << attribute;
+        release();
+        set("main-window.surface.sliders", attribute, "true");
+        advance(1.0);
+    }
+    press(3);
+    moveBy(0, 25);
+    set("main-window.surface", "is-slider-mode", "false");
+    moveBy(0, 25);
+    EXPECT_FALSE(surface().isDragging());
+    release();
+}
+
 }  // namespace
 }  // namespace tarv

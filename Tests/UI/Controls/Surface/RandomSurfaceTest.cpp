@@ -87,7 +87,7 @@ protected:
 TEST_F(RandomSurface, WhateverHandsAndHostsDoTheBarsEndAsTheEngineHasThem) {
     open(views());
     const bool isLong = std::getenv("TARV_LONG") != nullptr;
-    for (int round = 0; round < (isLong ? 500 : 12); ++round) {
+    for (int round = 0; round < (isLong ? 4000 : 12); ++round) {
         for (int i = 0; i < 60; ++i) {
             step();
         }
