@@ -152,8 +152,13 @@ bool CRuler::animate(double now) {
         }
         tries_ = tries;
     }
-    const bool isMoving = CView::animate(now);
-    return isMoving || (!isBound_ && tries_ < kTries);
+    const bool isFollowing = hasReadouts() && isInColumns();
+    const CObjectWatch watch(*this);
+    if (isFollowing) {
+        followReadouts();
+    }
+    const bool isMoving = watch.isAlive() && CView::animate(now);
+    return watch.isAlive() && (isMoving || isFollowing || (!isBound_ && tries_ < kTries));
 }
 
 CView* CRuler::ruledView() const {

@@ -33,7 +33,8 @@ class CMinMax;
 ///   bridge, group-selector, tab-group, accept-chars, virtual-keyboard-minus-char   given to labels where they are
 ///                         there, as full names; a label gets the `element` of its position
 /// The label of a hovered point has the state `hilite`. Labels that don't fit beside each other have numbers in
-/// thousands, and if these don't fit either, only every second one and the hovered one show.
+/// thousands (readouts their short text, `format-id` `knob-circle`), and if these don't fit either, only every second
+/// one and the hovered one show.
 class CRuler : public CView {
 public:
     ~CRuler() override;
@@ -86,6 +87,9 @@ private:
     [[nodiscard]] CError* updateLines();
     void addPath(CAttributeMap& attributes, const char* name) const;
     [[nodiscard]] CError* setTexts(bool isShort);
+    [[nodiscard]] CError* setReadoutForms(bool isShort);
+    bool hasReadouts() const;
+    void followReadouts();
     bool fits(int32_t pitch) const;
     [[nodiscard]] CError* chooseTexts(int32_t pitch);
     void placeLabels();
@@ -104,7 +108,9 @@ private:
     bool isBound_ = false;
     bool isFinished_ = false;
     bool isShort_ = false;
-    int32_t fittedPitch_ = 0;  ///< of the columns that the texts were chosen for
+    CString readoutForm_;        ///< of readouts, where they are not short
+    double readoutWidth_ = 0.0;  ///< of all their texts
+    int32_t fittedPitch_ = 0;    ///< of the columns that the texts were chosen for
     int32_t tries_ = 0;
     int32_t hovered_ = -1;
     CArray<double, 16> values_;  ///< of the labels, where they stand at values

@@ -111,10 +111,30 @@ CError* CRuler::makeLabel(int32_t index) {
     return nullptr;
 }
 
-/// A readout shows the value that it is bound to, the others what the ruler says.
+/// A readout shows the value that it is bound to, in its own form or in the short one.
+CError* CRuler::setReadoutForms(bool isShort) {
+    static const CString kForm("format-id");
+    static const CString kShortForm("knob-circle");
+    const CObjectWatch watch(*this);
+    for (int32_t i = 0; i < labels_.count(); ++i) {
+        const CString form = labels_[i]->getAttrString(kForm);
+        if ((form == kShortForm) == isShort) {
+            continue;
+        }
+        readoutForm_ = isShort ? form : readoutForm_;
+        CError* error = labels_[i]->setAttribute(kForm, isShort                  ? kShortForm
+                                                        : readoutForm_.isEmpty() ? "normal"
+                                                                                 : readoutForm_);
+        if (error || !watch.isAlive()) {
+            return error;
+        }
+    }
+    return nullptr;
+}
+
 CError* CRuler::setTexts(bool isShort) {
-    if (!getAttrString("bridge").isEmpty()) {
-        return nullptr;
+    if (hasReadouts()) {
+        return setReadoutForms(isShort);
     }
     static const CString kTitle("title");
     const CObjectWatch watch(*this);
@@ -129,6 +149,22 @@ CError* CRuler::setTexts(bool isShort) {
         }
     }
     return nullptr;
+}
+
+bool CRuler::hasReadouts() const {
+    return !getAttrString("bridge").isEmpty();
+}
+
+/// Texts of readouts become others without a change of the ruler: it looks at each render tick.
+void CRuler::followReadouts() {
+    double width = 0.0;
+    for (const CView* label : labels_) {
+        width = width * 2.0 + label->area().value(CViewCell::ContentWidth);
+    }
+    if (width != readoutWidth_) {
+        readoutWidth_ = width;
+        placeLabels();
+    }
 }
 
 /// No label reaches into the one beside it.

@@ -267,6 +267,26 @@ TEST_F(Ruler, LabelsThatDoNotFitAreShortThenEverySecondAndTheHoveredOneIsWhole) 
     EXPECT_TRUE(ruler().label(1)->isShown());
 }
 
+TEST_F(Ruler, ReadoutsThatDoNotFitShowTheirShortTextThenEverySecond) {
+    open(bands("ruler=\"^ruler\"") + titleRuler(kFrequencies, "bridge=\"ui.gains\""));
+    const auto show = [&](const std::string& value) {
+        for (int32_t i = 0; i < 7; ++i) {
+            set("main-window.ruler." + ruler().label(i)->name().toUtf8(), "title", value);
+        }
+        advance();
+    };
+    show("-12.0");
+    EXPECT_NE(ruler().label(3)->getAttrString("format-id"), CString("knob-circle"));
+    show("-12345.0");
+    EXPECT_EQ(ruler().label(3)->getAttrString("format-id"), CString("knob-circle"));
+    EXPECT_FALSE(ruler().label(3)->isShown());
+    show("-12");
+    EXPECT_TRUE(ruler().label(3)->isShown());
+    set("main-window.surface", "width", "300");
+    advance();
+    EXPECT_EQ(ruler().label(3)->getAttrString("format-id"), CString("normal"));
+}
+
 TEST_F(Ruler, TitlesMayStandAtTheirValues) {
     open(bands() + R"(<ui:value-list-manual name="titles"><core:object name="content" title="-12"/>
                         <core:object name="content" title="3"/></ui:value-list-manual>)" +
