@@ -106,6 +106,59 @@ TEST_F(Bands, TheCurveIsScaledInvertedAndReset) {
     }
 }
 
+TEST_F(Bands, EachValueIsTypedAndTabGoesOn) {
+    for (const CViewRow& row : kViews) {
+        const std::string ruler = std::string("c.") + row.view + ".cs-sliders.ruler-values";
+        click(label(ruler, 0));
+        for (int32_t band = 0; band < kBands; ++band) {
+            system_.input().type(u"-" + std::u16string(1, static_cast<char16_t>(u'1' + band)) + u",5");
+            tap(kKeyTab);
+        }
+        tap(kKeyEscape);
+        for (int32_t band = 0; band < kBands; ++band) {
+            EXPECT_NEAR(decibels(kGains, row.group, band), -1.5 - band, 1e-9) << row.view << band;
+        }
+    }
+}
+
+TEST_F(Bands, EachFrequencyIsTyped) {
+    for (const CViewRow& row : kViews) {
+        for (int32_t band = 0; band < kBands; ++band) {
+            click(label(std::string("c.") + row.view + ".cs-sliders.ruler-freqs", band));
+            type(u"1" + std::u16string(1, static_cast<char16_t>(u'0' + band)) + u"0");
+            EXPECT_NEAR(engine(kFrequencies, row.group, band), 100.0 + 10.0 * band, 1e-6) << row.view << band;
+        }
+    }
+    click(label("c.xeq1.cs-sliders.ruler-freqs", 3));
+    type(u"1.2K");
+    EXPECT_NEAR(engine(kFrequencies, 0, 3), 1200.0, 1e-6);
+}
+
+TEST_F(Bands, TheOutputGainsAreDraggedTurnedResetAndTyped) {
+    for (const CViewRow& row : kViews) {
+        const std::string view = std::string("c.") + row.view + ".cs-gain.";
+        const std::string parameter = number(row.firstParameter + kBands);
+        heard();
+        drag(view + "control-surface", 0, -25);
+        EXPECT_NEAR(decibels(kOutput, row.group), pixelsToDecibels(view + "control-surface", 25), 1e-9) << row.view;
+        EXPECT_EQ(heardGestures(), "begin " + parameter + ", automate " + parameter + ", end " + parameter);
+        doubleClick(view + "control-surface");
+        EXPECT_NEAR(decibels(kOutput, row.group), 0.0, 1e-9) << row.view;
+        wheel(view + "control-surface", -1.0);
+        EXPECT_NEAR(decibels(kOutput, row.group), -0.5, 1e-9) << row.view;
+        click(label(view + "ruler-values", 0));
+        type(u"+2 dB");
+        EXPECT_NEAR(decibels(kOutput, row.group), 2.0, 1e-9) << row.view;
+    }
+}
+
+TEST_F(Bands, WhatTheHostAutomatesShows) {
+    effect_->setParameter(effect_, 4, 0.75F);
+    wait();
+    EXPECT_EQ(at<CTextView>(label("c.xeq1.cs-sliders.ruler-values", 3)).paragraphText(0).toUtf8(), "6.0");
+    EXPECT_EQ(heard(), "");
+}
+
 }  // namespace
 
 }  // namespace tarv

@@ -117,6 +117,13 @@ TEST_F(TitleAndButtons, BothStatesAreSwitchedCopiedAndReset) {
     EXPECT_NEAR(decibels(kGains, 0, 0), 0.5, 1e-9);
 }
 
+TEST_F(TitleAndButtons, TheInstancesNameIsTyped) {
+    click("window-title.instance-name.readout");
+    type(u"Drums [B]");
+    EXPECT_EQ(engineText("instance-name"), "Drums [B]");
+    EXPECT_EQ(at<CTextView>("window-title.instance-name.readout").paragraphText(0).toUtf8(), "Drums [B]");
+}
+
 }  // namespace
 
 }  // namespace tarv
