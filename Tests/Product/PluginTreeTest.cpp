@@ -21,7 +21,7 @@ const CAttributeRow kProject[] = {
     {"app-vendor-code", "Trvl"},
     {"app-version", "1.8"},
     {"app-desc", "Harmonically-enhanced 7-band equalizer."},
-    {"has-editor", "false"},
+    {"has-editor", "true"},
     {"window-width", "640"},
     {"window-height", "400"},
 };

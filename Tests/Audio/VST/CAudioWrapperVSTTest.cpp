@@ -306,7 +306,7 @@ TEST_F(CAudioWrapperVSTTest, TheEditorHasTheProjectsSizeAndFailsToOpenWithoutAWi
     EXPECT_FALSE(editor.open(&window));
     EXPECT_FALSE(editor.isOpen());
     editor.close();
-    EXPECT_FALSE(w.getAeffect()->flags & vst::kFlagHasEditor);
+    EXPECT_TRUE(w.getAeffect()->flags & vst::kFlagHasEditor);
 }
 
 TEST_F(CAudioWrapperVSTTest, TheEditorsRectangleFollowsTheChosenScaleWhileNoEditorIsOpen) {
