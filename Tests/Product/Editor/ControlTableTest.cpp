@@ -51,6 +51,7 @@ constexpr CControlRow kControls[] = {
     {"ui.win-confirmation.c.buttons.*", "SettingsWindows.ResetAsksAndSetsAllBack"},
     {"ui.win-confirmation.window-title.close", "SettingsWindows.AQuestionIsAnsweredByKeys"},
     {"ui.win-channel-routing.window-title.close", "RoutingWindow.IsOneForAnEditorAndClosesByItsButton"},
+    {"ui.win-channel-routing.c.*.names", "RoutingWindow.NamesOpenTheirDialogs"},
     {"ui.win-channel-routing.c.*.fields.object*", "RoutingWindow.EachFieldIsChosenFromItsListAsOneStep"},
     {"ui.win-channel-routing.c.buttons.routing-presets*",
      "RoutingWindow.RoutingPresetsHaveTheirQuickListAndTheirManager"}};

@@ -58,6 +58,16 @@ TEST_F(Groups, TheBarsAreThoseOfTheChosenGroup) {
     EXPECT_NEAR(decibels(kGains, 0, 5), 0.0, 1e-9);
 }
 
+TEST_F(Groups, TheNextEditorShowsThemAgain) {
+    click(button(kSelectors[0], 5));
+    click(button(kSelectors[3], 2));
+    closeEditor();
+    openEditor();
+    EXPECT_EQ(shown("ui.groupsel-eq-a"), 5);
+    EXPECT_EQ(shown("ui.groupsel-eq-b"), 1);
+    EXPECT_EQ(shown("ui.groupsel-eq-bu"), 2);
+}
+
 TEST_F(Groups, AGroupIsCopiedToAnother) {
     setEngine(kGains, 0, 3, std::pow(10.0, 5.0 / 20.0));
     setEngine("modOutGain.gain", 0, 0, std::pow(10.0, 1.0 / 20.0));

@@ -60,6 +60,15 @@ TEST_F(RoutingWindow, RoutingPresetsHaveTheirQuickListAndTheirManager) {
     EXPECT_TRUE(exists("ui.win-preset-manager-routing"));
 }
 
+TEST_F(RoutingWindow, NamesOpenTheirDialogs) {
+    click(std::string(kWindow) + "input-routing.names");
+    EXPECT_TRUE(exists("ui.win-channel-label-setup"));
+    tap(kKeyEscape);
+    EXPECT_FALSE(exists("ui.win-channel-label-setup"));
+    click(std::string(kWindow) + "group-assignments.names");
+    EXPECT_TRUE(exists("ui.win-group-name-setup"));
+}
+
 TEST_F(RoutingWindow, TheManagerOfPresetsOpensByItsButton) {
     click("c.buttons.preset-manager");
     EXPECT_TRUE(exists("ui.win-preset-manager"));
