@@ -134,7 +134,7 @@ TEST_F(GraphicsLook, AnUnderlayIsFaintAndFlat) {
 TEST_F(GraphicsLook, StreaksAreSeenAndNoMore) {
     for (const char* palette : kPalettes) {
         draw("frame", "", color(palette, "Panel"), bitmap_.bounds());
-        draw("texture", "", color(palette, "PanelTexture"), bitmap_.bounds(), 0.2);
+        draw("texture", "", color(palette, "PanelTexture"), bitmap_.bounds());
         CPixel dark = middle();
         CPixel light = middle();
         for (int32_t y = 20; y < kSize - 20; ++y) {

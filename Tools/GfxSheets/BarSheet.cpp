@@ -181,7 +181,7 @@ bool writeBarSheet(CSheetResources& resources, const std::string& palette, const
     for (int i = 0; i < count; ++i) {
         const CBox panel{4 + i * kWidth, 4, kWidth - 4, kHeight - 4};
         canvas.frame("frame", "", "Panel", panel);
-        canvas.frame("texture", "", "PanelTexture", panel.inset(1), 0.2);
+        canvas.frame("texture", "", "PanelTexture", panel.inset(1));
         canvas.text("title", std::string("[B]") + kSettings[i].title + "[/B]", "Text",
                     {panel.x + 8, panel.y + 4, 200, 24});
         CSurface surface(canvas, canvas.pixels(panel.x + 48), canvas.pixels(panel.y + 50), kSettings[i]);

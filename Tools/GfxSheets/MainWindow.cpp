@@ -167,7 +167,7 @@ void equalizer(CSheetCanvas& canvas, const CBox& view, int number) {
     const int shown = number - 1;
     const int behind = 1 - shown;
     canvas.frame("frame", "", "Panel", view);
-    canvas.frame("texture", "", "PanelTexture", view.inset(1), 0.2);
+    canvas.frame("texture", "", "PanelTexture", view.inset(1));
     const CBox head{view.x + 8, view.y + 4, view.width - 16, 28};
     canvas.text("title", "[B]EQ " + std::to_string(number) + "[/B]", "Text", head);
     double x = head.right();

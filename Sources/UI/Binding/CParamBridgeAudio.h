@@ -21,6 +21,7 @@ public:
     int32_t groupCount() const override { return groupCount_; }
     int32_t elementCount(int32_t group) const override;
     int32_t storedGroup(int32_t group) const override;
+    double defaultValue(int32_t element) const override;
     double value(int32_t group, int32_t element) const override;
     CString valueText(int32_t group, int32_t element, CAudioTextMode mode) const override;
     CString unit() const override;

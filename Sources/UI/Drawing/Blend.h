@@ -68,6 +68,29 @@ template <int32_t kBits>
     return blendWeighted<23>(target, source, alpha * effective);
 }
 
+/// Opaque pixels by an effective alpha in 1..kOpaqueAlpha - 1: `sources(i)` gives four from index i on. Gives how many
+/// it has drawn, a multiple of 4. The same bits as blendEffective gives: d * (2^15 - A) + s * A in one multiplication,
+/// since both factors have 15 bits.
+template <class Sources>
+[[gnu::always_inline]] inline int32_t blendFours(CPixel* target, int32_t count, Sources&& sources, uint32_t effective) {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i factors = _mm_set1_epi32(static_cast<int>(effective << 16 | (kFullAlpha - effective)));
+    const __m128i channels = _mm_set1_epi32(static_cast<int>(kChannels));
+    const auto two = [&](__m128i pairs) {
+        const __m128i low = _mm_srli_epi32(_mm_madd_epi16(_mm_unpacklo_epi8(pairs, zero), factors), 15);
+        const __m128i high = _mm_srli_epi32(_mm_madd_epi16(_mm_unpackhi_epi8(pairs, zero), factors), 15);
+        return _mm_packs_epi32(low, high);
+    };
+    int32_t i = 0;
+    for (; count - i >= 4; i += 4) {
+        const __m128i from = _mm_loadu_si128(reinterpret_cast<const __m128i*>(target + i));
+        const __m128i to = sources(i);
+        const __m128i mixed = _mm_packus_epi16(two(_mm_unpacklo_epi8(from, to)), two(_mm_unpackhi_epi8(from, to)));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(target + i), _mm_and_si128(mixed, channels));
+    }
+    return i;
+}
+
 /// An opaque pixel by an effective alpha.
 [[gnu::always_inline]] inline CPixel blendEffective(CPixel target, CPixel source, uint32_t effective) {
     return blendWeighted<15>(target, source, effective);

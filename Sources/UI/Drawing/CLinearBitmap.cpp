@@ -50,7 +50,11 @@ void CLinearBitmap::blendFrom(const CLinearBitmap& other, double opacity, const 
     for (int32_t y = seen.top; y < seen.bottom && alpha > 0; ++y) {
         CPixel* target = row(y);
         const CPixel* source = other.row(y);
-        for (int32_t x = seen.left; x < seen.right; ++x) {
+        const CPixel* first = source + seen.left;
+        const int32_t done = blendFours(
+            target + seen.left, seen.width(),
+            [&](int32_t at) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(first + at)); }, alpha);
+        for (int32_t x = seen.left + done; x < seen.right; ++x) {
             target[x] = blendEffective(target[x], source[x], alpha);
         }
     }
@@ -59,6 +63,7 @@ void CLinearBitmap::blendFrom(const CLinearBitmap& other, double opacity, const 
 void CLinearBitmap::fillRect(const CIntRect& rect, const CColor& color, double opacity) {
     const uint32_t alpha = effectiveAlpha(color.opacity * opacity);
     const CPixel source = color.full();
+    const __m128i same = _mm_set1_epi32(static_cast<int>(source));
     const CIntRect seen = rect.intersection(bounds());
     for (int32_t y = seen.top; y < seen.bottom && alpha > 0 && !seen.isEmpty(); ++y) {
         CPixel* target = row(y);
@@ -66,7 +71,9 @@ void CLinearBitmap::fillRect(const CIntRect& rect, const CColor& color, double o
             std::fill(target + seen.left, target + seen.right, source);
             continue;
         }
-        for (int32_t x = seen.left; x < seen.right; ++x) {
+        const int32_t done = blendFours(
+            target + seen.left, seen.width(), [&](int32_t) { return same; }, alpha);
+        for (int32_t x = seen.left + done; x < seen.right; ++x) {
             target[x] = blendEffective(target[x], source, alpha);
         }
     }

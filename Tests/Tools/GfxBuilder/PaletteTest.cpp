@@ -203,8 +203,9 @@ TEST(Palettes, BreatheInSixColours) {
 TEST(Palettes, LetThroughWhereTheirColoursSay) {
     const std::pair<const char*, double> kOpacities[] = {
         {"WindowBlocker", 0.7},
-        {"PanelTexture", 0.25},
-        {"PanelGradient", 0.5},
+        {"PanelTexture", 0.05},
+        {"BackgroundTexture", 0.025},
+        {"PanelGradient", 0.15},
         {"CSPointOff", 0.75},
         {"CSSelectBG", 0.25},
         {"CSSliderBarUnderlay", 0.12},

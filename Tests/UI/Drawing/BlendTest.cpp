@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+
 #include "Tests/UI/Drawing/BitmapHelp.h"
 
 namespace tarv {
@@ -65,6 +68,29 @@ TEST(Blend, ByBothAlphasIsTheFormulaForAllPairsOfAlphas) {
                 }
             }
         }
+    }
+}
+
+TEST(Blend, FourPixelsAtOnceGiveTheBitsOfEach) {
+    std::mt19937 random(1);
+    const auto pixel = [&] { return static_cast<CPixel>(random()) & kChannels; };
+    for (uint32_t effective = 1; effective < kOpaqueAlpha; ++effective) {
+        CPixel target[11];
+        CPixel source[11];
+        std::generate(std::begin(target), std::end(target), pixel);
+        std::generate(std::begin(source), std::end(source), pixel);
+        // The ends of both ranges.
+        target[0] = source[1] = 0;
+        target[1] = source[0] = kChannels;
+        CPixel expected[11];
+        for (int32_t i = 0; i < 11; ++i) {
+            expected[i] = i < 8 ? blendEffective(target[i], source[i], effective) : target[i];
+        }
+        const int32_t done = blendFours(
+            target, 11, [&](int32_t i) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(source + i)); },
+            effective);
+        ASSERT_EQ(done, 8);
+        ASSERT_TRUE(std::equal(std::begin(target), std::end(target), std::begin(expected))) << effective;
     }
 }
 
