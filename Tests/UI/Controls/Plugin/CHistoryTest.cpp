@@ -120,6 +120,19 @@ TEST_F(History, AChosenStepIsJumpedTo) {
     EXPECT_EQ(shownGain(), 3.0);
 }
 
+TEST_F(History, TheListDimsWhatRedoBrings) {
+    open();
+    setGain(1.0);
+    setGain(2.0);
+    undo();
+    press("select");
+    ASSERT_TRUE(popup());
+    const CTextSource& rows = popup()->source();
+    EXPECT_EQ(rows.spans()[rows.spanOf(0)].color, 1);
+    EXPECT_EQ(rows.spans()[rows.spanOf(rows.count() - 1)].color, 0);
+    EXPECT_EQ(popup()->getAttrString("text-color1"), CString("TextDim"));
+}
+
 TEST_F(History, TheOpenerClosesItsList) {
     open();
     setGain(1.0);
