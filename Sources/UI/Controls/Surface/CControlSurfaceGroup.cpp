@@ -55,7 +55,7 @@ CError* CControlSurfaceGroup::finishInit() {
         params_[i] = dynamic_cast<CUIParam*>(findChild(kRoleNames[i]));
     }
     if (param(CRole::Popup) && !findChild("value-list")) {
-        TARV_FAIL("@tarvstr_CControlSurfaceGroup_finishInit_NoValueList Control surface popup value list not found.");
+        TARV_FAIL("@tarvstr_CControlSurfaceGroup_finishInit_NoValueList Control surface popup value list not found");
     }
     return updateCount();
 }

@@ -33,7 +33,7 @@ CError* CControlSurface::mousePressR(CAttributeMap& params) {
     const bool hasList = editable_->param(CRole::Popup) != nullptr;
     CObject* list = hasList ? editable_->findChild("value-list") : this;
     if (!list) {
-        TARV_FAIL("@tarvstr_CControlSurface_mousePressR_NoValueList Control surface popup value list not found.");
+        TARV_FAIL("@tarvstr_CControlSurface_mousePressR_NoValueList Control surface popup value list not found");
     }
     CAttributeMap popup;
     popup["actual-x"] = CAttributeValue::fromReal(pointer.x);

@@ -241,10 +241,23 @@ TEST_F(SurfaceInput, WhatIsWrittenDownAsWrongIsRefused) {
     EXPECT_EQ(failure(R"(<ui:control-surface name="s"><ui:control-surface-group name="g" point-count="1">
                            <ui:ui-param name="ui-param-popup" bridge="ui.out"/>
                          </ui:control-surface-group></ui:control-surface>)"),
-              "Control surface popup value list not found.");
+              "Control surface popup value list not found");
     EXPECT_EQ(failure(R"(<ui:ruler name="r" min-max="ui.nothing"/>)"), "Unable to locate min-max object 'ui.nothing'.");
     EXPECT_EQ(failure(R"(<ui:ruler name="r" min-max="ui.range" label-tag="ui:nothing"/>)"),
               "Unable to create a label.");
+}
+
+TEST_F(SurfaceInput, WithoutWhatItNeedsASurfaceIsNotMade) {
+    linesTemplate = "ui:another-name";
+    const std::string failure = tryOpen(bands(R"(is-show-hairlines="true")"));
+    EXPECT_EQ(failure.substr(0, failure.find_first_of("\r\n")), "Unable to create hairlines object");
+    open("");
+    delete &at<CObject>("ui.global-settings");
+    CControlSurface* made = nullptr;
+    const std::string text =
+        consumed(at<CView>("ui.main-window").createChildOf(made, "ui:control-surface", "late", false));
+    EXPECT_EQ(text.substr(0, text.find_first_of("\r\n")), "Unable to locate global settings object.");
+    EXPECT_EQ(made, nullptr);
 }
 
 TEST_F(SurfaceInput, TheHoveredPointIsExported) {

@@ -126,9 +126,10 @@ protected:
     uint32_t pixel(int32_t x, int32_t y) { return shown().picture().at(x, y); }
 
     CPlainEditor editor;
+    std::string linesTemplate = "ui:control-surface-hairlines";
 
 private:
-    static std::string definitions(const std::string& views) {
+    std::string definitions(const std::string& views) const {
         const std::string product = std::string(kSourceFolder) + "/Definitions/UserInterface/";
         const auto include = [&](const char* file) { return "<include file=\"" + product + file + "\"/>"; };
         const auto bridge = [](const char* name, const char* param) {
@@ -136,9 +137,8 @@ private:
                    "\" interface-client=\"ui.interface-client\" param=\"plugin.modMain." + param + "\"/>";
         };
         return "<definitions>" + include("PopupList.xml") + include("EditBox.xml") + include("VirtualKeyboard.xml") +
-               R"(<template name="ui:control-surface-hairlines">
-                    <ui:surface-hairlines placement="overlay" width="100%" height="100%" color="GraphLines"/>
-                  </template>
+               R"(<template name=")" + linesTemplate +
+               R"("><ui:surface-hairlines placement="overlay" width="100%" height="100%" color="GraphLines"/></template>
                   <template name="ui:control-surface-point-num">
                     <ui:textview placement="overlay" alignment-h="left" alignment-v="top" text-alignment="center"
                       is-decorative="true" font-name="shared::font.micro" is-text-wrapped="false"/>
