@@ -83,6 +83,7 @@ CProductEditor::CProductEditor(double scale) : system_({CIntRect{0, 0, 1600, 100
     dispatch(vst::kEffectSetSampleRate, 0, 0, nullptr, 44100.0F);
     dispatch(vst::kEffectSetBlockSize, 0, 512);
     dispatch(vst::kEffectMainsChanged, 0, 1);
+    record().clear();
     openEditor();
 }
 
@@ -105,7 +106,6 @@ void CProductEditor::openEditor() {
     ASSERT_EQ(consumed(root->loadFromResource("UserInterface.xml", true)), "");
     ASSERT_EQ(consumed(at<CWindow>("window-renderer").open()), "");
     wait();
-    record().clear();
 }
 
 void CProductEditor::closeEditor() {

@@ -19,6 +19,19 @@ protected:
     }
 };
 
+TEST_F(TitleAndButtons, AHostHearsNothingOfOpeningIdlingAndClosing) {
+    EXPECT_EQ(heard(), "");
+    closeEditor();
+    const std::string bank = chunk(false);
+    const std::string program = chunk(true);
+    openEditor();
+    wait(2.0);
+    closeEditor();
+    EXPECT_EQ(heard(), "");
+    EXPECT_EQ(chunk(false), bank);
+    EXPECT_EQ(chunk(true), program);
+}
+
 TEST_F(TitleAndButtons, BypassSwitchesAndFollows) {
     heard();
     click("window-title.bypass");
