@@ -58,7 +58,7 @@ int main(int argc, char** argv) {
     using namespace tarv::host;
     CPluginLibrary library;
     std::string error;
-    if (!library.load(argc > 1 ? argv[1] : tarv::kHostedEditorFile, error)) {
+    if (!library.load(argc > 1 ? argv[1] : tarv::kPluginFile, error)) {
         std::fprintf(stderr, "%s\n", error.c_str());
         return 1;
     }
