@@ -22,8 +22,8 @@ TEST_F(IdentityTest, TheEffectHasTheIdAndCountsOfItsProject) {
     EXPECT_EQ(e.numInputs, kChannels);
     EXPECT_EQ(e.numOutputs, kChannels);
     EXPECT_EQ(e.initialDelay, 0);
-    // No editor yet.
-    EXPECT_EQ(e.flags, vst::kFlagCanReplacing | vst::kFlagCanDoubleReplacing | vst::kFlagProgramChunks);
+    EXPECT_EQ(e.flags,
+              vst::kFlagHasEditor | vst::kFlagCanReplacing | vst::kFlagCanDoubleReplacing | vst::kFlagProgramChunks);
     EXPECT_TRUE(e.process && e.processReplacing && e.processDoubleReplacing);
 }
 

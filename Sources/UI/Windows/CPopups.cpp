@@ -2,6 +2,7 @@
 
 #include "Core/CApplication.h"
 #include "Core/CObjectWatch.h"
+#include "UI/Views/CViewBaseState.h"
 #include "UI/Windows/CUIEventBridge.h"
 #include "UI/Windows/CWindow.h"
 #include "UI/Windows/CWindowSharedData.h"
@@ -344,14 +345,7 @@ CError* CPopups::answer(const CWindow& window, const CString& eventName, CAttrib
     answer.erase("event");
     answer["source"] = CAttributeValue::fromString(popup->object->fullName());
     // This call may destroy the objects that the caller uses.
-    if (auto* view = dynamic_cast<CViewBaseCtlEvents*>(target)) {
-        return view->passEvent(name, answer);
-    }
-    const int32_t handler = target->descriptor()->handlerIndex(name);
-    if (handler >= 0) {
-        return target->descriptor()->handler(handler)(*target, &answer);
-    }
-    return target->sendEvent(name, answer, false);
+    return deliverEvent(*target, name, answer);
 }
 
 }  // namespace tarv

@@ -25,10 +25,6 @@ protected:
                           {"font-name", "shared::font.base"}},
                          {{"ui:view", "opener", {{"placement", "top"}, {"width", "120"}, {"height", "20"}}},
                           {"ui:window-renderer", "window-renderer", {{"is-plugin-vst", "true"}}}})};
-        if (!editor_->findTemplate("ui:win-message")) {
-            nodes.push_back(window("ui:win-message"));
-            nodes.push_back(window("ui:win-confirmation"));
-        }
         EXPECT_EQ(firstLine(loadTree(*editor_, nodes)), "");
         if (!editor_->findObject("ui.window-shared-data")) {
             make("ui:window-shared-data", "window-shared-data", false);
@@ -50,11 +46,6 @@ protected:
     void make(const char* tag, const char* name, bool isTemplate) {
         CObject* made = nullptr;
         EXPECT_EQ(firstLine(editor_->findChild("ui")->createChild(made, tag, name, isTemplate)), "");
-    }
-    static CTestNode window(const char* name) {
-        return testTemplate(name, "ui:view",
-                            {{"is-root-view", "true"}, {"is-modal", "true"}, {"width", "200"}, {"height", "60"}},
-                            {{"ui:window-renderer", "window-renderer"}});
     }
     CPresetManager& open(const char* name = "win-preset-manager") {
         CAttributeMap none;
@@ -99,17 +90,17 @@ protected:
         const auto* popup = editor_->findObjectOf<CView>(CString("ui.") + name);
         return popup ? popup->getAttrString("text").toUtf8() : "-";
     }
-    /// OK, or the end of a message.
-    void answer(const char* name, const char* event = nullptr) {
+    /// A press on OK.
+    void answer(const char* name) {
         auto* popup = editor_->findObjectOf<CView>(CString("ui.") + name);
-        ASSERT_TRUE(popup);
-        CAttributeMap params;
-        params["event"] = CAttributeValue::fromString(event ? event : "");
-        if (event) {
-            EXPECT_EQ(firstLine(popup->passEvent("popup-result", params)), "");
-        }
-        EXPECT_EQ(firstLine(popup->passEvent("close-window", params)), "");
+        ASSERT_TRUE(popup) << name;
+        const CViewRect rect = popup->findObjectOf<CView>(".c.buttons.ok")->wholeRect();
+        system_.input().moveIn(popup->findObjectOf<CWindow>(".window-renderer")->handle(),
+                               static_cast<int32_t>(rect.x + rect.width / 2),
+                               static_cast<int32_t>(rect.y + rect.height / 2));
+        system_.input().click();
         system_.advance(0.2);
+        EXPECT_FALSE(editor_->findObject(CString("ui.") + name)) << "it closes";
     }
 
     CWindowSystemByHand system_;
@@ -133,15 +124,15 @@ TEST_F(PresetWindow, EachButtonOfTheManagerActs) {
     EXPECT_EQ(rows("presets"), "Preset 1|Preset 3|Preset 2");
     press("presets.buttons.delete");
     EXPECT_EQ(popupText("win-confirmation"), "Delete the preset \"Preset 3\"?");
-    answer("win-confirmation", "preset-delete");
+    answer("win-confirmation");
     EXPECT_EQ(rows("presets"), "Preset 1|Preset 2");
     press("presets.buttons.replace");
     EXPECT_EQ(popupText("win-confirmation"), "Replace the preset \"Preset 2\" by the current state?");
-    answer("win-confirmation", "perform-preset-replace");
+    answer("win-confirmation");
     press("presets.buttons.activate");
     EXPECT_EQ(instance().paramRegistry()->programName(0), CString("Preset 2"));
     press("presets.buttons.set-default");
-    answer("win-confirmation", "perform-preset-set-default");
+    answer("win-confirmation");
     CString name;
     EXPECT_TRUE(CAudioDefaultPreset::readName(name));
     EXPECT_EQ(name, CString("Preset 2"));
@@ -155,7 +146,7 @@ TEST_F(PresetWindow, EachButtonOfTheManagerActs) {
     EXPECT_EQ(system_.fileDialogs()[3].name, u"BrindleXEQ_Bank 1.cbf");
     press("banks.buttons.delete");
     EXPECT_EQ(popupText("win-confirmation"), "Delete the bank \"Bank 1\" and its 2 presets?");
-    answer("win-confirmation", "bank-delete");
+    answer("win-confirmation");
     EXPECT_EQ(rows("banks"), "Session Bank|Factory ROM");
 }
 

@@ -128,8 +128,8 @@ TEST_F(Ruler, TicksStandAtTheirValuesBesideTheRuledView) {
         const bool isTick = (y - layout.box().top) % 25 == 0 || y == layout.box().bottom - 1;
         EXPECT_EQ(pixel(right, y) != ground, isTick) << y;
     }
-    EXPECT_NE(pixel(right - 4, layout.linePixel(0.75)), ground) << "a major one is longer";
-    EXPECT_EQ(pixel(right - 4, layout.linePixel(0.625)), ground);
+    EXPECT_NE(pixel(right - 3, layout.linePixel(0.75)), ground) << "a major one is longer";
+    EXPECT_EQ(pixel(right - 3, layout.linePixel(0.625)), ground);
 }
 
 TEST_F(Ruler, FollowsTheRuledViewWhereverItGoes) {
