@@ -2,6 +2,7 @@
 
 #include "CVstHost.h"
 
+#include <cstdio>
 #include <cstring>
 
 namespace tarv::host {
@@ -89,9 +90,34 @@ void CVstHost::prepare(double rate, int32_t blockSize, int32_t precision) {
     dispatch(vst::kEffectSetProcessPrecision, 0, precision);
 }
 
-intptr_t CVstHost::callback(vst::AEffect* effect, int32_t opcode, int32_t index, intptr_t value, void* ptr, float) {
+intptr_t CVstHost::callback(vst::AEffect* effect, int32_t opcode, int32_t index, intptr_t value, void* ptr, float opt) {
     CVstHost* host = effect && effect->user ? static_cast<CVstHost*>(effect->user) : openingHost;
-    return host ? host->answer(opcode, index, value, ptr) : 0;
+    if (!host) {
+        return 0;
+    }
+    host->noteEdit(opcode, index, opt);
+    return host->answer(opcode, index, value, ptr);
+}
+
+void CVstHost::noteEdit(int32_t opcode, int32_t index, float value) {
+    char text[48] = "";
+    switch (opcode) {
+        case vst::kHostBeginEdit:
+            std::snprintf(text, sizeof text, "begin %d", static_cast<int>(index));
+            break;
+        case vst::kHostAutomate:
+            std::snprintf(text, sizeof text, "automate %d %.3f", static_cast<int>(index), static_cast<double>(value));
+            break;
+        case vst::kHostEndEdit:
+            std::snprintf(text, sizeof text, "end %d", static_cast<int>(index));
+            break;
+        case vst::kHostUpdateDisplay:
+            std::snprintf(text, sizeof text, "update");
+            break;
+        default:
+            return;
+    }
+    edits.emplace_back(text);
 }
 
 intptr_t CVstHost::answer(int32_t opcode, int32_t index, intptr_t value, void* ptr) {

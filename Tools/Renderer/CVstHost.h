@@ -67,12 +67,15 @@ public:
     CHostAnswers answers;
     /// Parameters that the plug-in reported as changed by itself.
     std::vector<int32_t> automated;
+    /// What the plug-in reported of edits, in order: "begin 4", "automate 4 0.667", "end 4", "update" of the display.
+    std::vector<std::string> edits;
     int32_t ioChanges = 0;
     int32_t displayUpdates = 0;
 
 private:
     static intptr_t callback(vst::AEffect* effect, int32_t opcode, int32_t index, intptr_t value, void* ptr, float opt);
     intptr_t answer(int32_t opcode, int32_t index, intptr_t value, void* ptr);
+    void noteEdit(int32_t opcode, int32_t index, float value);
     intptr_t timeInfo(intptr_t wanted);
 
     vst::AEffect* effect_ = nullptr;
