@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "Platform/IntRect.h"
+
 namespace tarv::host {
 
 /// What a process holds of the system, for comparison.
@@ -18,8 +20,8 @@ struct CHeldThings {
 /// A key that is held while another one is struck.
 enum class CHeldKey : uint8_t { None, Shift, Ctrl };
 
-/// A host's side of the system with windows of 400 x 300 pixels, a user's hands and eyes. Points are pixels of such a
-/// window. Each call of a hand is served before it returns. One at a time.
+/// A host's side of the system with windows, a user's hands and eyes. Points are pixels of such a window. Each call of
+/// a hand is served before it returns. One at a time.
 class CHostDesk {
 public:
     CHostDesk();
@@ -34,24 +36,32 @@ public:
     std::function<void(const std::string&)> insideCall = [](auto&&) {};
 
     /// Shows a window and gives what a plug-in gets of it.
-    void* openParent();
+    void* openParent(int width = 400, int height = 300);
     void destroyParent(void* parent);
     int childCount(void* parent) const;
+    /// What a window of the host covers of the screen, and the work area of the monitor there.
+    CIntRect place(void* parent) const;
+    CIntRect screen() const;
+    /// Shown windows of this process on the screen but the host's, in no order: what an editor popped up.
+    std::vector<CIntRect> popups() const;
     /// The host's own loop, once.
     void serve();
     /// False after 3 seconds.
     bool until(const std::function<bool()>& condition);
 
     void moveTo(void* parent, int x, int y);
-    void press();
-    void release();
+    /// The same by a point of the screen.
+    void moveOnScreen(int x, int y);
+    /// Of the left button, or of the right one.
+    void press(bool isRight = false);
+    void release(bool isRight = false);
     /// By notches, up is positive.
     void wheel(int notches);
     void strikeSpace() { strike(' '); }
-    /// A key of a keyboard of the United States by its character, a small letter, a figure, a blank, '\r' for Enter or
-    /// '\x1b' for Escape, while the held key is down.
+    /// A key of a keyboard of the United States by its character, a small letter, a figure, a blank, '-', '.', '\r' for
+    /// Enter, '\t' for Tab or '\x1b' for Escape, while the held key is down.
     void strike(char key, CHeldKey held = CHeldKey::None);
-    /// Small letters, capitals with Shift, figures and blanks.
+    /// Small letters, capitals with Shift, figures, blanks, '-' and '.'.
     void type(const std::string& text);
     bool hasFocus(void* parent) const;
     /// The host keeps the focus while a window of the editor takes the keys; elsewhere that window has it meanwhile.
@@ -60,6 +70,8 @@ public:
     uint32_t pixel(void* parent, int x, int y) const;
     /// The same of a rectangle, row by row.
     std::vector<uint32_t> pixels(void* parent, int x, int y, int width, int height) const;
+    /// All of a window that popped up, by what it covers of the screen; nothing where there is none.
+    std::vector<uint32_t> popupPixels(const CIntRect& bounds) const;
     /// What came to the window itself since the last call: "wheel", "space" and, for any other key but Shift
     /// and Ctrl, "key", one for each.
     std::string heard(void* parent);

@@ -44,14 +44,14 @@ std::string modifierNames(const CInputModifiers& modifiers) {
 
 }  // namespace
 
-CHostWindow::CHostWindow(DWORD extendedStyle) {
+CHostWindow::CHostWindow(DWORD extendedStyle, int width, int height) {
     WNDCLASSEXW windowClass{};
     windowClass.cbSize = sizeof(windowClass);
     windowClass.lpfnWndProc = &procedure;
     windowClass.hInstance = GetModuleHandleW(nullptr);
     windowClass.lpszClassName = kHostClass;
     RegisterClassExW(&windowClass);
-    window_ = CreateWindowExW(extendedStyle, kHostClass, L"Host", WS_POPUP | WS_CLIPCHILDREN, 100, 100, 400, 300,
+    window_ = CreateWindowExW(extendedStyle, kHostClass, L"Host", WS_POPUP | WS_CLIPCHILDREN, 100, 100, width, height,
                               nullptr, nullptr, GetModuleHandleW(nullptr), this);
     SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     ShowWindow(window_, SW_SHOW);

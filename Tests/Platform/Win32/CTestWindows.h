@@ -19,10 +19,10 @@ void pump();
 /// Pumps until the condition holds; false after that many milliseconds.
 bool pumpUntil(const std::function<bool()>& condition, DWORD mostMs = 2000);
 
-/// A host's window of 400 x 300 pixels at 100, 100 of the screen. Notes wheel and keys that come to it.
+/// A host's window at 100, 100 of the screen. Notes wheel and keys that come to it.
 class CHostWindow {
 public:
-    explicit CHostWindow(DWORD extendedStyle = 0);
+    explicit CHostWindow(DWORD extendedStyle = 0, int width = 400, int height = 300);
     ~CHostWindow();
     CHostWindow(const CHostWindow&) = delete;
     CHostWindow& operator=(const CHostWindow&) = delete;

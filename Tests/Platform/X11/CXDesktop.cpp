@@ -85,6 +85,17 @@ bool CXClient::isOverrideRedirect(xcb_window_t window) {
     return reply && reply->override_redirect;
 }
 
+bool CXClient::isShown(xcb_window_t window) {
+    const auto cookie = xcb_get_window_attributes(connection_, window);
+    const auto reply = own(xcb_get_window_attributes_reply(connection_, cookie, nullptr));
+    return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE && reply->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
+}
+
+CIntRect CXClient::boundsOf(xcb_window_t window) {
+    const auto reply = own(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
+    return reply ? CIntRect{reply->x, reply->y, reply->x + reply->width, reply->y + reply->height} : CIntRect{};
+}
+
 uint64_t CXClient::resourceCount(const char* type) {
     const xcb_atom_t wanted = type ? atom(type) : xcb_atom_t{XCB_ATOM_NONE};
     uint64_t count = 0;

@@ -35,6 +35,9 @@ public:
     /// Those of one type of the server's, or all.
     uint64_t resourceCount(const char* type = nullptr);
     bool isOverrideRedirect(xcb_window_t window);
+    bool isShown(xcb_window_t window);
+    /// In the window that it stands in.
+    CIntRect boundsOf(xcb_window_t window);
     std::vector<uint32_t> numbers(xcb_window_t window, const char* property);
     std::vector<uint32_t> pixels(xcb_window_t window, int width, int height);
 

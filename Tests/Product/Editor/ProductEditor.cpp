@@ -18,8 +18,6 @@ namespace tarv {
 
 namespace {
 
-constexpr int32_t kHostX = 100;
-constexpr int32_t kHostY = 60;
 constexpr int32_t kStepPixels = 3;
 constexpr int32_t kBands = 7;
 /// A menu takes no press in its first moments, and two presses within half a second on one place are a double click.
@@ -57,7 +55,9 @@ intptr_t hostAnswer(vst::AEffect* effect, int32_t opcode, int32_t index, intptr_
 
 /// What earlier tests have stored for all instances; the folder is that of the test program.
 void forgetSettings() {
-    for (const auto& entry : std::filesystem::directory_iterator(std::getenv("TARV_DATA_ROOT"))) {
+    const char* folder = std::getenv("TARV_DATA_ROOT");
+    std::error_code failure;
+    for (const auto& entry : std::filesystem::directory_iterator(folder ? folder : "", failure)) {
         std::filesystem::remove_all(entry.path());
     }
 }
@@ -70,13 +70,13 @@ std::string consumed(CError* error) {
 
 }  // namespace
 
-CProductEditor::CProductEditor(double scale) : system_({CIntRect{0, 0, 1600, 1000}}) {
+CProductEditor::CProductEditor(double scale, const CIntRect& screen, const CIntRect& host) : system_({screen}) {
     ensureProductStarted();
     forgetSettings();
     CGlobalData::instance().reset();
     CLocalData::instance().reset();
     CLocalData::instance().writeText("ui-scale", CString::fromDouble(scale, 4));
-    host_ = system_.desktop().openHost({kHostX, kHostY, kHostX + 1000, kHostY + 700});
+    host_ = system_.desktop().openHost(host);
     effect_ = CAudioWrapperVST::create(&hostAnswer);
     EXPECT_TRUE(effect_);
     dispatch(vst::kEffectOpen);

@@ -28,8 +28,10 @@ struct CSpot {
 /// nothing is seen fails the test.
 class CProductEditor : public testing::Test {
 protected:
-    /// Opens the editor at a scale.
-    explicit CProductEditor(double scale = 1.0);
+    static constexpr CIntRect kScreen{0, 0, 1600, 1000};
+    static constexpr CIntRect kHost{100, 60, 1100, 760};
+    /// Opens the editor at a scale; the host's window on the screen, at whose top left the main window stands.
+    explicit CProductEditor(double scale = 1.0, const CIntRect& screen = kScreen, const CIntRect& host = kHost);
     ~CProductEditor() override;
 
     void openEditor();

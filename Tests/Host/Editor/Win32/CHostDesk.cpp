@@ -35,6 +35,50 @@ int64_t highestPen() {
     return highest;
 }
 
+CIntRect boundsOf(HWND window) {
+    RECT bounds{};
+    GetWindowRect(window, &bounds);
+    return {bounds.left, bounds.top, bounds.right, bounds.bottom};
+}
+
+WORD keyCode(char key) {
+    if (key == '-' || key == '.') {
+        return key == '-' ? VK_OEM_MINUS : VK_OEM_PERIOD;
+    }
+    // Figures and capitals, and those beside them, have their character's number.
+    return static_cast<WORD>(key >= 'a' && key <= 'z' ? key - 'a' + 'A' : key);
+}
+
+/// A part of a window, row by row.
+std::vector<uint32_t> readPixels(HWND window, const CIntRect& part) {
+    const HDC context = GetDC(window);
+    const HDC memory = CreateCompatibleDC(context);
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof(info.bmiHeader), part.width(), -part.height(), 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits = nullptr;
+    const HBITMAP bitmap = CreateDIBSection(memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    const HGDIOBJ former = SelectObject(memory, bitmap);
+    BitBlt(memory, 0, 0, part.width(), part.height(), context, part.left, part.top, SRCCOPY);
+    GdiFlush();
+    const auto* first = static_cast<const uint32_t*>(bits);
+    std::vector<uint32_t> all(first, first + part.width() * part.height());
+    for (uint32_t& color : all) {
+        color &= 0xffffff;
+    }
+    SelectObject(memory, former);
+    DeleteObject(bitmap);
+    DeleteDC(memory);
+    ReleaseDC(window, context);
+    return all;
+}
+
+BOOL CALLBACK noteShown(HWND window, LPARAM list) {
+    if (IsWindowVisible(window)) {
+        reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+    }
+    return TRUE;
+}
+
 BOOL CALLBACK countWindow(HWND, LPARAM count) {
     ++*reinterpret_cast<int64_t*>(count);
     return TRUE;
@@ -46,6 +90,14 @@ struct CHostDesk::CParts {
     CRealInput hands;
     std::vector<std::unique_ptr<CHostWindow>> parents;
 
+    std::vector<HWND> shownPopups() const {
+        std::vector<HWND> all;
+        EnumThreadWindows(GetCurrentThreadId(), &noteShown, reinterpret_cast<LPARAM>(&all));
+        std::erase_if(all, [&](HWND window) {
+            return std::any_of(parents.begin(), parents.end(), [&](auto& p) { return p->window() == window; });
+        });
+        return all;
+    }
     CHostWindow& find(void* parent) {
         return **std::find_if(parents.begin(), parents.end(), [&](auto& p) { return p->window() == parent; });
     }
@@ -55,8 +107,8 @@ CHostDesk::CHostDesk() : parts_(std::make_unique<CParts>()) {}
 
 CHostDesk::~CHostDesk() = default;
 
-void* CHostDesk::openParent() {
-    parts_->parents.push_back(std::make_unique<CHostWindow>());
+void* CHostDesk::openParent(int width, int height) {
+    parts_->parents.push_back(std::make_unique<CHostWindow>(0, width, height));
     CHostWindow& made = *parts_->parents.back();
     made.onMessage = [this](UINT message, WPARAM, LPARAM) {
         if (message == WM_KILLFOCUS || message == WM_MOUSEWHEEL || message == WM_KEYDOWN) {
@@ -80,6 +132,24 @@ int CHostDesk::childCount(void* parent) const {
     return count;
 }
 
+CIntRect CHostDesk::place(void* parent) const {
+    return boundsOf(asWindow(parent));
+}
+
+CIntRect CHostDesk::screen() const {
+    RECT area{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+    return {area.left, area.top, area.right, area.bottom};
+}
+
+std::vector<CIntRect> CHostDesk::popups() const {
+    std::vector<CIntRect> all;
+    for (const HWND window : parts_->shownPopups()) {
+        all.push_back(boundsOf(window));
+    }
+    return all;
+}
+
 void CHostDesk::serve() {
     pump();
     idle();
@@ -95,17 +165,20 @@ bool CHostDesk::until(const std::function<bool()>& condition) {
 }
 
 void CHostDesk::moveTo(void* parent, int x, int y) {
-    RECT bounds{};
-    GetWindowRect(asWindow(parent), &bounds);
-    parts_->hands.moveTo(bounds.left + x, bounds.top + y);
+    const CIntRect bounds = place(parent);
+    moveOnScreen(bounds.left + x, bounds.top + y);
 }
 
-void CHostDesk::press() {
-    parts_->hands.button(MOUSEEVENTF_LEFTDOWN);
+void CHostDesk::moveOnScreen(int x, int y) {
+    parts_->hands.moveTo(x, y);
 }
 
-void CHostDesk::release() {
-    parts_->hands.button(MOUSEEVENTF_LEFTUP);
+void CHostDesk::press(bool isRight) {
+    parts_->hands.button(isRight ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN);
+}
+
+void CHostDesk::release(bool isRight) {
+    parts_->hands.button(isRight ? MOUSEEVENTF_RIGHTUP : MOUSEEVENTF_LEFTUP);
 }
 
 void CHostDesk::wheel(int notches) {
@@ -117,8 +190,7 @@ void CHostDesk::strike(char key, CHeldKey held) {
     if (held != CHeldKey::None) {
         parts_->hands.key(heldCode, true);
     }
-    // Figures and capitals, and the three beside them, have their character's number.
-    parts_->hands.press(static_cast<WORD>(key >= 'a' && key <= 'z' ? key - 'a' + 'A' : key));
+    parts_->hands.press(keyCode(key));
     if (held != CHeldKey::None) {
         parts_->hands.key(heldCode, false);
     }
@@ -136,26 +208,16 @@ uint32_t CHostDesk::pixel(void* parent, int x, int y) const {
 
 std::vector<uint32_t> CHostDesk::pixels(void* parent, int x, int y, int width, int height) const {
     const HWND child = GetWindow(asWindow(parent), GW_CHILD);
-    const HWND window = child ? child : asWindow(parent);
-    const HDC context = GetDC(window);
-    const HDC memory = CreateCompatibleDC(context);
-    BITMAPINFO info{};
-    info.bmiHeader = {sizeof(info.bmiHeader), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    void* bits = nullptr;
-    const HBITMAP bitmap = CreateDIBSection(memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    const HGDIOBJ former = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, width, height, context, x, y, SRCCOPY);
-    GdiFlush();
-    const auto* first = static_cast<const uint32_t*>(bits);
-    std::vector<uint32_t> all(first, first + width * height);
-    for (uint32_t& color : all) {
-        color &= 0xffffff;
+    return readPixels(child ? child : asWindow(parent), {x, y, x + width, y + height});
+}
+
+std::vector<uint32_t> CHostDesk::popupPixels(const CIntRect& bounds) const {
+    for (const HWND window : parts_->shownPopups()) {
+        if (boundsOf(window) == bounds) {
+            return readPixels(window, {0, 0, bounds.width(), bounds.height()});
+        }
     }
-    SelectObject(memory, former);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
-    ReleaseDC(window, context);
-    return all;
+    return {};
 }
 
 std::string CHostDesk::heard(void* parent) {

@@ -21,13 +21,13 @@ namespace {
 
 constexpr int kX = 100;
 constexpr int kY = 50;
-constexpr int kWidth = 400;
-constexpr int kHeight = 300;
 constexpr int kSpaceKey = 65;
 constexpr int kShiftKey = 50;
 constexpr int kCtrlKey = 37;
 constexpr int kWheelUp = 4;
 constexpr int kWheelDown = 5;
+constexpr int kLeftButton = 1;
+constexpr int kRightButton = 3;
 
 xcb_window_t asWindow(void* parent) {
     return static_cast<xcb_window_t>(reinterpret_cast<uintptr_t>(parent));
@@ -41,10 +41,13 @@ struct CKeyRow {
 constexpr CKeyRow kKeyRows[] = {{9,
                                  "\x1b"
                                  "1234567890"},
+                                {20, "-"},
+                                {23, "\t"},
                                 {24, "qwertyuiop"},
                                 {36, "\r"},
                                 {38, "asdfghjkl"},
                                 {52, "zxcvbnm"},
+                                {60, "."},
                                 {kSpaceKey, " "}};
 
 int keyNumber(char key) {
@@ -69,6 +72,7 @@ struct CHostDesk::CParts {
     CScopedVariable display{"DISPLAY", CXServer::common().display().c_str()};
     CXClient client{CXServer::common().display()};
     std::map<xcb_window_t, std::string> heard;
+    std::map<xcb_window_t, CIntRect> places;
 
     void takeEvents() {
         client.sync();
@@ -96,19 +100,39 @@ CHostDesk::~CHostDesk() {
     eye() = nullptr;
 }
 
-void* CHostDesk::openParent() {
-    const xcb_window_t window = parts_->client.makeWindow(kX, kY, kWidth, kHeight);
+void* CHostDesk::openParent(int width, int height) {
+    const xcb_window_t window = parts_->client.makeWindow(kX, kY, width, height);
+    parts_->places[window] = {kX, kY, kX + width, kY + height};
     parts_->client.setFocus(window);
     return reinterpret_cast<void*>(uintptr_t{window});
 }
 
 void CHostDesk::destroyParent(void* parent) {
     parts_->client.destroyWindow(asWindow(parent));
+    parts_->places.erase(asWindow(parent));
     serve();
 }
 
 int CHostDesk::childCount(void* parent) const {
     return static_cast<int>(parts_->client.childrenOf(asWindow(parent)).size());
+}
+
+CIntRect CHostDesk::place(void* parent) const {
+    return parts_->places.at(asWindow(parent));
+}
+
+CIntRect CHostDesk::screen() const {
+    return parts_->client.boundsOf(parts_->client.root());
+}
+
+std::vector<CIntRect> CHostDesk::popups() const {
+    std::vector<CIntRect> all;
+    for (const xcb_window_t window : parts_->client.childrenOf(parts_->client.root())) {
+        if (!parts_->places.contains(window) && parts_->client.isShown(window)) {
+            all.push_back(parts_->client.boundsOf(window));
+        }
+    }
+    return all;
 }
 
 void CHostDesk::serve() {
@@ -129,17 +153,21 @@ bool CHostDesk::until(const std::function<bool()>& condition) {
 }
 
 void CHostDesk::moveTo(void*, int x, int y) {
-    parts_->client.movePointer(kX + x, kY + y);
+    moveOnScreen(kX + x, kY + y);
+}
+
+void CHostDesk::moveOnScreen(int x, int y) {
+    parts_->client.movePointer(x, y);
     serve();
 }
 
-void CHostDesk::press() {
-    parts_->client.button(1, true);
+void CHostDesk::press(bool isRight) {
+    parts_->client.button(isRight ? kRightButton : kLeftButton, true);
     serve();
 }
 
-void CHostDesk::release() {
-    parts_->client.button(1, false);
+void CHostDesk::release(bool isRight) {
+    parts_->client.button(isRight ? kRightButton : kLeftButton, false);
     serve();
 }
 
@@ -173,13 +201,24 @@ uint32_t CHostDesk::pixel(void* parent, int x, int y) const {
 }
 
 std::vector<uint32_t> CHostDesk::pixels(void* parent, int x, int y, int width, int height) const {
-    const std::vector<uint32_t> all = parts_->client.pixels(asWindow(parent), kWidth, kHeight);
+    const CIntRect place = parts_->places.at(asWindow(parent));
+    const std::vector<uint32_t> all = parts_->client.pixels(asWindow(parent), place.width(), place.height());
     std::vector<uint32_t> some(static_cast<size_t>(width * height));
     for (int row = 0; row < height && !all.empty(); ++row) {
-        const auto from = all.begin() + (y + row) * kWidth + x;
+        const auto from = all.begin() + (y + row) * place.width() + x;
         std::copy(from, from + width, some.begin() + row * width);
     }
     return some;
+}
+
+std::vector<uint32_t> CHostDesk::popupPixels(const CIntRect& bounds) const {
+    for (const xcb_window_t window : parts_->client.childrenOf(parts_->client.root())) {
+        if (!parts_->places.contains(window) && parts_->client.isShown(window) &&
+            parts_->client.boundsOf(window) == bounds) {
+            return parts_->client.pixels(window, bounds.width(), bounds.height());
+        }
+    }
+    return {};
 }
 
 std::string CHostDesk::heard(void* parent) {

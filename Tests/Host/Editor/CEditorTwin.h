@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Tests/Product/Editor/ProductEditor.h"
+
+namespace tarv::host {
+
+struct CScreenPoint {
+    int32_t x = 0;
+    int32_t y = 0;
+};
+
+/// The product's effect and editor once more, compiled into the test and in windows in memory, on a screen like the
+/// real one: says by names where views are on it, and what its windows show after the same input. Its time is by hand,
+/// and its settings lie in a folder of its own.
+class CEditorTwin final : public CProductEditor {
+public:
+    struct CShown {
+        CIntRect bounds;
+        CPictureByHand picture;
+    };
+
+    CEditorTwin(const CIntRect& screen, const CIntRect& host);
+
+    /// Of the library's data, not the twin's: the folder of the maker below that of the user.
+    static std::string libraryFolder();
+
+    /// The middle of what is seen of a view, moved by the spot's pixels. Fails the test where nothing is seen.
+    CScreenPoint where(const CSpot& spot);
+    /// Of a row of the list that is open.
+    CScreenPoint whereRow(int32_t row);
+    CInputByHand& input() { return system_.input(); }
+    /// Of the main window, and of what popped up.
+    CShown mainWindow();
+    std::vector<CShown> popups();
+
+    using CProductEditor::at;
+    using CProductEditor::chunk;
+    using CProductEditor::closeEditor;
+    using CProductEditor::column;
+    using CProductEditor::decibels;
+    using CProductEditor::engine;
+    using CProductEditor::engineText;
+    using CProductEditor::exists;
+    using CProductEditor::hasState;
+    using CProductEditor::heard;
+    using CProductEditor::openEditor;
+    using CProductEditor::system_;
+    using CProductEditor::tree;
+    using CProductEditor::wait;
+
+private:
+    void TestBody() override {}
+};
+
+}  // namespace tarv::host

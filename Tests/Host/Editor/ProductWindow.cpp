@@ -1,0 +1,266 @@
+#include "Tests/Host/Editor/ProductWindow.h"
+
+#include <filesystem>
+
+#include "Platform/Keyboard.h"
+
+namespace tarv::host {
+
+namespace {
+
+constexpr int kWidth = 640;
+constexpr int kHeight = 400;
+constexpr int32_t kStepPixels = 8;
+constexpr auto kDoubleClick = std::chrono::milliseconds(550);
+constexpr int32_t kDoubleClickPixels = 4;
+/// What the twin takes to end its changes of colour behind an act.
+constexpr double kChangesEnd = 1.0;
+/// A list takes no press in its first moments.
+constexpr double kListOpens = 0.3;
+
+int32_t keyCode(char key) {
+    switch (key) {
+        case '\r':
+            return kKeyEnter;
+        case '\t':
+            return kKeyTab;
+        case '\x1b':
+            return kKeyEscape;
+        default:
+            return 0;
+    }
+}
+
+}  // namespace
+
+/// Moves the folder of settings away and back. One that a crash has left away is the user's.
+class ProductWindow::CSetAsideSettings {
+public:
+    CSetAsideSettings() : folder_(CEditorTwin::libraryFolder()), aside_(folder_.string() + "-aside") {
+        std::error_code failure;
+        if (!std::filesystem::exists(aside_)) {
+            std::filesystem::rename(folder_, aside_, failure);
+        }
+        std::filesystem::remove_all(folder_, failure);
+    }
+    ~CSetAsideSettings() {
+        std::error_code failure;
+        std::filesystem::remove_all(folder_, failure);
+        std::filesystem::rename(aside_, folder_, failure);
+    }
+    CSetAsideSettings(const CSetAsideSettings&) = delete;
+    CSetAsideSettings& operator=(const CSetAsideSettings&) = delete;
+
+private:
+    const std::filesystem::path folder_;
+    const std::filesystem::path aside_;
+};
+
+ProductWindow::ProductWindow() = default;
+
+ProductWindow::~ProductWindow() {
+    desk.idle = [] {};
+    effect.close();
+    twin.reset();
+}
+
+void ProductWindow::SetUp() {
+    settings_ = std::make_unique<CSetAsideSettings>();
+    std::string error;
+    ASSERT_TRUE(library.load(kPluginFile, error)) << error;
+    effect.answers.vendor.clear();
+    effect.answers.product.clear();
+    effect.answers.processLevel = vst::kLevelUser;
+    ASSERT_TRUE(effect.open(library.entry()));
+    desk.idle = [this] {
+        if (effect.effect()) {
+            effect.dispatch(vst::kEffectEditIdle);
+        }
+    };
+    parent = desk.openParent(kWidth, kHeight);
+    twin = std::make_unique<CEditorTwin>(desk.screen(), desk.place(parent));
+    ASSERT_TRUE(open()) << "does the product have an editor?";
+    pointAt({desk.place(parent).left - 20, desk.place(parent).top - 20});
+    expectSame("the editor opened");
+    effect.edits.clear();
+    twin->heard();
+}
+
+void ProductWindow::reopen() {
+    close();
+    twin->closeEditor();
+    EXPECT_EQ(desk.childCount(parent), 0);
+    twin->openEditor();
+    EXPECT_TRUE(open());
+    expectSame("the editor opened again");
+}
+
+void ProductWindow::pointAt(const CScreenPoint& at) {
+    pointer_ = at;
+    desk.moveOnScreen(at.x, at.y);
+    twin->input().move(at.x, at.y);
+    twin->wait(0.05);
+}
+
+void ProductWindow::serveFor(double seconds) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    desk.until([&] { return std::chrono::steady_clock::now() >= end; });
+    twin->wait(seconds);
+}
+
+void ProductWindow::press(bool isRight) {
+    const bool isNear = std::abs(pointer_.x - lastPress_.x) <= kDoubleClickPixels &&
+                        std::abs(pointer_.y - lastPress_.y) <= kDoubleClickPixels;
+    const auto since = std::chrono::steady_clock::now() - lastPressTime_;
+    if (isNear && since < kDoubleClick) {
+        serveFor(std::chrono::duration<double>(kDoubleClick - since).count());
+    }
+    // The twin's time is not the real one.
+    twin->wait(std::chrono::duration<double>(kDoubleClick).count());
+    lastPress_ = pointer_;
+    lastPressTime_ = std::chrono::steady_clock::now();
+    desk.press(isRight);
+    twin->input().press(isRight ? CPointerButton::Right : CPointerButton::Left);
+    twin->wait(0.05);
+}
+
+void ProductWindow::release(bool isRight) {
+    desk.release(isRight);
+    twin->input().release(isRight ? CPointerButton::Right : CPointerButton::Left);
+    twin->wait(0.05);
+}
+
+void ProductWindow::click(const CSpot& spot, bool isRight) {
+    point(spot);
+    press(isRight);
+    release(isRight);
+}
+
+void ProductWindow::doubleClick(const CSpot& spot) {
+    click(spot);
+    desk.press();
+    desk.release();
+    twin->input().press();
+    twin->input().release();
+    twin->wait(0.05);
+    lastPressTime_ = std::chrono::steady_clock::now();
+}
+
+void ProductWindow::wheel(const CSpot& spot, int notches) {
+    point(spot);
+    desk.wheel(notches);
+    twin->input().wheel(notches);
+    twin->wait(0.05);
+}
+
+void ProductWindow::moveBy(int32_t x, int32_t y) {
+    const CScreenPoint begin = pointer_;
+    const int32_t steps = std::max(std::abs(x), std::abs(y)) / kStepPixels + 1;
+    for (int32_t i = 1; i <= steps; ++i) {
+        pointAt({begin.x + x * i / steps, begin.y + y * i / steps});
+    }
+}
+
+void ProductWindow::drag(const CSpot& spot, int32_t x, int32_t y) {
+    point(spot);
+    press();
+    moveBy(x, y);
+    release();
+}
+
+void ProductWindow::strike(char key) {
+    desk.strike(key);
+    if (const int32_t code = keyCode(key)) {
+        twin->input().tap(code);
+    } else {
+        twin->input().type(std::u16string(1, static_cast<char16_t>(key)));
+    }
+    twin->wait(0.05);
+}
+
+void ProductWindow::type(const std::string& text) {
+    desk.type(text);
+    twin->input().type(std::u16string(text.begin(), text.end()));
+    twin->wait(0.05);
+}
+
+void ProductWindow::choose(int32_t row) {
+    serveFor(kListOpens);
+    pointAt(twin->whereRow(row));
+    press();
+    release();
+}
+
+/// What differs between the real windows and those of the twin; empty for nothing.
+std::string ProductWindow::difference() {
+    const auto compare = [](const CEditorTwin::CShown& shown, const std::vector<uint32_t>& real) {
+        CIntRect differing;
+        int64_t count = 0;
+        for (size_t i = 0; i < real.size(); ++i) {
+            const int32_t x = static_cast<int32_t>(i) % shown.picture.width;
+            const int32_t y = static_cast<int32_t>(i) / shown.picture.width;
+            if ((shown.picture.pixels[i] & 0xffffff) != real[i]) {
+                differing = differing.unionWith({x, y, x + 1, y + 1});
+                ++count;
+            }
+        }
+        return count == 0 ? std::string()
+                          : std::to_string(count) + " pixels within " + std::to_string(differing.left) + "," +
+                                std::to_string(differing.top) + " to " + std::to_string(differing.right) + "," +
+                                std::to_string(differing.bottom);
+    };
+    const CEditorTwin::CShown main = twin->mainWindow();
+    const std::string inMain = compare(main, desk.pixels(parent, 0, 0, main.bounds.width(), main.bounds.height()));
+    if (!inMain.empty()) {
+        return "the main window differs: " + inMain;
+    }
+    const std::vector<CEditorTwin::CShown> popups = twin->popups();
+    if (desk.popups().size() != popups.size()) {
+        return std::to_string(desk.popups().size()) + " windows popped up in place of " + std::to_string(popups.size());
+    }
+    for (const CEditorTwin::CShown& popup : popups) {
+        const std::vector<uint32_t> real = desk.popupPixels(popup.bounds);
+        if (real.size() != popup.picture.pixels.size()) {
+            return "no window popped up at " + std::to_string(popup.bounds.left) + "," +
+                   std::to_string(popup.bounds.top);
+        }
+        const std::string inPopup = compare(popup, real);
+        if (!inPopup.empty()) {
+            return "a window that popped up differs: " + inPopup;
+        }
+    }
+    return "";
+}
+
+void ProductWindow::expectSame(const char* what) {
+    twin->wait(kChangesEnd);
+    std::string last;
+    EXPECT_TRUE(desk.until([&] { return (last = difference()).empty(); })) << what << ": " << last;
+}
+
+std::string ProductWindow::heard() {
+    desk.serve();
+    std::string all;
+    std::string last;
+    for (const std::string& edit : effect.edits) {
+        if (edit != last) {
+            all += (all.empty() ? "" : ", ") + edit;
+        }
+        last = edit;
+    }
+    effect.edits.clear();
+    return all;
+}
+
+std::string ProductWindow::heardGestures() {
+    desk.serve();
+    std::erase(effect.edits, "update");
+    for (std::string& edit : effect.edits) {
+        if (edit.starts_with("automate")) {
+            edit.resize(edit.rfind(' '));
+        }
+    }
+    return heard();
+}
+
+}  // namespace tarv::host
