@@ -79,7 +79,6 @@
 #include "UI/Controls/Buttons/CSelectorScale.h"
 #include "UI/Controls/Buttons/CWinDrag.h"
 #include "UI/Controls/Lists/CValueListAudio.h"
-#include "UI/Controls/Lists/CValueListAudio.h"
 #include "UI/Controls/Plugin/CEditorMemory.h"
 #include "UI/Controls/Plugin/CHistory.h"
 #include "UI/Controls/Plugin/CNameSetup.h"
