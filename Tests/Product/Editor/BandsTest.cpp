@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "ProductEditor.h"
+#include "UI/Controls/Surface/CControlSurface.h"
 
 namespace tarv {
 
@@ -149,6 +150,27 @@ TEST_F(Bands, TheOutputGainsAreDraggedTurnedResetAndTyped) {
         click(label(view + "ruler-values", 0));
         type(u"+2 dB");
         EXPECT_NEAR(decibels(kOutput, row.group), 2.0, 1e-9) << row.view;
+    }
+}
+
+TEST_F(Bands, ArrowsMoveTheBarThatWasPressedUntilEscapeOrAPressElsewhere) {
+    for (const CViewRow& row : kViews) {
+        const std::string path = std::string("c.") + row.view + ".cs-sliders.control-surface";
+        const auto& surface = at<CControlSurface>(path);
+        click(column(row.view, 2));
+        tap(kKeyUp);
+        tap(kKeyRight);
+        tap(kKeyDown);
+        EXPECT_NEAR(decibels(kGains, row.group, 2), 0.5, 1e-9) << row.view;
+        EXPECT_NEAR(decibels(kGains, row.group, 3), -0.5, 1e-9) << row.view;
+        EXPECT_EQ(surface.selectedPoint(), 3) << row.view;
+        tap(kKeyEscape);
+        EXPECT_EQ(surface.selectedPoint(), -1) << row.view;
+        tap(kKeyUp);
+        EXPECT_NEAR(decibels(kGains, row.group, 3), -0.5, 1e-9) << row.view;
+        click(column(row.view, 2));
+        click(std::string("c.") + row.view + ".title-frame-head.param-reset-button");
+        EXPECT_EQ(surface.selectedPoint(), -1) << row.view;
     }
 }
 
