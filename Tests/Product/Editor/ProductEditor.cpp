@@ -53,15 +53,6 @@ intptr_t hostAnswer(vst::AEffect* effect, int32_t opcode, int32_t index, intptr_
     return 1;
 }
 
-/// What earlier tests have stored for all instances; the folder is that of the test program.
-void forgetSettings() {
-    const char* folder = std::getenv("TARV_DATA_ROOT");
-    std::error_code failure;
-    for (const auto& entry : std::filesystem::directory_iterator(folder ? folder : "", failure)) {
-        std::filesystem::remove_all(entry.path());
-    }
-}
-
 std::string consumed(CError* error) {
     const std::string text = error ? error->joined().toUtf8() : "";
     delete error;
@@ -70,11 +61,19 @@ std::string consumed(CError* error) {
 
 }  // namespace
 
-CProductEditor::CProductEditor(double scale, const CIntRect& screen, const CIntRect& host) : system_({screen}) {
-    ensureProductStarted();
-    forgetSettings();
+void forgetStoredSettings() {
+    const char* folder = std::getenv("TARV_DATA_ROOT");
+    std::error_code failure;
+    for (const auto& entry : std::filesystem::directory_iterator(folder ? folder : "", failure)) {
+        std::filesystem::remove_all(entry.path());
+    }
     CGlobalData::instance().reset();
     CLocalData::instance().reset();
+}
+
+CProductEditor::CProductEditor(double scale, const CIntRect& screen, const CIntRect& host) : system_({screen}) {
+    ensureProductStarted();
+    forgetStoredSettings();
     CLocalData::instance().writeText("ui-scale", CString::fromDouble(scale, 4));
     host_ = system_.desktop().openHost(host);
     effect_ = CAudioWrapperVST::create(&hostAnswer);

@@ -14,6 +14,9 @@
 
 namespace tarv {
 
+/// Forgets what earlier tests have stored for all instances; the folder is that of the test program.
+void forgetStoredSettings();
+
 /// A pixel of a view that is seen, counted from the middle of what is seen of it.
 struct CSpot {
     CSpot(const char* path) : path(path) {}
