@@ -104,9 +104,11 @@ void CControlSurface::placeNumbers() {
 
 void CControlSurface::removeChild(CObject* child) {
     CView::removeChild(child);
-    const int32_t index = numbers_.indexOf(static_cast<CView*>(child));
-    if (index >= 0) {
-        numbers_.removeAt(index);
+    for (int32_t i = numbers_.count() - 1; i >= 0; --i) {
+        // The other way round it would be a cast of what is no view any more.
+        if (static_cast<const CObject*>(numbers_[i]) == child) {
+            numbers_.removeAt(i);
+        }
     }
 }
 
