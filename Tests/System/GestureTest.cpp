@@ -303,6 +303,34 @@ TEST_F(Gestures, TheHostMayCloseTheEditorInsideEachOfItsCalls) {
     }
 }
 
+TEST_F(Gestures, OfSeveralParametersNoneBeginsBehindItsEnd) {
+    onHeard = [this](int32_t) { editor_.reset(); };
+    EXPECT_EQ(firstLine(gesture_.begin()), "");
+    EXPECT_EQ(firstLine(gesture_.touch(y(), 0, 3)), "");
+    onHeard = nullptr;
+    EXPECT_EQ(take(), (CHeard{"begin 1", "end 1"}));
+}
+
+TEST_F(Gestures, AnEditThatBeginsWhileOthersEndStaysOpen) {
+    const auto other = makeEditor();
+    CParamGesture second;
+    EXPECT_EQ(firstLine(second.begin()), "");
+    EXPECT_EQ(firstLine(gesture_.begin()), "");
+    EXPECT_EQ(firstLine(gesture_.touch(y(), 0, 3)), "");
+    EXPECT_EQ(take(), (CHeard{"begin 1", "begin 2", "begin 3"}));
+    bool isFirst = true;
+    onHeard = [&](int32_t) {
+        if (std::exchange(isFirst, false)) {
+            EXPECT_EQ(firstLine(second.touch(*other->findObjectOf<CUIParam>("ui.control.y"), 1)), "");
+        }
+    };
+    EXPECT_EQ(firstLine(gesture_.end()), "");
+    onHeard = nullptr;
+    EXPECT_EQ(take(), (CHeard{"end 1", "end 3"}));
+    EXPECT_EQ(firstLine(second.end()), "");
+    EXPECT_EQ(take(), CHeard{"end 2"});
+}
+
 TEST_F(Gestures, AReadoutAndTheHostReadATextInTheSameWay) {
     const auto sendText = [this](int32_t index, const char* text) {
         return effect_->dispatcher(effect_, vst::kEffectString2Parameter, index, 0, const_cast<char*>(text), 0.0f);

@@ -41,31 +41,32 @@ CEngineGestures::CGesture* CEngineGestures::findOrOpen(int32_t client, int32_t k
     return gesture;
 }
 
-CEngineGestures::CIndexes CEngineGestures::hold(const CIndexes& indexes) {
-    CIndexes first;
+void CEngineGestures::hold(const CIndexes& indexes) {
     for (const int32_t index : indexes) {
         holders_.resize(std::max(holders_.count(), index + 1));
-        if (holders_[index]++ == 0) {
-            first.append(index);
-        }
+        isHeardOpen_.resize(holders_.count());
+        ++holders_[index];
     }
-    return first;
 }
 
-CEngineGestures::CIndexes CEngineGestures::release(const CIndexes& indexes) {
-    CIndexes last;
+void CEngineGestures::release(const CIndexes& indexes) {
     for (const int32_t index : indexes) {
-        if (--holders_[index] == 0) {
-            last.append(index);
-        }
+        --holders_[index];
     }
-    return last;
 }
 
-void CEngineGestures::notifyHost(const CIndexes& indexes, bool isBegin) const {
+void CEngineGestures::notifyHost(const CIndexes& indexes) {
     for (const int32_t index : indexes) {
+        bool isOpen = false;
+        {
+            CLockScope scope(lock_);
+            isOpen = holders_[index] > 0;
+            if (std::exchange(isHeardOpen_[index], isOpen) == isOpen) {
+                continue;
+            }
+        }
         if (const CAudioExtParam* param = params_->param(index)) {
-            param->notifyHostOfEdit(isBegin);
+            param->notifyHostOfEdit(isOpen);
         }
     }
 }
@@ -74,11 +75,10 @@ void CEngineGestures::report(const CIndexes& changed, int32_t client, int32_t ke
     if (changed.isEmpty()) {
         return;
     }
-    CIndexes begun;
     {
         CLockScope scope(lock_);
         // Open until the values have been reported, also if the host closes the editor meanwhile.
-        begun = hold(changed);
+        hold(changed);
         if (CGesture* gesture = isHeld ? findOrOpen(client, key) : nullptr) {
             CIndexes added;
             for (const int32_t index : changed) {
@@ -90,18 +90,17 @@ void CEngineGestures::report(const CIndexes& changed, int32_t client, int32_t ke
             hold(added);
         }
     }
-    notifyHost(begun, true);
+    notifyHost(changed);
     for (const int32_t index : changed) {
         if (const CAudioExtParam* param = params_->param(index)) {
             param->notifyHost();
         }
     }
-    CIndexes ended;
     {
         CLockScope scope(lock_);
-        ended = release(changed);
+        release(changed);
     }
-    notifyHost(ended, false);
+    notifyHost(changed);
 }
 
 CError* CEngineGestures::requireRoom(int32_t client, int32_t key) {
@@ -130,11 +129,10 @@ CError* CEngineGestures::begin(CInputStream& stream, const CEngineSubscriptions&
     CAudioParam* param = nullptr;
     TARV_TRY(subscriptions.findParam(0, name, param));
     TARV_TRY(requireRoom(clientOf(request), key));
-    CIndexes begun;
+    CIndexes added;
     {
         CLockScope scope(lock_);
         CGesture* gesture = find(key);
-        CIndexes added;
         for (int32_t i = 0; params_ && i < params_->count(); ++i) {
             if (!gesture->isCancelled && params_->param(i)->isAmong(*param, group, first, count) &&
                 gesture->held.indexOf(i) < 0) {
@@ -142,9 +140,9 @@ CError* CEngineGestures::begin(CInputStream& stream, const CEngineSubscriptions&
                 gesture->held.append(i);
             }
         }
-        begun = hold(added);
+        hold(added);
     }
-    notifyHost(begun, true);
+    notifyHost(added);
     return nullptr;
 }
 
@@ -169,12 +167,12 @@ void CEngineGestures::endEdits(bool (*isMeant)(const CGesture&, int32_t), int32_
             if (isMeant(*gestures_[i], number)) {
                 const std::unique_ptr<CGesture> gesture(gestures_[i]);
                 gestures_.removeAt(i);
-                const CIndexes last = release(gesture->held);
-                ended.append(last.data(), last.count());
+                release(gesture->held);
+                ended.append(gesture->held.data(), gesture->held.count());
             }
         }
     }
-    notifyHost(ended, false);
+    notifyHost(ended);
 }
 
 void CEngineGestures::cancelAll() {

@@ -70,21 +70,23 @@ private:
     // Under the lock.
     CGesture* find(int32_t key) const;
     CGesture* findOrOpen(int32_t client, int32_t key);
-    /// Gives those whose edit begins, or ends, with this.
-    CIndexes hold(const CIndexes& indexes);
-    CIndexes release(const CIndexes& indexes);
+    void hold(const CIndexes& indexes);
+    void release(const CIndexes& indexes);
 
     /// Notifies the host of the changes of an action.
     void report(const CIndexes& changed, int32_t client, int32_t key, bool isHeld);
     void endEdits(bool (*isMeant)(const CGesture&, int32_t), int32_t number);
-    void notifyHost(const CIndexes& indexes, bool isBegin) const;
+    /// Notifies the host of each of these whose edit has begun or ended since it heard of it. A host may act inside its
+    /// call, which begins and ends edits of others in the list: each is looked at when it is its turn.
+    void notifyHost(const CIndexes& indexes);
     const CString& errorContextName() const { return sender_.errorContextName(); }
 
     const CEngineSender& sender_;
     CAudioExtParamList* params_ = nullptr;
     mutable CLock lock_;
     COwnedArray<CGesture> gestures_;
-    CArray<int32_t, 32> holders_;  ///< of each host parameter: edits that are open
+    CArray<int32_t, 32> holders_;   ///< of each host parameter: edits that are open
+    CArray<bool, 32> isHeardOpen_;  ///< of each host parameter: the host has heard the begin, and no end behind it
     std::atomic<uint64_t> editThread_{0};
 };
 
