@@ -46,6 +46,7 @@ struct CWindowRequest {
     CIntRect bounds;              ///< of a child in its parent, of a popup on the screen
     const char16_t* title = u"";  ///< UTF-16, ends with 0
     bool isTaskbar = false;       ///< has a button in the taskbar
+    bool isLasting = false;       ///< a popup that stays when the user works elsewhere, among other windows
     bool isActivated = true;      ///< a popup takes the activation when it is shown or pressed
 };
 

@@ -24,6 +24,7 @@ CWindowByHand::CWindowByHand(CDesktopByHand& desktop, const CWindowRequest& requ
       isOfThisProcess_(isOfThisProcess),
       isChild_(request.isChild),
       isTaskbar_(request.isTaskbar),
+      isLasting_(request.isLasting),
       isActivated_(request.isActivated),
       parent_(request.isChild ? request.parent : desktop.topOf(request.parent)),
       bounds_(request.bounds),

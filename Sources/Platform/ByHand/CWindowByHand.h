@@ -51,6 +51,7 @@ public:
     /// A popup that takes no activation, by showing or by a press.
     bool staysInactive() const { return !isHost_ && !isChild_ && !isActivated_; }
     bool isTaskbar() const { return isTaskbar_; }
+    bool isLasting() const { return isLasting_; }
     const CIntRect& bounds() const { return bounds_; }
     const std::u16string& title() const { return title_; }
     CCursorShape cursor() const { return cursor_; }
@@ -84,6 +85,7 @@ private:
     const bool isOfThisProcess_;
     const bool isChild_;
     const bool isTaskbar_;
+    const bool isLasting_;
     const bool isActivated_;
     const CWindowHandle parent_;
     bool isShown_ = false;

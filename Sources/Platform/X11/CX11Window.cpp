@@ -44,7 +44,7 @@ CX11Window::CX11Window(std::shared_ptr<CX11Session> session, const CWindowReques
       handler_(handler),
       serial_(nextSerial()),
       isChild_(request.isChild),
-      isManaged_(!request.isChild && request.isTaskbar),
+      isManaged_(!request.isChild && (request.isTaskbar || request.isLasting)),
       isActivated_(request.isActivated),
       parent_(static_cast<xcb_window_t>(request.parent)) {}
 
@@ -104,6 +104,11 @@ void CX11Window::describePopup(const CWindowRequest& request) const {
     }
     const uint32_t type = display_.atom(isManaged_ ? CX11Atom::NetWmTypeDialog : CX11Atom::NetWmTypeMenu);
     display_.setNumbers(id_, display_.atom(CX11Atom::NetWmType), XCB_ATOM_ATOM, &type, 1);
+    if (!request.isTaskbar) {
+        const uint32_t states[] = {display_.atom(CX11Atom::NetWmStateSkipTaskbar),
+                                   display_.atom(CX11Atom::NetWmStateSkipPager)};
+        display_.setNumbers(id_, display_.atom(CX11Atom::NetWmState), XCB_ATOM_ATOM, states, std::size(states));
+    }
     const uint32_t process = static_cast<uint32_t>(getpid());
     display_.setNumbers(id_, display_.atom(CX11Atom::NetWmPid), XCB_ATOM_CARDINAL, &process, 1);
     // Flags, functions, decorations, mode, state: no decorations.
@@ -159,6 +164,10 @@ void CX11Window::show(bool isShown) {
         x_.xcb_unmap_window(display_.connection(), id_);
         display_.flush();
         return;
+    }
+    if (isManaged_) {
+        // The manager may give it the focus before this program does.
+        focusBefore_ = display_.focus();
     }
     if (!isChild_) {
         const uint32_t above = XCB_STACK_MODE_ABOVE;

@@ -5,8 +5,9 @@
 
 namespace tarv {
 
-/// One window of a session. A popup with a button in the taskbar is left to the window manager; all others are beyond
-/// it, so that they stand where they are put and take the focus at once.
+/// One window of a session. A popup that stays while the user works elsewhere, or has a button in the taskbar, is left
+/// to the window manager, which keeps it above the host's window and below others that are raised. All other popups are
+/// beyond it, so that they stand above all and take the focus at once.
 class CX11Window final : public CPlatformWindow {
 public:
     CX11Window(std::shared_ptr<CX11Session> session, const CWindowRequest& request, CWindowHandler& handler);

@@ -60,6 +60,7 @@ CError* CWindow::createWindow(const CPopupPlace* place) {
     title.widen();
     request.title = title.wideData();
     request.isTaskbar = flag("is-taskbar");
+    request.isLasting = !isPopupWindow();
     request.isActivated = takesFocus();
     if (system) {
         window_ = system->createWindow(request, *this, code);

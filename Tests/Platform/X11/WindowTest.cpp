@@ -178,7 +178,7 @@ TEST_F(X11Window, APopupLearnsWhichOwnWindowHasTheActivationNow) {
     EXPECT_EQ(recorder.events.back(), "active");
 }
 
-TEST_F(X11Window, OnlyAPopupOfTheTaskbarIsLeftToTheWindowManager) {
+TEST_F(X11Window, APopupOfTheTaskbarIsLeftToTheWindowManager) {
     CXRecorder recorder, list;
     CPlatformError error = 0;
     CWindowRequest request;
@@ -194,11 +194,54 @@ TEST_F(X11Window, OnlyAPopupOfTheTaskbarIsLeftToTheWindowManager) {
     EXPECT_EQ(client.numbers(id, "_NET_WM_WINDOW_TYPE"), std::vector{client.atom("_NET_WM_WINDOW_TYPE_DIALOG")});
     EXPECT_EQ(client.numbers(id, "_MOTIF_WM_HINTS"), (std::vector<uint32_t>{2, 0, 0, 0, 0})) << "no decorations";
     EXPECT_EQ(client.numbers(id, "WM_NORMAL_HINTS").at(0), 3u) << "the user's position and size";
+    EXPECT_EQ(client.numbers(id, "_NET_WM_STATE"), std::vector<uint32_t>{});
     window->show(true);
     EXPECT_TRUE(until([&] { return client.focus() == id; }));
     window->show(false);
     client.sync();
     EXPECT_NE(client.focus(), id);
+}
+
+TEST_F(X11Window, ALastingPopupIsLeftToTheWindowManagerWithoutAButtonInTheTaskbar) {
+    CXRecorder recorder;
+    CPlatformError error = 0;
+    CWindowRequest request;
+    request.parent = host;
+    request.bounds = {300, 200, 400, 260};
+    request.isLasting = true;
+    client.setFocus(host);
+    auto window = system.createWindow(request, recorder, error);
+    const auto id = static_cast<xcb_window_t>(window->handle());
+    EXPECT_FALSE(client.isOverrideRedirect(id));
+    EXPECT_EQ(client.numbers(id, "_NET_WM_STATE"),
+              (std::vector{client.atom("_NET_WM_STATE_SKIP_TASKBAR"), client.atom("_NET_WM_STATE_SKIP_PAGER")}));
+    EXPECT_EQ(client.numbers(id, "WM_TRANSIENT_FOR"), std::vector{host});
+    window->show(true);
+    EXPECT_TRUE(until([&] { return client.focus() == id; }));
+    EXPECT_EQ(window->screenBounds(), request.bounds);
+    window.reset();
+    client.sync();
+    EXPECT_EQ(client.focus(), host);
+}
+
+TEST_F(X11Window, GivesTheFocusBackThatAManagerGaveToALastingPopupFirst) {
+    CXRecorder recorder;
+    CPlatformError error = 0;
+    CWindowRequest request;
+    request.parent = host;
+    request.bounds = {300, 200, 400, 260};
+    request.isLasting = true;
+    client.setFocus(host);
+    const auto window = system.createWindow(request, recorder, error);
+    window->show(true);
+    // Before this program comes to read that the window is shown.
+    client.sync();
+    client.setFocus(static_cast<xcb_window_t>(window->handle()));
+    client.sync();
+    settle();
+    window->show(false);
+    client.sync();
+    EXPECT_EQ(client.focus(), host);
 }
 
 TEST_F(X11Window, HasOneCursorAtATimeOfEachShape) {

@@ -98,6 +98,14 @@ TEST_F(CPopupsTest, AWindowMayHaveAnEntryInTheTaskbar) {
     EXPECT_FALSE(system.desktop().find(popupWindow("settings")->handle())->isTaskbar());
 }
 
+TEST_F(CPopupsTest, OnlyWhatClosesByItselfStandsAboveTheWindowsOfOtherPrograms) {
+    openButtons();
+    openPopup("panel.a", "ui:settings");
+    EXPECT_TRUE(system.desktop().find(popupWindow("settings")->handle())->isLasting());
+    openPopup("panel.b", "ui:list");
+    EXPECT_FALSE(system.desktop().find(popupWindow("list")->handle())->isLasting());
+}
+
 TEST_F(CPopupsTest, APlaceMayStandInTheTemplate) {
     openButtons();
     openPopup("panel.a", "ui:placed");
