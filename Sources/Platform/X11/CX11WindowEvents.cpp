@@ -189,10 +189,12 @@ void CX11Window::onKey(const xcb_key_press_event_t& key, bool isDown) {
     const CKeyEvent event = session_->keyboard().translate(key, isDown);
     const std::shared_ptr<CX11Session> session = session_;
     const xcb_window_t id = id_;
-    // The window that grabs, or else the one that has the focus.
+    // First the window that grabs, then the one that has the focus.
     CX11Window* grabber = session->keyWindow();
-    CX11Window* asked = grabber ? grabber : this;
-    if (asked->handler_.onKey(event) || session->find(id) != this) {
+    if (grabber && grabber != this && (grabber->handler_.onKey(event) || session->find(id) != this)) {
+        return;
+    }
+    if (handler_.onKey(event) || session->find(id) != this) {
         return;
     }
     forward(key, isDown ? XCB_EVENT_MASK_KEY_PRESS : XCB_EVENT_MASK_KEY_RELEASE);

@@ -258,6 +258,21 @@ TEST_F(X11Input, KeysOfAPopupComeToTheWindowThatGrabsThem) {
     EXPECT_TRUE(until([&] { return recorder.typed == u"a"; }));
 }
 
+TEST_F(X11Input, AKeyThatTheGrabDoesNotTakeComesToThePopupWithTheFocus) {
+    CXRecorder list;
+    const auto opened = popup(list, window->handle(), {300, 200, 400, 260});
+    window->grabKeys(true);
+    settle();
+    opened->takeFocus();
+    settle();
+    client.takeTypes();
+    recorder.isKeyTaken = false;
+    client.strike(kA);
+    EXPECT_TRUE(until([&] { return list.typed == u"a"; }));
+    EXPECT_EQ(recorder.typed, u"a") << "asked first";
+    EXPECT_TRUE(client.takeTypes().empty());
+}
+
 TEST_F(X11Input, CharactersFollowTheLayoutAndDeadKeysJoinTheirLetter) {
     const CScopedVariable language("LC_ALL", "en_US.UTF-8");
     window->grabKeys(true);
