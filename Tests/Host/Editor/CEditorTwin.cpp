@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <random>
 
+#include "Core/CApplicationData.h"
 #include "Platform/ByHand/CDesktopByHand.h"
 #include "Platform/Folders.h"
 
@@ -65,6 +66,14 @@ CEditorTwin::CEditorTwin(const CIntRect& screen, const CIntRect& host) : CProduc
     wait(kFirstTurns);
 }
 
+void CEditorTwin::restart() {
+    end();
+    CGlobalData::instance().reset();
+    CLocalData::instance().reset();
+    start();
+    wait(kFirstTurns);
+}
+
 std::string CEditorTwin::libraryFolder() {
     std::u16string path;
     EXPECT_EQ(realDataRootPath(CDataRoot::kUser, path), 0u);
@@ -85,13 +94,13 @@ CScreenPoint CEditorTwin::where(const CSpot& spot) {
             bounds.top + static_cast<int32_t>(std::lround(rect.y + rect.height / 2.0)) + spot.y};
 }
 
-CScreenPoint CEditorTwin::whereRow(int32_t row) {
-    auto* list = tree().findObjectOf<CTextView>("ui.window-app-popup-list.list");
+CScreenPoint CEditorTwin::whereRow(const std::string& path, int32_t row) {
+    auto* list = tree().findObjectOf<CTextView>(full(path).c_str());
     auto* window = list ? dynamic_cast<CWindow*>(list->window()) : nullptr;
     const CViewRect rect = list ? list->rowRect(row) : CViewRect();
     CWindowByHand* shown = window ? system_.desktop().find(window->handle()) : nullptr;
     if (!shown || rect.isEmpty()) {
-        ADD_FAILURE() << "no list with row " << row;
+        ADD_FAILURE() << "no row " << row << " of " << path;
         return {};
     }
     const CIntRect bounds = shown->screenBounds();
@@ -99,20 +108,20 @@ CScreenPoint CEditorTwin::whereRow(int32_t row) {
             bounds.top + static_cast<int32_t>(rect.y + rect.height / 2.0)};
 }
 
-CEditorTwin::CShown CEditorTwin::mainWindow() {
+CIntRect CEditorTwin::mainWindow() {
     for (CWindowByHand* window : system_.desktop().windows()) {
         if (window->isShown() && window->isChild()) {
-            return {window->screenBounds(), window->picture()};
+            return window->screenBounds();
         }
     }
     return {};
 }
 
-std::vector<CEditorTwin::CShown> CEditorTwin::popups() {
-    std::vector<CShown> all;
+std::vector<CIntRect> CEditorTwin::popups() {
+    std::vector<CIntRect> all;
     for (CWindowByHand* window : system_.desktop().windows()) {
         if (window->isShown() && !window->isChild()) {
-            all.push_back({window->screenBounds(), window->picture()});
+            all.push_back(window->screenBounds());
         }
     }
     return all;

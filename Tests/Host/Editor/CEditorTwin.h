@@ -17,24 +17,24 @@ struct CScreenPoint {
 /// and its settings lie in a folder of its own.
 class CEditorTwin final : public CProductEditor {
 public:
-    struct CShown {
-        CIntRect bounds;
-        CPictureByHand picture;
-    };
-
     CEditorTwin(const CIntRect& screen, const CIntRect& host);
 
     /// Of the library's data, not the twin's: the folder of the maker below that of the user.
     static std::string libraryFolder();
 
+    /// Ends the effect and takes a new one, which knows only what is stored.
+    void restart();
     /// The middle of what is seen of a view, moved by the spot's pixels. Fails the test where nothing is seen.
     CScreenPoint where(const CSpot& spot);
-    /// Of a row of the list that is open.
-    CScreenPoint whereRow(int32_t row);
+    /// Of a row of a list in a window.
+    CScreenPoint whereRow(const std::string& path, int32_t row);
+    vst::AEffect& effect() { return *effect_; }
     CInputByHand& input() { return system_.input(); }
-    /// Of the main window, and of what popped up.
-    CShown mainWindow();
-    std::vector<CShown> popups();
+    /// What the main window covers of the screen, and what each window that popped up.
+    CIntRect mainWindow();
+    std::vector<CIntRect> popups();
+    /// What a user sees there.
+    CPictureByHand screen(const CIntRect& part) { return system_.desktop().picture(part); }
 
     using CProductEditor::at;
     using CProductEditor::chunk;

@@ -70,8 +70,8 @@ public:
     uint32_t pixel(void* parent, int x, int y) const;
     /// The same of a rectangle, row by row.
     std::vector<uint32_t> pixels(void* parent, int x, int y, int width, int height) const;
-    /// All of a window that popped up, by what it covers of the screen; nothing where there is none.
-    std::vector<uint32_t> popupPixels(const CIntRect& bounds) const;
+    /// What a user sees in a part of the screen.
+    std::vector<uint32_t> screenPixels(const CIntRect& part) const;
     /// What came to the window itself since the last call: "wheel", "space" and, for any other key but Shift
     /// and Ctrl, "key", one for each.
     std::string heard(void* parent);

@@ -43,6 +43,8 @@ protected:
     void type(const std::string& text);
     /// A row of the list that is open.
     void choose(int32_t row);
+    /// A row of a list in a window.
+    void clickRow(const std::string& path, int32_t row);
     CSpot column(const std::string& view, int32_t band) { return twin->column(view, band); }
 
     /// Waits until the windows of the editor stand where those of the twin do and show the same pixels.
@@ -64,11 +66,13 @@ protected:
 private:
     void pointAt(const CScreenPoint& at);
     void serveFor(double seconds);
+    std::string differenceIn(const CIntRect& part);
     std::string difference();
 
     class CSetAsideSettings;
     std::unique_ptr<CSetAsideSettings> settings_;
     CScreenPoint pointer_;
+    int32_t step_ = 1;
     CScreenPoint lastPress_{-1, -1};
     std::chrono::steady_clock::time_point lastPressTime_{};
 };

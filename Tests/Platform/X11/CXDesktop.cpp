@@ -120,9 +120,10 @@ std::vector<uint32_t> CXClient::numbers(xcb_window_t window, const char* propert
     return items;
 }
 
-std::vector<uint32_t> CXClient::pixels(xcb_window_t window, int width, int height) {
-    const auto cookie = xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, window, 0, 0,
-                                      static_cast<uint16_t>(width), static_cast<uint16_t>(height), UINT32_MAX);
+std::vector<uint32_t> CXClient::pixels(xcb_window_t window, int width, int height, int x, int y) {
+    const auto cookie =
+        xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, window, static_cast<int16_t>(x), static_cast<int16_t>(y),
+                      static_cast<uint16_t>(width), static_cast<uint16_t>(height), UINT32_MAX);
     const auto reply = own(xcb_get_image_reply(connection_, cookie, nullptr));
     std::vector<uint32_t> all(reply ? static_cast<size_t>(width) * static_cast<size_t>(height) : 0);
     if (!all.empty())

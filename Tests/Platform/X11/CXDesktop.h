@@ -39,7 +39,7 @@ public:
     /// In the window that it stands in.
     CIntRect boundsOf(xcb_window_t window);
     std::vector<uint32_t> numbers(xcb_window_t window, const char* property);
-    std::vector<uint32_t> pixels(xcb_window_t window, int width, int height);
+    std::vector<uint32_t> pixels(xcb_window_t window, int width, int height, int x = 0, int y = 0);
 
     void movePointer(int x, int y);
     void button(int number, bool isDown);

@@ -76,6 +76,14 @@ CProductEditor::CProductEditor(double scale, const CIntRect& screen, const CIntR
     forgetStoredSettings();
     CLocalData::instance().writeText("ui-scale", CString::fromDouble(scale, 4));
     host_ = system_.desktop().openHost(host);
+    start();
+}
+
+CProductEditor::~CProductEditor() {
+    end();
+}
+
+void CProductEditor::start() {
     effect_ = CAudioWrapperVST::create(&hostAnswer);
     EXPECT_TRUE(effect_);
     dispatch(vst::kEffectOpen);
@@ -86,7 +94,7 @@ CProductEditor::CProductEditor(double scale, const CIntRect& screen, const CIntR
     openEditor();
 }
 
-CProductEditor::~CProductEditor() {
+void CProductEditor::end() {
     closeEditor();
     dispatch(vst::kEffectMainsChanged, 0, 0);
     dispatch(vst::kEffectClose);
@@ -102,6 +110,7 @@ void CProductEditor::openEditor() {
         consumed(root->setAttribute("ParentWindow", CAttributeValue::fromPointer(reinterpret_cast<void*>(host_)))), "");
     ASSERT_EQ(consumed(root->setAttribute("PluginRootPtrVar", CAttributeValue::fromPointer(wrapper().instanceRoot()))),
               "");
+    ASSERT_EQ(consumed(root->setAttribute("plugin-tech", CString("VST PlugIn Technology by Steinberg"))), "");
     ASSERT_EQ(consumed(root->loadFromResource("UserInterface.xml", true)), "");
     ASSERT_EQ(consumed(at<CWindow>("window-renderer").open()), "");
     wait();

@@ -37,6 +37,9 @@ protected:
     explicit CProductEditor(double scale = 1.0, const CIntRect& screen = kScreen, const CIntRect& host = kHost);
     ~CProductEditor() override;
 
+    /// An effect with its editor, as the constructor and the destructor do.
+    void start();
+    void end();
     void openEditor();
     void closeEditor();
     CObject& tree() { return *tree_; }

@@ -49,7 +49,7 @@ WORD keyCode(char key) {
     return static_cast<WORD>(key >= 'a' && key <= 'z' ? key - 'a' + 'A' : key);
 }
 
-/// A part of a window, row by row.
+/// A part of a window, or of the screen, row by row.
 std::vector<uint32_t> readPixels(HWND window, const CIntRect& part) {
     const HDC context = GetDC(window);
     const HDC memory = CreateCompatibleDC(context);
@@ -211,13 +211,8 @@ std::vector<uint32_t> CHostDesk::pixels(void* parent, int x, int y, int width, i
     return readPixels(child ? child : asWindow(parent), {x, y, x + width, y + height});
 }
 
-std::vector<uint32_t> CHostDesk::popupPixels(const CIntRect& bounds) const {
-    for (const HWND window : parts_->shownPopups()) {
-        if (boundsOf(window) == bounds) {
-            return readPixels(window, {0, 0, bounds.width(), bounds.height()});
-        }
-    }
-    return {};
+std::vector<uint32_t> CHostDesk::screenPixels(const CIntRect& part) const {
+    return readPixels(nullptr, part);
 }
 
 std::string CHostDesk::heard(void* parent) {

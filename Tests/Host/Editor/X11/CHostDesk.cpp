@@ -211,14 +211,8 @@ std::vector<uint32_t> CHostDesk::pixels(void* parent, int x, int y, int width, i
     return some;
 }
 
-std::vector<uint32_t> CHostDesk::popupPixels(const CIntRect& bounds) const {
-    for (const xcb_window_t window : parts_->client.childrenOf(parts_->client.root())) {
-        if (!parts_->places.contains(window) && parts_->client.isShown(window) &&
-            parts_->client.boundsOf(window) == bounds) {
-            return parts_->client.pixels(window, bounds.width(), bounds.height());
-        }
-    }
-    return {};
+std::vector<uint32_t> CHostDesk::screenPixels(const CIntRect& part) const {
+    return parts_->client.pixels(parts_->client.root(), part.width(), part.height(), part.left, part.top);
 }
 
 std::string CHostDesk::heard(void* parent) {
