@@ -211,6 +211,8 @@ void CAudioWrapper::setBlockSize(int32_t frames) {
 void CAudioWrapper::setChannelCounts(int32_t inputs, int32_t outputs) {
     inputCount_ = hostChannelCount(inputs);
     outputCount_ = hostChannelCount(outputs);
+    // An editor that opens before the first resume lists them.
+    interfaceBase()->setIoCounts(inputCount_, outputCount_, 0);
 }
 
 void CAudioWrapper::suspend() {
@@ -241,7 +243,6 @@ void CAudioWrapper::resume() {
     }
     if (inputCount_ != graph().hostInputs || outputCount_ != graph().hostOutputs) {
         graph_.setHostChannels(inputCount_, outputCount_);
-        interfaceBase()->setIoCounts(inputCount_, outputCount_, 0);
     }
     // Needed even if the audio thread has set it: the values that users read follow here.
     setOffline(hostProcessLevel() == kOfflineLevel);

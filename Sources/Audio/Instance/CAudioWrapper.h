@@ -63,7 +63,8 @@ public:
     /// Frames of the longest block that the host announces, at least 1. Takes effect as a rate does.
     /// [any thread, any state]
     void setBlockSize(int32_t frames);
-    /// Channels that the host hands over and expects, 1 to 32 each. Takes effect at the next resume.
+    /// Channels that the host hands over and expects, 1 to 32 each. Editors get them at once, the sound at the next
+    /// resume.
     /// [main thread, suspended]
     void setChannelCounts(int32_t inputs, int32_t outputs);
     void setOffline(bool isOffline) { hostParams_.setOffline(isOffline); }  // [main thread, suspended]
