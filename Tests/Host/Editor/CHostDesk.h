@@ -85,4 +85,18 @@ private:
     std::unique_ptr<CParts> parts_;
 };
 
+/// While it lives, dialogs of the system for files fail on this thread, as if there were none.
+class CNoDialogs {
+public:
+    CNoDialogs();
+    ~CNoDialogs();
+    CNoDialogs(const CNoDialogs&) = delete;
+    CNoDialogs& operator=(const CNoDialogs&) = delete;
+
+private:
+    /// Of the system, or what it had before.
+    void* hook_ = nullptr;
+    std::string former_;
+};
+
 }  // namespace tarv::host

@@ -17,10 +17,11 @@ namespace tarv::host {
 /// them.
 class HostEditorTest : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() {
+    static void SetUpTestSuite() { load(kHostedEditorFile); }
+    static void load(const char* file) {
         std::string error;
         library = std::make_unique<CPluginLibrary>();
-        ASSERT_TRUE(library->load(kHostedEditorFile, error)) << error;
+        ASSERT_TRUE(library->load(file, error)) << error;
     }
     static void TearDownTestSuite() { library.reset(); }
     void SetUp() override {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <clocale>
+#include <string>
 #include <vector>
 
 #include "Tests/Host/ProcessMemory.h"
@@ -70,6 +71,16 @@ std::vector<uint32_t> readPixels(HWND window, const CIntRect& part) {
     DeleteDC(memory);
     ReleaseDC(window, context);
     return all;
+}
+
+/// Refuses each window of the system's class of dialogs.
+LRESULT CALLBACK refuseDialogs(int code, WPARAM wParam, LPARAM lParam) {
+    wchar_t name[16] = {};
+    if (code == HCBT_CREATEWND && GetClassNameW(reinterpret_cast<HWND>(wParam), name, 16) > 0 &&
+        std::wstring(name) == L"#32770") {
+        return 1;
+    }
+    return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
 BOOL CALLBACK noteShown(HWND window, LPARAM list) {
@@ -250,6 +261,12 @@ std::string CHostDesk::processState() {
            " folder " + folder + " priority " + std::to_string(GetPriorityClass(GetCurrentProcess())) + ' ' +
            std::to_string(GetThreadPriority(GetCurrentThread())) + " dpi " + std::to_string(IsProcessDPIAware()) +
            " errors " + std::to_string(GetErrorMode());
+}
+
+CNoDialogs::CNoDialogs() : hook_(SetWindowsHookExW(WH_CBT, &refuseDialogs, nullptr, GetCurrentThreadId())) {}
+
+CNoDialogs::~CNoDialogs() {
+    UnhookWindowsHookEx(static_cast<HHOOK>(hook_));
 }
 
 }  // namespace tarv::host

@@ -235,4 +235,13 @@ std::string CHostDesk::processState() {
            " folder " + std::filesystem::current_path().string() + " priority " + std::to_string(nice(0));
 }
 
+// The desktop's programs show dialogs.
+CNoDialogs::CNoDialogs() : former_(getenv("PATH") ? getenv("PATH") : "") {
+    setenv("PATH", "/nowhere", 1);
+}
+
+CNoDialogs::~CNoDialogs() {
+    setenv("PATH", former_.c_str(), 1);
+}
+
 }  // namespace tarv::host
