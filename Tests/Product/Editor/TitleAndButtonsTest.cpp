@@ -58,6 +58,17 @@ TEST_F(TitleAndButtons, UndoAndRedoMoveAndAreDisabledWithNothingToDo) {
     EXPECT_FALSE(at("c.buttons.history.button-redo").isDisabled());
 }
 
+TEST_F(TitleAndButtons, TheHintsOfUndoAndRedoNameTheirStep) {
+    turn(0, 1.0);
+    point("c.buttons.history.button-undo");
+    wait();
+    EXPECT_EQ(at<CTextView>("window-status.label").paragraphText(0).toUtf8(), "Undo: EQ (1) change");
+    click("c.buttons.history.button-undo");
+    point("c.buttons.history.button-redo");
+    wait();
+    EXPECT_EQ(at<CTextView>("window-status.label").paragraphText(0).toUtf8(), "Redo: EQ (1) change");
+}
+
 TEST_F(TitleAndButtons, AStepIsChosenFromTheHistory) {
     turn(0, 1.0);
     turn(1, 2.0);

@@ -151,9 +151,11 @@ CError* CHistory::showLabels() {
     const bool canUndo = position > 0 && position < history.labels.count();
     const bool canRedo = position + 1 < history.labels.count();
     const CObjectWatch watch(*this);
-    CError* error = setAttributePlain("undo-label", canUndo ? history.labels[position] : CString());
+    const CString undo = canUndo ? getAttrString("undo-prefix") + history.labels[position] : CString();
+    const CString redo = canRedo ? getAttrString("redo-prefix") + history.labels[position + 1] : CString();
+    CError* error = setAttributePlain("undo-label", undo);
     if (!error && watch.isAlive()) {
-        error = setAttributePlain("redo-label", canRedo ? history.labels[position + 1] : CString());
+        error = setAttributePlain("redo-label", redo);
     }
     const std::pair<const char*, bool> buttons[] = {
         {kUndoButton, canUndo}, {kSelectButton, history.labels.count() > 1}, {kRedoButton, canRedo}};

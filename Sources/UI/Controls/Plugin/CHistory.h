@@ -12,7 +12,8 @@ class CValueList;
 /// `button-released` it follows. A button that has nothing to do is disabled. `button-select` opens a list of the
 /// steps, the newest on top, the position selected, those that redo would bring dimmed; a choice moves there. Sends
 /// `history-change` when steps or position have become others. Attributes that it sets, for hints: `undo-label` and
-/// `redo-label`, the labels of the steps that the buttons move over. Thread: that of the window.
+/// `redo-label`, the labels of the steps that the buttons move over, behind the texts `undo-prefix` and `redo-prefix`;
+/// empty while there is no such step. Thread: that of the window.
 class CHistory : public CView {
 public:
     ~CHistory() override;
