@@ -21,6 +21,9 @@ namespace tarv {
 namespace {
 
 constexpr uint32_t kTreeBlockId = 0x6c6d7863;  // 'cxml'
+/// As a host that gives the plug-in all of its channels.
+constexpr double kSampleRate = 44100.0;
+constexpr int32_t kChannels = 8;
 constexpr CIntRect kScreen{0, 0, 1920, 1080};
 constexpr CIntRect kHost{CPlainEditor::kHostX, CPlainEditor::kHostY, 1700, 1000};
 
@@ -136,6 +139,9 @@ std::string CPlainEditor::openProduct(double scale) {
 std::string CPlainEditor::makeEngine() {
     CError* error = nullptr;
     instance_.reset(CPlainInstance::create(error));
+    if (instance_) {
+        instance_->start(kSampleRate, kChannels, kChannels);
+    }
     return textOf(error);
 }
 
