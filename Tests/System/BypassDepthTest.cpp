@@ -1,4 +1,4 @@
-// How far a bypassed signal nulls against the input, in each mode: the figures of Docs/manual.md.
+// How far a bypassed signal nulls against the input, in each mode: the figures of Docs/manual/sound.md.
 
 #include <gtest/gtest.h>
 
