@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <memory>
 
 #include "Core/CObject.h"
@@ -42,7 +43,8 @@ public:
     bool isOpen() const { return window_ && window_->handle() != 0; }
     /// One render tick.
     void tick();
-    /// The host is idle: a tick that is overdue is made up for, since its timers may starve.
+    /// The host is idle: a tick that is overdue is made up for, since its timers may starve. With the setting
+    /// `builtin-refresh` these calls draw each tick, and the timer only where they have ceased.
     void idle();
     /// A turn of the wheel that the host reports, in notches, up is positive: goes to the window of this editor at the
     /// pointer. False if none of its views takes it.
@@ -154,6 +156,7 @@ private:
 
     // Handlers of events and attributes.
     [[nodiscard]] CError* renderTick();
+    bool isDrawnByIdle() const;
     [[nodiscard]] CError* cursorTick();
     [[nodiscard]] CError* deactivateTick();
     [[nodiscard]] CError* autoClickTick();
@@ -212,6 +215,7 @@ private:
     CWindow* blockedBy_ = nullptr;
     double now_;
     double lastTick_;
+    double lastIdle_ = -HUGE_VAL;  ///< when the host was idle last
     double lastStaticUpdate_;
     CDrawLoad load_;
     CArray<CFailedView, 4> failedViews_;

@@ -1,5 +1,6 @@
 // The render tick, and what shows the pictures of the tiles.
 
+#include "Core/CGlobalSettings.h"
 #include "Platform/Clock.h"
 #include "UI/Windows/CWindow.h"
 
@@ -12,12 +13,21 @@ constexpr double kLogPeriod = 1.0;
 constexpr double kStaticUpdateHalf = 0.5;
 /// Ticks that are missed before another call draws one.
 constexpr double kOverdueTicks = 2.0;
+/// A host that has called idle within this time, in seconds, goes on to do so.
+constexpr double kIdleSeconds = 0.25;
 
 }  // namespace
 
 CError* CWindow::renderTick() {
-    tick();
+    if (!isDrawnByIdle()) {
+        tick();
+    }
     return nullptr;
+}
+
+/// The timer draws where the host has stopped to call, so that the setting can be taken back in any host.
+bool CWindow::isDrawnByIdle() const {
+    return globalSettings().isBuiltinRefresh && clockSeconds() - lastIdle_ < kIdleSeconds;
 }
 
 void CWindow::tick() {
@@ -73,10 +83,12 @@ bool CWindow::advance(const CBusy& busy) {
 }
 
 bool CWindow::isTickOverdue() const {
-    return clockSeconds() - lastTick_ >= kOverdueTicks / number("fps", kDefaultFps);
+    const double ticks = isDrawnByIdle() ? 1.0 : kOverdueTicks;
+    return clockSeconds() - lastTick_ >= ticks / number("fps", kDefaultFps);
 }
 
 void CWindow::idle() {
+    lastIdle_ = clockSeconds();
     if (isOpen() && isTickOverdue()) {
         tick();
     }

@@ -1,5 +1,6 @@
 // What a host sees of a window: its first picture, its idle calls and wheel reports, an end inside a call.
 
+#include "Core/CGlobalSettings.h"
 #include "Tests/UI/Windows/WindowTree.h"
 
 namespace tarv {
@@ -41,6 +42,26 @@ TEST_F(CWindowHostTest, AnIdleCallMakesUpForTicksThatStarved) {
     system.starve(1.0);
     window().idle();
     EXPECT_EQ(CEventLog::heard.size(), 1u);
+}
+
+TEST_F(CWindowHostTest, WithTheBuiltInRefreshIdleCallsDrawAndTheTimerWhereTheyCease) {
+    openOne();
+    globalSettings().isBuiltinRefresh = true;
+    listen("main-window.window-renderer", "render");
+    system.advance(0.1);
+    EXPECT_EQ(CEventLog::heard.size(), 4u) << "this host has never been idle";
+    CEventLog::heard.clear();
+    system.starve(0.025);
+    window().idle();
+    window().idle();
+    EXPECT_EQ(CEventLog::heard.size(), 1u) << "one tick of 25 ms";
+    system.advance(0.2);
+    EXPECT_EQ(CEventLog::heard.size(), 1u) << "the timer waits for the host";
+    window().idle();
+    EXPECT_EQ(CEventLog::heard.size(), 2u);
+    system.advance(0.5);
+    EXPECT_GE(CEventLog::heard.size(), 10u) << "the host calls no more";
+    globalSettings().isBuiltinRefresh = false;
 }
 
 TEST_F(CWindowHostTest, AWheelThatTheHostReportsGoesToTheViewAtThePointer) {
