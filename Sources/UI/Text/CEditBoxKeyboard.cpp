@@ -23,7 +23,7 @@ void CEditBox::setKeyboard(CVirtualKeyboard* keyboard) {
 
 bool CEditBox::wantsKeyboard() const {
     const CObject* settings = root()->findObject("ui.global-settings");
-    return settings && settings->getAttrBool("show-virtual-keyboard");
+    return settings && (settings->getAttrBool("show-virtual-keyboard") || settings->getAttrBool("tablet-mode"));
 }
 
 /// Where the box stands by now, since the keyboard must not lie over it.

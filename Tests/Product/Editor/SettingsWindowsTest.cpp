@@ -103,6 +103,20 @@ TEST_F(SettingsWindows, EachSwitchSwitchesItsSetting) {
     }
 }
 
+TEST_F(SettingsWindows, TheKeyboardOpensByItsSwitchOrInTabletMode) {
+    for (const auto& [isShown, isTablet] : {std::pair{false, false}, {true, false}, {false, true}}) {
+        for (const auto& [name, isOn] : {std::pair{"show-virtual-keyboard", isShown}, {"tablet-mode", isTablet}}) {
+            CObject& setting = at<CObject>(std::string("ui.global-data.") + name);
+            EXPECT_EQ(setting.setAttribute(name, CAttributeValue::fromBool(isOn)), nullptr);
+        }
+        click("window-title.instance-name.readout");
+        EXPECT_EQ(exists("ui.virtual-keyboard-alphadigit"), isShown || isTablet) << isShown << isTablet;
+        tap(kKeyEscape);
+        wait();
+        EXPECT_FALSE(exists("ui.virtual-keyboard-alphadigit"));
+    }
+}
+
 TEST_F(SettingsWindows, TheNoiseIsSwitchedWithoutAStep) {
     openGlobal();
     click(std::string(kGlobal) + "switches.right.denorm");
