@@ -144,6 +144,22 @@ CIntRect windowsOf(CPlainEditor& editor) {
     return all;
 }
 
+/// All windows, without the host's, whose pixels nobody draws.
+CPictureByHand pictureOf(CPlainEditor& editor) {
+    const CIntRect all = windowsOf(editor);
+    CPictureByHand picture(all.width(), all.height(), CDesktopByHand::kBackground);
+    for (const CWindow* window : editor.window()->sharedData().windows()) {
+        const CIntRect bounds = window->screenBounds();
+        const CPictureByHand part = editor.system().desktop().picture(bounds);
+        for (int32_t y = 0; y < part.height; ++y) {
+            for (int32_t x = 0; x < part.width; ++x) {
+                picture.at(bounds.left - all.left + x, bounds.top - all.top + y) = part.at(x, y);
+            }
+        }
+    }
+    return picture;
+}
+
 std::string draw(const CSceneRow& row, const std::string& path, double scale, const std::string& palette) {
     CPlainEditor editor;
     std::string failure = editor.openProduct(scale);
@@ -156,7 +172,7 @@ std::string draw(const CSceneRow& row, const std::string& path, double scale, co
         scene.wait(kMenuSeconds);
         failure = scene.failure();
     }
-    if (failure.empty() && !writePng(editor.system().desktop().picture(windowsOf(editor)), path)) {
+    if (failure.empty() && !writePng(pictureOf(editor), path)) {
         failure = "cannot write '" + path + "'";
     }
     return failure.empty() ? "" : std::string(row.name) + ": " + failure;
