@@ -30,7 +30,7 @@ CError* CTextView::initClass(CClassDescriptor& descriptor) {
     descriptor.addHandler<&CTextView::textChanged>("title");
     descriptor.addHandler<&CTextView::fontChanged>("font-name");
     descriptor.addHandler<&CTextView::fontChanged>("inherited-font-name");
-    for (const char* name : {"is-text-wrapped", "text-alignment", "paragraph-spacing"}) {
+    for (const char* name : {"is-text-wrapped", "is-text-shortened", "text-alignment", "paragraph-spacing"}) {
         descriptor.addHandler<&CTextView::settingsChanged>(name);
     }
     for (const char* name : {"text-color", "text-color1", "text-color2", "paragraph-hover-color",
@@ -138,6 +138,7 @@ void CTextView::readSettings() {
     settings_.paragraphSpacing = pixelAt(std::clamp(spacing, 0.0, 65535.0));
     settings_.isList = isList_;
     wantsWrap_ = getAttrBoolOr("is-text-wrapped", true);
+    isShortened_ = getAttrBool("is-text-shortened");
 }
 
 void CTextView::readList() {

@@ -16,7 +16,8 @@ class CEditBox;
 /// font is `font-name`, by default that of the nearest ancestor with one. Compact sizes are those of the text: the
 /// width that of the widest line without wrapping. A text that was set plain, as what a user has typed is, has no
 /// marks. The block of lines stands in a higher view by `inline-alignment-v`, in one that scrolls and in a list at the
-/// top. A view that scrolls gets its ratios by the text.
+/// top. A view that scrolls gets its ratios by the text. A line that is wider than the view is cut by it; with
+/// `is-text-shortened` it ends in an ellipsis within it.
 ///
 /// A list (`is-list`; by default a view with `is-paragraph` children, `selected-paragraph` or
 /// `is-drop-down-behavior-disabled` false) shows the row under the pointer and the selected one, and takes input. A
@@ -55,6 +56,8 @@ public:
     /// As of the last flush. Its pixels count from textOrigin.
     const CTextLayout& layout() const { return layout_; }
     const CTextFonts& fonts() const { return fonts_; }
+    /// How many items of a line are drawn; an ellipsis stands for the others.
+    int32_t shownItems(const CTextLine& line) const;
     /// How often the text was laid out, for tests of what is not done.
     int32_t layoutCount() const { return layoutCount_; }
 
@@ -218,6 +221,7 @@ private:
     int32_t naturalWidth_ = 0;
     int32_t layoutCount_ = 0;
     bool wantsWrap_ = true;
+    bool isShortened_ = false;
     bool isPlacedOnce_ = false;
     bool isStale_ = false;
     bool isPaletteMissed_ = false;

@@ -18,6 +18,7 @@ constexpr const char* kListAttributes[kListColors][2] = {{"paragraph-hover-color
 constexpr const char* kTextAttributes[kTextColors] = {"text-color", "text-color1", "text-color2"};
 
 constexpr const char* kText = "Text";
+constexpr uint16_t kEllipsis = 0x2026;
 constexpr const char* kDisabledText = "DisabledText";
 
 }  // namespace
@@ -116,7 +117,7 @@ void CTextView::drawLine(const CTextLine& line, const CPoint& origin, const CInt
     }
     // The last item that begins left of the tile may reach into it.
     const CTextPlace* const begin = &layout_.place(0) + line.first;
-    const CTextPlace* const end = begin + line.count;
+    const CTextPlace* const end = begin + shownItems(line);
     const CTextPlace* place =
         std::partition_point(begin, end, [left](const CTextPlace& item) { return item.x < left; });
     place -= place > begin ? 1 : 0;
@@ -126,6 +127,29 @@ void CTextView::drawLine(const CTextLine& line, const CPoint& origin, const CInt
             drawImageLayer(place->picture->layer(i), x + place->x, y + place->top, kTextArea, *color, 1.0, false);
         }
     }
+    if (end < begin + line.count) {
+        const CImage* dots = fonts_.glyph(kEllipsis, CTextStyle::Regular);
+        const CColor* color = dots ? colorOf(end->color, line.paragraph) : nullptr;
+        for (int32_t i = 0; color && i < dots->layerCount(); ++i) {
+            drawImageLayer(dots->layer(i), x + end->x, y + fonts_.topOf(CTextStyle::Regular), kTextArea, *color, 1.0,
+                           false);
+        }
+    }
+}
+
+int32_t CTextView::shownItems(const CTextLine& line) const {
+    const int32_t room = innerWidth();
+    if (!isShortened_ || line.width <= room) {
+        return line.count;
+    }
+    const CImage* dots = fonts_.glyph(kEllipsis, CTextStyle::Regular);
+    const int32_t end = room - (dots ? static_cast<int32_t>(std::ceil(dots->getAdvance())) : 0);
+    // An item ends where the next one begins.
+    int32_t shown = 0;
+    while (shown + 1 < line.count && layout_.place(line.first + shown + 1).x <= end) {
+        ++shown;
+    }
+    return shown;
 }
 
 }  // namespace tarv

@@ -1,5 +1,7 @@
 #include "UI/Text/CTextView.h"
 
+#include <cmath>
+
 #include "Tests/UI/Text/TextViewTree.h"
 
 namespace tarv {
@@ -25,6 +27,25 @@ TEST_F(TextView, ACompactSizeIsThatOfTheText) {
     set(at("a"), "title", "Gains");
     flush();
     EXPECT_EQ(size("a"), sizeOf(face.advance("Gains"), 14));
+}
+
+TEST_F(TextView, ALineThatIsTooWideEndsInAnEllipsisWhereThatIsAsked) {
+    const int32_t whole = face.advance("one two");
+    const std::string tooNarrow = std::to_string(whole - 1);
+    openTexts({label("a", {{"title", "one two"}, {"is-text-wrapped", "false"}, {"width", tooNarrow}})});
+    EXPECT_EQ(text("a").shownItems(text("a").layout().line(0)), 7);
+    set(at("a"), "is-text-shortened", "true");
+    flush();
+    const int32_t shown = text("a").shownItems(text("a").layout().line(0));
+    EXPECT_LT(shown, 7);
+    const CImage* dots = text("a").fonts().glyph(0x2026, CTextStyle::Regular);
+    EXPECT_LE(text("a").layout().place(shown).x + (dots ? std::ceil(dots->getAdvance()) : 0.0), whole - 1);
+    set(at("a"), "width", std::to_string(whole));
+    flush();
+    EXPECT_EQ(text("a").shownItems(text("a").layout().line(0)), 7);
+    set(at("a"), "width", "1");
+    flush();
+    EXPECT_EQ(text("a").shownItems(text("a").layout().line(0)), 0);
 }
 
 TEST_F(TextView, ACompactWidthIsThatOfTheWidestParagraphUnwrapped) {
