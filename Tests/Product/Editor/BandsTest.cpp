@@ -198,6 +198,27 @@ TEST_F(Bands, WhatTheHostAutomatesShows) {
     EXPECT_EQ(heard(), "");
 }
 
+TEST_F(Bands, AValueIsTypedOnTheScreen) {
+    click("c.xeq1.cs-sliders.ruler-values.label#2");
+    for (const char* key : {"minus", "four", "point", "two", "five", "backspace", "enter"}) {
+        click(std::string("ui.virtual-keyboard-digit.") + key);
+    }
+    EXPECT_NEAR(decibels("modBrindleXEQ.xeq-gains", 0, 2), -4.2, 1e-9);
+}
+
+TEST_F(Bands, FrequenciesAreShortAndTheHoveredOneIsWhole) {
+    const std::string fourth = "c.xeq1.cs-sliders.ruler-freqs.label#3";
+    EXPECT_EQ(text("c.xeq1.cs-sliders.ruler-freqs.label", "title"), "64");
+    EXPECT_EQ(text(fourth, "title"), "1k");
+    point(column("xeq1", 3));
+    EXPECT_EQ(text(fourth, "title"), "1.00k");
+    EXPECT_EQ(text("c.xeq1.cs-sliders.ruler-freqs.label#4", "title"), "2k");
+    point(fourth);
+    EXPECT_EQ(text(fourth, "title"), "1.00k");
+    point("c.buttons.reset");
+    EXPECT_EQ(text(fourth, "title"), "1k");
+}
+
 }  // namespace
 
 }  // namespace tarv

@@ -125,8 +125,13 @@ CString CReadOut::shownText() const {
         return CNumberFormat::text(format, param.getValue());
     }
     const CString& id = getAttrString("format-id");
-    const CString text =
-        param.getValueText(id == CString("knob-circle") ? CAudioTextMode::Short : CAudioTextMode::Full);
+    const bool isBrief = id == CString("brief");
+    const bool isShort = isBrief || id == CString("knob-circle");
+    CString text = param.getValueText(isShort ? CAudioTextMode::Short : CAudioTextMode::Full);
+    static const CString kWholeThousands(".0k");
+    if (isBrief && text.endsWith(kWholeThousands)) {
+        text = text.substring(0, text.length() - kWholeThousands.length()) + "k";
+    }
     const CString unit = id == CString("automation-string") ? param.unit() : CString();
     return unit.isEmpty() ? text : text + " " + unit;
 }

@@ -15,8 +15,8 @@ class CUIParam;
 ///                   number without it takes figures, point and minus
 ///   default-value   what an emptied field gets; without it the field keeps its value
 ///   format          of the number, as CNumberFormat; otherwise by `format-id`: `normal` (default) and `knob-circle`
-///   are
-///                   the parameter's full and short text, `automation-string` has the unit, too
+///                   are the parameter's full and short text, `automation-string` has the unit, too; `brief` is the
+///                   short text without the tenths of a whole number of thousands: "1k"
 /// What a person types is read as a host's text is (CUIParam::setValueText); what is no number is refused. Each notch
 /// of the wheel changes a number by `mouse-wheel-precision` of its unit, a frequency by that part of a semitone, one of
 /// several states by one; Shift multiplies by `shift-key-precision`. Texts are plain. The view `hover-frame`, a child

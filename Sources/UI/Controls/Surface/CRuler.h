@@ -29,11 +29,12 @@ class CMinMax;
 ///   label-size            height of a label, at scale 1.0; default 13
 ///   label-text-align, label-unclip-level   given to the labels; default `center`, 1
 ///   label-tag             template of a label; default `ui:ruler-label`
+///   label-gap             between two labels before they take their short form, at scale 1.0; default 2
 ///   ruler-size            thickness, at scale 1.0; default 25
 ///   bridge, group-selector, tab-group, accept-chars, virtual-keyboard-minus-char   given to labels where they are
 ///                         there, as full names; a label gets the `element` of its position
 /// The label of a hovered point has the state `hilite`. Labels that don't fit beside each other have numbers in
-/// thousands (readouts their short text, `format-id` `knob-circle`), and if these don't fit either, only every second
+/// thousands (readouts their short text, `format-id` `brief`), and if these don't fit either, only every second
 /// one and the hovered one show.
 class CRuler : public CView {
 public:
@@ -90,7 +91,7 @@ private:
     [[nodiscard]] CError* setReadoutForms(bool isShort);
     bool hasReadouts() const;
     void followReadouts();
-    bool fits(int32_t pitch) const;
+    bool fits(int32_t pitch, double gap) const;
     [[nodiscard]] CError* chooseTexts(int32_t pitch);
     void placeLabels();
     void placeLabel(int32_t index, const CSurfaceLayout& layout);

@@ -114,7 +114,7 @@ CError* CRuler::makeLabel(int32_t index) {
 /// A readout shows the value that it is bound to, in its own form or in the short one.
 CError* CRuler::setReadoutForms(bool isShort) {
     static const CString kForm("format-id");
-    static const CString kShortForm("knob-circle");
+    static const CString kShortForm("brief");
     const CObjectWatch watch(*this);
     for (int32_t i = 0; i < labels_.count(); ++i) {
         const CString form = labels_[i]->getAttrString(kForm);
@@ -167,13 +167,12 @@ void CRuler::followReadouts() {
     }
 }
 
-/// No label reaches into the one beside it.
-bool CRuler::fits(int32_t pitch) const {
-    const double gap = kLabelGap * CApplication::uiScale();
+/// No label comes nearer to the one beside it; `gap` in pixels at scale 1.0.
+bool CRuler::fits(int32_t pitch, double gap) const {
     for (int32_t i = 0; i + 1 < labels_.count(); ++i) {
         const double both =
             labels_[i]->area().value(CViewCell::ContentWidth) + labels_[i + 1]->area().value(CViewCell::ContentWidth);
-        if (both / 2.0 + gap > pitch) {
+        if (both / 2.0 + gap * CApplication::uiScale() > pitch) {
             return false;
         }
     }
@@ -191,7 +190,7 @@ CError* CRuler::chooseTexts(int32_t pitch) {
         }
     }
     fittedPitch_ = pitch;
-    if (isShort_ || fits(pitch)) {
+    if (isShort_ || fits(pitch, getAttrRealOr("label-gap", kLabelGap))) {
         return nullptr;
     }
     isShort_ = true;
@@ -211,7 +210,7 @@ void CRuler::placeLabels() {
             return;
         }
     }
-    showSome(isRow && !fits(layout.pitch()));
+    showSome(isRow && !fits(layout.pitch(), kLabelGap));
     for (int32_t i = 0; i < labels_.count(); ++i) {
         placeLabel(i, layout);
     }

@@ -188,6 +188,16 @@ TEST_F(CReadOutTest, FormatsSayHowItShows) {
     EXPECT_EQ(shown(readout), "0.0");
 }
 
+TEST_F(CReadOutTest, ABriefFrequencyHasNoTenthsOfAWholeNumberOfThousands) {
+    CReadOut& readout = add({{"bridge", "ui.test-freqs"}, {"format-id", "brief"}});
+    for (const auto& [hertz, brief] :
+         {std::pair<double, const char*>{1000.0, "1k"}, {1230.0, "1.2k"}, {12000.0, "12k"}, {64.0, "64"}}) {
+        EXPECT_EQ(consumed(bridge("test-freqs").setValues(0, 0, &hertz, 1)), "");
+        turn();
+        EXPECT_EQ(shown(readout), brief);
+    }
+}
+
 TEST_F(CReadOutTest, ASettingIsShownAndTyped) {
     CReadOut& readout = add({{"shared-attribute", "ui.global-data.drag-precision"}, {"format", "%.2f"}});
     EXPECT_EQ(shown(readout), "0.70");

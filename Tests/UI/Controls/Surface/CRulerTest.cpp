@@ -276,15 +276,22 @@ TEST_F(Ruler, ReadoutsThatDoNotFitShowTheirShortTextThenEverySecond) {
         advance();
     };
     show("-12.0");
-    EXPECT_NE(ruler().label(3)->getAttrString("format-id"), CString("knob-circle"));
+    EXPECT_NE(ruler().label(3)->getAttrString("format-id"), CString("brief"));
     show("-12345.0");
-    EXPECT_EQ(ruler().label(3)->getAttrString("format-id"), CString("knob-circle"));
+    EXPECT_EQ(ruler().label(3)->getAttrString("format-id"), CString("brief"));
     EXPECT_FALSE(ruler().label(3)->isShown());
     show("-12");
     EXPECT_TRUE(ruler().label(3)->isShown());
     set("main-window.surface", "width", "300");
     advance();
     EXPECT_EQ(ruler().label(3)->getAttrString("format-id"), CString("normal"));
+}
+
+TEST_F(Ruler, ReadoutsAreShortWhereLessThanTheirGapIsLeft) {
+    open(bands("ruler=\"^ruler\"") + titleRuler(kFrequencies, "bridge=\"ui.gains\" label-gap=\"100\""));
+    advance();
+    EXPECT_EQ(ruler().label(3)->getAttrString("format-id"), CString("brief"));
+    EXPECT_TRUE(ruler().label(3)->isShown()) << "short ones need no such gap";
 }
 
 TEST_F(Ruler, TitlesMayStandAtTheirValues) {
