@@ -73,7 +73,9 @@ TEST_F(MisuseTest, IndexesOutOfRangeDoNothing) {
         EXPECT_EQ(host.parameter(index), 0.0f);
         for (int32_t opcode = 2; opcode < vst::kEffectOpcodeCount; ++opcode) {
             char buffer[512] = "untouched";
-            if (opcode != vst::kEffectGetSpeakerArrangement && opcode != vst::kEffectProcessEvents) {
+            // An editor in a window that there is not is an error, which is shown and waits for the user.
+            if (opcode != vst::kEffectGetSpeakerArrangement && opcode != vst::kEffectProcessEvents &&
+                opcode != vst::kEffectEditOpen) {
                 host.dispatch(opcode, index, 0, buffer);
             }
             if (opcode == vst::kEffectGetParamDisplay || opcode == vst::kEffectGetParamName ||

@@ -41,7 +41,8 @@ bool CAudioWrapperVSTEditor::getRect(vst::Rect** rect) {
 }
 
 bool CAudioWrapperVSTEditor::open(void* parent) {
-    if (isOpening_ || (tree_ && tree_->isOpenIn(parent))) {
+    // Without a parent a host only asks: there is nothing that the user could be notified of.
+    if (!parent || isOpening_ || (tree_ && tree_->isOpenIn(parent))) {
         return false;
     }
     const std::weak_ptr<const bool> life(life_);
