@@ -114,7 +114,7 @@ TEST_F(EditorTemplates, AKeyIsAsHighAsItsRowAndShowsItsTitle) {
     system_.advance(0.1);
     for (const CObject* child : box()->keyboard()->children()) {
         const auto* key = dynamic_cast<const CView*>(child);
-        if (key) {
+        if (key && key->hasAttr("key")) {
             EXPECT_EQ(key->wholeRect().height, 24.0) << key->name().toUtf8();
             const auto* label = dynamic_cast<const CTextView*>(key->findChild("label"));
             ASSERT_TRUE(label);

@@ -117,6 +117,19 @@ TEST_F(SettingsWindows, TheKeyboardOpensByItsSwitchOrInTabletMode) {
     }
 }
 
+TEST_F(SettingsWindows, EachKeyboardSaysWhereItIsSwitchedOff) {
+    const std::pair<const char*, std::string> kFields[] = {
+        {"window-title.instance-name.readout", "ui.virtual-keyboard-alphadigit"},
+        {"c.xeq1.cs-gain.ruler-values.label", "ui.virtual-keyboard-digit"}};
+    for (const auto& [field, keyboard] : kFields) {
+        click(CSpot(field));
+        auto& note = at<CTextView>(keyboard + ".note");
+        EXPECT_NE(note.paragraphText(0).toUtf8().find("Global"), std::string::npos) << keyboard;
+        EXPECT_LE(note.layout().width(), box(keyboard).width) << keyboard;
+        tap(kKeyEscape);
+    }
+}
+
 TEST_F(SettingsWindows, TheNoiseIsSwitchedWithoutAStep) {
     openGlobal();
     click(std::string(kGlobal) + "switches.right.denorm");
