@@ -115,7 +115,14 @@ void CX11Session::dispatch(const xcb_generic_event_t& event) {
         gone(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
         return;
     }
-    if (CX11Window* window = find(windowOf(event))) {
+    const xcb_window_t id = windowOf(event);
+    const uint8_t type = event.response_type & 0x7f;
+    if (type == XCB_MAP_NOTIFY || type == XCB_UNMAP_NOTIFY) {
+        for (const auto& [own, window] : windows_) {
+            window->followHost(id, type == XCB_MAP_NOTIFY);
+        }
+    }
+    if (CX11Window* window = find(id)) {
         window->onEvent(event);
     }
 }

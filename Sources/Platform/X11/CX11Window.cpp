@@ -95,12 +95,16 @@ CPlatformError CX11Window::create(const CWindowRequest& request) {
     return 0;
 }
 
-void CX11Window::describePopup(const CWindowRequest& request) const {
+void CX11Window::describePopup(const CWindowRequest& request) {
     if (parent_ && !session_->find(parent_)) {
         session_->watch(parent_);
     }
-    if (const xcb_window_t top = display_.topLevel(parent_)) {
-        display_.setNumbers(id_, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, &top, 1);
+    hostTop_ = display_.topLevel(parent_);
+    if (hostTop_) {
+        display_.setNumbers(id_, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, &hostTop_, 1);
+        if (!session_->find(hostTop_)) {
+            session_->watch(hostTop_);
+        }
     }
     const uint32_t type = display_.atom(isManaged_ ? CX11Atom::NetWmTypeDialog : CX11Atom::NetWmTypeMenu);
     display_.setNumbers(id_, display_.atom(CX11Atom::NetWmType), XCB_ATOM_ATOM, &type, 1);
@@ -182,6 +186,17 @@ void CX11Window::show(bool isShown) {
         }
     }
     display_.flush();
+}
+
+void CX11Window::followHost(xcb_window_t window, bool isShown) {
+    if (!id_ || !isShown_ || !window || window != hostTop_) {
+        return;
+    }
+    if (isShown) {
+        x_.xcb_map_window(display_.connection(), id_);
+    } else {
+        x_.xcb_unmap_window(display_.connection(), id_);
+    }
 }
 
 void CX11Window::setBounds(const CIntRect& bounds) {

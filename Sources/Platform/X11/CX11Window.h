@@ -43,6 +43,8 @@ public:
     void checkKeys();
     /// Another window has taken the capture.
     void loseCapture();
+    /// A window of the host has been shown or hidden: its popups go with it, and come again.
+    void followHost(xcb_window_t window, bool isShown);
     /// The server has destroyed the window.
     void markGone();
 
@@ -59,7 +61,7 @@ private:
     void forward(xcb_key_press_event_t event, uint32_t mask) const;
     xcb_window_t hostWindow() const;
     void selectEvents(bool hasKeys) const;
-    void describePopup(const CWindowRequest& request) const;
+    void describePopup(const CWindowRequest& request);
     void configure(uint16_t mask, const uint32_t* values) const;
 
     const std::shared_ptr<CX11Session> session_;
@@ -71,6 +73,7 @@ private:
     const bool isManaged_;
     const bool isActivated_;
     const xcb_window_t parent_;
+    xcb_window_t hostTop_ = 0;  ///< of a popup: the manager's window that it belongs to
     xcb_window_t id_ = 0;
     CIntRect bounds_;
     CIntRect dirty_;    ///< asked for by the program

@@ -1,6 +1,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <thread>
 
 #include "Tests/Platform/X11/CXDesktop.h"
@@ -242,6 +243,37 @@ TEST_F(X11Window, GivesTheFocusBackThatAManagerGaveToALastingPopupFirst) {
     window->show(false);
     client.sync();
     EXPECT_EQ(client.focus(), host);
+}
+
+TEST_F(X11Window, APopupIsHiddenWithTheWindowOfTheHostAndComesAgainWithIt) {
+    CXRecorder recorder, list;
+    const auto window = child(recorder);
+    CPlatformError error = 0;
+    CWindowRequest request;
+    request.parent = window->handle();
+    request.bounds = {300, 200, 400, 260};
+    request.isLasting = true;
+    const auto opened = system.createWindow(request, list, error);
+    opened->show(true);
+    settle();
+    const auto isMapped = [&] {
+        settle();
+        const auto cookie = xcb_get_window_attributes(client.connection(), static_cast<xcb_window_t>(opened->handle()));
+        const std::unique_ptr<xcb_get_window_attributes_reply_t, void (*)(void*)> reply(
+            xcb_get_window_attributes_reply(client.connection(), cookie, nullptr), &std::free);
+        return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
+    };
+    EXPECT_TRUE(until(isMapped));
+    xcb_unmap_window(client.connection(), host);
+    EXPECT_TRUE(until([&] { return !isMapped(); }));
+    xcb_map_window(client.connection(), host);
+    EXPECT_TRUE(until(isMapped));
+    xcb_unmap_window(client.connection(), host);
+    EXPECT_TRUE(until([&] { return !isMapped(); }));
+    opened->show(false);
+    xcb_map_window(client.connection(), host);
+    settle();
+    EXPECT_FALSE(isMapped()) << "closed meanwhile";
 }
 
 TEST_F(X11Window, HasOneCursorAtATimeOfEachShape) {
