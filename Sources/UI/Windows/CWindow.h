@@ -78,7 +78,8 @@ public:
     bool isPopupWindow() const { return flag("is-popup-window"); }
     /// The window of its opener waits until this one is closed: `is-popup-window` or `is-modal`, and not
     /// `is-helper-window`.
-    bool isBlocking() const { return (isPopupWindow() || flag("is-modal")) && takesFocus(); }
+    bool isBlocking() const { return (isPopupWindow() || isModal()) && takesFocus(); }
+    bool isModal() const { return flag("is-modal"); }
     /// Takes the activation, and with it the focus.
     bool takesFocus() const { return !flag("is-helper-window"); }
     /// Brings an open popup to the user.

@@ -307,6 +307,8 @@ void CWindow::showBlocker() {
         if (blockedBy_ && root_->findTemplate("ui:window-blocker")) {
             CAttributeMap attributes;
             attributes["blocked-by"] = CAttributeValue::fromString(blockedBy_->view().fullName());
+            // A list leaves in a moment: what it stands over stays as bright as it was.
+            attributes["state"] = CAttributeValue::fromString(blockedBy_->isModal() ? "modal" : "");
             CObject* blocker = nullptr;
             TARV_CONSUME(root_->createChild(blocker, "ui:window-blocker", kBlocker, true, &attributes));
         }

@@ -93,6 +93,15 @@ TEST_F(Groups, TheLabelListsTheChannelsOfTheGroup) {
     EXPECT_EQ(at<CTextView>("c.xeq2.title-frame-head.group-label").paragraphText(0).toUtf8(), "R");
 }
 
+TEST_F(Groups, AChosenOneWithoutChannelsIsAtFullStrength) {
+    const std::string buttons = "c.xeq1.xeq-base.edit-group.selector.button";
+    EXPECT_TRUE(hasState(buttons + "#4", "dimmed"));
+    EXPECT_EQ(at(buttons + "#4").opacity(), 0.5);
+    click(buttons + "#4");
+    EXPECT_TRUE(hasState(buttons + "#4", "dimmed"));
+    EXPECT_EQ(at(buttons + "#4").opacity(), 1.0);
+}
+
 }  // namespace
 
 }  // namespace tarv

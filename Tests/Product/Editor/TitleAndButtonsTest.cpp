@@ -148,6 +148,26 @@ TEST_F(TitleAndButtons, TheInstancesNameIsTyped) {
     EXPECT_EQ(at<CTextView>("window-title.instance-name.readout").paragraphText(0).toUtf8(), "Drums [B]");
 }
 
+TEST_F(TitleAndButtons, TheInstancesNameIsTypedOnTheScreen) {
+    click("window-title.instance-name.readout");
+    for (const char* key : {"d", "caps", "r", "seven", "backspace", "space", "caps", "u", "minus", "enter"}) {
+        click(std::string("ui.virtual-keyboard-alphadigit.") + key);
+    }
+    EXPECT_EQ(engineText("instance-name"), "dR u-");
+}
+
+TEST_F(TitleAndButtons, AListLeavesTheWindowBrightAndAQuestionDimsIt) {
+    click("window-title.quality-selector");
+    EXPECT_FALSE(hasState("window-blocker", "modal"));
+    EXPECT_EQ(at("window-blocker").opacity(), 0.0);
+    tap(kKeyEscape);
+    click("c.buttons.settings");
+    click("ui.win-settings.c.settings.global-settings");
+    click("ui.win-global-settings.c.settings.reset-defaults");
+    EXPECT_TRUE(hasState("ui.win-global-settings.window-blocker", "modal"));
+    EXPECT_EQ(at("ui.win-global-settings.window-blocker").opacity(), 0.5);
+}
+
 }  // namespace
 
 }  // namespace tarv

@@ -85,8 +85,8 @@ void CSelectorGroup::prepareButton(int32_t index, CAttributeMap& attributes) con
     attributes["group-color"] = CAttributeValue::fromString(color ? *color : CString("Button"));
     if (getAttrBool("is-outlined")) {
         attributes["image-set-range"] = CAttributeValue::fromString("Outline");
-        // The colour of the face is that of the line here.
-        attributes["label-color"] = CAttributeValue::fromString("Text");
+        // The colour of the face is that of the line here, and the text stands on the dark inside.
+        attributes["label-color"] = CAttributeValue::fromString("FieldText");
     }
 }
 

@@ -200,7 +200,7 @@ TEST_F(CSelectorTest, TheChosenGroupHasItsColour) {
 TEST_F(CSelectorTest, AnOutlinedSelectorKeepsTheGroupsColourForItsOutline) {
     CSelector& selector = groups({{"button-tag", "ui:button-groupsel"}, {"is-outlined", "true"}});
     EXPECT_EQ(selector.button(0).getAttrString("image-set-range").toUtf8(), "Outline");
-    EXPECT_EQ(selector.button(0).getAttrString("label-color").toUtf8(), "Text");
+    EXPECT_EQ(selector.button(0).getAttrString("label-color").toUtf8(), "FieldText");
     EXPECT_EQ(selector.button(0).imageRange().toUtf8(), "OutlineActive");
     EXPECT_EQ(selector.button(1).imageRange().toUtf8(), "Outline");
 }
