@@ -145,6 +145,11 @@ std::string CPlainEditor::makeEngine() {
     return textOf(error);
 }
 
+void CPlainEditor::endEngine() {
+    instance_.reset();
+    system_.pump();
+}
+
 std::string CPlainEditor::openTree(const CByteBuffer& bytes, const std::string& resource, double scale) {
     CLocalData::instance().writeText("ui-scale", CString::fromDouble(scale, 4));
     std::string failure = textOf(load(bytes, resource));

@@ -38,6 +38,8 @@ public:
     CWindowSystemByHand& system() { return system_; }
     /// The engine behind the tree, or null.
     CPlainInstance* instance() { return instance_.get(); }
+    /// The engine goes, the editor stays open.
+    void endEngine();
     /// What a window has shown; empty if it is not open.
     CPictureByHand pictureOf(const CWindow& window);
 

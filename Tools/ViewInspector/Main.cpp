@@ -156,7 +156,7 @@ int show(tarv::CPlainEditor& editor, const COptions& options) {
 
 int main(int argc, char** argv) {
     if ((argc == 3 || argc == 4) && std::string(argv[1]) == "--pictures") {
-        const std::string failure = tarv::drawProduct(argv[2], argc == 4 ? argv[3] : "");
+        const std::string failure = tarv::drawAllOfProduct(argv[2], argc == 4 ? argv[3] : "");
         if (!failure.empty()) {
             std::fprintf(stderr, "ViewInspector: %s\n", failure.c_str());
         }

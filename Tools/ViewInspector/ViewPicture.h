@@ -17,4 +17,7 @@ void drawTiles(CPictureByHand& picture);
 /// Each pixel as a square of `zoom` pixels. False if the file can't be written.
 [[nodiscard]] bool writePng(const CPictureByHand& picture, const std::string& path, int32_t zoom = 1);
 
+/// Pixels without their fourth byte. False if the file is no PNG picture that can be read.
+[[nodiscard]] bool readPng(const std::string& path, CPictureByHand& picture);
+
 }  // namespace tarv
