@@ -48,9 +48,7 @@ const CColor& CSheetCanvas::color(const std::string& name) const {
 }
 
 void CSheetCanvas::fill(const CBox& box, const std::string& colorName, double opacity) {
-    const CIntRect to = rect(box).intersection(bitmap_.bounds());
-    bitmap_.fillRect(to, color(colorName), opacity);
-    drawn_ += to.isEmpty() ? 0 : int64_t{to.width()} * to.height();
+    bitmap_.fillRect(rect(box).intersection(bitmap_.bounds()), color(colorName), opacity);
 }
 
 void CSheetCanvas::image(const std::string& set, const std::string& range, const std::string& colorName,
@@ -66,7 +64,7 @@ void CSheetCanvas::image(const std::string& set, const std::string& range, const
     const int32_t x = to.left + (to.width() - picture.getWidth()) / 2;
     const int32_t y = to.top + (to.height() - picture.getHeight()) / 2;
     for (int32_t i = 0; i < picture.layerCount(); ++i) {
-        drawn_ += bitmap_.drawImage(picture.layer(i), color(colorName), x, y, opacity, bitmap_.bounds());
+        bitmap_.drawImage(picture.layer(i), color(colorName), x, y, opacity, bitmap_.bounds());
     }
 }
 
@@ -79,7 +77,7 @@ void CSheetCanvas::frame(const std::string& set, const std::string& range, const
         fail(set + " has no range '" + range + "'");
     }
     const CIntRect within = clip ? rect(*clip).intersection(bitmap_.bounds()) : bitmap_.bounds();
-    drawn_ += CFramePieces(images, first, last).draw(bitmap_, rect(box), color(colorName), opacity, within).pixels;
+    CFramePieces(images, first, last).draw(bitmap_, rect(box), color(colorName), opacity, within);
 }
 
 double CSheetCanvas::drawGlyph(const CFont& font, uint32_t code, const CColor* color, double pen, const CIntRect& to) {
@@ -89,8 +87,8 @@ double CSheetCanvas::drawGlyph(const CFont& font, uint32_t code, const CColor* c
     }
     if (color) {
         const int32_t y = to.top + (to.height() - font.getHeight()) / 2;
-        drawn_ += bitmap_.drawImage(glyph->layer(0), *color, static_cast<int32_t>(std::floor(pen + 0.5)), y, 1.0,
-                                    bitmap_.bounds());
+        bitmap_.drawImage(glyph->layer(0), *color, static_cast<int32_t>(std::floor(pen + 0.5)), y, 1.0,
+                          bitmap_.bounds());
     }
     return glyph->getAdvance();
 }
@@ -123,8 +121,8 @@ int32_t CSheetCanvas::walk(const std::string& fontName, const std::string& line,
                 const CImage& picture = *resources_.images(set).getImage(first);
                 if (ramp) {
                     const int32_t y = to.top + (to.height() - picture.getHeight()) / 2;
-                    drawn_ += bitmap_.drawImage(picture.layer(0), color(mark.substr(colon + 1)),
-                                                static_cast<int32_t>(std::floor(pen + 0.5)), y, 1.0, bitmap_.bounds());
+                    bitmap_.drawImage(picture.layer(0), color(mark.substr(colon + 1)),
+                                      static_cast<int32_t>(std::floor(pen + 0.5)), y, 1.0, bitmap_.bounds());
                 }
                 pen += picture.getWidth();
                 i = end;

@@ -50,8 +50,6 @@ public:
     CLinearBitmap& bitmap() { return bitmap_; }
     CSheetResources& resources() { return resources_; }
     double scale() const { return resources_.scale(); }
-    /// Pixels that were drawn, clipped.
-    int64_t drawnPixels() const { return drawn_; }
     /// Each pixel as a square of `zoom` pixels.
     [[nodiscard]] bool writePng(const std::string& path, int32_t zoom = 1) const;
 
@@ -66,7 +64,6 @@ private:
     const CPalette& palette_;
     mutable std::unordered_map<std::string, const CColor*> colors_;
     CLinearBitmap bitmap_;
-    int64_t drawn_ = 0;
 };
 
 }  // namespace tarv

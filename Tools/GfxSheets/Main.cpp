@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "MainWindow.h"
 #include "Sheets.h"
 
 using namespace tarv;
@@ -42,9 +41,6 @@ bool writeAll(CSheetResources& resources, const std::string& out) {
     for (const char* palette : kPalettes) {
         isGood = writePaletteSheet(resources, palette, out + "/pal." + palette + end) && isGood;
         isGood = writeBarSheet(resources, palette, out + "/bars." + palette + end) && isGood;
-        CSheetCanvas window(resources, palette, kMainWindowWidth, kMainWindowHeight);
-        drawMainWindow(window);
-        isGood = window.writePng(out + "/window." + palette + end) && isGood;
     }
     return isGood;
 }

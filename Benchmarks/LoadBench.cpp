@@ -1,25 +1,21 @@
-// What a whole main window costs: composed once, against a plain copy of as many pixels as it draws, in turn in the
-// same run; and what loading all that an editor draws with takes.
+// What loading all that an editor draws with takes.
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "Benchmarks/Times.h"
 #include "CPlainInstance.h"
-#include "CSheetCanvas.h"
-#include "MainWindow.h"
 #include "Product/ResourceTable.h"
 #include "UI/Resources/CBrushSet.h"
 #include "UI/Resources/CFont.h"
+#include "UI/Resources/CImageSet.h"
+#include "UI/Resources/CPalette.h"
 
 namespace tarv {
 namespace {
-
-constexpr int32_t kRounds = 300;
 
 /// Enters the embedded resources, as an instance does.
 void startProduct() {
@@ -27,34 +23,6 @@ void startProduct() {
     const std::unique_ptr<CPlainInstance> instance(CPlainInstance::create(error));
     mustSucceed(error);
 }
-
-/// Argument: the scale in percent.
-void composeWindow(benchmark::State& state) {
-    startProduct();
-    CSheetResources resources("../../../Gfx", static_cast<double>(state.range(0)) / 100.0);
-    CSheetCanvas canvas(resources, "Default", kMainWindowWidth, kMainWindowHeight);
-    drawMainWindow(canvas);
-    const int64_t pixels = canvas.drawnPixels();
-    std::vector<CPixel> source(static_cast<size_t>(pixels), 0x123456);
-    std::vector<CPixel> target(source.size());
-    for (auto _ : state) {
-        std::vector<double> composed;
-        std::vector<double> copied;
-        for (int32_t i = 0; i < kRounds; ++i) {
-            composed.push_back(secondsOf([&] { drawMainWindow(canvas); }));
-            copied.push_back(secondsOf([&] {
-                std::copy(source.begin(), source.end(), target.begin());
-                benchmark::DoNotOptimize(target.data());
-                benchmark::ClobberMemory();
-            }));
-        }
-        state.counters["compose/copy"] = medianOf(composed) / medianOf(copied);
-        state.counters["compose_us"] = 1e6 * medianOf(composed);
-        state.counters["drawn_pixels"] = static_cast<double>(pixels);
-        state.counters["window_pixels"] = static_cast<double>(canvas.bitmap().width()) * canvas.bitmap().height();
-    }
-}
-BENCHMARK(composeWindow)->ArgName("scale")->Arg(80)->Arg(100)->Arg(125)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 std::unique_ptr<CDataSet> setFor(const std::string& name) {
     const std::string extension = name.substr(name.rfind('.') + 1);
