@@ -54,7 +54,25 @@ constexpr CControlRow kControls[] = {
     {"ui.win-channel-routing.c.*.names", "RoutingWindow.NamesOpenTheirDialogs"},
     {"ui.win-channel-routing.c.*.fields.object*", "RoutingWindow.EachFieldIsChosenFromItsListAsOneStep"},
     {"ui.win-channel-routing.c.buttons.routing-presets*",
-     "RoutingWindow.RoutingPresetsHaveTheirQuickListAndTheirManager"}};
+     "RoutingWindow.RoutingPresetsHaveTheirQuickListAndTheirManager"},
+    {"ui.win-channel-label-setup.from-host.import", "NamingWindows.TheHostsNamesAreTakenOver"},
+    {"ui.win-*-setup.names.*", "NamingWindows.NamesThatAreTypedAreSetByOk"},
+    {"ui.win-*-setup.buttons.ok", "NamingWindows.NamesThatAreTypedAreSetByOk"},
+    {"ui.win-*-setup.buttons.cancel", "NamingWindows.CancelLeavesTheNames"},
+    {"ui.win-*-setup.buttons.copy-paste.*", "NamingWindows.AllNamesAreCopiedAndPasted"},
+    {"ui.win-preset-manager*.window-title.close", "PresetWindows.CloseByTheirButtons"},
+    {"ui.win-preset-manager.c.banks.outline.list", "PresetWindows.ABankIsChosenAndAPresetOfItActivatedByADoubleClick"},
+    {"ui.win-preset-manager.c.presets.outline.list",
+     "PresetWindows.ABankIsChosenAndAPresetOfItActivatedByADoubleClick"},
+    {"ui.win-preset-manager.c.banks.buttons.*", "PresetWindows.BanksAreAddedSavedDeletedAndLoaded"},
+    {"ui.win-preset-manager.c.presets.buttons.*", "PresetWindows.PresetsAreAddedReplacedActivatedSavedAndLoaded"},
+    {"ui.win-preset-manager-routing.c.presets.*", "PresetWindows.RoutingPresetsAreWorkedByTheSameButtons"},
+    {"ui.win-message.c.buttons.ok", "PresetWindows.AFailureOpensAMessageThatIsClosedByItsButtons"},
+    {"ui.win-message.window-title.close", "PresetWindows.AFailureOpensAMessageThatIsClosedByItsButtons"},
+    {"ui.window-app-popup-list.list", "TitleAndButtons.APresetIsChosenFromTheQuickList"},
+    {"ui.main-window.temp-editbox", "TitleAndButtons.TheInstancesNameIsTyped"},
+    {"ui.virtual-keyboard-alphadigit.*", "TitleAndButtons.TheInstancesNameIsTypedOnTheScreen"},
+    {"ui.virtual-keyboard-digit.*", "Bands.AValueIsTypedOnTheScreen"}};
 
 bool isLike(const std::string& text, const std::string& pattern) {
     const size_t star = pattern.find('*');
@@ -99,22 +117,61 @@ protected:
             }
         }
     }
-    std::set<std::string> controls() {
-        std::set<std::string> paths;
-        for (const char* window : {"ui.main-window", "ui.win-settings", "ui.win-global-settings", "ui.win-confirmation",
-                                   "ui.win-channel-routing"}) {
-            collect(at(window), paths);
-        }
-        return paths;
+    void collect(const char* window) { collect(at(window), paths_); }
+    void collectMain() {
+        collect("ui.main-window");
+        click("c.buttons.preset-manager.quick-preset-list");
+        collect("ui.window-app-popup-list");
+        tap(kKeyEscape);
+        click("window-title.instance-name.readout");
+        collect("ui.main-window");
+        collect("ui.virtual-keyboard-alphadigit");
+        tap(kKeyEscape);
+        click("c.xeq1.cs-sliders.ruler-values.label");
+        collect("ui.virtual-keyboard-digit");
+        tap(kKeyEscape);
     }
+    void collectRouting() {
+        click("c.buttons.channel-routing");
+        collect("ui.win-channel-routing");
+        click("ui.win-channel-routing.c.input-routing.names");
+        collect("ui.win-channel-label-setup");
+        tap(kKeyEscape);
+        click("ui.win-channel-routing.c.group-assignments.names");
+        collect("ui.win-group-name-setup");
+        tap(kKeyEscape);
+        click("ui.win-channel-routing.c.buttons.routing-presets");
+        collect("ui.win-preset-manager-routing");
+        click("ui.win-preset-manager-routing.window-title.close");
+        click("ui.win-channel-routing.window-title.close");
+    }
+    void collectPresets() {
+        click("c.buttons.preset-manager");
+        collect("ui.win-preset-manager");
+        system_.answerFileDialog(u"/no/such/folder/x.cpf");
+        click("ui.win-preset-manager.c.presets.buttons.load");
+        collect("ui.win-message");
+        tap(kKeyEscape);
+        click("ui.win-preset-manager.window-title.close");
+    }
+    void collectSettings() {
+        click("c.buttons.settings");
+        collect("ui.win-settings");
+        click("ui.win-settings.c.settings.global-settings");
+        collect("ui.win-global-settings");
+        click("ui.win-global-settings.c.settings.reset-defaults");
+        collect("ui.win-confirmation");
+    }
+
+    std::set<std::string> paths_;
 };
 
 TEST_F(ControlTable, NamesATestForEveryControl) {
-    click("c.buttons.channel-routing");
-    click("c.buttons.settings");
-    click("ui.win-settings.c.settings.global-settings");
-    click("ui.win-global-settings.c.settings.reset-defaults");
-    const std::set<std::string> paths = controls();
+    collectMain();
+    collectRouting();
+    collectPresets();
+    collectSettings();
+    const std::set<std::string>& paths = paths_;
     for (const std::string& path : paths) {
         const auto* row = std::find_if(std::begin(kControls), std::end(kControls),
                                        [&](const CControlRow& each) { return isLike(path, each.path); });

@@ -1,0 +1,163 @@
+// The windows of presets, with their questions, messages and files, by hand: what the engine and the files hold
+// afterwards.
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "Audio/Presets/CAudioParamRegistry.h"
+#include "Audio/Stores/CAudioDefaultPreset.h"
+#include "ProductEditor.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr const char* kGains = "modBrindleXEQ.xeq-gains";
+constexpr const char* kManager = "ui.win-preset-manager";
+constexpr const char* kRouting = "ui.win-preset-manager-routing";
+
+class PresetWindows : public CProductEditor {
+protected:
+    void openManager() { click("c.buttons.preset-manager"); }
+    void openRoutingManager() {
+        click("c.buttons.channel-routing");
+        click("ui.win-channel-routing.c.buttons.routing-presets");
+    }
+    static std::string part(const char* window, const std::string& rest) { return std::string(window) + ".c." + rest; }
+    static std::string listOf(const char* window, const char* column) {
+        return part(window, std::string(column) + ".outline.list");
+    }
+    std::string rows(const char* window, const char* column) {
+        auto& list = at<CTextView>(listOf(window, column));
+        std::string all;
+        for (int32_t i = 0; i < list.paragraphCount(); ++i) {
+            all += (i > 0 ? "|" : "") + list.paragraphText(i).toUtf8();
+        }
+        return all;
+    }
+    /// From the middle of what is seen of a list to that of a row.
+    CSpot row(const char* window, const char* column, int32_t index) {
+        auto& list = at<CTextView>(listOf(window, column));
+        const CViewRect rect = list.rowRect(index);
+        const CViewRect& seen = list.visibleRect();
+        return {listOf(window, column), 0,
+                static_cast<int32_t>(rect.y + rect.height / 2.0 - (seen.y + seen.height / 2.0))};
+    }
+    std::u16string file(const char16_t* name) {
+        return std::filesystem::path(std::getenv("TARV_DATA_ROOT")).u16string() + u"/" + name;
+    }
+    void pressWithFile(const std::string& button, const std::u16string& path) {
+        system_.answerFileDialog(path);
+        click(button);
+    }
+    void confirm() {
+        ASSERT_TRUE(exists("ui.win-confirmation"));
+        click("ui.win-confirmation.c.buttons.ok");
+    }
+    std::string program() { return wrapper().paramRegistry()->programName(0).toUtf8(); }
+};
+
+TEST_F(PresetWindows, BanksAreAddedSavedDeletedAndLoaded) {
+    openManager();
+    ASSERT_EQ(rows(kManager, "banks"), "Session Bank|Factory ROM");
+    click(part(kManager, "banks.buttons.add"));
+    EXPECT_EQ(rows(kManager, "banks"), "Session Bank|Factory ROM|Bank 1");
+    pressWithFile(part(kManager, "banks.buttons.save"), file(u"kept.cbf"));
+    EXPECT_TRUE(std::filesystem::exists(file(u"kept.cbf")));
+    click(part(kManager, "banks.buttons.delete"));
+    confirm();
+    EXPECT_EQ(rows(kManager, "banks"), "Session Bank|Factory ROM");
+    click(row(kManager, "banks", 1));
+    pressWithFile(part(kManager, "banks.buttons.load"), file(u"kept.cbf"));
+    EXPECT_EQ(rows(kManager, "banks"), "Session Bank|Factory ROM|Bank 1");
+}
+
+TEST_F(PresetWindows, PresetsAreAddedReplacedActivatedSavedAndLoaded) {
+    openManager();
+    click(part(kManager, "banks.buttons.add"));
+    click(part(kManager, "presets.buttons.add"));
+    EXPECT_EQ(rows(kManager, "presets"), "Preset 1");
+    setEngine(kGains, 0, 2, 2.0);
+    click(part(kManager, "presets.buttons.replace"));
+    confirm();
+    pressWithFile(part(kManager, "presets.buttons.save"), file(u"kept.cpf"));
+    EXPECT_TRUE(std::filesystem::exists(file(u"kept.cpf")));
+    setEngine(kGains, 0, 2, 1.0);
+    click(part(kManager, "presets.buttons.activate"));
+    EXPECT_EQ(engine(kGains, 0, 2), 2.0);
+    EXPECT_EQ(program(), "Preset 1");
+    click(part(kManager, "presets.buttons.delete"));
+    confirm();
+    EXPECT_EQ(rows(kManager, "presets"), "");
+    pressWithFile(part(kManager, "presets.buttons.load"), file(u"kept.cpf"));
+    EXPECT_EQ(rows(kManager, "presets"), "Preset 1");
+    click(part(kManager, "presets.buttons.set-default"));
+    confirm();
+    CString name;
+    EXPECT_TRUE(CAudioDefaultPreset::readName(name));
+    EXPECT_EQ(name, CString("Preset 1"));
+}
+
+TEST_F(PresetWindows, ABankIsChosenAndAPresetOfItActivatedByADoubleClick) {
+    openManager();
+    click(row(kManager, "banks", 1));
+    const std::string first = at<CTextView>(listOf(kManager, "presets")).paragraphText(1).toUtf8();
+    doubleClick(row(kManager, "presets", 1));
+    EXPECT_EQ(program(), first);
+}
+
+TEST_F(PresetWindows, TheSelectedRowIsRenamedByAPress) {
+    openManager();
+    click(part(kManager, "banks.buttons.add"));
+    click(row(kManager, "banks", 2));
+    wait(1.0);
+    type(u"Mine [B]");
+    EXPECT_EQ(rows(kManager, "banks"), "Session Bank|Factory ROM|Mine [B]");
+}
+
+TEST_F(PresetWindows, AFailureOpensAMessageThatIsClosedByItsButtons) {
+    openManager();
+    pressWithFile(part(kManager, "presets.buttons.load"), u"/no/such/folder/x.cpf");
+    ASSERT_TRUE(exists("ui.win-message"));
+    EXPECT_EQ(text("ui.win-message", "title"), "Load Preset");
+    click("ui.win-message.c.buttons.ok");
+    EXPECT_FALSE(exists("ui.win-message"));
+    pressWithFile(part(kManager, "banks.buttons.load"), u"/no/such/folder/x.cbf");
+    ASSERT_TRUE(exists("ui.win-message"));
+    click("ui.win-message.window-title.close");
+    EXPECT_FALSE(exists("ui.win-message"));
+    EXPECT_TRUE(exists(kManager));
+}
+
+TEST_F(PresetWindows, RoutingPresetsAreWorkedByTheSameButtons) {
+    openRoutingManager();
+    const std::string before = rows(kRouting, "presets");
+    click(row(kRouting, "presets", 0));
+    setEngine("io-params.grouping", 0, 1, 3.0);
+    click(part(kRouting, "presets.buttons.replace"));
+    confirm();
+    setEngine("io-params.grouping", 0, 1, 0.0);
+    click(part(kRouting, "presets.buttons.activate"));
+    EXPECT_EQ(engine("io-params.grouping", 0, 1), 3.0);
+    pressWithFile(part(kRouting, "presets.buttons.save"), file(u"routing.cpf"));
+    click(part(kRouting, "presets.buttons.delete"));
+    confirm();
+    EXPECT_LT(rows(kRouting, "presets").size(), before.size());
+    pressWithFile(part(kRouting, "presets.buttons.load"), file(u"routing.cpf"));
+    EXPECT_EQ(rows(kRouting, "presets").size(), before.size());
+    click(part(kRouting, "presets.buttons.add"));
+    EXPECT_GT(rows(kRouting, "presets").size(), before.size());
+}
+
+TEST_F(PresetWindows, CloseByTheirButtons) {
+    openManager();
+    click(std::string(kManager) + ".window-title.close");
+    EXPECT_FALSE(exists(kManager));
+    openRoutingManager();
+    click(std::string(kRouting) + ".window-title.close");
+    EXPECT_FALSE(exists(kRouting));
+}
+
+}  // namespace
+
+}  // namespace tarv
