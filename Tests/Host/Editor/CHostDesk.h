@@ -85,6 +85,20 @@ private:
     std::unique_ptr<CParts> parts_;
 };
 
+/// Answers the next dialog of the system for a file with a path, as a user does who types it. Lives until the dialog is
+/// gone.
+class CFileAnswer {
+public:
+    explicit CFileAnswer(const std::string& path);
+    ~CFileAnswer();
+    CFileAnswer(const CFileAnswer&) = delete;
+    CFileAnswer& operator=(const CFileAnswer&) = delete;
+
+private:
+    uintptr_t timer_ = 0;
+    std::string former_;
+};
+
 /// While it lives, dialogs of the system for files fail on this thread, as if there were none.
 class CNoDialogs {
 public:

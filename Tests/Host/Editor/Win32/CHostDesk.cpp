@@ -83,6 +83,29 @@ LRESULT CALLBACK refuseDialogs(int code, WPARAM wParam, LPARAM lParam) {
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
+std::wstring& pathToType() {
+    static std::wstring path;
+    return path;
+}
+
+BOOL CALLBACK typePath(HWND window, LPARAM) {
+    constexpr int kNameField = 0x480;
+    constexpr int kNameList = 0x47c;
+    wchar_t name[16] = {};
+    HWND field = GetDlgItem(window, kNameField);
+    field = field ? field : GetDlgItem(window, kNameList);
+    if (field && IsWindowVisible(window) && GetClassNameW(window, name, 16) > 0 && std::wstring(name) == L"#32770") {
+        SetWindowTextW(field, pathToType().c_str());
+        PostMessageW(window, WM_COMMAND, IDOK, 0);
+        return FALSE;
+    }
+    return TRUE;
+}
+
+void CALLBACK onAnswerTime(HWND, UINT, UINT_PTR, DWORD) {
+    EnumThreadWindows(GetCurrentThreadId(), &typePath, 0);
+}
+
 BOOL CALLBACK noteShown(HWND window, LPARAM list) {
     if (IsWindowVisible(window)) {
         reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
@@ -267,6 +290,14 @@ CNoDialogs::CNoDialogs() : hook_(SetWindowsHookExW(WH_CBT, &refuseDialogs, nullp
 
 CNoDialogs::~CNoDialogs() {
     UnhookWindowsHookEx(static_cast<HHOOK>(hook_));
+}
+
+CFileAnswer::CFileAnswer(const std::string& path) : timer_(SetTimer(nullptr, 0, 50, &onAnswerTime)) {
+    pathToType().assign(path.begin(), path.end());
+}
+
+CFileAnswer::~CFileAnswer() {
+    KillTimer(nullptr, timer_);
 }
 
 }  // namespace tarv::host

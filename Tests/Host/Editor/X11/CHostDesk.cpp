@@ -10,6 +10,7 @@
 #include <clocale>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <map>
 
 #include "Tests/Host/ProcessMemory.h"
@@ -241,6 +242,18 @@ CNoDialogs::CNoDialogs() : former_(getenv("PATH") ? getenv("PATH") : "") {
 }
 
 CNoDialogs::~CNoDialogs() {
+    setenv("PATH", former_.c_str(), 1);
+}
+
+// In place of the desktop's program that shows one.
+CFileAnswer::CFileAnswer(const std::string& path) : former_(getenv("PATH") ? getenv("PATH") : "") {
+    const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+    std::ofstream(folder / "zenity") << "#!/bin/sh\nprintf '%s\\n' '" << path << "'\n";
+    std::filesystem::permissions(folder / "zenity", std::filesystem::perms::owner_all);
+    setenv("PATH", (folder.string() + ":" + former_).c_str(), 1);
+}
+
+CFileAnswer::~CFileAnswer() {
     setenv("PATH", former_.c_str(), 1);
 }
 
