@@ -1,7 +1,7 @@
 -- For `ardour7-lua`: makes a session in the folder of the environment variable SESSION, with the effect on a track.
 local folder = os.getenv("SESSION")
 AudioEngine:set_backend("None (Dummy)", "Unit-Test", "")
-local s = create_session(folder, "brindle", 48000)
+local s = create_session(folder, "ardour", 48000)
 ARDOUR.LuaAPI.usleep(500000)
 local t = s:new_audio_track(2, 2, nil, 1, "t", ARDOUR.PresentationInfo.max_order, ARDOUR.TrackMode.Normal, true):front()
 local p = ARDOUR.LuaAPI.new_plugin(s, "Brindle XEQ", ARDOUR.PluginType.LXVST, "")
