@@ -77,23 +77,6 @@ TEST_F(Bands, ShiftMakesTheWheelFiner) {
     EXPECT_NEAR(decibels(kGains, 0, 2), 0.25, 1e-9);
 }
 
-TEST_F(Bands, ArrowKeysMoveTheBarThatWasPressed) {
-    for (const CViewRow& row : kViews) {
-        tap(kKeyUp);
-        EXPECT_EQ(decibels(kGains, row.group, 2), 0.0) << row.view;
-        click(column(row.view, 2));
-        tap(kKeyUp);
-        tap(kKeyUp);
-        EXPECT_NEAR(decibels(kGains, row.group, 2), 1.0, 1e-9) << row.view;
-        tap(kKeyRight);
-        tap(kKeyDown);
-        EXPECT_NEAR(decibels(kGains, row.group, 3), -0.5, 1e-9) << row.view;
-        tap(kKeyEscape);
-        tap(kKeyUp);
-        EXPECT_NEAR(decibels(kGains, row.group, 3), -0.5, 1e-9) << row.view;
-    }
-}
-
 TEST_F(Bands, TheCurveIsScaledInvertedAndReset) {
     for (const CViewRow& row : kViews) {
         const std::string head = std::string("c.") + row.view + ".title-frame-head.";
