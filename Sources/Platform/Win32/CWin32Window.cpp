@@ -59,10 +59,6 @@ CWin32Window::CWin32Window(const CWindowRequest& request, CWindowHandler& handle
     : handler_(handler), isChild_(request.isChild), isActivated_(request.isActivated) {}
 
 CPlatformError CWin32Window::make(const CWindowRequest& request) {
-    // A system may wait for ever for the thread of a parent that there is not.
-    if (request.isChild && !IsWindow(asWindow(request.parent))) {
-        return ERROR_INVALID_WINDOW_HANDLE;
-    }
     const DWORD style = (request.isChild ? WS_CHILD : WS_POPUP) | WS_CLIPSIBLINGS;
     const CIntRect& bounds = request.bounds;
     handle_ = CreateWindowExW(extendedStyleOf(request), shared_.windowClass.name(), asWide(request.title), style,
