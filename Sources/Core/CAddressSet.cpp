@@ -72,7 +72,18 @@ void CAddressSet::erase(const void* address) {
         }
     }
     places_[gap] = nullptr;
-    --count_;
+    if (--count_ == 0) {
+        forgetTable();
+    }
+}
+
+void CAddressSet::forgetTable() {
+    if (places_ != first_) {
+        freeTable(places_);
+        std::fill_n(first_, kFirstRoom, nullptr);
+        places_ = first_;
+        room_ = kFirstRoom;
+    }
 }
 
 }  // namespace tarv

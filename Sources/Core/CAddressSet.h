@@ -16,7 +16,8 @@ public:
 
     /// Allocates when three quarters of the table are taken.
     void insert(const void* address);
-    /// Does nothing if the address is no member.
+    /// Does nothing if the address is no member. An empty set holds no memory of the heap, so that one that is never
+    /// destroyed leaves nothing behind in a library that is unloaded.
     void erase(const void* address);
     bool contains(const void* address) const;
     size_t count() const { return count_; }
@@ -33,6 +34,7 @@ private:
     size_t behind(size_t place) const { return (place + 1) & (room_ - 1); }
     void grow();
     void freeTable(const void** places);
+    void forgetTable();
 
     const void* first_[kFirstRoom] = {};
     const void** places_ = first_;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <random>
 #include <set>
 
@@ -25,6 +26,28 @@ TEST(CAddressSet, HoldsWhatWasInsertedAndNotErased) {
     set.erase(addressOf(1));
     EXPECT_EQ(set.count(), 0u);
     EXPECT_FALSE(set.contains(addressOf(1)));
+}
+
+TEST(CAddressSet, OneThatWasEmptiedBeginsAnewAndHoldsNothingOfTheHeap) {
+    alignas(CAddressSet) unsigned char room[sizeof(CAddressSet)];
+    // Never destroyed: a table that stayed behind would be a leak.
+    auto& set = *new (room) CAddressSet;
+    for (uint32_t round = 0; round < 3; ++round) {
+        for (uint32_t i = 0; i < 1000; ++i) {
+            set.insert(addressOf(i));
+        }
+        for (uint32_t i = 0; i < 1000; ++i) {
+            EXPECT_TRUE(set.contains(addressOf(i)));
+            set.erase(addressOf(i));
+        }
+        EXPECT_EQ(set.count(), 0u);
+        set.insert(addressOf(7));
+        EXPECT_TRUE(set.contains(addressOf(7)));
+        for (uint32_t i = 0; i < 1000; ++i) {
+            EXPECT_EQ(set.contains(addressOf(i)), i == 7);
+        }
+        set.erase(addressOf(7));
+    }
 }
 
 // Few addresses, so that they meet in the table and gaps in runs are closed.
