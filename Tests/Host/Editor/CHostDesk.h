@@ -46,7 +46,7 @@ public:
     std::vector<CIntRect> popups() const;
     /// The host's own loop, once.
     void serve();
-    /// False after 3 seconds.
+    /// False after 20 seconds: a busy machine has its time.
     bool until(const std::function<bool()>& condition);
 
     void moveTo(void* parent, int x, int y);

@@ -195,7 +195,7 @@ bool CHostDesk::until(const std::function<bool()>& condition) {
             idle();
             return condition();
         },
-        3000);
+        20000);
 }
 
 void CHostDesk::moveTo(void* parent, int x, int y) {
