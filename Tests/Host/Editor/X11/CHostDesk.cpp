@@ -143,7 +143,7 @@ void CHostDesk::serve() {
 }
 
 bool CHostDesk::until(const std::function<bool()>& condition) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(3);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     for (serve(); !condition(); serve()) {
         if (std::chrono::steady_clock::now() > end) {
             return false;
