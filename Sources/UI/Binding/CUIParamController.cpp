@@ -60,15 +60,20 @@ void CUIParamController::readValues() {
     values_ = start_;
 }
 
-CError* CUIParamController::startScale() {
+bool CUIParamController::beginAnew(CError*& error) {
     const CObjectWatch watch(*this);
-    CError* error = finishScale();
+    error = finishScale();
     if (error || !watch.isAlive()) {
-        return error;
+        return false;
     }
     readValues();
-    if (start_.isEmpty()) {
-        return nullptr;
+    return !start_.isEmpty();
+}
+
+CError* CUIParamController::startScale() {
+    CError* error = nullptr;
+    if (!beginAnew(error)) {
+        return error;
     }
     const double sum = std::accumulate(start_.begin(), start_.end(), 0.0);
     axis_ = getAttrBool("is-axis-zero") ? 0.0 : sum / start_.count();
@@ -143,14 +148,9 @@ void CUIParamController::onGestureCancelled(CParamGesture&) {
 }
 
 CError* CUIParamController::invertScale() {
-    const CObjectWatch watch(*this);
-    CError* error = finishScale();
-    if (error || !watch.isAlive()) {
+    CError* error = nullptr;
+    if (!beginAnew(error)) {
         return error;
-    }
-    readValues();
-    if (start_.isEmpty()) {
-        return nullptr;
     }
     for (int32_t i = 0; i < start_.count(); ++i) {
         values_[i] = 0.0 - start_[i];  // no negative zero

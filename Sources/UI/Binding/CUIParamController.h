@@ -33,6 +33,9 @@ private:
 
     /// Reads the values to be changed; none without an active param.
     void readValues();
+    /// Ends a scale that is under way and reads the values. False where there is nothing to change: `error` is the
+    /// failure, or null. Handlers may destroy this object, which gives false, too.
+    [[nodiscard]] bool beginAnew(CError*& error);
     void scaleValues(double pixels);
     [[nodiscard]] CError* writeValues();
     [[nodiscard]] CError* startTimer();
