@@ -7,6 +7,7 @@
 
 #include "Audio/Client/CAudioPresetStore.h"
 #include "Core/CompressedBlock.h"
+#include "Tests/Audio/Stores/TestBanks.h"
 #include "Tests/Core/LogCapture.h"
 #include "Tests/System/EditorTest.h"
 #include "Tests/System/StoredFile.h"
@@ -16,27 +17,6 @@ namespace {
 
 constexpr const char* kBanks = "shared-banks";
 constexpr const char* kRouting = "routing-presets";
-
-/// A bank of presets without records.
-struct CBank : CAudioPresetBank {
-    CBank(const char* bankName, std::initializer_list<const char*> presets) : CAudioPresetBank(CString(bankName)) {
-        for (const char* preset : presets) {
-            append().setName(CString("TAEQ:") + preset);
-        }
-    }
-};
-
-std::string listed(const CAudioBankList& banks) {
-    std::string text;
-    for (int32_t b = 0; b < banks.count(); ++b) {
-        text += banks.bank(b).name().toUtf8() + "(";
-        for (int32_t i = 0; i < banks.bank(b).count(); ++i) {
-            text += (i > 0 ? " " : "") + banks.bank(b).preset(i).displayName().toUtf8();
-        }
-        text += ")";
-    }
-    return text;
-}
 
 class PresetStores : public CEditorTest {
 protected:

@@ -4,6 +4,7 @@
 #include "Audio/Parameters/CAudioParamCollector.h"
 #include "Audio/Presets/CAudioParamRegistry.h"
 #include "Platform/ByHand/CWindowSystemByHand.h"
+#include "Tests/Audio/Stores/TestBanks.h"
 #include "Tests/Core/LogCapture.h"
 #include "Tests/Core/TestApplication.h"
 #include "Tests/Product/ProductTree.h"
@@ -26,29 +27,6 @@ inline constexpr const char* kInRouting = "plugin.modMain.io-params.in-routing";
 inline std::string firstLine(CError* error) {
     const std::string text = consumed(error);
     return text.substr(0, text.find_first_of("\r\n"));
-}
-
-/// A bank of presets without records.
-struct CBank : CAudioPresetBank {
-    CBank(const char* bankName, std::initializer_list<const char*> presets, const char* prefix = "TAEQ:")
-        : CAudioPresetBank(CString(bankName)) {
-        for (const char* preset : presets) {
-            append().setName(CString(prefix) + preset);
-        }
-    }
-};
-
-/// Names of all banks with their presets: "One(a b)Two()".
-inline std::string listed(const CAudioBankList& banks) {
-    std::string text;
-    for (int32_t b = 0; b < banks.count(); ++b) {
-        text += banks.bank(b).name().toUtf8() + "(";
-        for (int32_t i = 0; i < banks.bank(b).count(); ++i) {
-            text += (i > 0 ? " " : "") + banks.bank(b).preset(i).displayName().toUtf8();
-        }
-        text += ")";
-    }
-    return text;
 }
 
 /// One editor of an instance, in a window of a host: the exchange with the engine, and what a test puts into its main
