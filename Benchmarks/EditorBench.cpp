@@ -196,6 +196,7 @@ void audioBesideEditor(benchmark::State& state) {
         state.counters["beside/alone"] = medianOf(beside) / medianOf(plain);
     }
     if (!isAutomated) {
+        checkLimit(state, "beside/alone", state.counters["beside/alone"], 1.02);
         checkLimit(state, "drawn_pixels", static_cast<double>(shown.presentedPixels()), 0.0);
     }
 }

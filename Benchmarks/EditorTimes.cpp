@@ -69,9 +69,11 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "the editor does not open with its picture\n");
         return 1;
     }
-    std::printf("%-40s %8.2f ms\n", "first open, with the graphics", times.opens.front());
+    constexpr double kLimit = 150.0;
+    const double first = times.opens.front();
+    std::printf("%-40s %8.2f ms   limit %7.2f ms\n", "first open, with the graphics", first, kLimit);
     times.opens.erase(times.opens.begin());
     print("open to the first picture", times.opens);
     print("close", times.closes);
-    return 0;
+    return first > kLimit ? 1 : 0;
 }
