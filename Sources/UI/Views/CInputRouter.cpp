@@ -2,8 +2,8 @@
 
 #include <cmath>
 
+#include "Core/CGlobalSettings.h"
 #include "Core/CObjectWatch.h"
-#include "Platform/Clock.h"
 #include "UI/Views/CInputTarget.h"
 #include "UI/Views/CRouterCall.h"
 #include "UI/Views/CViewWindow.h"
@@ -60,6 +60,10 @@ bool CInputRouter::setState(CViewBaseCtlEvents& view, CInputState state, bool is
 
 void CInputRouter::pointer(const CPointerEvent& event) {
     const CCall call(*this);
+    followTabletMode();
+    if (!call.isAlive()) {
+        return;
+    }
     switch (event.kind) {
         case CPointerKind::Move:
             move(infoOf(event));
@@ -80,7 +84,8 @@ void CInputRouter::pointer(const CPointerEvent& event) {
     }
 }
 
-void CInputRouter::move(const CHIDInfo& info) {
+void CInputRouter::move(const CHIDInfo& at) {
+    const CHIDInfo info = shifted(at);
     last_ = info;
     isInside_ = true;
     if (!drag_.isActive()) {
@@ -144,7 +149,7 @@ bool CInputRouter::setHover(CViewBaseCtlEvents* view) {
     if (!sendPlain(*view, &CViewBaseCtlEvents::mouseEnter)) {
         return false;
     }
-    return serial != hoverSerial_ || hovered_ != view || setState(*view, CInputState::Hover, true);
+    return serial != hoverSerial_ || hovered_ != view || isTablet_ || setState(*view, CInputState::Hover, true);
 }
 
 bool CInputRouter::leaveView(CViewBaseCtlEvents& view) {
@@ -158,122 +163,14 @@ bool CInputRouter::leaveView(CViewBaseCtlEvents& view) {
     return isAlive;
 }
 
-void CInputRouter::noteButton(const CPointerEvent& event) {
-    const bool isDown = event.kind == CPointerKind::Press;
-    if (event.button == CPointerButton::Left) {
-        isLeftDown_ = isDown;
-    } else if (event.button == CPointerButton::Right) {
-        isRightDown_ = isDown;
-    }
-}
-
-/// The other button, of which a release may have been missed beyond the window, so that the system is asked, too.
-bool CInputRouter::anotherIsHeld(const CPointerEvent& event) const {
-    return event.button == CPointerButton::Left ? isRightDown_ && event.modifiers.isRight
-                                                : isLeftDown_ && event.modifiers.isLeft;
-}
-
-void CInputRouter::press(const CPointerEvent& event, const CHIDInfo& info) {
-    last_ = info;
-    isInside_ = true;
-    noteButton(event);
-    const bool isOwn = event.button == CPointerButton::Left || event.button == CPointerButton::Right;
-    if (drag_.isActive() || isEnding_ || !isOwn || anotherIsHeld(event)) {
+/// A change of the setting shows at once, also under a pointer that rests.
+void CInputRouter::followTabletMode() {
+    if (isTablet_ == globalSettings().isTabletMode) {
         return;
     }
-    // A pen or a finger presses where no move has been.
-    if (!hoverAt(info) || drag_.isActive() || system_.isBlocked()) {
-        return;
-    }
-    if (!(event.button == CPointerButton::Left ? isLeftDown_ : isRightDown_)) {
-        // A message loop inside a handler has brought the release.
-        return;
-    }
-    CViewBaseCtlEvents* taker = takerAt(info);
-    drag_.begin(nullptr, event.button, info);
-    system_.capturePointer(true);
-    const uint32_t serial = ++pressSerial_;
-    pressing_ = taker;
-    CViewBaseCtlEvents* focused = taker;
-    while (focused && !focused->isFocusable()) {
-        focused = focused->parentInput();
-    }
-    // What is edited elsewhere is committed before the press acts.
-    if (!setKeyMode(false) || !changeFocus(focused) || serial != pressSerial_) {
-        return;
-    }
-    taker = pressing_;
-    pressing_ = nullptr;
-    if (taker && takesInput(*taker)) {
-        beginPress(*taker, event, info);
-    }
-}
-
-bool CInputRouter::beginPress(CViewBaseCtlEvents& view, const CPointerEvent& event, const CHIDInfo& info) {
-    const uint32_t serial = pressSerial_;
-    drag_.begin(&view, event.button, info);
-    pressedAt_ = clockSeconds();
-    CEventParams params(pool_, CEventShape::Press, info);
-    params.set("is-double-click", CAttributeValue::fromBool(event.isDouble));
-    const bool isLeft = event.button == CPointerButton::Left;
-    if (!send(view, isLeft ? &CViewBaseCtlEvents::mousePress : &CViewBaseCtlEvents::mousePressR, params.complete())) {
-        return false;
-    }
-    return serial != pressSerial_ || drag_.view() != &view || setState(view, CInputState::Pushed, true);
-}
-
-bool CInputRouter::endPress(CViewBaseCtlEvents* view, CPointerButton button, bool isRelease) {
-    ++pressSerial_;
-    pressing_ = nullptr;
-    follower_ = nullptr;
-    if (!view) {
-        return true;
-    }
-    const CObjectWatch watch(*view);
-    // The next press waits for the end of this one.
-    isEnding_ = true;
-    if (!setState(*view, CInputState::Pushed, false)) {
-        return false;
-    }
-    isEnding_ = false;
-    if (!watch.isAlive()) {
-        return true;
-    }
-    if (button == CPointerButton::Left) {
-        return sendPlain(*view, isRelease ? &CViewBaseCtlEvents::mouseRelease : &CViewBaseCtlEvents::mouseCancel);
-    }
-    return sendPlain(*view, isRelease ? &CViewBaseCtlEvents::mouseReleaseR : &CViewBaseCtlEvents::mouseCancelR);
-}
-
-void CInputRouter::release(CPointerButton button, const CHIDInfo& info) {
-    last_ = info;
-    if (!drag_.isActive() || button != drag_.button()) {
-        return;
-    }
-    CViewBaseCtlEvents* view = drag_.view();
-    drag_.end();
-    system_.capturePointer(false);
-    const bool isRelease = view && takesInput(*view) && view->visibleRect().holds(info.x, info.y);
-    if (endPress(view, button, isRelease) && !drag_.isActive() && isInside_) {
-        hoverAt(info);
-    }
-}
-
-/// The view loses the press. The button may still be down: then no other view gets one until its release.
-bool CInputRouter::cancelPress(bool isButtonUp) {
-    CViewBaseCtlEvents* view = drag_.view();
-    const CPointerButton button = drag_.button();
-    if (isButtonUp) {
-        drag_.end();
-    } else {
-        drag_.dropView();
-    }
-    return endPress(view, button, false);
-}
-
-void CInputRouter::captureLost() {
-    if (drag_.isActive() && cancelPress(true)) {
-        leave();
+    isTablet_ = !isTablet_;
+    if (hovered_) {
+        setState(*hovered_, CInputState::Hover, !isTablet_);
     }
 }
 
@@ -298,22 +195,10 @@ void CInputRouter::cancel() {
     leave();
 }
 
-void CInputRouter::autoClick(double timeout) {
-    const CCall call(*this);
-    CViewBaseCtlEvents* view = drag_.button() == CPointerButton::Left ? drag_.view() : nullptr;
-    if (!view || clockSeconds() - pressedAt_ < timeout || takerAt(last_) != view) {
-        return;
-    }
-    pressedAt_ = clockSeconds();
-    CEventParams params(pool_, CEventShape::Plain, last_);
-    params.set("actual-x", CAttributeValue::fromReal(last_.x - view->wholeRect().x));
-    params.set("actual-y", CAttributeValue::fromReal(last_.y - view->wholeRect().y));
-    send(*view, &CViewBaseCtlEvents::autoClick, params.complete());
-}
-
 void CInputRouter::update() {
     const CCall call(*this);
-    if (check() && isInside_ && !drag_.isActive()) {
+    followTabletMode();
+    if (call.isAlive() && check() && isInside_ && !drag_.isActive()) {
         hoverAt(last_);
     }
 }

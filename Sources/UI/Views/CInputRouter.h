@@ -33,7 +33,9 @@ protected:
 /// Passes the input of one window to its views: hover, presses with their releases and cancels, wheel, keys, key focus
 /// and the hint. Handlers may destroy views, this router and its window, may change the tree, and may run a message
 /// loop that brings more input. What they disable or hide loses hover, press and focus once the running call is
-/// through. A view that is destroyed gets nothing any more. Thread: that of the window. Nothing is allocated by what
+/// through. A view that is destroyed gets nothing any more. In tablet mode (`globalSettings`) no view gets the state
+/// `hover`, and a press goes where a finger means it (CTouchTarget); until the release, the pointer counts as far from
+/// where it is as at the press. Thread: that of the window. Nothing is allocated by what
 /// reaches no listener, but for the first events.
 class CInputRouter final : public CInputListener, public CHeapObject {
 public:
@@ -96,6 +98,7 @@ private:
     void release(CPointerButton button, const CHIDInfo& info);
     void leave();
     void captureLost();
+    void followTabletMode();
     // The following give false if this router has been destroyed.
     bool send(CViewBaseCtlEvents& view, COperation operation, CAttributeMap& params);
     bool sendPlain(CViewBaseCtlEvents& view, COperation operation);
@@ -119,6 +122,9 @@ private:
     bool anotherIsHeld(const CPointerEvent& event) const;
     void noteButton(const CPointerEvent& event);
     CViewBaseCtlEvents* takerAt(const CHIDInfo& info);
+    CViewBaseCtlEvents* pressedAt(CHIDInfo& info) const;
+    CHIDInfo shifted(const CHIDInfo& info) const;
+    bool isReleasedOn(const CViewBaseCtlEvents& view, const CHIDInfo& info) const;
 
     CViewWindow& window_;
     CInputWindow& system_;
@@ -129,12 +135,15 @@ private:
     CHIDInfo last_;
     bool isInside_ = false;
     bool needsCheck_ = false;
+    bool isTablet_ = false;
     CViewBaseCtlEvents* hovered_ = nullptr;
     CViewBaseCtlEvents* entering_ = nullptr;  ///< to be hovered once the former one has been left
     uint32_t hoverSerial_ = 0;
     bool isLeaving_ = false;
 
     CDragInfo drag_;
+    int32_t shiftX_ = 0;  ///< from the pointer to the point that counts, while a press is held
+    int32_t shiftY_ = 0;
     CHIDInfoUpdateHandler* follower_ = nullptr;
     CViewBaseCtlEvents* pressing_ = nullptr;  ///< to get a press once the focus has moved
     uint32_t pressSerial_ = 0;

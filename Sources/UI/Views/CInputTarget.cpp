@@ -23,18 +23,6 @@ bool intercepts(const CViewBaseCtlEvents& ancestor, const CViewBaseCtlEvents& hi
     return true;
 }
 
-/// The view that takes what is aimed at `hit`, or null.
-CViewBaseCtlEvents* takerOf(CViewBaseCtlEvents* hit) {
-    CViewBaseCtlEvents* view = CInputTarget::unintercepted(hit);
-    if (view != hit) {
-        return view;
-    }
-    while (view && (!view->isInputView() || view->isClickThrough())) {
-        view = view->parentInput();
-    }
-    return view;
-}
-
 /// Goes through the views below `root` in their order, and finds the one before or behind `from` that may have focus.
 class CFocusWalk {
 public:
@@ -86,6 +74,17 @@ CViewBaseCtlEvents* CInputTarget::hit(const CSectorMap& map, double x, double y,
         found = map.viewAt(x, y, found);
     }
     return nullptr;
+}
+
+CViewBaseCtlEvents* CInputTarget::takerOf(CViewBaseCtlEvents* hit) {
+    CViewBaseCtlEvents* view = unintercepted(hit);
+    if (view != hit) {
+        return view;
+    }
+    while (view && (!view->isInputView() || view->isClickThrough())) {
+        view = view->parentInput();
+    }
+    return view;
 }
 
 CViewBaseCtlEvents* CInputTarget::unintercepted(CViewBaseCtlEvents* hit) {

@@ -12,6 +12,8 @@ public:
     /// `climbToControl` the view that takes what is aimed at it: the first ancestor from the root down that intercepts,
     /// otherwise the nearest input view from it up.
     static CViewBaseCtlEvents* hit(const CSectorMap& map, double x, double y, bool climbToControl);
+    /// The view that takes what is aimed at `hit`, which may be null; hit's with `climbToControl`.
+    static CViewBaseCtlEvents* takerOf(CViewBaseCtlEvents* hit);
     /// The ancestor that intercepts what is aimed at `hit`, or `hit` itself.
     static CViewBaseCtlEvents* unintercepted(CViewBaseCtlEvents* hit);
     /// Shown, and neither the view nor an ancestor is disabled.

@@ -35,6 +35,11 @@ public:
     /// under that view. Null for none.
     CSectorView* viewAt(double x, double y, const CSectorView* below = nullptr) const;
 
+    /// Calls `visit(view)` for the views of all tiles that a rectangle touches, from the lowest up in each tile; for
+    /// one that touches several of them more than once.
+    template <class Visit>
+    void forEachView(const CIntRect& rect, Visit&& visit) const;
+
     /// What drawing has cost since the last reset: 500 for each picture, and its pixels.
     int64_t load() const { return load_; }
     void addLoad(int64_t load) { load_ += load; }
@@ -109,6 +114,18 @@ void CSectorMap::render(Show&& show, Report&& report) {
         dirty_[i - count] = dirty_[i];
     }
     dirty_.resize(dirty_.count() - count);
+}
+
+template <class Visit>
+void CSectorMap::forEachView(const CIntRect& rect, Visit&& visit) const {
+    const CSpan span = spanOf(rect);
+    for (int32_t row = span.firstRow; row <= span.lastRow; ++row) {
+        for (int32_t column = span.firstColumn; column <= span.lastColumn; ++column) {
+            for (CSectorView* view : sector(column, row).views()) {
+                visit(*view);
+            }
+        }
+    }
 }
 
 template <class Show>

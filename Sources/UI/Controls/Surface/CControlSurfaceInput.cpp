@@ -9,6 +9,7 @@
 #include "UI/Binding/CUIParam.h"
 #include "UI/Controls/Surface/CControlSurface.h"
 #include "UI/Controls/Surface/CRuler.h"
+#include "UI/Views/CTouchTarget.h"
 #include "UI/Views/CViewWindow.h"
 
 namespace tarv {
@@ -23,14 +24,17 @@ int32_t CControlSurface::pointAt(int32_t x, int32_t y) const {
     if (!editable_ || !editable_->isActive()) {
         return -1;
     }
+    const bool isTablet = globalSettings().isTabletMode;
     if (isSliderMode_) {
-        return layoutOf(*editable_).columnAt(x, y);
+        const CSurfaceLayout layout = layoutOf(*editable_);
+        return isTablet ? layout.nearestColumn(x, y) : layout.columnAt(x, y);
     }
     // The nearest one within the size of its picture.
     int32_t nearest = -1;
     double least = HUGE_VAL;
     const CImage* image = pointImage(*editable_);
-    const double reach = image ? std::max(image->getWidth(), image->getHeight()) / 2.0 : 0.0;
+    const double size = image ? std::max(image->getWidth(), image->getHeight()) : 0.0;
+    const double reach = std::max(size, isTablet ? double{CTouchTarget::kSize} : 0.0) / 2.0;
     for (int32_t i = 0; i < editable_->count(); ++i) {
         const CSurfacePlace place = placeOf(*editable_, i);
         const double distance = std::hypot(x + 0.5 - place.x, y + 0.5 - place.y);
