@@ -38,6 +38,9 @@ public:
     /// Shows a window and gives what a plug-in gets of it.
     void* openParent(int width = 400, int height = 300);
     void destroyParent(void* parent);
+    /// Brings a window of the host to the front, as a user does who presses on its frame.
+    void raise(void* parent);
+    void moveParent(void* parent, int x, int y);
     int childCount(void* parent) const;
     /// What a window of the host covers of the screen, and the work area of the monitor there.
     CIntRect place(void* parent) const;

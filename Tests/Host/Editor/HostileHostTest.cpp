@@ -1,11 +1,13 @@
 // Everything at once, in an order that no manual shows: input, automation in each block, state, openings.
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <random>
 #include <thread>
 
+#include "Tests/Host/Editor/CHeapWatch.h"
 #include "Tests/Host/Editor/HostEditorTest.h"
 
 namespace tarv::host {
@@ -42,6 +44,10 @@ struct CNoise {
     std::vector<double*> inPointers, outPointers;
 };
 
+constexpr int32_t kOversampling = 17;
+/// Blocks behind a change of the layout that build what it needs.
+constexpr int32_t kBlocksToCalm = 8;
+
 /// A host's audio thread that automates every parameter in each block, of any length.
 class CAutomation {
 public:
@@ -58,26 +64,52 @@ public:
     CAutomation(const CAutomation&) = delete;
     CAutomation& operator=(const CAutomation&) = delete;
     int64_t blocks() const { return blocks_; }
+    /// From now on nothing changes the layout: a block calls the heap no more. Or, by false, it may again.
+    void setCalm(bool isCalm) { isCalm_ = isCalm; }
+    int64_t calmBlocks() const { return calmBlocks_; }
+    int64_t heapCalls() const { return heapCalls_; }
+    /// Of blocks that may.
+    int64_t wildHeapCalls() const { return wildHeapCalls_; }
 
 private:
     void run() {
-        std::uniform_real_distribution<float> value(0.0f, 1.0f);
+        int32_t calmAfter = kBlocksToCalm;
         while (!isEnding_) {
-            for (int32_t i = 0; i < host_.effect()->numParams; ++i) {
-                host_.setParameter(i, value(noise_.random));
-            }
+            const bool isCalm = isCalm_;
+            calmAfter = isCalm ? std::max(calmAfter - 1, 0) : kBlocksToCalm;
             noise_.fill();
-            host_.process(noise_.inPointers.data(), noise_.outPointers.data(),
-                          1 + static_cast<int32_t>(noise_.random() % kFrames));
+            const auto frames = 1 + static_cast<int32_t>(noise_.random() % kFrames);
+            automate(isCalm);
+            {
+                const CHeapWatch watch;
+                host_.process(noise_.inPointers.data(), noise_.outPointers.data(), frames);
+                if (calmAfter == 0) {
+                    ++calmBlocks_;
+                    heapCalls_ += watch.calls();
+                } else {
+                    wildHeapCalls_ += watch.calls();
+                }
+            }
             ++blocks_;
             // Somewhat faster than it plays.
             std::this_thread::sleep_for(std::chrono::milliseconds(2));
         }
     }
+    void automate(bool isCalm) {
+        for (int32_t i = 0; i < host_.effect()->numParams; ++i) {
+            const float any = std::uniform_real_distribution<float>(0.0f, 1.0f)(noise_.random);
+            host_.setParameter(i, isCalm && i == kOversampling ? host_.parameter(i) : any);
+        }
+    }
+
     CVstHost& host_;
     CNoise noise_;
     std::atomic<bool> isEnding_ = false;
+    std::atomic<bool> isCalm_ = false;
     std::atomic<int64_t> blocks_ = 0;
+    std::atomic<int64_t> calmBlocks_ = 0;
+    std::atomic<int64_t> heapCalls_ = 0;
+    std::atomic<int64_t> wildHeapCalls_ = 0;
     std::thread thread_;
 };
 
@@ -102,69 +134,60 @@ std::vector<double> soundOf(CVstHost& host) {
 
 class HostileHost : public HostEditorTest {
 protected:
+    static constexpr int32_t kWidth = 640;
+    static constexpr int32_t kHeight = 400;
+
     void SetUp() override {
         HostEditorTest::SetUp();
+        CHeapWatch::prepare(*library);
         ASSERT_TRUE(second.open(library->entry()));
-        otherParent = desk.openParent();
+        desk.destroyParent(parent);
+        parent = desk.openParent(kWidth, kHeight);
+        otherParent = desk.openParent(kWidth, kHeight);
+        // Each of both can be seen beside the other one.
+        desk.moveParent(otherParent, 140, 180);
         desk.idle = [this] {
             idle(effect);
             idle(second);
         };
     }
+    int32_t any(int32_t count) { return static_cast<int32_t>(random() % static_cast<uint32_t>(count)); }
     /// One step of whoever plays with the host.
     void step() {
-        CVstHost& host = random() % 4 == 0 ? second : effect;
-        void* const window = &host == &effect ? parent : otherParent;
-        switch (random() % 24) {
+        CVstHost& host = any(4) == 0 ? second : effect;
+        switch (any(24)) {
             case 0:
-                open(host, window);
+                open(host, windowOf(host));
                 break;
             case 1:
                 close(host);
                 break;
             case 2:
-                chunks[random() % 2] = host.chunk(random() % 2 == 0);
+                chunks[any(2)] = host.chunk(any(2) == 0);
                 break;
             case 3:
-                if (const std::string& chunk = chunks[random() % 2]; !chunk.empty()) {
-                    host.setChunk(chunk, random() % 2 == 0);
+                if (const std::string& chunk = chunks[any(2)]; !chunk.empty()) {
+                    host.setChunk(chunk, any(2) == 0);
                 }
                 break;
             case 4:
-                host.setProgram(static_cast<int32_t>(random() % 20) - 2);
-                break;
-            case 5:
-                desk.wheel(random() % 2 == 0 ? 1 : -1);
-                break;
-            case 6:
-                desk.strike(
-                    " \r\x1b"
-                    "a5"[random() % 5]);
-                break;
-            case 7:
-                host.dispatch(vst::kEffectVendorSpecific, 0x73744341, 0x57686565, nullptr, 1.0f);
-                break;
-            case 8:
-                idle(host);
-                break;
-            case 9:
-            case 10:
-            case 11:
-                desk.press();
-                break;
-            case 12:
-            case 13:
-            case 14:
-                desk.release();
+                host.setProgram(any(20) - 2);
                 break;
             default:
-                desk.moveTo(window, static_cast<int>(random() % 420) - 10, static_cast<int>(random() % 320) - 10);
+                hand();
         }
         desk.serve();
+        host.edits.clear();
     }
+    void* windowOf(const CVstHost& host) const { return &host == &effect ? parent : otherParent; }
+    /// What opens and what hands do; `kept` is a part of the screen that they keep to, empty for all.
+    void hand(const CIntRect& kept = {});
+    void moveSomewhere(const CIntRect& kept);
+    void playCalmly(CAutomation& automation, double seconds);
     void playAndRest(double seconds);
     void rest() {
         desk.release();
+        desk.release(true);
         close(effect);
         close(second);
         desk.serve();
@@ -175,6 +198,78 @@ protected:
     void* otherParent = nullptr;
     std::string chunks[2];
 };
+
+void HostileHost::hand(const CIntRect& kept) {
+    static constexpr char kKeys[] = " \r\x1b\ta5-.k";
+    CVstHost& host = any(2) == 0 ? second : effect;
+    switch (any(16)) {
+        case 0:
+            desk.wheel(any(2) == 0 ? 1 : -1);
+            break;
+        case 1:
+            desk.strike(kKeys[any(static_cast<int32_t>(sizeof kKeys) - 1)]);
+            break;
+        case 2:
+            host.dispatch(vst::kEffectVendorSpecific, 0x73744341, 0x57686565, nullptr, 1.0f);
+            break;
+        case 3:
+            desk.raise(windowOf(host));
+            break;
+        case 4:
+        case 5:
+        case 6:
+        case 7:
+            desk.press(kept.isEmpty() && any(5) == 0);
+            break;
+        case 8:
+        case 9:
+        case 10:
+        case 11:
+            desk.release(kept.isEmpty() && any(4) == 0);
+            break;
+        default:
+            moveSomewhere(kept);
+    }
+}
+
+/// Onto a window of an editor, or a little beside it.
+void HostileHost::moveSomewhere(const CIntRect& kept) {
+    constexpr int32_t kBeside = 10;
+    CIntRect at = kept;
+    if (at.isEmpty()) {
+        std::vector<CIntRect> all = desk.popups();
+        all.push_back(desk.place(parent));
+        all.push_back(desk.place(otherParent));
+        at = all[static_cast<size_t>(any(static_cast<int32_t>(all.size())))];
+        at = {at.left - kBeside, at.top - kBeside, at.right + kBeside, at.bottom + kBeside};
+    }
+    desk.moveOnScreen(at.left + any(at.width()), at.top + any(at.height()));
+}
+
+/// Editors open and close and hands drag where nothing changes what the graph is built by: the blocks of the first
+/// effect call the heap no more.
+void HostileHost::playCalmly(CAutomation& automation, double seconds) {
+    using Clock = std::chrono::steady_clock;
+    rest();
+    automation.setCalm(true);
+    const CIntRect place = desk.place(parent);
+    // The middle of the left half, with the bars.
+    const CIntRect bars{place.left + 60, place.top + 120, place.left + 240, place.top + 280};
+    const int64_t begin = automation.blocks();
+    const auto end = Clock::now() + std::chrono::duration<double>(seconds);
+    while (Clock::now() < end || automation.blocks() < begin + 4 * kBlocksToCalm) {
+        if (any(20) == 0) {
+            any(2) == 0 ? static_cast<void>(open(effect, parent)) : close(effect);
+        }
+        hand(bars);
+        desk.serve();
+    }
+    rest();
+    EXPECT_GT(automation.calmBlocks(), 0);
+    EXPECT_EQ(automation.wildHeapCalls() > 0, CHeapWatch::kSeesHeap) << "a change of the layout takes memory";
+    EXPECT_EQ(automation.heapCalls(), 0) << "in " << automation.calmBlocks() << " blocks";
+    automation.setCalm(false);
+}
 
 /// Plays for so long, and proves that nothing is left behind, and that state and sound agree.
 void HostileHost::playAndRest(double seconds) {
@@ -195,16 +290,24 @@ void HostileHost::playAndRest(double seconds) {
         runFor(0.4);
         rest();
         before = CHostDesk::held();
-        runFor(1.0);
+        for (const double part : {0.55, 0.7, 0.85, 1.0}) {
+            runFor(part);
+            rest();
+            RecordProperty("memory-" + std::to_string(part).substr(0, 4), std::to_string(CHostDesk::held().memory));
+        }
         EXPECT_GT(automation.blocks(), 0);
         EXPECT_GT(other.blocks(), 0);
+        playCalmly(automation, seconds / 10.0);
+        RecordProperty("blocks", std::to_string(automation.blocks() + other.blocks()));
+        RecordProperty("calm-blocks", std::to_string(automation.calmBlocks()));
     }
-    rest();
     EXPECT_TRUE(desk.until([&] { return CHostDesk::held().graphics <= before.graphics + kKeptOnce; }))
         << CHostDesk::held().graphics << " of " << before.graphics << " in " << steps;
     EXPECT_EQ(CHostDesk::held().windows, before.windows);
     EXPECT_EQ(desk.childCount(parent) + desk.childCount(otherParent), 0);
+    EXPECT_TRUE(desk.popups().empty());
     RecordProperty("steps", std::to_string(steps));
+    RecordProperty("handles", std::to_string(CHostDesk::held().graphics - before.graphics));
 
     for (CVstHost* host : {&effect, &second}) {
         const std::string chunk = host->chunk(true);

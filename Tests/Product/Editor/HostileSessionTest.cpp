@@ -1,5 +1,6 @@
 // Hands, hosts, files and the system at random: two editors of the product, in windows in memory.
 
+#include <chrono>
 #include <cstdlib>
 #include <thread>
 
@@ -10,10 +11,14 @@ namespace tarv {
 namespace {
 
 constexpr int32_t kSteps = 120;
+constexpr std::chrono::minutes kLongTime{10};
 
 class HostileSession : public CHostileSession {
 protected:
-    static bool isLong() { return std::getenv("TARV_LONG") != nullptr; }
+    /// So many seeds, or in the long form as many as ten minutes have room for.
+    bool isOver(uint32_t seeds, uint32_t fewest) const {
+        return std::getenv("TARV_LONG") ? std::chrono::steady_clock::now() > begin_ + kLongTime : seeds > fewest;
+    }
     void play(uint32_t seed, int32_t rounds) {
         random_.seed(seed);
         for (int32_t round = 0; round < rounds && !HasFailure(); ++round) {
@@ -27,13 +32,17 @@ protected:
             ADD_FAILURE() << "seed " << seed << '\n' << trace();
         }
     }
+
+private:
+    const std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
 };
 
 TEST_F(HostileSession, LeavesNothingHeldAndShowsWhatTheEnginesHold) {
-    const uint32_t seeds = isLong() ? 1000 : 3;
-    for (uint32_t i = 1; i <= seeds && !HasFailure(); ++i) {
-        play(i, 2);
+    uint32_t seed = 1;
+    for (; !isOver(seed, 3) && !HasFailure(); ++seed) {
+        play(seed, 2);
     }
+    RecordProperty("seeds", std::to_string(seed - 1));
     for (int32_t i = 0; i < kSides; ++i) {
         EXPECT_GT(side(i).automations(), 0);
         EXPECT_GT(side(i).calmBlocks(), 20);
@@ -56,7 +65,7 @@ TEST_F(HostileSession, ThreadsThatPlayAndAutomateAreNeverHeldUp) {
             side(i).isPoolShared = true;
             threads.emplace_back(audio, std::ref(side(i)));
         }
-        for (uint32_t i = 0; i < (isLong() ? 300u : 2u); ++i) {
+        for (uint32_t i = 1; !isOver(i, 2); ++i) {
             random_.seed(i);
             openAll();
             for (int32_t k = 0; k < kSteps; ++k) {

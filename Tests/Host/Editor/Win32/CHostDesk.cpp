@@ -158,6 +158,17 @@ void CHostDesk::destroyParent(void* parent) {
     serve();
 }
 
+void CHostDesk::raise(void* parent) {
+    SetForegroundWindow(asWindow(parent));
+    SetFocus(asWindow(parent));
+    serve();
+}
+
+void CHostDesk::moveParent(void* parent, int x, int y) {
+    SetWindowPos(asWindow(parent), nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    serve();
+}
+
 int CHostDesk::childCount(void* parent) const {
     int count = 0;
     for (HWND at = GetWindow(asWindow(parent), GW_CHILD); at; at = GetWindow(at, GW_HWNDNEXT)) {

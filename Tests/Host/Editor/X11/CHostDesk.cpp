@@ -114,6 +114,21 @@ void CHostDesk::destroyParent(void* parent) {
     serve();
 }
 
+void CHostDesk::raise(void* parent) {
+    const uint32_t above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(parts_->client.connection(), asWindow(parent), XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    parts_->client.setFocus(asWindow(parent));
+    serve();
+}
+
+void CHostDesk::moveParent(void* parent, int x, int y) {
+    const uint32_t at[] = {static_cast<uint32_t>(x), static_cast<uint32_t>(y)};
+    xcb_configure_window(parts_->client.connection(), asWindow(parent), XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, at);
+    CIntRect& place = parts_->places.at(asWindow(parent));
+    place = {x, y, x + place.width(), y + place.height()};
+    serve();
+}
+
 int CHostDesk::childCount(void* parent) const {
     return static_cast<int>(parts_->client.childrenOf(asWindow(parent)).size());
 }
@@ -153,8 +168,9 @@ bool CHostDesk::until(const std::function<bool()>& condition) {
     return true;
 }
 
-void CHostDesk::moveTo(void*, int x, int y) {
-    moveOnScreen(kX + x, kY + y);
+void CHostDesk::moveTo(void* parent, int x, int y) {
+    const CIntRect bounds = place(parent);
+    moveOnScreen(bounds.left + x, bounds.top + y);
 }
 
 void CHostDesk::moveOnScreen(int x, int y) {
