@@ -295,7 +295,9 @@ void CAudioWrapperVST::hostParamChanged(int32_t index, const CAudioExtParam& par
 }
 
 void CAudioWrapperVST::hostParamEdited(int32_t index, bool isBegin) {
-    isBegin ? beginEdit(index) : endEdit(index);
+    if (!traits_.needsEditsOnFirstThread || currentThreadId() == firstThread_) {
+        isBegin ? beginEdit(index) : endEdit(index);
+    }
 }
 
 }  // namespace tarv

@@ -80,6 +80,7 @@ private:
     CHostSpeakers speakers_;
     CProcessLock processLock_;
     CHostCalls hostCalls_;
+    const uint64_t firstThread_ = currentThreadId();
     CVstTexts texts_{*this};
     bool isDoublePrecision_ = false;
     CByteBuffer programChunk_;

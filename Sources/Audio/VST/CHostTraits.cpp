@@ -14,6 +14,10 @@ constexpr const char* kTwoChannelProduct = "Sony ACID Pro";
 constexpr const char* kLockedProduct = "WaveLab";
 /// Keeps the keyboard focus. In all others typed keys would go to the host unless a mouse press in an editor takes it.
 constexpr const char* kFocusKeepingVendor = "Steinberg";
+/// On Linux it calls editors on a thread of its own. If a lane of the parameter is in touch mode, which every lane is
+/// after a pass of writing, a begin of edit on that thread reads a tempo map that only other threads have: a null
+/// pointer.
+constexpr const char* kFirstThreadProduct = "Ardour";
 
 }  // namespace
 
@@ -22,6 +26,7 @@ CHostTraits traitsOfHost(int32_t masterVersion, const CString& vendor, const CSt
     traits.isManyChannels = masterVersion >= kManyChannelsVersion && product != kTwoChannelProduct;
     traits.needsProcessLock = product.toUtf8().find(kLockedProduct) != std::string::npos;
     traits.isFocusTaken = vendor != kFocusKeepingVendor;
+    traits.needsEditsOnFirstThread = product == kFirstThreadProduct;
     return traits;
 }
 

@@ -16,6 +16,8 @@ struct CHostTraits {
     bool needsProcessLock = false;
     /// A mouse press in an editor takes the keyboard focus.
     bool isFocusTaken = true;
+    /// Begin and end of an edit are reported from the thread that created the effect only.
+    bool needsEditsOnFirstThread = false;
 };
 
 /// The traits of a host by its answers: the version of the interface (2400 is 2.4) and both texts. Any thread.

@@ -4,6 +4,9 @@
 
 #include <cstring>
 #include <string>
+#include <thread>
+#include <utility>
+#include <vector>
 
 #include "Audio/Engine/CAudioInterfaceBase.h"
 #include "Audio/Parameters/CAudioEnv.h"
@@ -28,6 +31,7 @@ struct CHostAnswers {
     int32_t timeRequest = 0;
     int32_t ioChanges = 0;
     int32_t displayUpdates = 0;
+    std::vector<std::pair<int32_t, int32_t>> edits;  ///< opcode, index
 };
 CHostAnswers answers;
 
@@ -51,6 +55,10 @@ intptr_t answerHost(vst::AEffect*, int32_t opcode, int32_t index, intptr_t value
         case vst::kHostAutomate:
             answers.automated = index;
             answers.automation = opt;
+            return 1;
+        case vst::kHostBeginEdit:
+        case vst::kHostEndEdit:
+            answers.edits.emplace_back(opcode, index);
             return 1;
         default:
             return 0;
@@ -84,6 +92,24 @@ TEST_F(CAudioWrapperVSTTest, TheProcessLockIsEnabledForAHostThatNeedsIt) {
     EXPECT_FALSE(make().hasProcessLock());
     answers.product = "WaveLab";
     EXPECT_TRUE(make().hasProcessLock());
+}
+
+TEST_F(CAudioWrapperVSTTest, EditsOnAnotherThreadAreNotReportedToAHostThatTakesThemOnTheFirstOnly) {
+    const std::vector<std::pair<int32_t, int32_t>> edit = {{vst::kHostBeginEdit, 4}, {vst::kHostEndEdit, 4}};
+    const auto editOn = [](CAudioWrapperVST& w, bool isOther) {
+        const auto work = [&] {
+            w.hostParamEdited(4, true);
+            w.hostParamEdited(4, false);
+        };
+        answers.edits.clear();
+        isOther ? std::thread(work).join() : work();
+        return answers.edits;
+    };
+    EXPECT_EQ(editOn(make(), false), edit);
+    EXPECT_EQ(editOn(*wrapper, true), edit);
+    answers.product = "Ardour";
+    EXPECT_EQ(editOn(make(), false), edit);
+    EXPECT_EQ(editOn(*wrapper, true), (std::vector<std::pair<int32_t, int32_t>>{}));
 }
 
 TEST_F(CAudioWrapperVSTTest, TheHostsNamesAreKept) {

@@ -52,5 +52,15 @@ TEST(CHostTraitsTest, HostsOfOneVendorKeepTheFocus) {
     }
 }
 
+TEST(CHostTraitsTest, OneProductTakesEditsOnTheFirstThreadOnly) {
+    const struct {
+        const char* product;
+        bool isFirstOnly;
+    } rows[] = {{"Ardour", true}, {"ardour", false}, {"Ardour 7", false}, {"Any", false}, {"", false}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(traitsOfHost(2400, "Any", row.product).needsEditsOnFirstThread, row.isFirstOnly) << row.product;
+    }
+}
+
 }  // namespace
 }  // namespace tarv
