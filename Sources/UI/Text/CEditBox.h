@@ -70,6 +70,8 @@ public:
     CString readableValue() const override { return edit_.text(); }
     bool isInputView() const override { return true; }
     bool grabsKeys() const override { return true; }
+    /// The cursor shows it.
+    CViewBaseCtlEvents* focusView() override { return nullptr; }
     [[nodiscard]] CError* keyPress(CAttributeMap& params) override;
     [[nodiscard]] CError* focusLost(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseEnter(CAttributeMap& params) override;

@@ -37,6 +37,8 @@ public:
     [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);
     [[nodiscard]] CError* finishInit() override;
     bool grabsKeys() const override { return true; }
+    /// The selected row shows it.
+    CViewBaseCtlEvents* focusView() override { return nullptr; }
     [[nodiscard]] CError* keyPress(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseEnter(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseMove(CAttributeMap& params) override;

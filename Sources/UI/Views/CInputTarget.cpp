@@ -1,5 +1,7 @@
 #include "UI/Views/CInputTarget.h"
 
+#include <utility>
+
 #include "UI/Views/CSectorMap.h"
 #include "UI/Views/CViewBaseCtlEvents.h"
 
@@ -23,7 +25,37 @@ bool intercepts(const CViewBaseCtlEvents& ancestor, const CViewBaseCtlEvents& hi
     return true;
 }
 
-/// Goes through the views below `root` in their order, and finds the one before or behind `from` that may have focus.
+// More children than this cost an allocation at each tab.
+constexpr int32_t kUsualChildren = 24;
+using CSiblings = CArray<CViewBaseCtlEvents*, kUsualChildren>;
+
+/// Whether a rectangle lies in a row above another one: the middle of either is outside the other.
+bool isAbove(const CViewRect& a, const CViewRect& b) {
+    return a.y + a.height / 2.0 < b.y && b.y + b.height / 2.0 > a.y + a.height;
+}
+
+bool isReadBefore(const CViewBaseCtlEvents& a, const CViewBaseCtlEvents& b) {
+    const CViewRect& first = a.wholeRect();
+    const CViewRect& second = b.wholeRect();
+    if (first.isEmpty() || second.isEmpty()) {
+        return false;
+    }
+    return isAbove(first, second) || (!isAbove(second, first) && first.x < second.x);
+}
+
+/// The children of a view, row by row, and in a row from left to right.
+void inReadingOrder(const CViewBaseCtlEvents& view, CSiblings& siblings) {
+    for (CObject* child : view.children()) {
+        if (auto* below = dynamic_cast<CViewBaseCtlEvents*>(child)) {
+            siblings.append(below);
+            for (int32_t i = siblings.count() - 1; i > 0 && isReadBefore(*siblings[i], *siblings[i - 1]); --i) {
+                std::swap(siblings[i], siblings[i - 1]);
+            }
+        }
+    }
+}
+
+/// Goes through the views below `root` as they are read, and finds the one before or behind `from` that may have focus.
 class CFocusWalk {
 public:
     explicit CFocusWalk(const CViewBaseCtlEvents* from) : from_(from) {}
@@ -34,10 +66,10 @@ public:
         } else if (view.isFocusable() && CInputTarget::takesInput(view)) {
             add(view);
         }
-        for (CObject* child : view.children()) {
-            if (auto* below = dynamic_cast<CViewBaseCtlEvents*>(child)) {
-                visit(*below);
-            }
+        CSiblings siblings;
+        inReadingOrder(view, siblings);
+        for (CViewBaseCtlEvents* below : siblings) {
+            visit(*below);
         }
     }
     CViewBaseCtlEvents* next() const { return behind_ ? behind_ : first_; }

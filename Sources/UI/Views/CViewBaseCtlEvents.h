@@ -58,6 +58,10 @@ public:
     /// that is edited, a list. Others get the keys that the system sends to a window with focus.
     virtual bool grabsKeys() const { return false; }
 
+    /// The view that a ring is drawn around while this one has key focus and the user works by keys. Null for a view
+    /// that shows the focus by itself.
+    virtual CViewBaseCtlEvents* focusView() { return this; }
+
     /// What the view is to a reader for the blind: the attribute `role` (CViewReader::roleNamed); without it, a
     /// focusable view is a button, unless its class says what it is.
     virtual CViewRole role() const;

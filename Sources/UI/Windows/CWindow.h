@@ -10,6 +10,7 @@
 #include "UI/Views/CSectorMap.h"
 #include "UI/Views/CViewWindow.h"
 #include "UI/Windows/CDrawLoad.h"
+#include "UI/Windows/CFocusRing.h"
 #include "UI/Windows/CPopups.h"
 
 namespace tarv {
@@ -22,7 +23,8 @@ class CWindowSharedData;
 /// otherwise a popup. Its size is that of the root view. Events that it sends for itself: `render` at each tick,
 /// `static-view-update` each second, `paint`, `mouse-button`, `mouse-button-reset`, `mouse-top-exit`, `focus`, `blur`,
 /// `activate-window`, `deactivate-window`; the main window `close-app` when it ends. While the main window is open, the
-/// attribute `app-main-window` of the tree's `ui` is the path of its root view. Enter that no view takes presses the
+/// attribute `app-main-window` of the tree's `ui` is the path of its root view. While the user works by keys, the view
+/// `focus-ring` stands around the one that has the focus. Enter that no view takes presses the
 /// view at `default-view`, a path from the root view. Thread: that of the editor.
 class CWindow : public CObject, public CViewWindow, private CInputWindow, private CWindowHandler {
 public:
@@ -211,6 +213,7 @@ private:
     CSectorMap map_;
     CInputRouter router_;
     CPopups popups_;
+    CFocusRing focusRing_;
     std::unique_ptr<CPlatformWindow> window_;
     CWindow* openerWindow_ = nullptr;
     CWindow* blockedBy_ = nullptr;

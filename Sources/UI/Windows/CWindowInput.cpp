@@ -246,6 +246,7 @@ bool CWindow::sendDue() {
 
 void CWindow::viewGone(const CViewBaseCtlEvents& view) {
     focusBefore_ = focusBefore_ == &view ? nullptr : focusBefore_;
+    focusRing_.viewGone(view);
     popups_.openerGoes(view);
 }
 

@@ -78,6 +78,10 @@ bool CWindow::advance(const CBusy& busy) {
     if (!isBlocked()) {
         router_.update();
     }
+    if (busy.isAlive()) {
+        CViewBaseCtlEvents* focus = router_.isKeyMode() ? router_.keyFocus() : nullptr;
+        focusRing_.follow(*root_, focus ? focus->focusView() : nullptr);
+    }
     // What the pointer changes there is drawn as a whole in this tick: other views may draw parts of it.
     return busy.isAlive() && !isOver(root_->placeViews());
 }

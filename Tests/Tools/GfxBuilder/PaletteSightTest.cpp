@@ -115,6 +115,21 @@ TEST(PaletteSight, PlainFillsShowTheirColourAndNoLight) {
     }
 }
 
+// The ring of key focus has a dark line at either side of its light one: one of them stands out on any ground.
+TEST(PaletteSight, TheRingOfKeyFocusStandsOutOnEveryGround) {
+    for (const char* name : kPalettes) {
+        const CRgb light = full(computed(name), "FocusRing");
+        const CRgb dark = computed(name).colors.at("FocusRing").ramp[0];
+        EXPECT_GE(contrast(light, dark), 7) << name;
+        for (const char* ground : {"Background", "Panel", "WindowTitle", "GroupCaption", "Button", "Button_Active",
+                                   "Button_Hover", "ButtonAB", "Bypass_Active", "InstanceName", "Field", "Custom1",
+                                   "Custom2", "Custom3", "Custom4", "Custom5", "Custom6", "Custom7", "Custom8"}) {
+            const CRgb under = face(computed(name), ground);
+            EXPECT_GE(std::max(contrast(light, under), contrast(dark, under)), 3) << name << ' ' << ground;
+        }
+    }
+}
+
 TEST(PaletteSight, AChosenGroupIsFilledWithItsColour) {
     for (const char* name : kPalettes) {
         for (char digit = '1'; digit <= '9'; ++digit) {

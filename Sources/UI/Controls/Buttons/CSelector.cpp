@@ -14,7 +14,6 @@ namespace {
 
 constexpr const char* kActive = "active";
 constexpr const char* kDimmed = "dimmed";
-constexpr const char* kFocus = "focus";
 
 CError* setOrUnset(CViewBaseState& view, const char* state, bool isSet) {
     return isSet ? view.setState(state) : view.unsetState(state);
@@ -240,11 +239,7 @@ CError* CSelector::showActive() {
     const CObjectWatch watch(*this);
     for (int32_t i = 0; i < buttons_.count(); ++i) {
         CButton& shown = *buttons_[i];
-        const CObjectWatch ofButton(shown);
         CError* error = setOrUnset(shown, kActive, i == active_);
-        if (!error && ofButton.isAlive()) {
-            error = setOrUnset(shown, kFocus, isFocusShown_ && i == std::max(active_, 0));
-        }
         if (error || !watch.isAlive()) {
             return error;
         }
@@ -287,14 +282,8 @@ CError* CSelector::keyPress(CAttributeMap& params) {
 }
 
 /// The active button shows the focus of the row.
-CError* CSelector::setInputState(CInputState inputState, bool isSet) {
-    const CObjectWatch watch(*this);
-    CError* error = CView::setInputState(inputState, isSet);
-    if (error || !watch.isAlive() || inputState != CInputState::Focus) {
-        return error;
-    }
-    isFocusShown_ = isSet;
-    return showActive();
+CViewBaseCtlEvents* CSelector::focusView() {
+    return buttons_.isEmpty() ? CView::focusView() : buttons_[std::max(active_, 0)];
 }
 
 CViewRole CSelector::role() const {

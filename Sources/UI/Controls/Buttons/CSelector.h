@@ -35,7 +35,8 @@ public:
     CViewRole role() const override;
     CString readableName() const override { return nameWithoutTitle(); }
     CString readableValue() const override;
-    [[nodiscard]] CError* setInputState(CInputState state, bool isSet) override;
+    /// The active button, or the first one.
+    CViewBaseCtlEvents* focusView() override;
     [[nodiscard]] CError* keyPress(CAttributeMap& params) override;
     [[nodiscard]] CError* onAreaChanged(const CViewRect& visibleRect, const CViewRect& wholeRect) override;
 
@@ -79,7 +80,6 @@ private:
     CArray<CButton*, 8> buttons_;
     int32_t active_ = -1;
     bool isFollowing_ = false;
-    bool isFocusShown_ = false;
 };
 
 }  // namespace tarv

@@ -94,12 +94,11 @@ TEST_F(CSelectorTest, ArrowsMoveTheChoiceBehindATab) {
     takeKeys();
     ASSERT_TRUE(tap(kKeyTab));
     EXPECT_EQ(window_->keyFocusView(), &selector);
-    EXPECT_TRUE(selector.button(0).isStateSet("focus")) << "the active button shows it";
+    EXPECT_EQ(selector.focusView(), &selector.button(0)) << "the active button shows it";
     EXPECT_TRUE(tap(kKeyRight));
     EXPECT_TRUE(tap(kKeyDown));
     EXPECT_EQ(groupOf("sel"), 2);
-    EXPECT_TRUE(selector.button(2).isStateSet("focus"));
-    EXPECT_FALSE(selector.button(0).isStateSet("focus"));
+    EXPECT_EQ(selector.focusView(), &selector.button(2));
     EXPECT_TRUE(tap(kKeyLeft));
     EXPECT_EQ(groupOf("sel"), 1);
     EXPECT_TRUE(tap(kKeyEnd));
