@@ -183,6 +183,22 @@ TEST(Palettes, HaveRampsThatRiseFromNearBlack) {
     EXPECT_GT(rising, 2000);
 }
 
+// Text on them is dark: it must be read at the dimmest frame, too.
+TEST(Palettes, KeepTextReadableWhileTheyBreathe) {
+    for (const char* name : kPalettes) {
+        const CPaletteSource& palette = computed(name);
+        for (const auto& [color, count] : palette.frameCounts) {
+            const size_t state = color.find('_');
+            const std::string text =
+                color.substr(0, state) + "Text" + (state == std::string::npos ? "" : color.substr(state));
+            for (int32_t frame = 0; frame < static_cast<int32_t>(count); ++frame) {
+                EXPECT_GE(contrast(full(palette, text), face(palette, color + "|" + std::to_string(frame))), 3.5)
+                    << name << ' ' << color << frame;
+            }
+        }
+    }
+}
+
 TEST(Palettes, BreatheInSixColours) {
     for (const char* name : kPalettes) {
         const CPaletteSource& palette = computed(name);
@@ -190,7 +206,7 @@ TEST(Palettes, BreatheInSixColours) {
         for (const auto& [color, count] : palette.frameCounts) {
             EXPECT_EQ(count, 32u);
             for (int frame = 0; frame < 32; ++frame) {
-                const double light = 0.55 + 0.45 * (0.5 + 0.5 * std::cos(2 * std::numbers::pi * frame / 32));
+                const double light = 0.78 + 0.22 * (0.5 + 0.5 * std::cos(2 * std::numbers::pi * frame / 32));
                 const CRamp& ramp = palette.colors.at(color + "|" + std::to_string(frame)).ramp;
                 EXPECT_NEAR(ramp[255].red, full(palette, color).red * light, 0.5) << color << frame;
                 EXPECT_NEAR(ramp[100].green, palette.colors.at(color).ramp[100].green * light, 0.5) << color << frame;

@@ -74,7 +74,9 @@ CError* CControlArray::updateObject(int32_t index) {
     CAttributeMap wanted;
     wanted["object-title"] = CAttributeValue::fromString(title.title);
     wanted["object-value"] = numberOf(valueOf(index));
-    wanted["object-value-title"] = CAttributeValue::fromString(value.title);
+    if (!params_[Values] || params_[Values]->isActive()) {
+        wanted["object-value-title"] = CAttributeValue::fromString(value.title);
+    }
     wanted["selected-object"] = CAttributeValue::fromBool(isSelected);
     for (const auto& [attribute, name] : {std::pair{"object-color", "color"}, {"object-text-color", "text-color"}}) {
         if (!getAttrString(attribute).isEmpty()) {

@@ -23,6 +23,7 @@ constexpr double kPointsAlpha = 0.75;
 
 constexpr const char* kAxisAttributes[] = {"min-max", "min-max-x", "min-max-y", "min-max-y-alt"};
 constexpr const char* kSettings[] = {"is-slider-mode", "control-points-alpha", "is-use-margins", "editable-group"};
+constexpr const char* kBarsAlpha = "control-bars-alpha";
 constexpr const char* kAxisUpdate = "axis-update";
 constexpr const char* kTimerTick = "update-tick";
 
@@ -44,6 +45,7 @@ CError* CControlSurface::initClass(CClassDescriptor& descriptor) {
     for (const char* name : kSettings) {
         descriptor.addHandler<&CControlSurface::settingsChanged>(name);
     }
+    descriptor.addHandler<&CControlSurface::barsAlphaChanged>(kBarsAlpha);
     descriptor.addHandler<&CControlSurface::findSwatch>("color-swatch");
     descriptor.addHandler<&CControlSurface::hairlinesChanged>("is-show-hairlines");
     descriptor.addHandler<&CControlSurface::numbersChanged>("is-point-number-shown");
@@ -123,6 +125,13 @@ CError* CControlSurface::settingsChanged() {
     const CObjectWatch watch(*this);
     CError* error = dragged_ ? cancelDragOf(*dragged_) : nullptr;
     return error || !watch.isAlive() ? error : viewUpdated();
+}
+
+/// Unlike the settings it leaves a drag alone.
+CError* CControlSurface::barsAlphaChanged() {
+    barOpacity_ = std::clamp(getAttrRealOr(kBarsAlpha, 1.0), 0.0, 1.0);
+    requestRedraw();
+    return nullptr;
 }
 
 CError* CControlSurface::findAxis(const char* attribute, const CMinMax*& found) {

@@ -25,6 +25,7 @@ class CRuler;
 ///                             `min-max-y` says nothing. Without one an axis has the range of the group's parameter
 ///   color-swatch              path of the colours by group; without it `Custom1` and so on
 ///   control-points-alpha      opacity of points; default 0.75
+///   control-bars-alpha        opacity of bars and underlays over their pits; default 1
 ///   is-show-hairlines         adds the child `hairlines` of the template `ui:control-surface-hairlines`
 ///   is-point-number-shown     adds children `point-num` of the template `ui:control-surface-point-num`, one a point
 ///   is-use-margins            the bars leave the room that labels of the rulers need at the ends
@@ -150,6 +151,7 @@ private:
 
     // Attributes and parts; CControlSurface.cpp.
     [[nodiscard]] CError* settingsChanged();
+    [[nodiscard]] CError* barsAlphaChanged();
     [[nodiscard]] CError* axesChanged();
     [[nodiscard]] CError* hairlinesChanged();
     [[nodiscard]] CError* numbersChanged();
@@ -226,6 +228,7 @@ private:
     COverhang overhang_;
     CArray<CString, 4> colorNames_;  ///< by group
     double pointOpacity_ = 0.75;
+    double barOpacity_ = 1.0;
     bool isSliderMode_ = false;
     bool isUsingMargins_ = false;
     bool areRulersFound_ = false;  ///< all of the list stand

@@ -223,7 +223,7 @@ void CControlSurface::drawBar(const CControlSurfaceGroup& group, int32_t index, 
         box.left = std::min(box.left, box.right - kWhole);
         clip.left = std::max(clip.left, bar.left - target().originX);
     }
-    drawPart(part, box, color, 1.0, clip);
+    drawPart(part, box, color, barOpacity_, clip);
 }
 
 /// Flat, so that it doesn't read as the setting; its opacity is that of a colour of its own.
@@ -236,7 +236,7 @@ void CControlSurface::drawUnderlay(const CControlSurfaceGroup& group, int32_t in
     CIntRect box = barRect(group, index, layout);
     if (zero != end && strength) {
         const bool isDown = group.isVertical() && end > zero;
-        drawPart(isDown ? UnderlayDown : Underlay, box, color, strength->opacity, target().clip);
+        drawPart(isDown ? UnderlayDown : Underlay, box, color, strength->opacity * barOpacity_, target().clip);
     }
     // Within the bar, at the value; in the middle of one without length.
     if (!group.isVertical()) {
@@ -247,7 +247,7 @@ void CControlSurface::drawUnderlay(const CControlSurfaceGroup& group, int32_t in
         box.bottom = box.top + kLine;
     }
     const CIntRect line = box.moved(-target().originX, -target().originY).intersection(target().clip);
-    target().bitmap->fillRect(line, color, kUnderlayLine);
+    target().bitmap->fillRect(line, color, kUnderlayLine * barOpacity_);
 }
 
 void CControlSurface::drawPoints(const CControlSurfaceGroup& group, int32_t groupIndex) {

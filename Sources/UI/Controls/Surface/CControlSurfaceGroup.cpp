@@ -118,7 +118,7 @@ int32_t CControlSurfaceGroup::wantedCount() const {
     double count = getAttrReal("point-count");
     if (!hasAttr("point-count") || getAttrString("point-count").isEmpty()) {
         const CUIParam* counter = param(CRole::Count);
-        count = counter && counter->isActive() ? counter->getValue() : 0.0;
+        count = counter && counter->isActive() ? counter->getValue() : points_.count();
     }
     return static_cast<int32_t>(std::clamp(std::round(std::isnan(count) ? 0.0 : count), 0.0, double{kMaxPoints}));
 }
@@ -184,8 +184,14 @@ bool CControlSurfaceGroup::resetValue(CRole role, int32_t index, double& value) 
     return source && source->defaultValue(index, value);
 }
 
+/// What a source gave last stands after the source has become inactive.
 CControlSurfaceGroup::CPoint CControlSurfaceGroup::readPoint(int32_t index) const {
-    return {paramValue(CRole::X, index), paramValue(CRole::Y, index), paramValue(CRole::BandWidth, index)};
+    const auto read = [&](CRole role, double last) {
+        const CUIParam* source = param(role);
+        return source && !source->isActive() ? last : paramValue(role, index);
+    };
+    const CPoint& last = points_[index];
+    return {read(CRole::X, last.x), read(CRole::Y, last.y), read(CRole::BandWidth, last.bandWidth)};
 }
 
 void CControlSurfaceGroup::readValues() {
