@@ -100,5 +100,25 @@ TEST_F(EditorMemory, TheLabelsOfTheHostsOutputsComeWithTheStateAndWhenTheyChange
     EXPECT_EQ(client_->outputLabel(1), CString());
 }
 
+TEST_F(EditorMemory, SoDoThoseOfItsInputs) {
+    CTextList labels;
+    labels.append("Left");
+    base().setChannelLabels(labels);
+    pumpEvents();
+    EXPECT_EQ(client_->inputLabel(0), CString("Left"));
+    EXPECT_EQ(client_->inputLabel(1), CString());
+    EXPECT_EQ(client_->inputLabel(-1), CString());
+    CMessageClient witness(*connector_);
+    base().setChannelLabels(labels);
+    EXPECT_EQ(witness.waiting(), 0u) << "the same";
+    labels.append("Right");
+    base().setChannelLabels(labels);
+    const CReceivedMessage last = witness.takeLast(kData);
+    EXPECT_EQ(last.kind, static_cast<uint32_t>(CDataKind::InputLabels));
+    EXPECT_EQ(last.texts, (std::vector<std::string>{"Left", "Right"}));
+    reopen();
+    EXPECT_EQ(client_->inputLabel(1), CString("Right"));
+}
+
 }  // namespace
 }  // namespace tarv

@@ -36,10 +36,11 @@ constexpr CAudioInterfaceClient::CParts::CHandlerRow CAudioInterfaceClient::CPar
     {static_cast<uint32_t>(CDataKind::Clear), &CParts::call<&CParts::state, &CClientState::takeClear>},
     {static_cast<uint32_t>(CDataKind::OutputLabels), &CParts::call<&CParts::state, &CClientState::takeOutputLabels>},
     {static_cast<uint32_t>(CDataKind::Kept), &CParts::call<&CParts::state, &CClientState::takeKept>},
+    {static_cast<uint32_t>(CDataKind::InputLabels), &CParts::call<&CParts::state, &CClientState::takeInputLabels>},
 };
 
 CError* CAudioInterfaceClient::CParts::takeData(CPosInputStream& stream) {
-    constexpr uint32_t kEnd = static_cast<uint32_t>(CDataKind::Kept) + 1;
+    constexpr uint32_t kEnd = static_cast<uint32_t>(CDataKind::InputLabels) + 1;
     static_assert(isKeyedByType(kDataHandlers, 0, kEnd));
     uint32_t kind = 0;
     TARV_TRY(stream.readValue(kind));
@@ -250,6 +251,11 @@ const CByteBuffer& CAudioInterfaceClient::passedData() const {
     return parts_->state.passedData();
 }
 
+CString CAudioInterfaceClient::inputLabel(int32_t input) const {
+    const CTextList& labels = parts_->state.inputLabels();
+    return input >= 0 && input < labels.count() ? labels[input] : CString();
+}
+
 CString CAudioInterfaceClient::outputLabel(int32_t output) const {
     const CTextList& labels = parts_->state.outputLabels();
     return output >= 0 && output < labels.count() ? labels[output] : CString();
@@ -262,10 +268,6 @@ CError* CAudioInterfaceClient::keepBytes(const CString& key, const CByteBuffer& 
 
 const CByteBuffer& CAudioInterfaceClient::keptBytes(const CString& key) const {
     return parts_->state.keptBytes(key);
-}
-
-CError* CAudioInterfaceClient::importChannelLabels() {
-    return parts_->sender.send(kImportLabels);
 }
 
 CError* CAudioInterfaceClient::requestCounts() {

@@ -17,8 +17,8 @@ class CAudioParamInfo;
 /// or refuses the message, and may close this editor if the engine calls a host. The editor's thread. Events of this
 /// object: `engine-state` (the full state has come), `update-sample-rate`, `update-io-channel-counts`,
 /// `update-group-count`, `update-internal-channel-count`, `clear`, `undo-history-changed`, `group-names-changed`,
-/// `bound-value-changed` (`id`), `output-labels-changed`, `kept-bytes-came`, `data-passed`, `edit-refused` (`key`),
-/// `default-preset-update`, `shared-banks-update`
+/// `bound-value-changed` (`id`), `input-labels-changed`, `output-labels-changed`, `kept-bytes-came`, `data-passed`,
+/// `edit-refused` (`key`), `default-preset-update`, `shared-banks-update`
 /// (`store-name`: an editor of this process wrote that store), `engine-gone`.
 class CAudioInterfaceClient : public CObject, public CAudioInterfaceClientTarget {
 public:
@@ -107,15 +107,14 @@ public:
     /// Bytes for the other clients of this engine, and those that came last from one of them.
     [[nodiscard]] CError* passData(const CByteBuffer& bytes);
     const CByteBuffer& passedData() const;
-    /// What the host calls an output, from 0; empty for one without a name.
+    /// What the host calls an input or an output, from 0; empty for one without a name.
+    CString inputLabel(int32_t input) const;
     CString outputLabel(int32_t output) const;
     /// The engine keeps bytes under a key while it lives, in no preset and no chunk: what an editor remembers until it
     /// is opened again. Up to 65536 bytes under each of 16 keys; none: forgotten.
     [[nodiscard]] CError* keepBytes(const CString& key, const CByteBuffer& bytes);
     /// What was kept last under a key; empty for nothing, and before the engine's state has come.
     const CByteBuffer& keptBytes(const CString& key) const;
-    /// Imports the host's names of the input channels.
-    [[nodiscard]] CError* importChannelLabels();
     /// Asks for the rate and the counts once more.
     [[nodiscard]] CError* requestCounts();
 

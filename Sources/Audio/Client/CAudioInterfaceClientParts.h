@@ -19,7 +19,7 @@ struct CAudioInterfaceClient::CParts final : public CHeapObject {
         CHandler handle;
     };
     static const CHandlerRow kHandlers[kMessageCount - kFirstBaseMessage];
-    static const CHandlerRow kDataHandlers[static_cast<uint32_t>(CDataKind::Kept) + 1];
+    static const CHandlerRow kDataHandlers[static_cast<uint32_t>(CDataKind::InputLabels) + 1];
 
     explicit CParts(CAudioInterfaceClient& client)
         : owner(client),

@@ -100,6 +100,13 @@ CError* CClientState::takeOutputLabels(CPosInputStream& stream) {
     return sendEvent("output-labels-changed");
 }
 
+CError* CClientState::takeInputLabels(CPosInputStream& stream) {
+    CTextList labels;
+    TARV_TRY(takeMessage(stream, labels));
+    inputLabels_ = std::move(labels);
+    return sendEvent("input-labels-changed");
+}
+
 CError* CClientState::takeKept(CPosInputStream& stream) {
     CArray<CKept, 1> all;
     uint32_t count = 0;

@@ -16,7 +16,8 @@ public:
     const CString& defaultPresetName() const { return defaultPresetName_; }
     /// What came last from another client.
     const CByteBuffer& passedData() const { return passedData_; }
-    /// What the host calls its outputs.
+    /// What the host calls its inputs and its outputs.
+    const CTextList& inputLabels() const { return inputLabels_; }
     const CTextList& outputLabels() const { return outputLabels_; }
     /// What an editor kept under a key, as it came last or was kept since; empty for nothing.
     const CByteBuffer& keptBytes(const CString& key) const;
@@ -37,6 +38,7 @@ public:
     [[nodiscard]] CError* takePassed(CPosInputStream& stream);
     [[nodiscard]] CError* takeClear(CPosInputStream& stream);
     [[nodiscard]] CError* takeOutputLabels(CPosInputStream& stream);
+    [[nodiscard]] CError* takeInputLabels(CPosInputStream& stream);
     [[nodiscard]] CError* takeKept(CPosInputStream& stream);
 
 private:
@@ -48,6 +50,7 @@ private:
     bool hasDefaultPreset_ = false;
     CString defaultPresetName_;
     CByteBuffer passedData_;
+    CTextList inputLabels_;
     CTextList outputLabels_;
     struct CKept {
         CString key;

@@ -248,7 +248,9 @@ void CAudioInterfaceBase::setInternalChannelCount(int32_t count) {
 }
 
 void CAudioInterfaceBase::setChannelLabels(const CTextList& labels) {
-    parts_->status.setChannelLabels(labels);
+    if (parts_->status.setChannelLabels(labels)) {
+        TARV_CONSUME(notify("update-input-labels"));
+    }
 }
 
 void CAudioInterfaceBase::setOutputLabels(const CTextList& labels) {

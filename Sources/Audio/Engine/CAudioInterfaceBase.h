@@ -38,8 +38,8 @@ public:
     void stop();
     bool isGoing() const;
     /// Sends one of the events `update-sample-rate`, `update-io-channel-counts`, `update-group-count`,
-    /// `update-internal-channel-count`, `update-output-labels`, `clear` to the listeners in the tree, and its message
-    /// to the clients.
+    /// `update-internal-channel-count`, `update-input-labels`, `update-output-labels`, `clear` to the listeners in the
+    /// tree, and its message to the clients.
     [[nodiscard]] CError* notify(const CString& eventName);
     /// Notifies of `clear` at the next tick of a client, since the audio thread sends nothing. [audio thread, running]
     void clearAtTick();
@@ -48,7 +48,8 @@ public:
     void setGroupCount(int32_t count);
     void setInternalChannelCount(int32_t count);
     CInterfaceCounts counts() const;
-    /// What the host calls its input channels, empty for one without a name; a client may import them.
+    /// What the host calls its input channels, empty for one without a name; a client may import them. Notifies of
+    /// `update-input-labels` if they changed.
     void setChannelLabels(const CTextList& labels);
     /// The same of its output channels; notifies of `update-output-labels` if they changed.
     void setOutputLabels(const CTextList& labels);

@@ -13,6 +13,7 @@ const CEngineAnswers::CNotification CEngineAnswers::kNotifications[] = {
     {"update-io-channel-counts", &CEngineAnswers::sendIoCounts},
     {"update-group-count", &CEngineAnswers::sendGroupCount},
     {"update-internal-channel-count", &CEngineAnswers::sendInternalCount},
+    {"update-input-labels", &CEngineAnswers::sendInputLabels},
     {"update-output-labels", &CEngineAnswers::sendOutputLabels},
     {"clear", &CEngineAnswers::sendClear},
 };
@@ -74,6 +75,11 @@ CError* CEngineAnswers::sendInternalCount(uint32_t request, int32_t client) cons
     return nullptr;
 }
 
+CError* CEngineAnswers::sendInputLabels(uint32_t, int32_t client) const {
+    TARV_TRY(sender_.send(client, kData, static_cast<uint32_t>(CDataKind::InputLabels), status_.channelLabels()));
+    return nullptr;
+}
+
 CError* CEngineAnswers::sendOutputLabels(uint32_t, int32_t client) const {
     TARV_TRY(sender_.send(client, kData, static_cast<uint32_t>(CDataKind::OutputLabels), status_.outputLabels()));
     return nullptr;
@@ -101,6 +107,9 @@ CError* CEngineAnswers::requestState(CInputStream& stream) {
     CLockScope scope(undo_.lock());
     state.history = history_.list();
     TARV_TRY(sender_.sendTo(request, kFullState, request, state));
+    if (!status_.channelLabels().isEmpty()) {
+        TARV_TRY(sendInputLabels(request, clientOf(request)));
+    }
     if (!status_.outputLabels().isEmpty()) {
         TARV_TRY(sendOutputLabels(request, clientOf(request)));
     }

@@ -47,6 +47,7 @@ private:
     [[nodiscard]] CError* sendIoCounts(uint32_t request, int32_t client) const;
     [[nodiscard]] CError* sendGroupCount(uint32_t request, int32_t client) const;
     [[nodiscard]] CError* sendInternalCount(uint32_t request, int32_t client) const;
+    [[nodiscard]] CError* sendInputLabels(uint32_t request, int32_t client) const;
     [[nodiscard]] CError* sendOutputLabels(uint32_t request, int32_t client) const;
     [[nodiscard]] CError* sendClear(uint32_t request, int32_t client) const;
     const CString& errorContextName() const { return sender_.errorContextName(); }

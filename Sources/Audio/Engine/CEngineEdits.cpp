@@ -15,7 +15,6 @@ namespace tarv {
 namespace {
 
 constexpr const char* kChannelNames = "plugin.modMain.io-params.in-channel-names";
-constexpr const char* kImportLabel = "Channel label import";
 /// How far behind what a parameter holds a message may reach: the gap is filled, and takes memory without any byte of
 /// the message behind it.
 constexpr int32_t kGroupReach = 32;
@@ -177,7 +176,7 @@ CError* CEngineEdits::importLabels(CInputStream& stream) {
         }
     }
     edit.flags = kIsRecorded;
-    edit.label = kImportLabel;
+    edit.label = kLabelImport;
     carryOut(edit);
     return nullptr;
 }

@@ -32,22 +32,17 @@ CTextList CEngineStatus::channelLabels() const {
     return channelLabels_;
 }
 
-void CEngineStatus::setChannelLabels(const CTextList& labels) {
-    CLockScope scope(lock_);
-    channelLabels_ = labels;
-}
-
 CTextList CEngineStatus::outputLabels() const {
     CLockScope scope(lock_);
     return outputLabels_;
 }
 
-bool CEngineStatus::setOutputLabels(const CTextList& labels) {
+bool CEngineStatus::replace(CTextList& kept, const CTextList& labels) {
     CLockScope scope(lock_);
-    if (std::equal(labels.begin(), labels.end(), outputLabels_.begin(), outputLabels_.end())) {
+    if (std::equal(labels.begin(), labels.end(), kept.begin(), kept.end())) {
         return false;
     }
-    outputLabels_ = labels;
+    kept = labels;
     return true;
 }
 

@@ -36,13 +36,15 @@ public:
     bool takeClear() { return isClearDue_.exchange(false, std::memory_order_relaxed); }
     /// What the host calls its input channels; empty for one without a name.
     CTextList channelLabels() const;
-    void setChannelLabels(const CTextList& labels);
+    /// Returns whether they differ from the former ones.
+    bool setChannelLabels(const CTextList& labels) { return replace(channelLabels_, labels); }
     /// The same of its output channels.
     CTextList outputLabels() const;
-    /// Returns whether they differ from the former ones.
-    bool setOutputLabels(const CTextList& labels);
+    bool setOutputLabels(const CTextList& labels) { return replace(outputLabels_, labels); }
 
 private:
+    bool replace(CTextList& kept, const CTextList& labels);
+
     const CAudioEnv& env_;
     std::atomic<bool> isRunning_{false};
     std::atomic<bool> isClearDue_{false};

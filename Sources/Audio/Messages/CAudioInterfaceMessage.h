@@ -76,9 +76,9 @@ enum CInterfaceMessage : uint32_t {
     kInternalCount = 46,    ///< request or kNoRequest, u32 internal channels
     kFrame = 47,            ///< id, list of records (CAudioVizData)
     kData = 48,  ///< u32 CDataKind, then for Answer: request, bytes; Value: id, list of f64; Passed: request of
-                 ///< the sender, bytes; Clear: nothing; OutputLabels: list of texts, empty for an output without
-                 ///< one; Kept: u32 count, a text key and bytes each. The last two come behind kFullState, if there are
-                 ///< any, the former also when it changes
+                 ///< the sender, bytes; Clear: nothing; OutputLabels, InputLabels: what the host calls its channels,
+                 ///< list of texts, empty for one without a label; Kept: u32 count, a text key and bytes each. The last
+                 ///< three come behind kFullState, if there are any, labels also when they change
     kDefaultPreset = 49,  ///< request or kNoRequest, flag (there is one), text display name
     kEditRefused =
         50,  ///< i32 key: the values of that gesture are taken no more, since the history moved or a preset came
@@ -88,6 +88,9 @@ enum CInterfaceMessage : uint32_t {
 /// The request id of a notification, which no client asked for.
 inline constexpr uint32_t kNoRequest = 0xffffffff;
 
+/// The step of the history in which the input channels get the host's names.
+inline constexpr const char* kLabelImport = "Channel label import";
+
 enum CSubscribeFlag : uint32_t { kSendAtOnce = 1, kAsGroupNames = 2 };
 enum CSetFlag : uint32_t {
     kIsReplacing = 1,  ///< the group has first + count elements afterwards
@@ -96,7 +99,15 @@ enum CSetFlag : uint32_t {
 };
 enum class CHistoryMove : uint32_t { Undo = 0, Redo = 1, Select = 2 };
 enum class CValuesForm : uint32_t { Whole = 0, Part = 1 };
-enum class CDataKind : uint32_t { Answer = 0, Value = 1, Passed = 2, Clear = 3, OutputLabels = 4, Kept = 5 };
+enum class CDataKind : uint32_t {
+    Answer = 0,
+    Value = 1,
+    Passed = 2,
+    Clear = 3,
+    OutputLabels = 4,
+    Kept = 5,
+    InputLabels = 6
+};
 
 /// Whether a table of rows with a `type` has one row for each type from `first` to before `end`, in order.
 template <class Row, size_t Count>

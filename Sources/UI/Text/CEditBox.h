@@ -23,7 +23,8 @@ class CVirtualKeyboard;
 /// With `show-virtual-keyboard` of the global settings a keyboard on the screen opens beside the box, and closes with
 /// the edit: `ui:virtual-keyboard-alphadigit`, or `ui:virtual-keyboard-digit` where the owner's
 /// `is-virtual-keyboard-alphabet` is false (by default: for a field of numbers). It gets the owner's
-/// `virtual-keyboard-minus-char` ("-"). Its keys arrive as `virtual-keyboard-press` with `key`, see CVirtualKeyboard.
+/// `virtual-keyboard-minus-char` ("-"), and stands by `virtual-keyboard-alignment` (by default that of its template).
+/// Its keys arrive as `virtual-keyboard-press` with `key`, see CVirtualKeyboard.
 class CEditBox : public CView {
 public:
     static constexpr const char* kName = "temp-editbox";

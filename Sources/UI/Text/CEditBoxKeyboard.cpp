@@ -10,6 +10,7 @@ namespace {
 
 constexpr const char* kAlphabet = "ui:virtual-keyboard-alphadigit";
 constexpr const char* kDigits = "ui:virtual-keyboard-digit";
+constexpr const char* kAlignment = "virtual-keyboard-alignment";
 constexpr const char* kMinusChar = "virtual-keyboard-minus-char";
 
 }  // namespace
@@ -33,6 +34,9 @@ CError* CEditBox::openKeyboard() {
     CAttributeMap params;
     params["is-popup-toggle-always-create"] = CAttributeValue::fromBool(true);
     params[kMinusChar] = CAttributeValue::fromString(minus.isEmpty() ? CString("-") : minus);
+    if (!owner_->getAttrString(kAlignment).isEmpty()) {
+        params["window-alignment"] = CAttributeValue::fromString(owner_->getAttrString(kAlignment));
+    }
     return openPopup(isAlphabet ? kAlphabet : kDigits, params);
 }
 

@@ -26,6 +26,9 @@ class CWindowSharedData;
 /// attribute `app-main-window` of the tree's `ui` is the path of its root view. While the user works by keys, the view
 /// `focus-ring` stands around the one that has the focus. Enter that no view takes presses the
 /// view at `default-view`, a path from the root view. Thread: that of the editor.
+/// attribute `app-main-window` of the tree's `ui` is the path of its root view. Enter that no view takes presses the
+/// view at `default-view`; that at `edit-view` gets `edit-text` when the window opens. Both are paths from the root
+/// view. Thread: that of the editor.
 class CWindow : public CObject, public CViewWindow, private CInputWindow, private CWindowHandler {
 public:
     CWindow();
@@ -174,6 +177,7 @@ private:
 
     [[nodiscard]] CError* findObjects();
     [[nodiscard]] CError* startTimer(const char* name, const char* rate, double fallback, const char* handler);
+    [[nodiscard]] CError* beginEdit();
     [[nodiscard]] CError* createWindow(const CPopupPlace* place);
     [[nodiscard]] CError* requestBounds(const CPopupPlace* place, CWindowRequest& request);
     void report(const CSectorView* view, CError* error);

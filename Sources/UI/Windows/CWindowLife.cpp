@@ -44,8 +44,17 @@ CError* CWindow::open(const CPopupPlace* place) {
         const CViewRect rect = boxOf(*root_);
         showAgain({0, 0, pixels(rect.width), pixels(rect.height)});
         endPresenting();
+        return beginEdit();
     }
     return nullptr;
+}
+
+/// A window that asks for a text opens with its field being edited.
+CError* CWindow::beginEdit() {
+    const CString& path = attr("edit-view");
+    auto* view = path.isEmpty() ? nullptr : root_->findObjectOf<CViewBaseCtlEvents>(path);
+    CAttributeMap params;
+    return view ? deliverEvent(*view, "edit-text", params) : nullptr;
 }
 
 CError* CWindow::createWindow(const CPopupPlace* place) {

@@ -55,6 +55,13 @@ CIntRect placeWindowAt(int32_t x, int32_t y, const CWindowSurroundings& around, 
     return {x, y, x + width, y + height};
 }
 
+/// A window that should stand at the right of its opener stands at its left where only that has room.
+static CIntRect leftOfOpener(const CIntRect& placed, const CIntRect& opener, const CWindowSurroundings& around) {
+    const CIntRect left =
+        placeWindowAt(opener.left - placed.width(), placed.top, around, placed.width(), placed.height());
+    return left.intersection(opener).isEmpty() ? left : placed;
+}
+
 /// A window that would lie over its opener stands above it instead, or beside it, where the monitor has room.
 static CIntRect besideOpener(const CIntRect& placed, const CIntRect& opener, const CWindowSurroundings& around) {
     const int32_t width = placed.width();
@@ -110,6 +117,9 @@ CIntRect placeWindow(CWindowAlignment alignment, const CWindowSurroundings& arou
             break;
     }
     const CIntRect placed = placeWindowAt(x + around.shiftX, y + around.shiftY, around, width, height);
+    if (alignment == CWindowAlignment::Right && !placed.intersection(opener).isEmpty()) {
+        return leftOfOpener(placed, opener, around);
+    }
     return alignment == CWindowAlignment::BottomLocalCenter ? besideOpener(placed, opener, around) : placed;
 }
 

@@ -15,7 +15,7 @@ enum class CWindowAlignment : uint8_t {
     Center,             ///< centred over the opener's window; without one, on the monitor
     CenterOverlay,      ///< centred over the main window
     Left,               ///< to the left of the opener, along its top edge
-    Right,              ///< to the right of the opener, along its top edge
+    Right,              ///< to the right of the opener, along its top edge; to the left where only that has room
     Cursor              ///< at the pointer
 };
 

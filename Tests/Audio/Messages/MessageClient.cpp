@@ -102,7 +102,8 @@ CError* readData(CInputStream& in, CReceivedMessage& received) {
         CNumberList numbers;
         TARV_TRY(takeFields(in, received.id, numbers));
         received.numbers.assign(numbers.begin(), numbers.end());
-    } else if (received.kind == static_cast<uint32_t>(CDataKind::OutputLabels)) {
+    } else if (received.kind == static_cast<uint32_t>(CDataKind::OutputLabels) ||
+               received.kind == static_cast<uint32_t>(CDataKind::InputLabels)) {
         CTextList labels;
         TARV_TRY(takeField(in, labels));
         for (const CString& label : labels) {

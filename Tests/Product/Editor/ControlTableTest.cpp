@@ -55,11 +55,13 @@ constexpr CControlRow kControls[] = {
     {"ui.win-channel-routing.c.*.fields.object*", "RoutingWindow.EachFieldIsChosenFromItsListAsOneStep"},
     {"ui.win-channel-routing.c.buttons.routing-presets*",
      "RoutingWindow.RoutingPresetsHaveTheirQuickListAndTheirManager"},
-    {"ui.win-channel-label-setup.from-host.import", "NamingWindows.TheHostsNamesAreTakenOver"},
-    {"ui.win-*-setup.names.*", "NamingWindows.NamesThatAreTypedAreSetByOk"},
-    {"ui.win-*-setup.buttons.ok", "NamingWindows.NamesThatAreTypedAreSetByOk"},
-    {"ui.win-*-setup.buttons.cancel", "NamingWindows.CancelLeavesTheNames"},
-    {"ui.win-*-setup.buttons.copy-paste.*", "NamingWindows.AllNamesAreCopiedAndPasted"},
+    {"ui.win-channel-label-setup.c.from-host.import", "NamingWindows.TheHostsNamesAreTakenOver"},
+    {"ui.win-*-setup.c.names.*", "NamingWindows.NamesThatAreTypedAreSetByOk"},
+    {"ui.win-*-setup.temp-editbox", "NamingWindows.AreWorkedByKeysAlone"},
+    {"ui.win-*-setup.window-title.close", "NamingWindows.CancelLeavesTheNames"},
+    {"ui.win-*-setup.c.buttons.ok", "NamingWindows.NamesThatAreTypedAreSetByOk"},
+    {"ui.win-*-setup.c.buttons.cancel", "NamingWindows.CancelLeavesTheNames"},
+    {"ui.win-*-setup.c.buttons.copy-paste.*", "NamingWindows.AllNamesAreCopiedAndPasted"},
     {"ui.win-preset-manager*.window-title.close", "PresetWindows.CloseByTheirButtons"},
     {"ui.win-preset-manager.c.banks.outline.list", "PresetWindows.ABankIsChosenAndAPresetOfItActivatedByADoubleClick"},
     {"ui.win-preset-manager.c.presets.outline.list",
@@ -137,8 +139,10 @@ protected:
         click("ui.win-channel-routing.c.input-routing.names");
         collect("ui.win-channel-label-setup");
         tap(kKeyEscape);
+        tap(kKeyEscape);
         click("ui.win-channel-routing.c.group-assignments.names");
         collect("ui.win-group-name-setup");
+        tap(kKeyEscape);
         tap(kKeyEscape);
         click("ui.win-channel-routing.c.buttons.routing-presets");
         collect("ui.win-preset-manager-routing");

@@ -63,6 +63,7 @@ TEST_F(RoutingWindow, RoutingPresetsHaveTheirQuickListAndTheirManager) {
 TEST_F(RoutingWindow, NamesOpenTheirDialogs) {
     click(std::string(kWindow) + "input-routing.names");
     EXPECT_TRUE(exists("ui.win-channel-label-setup"));
+    tap(kKeyEscape);  // its first field is edited
     tap(kKeyEscape);
     EXPECT_FALSE(exists("ui.win-channel-label-setup"));
     click(std::string(kWindow) + "group-assignments.names");

@@ -72,6 +72,15 @@ TEST(CWindowPlace, APopupAtTheBottomMovesUpWithinTheMonitor) {
     EXPECT_EQ(placeWindow(CWindowAlignment::Left, low, 100, 200), (CIntRect{0, 500, 100, 700}));
 }
 
+TEST(CWindowPlace, WhereTheRightHasNoRoomThePopupStandsAtTheLeft) {
+    CWindowSurroundings edge = around();
+    edge.opener = {1500, 500, 1560, 520};
+    EXPECT_EQ(placeWindow(CWindowAlignment::Right, edge, 40, 200), (CIntRect{1560, 500, 1600, 700}));
+    EXPECT_EQ(placeWindow(CWindowAlignment::Right, edge, 100, 200), (CIntRect{1400, 500, 1500, 700}));
+    edge.opener = {50, 500, 1560, 520};
+    EXPECT_EQ(placeWindow(CWindowAlignment::Right, edge, 100, 200), (CIntRect{1500, 500, 1600, 700})) << "no room";
+}
+
 TEST(CWindowPlace, TheMonitorNeedNotBeginAtZero) {
     CWindowSurroundings second = around();
     second.monitor = {-1600, -200, 0, 800};

@@ -1,6 +1,7 @@
 #include "UI/Controls/Plugin/CNameSetup.h"
 
 #include "PluginTree.h"
+#include "UI/Text/CEditBox.h"
 
 namespace tarv {
 namespace {
@@ -152,15 +153,168 @@ TEST_F(NameSetup, ANameIsTypedIntoItsField) {
 TEST_F(NameSetup, FromTheHostComesWhatItCallsItsChannels) {
     make("ui.in-names-bridge", {{"max-length", "8"}});
     CTextList labels;
-    labels.append("Left");
+    labels.append("Left surround");
     labels.append("");
+    labels.append("Sub");
     instance().interfaceBase()->setChannelLabels(labels);
+    system_.pump();
+    type(2, "Mine");
     deliver("w.setup", "import-names");
-    EXPECT_EQ(shown(1), "Left");
-    EXPECT_EQ(shown(2), "R") << "the host has no name for it";
-    EXPECT_EQ(history(), "Channel label import");
+    EXPECT_EQ(shown(1), "Left sur") << "cut to the length of a name";
+    EXPECT_EQ(shown(2), "Mine") << "the host has no name for it";
+    EXPECT_EQ(shown(3), "Sub");
+    EXPECT_EQ(engineText(kInputs, 0), "L") << "until OK";
+    EXPECT_EQ(history(), "");
+    deliver("w.setup", "accept");
+    EXPECT_EQ(engineText(kInputs, 0), "Left sur");
+    EXPECT_EQ(engineText(kInputs, 1), "Mine");
+    EXPECT_EQ(engineText(kInputs, 2), "Sub");
+    EXPECT_EQ(history(), "In channel names change");
+    undo();
+    EXPECT_EQ(engineText(kInputs, 0), "L");
+    EXPECT_EQ(engineText(kInputs, 2), "IN3");
+}
+
+TEST_F(NameSetup, NamesThatAllComeFromTheHostAreTheStepOfAnImport) {
+    make("ui.in-names-bridge", {{"max-length", "8"}});
+    CTextList labels;
+    labels.append("Left");
+    labels.append("Right");
+    instance().interfaceBase()->setChannelLabels(labels);
+    system_.pump();
+    deliver("w.setup", "import-names");
     deliver("w.setup", "accept");
     EXPECT_EQ(history(), "Channel label import");
+    type(1, "");
+    deliver("w.setup", "accept");
+    EXPECT_EQ(history(), "Channel label import, In channel names change");
+}
+
+TEST_F(NameSetup, ANameThatNobodyChangesStaysAsItIs) {
+    CTextList texts;
+    texts.append(" longer than five ");
+    EXPECT_EQ(consumed(client().setTexts("plugin.modMain.io-params.group-names", 0, 0, texts)), "");
+    system_.pump();
+    make("ui.group-names-bridge", {{"max-length", "5"}});
+    type(2, "Back");
+    deliver("w.setup", "accept");
+    EXPECT_EQ(engineText(kGroups, 0), " longer than five ");
+    EXPECT_EQ(engineText(kGroups, 1), "Back");
+    deliver("w.setup", "copy-names");
+    std::u16string text;
+    ASSERT_TRUE(system_.clipboardText(text));
+    EXPECT_TRUE(text.starts_with(u"longer than five\r\nBack\r\n3"));
+}
+
+TEST_F(NameSetup, WhatIsPastedHasLinesOfAllKindsAndOnlyWhatAFieldTakes) {
+    make("ui.group-names-bridge", {{"max-length", "4"}, {"name-count", "6"}});
+    paste(u"a\rb\r\nc\u2028\u00e9\u0436\u4e2d\u00fc\u00f6\n\xd83d\xde00 x\n\t y\x01z");
+    EXPECT_EQ(shown(1) + shown(2) + shown(3), "abc");
+    EXPECT_EQ(shown(4), "\xc3\xa9\xd0\xb6\xe4\xb8\xad\xc3\xbc") << "four characters, whatever bytes they take";
+    EXPECT_EQ(shown(5), "x") << "neither half of a character beyond 16 bits";
+    EXPECT_EQ(shown(6), "yz");
+}
+
+TEST_F(NameSetup, AnothersChangesShowWhereNothingWasTyped) {
+    make("ui.group-names-bridge");
+    type(1, "Mine");
+    CTextList texts;
+    for (const char* name : {"Theirs", "Second", "Third"}) {
+        texts.append(name);
+    }
+    EXPECT_EQ(consumed(client().setTexts("plugin.modMain.io-params.group-names", 0, 0, texts)), "");
+    system_.pump();
+    EXPECT_EQ(shown(1), "Mine");
+    EXPECT_EQ(shown(2), "Second");
+    deliver("w.setup", "accept");
+    EXPECT_EQ(engineText(kGroups, 0), "Mine");
+    EXPECT_EQ(engineText(kGroups, 1), "Second");
+    EXPECT_EQ(engineText(kGroups, 2), "Third");
+    EXPECT_EQ(history(), "Group names change, Group names change");
+}
+
+TEST_F(NameSetup, ATextThatAnotherHadByChanceIsStillTheUsers) {
+    make("ui.group-names-bridge");
+    type(1, "Front");
+    const auto set = [&](const char* name) {
+        CTextList texts;
+        texts.append(name);
+        EXPECT_EQ(consumed(client().setTexts("plugin.modMain.io-params.group-names", 0, 0, texts)), "");
+        system_.pump();
+    };
+    set("Front");
+    set("Back");
+    EXPECT_EQ(shown(1), "Front");
+    type(1, "1");
+    set("Side");
+    EXPECT_EQ(shown(1), "1") << "also the name of before";
+    deliver("w.setup", "accept");
+    EXPECT_EQ(engineText(kGroups, 0), "1");
+}
+
+TEST_F(NameSetup, AnUndoMeanwhileLeavesWhatWasTyped) {
+    setGain(3.0);
+    CTextList texts;
+    texts.append("First");
+    texts.append("Second");
+    EXPECT_EQ(consumed(client().setTexts("plugin.modMain.io-params.group-names", 0, 0, texts)), "");
+    system_.pump();
+    make("ui.group-names-bridge");
+    type(1, "Mine");
+    undo();
+    EXPECT_EQ(shown(1), "Mine");
+    EXPECT_EQ(shown(2), "2");
+    deliver("w.setup", "accept");
+    EXPECT_EQ(engineText(kGroups, 0), "Mine");
+    EXPECT_EQ(engineText(kGroups, 1), "2");
+    undo();
+    EXPECT_EQ(engineText(kGroups, 0), "1");
+}
+
+TEST_F(NameSetup, AFieldThatIsOpenBeginsAnewUnlessSomethingWasTyped) {
+    make("ui.group-names-bridge", {{"name-count", "2"}});
+    turn();
+    auto& text = dynamic_cast<CTextView&>(field(1));
+    const auto set = [&](const char* name) {
+        CTextList texts;
+        texts.append(name);
+        EXPECT_EQ(consumed(client().setTexts("plugin.modMain.io-params.group-names", 0, 0, texts)), "");
+        turn();
+    };
+    click(text);
+    set("Theirs");
+    ASSERT_TRUE(text.editBox());
+    EXPECT_EQ(text.editBox()->edit().text(), CString("Theirs"));
+    EXPECT_EQ(text.editBox()->edit().selectedText(), CString("Theirs"));
+    system_.input().type(u"Mi");
+    set("Others");
+    ASSERT_TRUE(text.editBox());
+    EXPECT_EQ(text.editBox()->edit().text(), CString("Mi"));
+    tap(kKeyEnter);
+    EXPECT_EQ(shown(1), "Mi");
+    deliver("w.setup", "accept");
+    EXPECT_EQ(engineText(kGroups, 0), "Mi");
+}
+
+TEST_F(NameSetup, TwoWindowsKeepWhatWasTypedInEach) {
+    make("ui.group-names-bridge");
+    load("w", {{"ui:view", "rows2", {{"placement", "top"}, {"width", "200"}, {"height", "100"}}}});
+    load("w",
+         {{"ui:name-setup",
+           "setup2",
+           {{"bridge", "ui.group-names-bridge"}, {"rows", "ui.w.rows2"}, {"item-tag", "ui:win-group-name-item"}}}});
+    CObject& other = object("w.rows2.item1.name");
+    type(1, "Mine");
+    EXPECT_EQ(consumed(other.setAttributePlain("title", "Theirs")), "");
+    EXPECT_EQ(consumed(object("w.rows2.item2.name").setAttributePlain("title", "Second")), "");
+    deliver("w.setup2", "accept");
+    EXPECT_EQ(engineText(kGroups, 0), "Theirs");
+    EXPECT_EQ(shown(1), "Mine");
+    EXPECT_EQ(shown(2), "Second");
+    deliver("w.setup", "accept");
+    EXPECT_EQ(engineText(kGroups, 0), "Mine");
+    EXPECT_EQ(engineText(kGroups, 1), "Second");
+    EXPECT_EQ(other.getAttrString("title"), CString("Mine")) << "accepted, it is no draft any more";
 }
 
 }  // namespace

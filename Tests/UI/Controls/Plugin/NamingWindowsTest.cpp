@@ -21,6 +21,9 @@ struct NamingWindows : CPluginTest {
         ASSERT_TRUE(root_);
     }
     CView& view(const char* path) { return dynamic_cast<CView&>(*root_->findObject(CString(".") + path)); }
+    /// The title of a field.
+    std::string shown(const char* path) { return view(path).getAttrString("title").toUtf8(); }
+    bool isEdited(const char* path) { return dynamic_cast<CTextView&>(view(path)).editBox() != nullptr; }
     void press(const CView& pressed) {
         const auto* window = dynamic_cast<CWindow*>(root_->findChild("window-renderer"));
         system_.input().moveIn(window->handle(), static_cast<int32_t>(pressed.visibleRect().x + 4.0),
@@ -28,8 +31,11 @@ struct NamingWindows : CPluginTest {
         system_.input().click();
         turn();
     }
+    /// Into a field that is open already, or is opened by a press.
     void type(const CView& field, const std::u16string& text) {
-        press(field);
+        if (!dynamic_cast<const CTextView&>(field).editBox()) {
+            press(field);
+        }
         system_.input().type(text);
         tap(kKeyEnter);
     }
@@ -47,12 +53,12 @@ struct NamingWindows : CPluginTest {
 
 TEST_F(NamingWindows, OkSetsTheNamesOfGroupsInOneStep) {
     open("ui:win-group-name-setup");
-    ASSERT_TRUE(root_->findObject(".names.item8.name"));
-    EXPECT_FALSE(root_->findObject(".names.item9"));
-    type(view("names.item1.name"), u"Front");
-    type(view("names.item8.name"), u"Longer than twelve");
+    ASSERT_TRUE(root_->findObject(".c.names.item8.name"));
+    EXPECT_FALSE(root_->findObject(".c.names.item9"));
+    type(view("c.names.item1.name"), u"Front");
+    type(view("c.names.item8.name"), u"Longer than twelve");
     EXPECT_EQ(text("group-names", 0), "1");
-    press(view("buttons.ok"));
+    press(view("c.buttons.ok"));
     EXPECT_FALSE(isOpen("win-group-name-setup"));
     EXPECT_EQ(text("group-names", 0), "Front");
     EXPECT_EQ(text("group-names", 7), "Longer than") << "no blank at its end";
@@ -61,34 +67,85 @@ TEST_F(NamingWindows, OkSetsTheNamesOfGroupsInOneStep) {
 
 TEST_F(NamingWindows, CancelSetsNothing) {
     open("ui:win-channel-label-setup");
-    type(view("names.item16.name"), u"Sub");
-    press(view("buttons.cancel"));
+    type(view("c.names.item16.name"), u"Sub");
+    press(view("c.buttons.cancel"));
     EXPECT_FALSE(isOpen("win-channel-label-setup"));
     EXPECT_EQ(text("in-channel-names", 15), "IN16");
     EXPECT_EQ(history(), "");
 }
 
-TEST_F(NamingWindows, EscapeSetsNothing) {
+TEST_F(NamingWindows, TheFirstFieldIsEditedWhenTheWindowOpens) {
+    open("ui:win-channel-label-setup");
+    EXPECT_TRUE(isEdited("c.names.item1.name"));
+    system_.input().type(u"Front");
+    tap(kKeyTab);
+    EXPECT_EQ(shown("c.names.item1.name"), "Front");
+    EXPECT_TRUE(isEdited("c.names.item2.name"));
+    press(view("c.buttons.cancel"));
+    EXPECT_EQ(history(), "");
+}
+
+TEST_F(NamingWindows, EnterTakesAFieldAndInNoneIsOk) {
     open("ui:win-group-name-setup");
-    type(view("names.item1.name"), u"Front");
+    system_.input().type(u"Front");
+    tap(kKeyEnter);
+    EXPECT_TRUE(isOpen("win-group-name-setup"));
+    EXPECT_FALSE(isEdited("c.names.item1.name"));
+    EXPECT_EQ(text("group-names", 0), "1");
+    tap(kKeyEnter);
+    EXPECT_FALSE(isOpen("win-group-name-setup"));
+    EXPECT_EQ(text("group-names", 0), "Front");
+    EXPECT_EQ(history(), "Group names change");
+}
+
+TEST_F(NamingWindows, EscapeDropsAFieldAndInNoneSetsNothing) {
+    open("ui:win-group-name-setup");
+    type(view("c.names.item2.name"), u"Back");
+    press(view("c.names.item1.name"));
+    system_.input().type(u"Front");
     tap(kKeyEscape);
+    EXPECT_FALSE(isEdited("c.names.item1.name"));
+    EXPECT_TRUE(isOpen("win-group-name-setup"));
+    EXPECT_EQ(shown("c.names.item1.name"), "1");
+    tap(kKeyEscape);
+    EXPECT_FALSE(isOpen("win-group-name-setup"));
+    EXPECT_EQ(text("group-names", 1), "2");
+    EXPECT_EQ(history(), "");
+}
+
+TEST_F(NamingWindows, TheCrossSetsNothing) {
+    open("ui:win-group-name-setup");
+    type(view("c.names.item1.name"), u"Front");
+    press(view("window-title.close"));
+    EXPECT_FALSE(isOpen("win-group-name-setup"));
+    EXPECT_EQ(history(), "");
+}
+
+TEST_F(NamingWindows, WhenTheSystemClosesItNothingIsSet) {
+    open("ui:win-group-name-setup");
+    type(view("c.names.item1.name"), u"Front");
+    system_.input().type(u"Back");
+    deliver("win-group-name-setup", "close-window");
+    turn();
     EXPECT_FALSE(isOpen("win-group-name-setup"));
     EXPECT_EQ(history(), "");
 }
 
 TEST_F(NamingWindows, ChannelsTakeTheHostsNamesAndThoseOfTheClipboard) {
-    open("ui:win-channel-label-setup");
     CTextList labels;
     labels.append("Left");
     instance().interfaceBase()->setChannelLabels(labels);
-    press(view("from-host.import"));
-    EXPECT_EQ(view("names.item1.name").getAttrString("title"), CString("Left"));
+    open("ui:win-channel-label-setup");
+    press(view("c.from-host.import"));
+    EXPECT_EQ(shown("c.names.item1.name"), "Left");
+    EXPECT_EQ(text("in-channel-names", 0), "L") << "until OK";
     ASSERT_TRUE(system_.setClipboardText(u"A\nB longer than eight"));
-    press(view("buttons.copy-paste.paste"));
-    EXPECT_EQ(view("names.item2.name").getAttrString("title"), CString("B longer"));
-    press(view("buttons.ok"));
+    press(view("c.buttons.copy-paste.paste"));
+    EXPECT_EQ(shown("c.names.item2.name"), "B longer");
+    press(view("c.buttons.ok"));
     EXPECT_EQ(text("in-channel-names", 0), "A");
     EXPECT_EQ(text("in-channel-names", 1), "B longer");
+    EXPECT_EQ(history(), "In channel names change");
 }
 
 }  // namespace
