@@ -2,10 +2,12 @@
 
 #include "CHostTrace.h"
 
+#include <iterator>
 #include <span>
 
 #include "ArdourTraces.h"
 #include "AudacityTraces.h"
+#include "EditorTraces.h"
 #include "MuseTraces.h"
 #include "QtractorTraces.h"
 
@@ -19,6 +21,10 @@ std::vector<CHostTrace> hostTraces() {
         all.insert(all.end(), traces.begin(), traces.end());
     }
     return all;
+}
+
+std::vector<CHostTrace> editorTraces() {
+    return {std::begin(kEditorTraces), std::end(kEditorTraces)};
 }
 
 }  // namespace tarv::host

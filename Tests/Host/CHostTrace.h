@@ -19,7 +19,9 @@ struct CHostTrace {
     const char* calls;
 };
 
-/// All recordings, host by host.
+/// The recordings without an editor, host by host.
 std::vector<CHostTrace> hostTraces();
+/// Those with an editor: shortened by runs of blocks and idle calls.
+std::vector<CHostTrace> editorTraces();
 
 }  // namespace tarv::host

@@ -2,10 +2,11 @@
 
 #include "CTracePlayer.h"
 
+#include <algorithm>
 #include <cmath>
 #include <condition_variable>
+#include <cstdlib>
 #include <cstring>
-#include <functional>
 #include <mutex>
 #include <sstream>
 #include <thread>
@@ -13,6 +14,12 @@
 namespace tarv::host {
 
 namespace {
+
+bool isEditorCall(const CTraceCall& call) {
+    return call.kind == CTraceCall::kDispatch &&
+           (call.opcode == vst::kEffectEditGetRect || call.opcode == vst::kEffectEditOpen ||
+            call.opcode == vst::kEffectEditClose || call.opcode == vst::kEffectEditIdle);
+}
 
 bool isStateChange(const CTraceCall& call) {
     return call.kind == CTraceCall::kSet ||
@@ -26,7 +33,9 @@ bool readCall(const std::string& text, CTraceCall& call) {
     std::string kind, word;
     in >> letter >> call.thread >> kind;
     if (kind == "dispatch") {
-        in >> call.opcode >> word >> call.index >> word >> call.value >> word >> call.opt;
+        std::string value;
+        in >> call.opcode >> word >> call.index >> word >> value >> word >> call.opt;
+        call.value = value == "pointer" ? 0 : std::atoll(value.c_str());
         call.kind = CTraceCall::kDispatch;
         if (call.opcode == vst::kEffectCanDo) {
             std::getline(in, word, '"');
@@ -159,30 +168,43 @@ void CTracePlayer::makeChunks(vst::EntryProc entry) {
     }
 }
 
-std::string CTracePlayer::play() {
+void CTracePlayer::runOn(int32_t thread, const std::function<void()>& task) {
+    threads_.at(static_cast<size_t>(thread))->work(task);
+}
+
+std::string CTracePlayer::play(const std::vector<CTraceCall>& calls) {
     makeChunks(entry_);
     subject_.answers.vendor = trace_.vendor;
     subject_.answers.product = trace_.product;
     subject_.answers.masterVersion = trace_.masterVersion;
     subject_.answers.processLevel = trace_.processLevel;
-    threads_[0]->work([this] { subject_.create(entry_); });
+    runOn(0, [this] { subject_.create(entry_); });
     if (!subject_.effect()) {
         return "no effect";
     }
     channels_ = subject_.effect()->numInputs;
-    for (const CTraceCall& call : readTrace(trace_.calls)) {
+    for (const CTraceCall& call : calls) {
         if (!subject_.effect()) {
             return "a call behind the last one";
         }
         blocksInARow_ = call.kind == CTraceCall::kProcess ? blocksInARow_ + 1 : 0;
         if (blocksInARow_ <= kBlocksInARow) {
-            threads_.at(static_cast<size_t>(call.thread))->work([&] { make(call); });
+            runOn(call.thread, [&] { make(call); });
         }
+    }
+    const auto isEdit = [](const std::string& report) { return report != "update"; };
+    const auto edit = std::find_if(subject_.edits.begin(), subject_.edits.end(), isEdit);
+    if (edit != subject_.edits.end()) {
+        fail("the effect reports: " + *edit);
     }
     return difference_;
 }
 
 void CTracePlayer::make(const CTraceCall& call) {
+    if (isEditorCall(call)) {
+        callEditor(call);
+        return;
+    }
     if (isStateChange(call)) {
         change(subject_, call);
         changes_.push_back(call);
@@ -207,12 +229,12 @@ void CTracePlayer::dispatch(const CTraceCall& call) {
     char text[512] = {};
     std::memcpy(text, call.text.c_str(), call.text.size());
     if (call.opcode == vst::kEffectClose) {
-        compareParameters();  // Qtractor quits without a `mains off`
+        compareStates();  // Qtractor quits without a `mains off`
         subject_.close();
         return;
     }
     if (call.opcode == vst::kEffectMainsChanged && call.value == 0) {
-        compareParameters();
+        compareStates();
         reference_.reset();
     }
     rate_ = call.opcode == vst::kEffectSetSampleRate ? call.opt : rate_;
@@ -226,7 +248,7 @@ void CTracePlayer::change(CVstHost& host, const CTraceCall& call) {
     } else if (call.opcode == vst::kEffectSetProgram) {
         host.setProgram(static_cast<int32_t>(call.value));
     } else if (!host.setChunk(chunks_[call.index != 0], call.index != 0)) {
-        difference_ = "a chunk was refused";
+        fail("a chunk was refused");
     }
 }
 
@@ -273,11 +295,17 @@ void CTracePlayer::process(const CTraceCall& call) {
     ++blockCount_;
 }
 
-void CTracePlayer::compareParameters() {
-    for (int32_t i = 0; reference_ && difference_.empty() && i < subject_.effect()->numParams; ++i) {
+void CTracePlayer::compareStates() {
+    if (!reference_) {
+        startReference();
+    }
+    for (int32_t i = 0; i < subject_.effect()->numParams; ++i) {
         if (subject_.parameter(i) != reference_->parameter(i)) {
-            difference_ = "parameter " + std::to_string(i) + " differs";
+            fail("parameter " + std::to_string(i) + " differs");
         }
+    }
+    if (subject_.chunk(false) != reference_->chunk(false)) {
+        fail("the chunk differs");
     }
 }
 

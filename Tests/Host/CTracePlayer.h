@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -29,15 +30,17 @@ std::vector<CTraceCall> readTrace(const char* lines);
 /// Makes the calls of a trace to a fresh effect, each on the thread that it has in the trace, and compares every block,
 /// bit for bit, with the output of a second effect, the reference. The reference is made before the first block behind
 /// a resume: suspended it gets rate, block size and all changes so far, and is resumed. Later changes go to both.
-/// Parameters are compared before a suspend and before the end. A trace has the sizes of chunks only: the player makes
-/// chunks with values that it chose.
+/// Parameters and chunks are compared before a suspend and before the end; the effect may report no edit, since no hand
+/// is at it. A trace has the sizes of chunks only: the player makes chunks with values that it chose.
 class CTracePlayer {
 public:
     CTracePlayer(vst::EntryProc entry, const CHostTrace& trace);
-    ~CTracePlayer();
+    virtual ~CTracePlayer();
 
     /// The first difference, or "".
-    std::string play();
+    std::string play() { return play(readTrace(trace_.calls)); }
+    /// The same with other calls than those of the trace.
+    std::string play(const std::vector<CTraceCall>& calls);
     /// Whether the trace ended with the effect closed.
     bool isClosed() const { return subject_.effect() == nullptr; }
     int32_t blockCount() const { return blockCount_; }
@@ -45,9 +48,18 @@ public:
     /// The highest absolute sample of the first output.
     double level() const { return level_; }
 
+protected:
+    /// A call that belongs to the editor, on its thread. There is none here.
+    virtual void callEditor(const CTraceCall&) { fail("an editor is called"); }
+    /// Runs a task on a thread of the trace, while the player waits.
+    void runOn(int32_t thread, const std::function<void()>& task);
+    /// Keeps the first of all.
+    void fail(const std::string& difference) { difference_ = difference_.empty() ? difference : difference_; }
+    CVstHost& subject() { return subject_; }
+
 private:
     class CThread;
-    static constexpr size_t kThreads = 2;
+    static constexpr size_t kThreads = 3;
     /// Of a longer run of blocks the first are played.
     static constexpr int32_t kBlocksInARow = 60;
 
@@ -57,7 +69,7 @@ private:
     void change(CVstHost& host, const CTraceCall& call);
     void startReference();
     void process(const CTraceCall& call);
-    void compareParameters();
+    void compareStates();
     void makeChunks(vst::EntryProc entry);
 
     vst::EntryProc entry_;

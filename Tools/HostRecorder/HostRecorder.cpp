@@ -85,8 +85,10 @@ std::string argument(int32_t opcode, const void* ptr, intptr_t size) {
     return "";
 }
 
+/// The value is one. That of an opening is the host's connection to the X server, if it gives it.
 bool isPointer(int32_t opcode) {
-    return opcode == vst::kEffectSetSpeakerArrangement || opcode == vst::kEffectGetSpeakerArrangement;
+    return opcode == vst::kEffectSetSpeakerArrangement || opcode == vst::kEffectGetSpeakerArrangement ||
+           opcode == vst::kEffectEditOpen;
 }
 
 std::string number(float value) {
