@@ -15,16 +15,18 @@ namespace tarv::host {
 
 namespace {
 
+bool isDispatch(const CTraceCall& call, int32_t opcode) {
+    return call.kind == CTraceCall::kDispatch && call.opcode == opcode;
+}
+
 bool isEditorCall(const CTraceCall& call) {
-    return call.kind == CTraceCall::kDispatch &&
-           (call.opcode == vst::kEffectEditGetRect || call.opcode == vst::kEffectEditOpen ||
-            call.opcode == vst::kEffectEditClose || call.opcode == vst::kEffectEditIdle);
+    return isDispatch(call, vst::kEffectEditGetRect) || isDispatch(call, vst::kEffectEditOpen) ||
+           isDispatch(call, vst::kEffectEditClose) || isDispatch(call, vst::kEffectEditIdle);
 }
 
 bool isStateChange(const CTraceCall& call) {
-    return call.kind == CTraceCall::kSet ||
-           (call.kind == CTraceCall::kDispatch &&
-            (call.opcode == vst::kEffectSetProgram || call.opcode == vst::kEffectSetChunk));
+    return call.kind == CTraceCall::kSet || isDispatch(call, vst::kEffectSetProgram) ||
+           isDispatch(call, vst::kEffectSetChunk);
 }
 
 bool readCall(const std::string& text, CTraceCall& call) {
@@ -173,7 +175,10 @@ void CTracePlayer::runOn(int32_t thread, const std::function<void()>& task) {
 }
 
 std::string CTracePlayer::play(const std::vector<CTraceCall>& calls) {
-    makeChunks(entry_);
+    const auto isSetChunk = [](const CTraceCall& call) { return isDispatch(call, vst::kEffectSetChunk); };
+    if (std::any_of(calls.begin(), calls.end(), isSetChunk)) {
+        makeChunks(entry_);
+    }
     subject_.answers.vendor = trace_.vendor;
     subject_.answers.product = trace_.product;
     subject_.answers.masterVersion = trace_.masterVersion;
