@@ -3,6 +3,7 @@
 #include "Core/CApplicationData.h"
 #include "Platform/ByHand/CDesktopByHand.h"
 #include "ProductEditor.h"
+#include "UI/Controls/Surface/CControlSurface.h"
 #include "UI/Windows/CWindowSharedData.h"
 
 namespace tarv {
@@ -154,6 +155,25 @@ TEST_F(SettingsWindows, SlidersMoveInStepsOfATwentieth) {
         EXPECT_GT(amount(name), before) << name;
         EXPECT_LE(amount(name), 1.0) << name;
         EXPECT_NEAR(steps, static_cast<double>(static_cast<int32_t>(steps + 0.5)), 1e-9) << name;
+    }
+}
+
+TEST_F(SettingsWindows, OneSliderIsSelectedWhileItHasTheKeys) {
+    openGlobal();
+    const std::string names[] = {"mouse-wheel-precision", "shift-key-precision", "drag-precision"};
+    const auto slider = [](const std::string& name) { return std::string(kGlobal) + name + ".slider"; };
+    for (const std::string& pressed : names) {
+        click(slider(pressed));
+        for (const std::string& name : names) {
+            EXPECT_EQ(at<CControlSurface>(slider(name)).selectedPoint(), name == pressed ? 0 : -1) << pressed << name;
+        }
+        const double before = amount(pressed.c_str());
+        tap(kKeyLeft);
+        EXPECT_NEAR(amount(pressed.c_str()), before - 0.05, 1e-9) << pressed;
+    }
+    click("ui.win-global-settings.window-title.label");
+    for (const std::string& name : names) {
+        EXPECT_EQ(at<CControlSurface>(slider(name)).selectedPoint(), -1) << name;
     }
 }
 

@@ -42,7 +42,8 @@ class CRuler;
 /// By hand: a press takes a bar without a jump, and it follows the pointer, finer with Shift, finer still with Ctrl and
 /// Shift; with Alt each bar that is passed takes the pointer's height. Ctrl and press, and a double click, reset. The
 /// wheel and, after a press, the arrow keys move a bar by `mouse-wheel-precision`; Left and Right go to a neighbour,
-/// Escape ends that. A right press opens the rows of `value-list`, or a menu.
+/// Escape ends that. A press marks its bar where the view is focusable, until the focus goes. A right press opens the
+/// rows of `value-list`, or a menu.
 class CControlSurface : public CView, public CDynamicList, private CParamGesture::COwner {
 public:
     ~CControlSurface() override;
@@ -171,6 +172,7 @@ private:
     // CControlSurfaceInput.cpp
     [[nodiscard]] CError* turn(int32_t point, double notches, const CSurfacePointer& pointer);
     [[nodiscard]] CError* stepPoint(int32_t point, double notches, const CSurfacePointer& pointer);
+    bool canSelect() const;
     [[nodiscard]] CError* select(int32_t point);
     [[nodiscard]] CError* hoverAt(int32_t x, int32_t y);
     [[nodiscard]] CError* setHovered(int32_t point);

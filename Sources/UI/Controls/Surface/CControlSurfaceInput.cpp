@@ -222,7 +222,13 @@ CError* CControlSurface::stepPoint(int32_t point, double notches, const CSurface
     return error || !watch.isAlive() ? error : exportPoint();
 }
 
+/// The mark of a press goes with the focus, or is that of a parameter; otherwise nothing would take it away.
+bool CControlSurface::canSelect() const {
+    return isFocusable() || (editable_ && editable_->param(CRole::Selected));
+}
+
 CError* CControlSurface::select(int32_t point) {
+    point = canSelect() ? point : -1;
     if (point == selected_) {
         return nullptr;
     }

@@ -141,6 +141,15 @@ TEST_F(SurfaceInput, AClickElsewhereEndsTheKeys) {
     EXPECT_EQ(gain(2), 0.0);
 }
 
+TEST_F(SurfaceInput, APressMarksNothingWhereNoFocusTakesTheMarkAway) {
+    open(bands());
+    set("main-window.surface", "is-focusable", "false");
+    moveTo(2, 0.0);
+    input().click();
+    EXPECT_EQ(surface().selectedPoint(), -1);
+    EXPECT_FALSE(input().tap(kKeyUp));
+}
+
 TEST_F(SurfaceInput, AGroupThatIsNotEditableTakesNoPressAndNoHover) {
     open(bands("", R"(is-editable="false")"));
     EXPECT_FALSE(surface().isInputView());
