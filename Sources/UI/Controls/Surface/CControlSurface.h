@@ -176,6 +176,7 @@ private:
     [[nodiscard]] CError* select(int32_t point);
     [[nodiscard]] CError* hoverAt(int32_t x, int32_t y);
     [[nodiscard]] CError* setHovered(int32_t point);
+    [[nodiscard]] CError* showHovered();
     [[nodiscard]] CError* exportPoint();
     int32_t pointAt(int32_t x, int32_t y) const;
     double precisionOf(const CSurfacePointer& pointer) const;

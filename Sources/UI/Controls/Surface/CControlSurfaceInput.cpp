@@ -57,13 +57,23 @@ CError* CControlSurface::setHovered(int32_t point) {
     redrawColumn(hovered_);
     hovered_ = point;
     redrawColumn(point);
+    return showHovered();
+}
+
+/// What follows the hovered point may end a ruler, and this view.
+CError* CControlSurface::showHovered() {
     findRulers();
-    for (CRuler* ruler : rulers_) {
-        ruler->setHovered(*this, point);
+    const CObjectWatch watch(*this);
+    for (int32_t i = rulers_.count() - 1; i >= 0 && watch.isAlive(); --i) {
+        if (i < rulers_.count()) {
+            rulers_[i]->setHovered(*this, hovered_);
+        }
+    }
+    if (!watch.isAlive()) {
+        return nullptr;
     }
     static const CString kHovered("hovered-point");
-    const CObjectWatch watch(*this);
-    CError* error = setAttribute(kHovered, CAttributeValue::fromInt(point));
+    CError* error = setAttribute(kHovered, CAttributeValue::fromInt(hovered_));
     return error || !watch.isAlive() ? error : exportPoint();
 }
 

@@ -228,6 +228,24 @@ TEST_F(Ruler, TheLabelOfTheHoveredBarLightsUpAndTheOthersStayCalm) {
     EXPECT_FALSE(ruler().label(2)->isStateSet("hilite"));
 }
 
+TEST_F(Ruler, ALabelThatLightsUpMayEndARulerOrTheSurface) {
+    for (const char* victim : {"ruler", "surface"}) {
+        open(
+            bands("ruler=\"^ruler ^second\"") + titleRuler(kFrequencies) +
+            R"(<ui:ruler name="second" placement="right" titles="^titles" ruled-view="^surface" label-tag="ui:test-lit"/>
+                <test:destroyer name="destroyer"/>)");
+        moveTo(1, 0.0);
+        CSurfaceDestroyer::victim = &at<CObject>(std::string("ui.main-window.") + victim);
+        ruler("second").label(2)->linkObserver(at<CObject>("ui.main-window.destroyer"), "hint", "receive");
+        moveTo(2, 0.0);
+        EXPECT_EQ(CSurfaceDestroyer::victim, nullptr) << victim;
+        moveToPixel(150, 120);
+        advance();
+        EXPECT_EQ(editor.tree().findObject(CString(("ui.main-window." + std::string(victim)).c_str())), nullptr);
+        editor.close();
+    }
+}
+
 TEST_F(Ruler, TitlesFollowTheirList) {
     open(bands() + titleRuler({"A", "B", "C"}));
     const CView* first = ruler().label(0);

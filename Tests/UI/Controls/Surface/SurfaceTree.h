@@ -9,6 +9,7 @@
 #include "Audio/Engine/CAudioInterfaceBase.h"
 #include "Audio/Parameters/CAudioParamCollector.h"
 #include "CPlainEditor.h"
+#include "Core/CCreatorRegistry.h"
 #include "Tests/TestPaths.h"
 #include "UI/Binding/CParamGroupSelector.h"
 #include "UI/Controls/Surface/CControlSurface.h"
@@ -16,11 +17,36 @@
 
 namespace tarv {
 
+/// Destroys an object of the test when an attribute changes that it observes as `receive` (`test:destroyer`).
+class CSurfaceDestroyer : public CObject {
+public:
+    static inline CObject* victim = nullptr;
+    [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor) {
+        descriptor.addHandler<&CSurfaceDestroyer::receive>("receive");
+        return nullptr;
+    }
+    /// Once for the program.
+    static void registerClass() {
+        static const CCreatorRow kRow{"test:destroyer", &createObject<CSurfaceDestroyer>, &initClass};
+        static CError* const kFailure = CCreatorRegistry::registerRows(&kRow, 1);
+        EXPECT_EQ(kFailure, nullptr);
+    }
+
+private:
+    [[nodiscard]] CError* receive() {
+        delete victim;
+        victim = nullptr;
+        return nullptr;
+    }
+};
+
 /// Surfaces and rulers in a window in memory, with the product's graphics and an engine. The tree has the bridges
 /// `ui.gains`, `ui.count`, `ui.freqs` and `ui.out`, the selectors `ui.edit` (group 0) and `ui.under` (group 1), and the
 /// range `ui.range` of -12 to 12; the views of the test stand in a window of 400 x 320 pixels.
 class CSurfaceTest : public testing::Test {
 protected:
+    CSurfaceTest() { CSurfaceDestroyer::registerClass(); }
+
     static constexpr const char* kGains = "plugin.modMain.modBrindleXEQ.xeq-gains";
     static constexpr const char* kCount = "plugin.modMain.modBrindleXEQ.band-count";
     /// One render tick.
@@ -149,6 +175,9 @@ private:
                       <ui:view-state name="view-state-hilite" state-name="hilite" color-state="Hilite"
                         morph-duration="0.0"/>
                     </ui:textview>
+                  </template>
+                  <template name="ui:test-lit">
+                    <ui:ruler-label><ui:view-state name="lit" state-name="hilite" hint="lit"/></ui:ruler-label>
                   </template>
                   <template name="ui:test-field">
                     <ui:ruler-label is-decorative="false" is-read-only="false"/>
