@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Core/CGlobalSettings.h"
 #include "Core/CObjectWatch.h"
 #include "UI/Binding/CUIParam.h"
 #include "UI/Controls/Surface/CControlSurface.h"
@@ -109,7 +110,7 @@ CError* CControlSurface::paintTo(const CSurfacePointer& pointer) {
             dragged_->setValue(role, i, axis(role).clamp(dragged_->allowed(role, i, axis(role).clamp(value))));
         }
     }
-    return last >= 0 ? setHovered(last) : nullptr;
+    return last >= 0 && !globalSettings().isTabletMode ? setHovered(last) : nullptr;
 }
 
 /// Out of the timer: what was moved since the last time goes as one change.

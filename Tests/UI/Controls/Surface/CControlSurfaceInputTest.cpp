@@ -64,6 +64,13 @@ TEST_F(SurfaceInput, ATabletHasNoHoverButTakesPresses) {
     moveBy(0, 25);
     EXPECT_NEAR(bar(4), 3.0, kRounding);
     input().release();
+    keys(false, false, true);
+    input().press();
+    moveTo(2, 3.0);
+    EXPECT_NEAR(bar(2), 3.0, 0.13) << "a stroke sets bars";
+    EXPECT_EQ(surface().hoveredPoint(), -1);
+    input().release();
+    keys(false, false, false);
     set("global-data.tablet-mode", "tablet-mode", "false");
     advance();
 }
