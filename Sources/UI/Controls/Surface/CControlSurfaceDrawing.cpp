@@ -131,7 +131,7 @@ const CColor* CControlSurface::groupColor(int32_t groupIndex, bool isHovered) co
 }
 
 bool CControlSurface::isMarked(const CControlSurfaceGroup& group, int32_t index) const {
-    return index == group.selectedPoint() || (&group == editable_ && index == selected_);
+    return group.param(CRole::Selected) ? index == group.selectedPoint() : &group == editable_ && index == selected_;
 }
 
 CError* CControlSurface::draw() {

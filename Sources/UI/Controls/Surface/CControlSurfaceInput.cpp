@@ -247,7 +247,8 @@ CError* CControlSurface::select(int32_t point) {
     redrawColumn(point);
     CUIParam* param = editable_ && point >= 0 ? editable_->param(CRole::Selected) : nullptr;
     const CObjectWatch watch(*this);
-    CError* error = param ? param->setValue(point) : nullptr;
+    // Which point is chosen is no change of the sound, and no step of the history.
+    CError* error = param ? param->setValue(point, CParamEdit::unrecorded()) : nullptr;
     return error || !watch.isAlive() ? error : exportPoint();
 }
 

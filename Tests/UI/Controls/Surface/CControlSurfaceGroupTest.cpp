@@ -185,6 +185,32 @@ TEST_F(SurfacePoints, TheSelectedPointIsThatOfItsParameter) {
     EXPECT_EQ(group("surface.last").selectedPoint(), 4);
 }
 
+TEST_F(SurfacePoints, APressChoosesAPointByTheParameterAndIsNoStep) {
+    open(R"(<ui:control-surface name="surface" placement="overlay" width="217" height="200" outer-border="L20 T30"
+              image-set="shared::is.csurface" is-slider-mode="true" min-max="ui.range">
+              <ui:control-surface-group name="sliders" point-count="7" is-balanced="true" is-fixed-x="true">
+                <ui:ui-param name="ui-param-y" bridge="ui.gains"/>
+                <ui:ui-param name="ui-param-sel" bridge="ui.count"/>
+              </ui:control-surface-group></ui:control-surface>)");
+    const size_t before = steps().size();
+    moveTo(4, 0.0);
+    input().click();
+    moveToPixel(390, 310);
+    advance();
+    EXPECT_EQ(engineParam(kCount).userData().value(0, 0), 4.0);
+    EXPECT_EQ(sliders().selectedPoint(), 4);
+    EXPECT_EQ(steps().size(), before);
+    const auto isFramed = [this](int32_t band) {
+        const CIntRect pit = surface().layout().pit(band);
+        return pixel(pit.left + 1, pit.top + 40) != pixel(surface().layout().pit(0).left + 1, pit.top + 40);
+    };
+    EXPECT_TRUE(isFramed(4));
+    EXPECT_TRUE(editor.instance()->set(kCount, 0, 0, 2.0));
+    advance();
+    EXPECT_TRUE(isFramed(2)) << "whoever sets it";
+    EXPECT_FALSE(isFramed(4));
+}
+
 TEST_F(SurfacePoints, AGroupNotifiesOfItsCount) {
     open(bands());
     EXPECT_TRUE(editor.instance()->set(kCount, 0, 0, 9.0));
