@@ -51,7 +51,7 @@ CError* CControlSurface::initClass(CClassDescriptor& descriptor) {
     descriptor.addHandler<&CControlSurface::numbersChanged>("is-point-number-shown");
     descriptor.addHandler<&CControlSurface::updateFps>("update-fps");
     descriptor.addHandler<&CControlSurface::rulersChanged>("ruler");
-    descriptor.addHandler<&CControlSurface::viewUpdated>(kAxisUpdate);
+    descriptor.addHandler<&CControlSurface::mappingChanged>(kAxisUpdate);
     descriptor.addHandler<&CControlSurface::timerTick>(kTimerTick);
     descriptor.addHandler<&CControlSurface::hairlinesUpdate>("hairlines-update");
     descriptor.addHandler<&CControlSurface::popupResult>("popup-result");
@@ -122,6 +122,11 @@ CError* CControlSurface::settingsChanged() {
     isUsingMargins_ = getAttrBool("is-use-margins");
     pointOpacity_ = getAttrRealOr("control-points-alpha", kPointsAlpha);
     findEditable();
+    return mappingChanged();
+}
+
+/// A value stands elsewhere from now on: what a hand holds would jump.
+CError* CControlSurface::mappingChanged() {
     const CObjectWatch watch(*this);
     CError* error = dragged_ ? cancelDragOf(*dragged_) : nullptr;
     return error || !watch.isAlive() ? error : viewUpdated();
@@ -152,7 +157,7 @@ CError* CControlSurface::axesChanged() {
     TARV_TRY(findAxis("min-max-x", minMaxX_));
     TARV_TRY(findAxis("min-max-y", minMaxY_));
     TARV_TRY(findAxis("min-max-y-alt", minMaxYAlt_));
-    return viewUpdated();
+    return mappingChanged();
 }
 
 /// An axis without its own range has that of what it shows.

@@ -161,6 +161,7 @@ private:
     [[nodiscard]] CError* findAxis(const char* attribute, const CMinMax*& found);
     [[nodiscard]] CError* findSwatch();
     [[nodiscard]] CError* makeNumbers();
+    [[nodiscard]] CError* mappingChanged();
     [[nodiscard]] CError* viewUpdated();
     void updateAxes();
     void findEditable();

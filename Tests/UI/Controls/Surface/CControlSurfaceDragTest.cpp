@@ -227,6 +227,24 @@ TEST_F(SurfaceDrag, AnUndoDuringADragEndsItAndTheOldValueStands) {
     release();
 }
 
+TEST_F(SurfaceDrag, AnotherRangeEndsItWithoutAJump) {
+    press(3);
+    moveBy(0, 25);
+    advance();
+    set("range", "max", "24");
+    moveBy(0, 25);
+    advance();
+    EXPECT_NEAR(bar(3), 3.0, kRounding);
+    EXPECT_NEAR(gain(3), 3.0, kRounding);
+    EXPECT_FALSE(surface().isDragging());
+    release();
+    advance(1.0);
+    press(3);
+    moveBy(0, 50);
+    EXPECT_NEAR(bar(3), 3.0 + 50 * 36.0 / 200.0, kRounding) << "the next press goes by the new one";
+    release();
+}
+
 TEST_F(SurfaceDrag, AGroupThatIsTakenFromTheHandEndsIt) {
     for (const char* attribute : {"is-editable", "is-visible"}) {
         press(3);
