@@ -77,6 +77,8 @@ CError* CControlSurface::finishInit() {
     TARV_TRY(CView::finishInit());
     isFinished_ = true;
     findEditable();
+    findRulers();
+    readMargins();
     TARV_TRY(axesChanged());
     TARV_TRY(hairlinesChanged());
     TARV_TRY(numbersChanged());
@@ -122,6 +124,7 @@ CError* CControlSurface::settingsChanged() {
     isUsingMargins_ = getAttrBool("is-use-margins");
     pointOpacity_ = getAttrRealOr("control-points-alpha", kPointsAlpha);
     findEditable();
+    readMargins();
     return mappingChanged();
 }
 

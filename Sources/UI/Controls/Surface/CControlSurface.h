@@ -167,6 +167,8 @@ private:
     void findEditable();
     void findRulers();
     [[nodiscard]] CError* rulersChanged();
+    bool readMargins();
+    [[nodiscard]] CError* followRulers();
     [[nodiscard]] CError* notifyRulers();
     void placeNumbers();
 
@@ -236,6 +238,9 @@ private:
     bool isSliderMode_ = false;
     bool isUsingMargins_ = false;
     bool areRulersFound_ = false;  ///< all of the list stand
+    int32_t rulerTries_ = 0;
+    int32_t marginX_ = 0;  ///< at both ends
+    int32_t marginY_ = 0;
     bool isFinished_ = false;
     CArray<CRuler*, 4> rulers_;  ///< those that mark the hovered point
     CArray<CRuler*, 4> joined_;  ///< all that know this view

@@ -113,9 +113,12 @@ CError* CControlSurface::paintTo(const CSurfacePointer& pointer) {
     return last >= 0 && !globalSettings().isTabletMode ? setHovered(last) : nullptr;
 }
 
-/// Out of the timer: what was moved since the last time goes as one change.
+/// What was moved since the last time goes as one change.
 CError* CControlSurface::timerTick() {
-    return dragged_ && drag_.isActive() && dragged_->hasPending() ? dragged_->deliver(gesture_) : nullptr;
+    const CObjectWatch watch(*this);
+    const bool isPending = dragged_ && drag_.isActive() && dragged_->hasPending();
+    CError* error = isPending ? dragged_->deliver(gesture_) : nullptr;
+    return error || !watch.isAlive() ? error : followRulers();
 }
 
 /// What was moved stands, and is sent.

@@ -32,14 +32,7 @@ CIntRect CControlSurface::innerBox() const {
     CIntRect inner{pixel(box.x) + border(CViewCell::InnerLeft), pixel(box.y) + border(CViewCell::InnerTop),
                    pixel(box.right()) - border(CViewCell::InnerRight),
                    pixel(box.bottom()) - border(CViewCell::InnerBottom)};
-    if (isUsingMargins_) {
-        for (const CRuler* ruler : rulers_) {
-            const int32_t margin = ruler->margin();
-            const int32_t x = ruler->isVertical() ? 0 : margin;
-            const int32_t y = ruler->isVertical() ? margin : 0;
-            inner = {inner.left + x, inner.top + y, inner.right - x, inner.bottom - y};
-        }
-    }
+    inner = {inner.left + marginX_, inner.top + marginY_, inner.right - marginX_, inner.bottom - marginY_};
     return {inner.left, inner.top, std::max(inner.left, inner.right), std::max(inner.top, inner.bottom)};
 }
 

@@ -15,6 +15,8 @@ namespace {
 
 // Of the number of a plain point, at scale 1.0.
 constexpr double kNumberWidth = 24.0;
+// Ticks of the timer in which rulers are looked for that do not stand yet.
+constexpr int32_t kRulerTries = 10;
 
 }  // namespace
 
@@ -131,7 +133,35 @@ void CControlSurface::findRulers() {
 CError* CControlSurface::rulersChanged() {
     rulers_.clear();
     areRulersFound_ = false;
+    rulerTries_ = 0;
+    if (isFinished_) {
+        findRulers();
+        readMargins();
+    }
     return viewUpdated();
+}
+
+/// True if others are needed now: the greatest of all rulers in a direction.
+bool CControlSurface::readMargins() {
+    int32_t x = 0;
+    int32_t y = 0;
+    for (int32_t i = 0; isUsingMargins_ && i < rulers_.count(); ++i) {
+        int32_t& margin = rulers_[i]->isVertical() ? y : x;
+        margin = std::max(margin, rulers_[i]->margin());
+    }
+    const bool isOther = x != marginX_ || y != marginY_;
+    marginX_ = x;
+    marginY_ = y;
+    return isOther;
+}
+
+/// Rulers may be made later than this view, and their labels may become larger.
+CError* CControlSurface::followRulers() {
+    if (!areRulersFound_ && rulerTries_ < kRulerTries) {
+        ++rulerTries_;
+        findRulers();
+    }
+    return readMargins() ? viewUpdated() : nullptr;
 }
 
 void CControlSurface::rulerJoined(CRuler& ruler) {
@@ -140,6 +170,7 @@ void CControlSurface::rulerJoined(CRuler& ruler) {
 
 void CControlSurface::rulerGone(const CRuler& ruler) {
     areRulersFound_ = false;
+    rulerTries_ = 0;
     for (CArray<CRuler*, 4>* list : {&rulers_, &joined_}) {
         for (int32_t i = list->count() - 1; i >= 0; --i) {
             if ((*list)[i] == &ruler) {

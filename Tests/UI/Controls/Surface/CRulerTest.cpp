@@ -150,13 +150,27 @@ TEST_F(Ruler, FollowsTheRuledViewWhereverItGoes) {
 }
 
 TEST_F(Ruler, AMarginIsLeftForTheLabelsAtTheEnds) {
-    open(bands("is-use-margins=\"true\" ruler=\"^ruler\"") + gainRuler());
-    moveTo(0, 0.0);
+    open(bands("is-use-margins=\"true\" ruler=\"^ruler ^second\"") + gainRuler() +
+         R"(<ui:ruler name="second" placement="right" image-set="shared::is.ruler" color="RulerTick"
+              min-max="ui.range" ruled-view="^surface" is-show-hairlines="false"/>)");
     EXPECT_EQ(ruler().margin(), 7);
-    set("main-window.surface", "is-use-margins", "true");
-    advance();
-    EXPECT_EQ(surface().layout().box().top, 30 + 7);
+    EXPECT_EQ(surface().layout().box().top, 30 + 7) << "once, though two rulers need it";
     EXPECT_EQ(surface().layout().box().bottom, 230 - 7);
+    EXPECT_EQ(labelBox(4).y + 6.0, surface().layout().linePixel(1.0)) << "rulers follow";
+    const auto isBar = [this](int32_t y) {
+        return pixel(static_cast<int32_t>(surface().layout().middle(0)), y) != pixel(5, 5);
+    };
+    EXPECT_FALSE(isBar(33));
+    EXPECT_TRUE(isBar(40));
+    set("main-window.ruler", "label-size", "21");
+    advance(0.1);
+    EXPECT_EQ(surface().layout().box().top, 30 + 11);
+    EXPECT_FALSE(isBar(38)) << "drawn anew";
+    delete &ruler();
+    advance(0.1);
+    EXPECT_EQ(surface().layout().box().top, 30 + 7);
+    set("main-window.surface", "is-use-margins", "false");
+    EXPECT_EQ(surface().layout().box().top, 30);
 }
 
 TEST_F(Ruler, AReadoutLabelIsEditedWithoutARebuild) {
