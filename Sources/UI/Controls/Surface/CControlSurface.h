@@ -14,6 +14,7 @@ namespace tarv {
 
 class CColorSwatch;
 class CRuler;
+class CValueList;
 
 /// An editor of lists of points (`ui:control-surface`), its children of the class CControlSurfaceGroup. In slider mode
 /// a point is a bar from the axis's zero to the value; a group that isn't editable shows flat underlays behind them.
@@ -200,6 +201,8 @@ private:
     // CControlSurfaceMenu.cpp
     [[nodiscard]] CError* generateSubList(const CString& parentId, CDynamicListRows& rows) override;
     [[nodiscard]] CError* popupResult(CAttributeMap& params);
+    const CValueList* popupValues() const;
+    [[nodiscard]] CError* setPopupValue(int32_t row);
     [[nodiscard]] CError* copyToLinked();
     const CUIParam* copyTarget() const;
     CRuler* typingRuler(int32_t point);

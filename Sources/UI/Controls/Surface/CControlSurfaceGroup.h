@@ -12,8 +12,8 @@ class CParamGesture;
 /// `ui:ui-param`, named after what they give: `ui-param-count`, `ui-param-x`, `ui-param-y`, `ui-param-bw`,
 /// `ui-param-popup`, `ui-param-sel` (index of the selected point) and `ui-param-reset` (what a reset sets, otherwise
 /// the parameter's default). Those of x, y, bw, popup and reset have the value of the first point; the others follow in
-/// the elements behind it. A child `value-list` has the rows of the popup of `ui-param-popup`. Values have the unit
-/// that a person reads. The editor's thread.
+/// the elements behind it. A child `value-list` has the rows of the popup of `ui-param-popup`: a CValueList gives the
+/// value of the chosen item, any other list its index. Values have the unit that a person reads. The editor's thread.
 ///
 /// Attributes:
 ///   kind            `point` (default) or `anchor`

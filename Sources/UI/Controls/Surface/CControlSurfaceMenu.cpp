@@ -6,6 +6,7 @@
 #include "Core/CObjectWatch.h"
 #include "UI/Binding/CParamBridge.h"
 #include "UI/Binding/CUIParam.h"
+#include "UI/Controls/Lists/CValueList.h"
 #include "UI/Controls/Surface/CControlSurface.h"
 #include "UI/Controls/Surface/CRuler.h"
 
@@ -46,12 +47,19 @@ CError* CControlSurface::mousePressR(CAttributeMap& params) {
     popup["popup-text-source"] = CAttributeValue::fromString(list->fullName());
     if (hasList) {
         const double selected = editable_->paramValue(CRole::Popup, point);
-        popup["selected-item"] = CAttributeValue::fromInt(static_cast<int32_t>(std::lround(selected)));
+        const CValueList* values = popupValues();
+        const int32_t row = values ? values->indexOf(selected) : static_cast<int32_t>(std::lround(selected));
+        popup["selected-item"] = CAttributeValue::fromInt(row);
     }
     if (hasAttr("popup-inner-border")) {
         popup["popup-inner-border"] = CAttributeValue::fromString(getAttrString("popup-inner-border"));
     }
     return openPopup(kListTemplate, popup);
+}
+
+/// The items behind the rows of the popup; null where its rows are mere texts, whose value is their index.
+const CValueList* CControlSurface::popupValues() const {
+    return dynamic_cast<const CValueList*>(editable_->findChild("value-list"));
 }
 
 /// The group that the curve can be copied to: that of the linked list.
@@ -94,12 +102,8 @@ CError* CControlSurface::popupResult(CAttributeMap& params) {
     if (!isThere) {
         return nullptr;
     }
-    CUIParam* list = editable_->param(CRole::Popup);
-    if (list) {
-        const CObjectWatch watch(*this);
-        CError* error = gesture_.begin();
-        error = error || !watch.isAlive() ? error : gesture_.write(*list, params["index"].asInt(), menuPoint_);
-        return error || !watch.isAlive() ? error : gesture_.end();
+    if (editable_->param(CRole::Popup)) {
+        return setPopupValue(params["index"].asInt());
     }
     const CString& id = params["id"].asString();
     if (id == CString(kTypeRow)) {
@@ -113,6 +117,18 @@ CError* CControlSurface::popupResult(CAttributeMap& params) {
         return resetPoints(0, editable_->count());
     }
     return id == CString(kCopyRow) ? copyToLinked() : nullptr;
+}
+
+CError* CControlSurface::setPopupValue(int32_t row) {
+    const CValueList* values = popupValues();
+    if (row < 0 || (values && row >= values->count())) {
+        return nullptr;
+    }
+    const double value = values ? (*values)[row].value : row;
+    const CObjectWatch watch(*this);
+    CError* error = gesture_.begin();
+    error = error || !watch.isAlive() ? error : gesture_.write(*editable_->param(CRole::Popup), value, menuPoint_);
+    return error || !watch.isAlive() ? error : gesture_.end();
 }
 
 CError* CControlSurface::copyToLinked() {

@@ -246,6 +246,31 @@ TEST_F(SurfaceInput, ARightPressOpensTheValueListAndTheRowIsWritten) {
     EXPECT_NEAR(gain(5), 2.0, kRounding);
 }
 
+TEST_F(SurfaceInput, ARightPressWritesTheValueOfTheItem) {
+    open(R"(<ui:control-surface name="list" placement="overlay" width="60" height="200"
+              outer-border="L300 T30" image-set="shared::is.csurface" is-slider-mode="true" min-max="ui.range">
+              <ui:control-surface-group name="g" point-count="1">
+                <ui:ui-param name="ui-param-y" bridge="ui.out"/>
+                <ui:ui-param name="ui-param-popup" bridge="ui.gains" element="5"/>
+                <ui:value-list-manual name="value-list">
+                  <core:object name="content" title="Less" value="-4.5"/>
+                  <core:object name="content" title="More" value="3"/>
+                </ui:value-list-manual>
+              </ui:control-surface-group>
+            </ui:control-surface>)");
+    setGain(5, 3.0);
+    moveToPixel(330, 100);
+    openMenu();
+    EXPECT_EQ(rows(), (std::vector<std::string>{"Less", "More"}));
+    ASSERT_TRUE(list());
+    EXPECT_EQ(list()->selectedParagraph(), 1);
+    choose(0);
+    EXPECT_NEAR(gain(5), -4.5, kRounding);
+    openMenu();
+    ASSERT_TRUE(list());
+    EXPECT_EQ(list()->selectedParagraph(), 0);
+}
+
 TEST_F(SurfaceInput, WhatIsWrittenDownAsWrongIsRefused) {
     const auto failure = [this](const std::string& views) {
         const std::string text = tryOpen(views);
