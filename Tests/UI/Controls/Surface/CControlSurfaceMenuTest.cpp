@@ -1,0 +1,133 @@
+// The lists and the menu of a right press, and what is exported of the hovered point.
+
+#include "Tests/UI/Controls/Surface/SurfaceTree.h"
+#include "UI/Text/CPopupList.h"
+
+namespace tarv {
+namespace {
+
+constexpr double kRounding = 1e-9;
+
+class SurfaceMenu : public CSurfaceTest {
+protected:
+    CPopupList* list() {
+        for (CObject* child : editor.tree().findObject("ui")->children()) {
+            if (auto* found = dynamic_cast<CPopupList*>(child->findChild("list"))) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+    std::vector<std::string> rows() {
+        std::vector<std::string> all;
+        for (int32_t i = 0; list() && i < list()->paragraphCount(); ++i) {
+            all.push_back(list()->paragraphText(i).toUtf8());
+        }
+        return all;
+    }
+    /// Opens the popup at the pointer.
+    void openMenu() {
+        input().click(CPointerButton::Right);
+        advance(0.2);
+    }
+    void choose(int32_t row) {
+        ASSERT_TRUE(list());
+        const CViewRect rect = list()->rowRect(row);
+        auto* window = dynamic_cast<CWindow*>(list()->window());
+        input().moveIn(window->handle(), static_cast<int32_t>(rect.x + 5), static_cast<int32_t>(rect.y + 5));
+        input().click();
+        advance(0.2);
+    }
+};
+
+TEST_F(SurfaceMenu, ARightPressOpensAShortMenu) {
+    open(bands());
+    setGain(2, 4.0);
+    setGain(4, 4.0);
+    moveTo(2, 1.0);
+    openMenu();
+    EXPECT_EQ(rows(), (std::vector<std::string>{"Reset", "Reset all", "Copy to group 2"}));
+    choose(0);
+    EXPECT_EQ(gain(2), 0.0);
+    EXPECT_NEAR(gain(4), 4.0, kRounding);
+    moveTo(0, 1.0);
+    openMenu();
+    choose(2);
+    EXPECT_NEAR(gain(4, 1), 4.0, kRounding);
+    const size_t before = steps().size();
+    openMenu();
+    choose(1);
+    EXPECT_EQ(gain(4), 0.0);
+    EXPECT_NEAR(gain(4, 1), 4.0, kRounding);
+    EXPECT_EQ(steps().size(), before + 1);
+    set("under", "group-index", "0");
+    openMenu();
+    EXPECT_EQ(rows(), (std::vector<std::string>{"Reset", "Reset all"})) << "the same group is behind";
+}
+
+TEST_F(SurfaceMenu, ARightPressOpensTheValueListAndTheRowIsWritten) {
+    open(bands("", "", "") + R"(<ui:control-surface name="list" placement="overlay" width="60" height="200"
+              outer-border="L300 T30" image-set="shared::is.csurface" is-slider-mode="true" min-max="ui.range">
+              <ui:control-surface-group name="g" point-count="1">
+                <ui:ui-param name="ui-param-y" bridge="ui.out"/>
+                <ui:ui-param name="ui-param-popup" bridge="ui.gains" element="5"/>
+                <core:object name="value-list">
+                  <core:object name="paragraph" is-paragraph="true" title="Zero"/>
+                  <core:object name="paragraph" is-paragraph="true" title="One"/>
+                  <core:object name="paragraph" is-paragraph="true" title="Two"/>
+                </core:object>
+              </ui:control-surface-group>
+            </ui:control-surface>)");
+    setGain(5, 1.0);
+    moveToPixel(330, 100);
+    openMenu();
+    EXPECT_EQ(rows(), (std::vector<std::string>{"Zero", "One", "Two"}));
+    ASSERT_TRUE(list());
+    EXPECT_EQ(list()->selectedParagraph(), 1) << "the value";
+    choose(2);
+    EXPECT_NEAR(gain(5), 2.0, kRounding);
+}
+
+TEST_F(SurfaceMenu, ARightPressWritesTheValueOfTheItem) {
+    open(R"(<ui:control-surface name="list" placement="overlay" width="60" height="200"
+              outer-border="L300 T30" image-set="shared::is.csurface" is-slider-mode="true" min-max="ui.range">
+              <ui:control-surface-group name="g" point-count="1">
+                <ui:ui-param name="ui-param-y" bridge="ui.out"/>
+                <ui:ui-param name="ui-param-popup" bridge="ui.gains" element="5"/>
+                <ui:value-list-manual name="value-list">
+                  <core:object name="content" title="Less" value="-4.5"/>
+                  <core:object name="content" title="More" value="3"/>
+                </ui:value-list-manual>
+              </ui:control-surface-group>
+            </ui:control-surface>)");
+    setGain(5, 3.0);
+    moveToPixel(330, 100);
+    openMenu();
+    EXPECT_EQ(rows(), (std::vector<std::string>{"Less", "More"}));
+    ASSERT_TRUE(list());
+    EXPECT_EQ(list()->selectedParagraph(), 1);
+    choose(0);
+    EXPECT_NEAR(gain(5), -4.5, kRounding);
+    openMenu();
+    ASSERT_TRUE(list());
+    EXPECT_EQ(list()->selectedParagraph(), 0);
+}
+
+TEST_F(SurfaceMenu, TheHoveredPointIsExported) {
+    open(R"(<ui:min-max name="alt" min="0" max="100"/>)" +
+         bands(R"(is-export-x="true" is-export-y="true" is-export-bw="true" min-max-y-alt="^alt")"));
+    setGain(3, 6.0);
+    moveTo(3, 0.0);
+    EXPECT_NEAR(surface().getAttrReal("curpos-y"), 6.0, kRounding);
+    EXPECT_NEAR(surface().getAttrReal("curpos-y-alt"), 75.0, kRounding);
+    EXPECT_TRUE(surface().hasAttr("curpos-x"));
+    EXPECT_TRUE(surface().hasAttr("curpos-bw"));
+    input().press();
+    EXPECT_EQ(surface().getAttrReal("curpos-band-sel"), 3.0);
+    moveBy(0, 25);
+    EXPECT_NEAR(surface().getAttrReal("curpos-y"), 9.0, kRounding);
+    input().release();
+}
+
+}  // namespace
+}  // namespace tarv
