@@ -32,6 +32,8 @@ public:
     virtual CString valueText(int32_t group, int32_t element, CAudioTextMode mode) const = 0;
     /// The unit of the values, may be empty.
     virtual CString unit() const { return {}; }
+    /// Null until the values have come, and without an engine.
+    virtual const CAudioParamConverter* converter() const { return nullptr; }
     /// Limits, the smaller one first; 0.0 while inactive.
     virtual double minimum() const = 0;
     virtual double maximum() const = 0;

@@ -89,6 +89,10 @@ CString CParamBridgeAudio::valueText(int32_t group, int32_t element, CAudioTextM
     return text;
 }
 
+const CAudioParamConverter* CParamBridgeAudio::converter() const {
+    return info_ ? info_->converter(0) : nullptr;
+}
+
 CString CParamBridgeAudio::unit() const {
     return isActive() ? info_->converter(0)->label() : CString();
 }

@@ -25,6 +25,7 @@ public:
     double value(int32_t group, int32_t element) const override;
     CString valueText(int32_t group, int32_t element, CAudioTextMode mode) const override;
     CString unit() const override;
+    const CAudioParamConverter* converter() const override;
     double minimum() const override;
     double maximum() const override;
     [[nodiscard]] CError* setValues(int32_t group, int32_t first, const double* values, int32_t count,

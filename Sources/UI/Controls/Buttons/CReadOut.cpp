@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "Audio/Converters/CAudioParamConverterEnum.h"
 #include "Audio/Converters/CAudioParamConverterFreq.h"
 #include "Audio/Parameters/CAudioParamInfo.h"
 #include "Core/CGlobalSettings.h"
@@ -18,7 +17,6 @@ namespace tarv {
 namespace {
 
 constexpr const char* kNumberChars = "0123456789.-";
-constexpr double kSemitonesAnOctave = 12.0;
 
 /// Null without a parameter whose values have come.
 const CAudioParamInfo* infoOf(const CUIParam& param) {
@@ -27,8 +25,7 @@ const CAudioParamInfo* infoOf(const CUIParam& param) {
 }
 
 const CAudioParamConverter* converterOf(const CUIParam& param) {
-    const CAudioParamInfo* const info = infoOf(param);
-    return info ? info->converter(0) : nullptr;
+    return param.bridge() ? param.bridge()->converter() : nullptr;
 }
 
 /// A letter of ASCII in the other case; anything else as it is.
@@ -208,20 +205,6 @@ CError* CReadOut::mouseExit(CAttributeMap& params) {
     return error || !watch.isAlive() ? error : CTextView::mouseExit(params);
 }
 
-double CReadOut::turned(double value, double notches, bool isShift) {
-    const CAudioParamConverter* const converter = converterOf(*valueParam());
-    if (dynamic_cast<const CAudioParamConverterEnum*>(converter)) {
-        wheelRest_ += notches;
-        const double whole = std::trunc(wheelRest_);
-        wheelRest_ -= whole;
-        return std::round(value) + whole;
-    }
-    const CGlobalSettingValues& settings = globalSettings();
-    const double way = notches * settings.mouseWheelPrecision * (isShift ? settings.shiftKeyPrecision.load() : 1.0);
-    return dynamic_cast<const CAudioParamConverterFreq*>(converter) ? value * std::exp2(way / kSemitonesAnOctave)
-                                                                    : value + way;
-}
-
 CError* CReadOut::mouseWheel(CAttributeMap& params) {
     CUIParam* const param = valueParam();
     if (!param || !param->isActive() || !param->bridge() || !isNumber() || !isEditable(-1)) {
@@ -232,7 +215,8 @@ CError* CReadOut::mouseWheel(CAttributeMap& params) {
         return nullptr;
     }
     const double value = gesture_.value(*param);
-    const double next = turned(value, params["delta"].asReal(), params["is-shift"].asBool());
+    const double precision = params["is-shift"].asBool() ? globalSettings().shiftKeyPrecision.load() : 1.0;
+    const double next = wheel_.turned(*param, param->getElement(), value, params["delta"].asReal(), precision);
     return next != value ? gesture_.notch(*param, next) : nullptr;
 }
 

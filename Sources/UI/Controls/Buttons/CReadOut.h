@@ -2,6 +2,7 @@
 
 #include "UI/Binding/CParamGesture.h"
 #include "UI/Binding/CUIParamUpdateHandler.h"
+#include "UI/Controls/Buttons/CWheelSteps.h"
 #include "UI/Text/CTextView.h"
 
 namespace tarv {
@@ -17,9 +18,8 @@ class CUIParam;
 ///   format          of the number, as CNumberFormat; otherwise by `format-id`: `normal` (default) and `knob-circle`
 ///                   are the parameter's full and short text, `automation-string` has the unit, too; `brief` is the
 ///                   short text without the tenths of a whole number of thousands: "1k"
-/// What a person types is read as a host's text is (CUIParam::setValueText); what is no number is refused. Each notch
-/// of the wheel changes a number by `mouse-wheel-precision` of its unit, a frequency by that part of a semitone, one of
-/// several states by one; Shift multiplies by `shift-key-precision`. Texts are plain. The view `hover-frame`, a child
+/// What a person types is read as a host's text is (CUIParam::setValueText); what is no number is refused. The wheel
+/// moves it by CWheelSteps; Shift multiplies by `shift-key-precision`. Texts are plain. The view `hover-frame`, a child
 /// of this view or of its parent, is shown while the pointer is here. Without its value the view is disabled. Thread:
 /// that of the window.
 class CReadOut : public CTextView, public CUIParamUpdateHandler {
@@ -51,12 +51,10 @@ private:
     [[nodiscard]] CError* showHoverFrame(bool isShown);
     CString shownText() const;
     bool isNumber() const;
-    /// The value that many notches on; a part of a state is kept for the next notch.
-    double turned(double value, double notches, bool isShift);
 
     CUIParam* param_ = nullptr;
     CParamGesture gesture_;
-    double wheelRest_ = 0.0;
+    CWheelSteps wheel_;
 };
 
 }  // namespace tarv

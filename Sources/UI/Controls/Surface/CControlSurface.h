@@ -1,6 +1,7 @@
 #pragma once
 
 #include "UI/Binding/CParamGesture.h"
+#include "UI/Controls/Buttons/CWheelSteps.h"
 #include "UI/Controls/Surface/CControlSurfaceGroup.h"
 #include "UI/Controls/Surface/CSurfaceAxis.h"
 #include "UI/Controls/Surface/CSurfaceDrag.h"
@@ -42,7 +43,7 @@ class CValueList;
 ///
 /// By hand: a press takes a bar without a jump, and it follows the pointer, finer with Shift, finer still with Ctrl and
 /// Shift; with Alt each bar that is passed takes the pointer's height. Ctrl and press, and a double click, reset. The
-/// wheel and, after a press, the arrow keys move a bar by `mouse-wheel-precision`; Left and Right go to a neighbour,
+/// wheel and, after a press, the arrow keys move a bar by CWheelSteps; Left and Right go to a neighbour,
 /// Escape ends that. A press marks its bar where the view is focusable, until the focus goes. A right press opens the
 /// rows of `value-list`, or a menu.
 class CControlSurface : public CView, public CDynamicList, private CParamGesture::COwner {
@@ -174,7 +175,6 @@ private:
     void placeNumbers();
 
     // CControlSurfaceInput.cpp
-    [[nodiscard]] CError* turn(int32_t point, double notches, const CSurfacePointer& pointer);
     [[nodiscard]] CError* stepPoint(int32_t point, double notches, const CSurfacePointer& pointer);
     bool canSelect() const;
     [[nodiscard]] CError* select(int32_t point);
@@ -253,8 +253,7 @@ private:
     CParamGesture gesture_{this};
     int32_t hovered_ = -1;
     int32_t selected_ = -1;
-    double wheelRest_ = 0.0;
-    int32_t wheelPoint_ = -1;
+    CWheelSteps wheel_;
     int32_t menuPoint_ = -1;
 };
 

@@ -195,18 +195,7 @@ CError* CControlSurface::mouseWheel(CAttributeMap& params) {
         return CView::mouseWheel(params);
     }
     setHandled(params);
-    return turn(point, delta, pointer);
-}
-
-/// Where values have steps, a notch is one of them, and parts of it add up.
-CError* CControlSurface::turn(int32_t point, double notches, const CSurfacePointer& pointer) {
-    if (editable_->valueStep() > 0.0) {
-        wheelRest_ = point == wheelPoint_ && wheelRest_ * notches > 0.0 ? wheelRest_ + notches : notches;
-        wheelPoint_ = point;
-        notches = std::trunc(wheelRest_);
-        wheelRest_ -= notches;
-    }
-    return notches != 0.0 ? stepPoint(point, notches, pointer) : nullptr;
+    return stepPoint(point, delta, pointer);
 }
 
 CError* CControlSurface::stepPoint(int32_t point, double notches, const CSurfacePointer& pointer) {
@@ -216,14 +205,17 @@ CError* CControlSurface::stepPoint(int32_t point, double notches, const CSurface
     if (!param) {
         return nullptr;
     }
-    const double step = editable_->valueStep();
-    const double size = step > 0.0 ? step : globalSettings().mouseWheelPrecision * precisionOf(pointer);
-    double value = editable_->paramValue(role, point) + notches * size;
+    const double former = editable_->paramValue(role, point);
+    double value = wheel_.turned(*param, param->getElement() + point, former, notches, precisionOf(pointer),
+                                 editable_->valueStep());
     double low = 0.0;
     double high = 0.0;
     editable_->paramRange(role, low, high);
     value = isWidth ? std::clamp(value, low, high)
                     : axis(role).clamp(editable_->allowed(role, point, axis(role).clamp(value)));
+    if (value == former) {
+        return nullptr;
+    }
     const CObjectWatch watch(*this);
     CError* error = gesture_.notch(*param, value, point);
     if (watch.isAlive() && editable_) {

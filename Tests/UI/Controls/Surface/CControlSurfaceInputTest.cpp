@@ -70,6 +70,42 @@ TEST_F(SurfaceInput, ANotchIsTheWheelsPrecisionInDecibels) {
     EXPECT_FALSE(input().wheel(1.0)) << "beside the surface the host has it";
 }
 
+TEST_F(SurfaceInput, ANotchOnAFrequencyIsAPartOfASemitoneAndOnStatesOneState) {
+    const auto one = [](const char* name, const char* bridge, int left) {
+        return std::string(R"(<ui:control-surface name=")") + name + R"(" placement="overlay" width="60" height="200"
+                 image-set="shared::is.csurface" is-slider-mode="true" outer-border="T30 L)" +
+               std::to_string(left) + R"(">
+                 <ui:control-surface-group name="g" point-count="1">
+                   <ui:ui-param name="ui-param-y" bridge=")" +
+               bridge + R"("/>
+                 </ui:control-surface-group></ui:control-surface>)";
+    };
+    open(one("frequency", "ui.freqs", 20) + one("states", "ui.count", 200));
+    const auto value = [this](const char* param) { return engineParam(param).userData().value(0, 0); };
+    const char* const kFreqs = "plugin.modMain.modBrindleXEQ.xeq-freqs";
+    const double hertz = value(kFreqs);
+    moveToPixel(50, 100);
+    input().wheel(2.0);
+    advance();
+    EXPECT_NEAR(value(kFreqs), hertz * std::exp2(1.0 / 12.0), 1e-6);
+    keys(true, false, false);
+    input().wheel(-4.0);
+    keys(false, false, false);
+    advance();
+    EXPECT_NEAR(value(kFreqs), hertz, 1e-6) << "half as much with Shift";
+    moveToPixel(230, 100);
+    EXPECT_EQ(value(kCount), 7.0);
+    input().wheel(1.0);
+    advance();
+    EXPECT_EQ(value(kCount), 8.0);
+    input().wheel(-0.5);
+    advance();
+    EXPECT_EQ(value(kCount), 8.0);
+    input().wheel(-0.5);
+    advance();
+    EXPECT_EQ(value(kCount), 7.0) << "parts of a notch add up to a state";
+}
+
 TEST_F(SurfaceInput, NotchesAddUpBeforeTheEngineHasAnswered) {
     open(bands());
     moveTo(2, 0.0);
