@@ -255,6 +255,7 @@ CError* CControlSurface::groupChanged(CControlSurfaceGroup& group) {
 }
 
 void CControlSurface::pointMoves(const CControlSurfaceGroup& group, int32_t index) {
+    isExportStale_ = isExportStale_ || (&group == editable_ && index == hovered_);
     if (isFinished_ && group.isVisible() && hasArea()) {
         requestRedraw(shownRect(group, index));
         placeNumbers();

@@ -249,6 +249,7 @@ private:
     CArray<CRuler*, 4> joined_;  ///< all that know this view
     CArray<CView*, 10> numbers_;
     CSurfaceLineSets lines_;
+    bool isExportStale_ = false;  ///< the hovered point has another value
     CSurfaceDrag drag_;
     CParamGesture gesture_{this};
     int32_t hovered_ = -1;

@@ -118,7 +118,8 @@ CError* CControlSurface::timerTick() {
     const CObjectWatch watch(*this);
     const bool isPending = dragged_ && drag_.isActive() && dragged_->hasPending();
     CError* error = isPending ? dragged_->deliver(gesture_) : nullptr;
-    return error || !watch.isAlive() ? error : followRulers();
+    error = error || !watch.isAlive() ? error : followRulers();
+    return error || !watch.isAlive() || !isExportStale_ ? error : exportPoint();
 }
 
 /// What was moved stands, and is sent.

@@ -81,6 +81,7 @@ CError* CControlSurface::showHovered() {
 CError* CControlSurface::exportPoint() {
     static const CString kNames[] = {"curpos-x", "curpos-y", "curpos-y-alt", "curpos-bw", "curpos-band-sel"};
     static const CString kFlags[] = {"is-export-x", "is-export-y", "is-export-bw"};
+    isExportStale_ = false;
     const bool isX = getAttrBool(kFlags[0]);
     const bool isY = getAttrBool(kFlags[1]);
     const bool isBandWidth = getAttrBool(kFlags[2]);

@@ -127,6 +127,22 @@ TEST_F(SurfaceMenu, TheHoveredPointIsExported) {
     moveBy(0, 25);
     EXPECT_NEAR(surface().getAttrReal("curpos-y"), 9.0, kRounding);
     input().release();
+    advance();
+    const auto expectExported = [this](double value) {
+        advance(0.05);
+        EXPECT_NEAR(surface().getAttrReal("curpos-y"), value, kRounding);
+        EXPECT_NEAR(surface().getAttrReal("curpos-y-alt"), 50.0 + value / 0.24, kRounding);
+    };
+    setGain(3, -6.0);
+    expectExported(-6.0);
+    EXPECT_EQ(consumed(at<CAudioInterfaceClient>("ui.interface-client").undo()), "");
+    advance();
+    expectExported(bar(3));
+    openMenu();
+    choose(0);
+    moveTo(3, 0.0);
+    EXPECT_EQ(bar(3), 0.0);
+    expectExported(0.0);
 }
 
 }  // namespace
