@@ -31,6 +31,7 @@ constexpr const char* kTimerTick = "update-tick";
 
 CControlSurface::~CControlSurface() {
     endInput();
+    isFinished_ = false;
     for (CRuler* ruler : joined_) {
         ruler->surfaceGone(*this);
     }
@@ -226,11 +227,23 @@ void CControlSurface::groupGone(CControlSurfaceGroup& group) {
         hovered_ = -1;
         selected_ = -1;
     }
+    // What follows the list may end this view: not while a child of it goes.
+    isListStale_ = true;
     groups_.removeAt(groups_.indexOf(&group));
     findEditable();
-    if (state() == CObjectState::Finished) {
-        groupColorsChanged();
+    groupColorsChanged();
+}
+
+/// After a group has gone: the numbers, the rulers and those who know the hovered point.
+CError* CControlSurface::followGroups() {
+    if (!isListStale_) {
+        return nullptr;
     }
+    isListStale_ = false;
+    const CObjectWatch watch(*this);
+    CError* error = makeNumbers();
+    error = error || !watch.isAlive() ? error : viewUpdated();
+    return error || !watch.isAlive() ? error : showHovered();
 }
 
 CError* CControlSurface::groupChanged(CControlSurfaceGroup& group) {

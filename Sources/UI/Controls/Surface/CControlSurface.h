@@ -164,6 +164,7 @@ private:
     [[nodiscard]] CError* findSwatch();
     [[nodiscard]] CError* makeNumbers();
     [[nodiscard]] CError* mappingChanged();
+    [[nodiscard]] CError* followGroups();
     [[nodiscard]] CError* viewUpdated();
     void updateAxes();
     void findEditable();
@@ -249,6 +250,7 @@ private:
     CArray<CRuler*, 4> joined_;  ///< all that know this view
     CArray<CView*, 10> numbers_;
     CSurfaceLineSets lines_;
+    bool isListStale_ = false;    ///< a group has gone
     bool isExportStale_ = false;  ///< the hovered point has another value
     CSurfaceDrag drag_;
     CParamGesture gesture_{this};

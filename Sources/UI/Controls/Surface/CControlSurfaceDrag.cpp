@@ -119,6 +119,7 @@ CError* CControlSurface::timerTick() {
     const bool isPending = dragged_ && drag_.isActive() && dragged_->hasPending();
     CError* error = isPending ? dragged_->deliver(gesture_) : nullptr;
     error = error || !watch.isAlive() ? error : followRulers();
+    error = error || !watch.isAlive() ? error : followGroups();
     return error || !watch.isAlive() || !isExportStale_ ? error : exportPoint();
 }
 

@@ -57,6 +57,7 @@ CError* CControlSurfaceGroup::finishInit() {
     if (param(CRole::Popup) && !findChild("value-list")) {
         TARV_FAIL("@tarvstr_CControlSurfaceGroup_finishInit_NoValueList Control surface popup value list not found");
     }
+    surface_->groupColorsChanged();
     return updateCount();
 }
 

@@ -105,6 +105,17 @@ TEST_F(SurfaceDrawing, ColoursFollowTheGroupByTheSwatch) {
     EXPECT_EQ(pixel(middle(1), top), full("Custom1"));
 }
 
+TEST_F(SurfaceDrawing, AGroupThatIsMadeLaterHasItsColour) {
+    open(bands());
+    delete &sliders();
+    advance(0.1);
+    CControlSurfaceGroup* late = nullptr;
+    EXPECT_EQ(consumed(surface().createChildOf(late, "ui:test-group", "late", true)), "");
+    setGain(1, 6.0);
+    EXPECT_EQ(surface().editableGroup(), late);
+    EXPECT_EQ(pixel(middle(1), surface().barRect(*late, 1).top), full("Custom2"));
+}
+
 TEST_F(SurfaceDrawing, TheHoveredBarIsLighterAndTheOthersAreAsBefore) {
     open(bands());
     setGain(1, 6.0);

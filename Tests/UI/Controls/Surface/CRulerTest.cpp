@@ -260,6 +260,17 @@ TEST_F(Ruler, ALabelThatLightsUpMayEndARulerOrTheSurface) {
     }
 }
 
+TEST_F(Ruler, NoLabelStaysLitWhenTheGroupGoes) {
+    open(bands("ruler=\"^ruler\" is-point-number-shown=\"true\"") + titleRuler(kFrequencies));
+    moveTo(2, 0.0);
+    EXPECT_TRUE(ruler().label(2)->isStateSet("hilite"));
+    delete &sliders();
+    advance(0.1);
+    EXPECT_FALSE(ruler().label(2)->isStateSet("hilite"));
+    EXPECT_EQ(text("main-window.surface", "hovered-point"), "-1");
+    EXPECT_EQ(surface().findChild("point-num"), nullptr);
+}
+
 TEST_F(Ruler, TitlesFollowTheirList) {
     open(bands() + titleRuler({"A", "B", "C"}));
     const CView* first = ruler().label(0);

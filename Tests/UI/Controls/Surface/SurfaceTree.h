@@ -176,6 +176,11 @@ private:
                         morph-duration="0.0"/>
                     </ui:textview>
                   </template>
+                  <template name="ui:test-group">
+                    <ui:control-surface-group point-count="7" is-balanced="true" is-fixed-x="true" color="1">
+                      <ui:ui-param name="ui-param-y" bridge="ui.gains" group-selector="ui.edit"/>
+                    </ui:control-surface-group>
+                  </template>
                   <template name="ui:test-lit">
                     <ui:ruler-label><ui:view-state name="lit" state-name="hilite" hint="lit"/></ui:ruler-label>
                   </template>
