@@ -84,13 +84,15 @@ CError* CControlSurface::finishInit() {
     TARV_TRY(hairlinesChanged());
     TARV_TRY(numbersChanged());
     groupColorsChanged();
-    if (!findChild("update-timer")) {
+    const CObject* timer = findChild("update-timer");
+    if (!timer) {
         CAttributeMap attributes;
         attributes["interval"] = CAttributeValue::fromReal(1.0 / kUpdateFps);
-        CTimer* timer = nullptr;
-        TARV_TRY(createChildOf(timer, "core:timer", "update-timer", false, &attributes));
-        listenObject(timer->fullName(), "tick", kTimerTick);
+        CTimer* made = nullptr;
+        TARV_TRY(createChildOf(made, "core:timer", "update-timer", false, &attributes));
+        timer = made;
     }
+    listenObject(timer->fullName(), "tick", kTimerTick);
     return updateFps();
 }
 

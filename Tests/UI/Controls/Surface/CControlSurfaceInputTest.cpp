@@ -233,6 +233,17 @@ TEST_F(SurfaceInput, WithoutWhatItNeedsASurfaceIsNotMade) {
     EXPECT_EQ(made, nullptr);
 }
 
+TEST_F(SurfaceInput, ADeclaredTimerDeliversWhatIsDragged) {
+    open(bands("update-fps=\"20\"", "", R"(<core:timer name="update-timer" interval="3"/>)"));
+    EXPECT_EQ(at<CObject>("ui.main-window.surface.update-timer").getAttrReal("interval"), 0.05);
+    moveTo(3, 0.0);
+    input().press();
+    moveBy(0, 25);
+    advance(0.06);
+    EXPECT_NEAR(gain(3), 3.0, kRounding) << "before the release";
+    input().release();
+}
+
 TEST_F(SurfaceInput, AReaderHearsTheValues) {
     open(bands());
     setGain(1, 3.0);
