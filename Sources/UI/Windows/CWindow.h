@@ -24,11 +24,9 @@ class CWindowSharedData;
 /// `static-view-update` each second, `paint`, `mouse-button`, `mouse-button-reset`, `mouse-top-exit`, `focus`, `blur`,
 /// `activate-window`, `deactivate-window`; the main window `close-app` when it ends. While the main window is open, the
 /// attribute `app-main-window` of the tree's `ui` is the path of its root view. While the user works by keys, the view
-/// `focus-ring` stands around the one that has the focus. Enter that no view takes presses the
-/// view at `default-view`, a path from the root view. Thread: that of the editor.
-/// attribute `app-main-window` of the tree's `ui` is the path of its root view. Enter that no view takes presses the
-/// view at `default-view`; that at `edit-view` gets `edit-text` when the window opens. Both are paths from the root
-/// view. Thread: that of the editor.
+/// `focus-ring` stands around the one that has the focus. Enter that no view takes presses the view at `default-view`;
+/// that at `edit-view` gets `edit-text` when the window opens. Both are paths from the root view. Thread: that of the
+/// editor.
 class CWindow : public CObject, public CViewWindow, private CInputWindow, private CWindowHandler {
 public:
     CWindow();
