@@ -94,6 +94,9 @@ bool CInputRouter::sendKey(CViewBaseCtlEvents& view, const CKeyEvent& event, boo
 /// What a key does that no view has taken; true if it did something. May destroy the router.
 bool CInputRouter::workByKey(const CKeyEvent& event, bool isRepeated) {
     const bool isPlain = !event.modifiers.isCtrl && !event.modifiers.isAlt;
+    if (event.code == kKeyTab && isPlain && drag_.isActive()) {
+        return true;  // what is held keeps the keys
+    }
     if (event.code == kKeyTab && isPlain) {
         CViewBaseCtlEvents* next = root_ ? CInputTarget::nextFocus(*root_, focus_, event.modifiers.isShift) : nullptr;
         if (next && changeFocus(next)) {

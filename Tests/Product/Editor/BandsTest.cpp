@@ -174,6 +174,65 @@ TEST_F(Bands, ArrowsMoveTheBarThatWasPressedUntilEscapeOrAPressElsewhere) {
     }
 }
 
+TEST_F(Bands, ARightPressMarksTheColumnThatItsMenuActsOn) {
+    const std::string path = "c.xeq1.cs-sliders.control-surface";
+    setEngine(kGains, 0, 5, std::pow(10.0, 5.0 / 20.0));
+    click(column("xeq1", 1));
+    tap(kKeyRight);
+    auto& surface = at<CControlSurface>(path);
+    EXPECT_EQ(surface.selectedPoint(), 2);
+    click(column("xeq1", 5), CPointerButton::Right);
+    EXPECT_EQ(surface.selectedPoint(), 5) << "while it is open, too";
+    choose(1);  // reset
+    EXPECT_NEAR(decibels(kGains, 0, 5), 0.0, 1e-9);
+    EXPECT_EQ(surface.selectedPoint(), 5);
+    tap(kKeyUp);
+    EXPECT_NEAR(decibels(kGains, 0, 5), 0.5, 1e-9) << "and keys go on there";
+    click(column("xeq1", 4), CPointerButton::Right);
+    EXPECT_EQ(surface.selectedPoint(), 4);
+    click("window-title.bypass");  // closes the menu
+    EXPECT_EQ(surface.selectedPoint(), surface.window()->keyFocusView() == &surface ? 4 : -1);
+    click("window-title.bypass");
+    EXPECT_EQ(surface.selectedPoint(), -1);
+}
+
+TEST_F(Bands, TabWaitsUntilABarIsReleased) {
+    auto& surface = at<CControlSurface>("c.xeq1.cs-sliders.control-surface");
+    press(column("xeq1", 3));
+    moveBy(0, -20);
+    tap(kKeyTab);
+    EXPECT_EQ(surface.selectedPoint(), 3);
+    EXPECT_EQ(surface.window()->keyFocusView(), &surface);
+    moveBy(0, -20);
+    release();
+    EXPECT_NEAR(decibels(kGains, 0, 3), pixelsToDecibels("c.xeq1.cs-sliders.control-surface", 40), 1e-9);
+    tap(kKeyUp);
+    EXPECT_NEAR(decibels(kGains, 0, 3), pixelsToDecibels("c.xeq1.cs-sliders.control-surface", 40) + 0.5, 1e-9);
+    tap(kKeyTab);
+    EXPECT_EQ(surface.selectedPoint(), -1) << "the keys go on to the next view, and no bar is marked";
+    EXPECT_NE(surface.window()->keyFocusView(), &surface);
+}
+
+TEST_F(Bands, CopyToInTheMenuMeansWhatItMeansInThePanel) {
+    setEngine(kGains, 0, 3, std::pow(10.0, 5.0 / 20.0));
+    setEngine(kOutput, 0, 0, std::pow(10.0, 1.0 / 20.0));
+    setEngine(kFrequencies, 0, 1, 200.0);
+    for (const char* surface : {"c.xeq1.cs-sliders.control-surface", "c.xeq1.cs-gain.control-surface"}) {
+        click(surface, CPointerButton::Right);
+        const auto& list = at<CTextView>("ui.window-app-popup-list.list");
+        const int32_t last = list.paragraphCount() - 1;
+        EXPECT_EQ(list.paragraphText(last).toUtf8(), "Copy to group 2");
+        choose(last);
+        EXPECT_NEAR(decibels(kGains, 1, 3), 5.0, 1e-9);
+        EXPECT_NEAR(decibels(kOutput, 1), 1.0, 1e-9);
+        EXPECT_NEAR(engine(kFrequencies, 1, 1), 200.0, 1e-9);
+        EXPECT_EQ(text("c.buttons.history.button-undo", "hint"), "Undo: Group 1 to 2 copy");
+        click("c.buttons.history.button-undo");
+        EXPECT_NEAR(decibels(kGains, 1, 3), 0.0, 1e-9) << "one step";
+        EXPECT_NEAR(decibels(kOutput, 1), 0.0, 1e-9);
+    }
+}
+
 TEST_F(Bands, WhatTheHostAutomatesShows) {
     effect_->setParameter(effect_, 4, 0.75F);
     wait();

@@ -46,6 +46,10 @@ class CValueList;
 /// wheel and, after a press, the arrow keys move a bar by CWheelSteps; Left and Right go to a neighbour,
 /// Escape ends that. A press marks its bar where the view is focusable, until the focus goes. A right press opens the
 /// rows of `value-list`, or a menu.
+/// wheel and, after a press, the arrow keys move a bar by `mouse-wheel-precision`; Left and Right go to a neighbour,
+/// Escape ends that. A right press marks its point and opens the rows of `value-list`, or a menu. The menu copies to
+/// the group of the linked list: by the event `copy-group` with its `index`, sent to `copy-target`, otherwise the bars
+/// alone.
 class CControlSurface : public CView, public CDynamicList, private CParamGesture::COwner {
 public:
     ~CControlSurface() override;
@@ -205,6 +209,9 @@ private:
     const CValueList* popupValues() const;
     [[nodiscard]] CError* setPopupValue(int32_t row);
     [[nodiscard]] CError* copyToLinked();
+    [[nodiscard]] CError* markMenuPoint();
+    [[nodiscard]] CError* inputEvent(const CString& name, CAttributeMap& params) override;
+    [[nodiscard]] bool animate(double now) override;
     const CUIParam* copyTarget() const;
     CRuler* typingRuler(int32_t point);
 
@@ -258,6 +265,9 @@ private:
     int32_t selected_ = -1;
     CWheelSteps wheel_;
     int32_t menuPoint_ = -1;
+    /// Open: the menu has taken the keys from the marked column. Closed: they are about to come back.
+    enum class CMenuMark : uint8_t { None, Opening, Open, Closed };
+    CMenuMark menuMark_ = CMenuMark::None;
 };
 
 }  // namespace tarv

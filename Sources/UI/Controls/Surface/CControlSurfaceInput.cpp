@@ -256,6 +256,10 @@ CError* CControlSurface::keyPress(CAttributeMap& params) {
         window()->setKeyFocusView(nullptr);
         return nullptr;
     }
+    if (isArrow && drag_.isActive()) {
+        setHandled(params);
+        return nullptr;
+    }
     if (!isArrow || !isMine || pointer.isAlt) {
         return CView::keyPress(params);
     }
@@ -275,7 +279,11 @@ CError* CControlSurface::keyPress(CAttributeMap& params) {
 
 CError* CControlSurface::focusLost(CAttributeMap& params) {
     const CObjectWatch watch(*this);
-    TARV_TRY(select(-1));
+    if (menuMark_ == CMenuMark::Opening) {
+        menuMark_ = CMenuMark::Open;
+    } else {
+        TARV_TRY(select(-1));
+    }
     return watch.isAlive() ? CView::focusLost(params) : nullptr;
 }
 

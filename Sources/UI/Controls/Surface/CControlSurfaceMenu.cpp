@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Core/CGlobalSettings.h"
 #include "Core/CObjectWatch.h"
 #include "UI/Binding/CParamBridge.h"
 #include "UI/Binding/CUIParam.h"
 #include "UI/Controls/Lists/CValueList.h"
 #include "UI/Controls/Surface/CControlSurface.h"
 #include "UI/Controls/Surface/CRuler.h"
+#include "UI/Views/CViewWindow.h"
 
 namespace tarv {
 
@@ -31,6 +33,10 @@ CError* CControlSurface::mousePressR(CAttributeMap& params) {
         return nullptr;
     }
     menuPoint_ = point;
+    TARV_TRY(markMenuPoint());
+    if (!watch.isAlive()) {
+        return nullptr;
+    }
     const bool hasList = editable_->param(CRole::Popup) != nullptr;
     CObject* list = hasList ? editable_->findChild("value-list") : this;
     if (!list) {
@@ -54,7 +60,42 @@ CError* CControlSurface::mousePressR(CAttributeMap& params) {
     if (hasAttr("popup-inner-border")) {
         popup["popup-inner-border"] = CAttributeValue::fromString(getAttrString("popup-inner-border"));
     }
-    return openPopup(kListTemplate, popup);
+    menuMark_ = CMenuMark::Opening;
+    CError* error = openPopup(kListTemplate, popup);
+    if (watch.isAlive() && menuMark_ == CMenuMark::Opening) {
+        menuMark_ = CMenuMark::None;
+    }
+    return error;
+}
+
+/// The menu takes the keys, and gives them back behind its end: its column stays marked meanwhile.
+CError* CControlSurface::inputEvent(const CString& name, CAttributeMap& params) {
+    if (menuMark_ == CMenuMark::Open && name == CString("popup-closed")) {
+        menuMark_ = CMenuMark::Closed;
+        startTimer();
+    }
+    return CView::inputEvent(name, params);
+}
+
+/// No column stays marked if the keys have gone elsewhere.
+bool CControlSurface::animate(double now) {
+    const CObjectWatch watch(*this);
+    if (menuMark_ == CMenuMark::Closed) {
+        menuMark_ = CMenuMark::None;
+        const bool hasKeys = window() && window()->keyFocusView() == this;
+        TARV_CONSUME(hasKeys ? nullptr : select(-1));
+    }
+    return !watch.isAlive() || CView::animate(now);
+}
+
+/// The column that the menu acts on is the one that is marked: for the pointer, and for keys if they go here.
+CError* CControlSurface::markMenuPoint() {
+    const CObjectWatch watch(*this);
+    if (!globalSettings().isTabletMode) {
+        TARV_TRY(setHovered(menuPoint_));
+    }
+    const bool hasKeys = watch.isAlive() && window() && window()->keyFocusView() == this;
+    return hasKeys ? select(menuPoint_) : nullptr;
 }
 
 /// The items behind the rows of the popup; null where its rows are mere texts, whose value is their index.
@@ -131,10 +172,17 @@ CError* CControlSurface::setPopupValue(int32_t row) {
     return error || !watch.isAlive() ? error : gesture_.end();
 }
 
+/// By `copy-target`, or else the bars alone.
 CError* CControlSurface::copyToLinked() {
     const CUIParam* target = copyTarget();
     if (!target) {
         return nullptr;
+    }
+    const CString& path = getAttrString("copy-target");
+    if (CObject* copier = path.isEmpty() ? nullptr : findObject(path)) {
+        CAttributeMap params;
+        params["index"] = CAttributeValue::fromInt(target->group());
+        return deliverEvent(*copier, "copy-group", params);
     }
     CParamBridge& bridge = *target->bridge();
     const int32_t from = editable_->param(editable_->barRole())->group();
