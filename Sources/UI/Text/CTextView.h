@@ -120,6 +120,8 @@ public:
     CString readableValue() const override;
 
     bool isInputView() const override { return isList_ || isEditable(-1) || CView::isInputView(); }
+    CShortened shortened() const override;
+    CString wholeText(int32_t paragraph) const override { return paragraphText(paragraph); }
     [[nodiscard]] CError* mouseMove(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseEnter(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseExit(CAttributeMap& params) override;

@@ -152,4 +152,15 @@ int32_t CTextView::shownItems(const CTextLine& line) const {
     return shown;
 }
 
+/// Of a list, the row under the pointer.
+CTextView::CShortened CTextView::shortened() const {
+    for (int32_t i = 0; isShortened_ && i < layout_.lineCount(); ++i) {
+        const CTextLine& line = layout_.line(i);
+        if ((!isList_ || line.paragraph == hovered_) && shownItems(line) < line.count) {
+            return {line.paragraph, layoutCount_};
+        }
+    }
+    return {};
+}
+
 }  // namespace tarv

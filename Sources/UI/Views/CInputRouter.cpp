@@ -228,38 +228,13 @@ void CInputRouter::viewsChanged() {
     const CCall call(*this);
 }
 
-bool CInputRouter::refreshHint() {
-    CViewBaseCtlEvents* view = CInputTarget::hintOf(hintHit_);
-    if (view != hintView_) {
-        hintView_ = view;
-        if (view && !sendPlain(*view, &CViewBaseCtlEvents::hintUpdate)) {
-            return false;
-        }
-        view = hintView_;
-    }
-    const CString& text = view ? view->hint() : kNoHint;
-    const bool isPlain = view && view->isHintPlain();
-    if (text == hint_ && isPlain == isHintPlain_) {
-        return true;
-    }
-    hint_ = text;
-    isHintPlain_ = isPlain;
-    const CCall call(*this);  // what follows the status line may do anything
-    isPlain ? window_.setPlainHint(hint_) : window_.setHint(hint_);
-    return call.isAlive();
-}
-
-void CInputRouter::hintChanged(CViewBaseCtlEvents&) {
-    const CCall call(*this);
-    refreshHint();
-}
-
 void CInputRouter::viewGoes(CViewBaseCtlEvents& view) {
     for (CViewBaseCtlEvents** held : {&hovered_, &entering_, &pressing_, &focusing_, &hintHit_, &hintView_, &root_}) {
         if (*held == &view) {
             *held = nullptr;
         }
     }
+    hintCut_.view = hintCut_.view == &view ? nullptr : hintCut_.view;
     if (drag_.view() == &view) {
         drag_.dropView();
         follower_ = nullptr;

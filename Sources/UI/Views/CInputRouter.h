@@ -115,6 +115,8 @@ private:
     bool sendKey(CViewBaseCtlEvents& view, const CKeyEvent& event, bool& isTaken);
     bool workByKey(const CKeyEvent& event, bool isRepeated);
     void clickByKey(CViewBaseCtlEvents& view);
+    bool isOfHint(const CViewBaseCtlEvents& cut, const CString& own) const;
+    CString wholeHint(const CViewBaseCtlEvents& cut, const CString& own);
     bool refreshHint();
     bool check();
     void settle();
@@ -160,6 +162,13 @@ private:
 
     CViewBaseCtlEvents* hintHit_ = nullptr;
     CViewBaseCtlEvents* hintView_ = nullptr;
+    /// The text that is shown only in part and stands in the hint; the view is only compared.
+    struct CHintCut {
+        const CViewBaseCtlEvents* view = nullptr;
+        CViewBaseCtlEvents::CShortened text;
+        CString own;
+    };
+    CHintCut hintCut_;
     CString hint_;
     bool isHintPlain_ = false;
     inline static const CString kNoHint;

@@ -141,6 +141,21 @@ CViewBaseCtlEvents* CInputTarget::hintOf(CViewBaseCtlEvents* view) {
     return view;
 }
 
+const CViewBaseCtlEvents* CInputTarget::shortenedAt(const CViewBaseCtlEvents* view) {
+    for (; view; view = view->isInputView() ? nullptr : view->parentInput()) {
+        if (view->shortened().paragraph >= 0) {
+            return view;
+        }
+        for (const CObject* child : view->children()) {
+            const auto* below = view->isInputView() ? dynamic_cast<const CViewBaseCtlEvents*>(child) : nullptr;
+            if (below && below->isShown() && below->shortened().paragraph >= 0) {
+                return below;
+            }
+        }
+    }
+    return nullptr;
+}
+
 CViewBaseCtlEvents* CInputTarget::nextFocus(CViewBaseCtlEvents& root, CViewBaseCtlEvents* from, bool isBackwards) {
     CFocusWalk walk(from);
     walk.visit(root);

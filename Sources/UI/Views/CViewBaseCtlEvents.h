@@ -83,6 +83,15 @@ public:
     const CString& hint() const { return getAttrString("hint"); }
     /// The hint was set plain: it has no marks.
     bool isHintPlain() const;
+    /// A text of the view that it shows only in part.
+    struct CShortened {
+        int32_t paragraph = -1;  ///< -1: all is shown
+        int32_t serial = 0;      ///< of the text
+    };
+    /// Of the text under the pointer; here, all is shown. Allocates nothing.
+    virtual CShortened shortened() const { return {}; }
+    /// Without marks.
+    virtual CString wholeText(int32_t) const { return {}; }
     /// isDisabled may be another one, for this view or through an ancestor. Overrides call their base's.
     virtual void disabledChanged();
     /// The parent where it takes input too, or null.
