@@ -57,9 +57,14 @@ CError* CObject::notifyObservers(const CString& name) {
         return nullptr;
     }
     // A handler that runs meanwhile may add or remove observers.
-    CArray<CObject*, 4> observers;
+    CArray<CObject*, 16> observers;
     for (CObserver* entry : observers_) {
-        observers.append(entry->observer);
+        if (entry->links.empty() || entry->links.find(name) != entry->links.end()) {
+            observers.append(entry->observer);
+        }
+    }
+    if (observers.isEmpty()) {
+        return nullptr;
     }
     const CObjectWatch watch(*this);
     notifying_.append(name);

@@ -1,11 +1,30 @@
 #include "Core/CString.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
+#include <utility>
 
 #include "Core/Utf8.h"
 
 namespace tarv {
+
+namespace {
+
+/// How many texts hold a block: a counter before its units.
+using CHolders = std::atomic<int64_t>;
+static_assert(sizeof(CHolders) == 8, "units are 8-aligned");
+
+CHolders& holders(void* units) {
+    return static_cast<CHolders*>(units)[-1];
+}
+
+void* newBlock(int64_t bytes) {
+    auto* counter = new (CHeap::alloc(sizeof(CHolders) + static_cast<size_t>(bytes))) CHolders(1);
+    return counter + 1;
+}
+
+}  // namespace
 
 CString::CString() : data_(inline_), capacity_(0), length_(0), wide_(0) {
     terminate();
@@ -26,7 +45,11 @@ CString::CString(const char* text, int32_t length) : CString() {
 }
 
 CString::CString(const CString& other) : CHeapObject(), data_(inline_), capacity_(0), length_(0), wide_(other.wide_) {
-    assignUnits(other, 0, other.length_);
+    if (other.isInline() || bytesFor(other.length_) <= kInlineBytes) {
+        assignUnits(other, 0, other.length_);
+    } else {
+        share(other);
+    }
 }
 
 CString::CString(CString&& other) noexcept : CString() {
@@ -34,17 +57,56 @@ CString::CString(CString&& other) noexcept : CString() {
 }
 
 CString::~CString() {
-    if (!isInline()) {
-        CHeap::free(data_);
-    }
+    releaseBlock();
 }
 
 CString& CString::operator=(const CString& other) {
-    if (this != &other) {
-        wide_ = other.wide_;
-        assignUnits(other, 0, other.length_);
+    if (this == &other) {
+        return *this;
     }
+    wide_ = other.wide_;
+    if (!other.isInline() && bytesFor(other.length_) > kInlineBytes) {
+        if (data_ != other.data_) {
+            releaseBlock();
+            share(other);
+        }
+        length_ = other.length_;
+        return *this;
+    }
+    if (isShared()) {
+        // The block stays with the others.
+        releaseBlock();
+    }
+    assignUnits(other, 0, other.length_);
     return *this;
+}
+
+bool CString::isShared() const {
+    return !isInline() && holders(data_).load(std::memory_order_acquire) > 1;
+}
+
+/// The block of a text that has one.
+void CString::share(const CString& other) {
+    holders(other.data_).fetch_add(1, std::memory_order_relaxed);
+    data_ = other.data_;
+    capacity_ = other.capacity_;
+    length_ = other.length_;
+}
+
+/// The inline buffer is what is left, with any length.
+void CString::releaseBlock() {
+    if (!isInline() && holders(data_).fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        CHeap::free(&holders(data_));
+    }
+    data_ = inline_;
+    capacity_ = 0;
+}
+
+/// Before units change in place.
+void CString::ownBlock() {
+    if (isShared()) {
+        setLength(length_, true);
+    }
 }
 
 CString& CString::operator=(CString&& other) noexcept {
@@ -55,9 +117,7 @@ CString& CString::operator=(CString&& other) noexcept {
         *this = static_cast<const CString&>(other);
         return *this;
     }
-    if (!isInline()) {
-        CHeap::free(data_);
-    }
+    releaseBlock();
     data_ = std::exchange(other.data_, other.inline_);
     capacity_ = std::exchange(other.capacity_, 0);
     length_ = std::exchange(other.length_, 0);
@@ -71,6 +131,11 @@ uint16_t CString::at(int32_t index) const {
 }
 
 void CString::set(int32_t index, uint16_t unit) {
+    ownBlock();
+    put(index, unit);
+}
+
+void CString::put(int32_t index, uint16_t unit) {
     if (wide_) {
         static_cast<char16_t*>(data_)[index] = unit;
     } else {
@@ -88,31 +153,24 @@ void CString::clear() {
 
 void CString::fit(int64_t need, size_t preservedBytes) {
     const int64_t roomy = need + (wide_ ? 16 : 8);
-    if (isInline()) {
-        if (need > kInlineBytes) {
-            void* block = CHeap::alloc(static_cast<size_t>(roomy));
-            std::memcpy(block, data_, preservedBytes);
-            data_ = block;
-            capacity_ = static_cast<int32_t>(roomy);
-        }
+    if (isInline() && need <= kInlineBytes) {
         return;
     }
-    const bool isShort = need > capacity_;
-    if (!isShort && capacity_ < need * 2) {
+    const bool isShort = isInline() || need > capacity_;
+    const bool isLong = !isShort && capacity_ >= need * 2;
+    if (!isShort && !isLong && !isShared()) {
         return;
     }
-    const int64_t capacity = isShort ? roomy : need;
-    if (preservedBytes) {
-        data_ = CHeap::realloc(data_, static_cast<size_t>(capacity));
-    } else {
-        CHeap::free(data_);
-        data_ = CHeap::alloc(static_cast<size_t>(capacity));
-    }
+    const int64_t capacity = isShort ? roomy : isLong ? need : capacity_;
+    void* const block = newBlock(capacity);
+    std::memcpy(block, data_, std::min(preservedBytes, static_cast<size_t>(capacity)));
+    releaseBlock();
+    data_ = block;
     capacity_ = static_cast<int32_t>(capacity);
 }
 
 void CString::terminate() {
-    set(length_, 0);
+    put(length_, 0);
 }
 
 void CString::setLength(int32_t length, bool preserve) {
@@ -146,6 +204,7 @@ void CString::narrow() {
     if (!wide_) {
         return;
     }
+    ownBlock();
     for (int32_t i = 0; i <= length_; ++i) {
         static_cast<uint8_t*>(data_)[i] = static_cast<uint8_t>(static_cast<const char16_t*>(data_)[i]);
     }
@@ -168,7 +227,7 @@ void CString::append(const CString& other) {
         return;
     }
     for (int32_t i = 0; i < added; ++i) {
-        set(before + i, other.at(i));
+        put(before + i, other.at(i));
     }
 }
 
@@ -177,7 +236,7 @@ void CString::appendChar(uint16_t unit) {
         widen();
     }
     setLength(length_ + 1, true);
-    set(length_ - 1, unit);
+    put(length_ - 1, unit);
 }
 
 CString CString::substring(int32_t start, int32_t count) const {
@@ -268,7 +327,7 @@ void CString::format(const CString& textTemplate, const CString* arguments, int3
         const int32_t before = result.length_;
         result.setLength(before + to - from, true);
         for (int32_t i = from; i < to; ++i) {
-            result.set(before + i - from, text.at(i));
+            result.put(before + i - from, text.at(i));
         }
     };
     for (int32_t i = 0; i < textTemplate.length_; ++i) {

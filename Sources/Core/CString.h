@@ -10,7 +10,8 @@
 namespace tarv {
 
 /// Text with value semantics, of 8-bit or 16-bit code units, with a 48-byte inline buffer. Mixed widths are accepted
-/// everywhere and compared by value of the code unit. Not safe by itself: the owner guards it.
+/// everywhere and compared by value of the code unit. A copy of a longer text takes no memory: both hold one block
+/// until one of them changes. Not safe by itself: the owner guards it, but copies may belong to different threads.
 class CString : public CHeapObject {
 public:
     CString();
@@ -98,6 +99,11 @@ private:
     int64_t bytesFor(int32_t length) const { return wide_ ? int64_t{length} * 2 + 2 : int64_t{length} + 1; }
     void fit(int64_t need, size_t preservedBytes);
     void terminate();
+    void put(int32_t index, uint16_t unit);
+    bool isShared() const;
+    void share(const CString& other);
+    void releaseBlock();
+    void ownBlock();
     void assignUnits(const CString& other, int32_t start, int32_t count);
 
     char inline_[kInlineBytes];

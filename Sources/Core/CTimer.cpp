@@ -6,14 +6,11 @@
 #include <cmath>
 #include <utility>
 
-#include "Core/CObjectWatch.h"
+#include "Core/CKeptParams.h"
 
 namespace tarv {
 
 namespace {
-
-// What a send adds: sender, name, and three of each delivery.
-constexpr size_t kSentParams = 5;
 
 /// Rounded half away from zero; what is not a number is 0.
 int32_t millisecondsOf(double seconds) {
@@ -84,15 +81,12 @@ void CTimer::onTimer() {
 
 CError* CTimer::onTick() {
     const CObjectWatch watch(*this);
-    // Out of this object for the call: a handler may destroy it, or serve the next tick inside.
-    CAttributeMap params = std::move(params_);
+    // A handler may destroy this object, or serve the next tick inside.
+    CKeptParams tick(*this, params_, 0);
     CString sender = std::move(sender_);
-    CError* error = sendEvent("tick", params, false, sender);
+    CError* error = sendEvent("tick", tick.params, false, sender);
     if (!watch.isAlive()) {
         return error;
-    }
-    if (params.size() <= kSentParams) {
-        params_ = std::move(params);
     }
     sender_ = std::move(sender);
     TARV_TRY(error);

@@ -56,6 +56,76 @@ TEST(CString, AGrownBlockKeepsTheTextWhenAsked) {
     EXPECT_EQ(text.heapCapacity(), 209);
 }
 
+TEST(CString, ACopyOfALongTextTakesNoMemoryUntilOneChanges) {
+    const CString text = repeated('a', 60);
+    const uint64_t before = CHeap::counters().allocations;
+    CString copy(text);
+    CString other("short");
+    other = copy;
+    EXPECT_EQ(other.narrowData(), text.narrowData());
+    EXPECT_EQ(CHeap::counters().allocations, before);
+    // Back to a short one, and to the long one again.
+    other = CString("short");
+    EXPECT_EQ(other, "short");
+    other = text;
+    EXPECT_EQ(CHeap::counters().allocations, before);
+    copy.set(0, 'b');
+    EXPECT_EQ(CHeap::counters().allocations, before + 1);
+    EXPECT_EQ(copy, CString("b") + repeated('a', 59));
+    EXPECT_EQ(text, repeated('a', 60));
+    EXPECT_EQ(other, repeated('a', 60));
+}
+
+TEST(CString, EachChangeOfACopyLeavesTheOtherTextAsItIs) {
+    using CChange = void (*)(CString&);
+    const CChange changes[] = {[](CString& text) { text.append("more"); },
+                               [](CString& text) { text.append(CString(text)); },
+                               [](CString& text) { text.appendChar('x'); },
+                               [](CString& text) { text.appendChar(0x141); },
+                               [](CString& text) { text.set(59, 'x'); },
+                               [](CString& text) { text.setLength(59, true); },
+                               [](CString& text) { text.setLength(10, true); },
+                               [](CString& text) { text.setLength(200, false); },
+                               [](CString& text) { text.clear(); },
+                               [](CString& text) { text.widen(); },
+                               [](CString& text) { text.narrow(); },
+                               [](CString& text) { text = "short"; },
+                               [](CString& text) { text = text.substring(1); },
+                               [](CString& text) { const CString taken(std::move(text)); }};
+    for (const bool isWide : {false, true}) {
+        const CString expected = repeated('a', 60, isWide);
+        for (const CChange change : changes) {
+            const CString text = repeated('a', 60, isWide);
+            CString copy(text);
+            const CString third(copy);
+            change(copy);
+            EXPECT_EQ(text, expected);
+            EXPECT_EQ(text.isWide(), isWide);
+            EXPECT_EQ(third, expected);
+        }
+    }
+}
+
+TEST(CString, ThreadsMayChangeTheirOwnCopies) {
+    const CString text = repeated('a', 100);
+    std::vector<std::thread> threads;
+    for (int32_t i = 0; i < 4; ++i) {
+        threads.emplace_back([text, i] {
+            for (int32_t round = 0; round < 1000; ++round) {
+                CString own(text);
+                const CString second(own);
+                own.set(round % 100, static_cast<uint16_t>('b' + i));
+                EXPECT_EQ(own.at(round % 100), 'b' + i);
+                EXPECT_EQ(second.at(round % 100), 'a');
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(text, repeated('a', 100));
+}
+
 TEST(CString, WideningZeroExtendsAndNarrowingDropsTheHighByte) {
     CString text("\xe4z");
     text.widen();

@@ -1,7 +1,7 @@
 #include "UI/Binding/CParamBridge.h"
 
+#include "Core/CKeptParams.h"
 #include "Core/CNotifyServer.h"
-#include "Core/CObjectWatch.h"
 #include "UI/Binding/CParamGesture.h"
 #include "UI/Binding/CUIParam.h"
 
@@ -140,12 +140,12 @@ void CParamBridge::valuesChanged(int32_t group, int32_t first, int32_t count, bo
     if (!isAlive || !notifyServer() || !notifyServer()->hasListeners(fullName(), kEvent)) {
         return;
     }
-    CAttributeMap params;
-    params["group"] = CAttributeValue::fromInt(group);
-    params["element-offset"] = CAttributeValue::fromInt(first);
-    params["element-count"] = CAttributeValue::fromInt(count);
-    params["is-replacing"] = CAttributeValue::fromBool(isReplacing);
-    send(kEvent, params);
+    CKeptParams change(*this, change_, 4);
+    change.params["group"] = CAttributeValue::fromInt(group);
+    change.params["element-offset"] = CAttributeValue::fromInt(first);
+    change.params["element-count"] = CAttributeValue::fromInt(count);
+    change.params["is-replacing"] = CAttributeValue::fromBool(isReplacing);
+    send(kEvent, change.params);
 }
 
 void CParamBridge::groupCountChanged() {

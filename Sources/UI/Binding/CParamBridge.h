@@ -90,6 +90,7 @@ private:
     CArray<CUIParam*, 8> params_;  ///< null for one that has left during the calls
     CArray<CParamGesture*, 2> gestures_;
     int32_t calls_ = 0;
+    CAttributeMap change_;  ///< of param-change
 };
 
 }  // namespace tarv

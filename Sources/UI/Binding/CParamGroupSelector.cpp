@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Core/CKeptParams.h"
+
 namespace tarv {
 
 CError* CParamGroupSelector::initClass(CClassDescriptor& descriptor) {
@@ -15,9 +17,9 @@ CError* CParamGroupSelector::attrGroupIndex() {
         return nullptr;
     }
     groupIndex_ = index;
-    CAttributeMap params;
-    params["index"] = CAttributeValue::fromInt(index);
-    return sendEvent(kChangeEvent, params, false);
+    CKeptParams change(*this, change_, 1);
+    change.params["index"] = CAttributeValue::fromInt(index);
+    return sendEvent(kChangeEvent, change.params, false);
 }
 
 }  // namespace tarv

@@ -18,6 +18,7 @@ private:
     [[nodiscard]] CError* attrGroupIndex();
 
     int32_t groupIndex_ = 0;
+    CAttributeMap change_;
 };
 
 }  // namespace tarv

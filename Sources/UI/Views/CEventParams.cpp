@@ -1,5 +1,7 @@
 #include "UI/Views/CEventParams.h"
 
+#include "Core/CKeptParams.h"
+
 namespace tarv {
 
 CEventParamPool::CEntry& CEventParamPool::take(CEventShape shape) {
@@ -18,10 +20,7 @@ CEventParamPool::CEntry& CEventParamPool::take(CEventShape shape) {
 
 CEventParams::CEventParams(const std::shared_ptr<CEventParamPool>& pool, CEventShape shape, const CHIDInfo& info)
     : pool_(pool), entry_(pool->take(shape)) {
-    // What handlers and listeners of the former event have added is none of this one's.
-    if (entry_.params.size() != entry_.count) {
-        entry_.params.clear();
-    }
+    CKeptParams::dropAdded(entry_.params, [this](const CString& name) { return entry_.own.indexOf(name) >= 0; });
     set("actual-x", CAttributeValue::fromReal(info.x));
     set("actual-y", CAttributeValue::fromReal(info.y));
     set("is-alt", CAttributeValue::fromBool(info.modifiers.isAlt));
@@ -34,7 +33,11 @@ CEventParams::~CEventParams() {
 }
 
 CAttributeMap& CEventParams::complete() {
-    entry_.count = entry_.params.size();
+    if (entry_.own.isEmpty()) {
+        for (const auto& param : entry_.params) {
+            entry_.own.append(param.first);
+        }
+    }
     return entry_.params;
 }
 

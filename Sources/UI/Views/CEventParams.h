@@ -11,14 +11,14 @@ namespace tarv {
 /// Which parameters an event of input has beside its position and the modifiers.
 enum class CEventShape : uint8_t { Plain, Move, Press, Wheel, Key };
 
-/// Maps of parameters that are used again, so that an event without listeners takes no memory.
+/// Maps of parameters that are used again, so that an event takes no memory.
 class CEventParamPool : public CHeapObject {
 private:
     friend class CEventParams;
     struct CEntry : CHeapObject {
         CEventShape shape = CEventShape::Plain;
         bool isTaken = false;
-        size_t count = 0;  ///< of the parameters that belong to the event
+        CArray<CString, 12> own;  ///< names of the parameters that belong to the event
         CAttributeMap params;
     };
     CEntry& take(CEventShape shape);

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "Core/CObjectWatch.h"
+#include "Core/CKeptParams.h"
 #include "Core/CSharedAttribute.h"
 #include "Core/Log.h"
 #include "UI/Views/CViewBaseState.h"
@@ -106,21 +106,27 @@ CError* CViewCommand::runEvent(CViewBaseState& view, const CAttributeMap& params
     if (!receiver) {
         return nullptr;
     }
-    CAttributeMap sent;
-    if (getAttrBool("run-event-forward-params")) {
-        sent = params;
-    }
     const CString& path = getAttrString("run-event-params");
-    if (const CObject* source = findObject(path.isEmpty() ? CString(".run-event-params") : path)) {
-        for (const auto& attribute : source->attributes()) {
-            if (attribute.first != CString("name") && attribute.first != CString("full-name")) {
-                sent[attribute.first] = attribute.second;
-            }
-        }
-    } else if (!path.isEmpty()) {
+    const CObject* source = findObject(path.isEmpty() ? CString(".run-event-params") : path);
+    if (!source && !path.isEmpty()) {
         logMissing(path, *this);
     }
-    return deliverEvent(*receiver, name, sent);
+    static const CAttributeMap none;
+    const CAttributeMap& forwarded = getAttrBool("run-event-forward-params") ? params : none;
+    const CAttributeMap& own = source ? source->attributes() : none;
+    CKeptParams sent(*this, sent_, forwarded.size() + own.size());
+    CKeptParams::dropAdded(sent.params, [&](const CString& given) {
+        return forwarded.find(given) != forwarded.end() || own.find(given) != own.end();
+    });
+    for (const auto& attribute : forwarded) {
+        sent.params[attribute.first] = attribute.second;
+    }
+    for (const auto& attribute : own) {
+        if (attribute.first != CString("name") && attribute.first != CString("full-name")) {
+            sent.params[attribute.first] = attribute.second;
+        }
+    }
+    return deliverEvent(*receiver, name, sent.params);
 }
 
 CError* CViewCommand::changeStates(CViewBaseState& target) {

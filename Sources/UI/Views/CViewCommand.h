@@ -27,6 +27,7 @@ private:
     [[nodiscard]] CError* resetSharedAttributes(CViewBaseState& view);
 
     bool isRunning_ = false;
+    CAttributeMap sent_;  ///< parameters of `run-event`
 };
 
 }  // namespace tarv

@@ -21,14 +21,17 @@ namespace tarv {
 
 using CTexts = std::vector<std::pair<std::string, std::string>>;
 
-/// Notes events as "sender event", and keeps the parameters of the last one (`test:heard`).
+/// Notes events as "sender event", and keeps the parameters of the last one (`test:heard`). Follows attributes by its
+/// own attribute `change`.
 class CHeardEvents : public CObject {
 public:
     static inline std::vector<std::string> heard;
     static inline CAttributeMap last;
     static inline std::function<void(const std::string&)> onEvent;
+    static inline std::function<void()> onChange;
     [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor) {
         descriptor.addHandler<&CHeardEvents::receive>("receive");
+        descriptor.addHandler<&CHeardEvents::changed>("change");
         return nullptr;
     }
     /// Since the last time.
@@ -42,6 +45,12 @@ public:
     }
 
 private:
+    [[nodiscard]] CError* changed() {
+        if (onChange) {
+            onChange();
+        }
+        return nullptr;
+    }
     [[nodiscard]] CError* receive(CAttributeMap& params) {
         const std::string sender = params["sender"].asString().toUtf8();
         heard.push_back(sender.substr(sender.rfind('.') + 1) + " " + params["event-name"].asString().toUtf8());
@@ -72,6 +81,7 @@ protected:
     CControlEditor() {
         CHeardEvents::heard.clear();
         CHeardEvents::onEvent = {};
+        CHeardEvents::onChange = {};
         EXPECT_EQ(consumed(CApplication::openEditor()), "");
         const CWindowHandle host = system_.desktop().openHost({100, 100, 700, 500});
         editor_ = makeEditor();

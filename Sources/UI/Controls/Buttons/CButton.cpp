@@ -1,6 +1,6 @@
 #include "UI/Controls/Buttons/CButton.h"
 
-#include "Core/CObjectWatch.h"
+#include "Core/CKeptParams.h"
 #include "UI/Binding/CControlParam.h"
 #include "UI/Binding/CUIParam.h"
 #include "UI/Views/CDragInfo.h"
@@ -14,6 +14,7 @@ namespace {
 constexpr const char* kActive = "active";
 // How long a press by a key shows.
 constexpr double kKeyPressSeconds = 0.15;
+constexpr size_t kDragParams = 4;
 
 }  // namespace
 
@@ -124,12 +125,13 @@ CError* CButton::mouseMove(CAttributeMap& params) {
     if (error || !watch.isAlive() || !isPressed_) {
         return error;
     }
+    CKeptParams drag(*this, dragParams_, kDragParams);
     for (const char* modifier : {"is-alt", "is-ctrl", "is-shift"}) {
-        dragParams_[modifier] = params[modifier];
+        drag.params[modifier] = params[modifier];
     }
     const double pixels = params["actual-x"].asReal() - pressX_ + pressY_ - params["actual-y"].asReal();
-    dragParams_["scale"] = CAttributeValue::fromReal(pixels);
-    return inputEvent("button-drag", dragParams_);
+    drag.params["scale"] = CAttributeValue::fromReal(pixels);
+    return inputEvent("button-drag", drag.params);
 }
 
 /// False for a press by a key.

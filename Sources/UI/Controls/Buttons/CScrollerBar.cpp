@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "Core/CApplication.h"
-#include "Core/CObjectWatch.h"
+#include "Core/CKeptParams.h"
 #include "UI/Drawing/CFramePieces.h"
 
 namespace tarv {
@@ -199,8 +199,9 @@ CError* CScrollerBar::setInputState(CInputState state, bool isSet) {
 }
 
 CError* CScrollerBar::sendOffset(const char* event) {
-    sent_["offset"] = CAttributeValue::fromReal(place().offset);
-    return inputEvent(event, sent_);
+    CKeptParams sent(*this, sent_, 1);
+    sent.params["offset"] = CAttributeValue::fromReal(place().offset);
+    return inputEvent(event, sent.params);
 }
 
 CError* CScrollerBar::pageTowards(double position) {

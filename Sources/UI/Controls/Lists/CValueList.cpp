@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Core/CObjectWatch.h"
+#include "Core/CKeptParams.h"
 #include "UI/Views/CViewReading.h"
 
 namespace tarv {
@@ -81,8 +81,8 @@ CError* CValueList::setItems(CItems items) {
     if (error || !watch.isAlive() || isSame) {
         return error;
     }
-    CAttributeMap none;
-    return sendEvent(kChangedEvent, none, false);
+    CKeptParams none(*this, changed_, 0);
+    return sendEvent(kChangedEvent, none.params, false);
 }
 
 CString CValueList::joinedTitles() const {

@@ -63,6 +63,7 @@ private:
     CString joinedTitles() const;
 
     CItems items_;
+    CAttributeMap changed_;
 };
 
 }  // namespace tarv

@@ -70,6 +70,23 @@ TEST_F(CScrollerBarTest, TheButtonCanBeHeldUnlessTheRealRangeIsWanted) {
     EXPECT_EQ(button(), "0+5");
 }
 
+TEST_F(CScrollerBarTest, AListenerOfADragMayDestroyTheBar) {
+    CScrollerBar& bar = add();
+    CScrollerBar* alive = &bar;
+    object("heard").listenObject(bar.fullName(), "scroll", "change");
+    listen(bar, {"scroll"});
+    CHeardEvents::onChange = [&] {
+        delete alive;
+        alive = nullptr;
+    };
+    pointAt(bar, 6, 10);
+    system_.input().press();
+    pointAt(bar, 6, 30);
+    EXPECT_EQ(alive, nullptr);
+    system_.input().release();
+    turn();
+}
+
 TEST_F(CScrollerBarTest, ADragFollowsThePointerOneToOne) {
     CScrollerBar& bar = add();
     listen(bar, {"scroll-start", "scroll", "scroll-stop"});
