@@ -14,6 +14,8 @@ namespace {
 
 constexpr const char* kActive = "active";
 constexpr const char* kDimmed = "dimmed";
+constexpr const char* kFocus = "focus";
+constexpr int32_t kMaxRounds = 16;
 
 CError* setOrUnset(CViewBaseState& view, const char* state, bool isSet) {
     return isSet ? view.setState(state) : view.unsetState(state);
@@ -101,27 +103,41 @@ CError* CSelector::listChanged() {
 }
 
 CError* CSelector::rebuild() {
+    isStale_ = true;
+    if (isRebuilding_) {
+        // A handler of a button: the call that runs begins anew.
+        return nullptr;
+    }
+    const CObjectWatch watch(*this);
+    isRebuilding_ = true;
+    CError* error = nullptr;
+    for (int32_t i = 0; i < kMaxRounds && isStale_ && !error; ++i) {
+        isStale_ = false;
+        error = rebuildOnce();
+        if (!watch.isAlive()) {
+            return error;
+        }
+    }
+    isRebuilding_ = false;
+    return error ? error : follow();
+}
+
+CError* CSelector::rebuildOnce() {
     CItems read;
     readItems(read);
     items_ = std::move(read);
     const CObjectWatch watch(*this);
-    while (buttons_.count() > items_.count()) {
+    while (watch.isAlive() && buttons_.count() > items_.count()) {
         delete buttons_.last();
-        if (!watch.isAlive()) {
-            return nullptr;
-        }
     }
     CError* error = nullptr;
     for (int32_t i = 0; !error && watch.isAlive() && i < items_.count(); ++i) {
         error = i < buttons_.count() ? nullptr : makeButton(i);
-        if (!error && watch.isAlive()) {
+        if (!error && watch.isAlive() && i < buttons_.count()) {
             error = updateButton(i);
         }
     }
-    if (!error && watch.isAlive()) {
-        error = layOutButtons();
-    }
-    return error || !watch.isAlive() ? error : follow();
+    return error || !watch.isAlive() ? error : layOutButtons();
 }
 
 CError* CSelector::makeButton(int32_t index) {
@@ -207,7 +223,7 @@ CError* CSelector::onAreaChanged(const CViewRect& visibleRect, const CViewRect& 
     const double before = areaRect(kBoxArea).width;
     CError* error = CView::onAreaChanged(visibleRect, wholeRect);
     const bool isOther = !error && watch.isAlive() && areaRect(kBoxArea).width != before;
-    return isOther ? layOutButtons() : error;
+    return isOther && state() == CObjectState::Finished ? rebuild() : error;
 }
 
 CError* CSelector::follow() {

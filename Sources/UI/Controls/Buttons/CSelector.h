@@ -67,6 +67,7 @@ private:
     [[nodiscard]] CError* attrActiveButton();
     [[nodiscard]] CError* buttonReleased(CAttributeMap& params);
     [[nodiscard]] CError* buttonPressedR(CAttributeMap& params);
+    [[nodiscard]] CError* rebuildOnce();
     [[nodiscard]] CError* makeButton(int32_t index);
     [[nodiscard]] CError* updateButton(int32_t index);
     [[nodiscard]] CError* showTitle(int32_t index, double width);
@@ -79,6 +80,8 @@ private:
     CItems items_;
     CArray<CButton*, 8> buttons_;
     int32_t active_ = -1;
+    bool isRebuilding_ = false;
+    bool isStale_ = false;  ///< the titles are to be read once more
     bool isFollowing_ = false;
 };
 

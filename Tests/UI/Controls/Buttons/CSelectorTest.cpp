@@ -58,6 +58,30 @@ TEST_F(CSelectorTest, AGroupThatIsChosenElsewhereIsShown) {
     EXPECT_EQ(shown(selector), "1 2 3 4 5 6 7 [8]");
 }
 
+TEST_F(CSelectorTest, AHandlerMayRebuildTheButtonsWhileTheyAreRebuilt) {
+    CSelector& selector = groups({{"button-title-list", "a;b;c"}, {"button-width", "balanced"}});
+    for (const char* attribute : {"hint", "title"}) {
+        for (int32_t button = 0; button < 3; ++button) {
+            for (const char* titles : {"x", "x;y", "v;w;x;y;z"}) {
+                set(selector, "button-title-list", "a;b;c");
+                delete &object("heard");
+                load("", {{"test:heard", "heard"}});
+                selector.button(button).linkObserver(object("heard"), attribute, "change");
+                CHeardEvents::onChange = [&] {
+                    CHeardEvents::onChange = {};
+                    set(selector, "button-title-list", titles);
+                };
+                set(selector, "button-title-list", "Much too wide for it;Much too wide for it;f;g");
+                EXPECT_EQ(CHeardEvents::onChange, nullptr);
+                const std::string rest = std::string(titles).substr(1);
+                std::string expected = std::string("[") + titles[0] + "]" + rest;
+                std::replace(expected.begin(), expected.end(), ';', ' ');
+                EXPECT_EQ(shown(selector), expected) << attribute << button;
+            }
+        }
+    }
+}
+
 TEST_F(CSelectorTest, AValueWithoutAButtonActivatesNone) {
     CSelector& selector = groups();
     set(object("sel"), "group-index", "11");
