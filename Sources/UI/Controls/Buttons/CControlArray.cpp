@@ -249,7 +249,8 @@ CError* CControlArray::mouseWheel(CAttributeMap& params) {
         return nullptr;
     }
     setHandled(params);
-    wheelRest_ += params["delta"].asReal();
+    wheelRest_ = (index == wheeled_ ? wheelRest_ : 0.0) + params["delta"].asReal();
+    wheeled_ = index;
     const double notches = std::trunc(wheelRest_);
     wheelRest_ -= notches;
     const int32_t current = values->indexOf(valueOf(index));

@@ -80,7 +80,8 @@ private:
     CArray<CView*, 8> objects_;
     CUIParam* params_[kRoleCount] = {};
     CParamGesture gesture_;
-    double wheelRest_ = 0.0;
+    double wheelRest_ = 0.0;  ///< of a notch, on the control below
+    int32_t wheeled_ = -1;
     bool isUpdating_ = false;
     bool isStale_ = false;
 };

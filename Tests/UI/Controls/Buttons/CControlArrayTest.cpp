@@ -172,6 +172,24 @@ TEST_F(CControlArrayTest, EachNotchOfTheWheelGoesOnByAnEntry) {
     EXPECT_EQ(engineValue("io-params.in-routing", 0, 1), 2.0);
 }
 
+TEST_F(CControlArrayTest, HalfANotchStaysWithItsControl) {
+    CControlArray& array = routing();
+    pointAt(array.object(0));
+    EXPECT_TRUE(system_.input().wheel(-0.5));
+    pointAt(array.object(1));
+    EXPECT_TRUE(system_.input().wheel(-0.5));
+    turn();
+    EXPECT_EQ(engineValue("io-params.in-routing", 0, 0), 1.0);
+    EXPECT_EQ(engineValue("io-params.in-routing", 0, 1), 2.0);
+    EXPECT_TRUE(system_.input().wheel(-0.5));
+    turn();
+    EXPECT_EQ(engineValue("io-params.in-routing", 0, 1), 3.0);
+    pointAt(array.object(0));
+    EXPECT_TRUE(system_.input().wheel(-0.5));
+    turn();
+    EXPECT_EQ(engineValue("io-params.in-routing", 0, 0), 1.0) << "the pointer has been elsewhere";
+}
+
 TEST_F(CControlArrayTest, WithoutAListTheWheelGoesOn) {
     CControlArray& array = add({}, {param("ui-param-values", "ui.test-in")});
     pointAt(array.object(0));
