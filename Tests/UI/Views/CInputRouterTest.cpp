@@ -348,9 +348,18 @@ TEST_F(CInputRouterTest, ListenersOfAViewGetItsEvents) {
     EXPECT_EQ(heard(), "a.mouse-enter a+hover a.mouse-press b.received a+pushed");
     EXPECT_EQ(at("r.b").params.at("sender").asString(), "ui.r.a");
     release(10, 10);
-    // What the listener's delivery has added is gone from the next event.
+    // What a handler adds is gone from the next event, of which each delivery writes its own names anew.
+    CRoutedView::actions["a.mouse-press"] = [](CRoutedView&, CAttributeMap& params) {
+        params["more"] = CAttributeValue::fromInt(1);
+    };
     press(10, 10);
-    EXPECT_EQ(at("r.a").params.count("listener"), 0u);
+    EXPECT_EQ(at("r.a").params.count("more"), 0u);
+    EXPECT_EQ(at("r.b").params.count("more"), 1u);
+    EXPECT_EQ(at("r.b").params.at("listener").asString(), "ui.r.b");
+    CRoutedView::actions.clear();
+    release(10, 10);
+    press(10, 10);
+    EXPECT_EQ(at("r.b").params.count("more"), 0u);
 }
 
 }  // namespace
