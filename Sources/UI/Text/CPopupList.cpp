@@ -1,27 +1,13 @@
 #include "UI/Text/CPopupList.h"
 
-#include <utility>
-
-#include "Core/CApplication.h"
 #include "Core/CObjectWatch.h"
-#include "Core/Log.h"
-#include "Platform/Keyboard.h"
 #include "UI/Views/CViewWindow.h"
 
 namespace tarv {
 
 namespace {
 
-constexpr const char* kTemplate = "ui:window-app-popup-list";
 constexpr int32_t kMaxTargets = 64;
-/// Parameters that a list hands on to the list below one of its rows.
-constexpr const char* kHandedOn[] = {"popup-text-source", "list-id", "result-target", "result-target-index-attr",
-                                     "result-target-redirect-attr"};
-
-uint16_t lowered(uint16_t unit) {
-    return unit >= 'A' && unit <= 'Z' ? static_cast<uint16_t>(unit + ('a' - 'A')) : unit;
-}
-
 }  // namespace
 
 CPopupList::~CPopupList() {
@@ -32,6 +18,14 @@ CError* CPopupList::initClass(CClassDescriptor& descriptor) {
     descriptor.addHandler<&CPopupList::limitWidth>("popup-width-limit");
     descriptor.addHandler<&CPopupList::limitHeight>("popup-height-limit");
     return CTextView::initClass(descriptor);
+}
+
+CError* CPopupList::open(const CObject& control, CViewBaseCtlEvents& opener, CAttributeMap& params) {
+    constexpr const char* kTemplate = "popup-template";
+    const CString& own = control.getAttrString(kTemplate);
+    const CString name = own.isEmpty() ? CString("ui:window-app-popup-list") : own;
+    params[kTemplate] = CAttributeValue::fromString(name);
+    return opener.openPopup(name, params);
 }
 
 const CString& CPopupList::param(const char* name) const {
@@ -50,7 +44,8 @@ CObject* CPopupList::originalOpener() const {
 CError* CPopupList::finishInit() {
     TARV_TRY(setAttribute("is-list", CString("true")));
     TARV_TRY(setAttribute("is-drop-down-behavior-disabled", CString("false")));
-    TARV_TRY(setAttribute("is-focusable", CString("true")));
+    // The keys come from the list above.
+    TARV_TRY(setAttribute("is-focusable", CAttributeValue::fromBool(!above())));
     const CString& border = param("popup-inner-border");
     if (!border.isEmpty()) {
         TARV_TRY(setAttribute("inner-border", border));
@@ -84,112 +79,11 @@ bool CPopupList::animate(double now) {
         --openingTicks_;
         scrollToParagraph(selectedParagraph());
     }
-    if (isFirst && window()) {
+    if (isFirst && window() && !above()) {
         window()->setKeyFocusView(this);
     }
-    TARV_CONSUME(watch.isAlive() ? openHovered(now) : nullptr);
+    TARV_CONSUME(watch.isAlive() ? workHovered(now) : nullptr);
     return !watch.isAlive() || isMoving || openingTicks_ > 0 || isHovering();
-}
-
-/// The pointer is on another row, or on none.
-void CPopupList::noteHover() {
-    if (hoveredParagraph() == lastHover_) {
-        return;
-    }
-    lastHover_ = hoveredParagraph();
-    const CObject* hovered = row(lastHover_);
-    hoverRow_ = hovered && hovered->getAttrBool("has-sub-list") ? lastHover_ : -1;
-    hoverSince_ = now();
-    if (isHovering()) {
-        startTimer();
-    }
-}
-
-CError* CPopupList::openHovered(double now) {
-    if (!isHovering() || now - hoverSince_ < kHoverSeconds) {
-        return nullptr;
-    }
-    const int32_t index = std::exchange(hoverRow_, -1);
-    const CObject* hovered = row(index);
-    return hovered && hovered->getAttrBool("has-sub-list") ? openSubList(index, CString(hovered->getAttrString("id")))
-                                                           : nullptr;
-}
-
-CError* CPopupList::mouseEnter(CAttributeMap& params) {
-    const CObjectWatch watch(*this);
-    CError* error = CTextView::mouseEnter(params);
-    if (watch.isAlive()) {
-        noteHover();
-    }
-    return error;
-}
-
-CError* CPopupList::mouseMove(CAttributeMap& params) {
-    const CObjectWatch watch(*this);
-    CError* error = CTextView::mouseMove(params);
-    if (watch.isAlive()) {
-        noteHover();
-    }
-    return error;
-}
-
-CError* CPopupList::mouseExit(CAttributeMap& params) {
-    const CObjectWatch watch(*this);
-    CError* error = CTextView::mouseExit(params);
-    if (watch.isAlive()) {
-        noteHover();
-    }
-    return error;
-}
-
-CError* CPopupList::inputEvent(const CString& name, CAttributeMap& params) {
-    // The list below a row has closed: the keys come here again.
-    if (name == CString("popup-closed") && window()) {
-        window()->setKeyFocusView(this);
-    }
-    return CTextView::inputEvent(name, params);
-}
-
-CError* CPopupList::keyPress(CAttributeMap& params) {
-    const CObjectWatch watch(*this);
-    CError* error = CTextView::keyPress(params);
-    if (error || !watch.isAlive() || isHandled(params)) {
-        return error;
-    }
-    const int32_t key = params["keycode"].asInt();
-    const CString characters = params["characters"].asString();
-    const int32_t index = selectedParagraph();
-    const CObject* selected = row(index);
-    if (key == kKeyLeft && dynamic_cast<CPopupList*>(opener())) {
-        setHandled(params);
-        return close();
-    }
-    if (selected && (key == kKeySpace || (key == kKeyRight && selected->getAttrBool("has-sub-list")))) {
-        setHandled(params);
-        return paragraphChosen(index);
-    }
-    const bool isPlain = !params["is-ctrl"].asBool() && !params["is-alt"].asBool();
-    if (isPlain && characters.length() == 1 && characters.at(0) > ' ') {
-        setHandled(params);
-        const int32_t found = rowBeginningWith(characters.at(0));
-        if (found >= 0) {
-            return selectByUser(found);
-        }
-    }
-    return nullptr;
-}
-
-/// From the row behind the selected one on, around the end; -1 for none.
-int32_t CPopupList::rowBeginningWith(uint16_t unit) const {
-    for (int32_t i = 1; i <= paragraphCount(); ++i) {
-        const int32_t index =
-            (selectedParagraph() + i + (selectedParagraph() < 0 ? paragraphCount() : 0)) % paragraphCount();
-        const CString text = paragraphText(index);
-        if (!text.isEmpty() && lowered(text.at(0)) == lowered(unit)) {
-            return index;
-        }
-    }
-    return -1;
 }
 
 CError* CPopupList::paragraphChosen(int32_t index) {
@@ -198,19 +92,19 @@ CError* CPopupList::paragraphChosen(int32_t index) {
         return nullptr;
     }
     // Read before the handlers, which may destroy the row.
-    const bool hasSubList = chosen->getAttrBool("has-sub-list");
+    const bool isAboveList = hasSubList(index);
     const CString id = chosen->getAttrString("id");
     CAttributeMap params;
     params["index"] = CAttributeValue::fromInt(index);
-    params["text"] = CAttributeValue::fromPlainString(paragraphText(index));
+    params["text"] = CAttributeValue::fromPlainString(rowText(index));
     params["id"] = CAttributeValue::fromPlainString(id);
     const CObjectWatch watch(*this);
     CError* error = CTextView::paragraphChosen(index);
     if (error || !watch.isAlive()) {
         return error;
     }
-    if (hasSubList) {
-        return openSubList(index, id);
+    if (isAboveList) {
+        return index == openRow_ && below() ? enterBelow() : openBelow(index, id, false);
     }
     params["list-id"] = CAttributeValue::fromPlainString(param("list-id"));
     const CObject* first = originalOpener();
@@ -218,36 +112,6 @@ CError* CPopupList::paragraphChosen(int32_t index) {
     // Closed first, so that the receiver may open another popup, or edit a text, in the window that waited.
     error = closeAll();
     return error || !watch.isAlive() ? error : answer(params);
-}
-
-/// Lists that this one is below.
-int32_t CPopupList::depth() const {
-    int32_t above = 0;
-    for (const auto* list = dynamic_cast<CPopupList*>(opener()); list;
-         list = dynamic_cast<CPopupList*>(list->opener())) {
-        ++above;
-    }
-    return above;
-}
-
-CError* CPopupList::openSubList(int32_t index, const CString& id) {
-    hoverRow_ = -1;
-    if (depth() + 1 >= kMaxDepth) {
-        logLineIn("Too many recursions", fullName());
-        return nullptr;
-    }
-    CAttributeMap params;
-    for (const char* name : kHandedOn) {
-        params[name] = CAttributeValue::fromString(param(name));
-    }
-    const CObject* first = originalOpener();
-    params["original-opener"] = CAttributeValue::fromString(first ? first->fullName() : CString());
-    params["popup-dynamic-list-parent-id"] = CAttributeValue::fromPlainString(id);
-    params["is-popup-toggle-always-create"] = CAttributeValue::fromBool(true);
-    params["window-alignment"] = CAttributeValue::fromString("right");
-    const CViewRect box = wholeRect();
-    params["shift-y"] = CAttributeValue::fromReal((rowRect(index).y - box.y) / CApplication::uiScale());
-    return openPopup(kTemplate, params);
 }
 
 CError* CPopupList::findTarget(CObject*& target) const {
@@ -275,8 +139,8 @@ CError* CPopupList::answer(CAttributeMap& params) {
     if (!target) {
         // The window of the opener finds the receiver.
         CPopupList* list = this;
-        while (auto* above = dynamic_cast<CPopupList*>(list->opener())) {
-            list = above;
+        while (CPopupList* const next = list->above()) {
+            list = next;
         }
         return static_cast<CViewBaseCtlEvents*>(list->rootView())->passEvent("popup-result", params);
     }
@@ -295,8 +159,8 @@ CError* CPopupList::answer(CAttributeMap& params) {
 /// This window, and those of the lists that it is below.
 CError* CPopupList::closeAll() {
     // A window takes those that it has opened with it.
-    auto* above = dynamic_cast<CPopupList*>(opener());
-    return above ? above->closeAll() : close();
+    CPopupList* const first = above();
+    return first ? first->closeAll() : close();
 }
 
 CError* CPopupList::close() {

@@ -6,6 +6,9 @@ namespace tarv {
 
 namespace {
 
+/// Between the text of a row and its picture.
+constexpr const char* kMarkGap = "  ";
+
 const char* attributeOf(const CObject& item) {
     return item.getAttrString("value").isEmpty() ? "title" : "value";
 }
@@ -50,6 +53,14 @@ const CObject* CPopupList::row(int32_t index) const {
     return nullptr;
 }
 
+/// As it was given, without what stands before its picture.
+CString CPopupList::rowText(int32_t index) const {
+    const CString text = paragraphText(index);
+    const CObject* const found = row(index);
+    const bool isMarked = found && !found->children().isEmpty() && text.endsWith(kMarkGap);
+    return isMarked ? text.substring(0, text.length() - CString(kMarkGap).length()) : text;
+}
+
 CError* CPopupList::addRow(const CDynamicListRows::CRow& row) {
     CAttributeMap attributes;
     attributes["is-paragraph"] = CAttributeValue::fromBool(true);
@@ -68,10 +79,10 @@ CError* CPopupList::addRow(const CDynamicListRows::CRow& row) {
 /// The text itself may hold no marks.
 CError* CPopupList::addMarks(CObject& made, const CDynamicListRows::CRow& row) {
     const char* marks = row.hasSubList ? "[IMG=is.button#ArrowRight:Action]" : "[IMG=is.button#Check:Action]";
+    CAttributeMap picture;
+    picture["value"] = CAttributeValue::fromString(CString(kMarkGap) + marks);
     CAttributeMap text;
     text["value"] = made.attributes().at("title");
-    CAttributeMap picture;
-    picture["value"] = CAttributeValue::fromString(marks);
     CObject* content = nullptr;
     TARV_TRY(made.createChild(content, "core:object", "content", false, &text));
     TARV_TRY(made.createChild(content, "core:object", "content", false, &picture));

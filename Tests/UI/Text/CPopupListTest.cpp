@@ -120,6 +120,29 @@ TEST_F(CPopupListTest, TheKeysOfAList) {
     EXPECT_FALSE(tap(kKeySpace, "", u" "));
 }
 
+TEST_F(CPopupListTest, CharactersTypedInARowGoToTheRowThatBeginsWithThem) {
+    openOpener({row("Flat"), row("Bright"), row("Bass"), row("Bass cut"), row("Boom")});
+    openList();
+    const auto typeOne = [this](char16_t unit) { EXPECT_TRUE(tap(unit, "", std::u16string(1, unit))); };
+    for (const char16_t unit : {u'B', u'a'}) {
+        typeOne(unit);
+    }
+    EXPECT_EQ(list()->selectedParagraph(), 2);
+    for (const char16_t unit : std::u16string(u"ss")) {
+        typeOne(unit);
+    }
+    EXPECT_EQ(list()->selectedParagraph(), 2);
+    system.advance(CPopupList::kTypingSeconds);
+    typeOne(u'b');
+    EXPECT_EQ(list()->selectedParagraph(), 3) << "one character alone goes on";
+    typeOne(u'b');
+    EXPECT_EQ(list()->selectedParagraph(), 4);
+    typeOne(u'b');
+    EXPECT_EQ(list()->selectedParagraph(), 1) << "around the end";
+    typeOne(u'f');
+    EXPECT_EQ(list()->selectedParagraph(), 0) << "no row begins with both";
+}
+
 TEST_F(CPopupListTest, TheWidthIsThatOfTheOpenerOrOfTheRows) {
     openOpener();
     openList();

@@ -20,6 +20,11 @@ public:
             rows.check();
             return nullptr;
         }
+        if (parentId == CString("two")) {
+            rows.add("Session", "s", true);
+            rows.add("Deep", "deep", true);
+            return nullptr;
+        }
         if (!(parentId == CString("s"))) {
             TARV_FAIL("@tarvstr_CTestDynamicList_generateSubList_InvalidListId Invalid list identifier %1.", parentId);
         }

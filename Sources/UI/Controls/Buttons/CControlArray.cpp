@@ -7,13 +7,13 @@
 #include "UI/Binding/CParamBridge.h"
 #include "UI/Binding/CUIParam.h"
 #include "UI/Controls/Buttons/CButton.h"
+#include "UI/Text/CPopupList.h"
 
 namespace tarv {
 
 namespace {
 
 constexpr const char* kParams[] = {"ui-param-count", "ui-param-values", "ui-param-selected-object"};
-constexpr const char* kListTemplate = "ui:window-app-popup-list";
 // However many a parameter or a definition asks for.
 constexpr int32_t kMostObjects = 1024;
 constexpr int32_t kMaxRounds = 16;
@@ -209,7 +209,7 @@ CError* CControlArray::openList(int32_t index) {
     params["result-target"] = CAttributeValue::fromString(fullName());
     params["list-id"] = CAttributeValue::fromInt(index);
     params["selected-item"] = CAttributeValue::fromInt(values->indexOf(valueOf(index)));
-    return objects_[index]->openPopup(kListTemplate, params);
+    return CPopupList::open(*this, *objects_[index], params);
 }
 
 /// The answer of a list.

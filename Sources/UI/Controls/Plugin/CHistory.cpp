@@ -3,6 +3,7 @@
 #include "Audio/Client/CAudioInterfaceClient.h"
 #include "Core/CObjectWatch.h"
 #include "UI/Controls/Lists/CValueList.h"
+#include "UI/Text/CPopupList.h"
 #include "UI/Views/CViewReading.h"
 
 namespace tarv {
@@ -13,7 +14,6 @@ constexpr const char* kList = ".history-list";
 constexpr const char* kUndoButton = ".button-undo";
 constexpr const char* kSelectButton = ".button-select";
 constexpr const char* kRedoButton = ".button-redo";
-constexpr const char* kPopup = "ui:window-app-popup-list";
 
 }  // namespace
 
@@ -97,7 +97,7 @@ CError* CHistory::openList() {
     params["result-target"] = CAttributeValue::fromString(fullName());
     params["selected-item"] = CAttributeValue::fromInt(list()->getAttrInt("selected-item"));
     params["list-id"] = CAttributeValue::fromInt(shown_);
-    return button->openPopup(kPopup, params);
+    return CPopupList::open(*this, *button, params);
 }
 
 CError* CHistory::stepChosen(CAttributeMap& params) {

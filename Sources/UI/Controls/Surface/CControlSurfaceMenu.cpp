@@ -11,12 +11,12 @@
 #include "UI/Controls/Surface/CControlSurface.h"
 #include "UI/Controls/Surface/CRuler.h"
 #include "UI/Views/CViewWindow.h"
+#include "UI/Text/CPopupList.h"
 
 namespace tarv {
 
 namespace {
 
-constexpr const char* kListTemplate = "ui:window-app-popup-list";
 constexpr const char* kTypeRow = "type";
 constexpr const char* kResetRow = "reset";
 constexpr const char* kResetAllRow = "reset-all";
@@ -49,7 +49,6 @@ CError* CControlSurface::mousePressR(CAttributeMap& params) {
     popup["is-popup-toggle-always-create"] = CAttributeValue::fromBool(true);
     popup["shift-x"] = CAttributeValue::fromReal(1.0);
     popup["shift-y"] = CAttributeValue::fromReal(1.0);
-    popup["result-target"] = CAttributeValue::fromString(fullName());
     popup["popup-text-source"] = CAttributeValue::fromString(list->fullName());
     if (hasList) {
         const double selected = editable_->paramValue(CRole::Popup, point);
@@ -101,6 +100,7 @@ CError* CControlSurface::markMenuPoint() {
 /// The items behind the rows of the popup; null where its rows are mere texts, whose value is their index.
 const CValueList* CControlSurface::popupValues() const {
     return dynamic_cast<const CValueList*>(editable_->findChild("value-list"));
+    return CPopupList::open(*this, *this, popup);
 }
 
 /// The group that the curve can be copied to: that of the linked list.
