@@ -11,7 +11,17 @@ namespace {
 
 using CTexts = std::vector<std::string>;
 
-class X11Window : public CXDesktop {};
+class X11Window : public CXDesktop {
+protected:
+    /// A popup that stays where the user goes elsewhere.
+    static CWindowRequest lasting(CWindowHandle parent) {
+        CWindowRequest request;
+        request.parent = parent;
+        request.bounds = {300, 200, 400, 260};
+        request.isLasting = true;
+        return request;
+    }
+};
 
 TEST_F(X11Window, AChildStandsInTheWindowOfTheHost) {
     CXRecorder recorder;
@@ -206,10 +216,7 @@ TEST_F(X11Window, APopupOfTheTaskbarIsLeftToTheWindowManager) {
 TEST_F(X11Window, ALastingPopupIsLeftToTheWindowManagerWithoutAButtonInTheTaskbar) {
     CXRecorder recorder;
     CPlatformError error = 0;
-    CWindowRequest request;
-    request.parent = host;
-    request.bounds = {300, 200, 400, 260};
-    request.isLasting = true;
+    const CWindowRequest request = lasting(host);
     client.setFocus(host);
     auto window = system.createWindow(request, recorder, error);
     const auto id = static_cast<xcb_window_t>(window->handle());
@@ -228,10 +235,7 @@ TEST_F(X11Window, ALastingPopupIsLeftToTheWindowManagerWithoutAButtonInTheTaskba
 TEST_F(X11Window, GivesTheFocusBackThatAManagerGaveToALastingPopupFirst) {
     CXRecorder recorder;
     CPlatformError error = 0;
-    CWindowRequest request;
-    request.parent = host;
-    request.bounds = {300, 200, 400, 260};
-    request.isLasting = true;
+    const CWindowRequest request = lasting(host);
     client.setFocus(host);
     const auto window = system.createWindow(request, recorder, error);
     window->show(true);
@@ -249,10 +253,7 @@ TEST_F(X11Window, APopupIsHiddenWithTheWindowOfTheHostAndComesAgainWithIt) {
     CXRecorder recorder, list;
     const auto window = child(recorder);
     CPlatformError error = 0;
-    CWindowRequest request;
-    request.parent = window->handle();
-    request.bounds = {300, 200, 400, 260};
-    request.isLasting = true;
+    const CWindowRequest request = lasting(window->handle());
     const auto opened = system.createWindow(request, list, error);
     opened->show(true);
     settle();

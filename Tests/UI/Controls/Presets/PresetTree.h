@@ -7,6 +7,7 @@
 #include "Tests/Audio/Stores/TestBanks.h"
 #include "Tests/Core/LogCapture.h"
 #include "Tests/Core/TestApplication.h"
+#include "Tests/Product/ParamPaths.h"
 #include "Tests/Product/ProductTree.h"
 #include "UI/Controls/Presets/CPresetCatalog.h"
 #include "UI/Text/CPopupList.h"
@@ -20,8 +21,8 @@ inline constexpr const char* kRegistry = "plugin.param-registry";
 inline constexpr const char* kRoutingRegistry = "plugin.param-registry-io";
 inline constexpr const char* kBanks = "shared-banks";
 inline constexpr const char* kRouting = "routing-presets";
-inline constexpr const char* kOutGain = "plugin.modMain.modOutGain.gain";
-inline constexpr const char* kInRouting = "plugin.modMain.io-params.in-routing";
+using engine::kInRouting;
+using engine::kOutGain;
 
 /// First line of a failure, "" for success.
 inline std::string firstLine(CError* error) {
