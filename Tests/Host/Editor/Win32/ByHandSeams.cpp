@@ -1,16 +1,29 @@
-// What windows in memory need of the system below them: a clock that is set, and posts that are taken on demand.
-
-#include <windows.h>
+// What windows in memory need of the system below them: a clock that is set, and posts that are taken on demand. The
+// system's own queue would cost several calls to its server for each tick.
 
 #include <atomic>
 #include <cmath>
 #include <limits>
-#include <vector>
 
+#include "Platform/EventPost.h"
 #include "Platform/Posix/ClockByHand.h"
-#include "Platform/Posix/EventQueue.h"
 
-// What the linker puts in place of tarv::clockSeconds in this program; the library has its own.
+namespace tarv {
+
+// Posix/EventPost.cpp under names that leave those of Windows to the program's other users.
+CPlatformError openEventQueue(CEventHandler handler, void* user, CEventWindow& window);
+void closeEventQueue(CEventWindow window);
+CPlatformError postToQueue(CEventWindow window, uintptr_t cookie);
+
+}  // namespace tarv
+
+// What the linker puts in place of functions of the seam in this program; the library has its own.
+extern "C" tarv::CPlatformError wrappedOpen(
+    tarv::CEventHandler handler, void* user,
+    tarv::CEventWindow& window) __asm__("__wrap__ZN4tarv15openEventWindowEPFvPvyES0_Ry");
+extern "C" void wrappedClose(tarv::CEventWindow window) __asm__("__wrap__ZN4tarv16closeEventWindowEy");
+extern "C" tarv::CPlatformError wrappedPost(tarv::CEventWindow window,
+                                            uintptr_t cookie) __asm__("__wrap__ZN4tarv9postEventEyy");
 extern "C" double wrappedClockSeconds() __asm__("__wrap__ZN4tarv12clockSecondsEv");
 extern "C" double realClockSeconds() __asm__("__real__ZN4tarv12clockSecondsEv");
 
@@ -25,6 +38,18 @@ double wrappedClockSeconds() {
     return std::isnan(byHand) ? realClockSeconds() : byHand;
 }
 
+tarv::CPlatformError wrappedOpen(tarv::CEventHandler handler, void* user, tarv::CEventWindow& window) {
+    return tarv::openEventQueue(handler, user, window);
+}
+
+void wrappedClose(tarv::CEventWindow window) {
+    tarv::closeEventQueue(window);
+}
+
+tarv::CPlatformError wrappedPost(tarv::CEventWindow window, uintptr_t cookie) {
+    return tarv::postToQueue(window, cookie);
+}
+
 namespace tarv {
 
 void setClockByHand(double seconds) {
@@ -33,26 +58,6 @@ void setClockByHand(double seconds) {
 
 void releaseClock() {
     handSeconds.store(std::numeric_limits<double>::quiet_NaN());
-}
-
-/// Of the windows that this program itself has for posts; those of a library belong to its editor.
-int pumpEvents() {
-    std::vector<HWND> windows;
-    for (HWND at = nullptr; (at = FindWindowExW(HWND_MESSAGE, at, nullptr, nullptr));) {
-        const auto module = reinterpret_cast<HMODULE>(GetWindowLongPtrW(at, GWLP_HINSTANCE));
-        if (GetWindowThreadProcessId(at, nullptr) == GetCurrentThreadId() && module == GetModuleHandleW(nullptr)) {
-            windows.push_back(at);
-        }
-    }
-    int delivered = 0;
-    for (const HWND window : windows) {
-        MSG message;
-        while (IsWindow(window) && PeekMessageW(&message, window, 0, 0, PM_REMOVE)) {
-            DispatchMessageW(&message);
-            ++delivered;
-        }
-    }
-    return delivered;
 }
 
 }  // namespace tarv
