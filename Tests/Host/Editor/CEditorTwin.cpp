@@ -66,8 +66,9 @@ CEditorTwin::CEditorTwin(const CIntRect& screen, const CIntRect& host) : CProduc
     wait(kFirstTurns);
 }
 
-void CEditorTwin::restart() {
+void CEditorTwin::restart(const CIntRect& host) {
     end();
+    renewHost(host);
     CGlobalData::instance().reset();
     CLocalData::instance().reset();
     start();
@@ -78,6 +79,10 @@ std::string CEditorTwin::libraryFolder() {
     std::u16string path;
     EXPECT_EQ(realDataRootPath(CDataRoot::kUser, path), 0u);
     return std::filesystem::path(path + u"/Tarvelo").string();
+}
+
+std::string CEditorTwin::folder() {
+    return std::filesystem::path(CTwinFolder::common().path() + u"/user/Tarvelo").string();
 }
 
 CScreenPoint CEditorTwin::where(const CSpot& spot) {

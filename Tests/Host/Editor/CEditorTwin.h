@@ -21,9 +21,11 @@ public:
 
     /// Of the library's data, not the twin's: the folder of the maker below that of the user.
     static std::string libraryFolder();
+    /// The same of the twin's.
+    static std::string folder();
 
-    /// Ends the effect and takes a new one, which knows only what is stored.
-    void restart();
+    /// Ends the effect and takes a new one, which knows only what is stored, for a window of the host.
+    void restart(const CIntRect& host);
     /// The middle of what is seen of a view, moved by the spot's pixels. Fails the test where nothing is seen.
     CScreenPoint where(const CSpot& spot);
     /// Of a row of a list in a window.
@@ -48,6 +50,7 @@ public:
     using CProductEditor::heard;
     using CProductEditor::openEditor;
     using CProductEditor::system_;
+    using CProductEditor::text;
     using CProductEditor::tree;
     using CProductEditor::wait;
 

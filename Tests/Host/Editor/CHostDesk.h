@@ -18,7 +18,7 @@ struct CHeldThings {
 };
 
 /// A key that is held while another one is struck.
-enum class CHeldKey : uint8_t { None, Shift, Ctrl };
+enum class CHeldKey : uint8_t { None, Shift, Ctrl, Alt };
 
 /// A host's side of the system with windows, a user's hands and eyes. Points are pixels of such a window. Each call of
 /// a hand is served before it returns. One at a time.
@@ -61,9 +61,11 @@ public:
     /// By notches, up is positive.
     void wheel(int notches);
     void strikeSpace() { strike(' '); }
+    static constexpr char kF2 = '\x02';
     /// A key of a keyboard of the United States by its character, a small letter, a figure, a blank, '-', '.', '\r' for
-    /// Enter, '\t' for Tab or '\x1b' for Escape, while the held key is down.
+    /// Enter, '\t' for Tab, '\x1b' for Escape or kF2, while the held key is down.
     void strike(char key, CHeldKey held = CHeldKey::None);
+    void hold(CHeldKey key, bool isDown);
     /// Small letters, capitals with Shift, figures, blanks, '-' and '.'.
     void type(const std::string& text);
     bool hasFocus(void* parent) const;

@@ -26,10 +26,6 @@ protected:
     static CSpot value(const char* view, int32_t band) {
         return std::string("c.") + view + ".cs-sliders.ruler-values.label" + (band > 0 ? "#" + number(band) : "");
     }
-    std::string shown(int32_t parameter) { return effect.text(vst::kEffectGetParamDisplay, parameter); }
-    bool becomes(int32_t parameter, const char* text) {
-        return desk.until([&] { return shown(parameter) == text; });
-    }
 };
 
 TEST_F(ProductBars, EachFollowsADragThatTheHostHearsAsOneGestureOfThatParameterAlone) {

@@ -12,10 +12,6 @@ constexpr const char* kRedo = "c.buttons.history.button-redo";
 
 class ProductButtons : public ProductWindow {
 protected:
-    std::string shown(int32_t parameter) { return effect.text(vst::kEffectGetParamDisplay, parameter); }
-    bool becomes(int32_t parameter, const char* text) {
-        return desk.until([&] { return shown(parameter) == text; });
-    }
     /// A step of the history: wheel notches on one control within half a second are one.
     void turn(int32_t band, int notches) {
         wheel(column("xeq1", band), notches);

@@ -15,15 +15,14 @@ constexpr const char* kConfirm = "ui.win-confirmation.c.buttons.ok";
 
 class ProductPresets : public ProductWindow {
 protected:
-    std::string shown(int32_t parameter) { return effect.text(vst::kEffectGetParamDisplay, parameter); }
-    bool becomes(int32_t parameter, const char* text) {
-        return desk.until([&] { return shown(parameter) == text; });
-    }
     void openManager() {
         click("c.buttons.preset-manager");
         expectSame("the manager opened");
     }
     static std::string button(const char* name) { return std::string(kManager) + name; }
+    std::string row(const char* column, int32_t index) {
+        return twin->at<CTextView>(std::string(kManager) + column + ".outline.list").paragraphText(index).toUtf8();
+    }
     int32_t rows(const char* column) {
         return twin->at<CTextView>(std::string(kManager) + column + ".outline.list").paragraphCount();
     }
@@ -116,6 +115,109 @@ TEST_F(ProductPresets, AreThereWhenTheHostStartsAgain) {
     clickRow(std::string(kManager) + "banks.outline.list", 2);
     expectSame("the bank of the last time");
     EXPECT_EQ(rows("presets"), 1);
+}
+
+TEST_F(ProductPresets, AreRenamedByASecondPressAndByF2) {
+    openManager();
+    click(button("banks.buttons.add"));
+    click(button("presets.buttons.add"));
+    expectSame("a preset added");
+    const std::string list = std::string(kManager) + "presets.outline.list";
+    // What was added is selected.
+    clickRow(list, 0);
+    keepStill();
+    expectSame("the name is edited");
+    type("Drums 1");
+    strike('\r');
+    expectSame("renamed");
+    EXPECT_EQ(row("presets", 0), "Drums 1");
+    strike(CHostDesk::kF2);
+    type("Bass");
+    strike('\x1b');
+    expectSame("dropped");
+    EXPECT_EQ(row("presets", 0), "Drums 1");
+    clickRow(list, 0);
+    strike(CHostDesk::kF2);
+    type("Horns");
+    strike('\r');
+    expectSame("renamed by its key");
+    EXPECT_EQ(row("presets", 0), "Horns");
+    clickRow(std::string(kManager) + "banks.outline.list", 2);
+    strike(CHostDesk::kF2);
+    type("Mine");
+    strike('\r');
+    expectSame("the bank renamed");
+    EXPECT_EQ(row("banks", 2), "Mine");
+    EXPECT_EQ(desk.heard(parent), "");
+    restart();
+    openManager();
+    EXPECT_EQ(row("banks", 2), "Mine");
+    clickRow(std::string(kManager) + "banks.outline.list", 2);
+    expectSame("the names of the last time");
+    EXPECT_EQ(row("presets", 0), "Horns");
+}
+
+TEST_F(ProductPresets, TheDefaultIsWhatANewInstanceStartsWithUntilItIsCleared) {
+    wheel(column("xeq1", 3), 5);
+    EXPECT_TRUE(becomes(4, "2.5"));
+    openManager();
+    click(button("banks.buttons.add"));
+    click(button("presets.buttons.add"));
+    click(button("presets.buttons.set-default"));
+    expectSame("a question");
+    click(kConfirm);
+    expectSame("the default is marked");
+    restart();
+    EXPECT_EQ(shown(4), "2.5");
+    expectSameState();
+    openManager();
+    clickRow(std::string(kManager) + "banks.outline.list", 2);
+    clickRow(std::string(kManager) + "presets.outline.list", 0);
+    expectSame("marked again");
+    click(button("presets.buttons.set-default"));
+    expectSame("a question whether to clear");
+    click(kConfirm);
+    expectSame("no default");
+    restart();
+    EXPECT_EQ(shown(4), "0.0");
+    expectSameState();
+}
+
+TEST_F(ProductPresets, OfRoutingAreAddedActivatedRenamedAndDeletedInTheirManager) {
+    const std::string window = "ui.win-preset-manager-routing.c.presets.";
+    const std::string list = window + "outline.list";
+    const auto name = [&](int32_t index) { return twin->at<CTextView>(list).paragraphText(index).toUtf8(); };
+    click("c.buttons.channel-routing");
+    point("window-title.label");
+    click("ui.win-channel-routing.c.buttons.routing-presets");
+    expectSame("the manager opened");
+    const int32_t former = twin->at<CTextView>(list).paragraphCount();
+    ASSERT_GT(former, 1);
+    for (int32_t i = 0; i < former; ++i) {
+        clickRow(list, i);
+        click(window + "buttons.activate");
+        expectSame("a routing activated");
+        expectSameState();
+    }
+    click(window + "buttons.add");
+    expectSame("a routing added");
+    EXPECT_EQ(twin->at<CTextView>(list).paragraphCount(), former + 1);
+    clickRow(list, former);
+    strike(CHostDesk::kF2);
+    type("Mine");
+    strike('\r');
+    expectSame("renamed");
+    EXPECT_EQ(name(former), "Mine");
+    expectSameSettings();
+    click(window + "buttons.delete");
+    expectSame("a question");
+    click(kConfirm);
+    expectSame("deleted");
+    EXPECT_EQ(twin->at<CTextView>(list).paragraphCount(), former);
+    expectSameSettings();
+    expectSameState();
+    strike('\x1b');
+    expectSame("the manager closed");
 }
 
 }  // namespace

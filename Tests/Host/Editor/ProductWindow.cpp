@@ -2,7 +2,11 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
 #include <tuple>
+#include <utility>
 
 #include "Platform/Keyboard.h"
 
@@ -15,6 +19,8 @@ constexpr int kHeight = 400;
 constexpr int32_t kStepPixels = 8;
 constexpr auto kDoubleClick = std::chrono::milliseconds(550);
 constexpr int32_t kDoubleClickPixels = 4;
+/// Two presses so far apart on a view are none of a double click.
+constexpr int32_t kApart = 7;
 /// What the twin takes to end its changes of colour behind an act.
 constexpr double kChangesEnd = 1.0;
 /// A list takes no press in its first moments.
@@ -25,6 +31,20 @@ std::string textOf(const CIntRect& rect) {
            std::to_string(rect.bottom);
 }
 
+/// By their paths.
+std::map<std::string, std::string> filesIn(const std::filesystem::path& folder) {
+    std::map<std::string, std::string> files;
+    std::error_code failure;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder, failure)) {
+        if (entry.is_regular_file()) {
+            std::ifstream file(entry.path(), std::ios::binary);
+            files[std::filesystem::relative(entry.path(), folder).generic_string()] = {
+                std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+        }
+    }
+    return files;
+}
+
 int32_t keyCode(char key) {
     switch (key) {
         case '\r':
@@ -33,6 +53,8 @@ int32_t keyCode(char key) {
             return kKeyTab;
         case '\x1b':
             return kKeyEscape;
+        case CHostDesk::kF2:
+            return kKeyF2;
         default:
             return 0;
     }
@@ -105,12 +127,29 @@ void ProductWindow::reopen() {
 void ProductWindow::restart() {
     effect.close();
     library.unload();
-    twin->restart();
     std::string error;
     ASSERT_TRUE(library.load(kPluginFile, error)) << error;
     ASSERT_TRUE(effect.open(library.entry()));
+    fitParent();
+    twin->restart(desk.place(parent));
     EXPECT_TRUE(open());
     expectSame("the editor of a new start");
+}
+
+void ProductWindow::fitParent() {
+    vst::Rect* rect = nullptr;
+    ASSERT_EQ(effect.dispatch(vst::kEffectEditGetRect, 0, 0, &rect), 1);
+    const int width = rect->right - rect->left;
+    const int height = rect->bottom - rect->top;
+    CIntRect place = desk.place(parent);
+    if (width == place.width() && height == place.height()) {
+        return;
+    }
+    desk.destroyParent(parent);
+    parent = desk.openParent(width, height);
+    place = desk.place(parent);
+    const CIntRect screen = desk.screen();
+    desk.moveParent(parent, std::min(place.left, screen.right - width), std::min(place.top, screen.bottom - height));
 }
 
 void ProductWindow::pointAt(const CScreenPoint& at) {
@@ -126,11 +165,14 @@ void ProductWindow::serveFor(double seconds) {
     twin->wait(seconds);
 }
 
+bool ProductWindow::wouldBeDouble(const CScreenPoint& at) const {
+    return std::abs(at.x - lastPress_.x) <= kDoubleClickPixels && std::abs(at.y - lastPress_.y) <= kDoubleClickPixels &&
+           std::chrono::steady_clock::now() - lastPressTime_ < kDoubleClick;
+}
+
 void ProductWindow::press(bool isRight) {
-    const bool isNear = std::abs(pointer_.x - lastPress_.x) <= kDoubleClickPixels &&
-                        std::abs(pointer_.y - lastPress_.y) <= kDoubleClickPixels;
     const auto since = std::chrono::steady_clock::now() - lastPressTime_;
-    if (isNear && since < kDoubleClick) {
+    if (wouldBeDouble(pointer_)) {
         serveFor(std::chrono::duration<double>(kDoubleClick - since).count());
     }
     // The twin's time is not the real one.
@@ -149,7 +191,11 @@ void ProductWindow::release(bool isRight) {
 }
 
 void ProductWindow::click(const CSpot& spot, bool isRight) {
-    point(spot);
+    CScreenPoint at = twin->where(spot);
+    const bool isWide = twin->at(spot.path).visibleRect().width > 4 * kApart;
+    // Beside the place of the last press, in place of a wait.
+    at.x += wouldBeDouble(at) && isWide ? kApart : 0;
+    pointAt(at);
     press(isRight);
     release(isRight);
 }
@@ -194,6 +240,21 @@ void ProductWindow::strike(char key) {
         twin->input().type(std::u16string(1, static_cast<char16_t>(key)));
     }
     twin->wait(0.05);
+}
+
+void ProductWindow::hold(bool isShift, bool isCtrl, bool isAlt) {
+    static constexpr CHeldKey kKeys[] = {CHeldKey::Shift, CHeldKey::Ctrl, CHeldKey::Alt};
+    const bool wanted[] = {isShift, isCtrl, isAlt};
+    for (size_t i = 0; i < std::size(kKeys); ++i) {
+        if (std::exchange(isHeld_[i], wanted[i]) != wanted[i]) {
+            desk.hold(kKeys[i], wanted[i]);
+        }
+    }
+    twin->input().holdKeys(isShift, isCtrl, isAlt);
+}
+
+void ProductWindow::keepStill() {
+    serveFor(1.2 * std::chrono::duration<double>(kDoubleClick).count());
 }
 
 void ProductWindow::type(const std::string& text) {
@@ -269,6 +330,13 @@ void ProductWindow::expectSame(const char* what) {
     twin->wait(kChangesEnd);
     std::string last;
     EXPECT_TRUE(desk.until([&] { return (last = difference()).empty(); })) << what << ": " << last;
+}
+
+void ProductWindow::expectSameSettings() {
+    desk.serve();
+    const auto files = filesIn(CEditorTwin::libraryFolder());
+    EXPECT_FALSE(files.empty());
+    EXPECT_TRUE(files == filesIn(CEditorTwin::folder()));
 }
 
 std::string ProductWindow::heard() {

@@ -27,7 +27,8 @@ protected:
     void close() { effect.dispatch(vst::kEffectEditClose); }
     /// Closes both editors and opens them.
     void reopen();
-    /// Takes a new library, as a host that starts again.
+    /// Takes a new library, as a host that starts again. Its window is as large as the editor says, and within the
+    /// screen.
     void restart();
 
     // Hands.
@@ -40,6 +41,10 @@ protected:
     void moveBy(int32_t x, int32_t y);
     void drag(const CSpot& spot, int32_t x, int32_t y);
     void strike(char key);
+    /// Modifiers are down from now on, or with none of them, up.
+    void hold(bool isShift, bool isCtrl = false, bool isAlt = false);
+    /// Keeps still for longer than a double click takes.
+    void keepStill();
     void type(const std::string& text);
     /// A row of the list that is open.
     void choose(int32_t row);
@@ -54,8 +59,16 @@ protected:
     /// The same without values, and without updates of the display.
     std::string heardGestures();
     float parameter(int32_t index) const { return effect.parameter(index); }
+    /// What the host shows of a parameter, and whether it becomes so.
+    std::string shown(int32_t parameter) { return effect.text(vst::kEffectGetParamDisplay, parameter); }
+    bool becomes(int32_t parameter, const char* text) {
+        return desk.until([&] { return shown(parameter) == text; });
+    }
     /// The effect and its twin hold the same state.
     void expectSameState() { EXPECT_TRUE(effect.chunk(false) == twin->chunk(false)); }
+
+    /// What both have stored for all instances is the same, byte by byte.
+    void expectSameSettings();
 
     CPluginLibrary library;
     CHostDesk desk;
@@ -64,7 +77,9 @@ protected:
     CVstHost effect;
 
 private:
+    void fitParent();
     void pointAt(const CScreenPoint& at);
+    bool wouldBeDouble(const CScreenPoint& at) const;
     void serveFor(double seconds);
     std::string differenceIn(const CIntRect& part);
     std::string difference();
@@ -72,6 +87,7 @@ private:
     class CSetAsideSettings;
     std::unique_ptr<CSetAsideSettings> settings_;
     CScreenPoint pointer_;
+    bool isHeld_[3] = {};
     int32_t step_ = 1;
     CScreenPoint lastPress_{-1, -1};
     std::chrono::steady_clock::time_point lastPressTime_{};

@@ -74,7 +74,9 @@ void forgetStoredSettings() {
 CProductEditor::CProductEditor(double scale, const CIntRect& screen, const CIntRect& host) : system_({screen}) {
     ensureProductStarted();
     forgetStoredSettings();
-    CLocalData::instance().writeText("ui-scale", CString::fromDouble(scale, 4));
+    if (scale != 1.0) {
+        CLocalData::instance().writeText("ui-scale", CString::fromDouble(scale, 4));
+    }
     host_ = system_.desktop().openHost(host);
     start();
 }
@@ -114,6 +116,11 @@ void CProductEditor::openEditor() {
     ASSERT_EQ(consumed(root->loadFromResource("UserInterface.xml", true)), "");
     ASSERT_EQ(consumed(at<CWindow>("window-renderer").open()), "");
     wait();
+}
+
+void CProductEditor::renewHost(const CIntRect& bounds) {
+    system_.desktop().destroy(host_);
+    host_ = system_.desktop().openHost(bounds);
 }
 
 void CProductEditor::closeEditor() {

@@ -42,6 +42,8 @@ protected:
     void end();
     void openEditor();
     void closeEditor();
+    /// Another window of the host, for the next editor. Without an open one.
+    void renewHost(const CIntRect& bounds);
     CObject& tree() { return *tree_; }
     template <class T = CView>
     T& at(const std::string& path) {

@@ -46,6 +46,9 @@ WORD keyCode(char key) {
     if (key == '-' || key == '.') {
         return key == '-' ? VK_OEM_MINUS : VK_OEM_PERIOD;
     }
+    if (key == CHostDesk::kF2) {
+        return VK_F2;
+    }
     // Figures and capitals, and those beside them, have their character's number.
     return static_cast<WORD>(key >= 'a' && key <= 'z' ? key - 'a' + 'A' : key);
 }
@@ -123,6 +126,16 @@ BOOL CALLBACK countWindow(HWND, LPARAM count) {
 struct CHostDesk::CParts {
     CRealInput hands;
     std::vector<std::unique_ptr<CHostWindow>> parents;
+    std::vector<WORD> heldKeys;
+
+    /// Wine takes keys that no keyboard holds as released when the pointer enters a window.
+    void keepHeld() {
+        for (const WORD code : heldKeys) {
+            if (GetAsyncKeyState(code) >= 0) {
+                hands.key(code, true);
+            }
+        }
+    }
 
     std::vector<HWND> shownPopups() const {
         std::vector<HWND> all;
@@ -131,6 +144,19 @@ struct CHostDesk::CParts {
             return std::any_of(parents.begin(), parents.end(), [&](auto& p) { return p->window() == window; });
         });
         return all;
+    }
+    /// Windows shows what a window owns above it. Wine puts an owner that a press raises on top of all, sooner or
+    /// later, and leaves it to a window manager to put that right.
+    void raiseOwned() const {
+        std::vector<HWND> shown;
+        EnumThreadWindows(GetCurrentThreadId(), &noteShown, reinterpret_cast<LPARAM>(&shown));
+        // From the lowest, and those that stand below their owner alone.
+        for (auto at = shown.rbegin(); at != shown.rend(); ++at) {
+            const HWND owner = GetAncestor(*at, GA_ROOTOWNER);
+            if (owner != *at && std::find(at, shown.rend(), owner) != shown.rend()) {
+                SetWindowPos(*at, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+            }
+        }
     }
     CHostWindow& find(void* parent) {
         return **std::find_if(parents.begin(), parents.end(), [&](auto& p) { return p->window() == parent; });
@@ -203,6 +229,7 @@ void CHostDesk::serve() {
 bool CHostDesk::until(const std::function<bool()>& condition) {
     return pumpUntil(
         [&] {
+            parts_->raiseOwned();
             idle();
             return condition();
         },
@@ -215,10 +242,12 @@ void CHostDesk::moveTo(void* parent, int x, int y) {
 }
 
 void CHostDesk::moveOnScreen(int x, int y) {
+    parts_->keepHeld();
     parts_->hands.moveTo(x, y);
 }
 
 void CHostDesk::press(bool isRight) {
+    parts_->keepHeld();
     parts_->hands.button(isRight ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN);
 }
 
@@ -227,17 +256,26 @@ void CHostDesk::release(bool isRight) {
 }
 
 void CHostDesk::wheel(int notches) {
+    parts_->keepHeld();
     parts_->hands.wheel(notches * WHEEL_DELTA);
 }
 
 void CHostDesk::strike(char key, CHeldKey held) {
-    const WORD heldCode = held == CHeldKey::Shift ? VK_SHIFT : VK_CONTROL;
-    if (held != CHeldKey::None) {
-        parts_->hands.key(heldCode, true);
-    }
+    hold(held, true);
     parts_->hands.press(keyCode(key));
-    if (held != CHeldKey::None) {
-        parts_->hands.key(heldCode, false);
+    hold(held, false);
+}
+
+void CHostDesk::hold(CHeldKey key, bool isDown) {
+    static constexpr WORD kCodes[] = {0, VK_SHIFT, VK_CONTROL, VK_MENU};
+    if (key == CHeldKey::None) {
+        return;
+    }
+    const WORD code = kCodes[static_cast<size_t>(key)];
+    std::erase(parts_->heldKeys, code);
+    parts_->hands.key(code, isDown);
+    if (isDown) {
+        parts_->heldKeys.push_back(code);
     }
 }
 
@@ -265,7 +303,7 @@ std::string CHostDesk::heard(void* parent) {
     CHostWindow& window = parts_->find(parent);
     std::string text;
     for (const std::string& line : window.takeHeard()) {
-        const bool isHeld = line == "down 16" || line == "down 17";
+        const bool isHeld = line == "down 16" || line == "down 17" || line == "down 18";
         const bool isKey = line.rfind("down", 0) == 0 && !isHeld;
         const std::string name = line.rfind("wheel", 0) == 0 ? "wheel"
                                  : line == "down 32"         ? "space"

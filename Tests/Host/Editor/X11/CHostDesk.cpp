@@ -25,6 +25,7 @@ constexpr int kY = 50;
 constexpr int kSpaceKey = 65;
 constexpr int kShiftKey = 50;
 constexpr int kCtrlKey = 37;
+constexpr int kAltKey = 64;
 constexpr int kWheelUp = 4;
 constexpr int kWheelDown = 5;
 constexpr int kLeftButton = 1;
@@ -49,6 +50,7 @@ constexpr CKeyRow kKeyRows[] = {{9,
                                 {38, "asdfghjkl"},
                                 {52, "zxcvbnm"},
                                 {60, "."},
+                                {68, "\x02"},
                                 {kSpaceKey, " "}};
 
 int keyNumber(char key) {
@@ -80,7 +82,7 @@ struct CHostDesk::CParts {
         while (const auto event = client.nextEvent()) {
             const auto& input = reinterpret_cast<const xcb_key_press_event_t&>(*event);
             const int type = event->response_type & 0x7f;
-            const bool isHeld = input.detail == kShiftKey || input.detail == kCtrlKey;
+            const bool isHeld = input.detail == kShiftKey || input.detail == kCtrlKey || input.detail == kAltKey;
             if (type == XCB_KEY_PRESS && !isHeld) {
                 note(input.event, input.detail == kSpaceKey ? "space" : "key");
             } else if (type == XCB_BUTTON_PRESS && (input.detail == kWheelUp || input.detail == kWheelDown)) {
@@ -196,15 +198,18 @@ void CHostDesk::wheel(int notches) {
 }
 
 void CHostDesk::strike(char key, CHeldKey held) {
-    const int heldNumber = held == CHeldKey::Shift ? kShiftKey : kCtrlKey;
-    if (held != CHeldKey::None) {
-        parts_->client.key(heldNumber, true);
-    }
+    hold(held, true);
     parts_->client.strike(keyNumber(key));
-    if (held != CHeldKey::None) {
-        parts_->client.key(heldNumber, false);
-    }
+    hold(held, false);
     serve();
+}
+
+void CHostDesk::hold(CHeldKey key, bool isDown) {
+    static constexpr int kNumbers[] = {0, kShiftKey, kCtrlKey, kAltKey};
+    if (key != CHeldKey::None) {
+        parts_->client.key(kNumbers[static_cast<size_t>(key)], isDown);
+        serve();
+    }
 }
 
 const bool CHostDesk::kHasKeyHook = false;
