@@ -1,6 +1,6 @@
 #include "Core/CGlobalSettings.h"
 
-#include <cmath>
+#include "Core/CSettingRange.h"
 
 namespace tarv {
 
@@ -33,8 +33,9 @@ CError* CGlobalSettings::initClass(CClassDescriptor& descriptor) {
 }
 
 double CGlobalSettings::factor(const CString& name, double initial) const {
-    const double value = getAttrReal(name);
-    return std::isfinite(value) && value > 0.0 ? value : initial;
+    double value = initial;
+    kPrecisionRange.read(getAttrString(name), value);
+    return value;
 }
 
 CError* CGlobalSettings::tabletMode() {
@@ -63,9 +64,9 @@ CError* CGlobalSettings::radialKnobMode() {
 }
 
 CError* CGlobalSettings::oversamplingLevel() {
-    bool isNumber = false;
-    const int32_t level = CString::toInt(getAttrString("oversampling-level"), &isNumber);
-    globalSettings().oversamplingLevel = isNumber ? level : initialValues().oversamplingLevel.load();
+    double level = initialValues().oversamplingLevel;
+    kOversamplingRange.read(getAttrString("oversampling-level"), level);
+    globalSettings().oversamplingLevel = static_cast<int32_t>(level);
     return nullptr;
 }
 

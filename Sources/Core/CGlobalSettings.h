@@ -13,11 +13,11 @@ struct CGlobalSettingValues {
     std::atomic<bool> isTabletMode{false};
     std::atomic<bool> isVirtualKeyboardShown{true};
     std::atomic<bool> isKnobLabelsShown{true};
-    std::atomic<double> shiftKeyPrecision{0.5};  ///< factor of a movement with the shift key, above 0
+    std::atomic<double> shiftKeyPrecision{0.5};  ///< factor of a movement with the shift key, 0.1 to 1.0
     std::atomic<bool> isRadialKnobMode{false};
-    std::atomic<int32_t> oversamplingLevel{1};     ///< as the selector of the levels counts them
-    std::atomic<double> mouseWheelPrecision{0.5};  ///< factor of a step of the wheel, above 0
-    std::atomic<double> dragPrecision{0.7};        ///< factor of a movement of the mouse, above 0
+    std::atomic<int32_t> oversamplingLevel{1};     ///< stages of `Auto`, 1 to 3
+    std::atomic<double> mouseWheelPrecision{0.5};  ///< factor of a step of the wheel, 0.1 to 1.0
+    std::atomic<double> dragPrecision{0.7};        ///< factor of a movement of the mouse, 0.1 to 1.0
     std::atomic<bool> isBuiltinRefresh{false};
 };
 
@@ -25,8 +25,8 @@ struct CGlobalSettingValues {
 CGlobalSettingValues& globalSettings();
 
 /// Hands the settings of one editor's tree to globalSettings(), one attribute a setting (`core:global-settings`). Live
-/// links tie the attributes to shared ones, so that all editors of the process come to the same values. A factor that
-/// is not a number above 0, and a level that is no number, count as the initial value. Thread: that of the tree.
+/// links tie the attributes to shared ones, so that all editors of the process come to the same values. A text that is
+/// no number of kPrecisionRange, or of kOversamplingRange, counts as the initial value. Thread: that of the tree.
 class CGlobalSettings : public CObject {
 public:
     [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor);

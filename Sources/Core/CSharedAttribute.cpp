@@ -34,11 +34,20 @@ CError* CSharedAttribute::init() {
         key_ = name();
     }
     fallback_ = getAttrString("def-value");
+    range_ = {getAttrReal("min-value"), getAttrReal("max-value"), getAttrBool("is-integer")};
     linkObserver(*this, attribute_, attribute_);
     listenObject(fullName(), kStoredChanged, kStoredChanged);
     bridge_.subscribe(*store_, key_);
     TARV_TRY(takeStored());
     return nullptr;
+}
+
+void CSharedAttribute::prepareAttribute(const CString& name, CAttributeValue& value) {
+    CObject::prepareAttribute(name, value);
+    double number = 0.0;
+    if (!range_.isEmpty() && name == attribute_ && !range_.read(value.asString(), number)) {
+        value = CAttributeValue::fromPlainString(fallback_);
+    }
 }
 
 CError* CSharedAttribute::setAttribute(CObject* sender, const CString& name, const CAttributeValue& value) {

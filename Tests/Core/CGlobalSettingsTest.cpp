@@ -57,7 +57,7 @@ TEST_F(GlobalSettings, EachAttributeReachesItsOwnValueAndNoOther) {
         {"tablet-mode", "true", "false", 1},      {"show-virtual-keyboard", "false", "true", 0},
         {"show-knob-labels", "false", "true", 0}, {"shift-key-precision", "0.25", "0.5", 0.25},
         {"radial-knob-mode", "true", "false", 1}, {"oversampling-level", "2", "1", 2},
-        {"mouse-wheel-precision", "1", "0.5", 1}, {"drag-precision", "1.5", "0.7", 1.5},
+        {"mouse-wheel-precision", "1", "0.5", 1}, {"drag-precision", "0.95", "0.7", 0.95},
         {"builtin-refresh", "true", "false", 1},
     };
     for (size_t i = 0; i < std::size(kChanges); ++i) {
@@ -70,7 +70,7 @@ TEST_F(GlobalSettings, EachAttributeReachesItsOwnValueAndNoOther) {
     }
 }
 
-TEST_F(GlobalSettings, WhatIsNoUsableNumberCountsAsTheInitialValue) {
+TEST_F(GlobalSettings, WhatIsNoNumberOfTheRangeCountsAsTheInitialValue) {
     auto root = make();
     const struct {
         const char* name;
@@ -80,16 +80,19 @@ TEST_F(GlobalSettings, WhatIsNoUsableNumberCountsAsTheInitialValue) {
                     {"mouse-wheel-precision", globalSettings().mouseWheelPrecision, 0.5},
                     {"drag-precision", globalSettings().dragPrecision, 0.7}};
     for (const auto& factor : kFactors) {
-        for (const char* bad : {"", "fast", "0", "-1"}) {
+        for (const char* bad : {"", "fast", "0", "-1", "0.03", "7", "0.5x"}) {
             set(*root, factor.name, "0.9");
             EXPECT_EQ(factor.value, 0.9) << factor.name;
             set(*root, factor.name, bad);
             EXPECT_EQ(factor.value, factor.initial) << factor.name << " '" << bad << "'";
         }
     }
-    set(*root, "oversampling-level", "2");
-    set(*root, "oversampling-level", "much");
-    EXPECT_EQ(globalSettings().oversamplingLevel, 1);
+    for (const char* bad : {"", "much", "0", "4", "-1", "1.5"}) {
+        set(*root, "oversampling-level", "2");
+        EXPECT_EQ(globalSettings().oversamplingLevel, 2);
+        set(*root, "oversampling-level", bad);
+        EXPECT_EQ(globalSettings().oversamplingLevel, 1) << bad;
+    }
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "Core/CApplicationData.h"
 #include "Core/CGlobalSettings.h"
 #include "Core/CObjectEventBridge.h"
+#include "Core/CSettingRange.h"
 #include "Core/CSharedAttribute.h"
 #include "ProductTree.h"
 
@@ -16,14 +17,16 @@ struct CSettingRow {
     const char* attribute;
     const char* value;
     bool isGlobal;
+    const char* other = "2";  ///< another value that it can take
+    CSettingRange range = {};
 };
 
 const CSettingRow kSettings[] = {
     {"builtin-refresh", "builtin-refresh", "false", true},
-    {"drag-precision", "drag-precision", "0.7", true},
-    {"mouse-wheel-precision", "mouse-wheel-precision", "0.5", true},
-    {"oversampling-level", "oversampling-level", "1", true},
-    {"shift-key-precision", "shift-key-precision", "0.5", true},
+    {"drag-precision", "drag-precision", "0.7", true, "0.35", kPrecisionRange},
+    {"mouse-wheel-precision", "mouse-wheel-precision", "0.5", true, "1", kPrecisionRange},
+    {"oversampling-level", "oversampling-level", "1", true, "3", kOversamplingRange},
+    {"shift-key-precision", "shift-key-precision", "0.5", true, "0.1", kPrecisionRange},
     {"show-knob-labels", "show-knob-labels", "true", true},
     {"show-virtual-keyboard", "show-virtual-keyboard", "true", true},
     {"tablet-mode", "tablet-mode", "false", true},
@@ -61,6 +64,10 @@ TEST_F(SettingsTree, HoldsEverySettingWithItsDefaultAndItsStore) {
         EXPECT_EQ(object->getAttrString("def-value").toUtf8(), row.value) << row.name;
         EXPECT_EQ(object->getAttrBool("is-global"), row.isGlobal) << row.name;
         EXPECT_FALSE(object->hasAttr("data-name")) << row.name;
+        const CSettingRange& range = static_cast<const CSharedAttribute*>(object)->range();
+        EXPECT_EQ(range.minimum, row.range.minimum) << row.name;
+        EXPECT_EQ(range.maximum, row.range.maximum) << row.name;
+        EXPECT_EQ(range.isInteger, row.range.isInteger) << row.name;
         EXPECT_EQ(object->getAttrString(row.attribute).toUtf8(), row.value) << row.name;
     }
     EXPECT_EQ(at(*editor, "ui.global-data")->children().count(), 9);
@@ -92,8 +99,8 @@ TEST_F(SettingsTree, TheGlobalSettingsFollowTheSharedAttributesOfTheirNames) {
         EXPECT_EQ(settings->hasAttr(row.name), row.isGlobal) << row.name;
         if (row.isGlobal) {
             EXPECT_EQ(settings->getAttrString(row.name).toUtf8(), row.value) << row.name;
-            EXPECT_FALSE(at(*editor, pathOf(row))->setAttribute(row.attribute, CString("3")));
-            EXPECT_EQ(settings->getAttrString(row.name).toUtf8(), "3") << row.name;
+            EXPECT_FALSE(at(*editor, pathOf(row))->setAttribute(row.attribute, CString(row.other)));
+            EXPECT_EQ(settings->getAttrString(row.name).toUtf8(), row.other) << row.name;
             EXPECT_FALSE(at(*editor, pathOf(row))->setAttribute(row.attribute, CString(row.value)));
             ++links;
         }
@@ -116,9 +123,9 @@ TEST_F(SettingsTree, WhatTheViewsReadComesFromTheStore) {
 TEST_F(SettingsTree, EachSettingIsStoredUnderItsNameAndComesBackInTheNextEditor) {
     for (const CSettingRow& row : kSettings) {
         auto editor = makeEditor();
-        EXPECT_FALSE(at(*editor, pathOf(row))->setAttribute(row.attribute, CString("2")));
-        EXPECT_EQ(storeOf(row).readText(row.name, "none"), "2") << row.name;
-        EXPECT_EQ(at(*makeEditor(), pathOf(row))->getAttrString(row.attribute), "2") << row.name;
+        EXPECT_FALSE(at(*editor, pathOf(row))->setAttribute(row.attribute, CString(row.other)));
+        EXPECT_EQ(storeOf(row).readText(row.name, "none").toUtf8(), row.other) << row.name;
+        EXPECT_EQ(at(*makeEditor(), pathOf(row))->getAttrString(row.attribute).toUtf8(), row.other) << row.name;
         EXPECT_FALSE(at(*editor, pathOf(row))->setAttribute(row.attribute, CString(row.value)));
     }
 }

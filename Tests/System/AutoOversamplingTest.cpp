@@ -28,11 +28,11 @@ protected:
     const CSignal input_ = noise(2, 3000, 0.5);
 };
 
-TEST_F(AutoOversampling, TakesTheStoredNumberOfStagesOffLine) {
+TEST_F(AutoOversampling, TakesTheStoredNumberOfStagesOffLineAndOneForAnyOtherText) {
     const struct {
         const char* stored;
         double mode;  ///< what it must sound like
-    } kRows[] = {{"0", 1}, {"1", 2}, {"2", 3}, {"3", 4}, {"nonsense", 2}, {"", 2}, {"9", 4}, {"-1", 1}};
+    } kRows[] = {{"0", 2}, {"1", 2}, {"2", 3}, {"3", 4}, {"nonsense", 2}, {"", 2}, {"9", 2}, {"-1", 2}};
     for (const auto& row : kRows) {
         const CSignal expected = render(*make("1", row.mode, kRealtime), input_);
         EXPECT_EQ(firstDifference(render(*make(row.stored, 0.0, kOffline), input_), expected), CDifference())

@@ -4,6 +4,7 @@
 
 #include "Audio/Parameters/CAudioParam.h"
 #include "Audio/Parameters/CAudioParamCollector.h"
+#include "Core/CSettingRange.h"
 
 namespace tarv {
 
@@ -37,9 +38,9 @@ void CAudioHostParams::disconnect() {
 
 // The store calls it on the thread that writes the setting; the next block takes the level.
 void CAudioHostParams::readLevel(CCheckedObject*) {
-    bool isNumber = false;
-    const int32_t level = CString::toInt(CGlobalData::instance().readText(kOversamplingLevel, "1"), &isNumber);
-    oversamplingLevel_.store(isNumber ? level : 1, std::memory_order_relaxed);
+    double level = 1.0;
+    kOversamplingRange.read(CGlobalData::instance().readText(kOversamplingLevel, "1"), level);
+    oversamplingLevel_.store(static_cast<int32_t>(level), std::memory_order_relaxed);
 }
 
 void CAudioHostParams::setOffline(bool isOffline) {

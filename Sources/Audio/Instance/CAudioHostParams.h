@@ -35,8 +35,8 @@ public:
     void markLatency();
     void clearLatencyMark();  // [main thread, suspended]
 
-    /// The stored oversampling level: stages used while the host renders off-line, 1 unless it is a number. [any
-    /// thread, any state]
+    /// The stored oversampling level: stages used while the host renders off-line, 1 for a text that is no number of
+    /// kOversamplingRange. [any thread, any state]
     int32_t oversamplingLevel() const { return oversamplingLevel_.load(std::memory_order_relaxed); }
 
 private:

@@ -1,5 +1,6 @@
 #include "UI/Binding/CUIParam.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -197,6 +198,9 @@ CError* CUIParam::setValue(double value, const CParamEdit& edit) {
     if (bridge_) {
         return bridge_->setValues(group(), getElement(), &value, 1, false, edit);
     }
+    if (!shared_->range().isEmpty()) {
+        value = std::clamp(value, minimum(), maximum());
+    }
     // A flag reads whole numbers alone.
     const bool isWhole = value == std::round(value) && std::fabs(value) <= std::numeric_limits<int32_t>::max();
     return shared_->setAttribute(
@@ -237,11 +241,11 @@ CString CUIParam::unit() const {
 }
 
 double CUIParam::minimum() const {
-    return bridge_ ? bridge_->minimum() : 0.0;
+    return bridge_ ? bridge_->minimum() : shared_ ? shared_->range().minimum : 0.0;
 }
 
 double CUIParam::maximum() const {
-    return bridge_ ? bridge_->maximum() : 0.0;
+    return bridge_ ? bridge_->maximum() : shared_ ? shared_->range().maximum : 0.0;
 }
 
 }  // namespace tarv

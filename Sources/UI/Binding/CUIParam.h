@@ -29,7 +29,7 @@ public:
     virtual int32_t getElement() const;
     /// Text of the value without its unit; empty while inactive.
     virtual CString getValueText(CAudioTextMode mode) const;
-    /// Sets the value, which comes back by onParamChanged; what is out of range is clamped by the parameter. A gesture
+    /// Sets the value, which comes back by onParamChanged; what is out of range is clamped. A gesture
     /// of its own, unless `edit` is one of a CParamGesture. Without effect while inactive. May destroy the param with
     /// its editor.
     [[nodiscard]] virtual CError* setValue(double value, const CParamEdit& edit = {});
@@ -54,7 +54,7 @@ public:
     int32_t index() const { return getAttrInt("index"); }
     int32_t group() const { return group_; }
     bool isActive() const { return isActive_; }
-    /// Limits, the smaller one first; both 0.0 without a parameter.
+    /// Limits, the smaller one first; both 0.0 while inactive and for a setting without a range.
     double minimum() const;
     double maximum() const;
     /// Null without one.

@@ -49,6 +49,28 @@ TEST_F(SharedAttribute, BracesOfAUserStayAsTheyAre) {
     EXPECT_EQ(second->findObject("ui.follower")->getAttrString("value"), "{name}");
 }
 
+TEST_F(SharedAttribute, ATextThatIsNoNumberOfItsRangeCountsAsTheDefault) {
+    const std::vector<std::pair<std::string, std::string>> range = {
+        {"def-value", "0.7"}, {"min-value", "0.1"}, {"max-value", "1.0"}};
+    for (const char* bad : {"fast", "", "0", "0.09", "1.1", "7", "-0.5", "true"}) {
+        CGlobalData::instance().writeText("tablet", bad);
+        auto editor = makeEditor(range);
+        EXPECT_EQ(valueOf(*editor), "0.7") << bad;
+        EXPECT_EQ(editor->findObject("ui.follower")->getAttrString("value"), "0.7") << bad;
+        EXPECT_EQ(CGlobalData::instance().readText("tablet", "none").toUtf8(), bad) << "reading writes nothing";
+        change(*editor, "0.1");
+        EXPECT_EQ(valueOf(*editor), "0.1");
+        change(*editor, bad);
+        EXPECT_EQ(valueOf(*editor), "0.7") << bad;
+        EXPECT_EQ(CGlobalData::instance().readText("tablet", "none"), "0.7") << bad;
+    }
+    auto whole = makeEditor({{"def-value", "1"}, {"min-value", "1"}, {"max-value", "3"}, {"is-integer", "true"}});
+    for (const auto& [text, value] : {std::pair{"3", "3"}, {"2.5", "1"}, {"1.0", "1.0"}}) {
+        change(*whole, text);
+        EXPECT_EQ(valueOf(*whole), value);
+    }
+}
+
 TEST_F(SharedAttribute, ASettingThatChangesNothingIsNotWritten) {
     CGlobalData().writeText("tablet", "true");
     auto editor = makeEditor();

@@ -5,7 +5,7 @@
 namespace tarv {
 
 /// The oversampling that `Auto` takes while audio is bounced (`ui:selector-oversampling`): "2X", "4X", "8X", stored as
-/// 1, 2, 3. Thread: that of the window.
+/// 1, 2, 3; any other text shows as "2X". Thread: that of the window.
 class CSelectorOversampling : public CSelectorSetting {
 protected:
     void readItems(CItems& items) const override { readTitles(items, "2X;4X;8X"); }

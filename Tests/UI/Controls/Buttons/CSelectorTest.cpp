@@ -236,7 +236,7 @@ TEST_F(CSelectorTest, OversamplingIsStoredAsStages) {
     EXPECT_EQ(shown(selector), "2X 4X [8X]");
     for (const char* stored : {"0", "4", "all"}) {
         set(object("global-data.oversampling-level"), "oversampling-level", stored);
-        EXPECT_EQ(shown(selector), "2X 4X 8X") << stored;
+        EXPECT_EQ(shown(selector), "[2X] 4X 8X") << stored;
     }
     set(object("global-data.oversampling-level"), "oversampling-level", "1");
 }
