@@ -23,10 +23,10 @@ public:
     [[nodiscard]] virtual CError* onParamActivity(CUIParam&) { return nullptr; }
     /// The range may be another one.
     [[nodiscard]] virtual CError* onParamRangeChanged(CUIParam&) { return nullptr; }
-    /// How many elements it shows of this param, from the param's own on: a change of each of them calls it.
-    virtual int32_t followedElements(const CUIParam&) const { return 1; }
     /// The param is being destroyed.
     virtual void onParamRemoved(CUIParam&) {}
+    /// How many elements it shows of this param, from the param's own on: a change of each of them calls it.
+    virtual int32_t followedElements(const CUIParam&) const { return 1; }
 
 private:
     friend class CUIParam;

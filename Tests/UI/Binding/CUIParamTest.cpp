@@ -1,4 +1,5 @@
 #include <cmath>
+#include <cstring>
 
 #include "Tests/Core/LogCapture.h"
 #include "Tests/UI/Binding/BindingTree.h"
@@ -224,6 +225,37 @@ TEST_F(UIParam, BindsASettingInPlaceOfABridge) {
     EXPECT_EQ(consumed(param("c.p").setValue(0.5)), "");
     EXPECT_EQ(control.take(), CCalls{"p 0.5000"});
     EXPECT_EQ(at<CObject>("setting").getAttrReal("amount"), 0.5);
+}
+
+/// Where a virtual operation stands among those of its class.
+template <class Operation>
+size_t slotOf(Operation operation) {
+    size_t address = 0;
+    std::memcpy(&address, &operation, sizeof address);
+    return address / sizeof(void*);
+}
+
+TEST(UIParamUpdateHandler, ItsOperationsStandInTheirOrder) {
+    using CHandler = CUIParamUpdateHandler;
+    const size_t first = slotOf(&CHandler::onParamChanged);
+    EXPECT_GT(first, 0u) << "behind the destructor";
+    EXPECT_EQ(slotOf(&CHandler::onParamActivity), first + 1);
+    EXPECT_EQ(slotOf(&CHandler::onParamRangeChanged), first + 2);
+    EXPECT_EQ(slotOf(&CHandler::onParamRemoved), first + 3);
+}
+
+TEST_F(UIParam, ASettingOfARangeIsClamped) {
+    open({{"core:shared-attribute",
+           "factor",
+           {{"attribute", "amount"}, {"def-value", "0.7"}, {"min-value", "0.1"}, {"max-value", "1.0"}}},
+          {"test:control", "c", {}, {uiParam("p", {{"shared-attribute", "ui.factor"}})}}});
+    EXPECT_EQ(at<CControlRecorder>("c").take(), (CCalls{"p active", "p in 0.1..1.0", "p 0.7000"}));
+    for (const auto& [value, taken] : {std::pair{7.0, 1.0}, {-1.0, 0.1}, {0.35, 0.35}}) {
+        EXPECT_EQ(consumed(param("c.p").setValue(value)), "");
+        EXPECT_EQ(param("c.p").getValue(), taken);
+    }
+    set(at<CObject>("factor"), "amount", "fast");
+    EXPECT_EQ(param("c.p").getValue(), 0.7);
 }
 
 TEST_F(UIParam, ASettingMayBeAFlag) {
