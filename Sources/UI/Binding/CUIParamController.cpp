@@ -48,6 +48,7 @@ void CUIParamController::readValues() {
         return;
     }
     const CParamBridge* const bridge = param_->bridge();
+    isOfSetting_ = !bridge;
     const auto* counter = findObjectOf<CUIParam>(getAttrString("ui-param-count"));
     double count = bridge ? bridge->elementCount(param_->group()) - param_->getElement() : 1.0;
     if (counter && counter->isActive()) {
@@ -58,6 +59,14 @@ void CUIParamController::readValues() {
         start_.append(gesture_.value(*param_, i));
     }
     values_ = start_;
+}
+
+bool CUIParamController::hasParam() {
+    if (gesture_.isActive() && isOfSetting_ && findObjectOf<CUIParam>(getAttrString("ui-param")) != param_) {
+        onGestureCancelled(gesture_);
+        TARV_CONSUME(gesture_.end());  // a gesture of a setting is none of host and history
+    }
+    return gesture_.isActive();
 }
 
 bool CUIParamController::beginAnew(CError*& error) {
@@ -85,7 +94,7 @@ CError* CUIParamController::startScale() {
 }
 
 CError* CUIParamController::advanceScale(CAttributeMap& params) {
-    if (!gesture_.isActive()) {
+    if (!hasParam()) {
         return nullptr;
     }
     const bool isShift = params["is-shift"].asBool();
@@ -120,11 +129,11 @@ CError* CUIParamController::writeValues() {
 }
 
 CError* CUIParamController::tick() {
-    return gesture_.isActive() && isPending_ ? writeValues() : nullptr;
+    return hasParam() && isPending_ ? writeValues() : nullptr;
 }
 
 CError* CUIParamController::finishScale() {
-    if (!gesture_.isActive()) {
+    if (!hasParam()) {
         return nullptr;
     }
     stopTimer();
@@ -161,18 +170,26 @@ CError* CUIParamController::invertScale() {
 }
 
 CError* CUIParamController::startTimer() {
+    if (const CObject* declared = findChild(kTimer)) {
+        listenObject(declared->fullName(), "tick", kTimer);
+        return nullptr;
+    }
     const double given = getAttrReal("update-fps");
     CAttributeMap attributes;
     attributes["interval"] =
         CAttributeValue::fromReal(1.0 / (std::isfinite(given) && given > 0.0 ? given : kUpdatesPerSecond));
     CObject* timer = nullptr;
     TARV_TRY(createChild(timer, "core:timer", kTimer, false, &attributes));
+    isTimerOwn_ = true;
     listenObject(timer->fullName(), "tick", kTimer);
     return nullptr;
 }
 
 void CUIParamController::stopTimer() {
-    delete firstChildNamed(kTimer);
+    if (isTimerOwn_) {
+        isTimerOwn_ = false;
+        delete firstChildNamed(kTimer);
+    }
 }
 
 }  // namespace tarv

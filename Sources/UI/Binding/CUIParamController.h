@@ -12,9 +12,9 @@ namespace tarv {
 /// axis + (value - axis) * 2^(pixels * drag-precision / 50), from the values at the start, so that a drag back to its
 /// start gives them back to the bit; with the shift key a pixel counts `shift-key-precision` of itself from where it
 /// was pressed. The axis is 0 with `is-axis-zero`, otherwise the mean of the values. What a drag sets is written at the
-/// ticks of the `core:timer` `update-timer`, `update-fps` of them a second (40 without one that is positive), which
-/// runs while a drag does. `invert-scale` mirrors the values about 0. A drag and an inversion are one gesture each. The
-/// editor's thread.
+/// ticks of the child `update-timer`, a `core:timer`: one that is declared, or one of `update-fps` a second (40 without
+/// one that is positive) while a drag lasts. A param that goes ends the drag. `invert-scale` mirrors the values about
+/// 0. A drag and an inversion are one gesture each. The editor's thread.
 class CUIParamController : public CObject, private CParamGesture::COwner {
 public:
     /// Fails without the object `ui.global-settings`, whose precisions count.
@@ -36,6 +36,8 @@ private:
     /// Ends a scale that is under way and reads the values. False where there is nothing to change: `error` is the
     /// failure, or null. Handlers may destroy this object, which gives false, too.
     [[nodiscard]] bool beginAnew(CError*& error);
+    /// Ends a scale whose param has gone; true while there is one.
+    [[nodiscard]] bool hasParam();
     void scaleValues(double pixels);
     [[nodiscard]] CError* writeValues();
     [[nodiscard]] CError* startTimer();
@@ -43,6 +45,8 @@ private:
 
     CParamGesture gesture_{this};
     CUIParam* param_ = nullptr;  ///< while the gesture holds it
+    bool isOfSetting_ = false;   ///< no bridge ends the gesture when the param goes
+    bool isTimerOwn_ = false;
     CArray<double, 16> start_;
     CArray<double, 16> values_;
     double axis_ = 0.0;

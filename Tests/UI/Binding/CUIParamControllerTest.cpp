@@ -239,6 +239,53 @@ TEST_F(UIParamController, AnotherGroupOrAParamThatGoesEndsTheDrag) {
     EXPECT_TRUE(engine_->sets.empty());
 }
 
+TEST_F(UIParamController, ASettingIsScaledAndItsParamMayGoInTheDrag) {
+    const auto openSetting = [this] {
+        open({{"core:global-settings", "global-settings", {{"drag-precision", "1.0"}}},
+              {"ui:ui-param-controller", "k", {{"ui-param", "^c.s"}, {"is-axis-zero", "true"}}},
+              {"test:control", "c", {}, {uiParam("s", {{"shared-attribute", "ui.setting"}})}}});
+        set(at<CObject>("setting"), "amount", "0.25");
+        event("start-scale");
+        event("advance-scale", 50.0);
+    };
+    openSetting();
+    event("finish-scale");
+    EXPECT_EQ(at<CObject>("setting").getAttrReal("amount"), 0.5);
+    for (const char* last : {"", "advance-scale", "finish-scale", "start-scale", "invert-scale"}) {
+        openSetting();
+        delete &at<CControlRecorder>("c");
+        if (*last) {
+            event(last, 60.0);
+        }
+        system_.advance(0.1);
+        EXPECT_FALSE(isScaling()) << last;
+        EXPECT_EQ(at<CObject>("setting").getAttrReal("amount"), 0.25) << last;
+    }
+    set(at<CObject>("setting"), "amount", "0.7");
+}
+
+TEST_F(UIParamController, ADeclaredTimerDeliversInPlaceOfOneOfItsOwn) {
+    open({{"core:global-settings", "global-settings", {{"drag-precision", "1.0"}}},
+          {"ui:ui-param-controller",
+           "k",
+           {{"ui-param", "^c.y"}, {"update-fps", "1000"}},
+           {{"core:timer", "update-timer", {{"interval", "0.5"}}}}},
+          {"test:control", "c", {}, {uiParam("y", {{"bridge", "ui.gains-bridge"}})}}});
+    sendWhole("gains", {kStart});
+    for (int32_t drag = 0; drag < 2; ++drag) {
+        const CObject* const timer = at<CObject>("k").findChild("update-timer");
+        const size_t before = engine_->sets.size();
+        event("start-scale");
+        event("advance-scale", 50.0 + drag);
+        EXPECT_EQ(at<CObject>("k").children().count(), 1);
+        EXPECT_EQ(engine_->sets.size(), before);
+        system_.advance(0.6);
+        EXPECT_EQ(engine_->sets.size(), before + 1) << "at its tick";
+        event("finish-scale");
+        EXPECT_EQ(at<CObject>("k").findChild("update-timer"), timer) << "and it stays";
+    }
+}
+
 TEST_F(UIParamController, TheEditorMayCloseInADragAndWhileItWrites) {
     openController();
     event("start-scale");
