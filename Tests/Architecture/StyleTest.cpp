@@ -66,6 +66,17 @@ TEST(Style, NothingSetsWhatBelongsToTheProcessOrMovesThePointer) {
     EXPECT_TRUE(std::regex_search(std::string("    SetCursorPos(0, 0);"), kForbidden));
 }
 
+// They follow the locale, which is the host's: "0,5" where the format says "%.1f".
+TEST(Style, NoNumberBecomesATextByTheHostsLocale) {
+    static const std::regex kForbidden(
+        R"(\b(v?s?n?printf|strtod|strtof|stod|stof|atof|sscanf|[io]?stringstream)\s*[({])");
+    for (const CSourceFile* file : codeFiles())
+        if (startsWith(file->path, "Sources/"))
+            for (const std::string& line : file->lines)
+                EXPECT_FALSE(std::regex_search(line, kForbidden)) << file->path << ": " << line;
+    EXPECT_TRUE(std::regex_search(std::string("    snprintf(text, sizeof text, format, value);"), kForbidden));
+}
+
 TEST(Style, TheTestsThatTheEditorsPageNamesAreThere) {
     static const std::regex kName(R"(`([A-Z]\w+)\.([A-Z]\w+)`)");
     static const std::regex kTest(R"(^TEST\w*\((\w+), (\w+)\))");

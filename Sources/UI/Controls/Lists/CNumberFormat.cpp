@@ -72,6 +72,27 @@ CString numberAt(const CPlace& place, double value) {
 
 }  // namespace
 
+bool CNumberFormat::isOfOneNumber(const CString& format) {
+    int32_t numbers = 0;
+    for (int32_t i = 0; i < format.length();) {
+        if (format.at(i) != '%') {
+            ++i;
+            continue;
+        }
+        CPlace place;
+        int32_t behind = i + 1;
+        if (behind < format.length() && format.at(behind) == '%') {
+            ++behind;
+        } else if (readPlace(format, behind, place)) {
+            ++numbers;
+        } else {
+            return false;
+        }
+        i = behind;
+    }
+    return numbers == 1;
+}
+
 CString CNumberFormat::text(const CString& format, double value) {
     CString text;
     bool isNumberDone = false;

@@ -11,6 +11,8 @@ public:
     /// `d`, `i` and `u` round it, `g` has no zeros at the end. `%%` is a percent sign. Text around it stays. A format
     /// without a number gives its text.
     static CString text(const CString& format, double value);
+    /// Whether a format has one number and no other "%" than of `%%`.
+    static bool isOfOneNumber(const CString& format);
 };
 
 }  // namespace tarv

@@ -24,7 +24,7 @@ class CMinMax;
 ///   is-labels-linear      labels stand in columns of equal width; otherwise at their values, if there is a range
 ///   is-show-labels, is-show-hairlines, is-hairline-inward   default true; a hairline that isn't inward crosses the
 ///                         ruler instead of the view
-///   label-format          printf format of one number; default "%.0f"
+///   label-format          of one number, as CNumberFormat; default "%.0f"
 ///   label-shift           from tick to label, at scale 1.0; default 3
 ///   label-size            height of a label, at scale 1.0; default 13
 ///   label-text-align, label-unclip-level   given to the labels; default `center`, 1

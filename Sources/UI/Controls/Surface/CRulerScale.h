@@ -13,7 +13,7 @@ public:
     static constexpr int32_t kMost = 1000;
     /// Whether a value is a multiple of `step`.
     static bool isMultiple(double value, double step);
-    /// A value in a printf format of one number. A format that is none counts as "%.0f". A zero has no sign.
+    /// A value in a format of one number, as CNumberFormat. A format that is none counts as "%.0f".
     static CString text(const CString& format, double value);
     /// The same number in thousands, such as "12.5K"; a text that is no number of 1000 or more stays as it is.
     static CString shortText(const CString& text);

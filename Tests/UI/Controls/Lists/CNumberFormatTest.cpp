@@ -43,5 +43,14 @@ TEST(NumberFormat, WhatIsNoNumberIsText) {
     EXPECT_EQ(text("%99999999999d", 1.0).size(), 32u) << "no width makes a text of any length";
 }
 
+TEST(NumberFormat, SaysWhetherAFormatIsOfOneNumber) {
+    for (const char* format : {"%f", "%.1f", "%+04.2g dB", "%d%%", "%%%u", "a %i b"}) {
+        EXPECT_TRUE(CNumberFormat::isOfOneNumber(format)) << format;
+    }
+    for (const char* format : {"", "a", "%", "%%", "%s", "%e", "%*f", "%f %f", "%f %", "%f %s"}) {
+        EXPECT_FALSE(CNumberFormat::isOfOneNumber(format)) << format;
+    }
+}
+
 }  // namespace
 }  // namespace tarv

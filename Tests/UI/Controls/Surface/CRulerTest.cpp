@@ -3,7 +3,7 @@
 #include "UI/Controls/Surface/CRuler.h"
 
 #include "Tests/Core/LogCapture.h"
-#include "Tests/UI/Controls/Surface/SurfaceTree.h"
+#include "Tests/UI/Controls/Surface/RulerTree.h"
 #include "UI/Controls/Surface/CRulerScale.h"
 #include "UI/Text/CEditBox.h"
 #include "UI/Text/CTextView.h"
@@ -36,7 +36,8 @@ TEST(RulerScale, AFormatIsThatOfOneNumber) {
     EXPECT_EQ(CRulerScale::text("%.1f", 6.0), CString("6.0"));
     EXPECT_EQ(CRulerScale::text("%+.0f dB", -6.0), CString("-6 dB"));
     EXPECT_EQ(CRulerScale::text("%.0f%%", 50.0), CString("50%"));
-    for (const char* wrong : {"", "%s", "%d", "%n", "%f %f", "%*f", "%.999f", "%"}) {
+    EXPECT_EQ(CRulerScale::text("%04.1f|", 6.0), CString("06.0|"));
+    for (const char* wrong : {"", "%s", "%d", "%n", "%f %f", "%*f", "%e", "%", "6"}) {
         EXPECT_EQ(CRulerScale::text(wrong, 6.0), CString("6")) << wrong;
     }
     EXPECT_EQ(CRulerScale::text("%.1f", -0.04), CString("0.0"));
@@ -45,37 +46,15 @@ TEST(RulerScale, AFormatIsThatOfOneNumber) {
 TEST(RulerScale, ThousandsAreShort) {
     EXPECT_EQ(CRulerScale::shortText("12500"), CString("12.5K"));
     EXPECT_EQ(CRulerScale::shortText("1000"), CString("1K"));
+    EXPECT_EQ(CRulerScale::shortText("2540"), CString("2.54K"));
+    EXPECT_EQ(CRulerScale::shortText("-15250"), CString("-15.3K"));
+    EXPECT_EQ(CRulerScale::shortText("250000"), CString("250K"));
+    EXPECT_EQ(CRulerScale::shortText("2500000"), CString("2500K")) << "no exponent";
     EXPECT_EQ(CRulerScale::shortText("999"), CString("999"));
     EXPECT_EQ(CRulerScale::shortText("OUT"), CString("OUT"));
 }
 
-class Ruler : public CSurfaceTest {
-protected:
-    static std::string gainRuler(const std::string& more = "") {
-        return R"(<ui:ruler name="ruler" placement="left" ruler-size="18" image-set="shared::is.ruler"
-                    color="RulerTick" min-max="ui.range" ruled-view="^surface" )" +
-               more + "/>";
-    }
-    /// A ruler below the bands with a title for each of them.
-    static std::string titleRuler(const std::vector<std::string>& titles, const std::string& more = "") {
-        std::string list = "<ui:value-list-manual name=\"titles\">";
-        for (const std::string& title : titles) {
-            list += "<core:object name=\"content\" title=\"" + title + "\"/>";
-        }
-        return list + R"(</ui:value-list-manual>
-                <ui:ruler name="ruler" placement="bottom" ruler-size="14" image-set="shared::is.ruler"
-                    color="RulerTick" ruled-view="^surface" is-labels-linear="true" titles="^titles" )" +
-               more + "/>";
-    }
-    std::vector<std::string> texts() {
-        std::vector<std::string> all;
-        for (int32_t i = 0; i < ruler().labelCount(); ++i) {
-            all.push_back(ruler().label(i)->getAttrString("title").toUtf8());
-        }
-        return all;
-    }
-    CViewRect labelBox(int32_t index) { return ruler().label(index)->area().box(); }
-};
+class Ruler : public CRulerTest {};
 
 TEST_F(Ruler, HasALabelAtEachMultipleOfTheMajorStep) {
     open(bands() + gainRuler());
@@ -214,8 +193,6 @@ TEST_F(Ruler, MayGoBeforeItsSurfaceAndTheOtherWayRound) {
     advance();
     EXPECT_EQ(ruler().labelCount(), 6);
 }
-
-const std::vector<std::string> kFrequencies = {"60", "150", "400", "1000", "2500", "6000", "15000"};
 
 TEST_F(Ruler, TitlesStandInTheMiddleOfTheColumns) {
     open(bands("ruler=\"^ruler\"") + titleRuler({"A", "B", "C", "D", "E", "F", "G"}));
