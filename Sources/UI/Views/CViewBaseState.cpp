@@ -309,7 +309,8 @@ CError* CViewBaseState::timer(double time) {
     if (!error && watch.isAlive()) {
         error = endStates(time);
     }
-    if (watch.isAlive() && !animate(time) && !isMoving()) {
+    const bool goesOn = watch.isAlive() && animate(time);
+    if (watch.isAlive() && !goesOn && !isMoving()) {
         leaveTimers();
     }
     return error;

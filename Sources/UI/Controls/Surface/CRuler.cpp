@@ -27,7 +27,11 @@ constexpr const char* kUpdate = "ruler-update";
 
 constexpr const char* kSources[] = {"min-max",          "titles",       "step-major",        "step-minor",
                                     "is-labels-linear", "label-format", "is-show-hairlines", "is-hairline-inward",
-                                    "is-show-labels",   "label-shift",  "label-size",        "ruled-view"};
+                                    "is-show-labels",   "label-shift",  "label-size",        "ruled-view",
+                                    "label-gap"};
+constexpr const char* kLabelSources[] = {
+    "label-tag",      "label-text-align", "label-unclip-level", "bridge",
+    "group-selector", "tab-group",        "accept-chars",       "virtual-keyboard-minus-char"};
 
 }  // namespace
 
@@ -44,6 +48,10 @@ CError* CRuler::initClass(CClassDescriptor& descriptor) {
     for (const char* name : kSources) {
         descriptor.addHandler<&CRuler::sourcesChanged>(name);
     }
+    for (const char* name : kLabelSources) {
+        descriptor.addHandler<&CRuler::labelsChanged>(name);
+    }
+    descriptor.addHandler<&CRuler::sizeChanged>("ruler-size");
     descriptor.addHandler<&CRuler::update>(kUpdate);
     descriptor.addHandler<&CRuler::placeChanged>(kPlaceChanged);
     return CView::initClass(descriptor);
@@ -118,6 +126,25 @@ CError* CRuler::sourcesChanged() {
     return update();
 }
 
+CError* CRuler::sizeChanged() {
+    TARV_TRY(attrWidth());
+    return attrHeight();
+}
+
+CError* CRuler::labelsChanged() {
+    const CObjectWatch watch(*this);
+    while (isFinished_ && !labels_.isEmpty()) {
+        CView* last = labels_.last();
+        labels_.removeLast();
+        delete last;
+        if (!watch.isAlive()) {
+            return nullptr;
+        }
+    }
+    readoutForm_ = {};
+    return update();
+}
+
 /// The ruled view may not be there yet: then it is looked for at render ticks.
 CError* CRuler::bind() {
     CObject* titles = getAttrString("titles").isEmpty() ? nullptr : findObject(getAttrString("titles"));
@@ -148,7 +175,7 @@ bool CRuler::animate(double now) {
         error = !error && isBound_ ? update() : error;
         logError(error);
         if (!watch.isAlive()) {
-            return false;
+            return true;
         }
         tries_ = tries;
     }
@@ -157,8 +184,8 @@ bool CRuler::animate(double now) {
     if (isFollowing) {
         followReadouts();
     }
-    const bool isMoving = watch.isAlive() && CView::animate(now);
-    return watch.isAlive() && (isMoving || isFollowing || (!isBound_ && tries_ < kTries));
+    const bool isMoving = !watch.isAlive() || CView::animate(now);
+    return !watch.isAlive() || isMoving || isFollowing || (!isBound_ && tries_ < kTries);
 }
 
 CView* CRuler::ruledView() const {

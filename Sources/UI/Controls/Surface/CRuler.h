@@ -79,6 +79,9 @@ private:
     enum CTick : int32_t { Major, Minor, Zero, kTicks };
 
     [[nodiscard]] CError* sourcesChanged();
+    [[nodiscard]] CError* sizeChanged();
+    /// What labels are made of has changed: others take their places.
+    [[nodiscard]] CError* labelsChanged();
     [[nodiscard]] CError* update();
     [[nodiscard]] CError* placeChanged();
     [[nodiscard]] CError* bind();
