@@ -72,10 +72,11 @@ CError* CValueList::takeItems(CItems items) {
 CError* CValueList::setItems(CItems items) {
     const bool isSame =
         items.count() == items_.count() && std::equal(items.begin(), items.end(), items_.begin(), items_.end());
-    if (isSame && hasAttr("titles")) {
+    if (isSame && hasAttr("titles") && separator() == titlesSeparator_) {
         return nullptr;
     }
     items_ = std::move(items);
+    titlesSeparator_ = separator();
     const CObjectWatch watch(*this);
     CError* error = setAttribute("titles", joinedTitles());
     if (error || !watch.isAlive() || isSame) {

@@ -64,6 +64,7 @@ private:
 
     CItems items_;
     CAttributeMap changed_;
+    uint16_t titlesSeparator_ = 0;  ///< between those of `titles`
 };
 
 }  // namespace tarv

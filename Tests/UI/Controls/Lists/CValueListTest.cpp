@@ -29,6 +29,14 @@ TEST_F(ValueList, IsManualWithoutAMode) {
     EXPECT_EQ(titles(this->list({{"mode", "unheard-of"}}, {content("a", "5")}), true), "a=5");
 }
 
+TEST_F(ValueList, ContentMayBeOfTheKeyOfAList) {
+    EXPECT_EQ(titles(this->list({{"mode", "manual"}},
+                                {{"ui:value-list-manual", "content", {{"title", "a"}}},
+                                 {"ui:value-list-manual", "content", {{"title", "b"}, {"value", "7"}}}}),
+                     true),
+              "a=0|b=7");
+}
+
 TEST_F(ValueList, FindsItemsByTheirValue) {
     const CValueList& list = manual();
     EXPECT_EQ(list.indexOf(1.25), 3);
@@ -67,6 +75,16 @@ TEST_F(ValueList, SendsAnEventWhenItsItemsBecomeOthers) {
     EXPECT_EQ(consumed(object("heard").sendEvent("again", none, false)), "");
     EXPECT_EQ(heard(), "list values-changed");
     EXPECT_EQ(titles(list), "75%|100%|Reserve");
+}
+
+TEST_F(ValueList, AnotherSeparatorStandsBetweenItsTitles) {
+    CValueList& list = manual();
+    listen(list, {"values-changed"});
+    set(list, "separator-char", "|");
+    EXPECT_EQ(list.getAttrString("titles"), CString("80%|100%|Reserve|125%"));
+    set(list, "separator-char", "");
+    EXPECT_EQ(list.getAttrString("titles"), CString("80%;100%;Reserve;125%"));
+    EXPECT_EQ(heard(), "") << "the items are the same";
 }
 
 TEST_F(ValueList, TakesItemsOfCode) {
