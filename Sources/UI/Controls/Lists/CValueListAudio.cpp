@@ -13,6 +13,7 @@ namespace tarv {
 namespace {
 
 constexpr const char* kClientPath = "ui.interface-client";
+constexpr const char* kContentChanged = "content-changed";
 constexpr const char* kLabelModes[] = {"", "full", "active-channels", "active-groups"};
 
 }  // namespace
@@ -38,11 +39,20 @@ CError* CValueListAudio::initClass(CClassDescriptor& descriptor) {
                              "update-internal-channel-count", "update-io-channel-counts"}) {
         descriptor.addHandler<&CValueListAudio::listChanged>(name);
     }
+    descriptor.addHandler<&CValueListAudio::bridgeChanged>("bridge");
+    descriptor.addHandler<&CValueListAudio::selectorChanged>("group-selector");
+    descriptor.addHandler<&CValueListAudio::labelModeChanged>("routing-label-mode");
+    descriptor.addHandler<&CValueListAudio::contentChanged>(kContentChanged);
     return CValueList::initClass(descriptor);
 }
 
 CError* CValueListAudio::init() {
     TARV_TRY(CValueList::init());
+    TARV_TRY(checkLabelMode());
+    return bindSelector();
+}
+
+CError* CValueListAudio::checkLabelMode() const {
     const CString& labelMode = getAttrString("routing-label-mode");
     bool isKnown = false;
     for (const char* name : kLabelModes) {
@@ -52,7 +62,35 @@ CError* CValueListAudio::init() {
         TARV_FAIL("@tarvstr_CValueListAudio_init_InvalidRoutingLabelMode Invalid routing label mode specified: %1",
                   labelMode);
     }
-    return bindSelector();
+    return nullptr;
+}
+
+CError* CValueListAudio::labelModeChanged() {
+    if (state() != CObjectState::Finished) {
+        return nullptr;
+    }
+    TARV_TRY(checkLabelMode());
+    return listChanged();
+}
+
+CError* CValueListAudio::selectorChanged() {
+    if (state() != CObjectState::Finished) {
+        return nullptr;
+    }
+    TARV_TRY(bindSelector());
+    return listChanged();
+}
+
+CError* CValueListAudio::bridgeChanged() {
+    if (state() != CObjectState::Finished) {
+        return nullptr;
+    }
+    if (isContentOwn_) {
+        isContentOwn_ = false;
+        delete sources_[Content];
+    }
+    TARV_TRY(bindContent());
+    return listChanged();
 }
 
 CError* CValueListAudio::bindSelector() {
@@ -95,18 +133,32 @@ CError* CValueListAudio::bindSources() {
             TARV_TRY(makeSource(static_cast<CSource>(i), bridge));
         }
     }
+    for (int32_t i = 0; i < Value; ++i) {
+        // A param follows one element, a list all of them.
+        if (bridge(static_cast<CSource>(i))) {
+            listenObject(bridge(static_cast<CSource>(i))->fullName(), "param-change", "update-values");
+        }
+    }
+    return bindContent();
+}
+
+CError* CValueListAudio::bindContent() {
     const CString& path = getAttrString("bridge");
     if (!sources_[Content] && !path.isEmpty()) {
         const CObject* object = findObject(path);
         TARV_TRY(makeSource(Content, object ? object->fullName() : path));
+        isContentOwn_ = true;
     }
-    for (int32_t i = 0; i < kSourceCount; ++i) {
-        // A param follows one element, a list all of them.
-        if (i != Value && bridge(static_cast<CSource>(i))) {
-            listenObject(bridge(static_cast<CSource>(i))->fullName(), "param-change", "update-values");
-        }
+    if (bridge(Content)) {
+        listenObject(bridge(Content)->fullName(), "param-change", kContentChanged);
     }
     return nullptr;
+}
+
+/// The range and the states of a parameter, which other modes list, do not follow its values.
+CError* CValueListAudio::contentChanged() {
+    const bool isOfValues = mode() && mode()->fill == &CValueListAudio::fillElements;
+    return isOfValues ? listChanged() : nullptr;
 }
 
 CError* CValueListAudio::makeSource(CSource source, const CString& bridge) {

@@ -77,7 +77,14 @@ private:
     static const CMode kModes[];
     static const char* const kSourceNames[];
 
+    [[nodiscard]] CError* contentChanged();
+    [[nodiscard]] CError* labelModeChanged();
+    [[nodiscard]] CError* selectorChanged();
+    [[nodiscard]] CError* bridgeChanged();
+    /// Fails for an unknown `routing-label-mode`.
+    [[nodiscard]] CError* checkLabelMode() const;
     [[nodiscard]] CError* bindSelector();
+    [[nodiscard]] CError* bindContent();
     [[nodiscard]] CError* bindSources();
     [[nodiscard]] CError* makeSource(CSource source, const CString& bridge);
     [[nodiscard]] CError* select();
@@ -98,12 +105,14 @@ private:
 
     CString groupTitle(int32_t index) const;
     CString numberText(double value) const;
+    double onCurve(double from, double to, double part) const;
     CString outputName(int32_t output) const;
     CRoutingLabels routing() const;
 
     CParamGroupSelector* selector_ = nullptr;
     CAudioInterfaceClient* client_ = nullptr;
     CUIParam* sources_[kSourceCount] = {};
+    bool isContentOwn_ = false;  ///< made for `bridge`
 };
 
 }  // namespace tarv

@@ -116,19 +116,30 @@ void CValueListAudio::fillNumbers(CItems& items) const {
     const double from = getAttrRealOr("min-value", param ? param->minimum() : 0.0);
     const double to = getAttrRealOr("max-value", param ? param->maximum() : 0.0);
     const int32_t wanted = getAttrIntOr("value-count", -1);
-    const bool isInSteps = wanted < 0 || (isCounted(param) && !hasOwnRange);
-    for (int32_t i = 0; i < itemLimit(); ++i) {
-        double value = from + i;
-        if (!isInSteps) {
-            const double part = wanted > 1 ? static_cast<double>(i) / (wanted - 1) : 0.0;
-            const CAudioParamConverter* converter = param ? param->info()->converter(0) : nullptr;
-            value = hasOwnRange ? from + part * (to - from)
-                                : converter->valueToShown(converter->normToValue(*param->info(), 0, part));
-        } else if (value > to) {
-            break;
+    if (wanted < 0 || (isCounted(param) && !hasOwnRange)) {
+        for (int32_t i = 0; i < itemLimit() && from + i <= to; ++i) {
+            items.append({numberText(from + i), from + i});
         }
+        return;
+    }
+    for (int32_t i = 0; i < itemLimit(); ++i) {
+        const double part = wanted > 1 ? static_cast<double>(i) / (wanted - 1) : 0.0;
+        const double value = hasOwnRange ? from + part * (to - from) : onCurve(from, to, part);
         items.append({numberText(value), value});
     }
+}
+
+/// What stands at `part` (0 to 1) of the way between two values on the curve of the parameter.
+double CValueListAudio::onCurve(double from, double to, double part) const {
+    const CAudioParamInfo& info = *content()->info();
+    const CAudioParamConverter& converter = *info.converter(0);
+    // The ends exactly, since they may have been given.
+    if (part == 0.0 || part == 1.0) {
+        return part == 0.0 ? from : to;
+    }
+    const double first = converter.valueToNorm(info, 0, converter.shownToValue(from));
+    const double last = converter.valueToNorm(info, 0, converter.shownToValue(to));
+    return converter.valueToShown(converter.normToValue(info, 0, first + part * (last - first)));
 }
 
 void CValueListAudio::fillRoutingLabels(CItems& items) const {

@@ -34,6 +34,51 @@ TEST_F(ValueListAudio, GroupsHaveTheirNamesAndThoseWithoutAChannelAreDimmed) {
     EXPECT_EQ(text(list.itemOf(9.0)), "(10)");
 }
 
+TEST_F(ValueListAudio, ThereAreAsManyGroupsAsTheEngineHas) {
+    CValueList& list = this->list({{"mode", "audio-groups"}});
+    listen(list, {"values-changed"});
+    for (const int32_t count : {3, 8}) {
+        instance().interfaceBase()->setGroupCount(count);
+        system_.pump();
+        EXPECT_EQ(list.count(), count);
+        EXPECT_EQ(heard(), "list values-changed");
+    }
+}
+
+TEST_F(ValueListAudio, EachPathAndTheLabelModeAreReadAnew) {
+    const auto failure = [](CValueList& list, const char* name, const char* text) {
+        const std::string lines = consumed(list.setAttribute(name, CString(text)));
+        return lines.substr(0, lines.find_first_of("\r\n"));
+    };
+    addBridge("count-bridge", "modBrindleXEQ.band-count");
+    addBridge("gains-bridge", "modBrindleXEQ.xeq-gains");
+    CValueList& numbers = this->list({{"mode", "audio-min-max"}, {"bridge", "ui.count-bridge"}});
+    EXPECT_EQ(numbers.count(), 10);
+    set(numbers, "bridge", "ui.gains-bridge");
+    EXPECT_EQ(numbers.count(), 25) << "-12 to 12";
+    EXPECT_EQ(numbers.children().count(), 1);
+    EXPECT_EQ(failure(numbers, "bridge", "ui.nothing"), "Invalid parameter bridge object 'ui.nothing'.");
+    set(numbers, "bridge", "");
+    EXPECT_EQ(numbers.count(), 0);
+
+    load("", {{"ui:param-group-selector", "sel", {{"group-index", "0"}}},
+              {"ui:param-group-selector", "other", {{"group-index", "2"}}}});
+    setHostChannels(2, 2);
+    CValueList& groups = this->list({{"mode", "audio-curgroup"}, {"group-selector", "ui.sel"}});
+    set(groups, "group-selector", "ui.other");
+    EXPECT_EQ(titles(groups), "3");
+    set(object("other"), "group-index", "4");
+    EXPECT_EQ(titles(groups), "5") << "the new one is followed";
+    EXPECT_EQ(failure(groups, "group-selector", "ui.nothing"), "Unable to locate group selector: ui.nothing");
+
+    setNumbers("in-routing-bridge", 0, {1, 2, 3, 0, 0, 0, 0, 0});
+    CValueList& labels = this->list({{"mode", "audio-routing-labels"}, {"value-count", "2"}});
+    EXPECT_EQ(titles(labels), "L R|IN3");
+    set(labels, "routing-label-mode", "active-groups");
+    EXPECT_EQ(titles(labels), "L R");
+    EXPECT_EQ(failure(labels, "routing-label-mode", "some"), "Invalid routing label mode specified: some");
+}
+
 TEST_F(ValueListAudio, TheGroupOfASelectorIsDimmedAmongTheGroups) {
     load("", {{"ui:param-group-selector", "sel", {{"group-index", "0"}}}});
     setNumbers("in-routing-bridge", 0, {1, 2, 1});
@@ -216,6 +261,40 @@ TEST_F(ValueListAudio, NumbersGoOverTheRange) {
     EXPECT_EQ(titles(this->list({{"mode", "audio-min-max"}})), "") << "without a range";
 }
 
+TEST_F(ValueListAudio, ACountSpreadsOverTheCurveFromOrToAGivenEnd) {
+    addBridge("freqs-bridge", "modBrindleXEQ.xeq-freqs");
+    const auto list = [this](const CTexts& ends, const char* count) -> CValueList& {
+        CTexts all = {{"mode", "audio-min-max"}, {"bridge", "ui.freqs-bridge"}, {"value-count", count}};
+        all.insert(all.end(), ends.begin(), ends.end());
+        return this->list(all);
+    };
+    // The curve of a frequency is logarithmic: the middle is the geometric mean of the ends.
+    const CValueList& from = list({{"min-value", "210"}}, "3");
+    ASSERT_EQ(from.count(), 3);
+    EXPECT_EQ(from[0].value, 210.0);
+    EXPECT_NEAR(from[1].value, 2100.0, 1e-6);
+    EXPECT_EQ(from[2].value, 21000.0);
+    const CValueList& to = list({{"max-value", "2000"}}, "5");
+    ASSERT_EQ(to.count(), 5);
+    EXPECT_EQ(to[0].value, 20.0);
+    EXPECT_NEAR(to[2].value, 200.0, 1e-6);
+    EXPECT_EQ(to[4].value, 2000.0);
+    EXPECT_EQ(titles(list({{"max-value", "2000"}}, "1")), "20");
+}
+
+TEST_F(ValueListAudio, AValueOfTheParameterRebuildsOnlyAListOfValues) {
+    addBridge("gains-bridge", "modBrindleXEQ.xeq-gains");
+    for (const auto& [mode, isRebuilt] :
+         {std::pair{"audio-min-max", false}, {"audio-enum-value", false}, {"audio-param-values", true}}) {
+        CValueList& list = this->list({{"mode", mode}, {"bridge", "ui.gains-bridge"}});
+        CValueList::CItems mark;
+        mark.append({"mark", 0.0});
+        EXPECT_EQ(consumed(list.setItems(mark)), "");
+        setNumbers("gains-bridge", 0, {isRebuilt ? 3.0 : 6.0});
+        EXPECT_EQ(titles(list) != "mark", isRebuilt) << mode;
+    }
+}
+
 TEST_F(ValueListAudio, NumbersHaveTheFormOfTheirId) {
     addBridge("freqs-bridge", "modBrindleXEQ.xeq-freqs");
     const auto form = [this](const char* id) {
@@ -230,12 +309,19 @@ TEST_F(ValueListAudio, NumbersHaveTheFormOfTheirId) {
 
 TEST_F(ValueListAudio, ACountOfAConverterFollowsTheBandCount) {
     addBridge("freqs-bridge", "modBrindleXEQ.xeq-freqs");
-    CValueList& list = this->list({{"mode", "audio-min-max"}, {"bridge", "ui.freqs-bridge"}, {"value-count", "7"}});
+    addBridge("count-bridge", "modBrindleXEQ.band-count");
+    CValueList& list = this->list({{"mode", "audio-min-max"}, {"bridge", "ui.freqs-bridge"}},
+                                  {{"ui:ui-param-converter",
+                                    "converter",
+                                    {{"target", "^"}, {"attr", "value-count"}, {"is-integer", "true"}},
+                                    {{"ui:ui-param", "ui-param", {{"bridge", "ui.count-bridge"}}}}}});
     listen(list, {"values-changed"});
     EXPECT_EQ(list.count(), 7);
-    set(list, "value-count", "10");
-    EXPECT_EQ(list.count(), 10);
-    EXPECT_EQ(heard(), "list values-changed");
+    for (const int32_t count : {10, 1, 7}) {
+        setNumbers("count-bridge", 0, {static_cast<double>(count)});
+        EXPECT_EQ(list.count(), count);
+        EXPECT_EQ(heard(), "list values-changed");
+    }
 }
 
 TEST_F(ValueListAudio, TheItemsComeWithTheEnginesValues) {
