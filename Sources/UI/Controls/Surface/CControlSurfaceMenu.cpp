@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "Core/CGlobalSettings.h"
+#include "Audio/Client/CAudioInterfaceClient.h"
 #include "Core/CObjectWatch.h"
 #include "UI/Binding/CParamBridge.h"
 #include "UI/Binding/CUIParam.h"
@@ -12,11 +13,14 @@
 #include "UI/Controls/Surface/CRuler.h"
 #include "UI/Views/CViewWindow.h"
 #include "UI/Text/CPopupList.h"
+#include "UI/Views/CViewReading.h"
 
 namespace tarv {
 
 namespace {
 
+constexpr const char* kListTemplate = "ui:window-app-popup-list";
+constexpr const char* kClientPath = "ui.interface-client";
 constexpr const char* kTypeRow = "type";
 constexpr const char* kResetRow = "reset";
 constexpr const char* kResetAllRow = "reset-all";
@@ -133,7 +137,9 @@ CError* CControlSurface::generateSubList(const CString&, CDynamicListRows& rows)
         rows.add("Reset all", kResetAllRow);
     }
     if (const CUIParam* target = copyTarget()) {
-        rows.add(CString("Copy to group ") + CString::fromInt(target->group() + 1), kCopyRow);
+        const auto* client = findObjectOf<CAudioInterfaceClient>(kClientPath);
+        const CString name = client ? client->groupName(target->group()) : CString::fromInt(target->group() + 1);
+        rows.add(CString("Copy to group ") + CViewReader::withMarks(name), kCopyRow);
     }
     return nullptr;
 }

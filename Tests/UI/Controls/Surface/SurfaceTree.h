@@ -189,7 +189,8 @@ private:
                   </template>
                   <ui:ui-event-bridge name="ui">
                   <audio:interface-client-connector-vst name="connector" base-connector="plugin.interface-base-connector"/>
-                  <audio:interface-client name="interface-client" client-connector="ui.connector"/>)" +
+                  <audio:interface-client name="interface-client" client-connector="ui.connector"
+                    group-names-param="plugin.modMain.io-params.group-names"/>)" +
                include("Settings.xml") + bridge("gains", "modBrindleXEQ.xeq-gains") +
                bridge("count", "modBrindleXEQ.band-count") + bridge("freqs", "modBrindleXEQ.xeq-freqs") +
                bridge("out", "modOutGain.gain") +
