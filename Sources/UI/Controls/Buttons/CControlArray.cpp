@@ -25,10 +25,15 @@ CControlArray::~CControlArray() {
 }
 
 CError* CControlArray::initClass(CClassDescriptor& descriptor) {
-    for (const char* name : {"object-count", "max-item-count", "object-title-list", "object-color", "object-text-color",
-                             "is-hide-reserve", "update-objects"}) {
+    for (const char* name : {"object-count", "max-item-count", "object-color", "object-text-color", "is-hide-reserve",
+                             "separator-char", "update-objects"}) {
         descriptor.addHandler<&CControlArray::updateAll>(name);
     }
+    for (const char* name : {"object-title-list", "object-value-list"}) {
+        descriptor.addHandler<&CControlArray::listsChanged>(name);
+    }
+    descriptor.addHandler<&CControlArray::widthChanged>("element-width");
+    descriptor.addHandler<&CControlArray::statePathChanged>("object-state-path");
     descriptor.addHandler<&CControlArray::objectReleased>("object-released");
     descriptor.addHandler<&CControlArray::popupResult>("popup-result");
     return CView::initClass(descriptor);
@@ -48,11 +53,47 @@ CError* CControlArray::finishInit() {
     if (bridge()) {
         listenObject(bridge()->fullName(), "param-change", "update-objects");
     }
+    statePath_ = getAttrString("object-state-path");
+    return listsChanged();
+}
+
+CError* CControlArray::listsChanged() {
     for (const char* name : {"object-value-list", "object-title-list"}) {
-        if (const CValueList* found = list(name)) {
+        const CValueList* const found = state() == CObjectState::Finished ? list(name) : nullptr;
+        if (found) {
             listenObject(found->fullName(), CValueList::kChangedEvent, "update-objects");
         }
     }
+    return updateAll();
+}
+
+CError* CControlArray::widthChanged() {
+    const CString width = getAttrString("element-width");
+    const CObjectWatch watch(*this);
+    for (int32_t i = 0; i < objects_.count() && !width.isEmpty(); ++i) {
+        CError* error = objects_[i]->setAttribute("width", width);
+        if (error || !watch.isAlive()) {
+            return error;
+        }
+    }
+    return nullptr;
+}
+
+/// The views that had the states lose them.
+CError* CControlArray::statePathChanged() {
+    if (state() != CObjectState::Finished) {
+        return nullptr;
+    }
+    const CObjectWatch watch(*this);
+    for (int32_t i = 0; i < objects_.count(); ++i) {
+        for (const char* name : {"dimmed", "active"}) {
+            CError* error = showState(*objects_[i], name, false);
+            if (error || !watch.isAlive()) {
+                return error;
+            }
+        }
+    }
+    statePath_ = getAttrString("object-state-path");
     return updateAll();
 }
 

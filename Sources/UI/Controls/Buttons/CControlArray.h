@@ -53,6 +53,9 @@ private:
     enum CRole { Count, Values, Selected, kRoleCount };
 
     [[nodiscard]] CError* updateAll();
+    [[nodiscard]] CError* listsChanged();
+    [[nodiscard]] CError* widthChanged();
+    [[nodiscard]] CError* statePathChanged();
     [[nodiscard]] CError* updateOnce();
     [[nodiscard]] CError* objectReleased(CAttributeMap& params);
     [[nodiscard]] CError* popupResult(CAttributeMap& params);
@@ -82,6 +85,8 @@ private:
     CParamGesture gesture_;
     double wheelRest_ = 0.0;  ///< of a notch, on the control below
     int32_t wheeled_ = -1;
+    CString statePath_;  ///< of the views that have the states
+    double wheelRest_ = 0.0;
     bool isUpdating_ = false;
     bool isStale_ = false;
 };

@@ -117,8 +117,7 @@ CError* CControlArray::showObject(CView& shown, CAttributeMap& wanted, bool isDi
 }
 
 CError* CControlArray::showState(CView& shown, const char* name, bool isSet) const {
-    const CString& path = getAttrString("object-state-path");
-    CView* const target = path.isEmpty() ? &shown : shown.findObjectOf<CView>(path);
+    CView* const target = statePath_.isEmpty() ? &shown : shown.findObjectOf<CView>(statePath_);
     return !target ? nullptr : isSet ? target->setState(name) : target->unsetState(name);
 }
 

@@ -48,6 +48,10 @@ CSelector::~CSelector() {
 CError* CSelector::initClass(CClassDescriptor& descriptor) {
     descriptor.addHandler<&CSelector::listChanged>("rebuild-buttons");
     descriptor.addHandler<&CSelector::listChanged>("button-title-list");
+    descriptor.addHandler<&CSelector::listChanged>("separator-char");
+    for (const char* name : {"button-color", "button-tag", "button-width"}) {
+        descriptor.addHandler<&CSelector::buttonsChanged>(name);
+    }
     descriptor.addHandler<&CSelector::attrActiveButton>("active-button");
     descriptor.addHandler<&CSelector::buttonReleased>("button-released");
     descriptor.addHandler<&CSelector::buttonPressedR>("button-pressed-r");
@@ -64,9 +68,6 @@ CError* CSelector::init() {
 
 CError* CSelector::finishInit() {
     TARV_TRY(CView::finishInit());
-    if (const CValueList* source = list()) {
-        listenObject(source->fullName(), CValueList::kChangedEvent, "rebuild-buttons");
-    }
     return rebuild();
 }
 
@@ -102,6 +103,22 @@ CError* CSelector::listChanged() {
     return state() == CObjectState::Finished ? rebuild() : nullptr;
 }
 
+CError* CSelector::buttonsChanged() {
+    if (state() != CObjectState::Finished) {
+        return nullptr;
+    }
+    const CObjectWatch watch(*this);
+    while (!buttons_.isEmpty()) {
+        delete buttons_.last();
+        if (!watch.isAlive()) {
+            return nullptr;
+        }
+    }
+    // Balanced buttons leave some of the room at the ends.
+    TARV_TRY(attrInnerBorder());
+    return rebuild();
+}
+
 CError* CSelector::rebuild() {
     isStale_ = true;
     if (isRebuilding_) {
@@ -123,6 +140,9 @@ CError* CSelector::rebuild() {
 }
 
 CError* CSelector::rebuildOnce() {
+    if (const CValueList* source = list()) {
+        listenObject(source->fullName(), CValueList::kChangedEvent, "rebuild-buttons");
+    }
     CItems read;
     readItems(read);
     items_ = std::move(read);

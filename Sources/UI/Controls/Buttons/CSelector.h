@@ -64,6 +64,8 @@ protected:
 
 private:
     [[nodiscard]] CError* listChanged();
+    /// What buttons are made of has changed: others take their places.
+    [[nodiscard]] CError* buttonsChanged();
     [[nodiscard]] CError* attrActiveButton();
     [[nodiscard]] CError* buttonReleased(CAttributeMap& params);
     [[nodiscard]] CError* buttonPressedR(CAttributeMap& params);

@@ -250,6 +250,39 @@ TEST_F(CControlArrayTest, ReserveIsHiddenWhereThatIsWanted) {
     EXPECT_TRUE(array.object(1).isShown());
 }
 
+TEST_F(CControlArrayTest, EachAttributeIsReadAnew) {
+    CControlArray& array = routing({{"object-title-list", "x;y/z"}, {"object-count", "3"}});
+    EXPECT_EQ(texts(array, "object-value-title"), "A,B,none");
+    load("", {{"ui:value-list-manual", "others", {}, {{"content", "content", {{"title", "0"}}}}}});
+    set(array, "object-value-list", "ui.others");
+    EXPECT_EQ(texts(array, "object-value-title"), "1,2,0") << "by the new list";
+    CValueList::CItems items;
+    items.append({"zero", 0.0});
+    items.append({"one", 1.0});
+    EXPECT_EQ(consumed(dynamic_cast<CValueList&>(object("others")).setItems(items)), "");
+    turn();
+    EXPECT_EQ(texts(array, "object-value-title"), "one,2,zero") << "which is followed";
+    EXPECT_EQ(texts(array, "object-title"), "x,y/z,");
+    set(array, "separator-char", "/");
+    EXPECT_EQ(texts(array, "object-title"), "x;y,z,");
+    load("", {{"ui:value-list-manual", "names", {}, {{"content", "content", {{"title", "n"}}}}}});
+    set(array, "object-title-list", "ui.names");
+    EXPECT_EQ(texts(array, "object-title"), "n,,");
+    EXPECT_EQ(consumed(dynamic_cast<CValueList&>(object("names")).setItems(items)), "");
+    turn();
+    EXPECT_EQ(texts(array, "object-title"), "zero,one,");
+    EXPECT_EQ(array.object(1).wholeRect().width, 30.0);
+    set(array, "element-width", "44");
+    turn();
+    EXPECT_EQ(array.object(1).wholeRect().width, 44.0);
+    set(array, "object-count", "4");
+    turn();
+    EXPECT_EQ(array.object(3).wholeRect().width, 44.0);
+    EXPECT_TRUE(array.object(1).isStateSet("dimmed")) << "the list has no 2";
+    set(array, "object-state-path", "^");
+    EXPECT_FALSE(array.object(1).isStateSet("dimmed")) << "what had the states loses them";
+}
+
 TEST_F(CControlArrayTest, TitlesFollowTheirList) {
     load("", {{"ui:value-list-manual", "names", {}, {{"content", "content", {{"title", "one"}}}}}});
     CControlArray& array = add({{"object-title-list", "ui.names"}});

@@ -165,6 +165,45 @@ TEST_F(CSelectorTest, AWidthOfItsOwnIsThatOfEachButton) {
     EXPECT_EQ(selector.button(3).getAttrString("color").toUtf8(), "Action");
 }
 
+TEST_F(CSelectorTest, EachAttributeIsReadAnew) {
+    CSelector& selector = groups({{"button-title-list", "a;b/c"}, {"button-width", "balanced"}, {"width", "175"}});
+    EXPECT_EQ(shown(selector), "[a] b/c");
+    set(selector, "separator-char", "/");
+    EXPECT_EQ(shown(selector), "[a;b] c");
+    set(selector, "button-width", "25");
+    turn();
+    EXPECT_EQ(selector.button(1).wholeRect().width, 25.0);
+    EXPECT_EQ(selector.button(0).wholeRect().x, selector.wholeRect().x) << "nothing is left at the ends";
+    EXPECT_EQ(shown(selector), "[a;b] c");
+    set(selector, "button-color", "Action");
+    EXPECT_EQ(selector.button(1).getAttrString("color").toUtf8(), "Action");
+    EXPECT_NE(selector.button(0).tag(), CString("ui:button-groupsel"));
+    set(selector, "button-tag", "ui:button-groupsel");
+    EXPECT_EQ(selector.button(0).tag(), CString("ui:button-groupsel"));
+    turn();
+    click(selector.button(1));
+    EXPECT_EQ(groupOf("sel"), 1);
+    load("", {{"ui:value-list-manual", "names", {}, {{"content", "content", {{"title", "n"}}}}}});
+    set(selector, "button-title-list", "ui.names");
+    EXPECT_EQ(shown(selector), "n");
+    CValueList::CItems items;
+    items.append({"x", 0.0});
+    items.append({"y", 1.0});
+    EXPECT_EQ(consumed(dynamic_cast<CValueList&>(object("names")).setItems(items)), "");
+    turn();
+    EXPECT_EQ(shown(selector), "x [y]") << "the new list is followed";
+}
+
+TEST_F(CSelectorTest, ThereIsAButtonForEachGroupThatTheEngineHas) {
+    CSelector& selector = groups();
+    instance().interfaceBase()->setGroupCount(3);
+    turn();
+    EXPECT_EQ(shown(selector), "[1] 2 3");
+    instance().interfaceBase()->setGroupCount(8);
+    turn();
+    EXPECT_EQ(selector.buttonCount(), 8);
+}
+
 TEST_F(CSelectorTest, AListGivesTitlesAndDimsWhatHasNoChannel) {
     for (const char* name : {"group-names", "grouping", "in-routing"}) {
         addBridge(std::string("test-") + name, std::string("io-params.") + name);
