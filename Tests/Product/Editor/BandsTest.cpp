@@ -110,6 +110,10 @@ TEST_F(Bands, TheCurveIsScaledInvertedAndReset) {
 TEST_F(Bands, EachValueIsTypedAndTabGoesOn) {
     for (const CViewRow& row : kViews) {
         const std::string ruler = std::string("c.") + row.view + ".cs-sliders.ruler-values";
+        const CObject* labels[kBands];
+        for (int32_t band = 0; band < kBands; ++band) {
+            labels[band] = &at(label(ruler, band));
+        }
         click(label(ruler, 0));
         for (int32_t band = 0; band < kBands; ++band) {
             system_.input().type(u"-" + std::u16string(1, static_cast<char16_t>(u'1' + band)) + u",5");
@@ -118,6 +122,7 @@ TEST_F(Bands, EachValueIsTypedAndTabGoesOn) {
         tap(kKeyEscape);
         for (int32_t band = 0; band < kBands; ++band) {
             EXPECT_NEAR(decibels(kGains, row.group, band), -1.5 - band, 1e-9) << row.view << band;
+            EXPECT_EQ(&at(label(ruler, band)), labels[band]) << "the ruler stays as it is";
         }
     }
 }

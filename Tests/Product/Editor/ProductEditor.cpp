@@ -205,10 +205,10 @@ void CProductEditor::tap(int32_t key) {
     wait();
 }
 
-void CProductEditor::choose(int32_t row) {
+void CProductEditor::choose(int32_t row, const std::string& window) {
     wait(0.3);
-    auto* list = tree().findObjectOf<CTextView>("ui.window-app-popup-list.list");
-    ASSERT_TRUE(list) << "no list is open";
+    auto* list = tree().findObjectOf<CTextView>((window + ".list").c_str());
+    ASSERT_TRUE(list) << "no list is open: " << window;
     const CViewRect rect = list->rowRect(row);
     ASSERT_FALSE(rect.isEmpty()) << row;
     system_.input().moveIn(dynamic_cast<CWindow*>(list->window())->handle(), static_cast<int32_t>(rect.x) + 6,

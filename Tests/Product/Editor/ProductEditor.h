@@ -75,8 +75,8 @@ protected:
     /// Into the field that is edited, in place of what is selected, and Enter.
     void type(const std::u16string& text);
     void tap(int32_t key);
-    /// Chooses a row of the list that is open.
-    void choose(int32_t row);
+    /// Chooses a row of the list that is open, or of one beside it.
+    void choose(int32_t row, const std::string& window = "ui.window-app-popup-list");
     void wait(double seconds = 0.1) { system_.advance(seconds); }
 
     /// Real units, as the engine holds it.

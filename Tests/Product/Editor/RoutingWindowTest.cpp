@@ -49,13 +49,19 @@ TEST_F(RoutingWindow, IsOneForAnEditorAndClosesByItsButton) {
     click("c.buttons.channel-routing");
     EXPECT_TRUE(exists("ui.win-channel-routing"));
     EXPECT_FALSE(exists("ui.win-channel-routing#1"));
+    for (int32_t presses = 2; presses < 5; ++presses) {
+        click("c.buttons.channel-routing");
+        EXPECT_EQ(exists("ui.win-channel-routing"), presses % 2 == 1) << presses;
+        EXPECT_FALSE(exists("ui.win-channel-routing#1"));
+    }
 }
 
 TEST_F(RoutingWindow, RoutingPresetsHaveTheirQuickListAndTheirManager) {
     click(std::string(kWindow) + "buttons.routing-presets.quick-preset-list");
-    EXPECT_TRUE(exists("ui.window-app-popup-list"));
+    choose(3);
     EXPECT_FALSE(exists("ui.win-preset-manager-routing"));
-    tap(kKeyEscape);
+    EXPECT_EQ(engine("io-params.grouping", 0, 1), 1.0) << "Dual Mono";
+    EXPECT_EQ(text("c.buttons.history", "undo-label"), "Undo: Routing preset activate");
     click(std::string(kWindow) + "buttons.routing-presets");
     EXPECT_TRUE(exists("ui.win-preset-manager-routing"));
 }
@@ -71,8 +77,13 @@ TEST_F(RoutingWindow, NamesOpenTheirDialogs) {
 }
 
 TEST_F(RoutingWindow, TheManagerOfPresetsOpensByItsButton) {
-    click("c.buttons.preset-manager");
-    EXPECT_TRUE(exists("ui.win-preset-manager"));
+    // The manager leaves the button's left half free.
+    const CSpot opener("c.buttons.preset-manager", -30);
+    for (int32_t presses = 1; presses < 4; ++presses) {
+        click(opener);
+        EXPECT_EQ(exists("ui.win-preset-manager"), presses % 2 == 1) << presses;
+        EXPECT_FALSE(exists("ui.win-preset-manager#1"));
+    }
 }
 
 }  // namespace

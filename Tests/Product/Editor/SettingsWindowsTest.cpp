@@ -1,9 +1,11 @@
 // The windows of settings, and the questions, by hand: what the settings and the engine hold afterwards.
 
 #include "Core/CApplicationData.h"
+#include "Core/CGlobalSettings.h"
 #include "Platform/ByHand/CDesktopByHand.h"
 #include "ProductEditor.h"
 #include "UI/Controls/Surface/CControlSurface.h"
+#include "UI/Controls/Surface/CControlSurfaceGroup.h"
 #include "UI/Windows/CWindowSharedData.h"
 
 namespace tarv {
@@ -51,6 +53,21 @@ TEST_F(SettingsWindows, OpenAndCloseByTheirButtonsAndEscape) {
     click("ui.win-settings.window-title.label");
     tap(kKeyEscape);
     EXPECT_FALSE(exists("ui.win-settings"));
+}
+
+TEST_F(SettingsWindows, AreOneEachAndCloseByASecondPress) {
+    for (int32_t presses = 1; presses < 4; ++presses) {
+        openSettings();
+        EXPECT_EQ(exists("ui.win-settings"), presses % 2 == 1) << presses;
+        EXPECT_FALSE(exists("ui.win-settings#1"));
+    }
+    // The window leaves the right end of its button free.
+    const CSpot opener(std::string(kSettings) + "global-settings", 97);
+    for (int32_t presses = 1; presses < 4; ++presses) {
+        click(opener);
+        EXPECT_EQ(exists("ui.win-global-settings"), presses % 2 == 1) << presses;
+        EXPECT_FALSE(exists("ui.win-global-settings#1"));
+    }
 }
 
 TEST_F(SettingsWindows, APaletteIsWornAtOnce) {
@@ -155,6 +172,41 @@ TEST_F(SettingsWindows, SlidersMoveInStepsOfATwentieth) {
         EXPECT_GT(amount(name), before) << name;
         EXPECT_LE(amount(name), 1.0) << name;
         EXPECT_NEAR(steps, static_cast<double>(static_cast<int32_t>(steps + 0.5)), 1e-9) << name;
+        const std::pair<int32_t, const char*> kEnds[] = {{-300, "0.10"}, {300, "1.00"}};
+        for (const auto& [way, shown] : kEnds) {
+            drag(std::string(kGlobal) + name + ".slider", way, 0);
+            EXPECT_EQ(text(std::string(kGlobal) + name + ".readout", "title"), shown) << name;
+            EXPECT_EQ(amount(name), std::atof(shown)) << name;
+        }
+    }
+}
+
+TEST_F(SettingsWindows, AStoredTextThatIsNoNumberOfItsRangeIsTheDefaultInForceAndAsShown) {
+    const CGlobalSettingValues& inForce = globalSettings();
+    const struct {
+        const char* name;
+        const std::atomic<double>& inForce;
+        double value;
+        const char* shown;
+    } kSliders[] = {{"mouse-wheel-precision", inForce.mouseWheelPrecision, 0.5, "0.50"},
+                    {"shift-key-precision", inForce.shiftKeyPrecision, 0.5, "0.50"},
+                    {"drag-precision", inForce.dragPrecision, 0.7, "0.70"}};
+    for (const char* stored : {"fast", "7", "0.03", ""}) {
+        closeEditor();
+        for (const auto& slider : kSliders) {
+            CGlobalData::instance().writeText(slider.name, stored);
+        }
+        CGlobalData::instance().writeText("oversampling-level", stored);
+        openEditor();
+        openGlobal();
+        for (const auto& slider : kSliders) {
+            const std::string path = std::string(kGlobal) + slider.name;
+            EXPECT_EQ(slider.inForce, slider.value) << slider.name << " '" << stored << "'";
+            EXPECT_EQ(text(path + ".readout", "title"), slider.shown) << slider.name << " '" << stored << "'";
+            EXPECT_EQ(at<CControlSurface>(path + ".slider").group(0).barValue(0), slider.value) << slider.name;
+        }
+        EXPECT_EQ(inForce.oversamplingLevel, 1) << stored;
+        EXPECT_TRUE(hasState(button(std::string(kGlobal) + "oversampling.selector", 0), "active")) << stored;
     }
 }
 
@@ -178,10 +230,32 @@ TEST_F(SettingsWindows, OneSliderIsSelectedWhileItHasTheKeys) {
 }
 
 TEST_F(SettingsWindows, ResetAsksAndSetsAllBack) {
-    openGlobal();
+    const std::pair<const char*, const char*> kNumbers[] = {{"drag-precision", "0.7"},
+                                                            {"mouse-wheel-precision", "0.5"},
+                                                            {"shift-key-precision", "0.5"},
+                                                            {"oversampling-level", "1"}};
+    const std::pair<const char*, const char*> kStaying[] = {
+        {"ui-color-scheme", "palette-name"}, {"ui-show-hints", "show-hints"}, {"ui-scale", "scale"}};
+    openSettings();
+    click(button(std::string(kSettings) + "color-scheme.selector", 0));
+    click(std::string(kSettings) + "show-hints");
+    click(button(std::string(kSettings) + "scale.selector", 2));
+    std::string before;
+    for (const auto& [name, attribute] : kStaying) {
+        before += text(std::string("ui.local-data.") + name, attribute) + " ";
+    }
+    EXPECT_EQ(before, "Blue 0 1.25 ");
+    click(std::string(kSettings) + "global-settings");
     for (const CSwitchRow& row : kSwitches) {
         click(std::string(kGlobal) + "switches." + row.button);
+        EXPECT_NE(setting(row.setting), row.former);
     }
+    for (const char* name : {"drag-precision", "mouse-wheel-precision", "shift-key-precision"}) {
+        drag(std::string(kGlobal) + name + ".slider", 300, 0);
+        EXPECT_EQ(amount(name), 1.0);
+    }
+    click(button(std::string(kGlobal) + "oversampling.selector", 2));
+    EXPECT_EQ(setting("oversampling-level"), "3");
     click(std::string(kGlobal) + "switches.right.denorm");
     EXPECT_EQ(engine("denorm-enable"), 0.0);
     click(std::string(kGlobal) + "reset-defaults");
@@ -197,6 +271,14 @@ TEST_F(SettingsWindows, ResetAsksAndSetsAllBack) {
     for (const CSwitchRow& row : kSwitches) {
         EXPECT_EQ(setting(row.setting), row.former);
     }
+    for (const auto& [name, value] : kNumbers) {
+        EXPECT_EQ(setting(name), value);
+    }
+    std::string after;
+    for (const auto& [name, attribute] : kStaying) {
+        after += text(std::string("ui.local-data.") + name, attribute) + " ";
+    }
+    EXPECT_EQ(after, before);
 }
 
 TEST_F(SettingsWindows, AQuestionIsAnsweredByKeys) {

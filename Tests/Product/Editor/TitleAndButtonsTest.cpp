@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "Audio/Presets/CAudioParamRegistry.h"
 #include "ProductEditor.h"
 
 namespace tarv {
@@ -16,6 +17,12 @@ protected:
     void turn(int32_t band, double notches) {
         wait(1.0);  // notches within half a second are one step
         wheel(column("xeq1", band), notches);
+    }
+    std::string hint() { return at<CTextView>("window-status.label").paragraphText(0).toUtf8(); }
+    void undoTheOnlyStep(const std::string& label) {
+        EXPECT_EQ(text("c.buttons.history", "undo-label"), label);
+        click("c.buttons.history.button-undo");
+        EXPECT_TRUE(at("c.buttons.history.button-undo").isDisabled());
     }
 };
 
@@ -41,6 +48,7 @@ TEST_F(TitleAndButtons, BypassSwitchesAndFollows) {
     effect_->setParameter(effect_, 0, 0.0F);
     wait();
     EXPECT_FALSE(hasState("window-title.bypass", "active"));
+    EXPECT_TRUE(at("c.buttons.history.button-undo").isDisabled()) << "no step of the history";
 }
 
 TEST_F(TitleAndButtons, UndoAndRedoMoveAndAreDisabledWithNothingToDo) {
@@ -87,18 +95,67 @@ TEST_F(TitleAndButtons, TheOversamplingIsChosenFromItsList) {
     EXPECT_EQ(effect_->getParameter(effect_, 17), 0.5F);
 }
 
+TEST_F(TitleAndButtons, TheOversamplingFollowsTheHostAPresetAndTheHistory) {
+    const auto shown = [this] { return text("window-title.quality-selector.object", "object-value-title"); };
+    EXPECT_EQ(shown(), "1x");
+    effect_->setParameter(effect_, 17, 1.0F);
+    wait();
+    EXPECT_EQ(shown(), "8x");
+    click("window-title.quality-selector");
+    choose(0);
+    EXPECT_EQ(shown(), "Auto");
+    click("c.buttons.history.button-undo");
+    EXPECT_EQ(shown(), "8x");
+    click("c.buttons.history.button-redo");
+    EXPECT_EQ(shown(), "Auto");
+    click("c.buttons.preset-manager.quick-preset-list");
+    choose(1);
+    choose(1, "ui.window-app-popup-list#1");  // whose oversampling is 1x
+    EXPECT_EQ(shown(), "1x");
+    click("c.buttons.history.button-undo");
+    EXPECT_EQ(shown(), "Auto");
+}
+
 TEST_F(TitleAndButtons, APresetIsChosenFromTheQuickList) {
     click("c.buttons.preset-manager.quick-preset-list");
-    ASSERT_TRUE(exists("ui.window-app-popup-list"));
     EXPECT_FALSE(exists("ui.win-preset-manager"));
-    tap(kKeyEscape);
+    heard();
+    choose(1);  // the factory bank, whose presets stand beside it
+    choose(1, "ui.window-app-popup-list#1");
     EXPECT_FALSE(exists("ui.window-app-popup-list"));
+    const double kSmiley[] = {-2.10, -0.40, 1.29, 2.09, 1.29, -0.40, -2.10};
+    std::string begins, values, ends;
+    for (int32_t band = 0; band < 7; ++band) {
+        EXPECT_NEAR(decibels(kGains, 0, band), kSmiley[band], 1e-9) << band;
+        const std::string number = std::to_string(band + 1);
+        begins += "begin " + number + ", ";
+        values += "automate " + number + ", ";
+        ends += (band > 0 ? ", end " : "end ") + number;
+    }
+    EXPECT_EQ(heardGestures(), begins + values + ends);
+    EXPECT_EQ(wrapper().paramRegistry()->programName(0).toUtf8(), "Inverted Smiley");
+    point("c.buttons.preset-manager");
+    wait();
+    EXPECT_TRUE(hint().starts_with("Inverted Smiley. Presets and banks")) << hint();
+    undoTheOnlyStep("Undo: ROM preset activate");
+    EXPECT_NEAR(decibels(kGains, 0, 0), 0.0, 1e-9);
 }
 
 TEST_F(TitleAndButtons, ARoutingIsChosenFromTheQuickList) {
+    const auto grouping = [this] {
+        std::string all;
+        for (int32_t channel = 0; channel < 8; ++channel) {
+            all += std::to_string(static_cast<int32_t>(engine("io-params.grouping", 0, channel)));
+        }
+        return all;
+    };
+    EXPECT_EQ(grouping(), "00112233");
     click("c.buttons.channel-routing.quick-preset-list");
-    choose(0);
+    choose(3);
     EXPECT_FALSE(exists("ui.win-channel-routing"));
+    EXPECT_EQ(grouping(), "01111111") << "Dual Mono";
+    undoTheOnlyStep("Undo: Routing preset activate");
+    EXPECT_EQ(grouping(), "00112233");
 }
 
 TEST_F(TitleAndButtons, TheOffLineBannerFollowsTheEngineAndLetsPressesThrough) {
@@ -106,7 +163,9 @@ TEST_F(TitleAndButtons, TheOffLineBannerFollowsTheEngineAndLetsPressesThrough) {
     setEngine("host-offline", 0, 0, 1.0);
     wait(1.0);
     EXPECT_TRUE(at("c.offline-holder").isShown());
-    click("c.xeq1.xeq-base.underlay-group.selector");
+    // The banner's frame lies over the bottom of the window, its holder over all of it.
+    click("c.xeq1.xeq-base.underlay-group.selector.button");
+    EXPECT_EQ(at<CObject>("ui.groupsel-eq-au").getAttrInt("group-index"), 0);
     setEngine("host-offline", 0, 0, 0.0);
     wait(1.0);
     EXPECT_FALSE(at("c.offline-holder").isShown());
