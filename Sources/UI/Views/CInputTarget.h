@@ -20,13 +20,11 @@ public:
     static bool takesInput(const CViewBaseCtlEvents& view);
     /// The nearest view from `view` up that has a hint, or null.
     static CViewBaseCtlEvents* hintOf(CViewBaseCtlEvents* view);
+    /// The view from `view` up to its control, or a child of that control, whose text is shown in part only; or null.
+    static const CViewBaseCtlEvents* shortenedAt(const CViewBaseCtlEvents* view);
     /// The next focusable view that takes input, in the order in which the views below `root` are read: of the children
     /// of one view row by row, in a row from left to right, each with all below it. Goes around the end; backwards on
     /// request. Begins at the first (last) where `from` is null. Null if there is none but `from`.
-    /// The view from `view` up to its control, or a child of that control, whose text is shown in part only; or null.
-    static const CViewBaseCtlEvents* shortenedAt(const CViewBaseCtlEvents* view);
-    /// The next focusable view that takes input, in the order of the children below `root`, around the end; backwards
-    /// on request. Begins at the first (last) where `from` is null. Null if there is none but `from`.
     static CViewBaseCtlEvents* nextFocus(CViewBaseCtlEvents& root, CViewBaseCtlEvents* from, bool isBackwards);
 };
 

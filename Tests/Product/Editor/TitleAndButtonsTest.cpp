@@ -139,6 +139,42 @@ TEST_F(TitleAndButtons, APresetIsChosenFromTheQuickList) {
     EXPECT_TRUE(hint().starts_with("Inverted Smiley. Presets and banks")) << hint();
     undoTheOnlyStep("Undo: ROM preset activate");
     EXPECT_NEAR(decibels(kGains, 0, 0), 0.0, 1e-9);
+    // By keys: into the list below the first bank, to its second preset.
+    EXPECT_EQ(dispatch(vst::kEffectGetProgram), 0);
+    click("c.buttons.preset-manager.quick-preset-list");
+    for (const int32_t key : {kKeyHome, kKeyRight, kKeyDown, kKeyEnter}) {
+        tap(key);
+    }
+    EXPECT_EQ(dispatch(vst::kEffectGetProgram), 1);
+    EXPECT_FALSE(exists("ui.window-app-popup-list"));
+    // By the pointer: rests on the bank, presses there, then on the third one.
+    click("c.buttons.preset-manager.quick-preset-list");
+    wait(0.3);
+    const auto below = [this] {
+        CTextView* found = nullptr;
+        for (CObject* child : tree().findObject("ui")->children()) {
+            const bool isBelow = !child->getAttrString("popup-dynamic-list-parent-id").isEmpty();
+            found = isBelow ? dynamic_cast<CTextView*>(child->findChild("list")) : found;
+        }
+        return found;
+    };
+    const auto pointAtRow = [this](const CTextView& view, int32_t row) {
+        const CViewRect rect = view.rowRect(row);
+        system_.input().moveIn(dynamic_cast<CWindow*>(view.window())->handle(), static_cast<int32_t>(rect.x) + 6,
+                               static_cast<int32_t>(rect.y + rect.height / 2.0));
+        wait(0.5);
+    };
+    pointAtRow(at<CTextView>("ui.window-app-popup-list.list"), 0);
+    const CTextView* opened = below();
+    ASSERT_TRUE(opened);
+    system_.input().click();
+    wait(0.5);
+    ASSERT_EQ(below(), opened) << "it stays open";
+    pointAtRow(*opened, 2);
+    system_.input().click();
+    wait(0.2);
+    EXPECT_EQ(dispatch(vst::kEffectGetProgram), 2);
+    EXPECT_FALSE(exists("ui.window-app-popup-list"));
 }
 
 TEST_F(TitleAndButtons, ARoutingIsChosenFromTheQuickList) {

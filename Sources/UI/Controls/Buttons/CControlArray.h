@@ -86,7 +86,6 @@ private:
     double wheelRest_ = 0.0;  ///< of a notch, on the control below
     int32_t wheeled_ = -1;
     CString statePath_;  ///< of the views that have the states
-    double wheelRest_ = 0.0;
     bool isUpdating_ = false;
     bool isStale_ = false;
 };

@@ -14,7 +14,6 @@ namespace {
 
 constexpr const char* kActive = "active";
 constexpr const char* kDimmed = "dimmed";
-constexpr const char* kFocus = "focus";
 constexpr int32_t kMaxRounds = 16;
 
 CError* setOrUnset(CViewBaseState& view, const char* state, bool isSet) {

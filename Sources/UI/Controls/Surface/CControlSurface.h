@@ -44,12 +44,9 @@ class CValueList;
 /// By hand: a press takes a bar without a jump, and it follows the pointer, finer with Shift, finer still with Ctrl and
 /// Shift; with Alt each bar that is passed takes the pointer's height. Ctrl and press, and a double click, reset. The
 /// wheel and, after a press, the arrow keys move a bar by CWheelSteps; Left and Right go to a neighbour,
-/// Escape ends that. A press marks its bar where the view is focusable, until the focus goes. A right press opens the
-/// rows of `value-list`, or a menu.
-/// wheel and, after a press, the arrow keys move a bar by `mouse-wheel-precision`; Left and Right go to a neighbour,
-/// Escape ends that. A right press marks its point and opens the rows of `value-list`, or a menu. The menu copies to
-/// the group of the linked list: by the event `copy-group` with its `index`, sent to `copy-target`, otherwise the bars
-/// alone.
+/// Escape ends that. A press marks its bar where the view is focusable, until the focus goes. A right press marks its
+/// point and opens the rows of `value-list`, or a menu. The menu copies to the group of the linked list: by the event
+/// `copy-group` with its `index`, sent to `copy-target`, otherwise the bars alone.
 class CControlSurface : public CView, public CDynamicList, private CParamGesture::COwner {
 public:
     ~CControlSurface() override;

@@ -3,23 +3,22 @@
 #include <algorithm>
 #include <cmath>
 
-#include "Core/CGlobalSettings.h"
 #include "Audio/Client/CAudioInterfaceClient.h"
+#include "Core/CGlobalSettings.h"
 #include "Core/CObjectWatch.h"
 #include "UI/Binding/CParamBridge.h"
 #include "UI/Binding/CUIParam.h"
 #include "UI/Controls/Lists/CValueList.h"
 #include "UI/Controls/Surface/CControlSurface.h"
 #include "UI/Controls/Surface/CRuler.h"
-#include "UI/Views/CViewWindow.h"
 #include "UI/Text/CPopupList.h"
 #include "UI/Views/CViewReading.h"
+#include "UI/Views/CViewWindow.h"
 
 namespace tarv {
 
 namespace {
 
-constexpr const char* kListTemplate = "ui:window-app-popup-list";
 constexpr const char* kClientPath = "ui.interface-client";
 constexpr const char* kTypeRow = "type";
 constexpr const char* kResetRow = "reset";
@@ -64,7 +63,7 @@ CError* CControlSurface::mousePressR(CAttributeMap& params) {
         popup["popup-inner-border"] = CAttributeValue::fromString(getAttrString("popup-inner-border"));
     }
     menuMark_ = CMenuMark::Opening;
-    CError* error = openPopup(kListTemplate, popup);
+    CError* error = CPopupList::open(*this, *this, popup);
     if (watch.isAlive() && menuMark_ == CMenuMark::Opening) {
         menuMark_ = CMenuMark::None;
     }
@@ -104,7 +103,6 @@ CError* CControlSurface::markMenuPoint() {
 /// The items behind the rows of the popup; null where its rows are mere texts, whose value is their index.
 const CValueList* CControlSurface::popupValues() const {
     return dynamic_cast<const CValueList*>(editable_->findChild("value-list"));
-    return CPopupList::open(*this, *this, popup);
 }
 
 /// The group that the curve can be copied to: that of the linked list.

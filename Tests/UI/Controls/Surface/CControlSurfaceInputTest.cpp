@@ -203,68 +203,6 @@ TEST_F(SurfaceInput, WithoutAnActiveParameterNothingIsTaken) {
     EXPECT_FALSE(input().wheel(1.0));
 }
 
-TEST_F(SurfaceInput, ARightPressOpensAShortMenu) {
-    open(bands());
-    setGain(2, 4.0);
-    setGain(4, 4.0);
-    moveTo(2, 1.0);
-    openMenu();
-    EXPECT_EQ(rows(), (std::vector<std::string>{"Reset", "Reset all", "Copy to group 2"}));
-    choose(0);
-    EXPECT_EQ(gain(2), 0.0);
-    EXPECT_NEAR(gain(4), 4.0, kRounding);
-    moveTo(0, 1.0);
-    openMenu();
-    choose(2);
-    EXPECT_NEAR(gain(4, 1), 4.0, kRounding);
-    const size_t before = steps().size();
-    openMenu();
-    choose(1);
-    EXPECT_EQ(gain(4), 0.0);
-    EXPECT_NEAR(gain(4, 1), 4.0, kRounding);
-    EXPECT_EQ(steps().size(), before + 1);
-    set("under", "group-index", "0");
-    openMenu();
-    EXPECT_EQ(rows(), (std::vector<std::string>{"Reset", "Reset all"})) << "the same group is behind";
-}
-
-TEST_F(SurfaceInput, TheMenuHasTheNameOfTheGroupThatItCopiesTo) {
-    open(bands());
-    CTextList names;
-    names.append("");
-    names.append("Dr[B]ms;");
-    EXPECT_EQ(consumed(at<CAudioInterfaceClient>("ui.interface-client")
-                           .setTexts("plugin.modMain.io-params.group-names", 0, 0, names)),
-              "");
-    advance(0.2);
-    moveTo(2, 1.0);
-    openMenu();
-    EXPECT_EQ(rows().back(), "Copy to group Dr[B]ms;") << "as it was typed";
-}
-
-TEST_F(SurfaceInput, ARightPressOpensTheValueListAndTheRowIsWritten) {
-    open(bands("", "", "") + R"(<ui:control-surface name="list" placement="overlay" width="60" height="200"
-              outer-border="L300 T30" image-set="shared::is.csurface" is-slider-mode="true" min-max="ui.range">
-              <ui:control-surface-group name="g" point-count="1">
-                <ui:ui-param name="ui-param-y" bridge="ui.out"/>
-                <ui:ui-param name="ui-param-popup" bridge="ui.gains" element="5"/>
-                <core:object name="value-list">
-                  <core:object name="paragraph" is-paragraph="true" title="Zero"/>
-                  <core:object name="paragraph" is-paragraph="true" title="One"/>
-                  <core:object name="paragraph" is-paragraph="true" title="Two"/>
-                </core:object>
-              </ui:control-surface-group>
-            </ui:control-surface>)");
-    setGain(5, 1.0);
-    moveToPixel(330, 100);
-    openMenu();
-    EXPECT_EQ(rows(), (std::vector<std::string>{"Zero", "One", "Two"}));
-    ASSERT_TRUE(list());
-    EXPECT_EQ(list()->selectedParagraph(), 1) << "the value";
-    choose(2);
-    EXPECT_NEAR(gain(5), 2.0, kRounding);
-}
-
 TEST_F(SurfaceInput, WhatIsWrittenDownAsWrongIsRefused) {
     const auto failure = [this](const std::string& views) {
         const std::string text = tryOpen(views);

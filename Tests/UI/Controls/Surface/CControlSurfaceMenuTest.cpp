@@ -65,6 +65,20 @@ TEST_F(SurfaceMenu, ARightPressOpensAShortMenu) {
     EXPECT_EQ(rows(), (std::vector<std::string>{"Reset", "Reset all"})) << "the same group is behind";
 }
 
+TEST_F(SurfaceMenu, TheMenuHasTheNameOfTheGroupThatItCopiesTo) {
+    open(bands());
+    CTextList names;
+    names.append("");
+    names.append("Dr[B]ms;");
+    EXPECT_EQ(consumed(at<CAudioInterfaceClient>("ui.interface-client")
+                           .setTexts("plugin.modMain.io-params.group-names", 0, 0, names)),
+              "");
+    advance(0.2);
+    moveTo(2, 1.0);
+    openMenu();
+    EXPECT_EQ(rows().back(), "Copy to group Dr[B]ms;") << "as it was typed";
+}
+
 TEST_F(SurfaceMenu, ARightPressOpensTheValueListAndTheRowIsWritten) {
     open(bands("", "", "") + R"(<ui:control-surface name="list" placement="overlay" width="60" height="200"
               outer-border="L300 T30" image-set="shared::is.csurface" is-slider-mode="true" min-max="ui.range">
