@@ -23,6 +23,7 @@ protected:
             point("window-title.label");
         }
         click(std::string("ui.win-channel-routing.c.") + row.panel + ".names");
+        expectSame("names opened");
     }
     /// The first one of that name in the window.
     std::string part(const CNamesRow& row, const char* name) {
@@ -67,7 +68,6 @@ TEST_F(ProductNames, ThatAreTypedAreSetByOkInOneStepAndDroppedByCancel) {
         const std::string before = effect.chunk(false);
         const std::string former = name(row, 0);
         openNames(row);
-        expectSame("names opened");
         typeName(row, 0, "Brass 1");
         expectSame("a name typed");
         click(part(row, "cancel"));
