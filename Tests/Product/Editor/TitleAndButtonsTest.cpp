@@ -139,6 +139,9 @@ TEST_F(TitleAndButtons, APresetIsChosenFromTheQuickList) {
     EXPECT_TRUE(hint().starts_with("Inverted Smiley. Presets and banks")) << hint();
     undoTheOnlyStep("Undo: ROM preset activate");
     EXPECT_NEAR(decibels(kGains, 0, 0), 0.0, 1e-9);
+}
+
+TEST_F(TitleAndButtons, APresetIsChosenFromTheNestedListByKeysAndByThePointer) {
     // By keys: into the list below the first bank, to its second preset.
     EXPECT_EQ(dispatch(vst::kEffectGetProgram), 0);
     click("c.buttons.preset-manager.quick-preset-list");
