@@ -1,5 +1,7 @@
 #pragma once
 
+#include <initializer_list>
+
 #include "UI/Binding/CParamGesture.h"
 #include "UI/Controls/Buttons/CWheelSteps.h"
 #include "UI/Controls/Surface/CControlSurfaceGroup.h"
@@ -190,6 +192,7 @@ private:
     // CControlSurfaceDrag.cpp
     void onGestureCancelled(CParamGesture& gesture) override;
     [[nodiscard]] CError* pressPoint(int32_t point, const CSurfacePointer& pointer);
+    [[nodiscard]] CError* beginGesture(std::initializer_list<CRole> roles, const char* label);
     [[nodiscard]] CError* touchHeld();
     void moveHeld();
     void setTo(CRole role, int32_t point, const CSurfaceDrag::CStart& start, double moved);

@@ -28,7 +28,8 @@ CError* CControlSurface::pressPoint(int32_t point, const CSurfacePointer& pointe
     dragged_ = editable_;
     drag_.begin(mode, point, pointer);
     const CObjectWatch watch(*this);
-    CError* error = gesture_.begin();
+    CError* error =
+        beginGesture({moves(CRole::X) ? CRole::X : CRole::Y, moves(CRole::Y) ? CRole::Y : CRole::X}, "Point change");
     if (error || !watch.isAlive() || !drag_.isActive()) {
         return error;
     }
@@ -41,6 +42,19 @@ CError* CControlSurface::pressPoint(int32_t point, const CSurfacePointer& pointe
         dragged_->hold(point + i);
     }
     return touchHeld();
+}
+
+/// Changes of one parameter join by themselves; those of several are one step by its own label.
+CError* CControlSurface::beginGesture(std::initializer_list<CRole> roles, const char* label) {
+    CParamBridge* first = nullptr;
+    bool areSeveral = false;
+    for (const CRole role : roles) {
+        const CUIParam* param = editable_->param(role);
+        CParamBridge* bridge = param && param->isActive() ? param->bridge() : nullptr;
+        first = first ? first : bridge;
+        areSeveral = areSeveral || (bridge && bridge != first);
+    }
+    return areSeveral ? gesture_.begin(*first, label) : gesture_.begin();
 }
 
 /// The host gets to know that the values are in a hand.
@@ -199,7 +213,7 @@ CError* CControlSurface::erasePoint(int32_t point) {
         return nullptr;
     }
     const CObjectWatch watch(*this);
-    CError* error = gesture_.begin();
+    CError* error = beginGesture({CRole::X, CRole::Y, CRole::BandWidth, CRole::Count}, "Point removal");
     if (error || !watch.isAlive()) {
         return error;
     }

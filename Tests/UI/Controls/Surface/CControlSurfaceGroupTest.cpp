@@ -152,6 +152,50 @@ TEST_F(SurfacePoints, ADoubleClickTakesAPointOffAnEraseableGroup) {
     EXPECT_NEAR(gain(5), 6.0, kRounding);
 }
 
+TEST_F(SurfacePoints, WhatMovesTwoParametersIsOneStep) {
+    open(R"(<ui:control-surface name="surface" placement="overlay" width="200" height="200" outer-border="L20 T30"
+              image-set="shared::is.csurface" min-max-y="ui.range">
+              <ui:control-surface-group name="sliders" is-eraseable="true">
+                <ui:ui-param name="ui-param-count" bridge="ui.count"/>
+                <ui:ui-param name="ui-param-x" bridge="ui.freqs"/>
+                <ui:ui-param name="ui-param-y" bridge="ui.gains"/>
+              </ui:control-surface-group></ui:control-surface>)");
+    const char* const kFreqs = "plugin.modMain.modBrindleXEQ.xeq-freqs";
+    const auto hertz = [&](int32_t band) { return engineParam(kFreqs).userData().value(0, band); };
+    const double former[] = {hertz(5), hertz(6)};
+    const size_t before = steps().size();
+    const CSurfacePlace place = surface().placeOf(sliders(), 6);
+    moveToPixel(place.x, place.y);
+    input().press();
+    for (int i = 0; i < 4; ++i) {
+        moveBy(i % 2 == 0 ? 0 : -10, 10);
+        advance(0.05);
+    }
+    input().release();
+    advance();
+    EXPECT_LT(hertz(6), former[1]);
+    EXPECT_NEAR(gain(6), 40.0 * 24.0 / 200.0, kRounding);
+    EXPECT_EQ(steps().size(), before + 1);
+    EXPECT_EQ(steps().back(), "Point change");
+    EXPECT_EQ(consumed(at<CAudioInterfaceClient>("ui.interface-client").undo()), "");
+    advance(1.0);
+    EXPECT_EQ(hertz(6), former[1]);
+    EXPECT_EQ(gain(6), 0.0);
+    const CSurfacePlace erased = surface().placeOf(sliders(), 5);
+    moveToPixel(erased.x, erased.y);
+    input().click();
+    input().click();
+    advance();
+    EXPECT_EQ(sliders().count(), 6);
+    EXPECT_EQ(hertz(5), former[1]);
+    EXPECT_EQ(steps().size(), before + 1);
+    EXPECT_EQ(steps().back(), "Point removal");
+    EXPECT_EQ(consumed(at<CAudioInterfaceClient>("ui.interface-client").undo()), "");
+    advance();
+    EXPECT_EQ(sliders().count(), 7);
+    EXPECT_EQ(hertz(5), former[0]);
+}
+
 TEST_F(SurfacePoints, TheWheelChangesTheBandWidthWhereThereIsOne) {
     open(R"(<ui:control-surface name="surface" placement="overlay" width="200" height="200" outer-border="L20 T30"
               image-set="shared::is.csurface" min-max-y="ui.range" min-max-x="ui.range">
