@@ -206,10 +206,10 @@ CError* CControlSurface::resetPoints(int32_t first, int32_t count) {
     return error;
 }
 
-/// Those behind it move up, and the count goes down.
+/// Those behind it move up, and the count goes down, unless there are as few as there may be.
 CError* CControlSurface::erasePoint(int32_t point) {
     CUIParam* counter = editable_->param(CRole::Count);
-    if (!counter || !counter->isActive()) {
+    if (!counter || !counter->isActive() || editable_->count() - 1.0 < counter->minimum()) {
         return nullptr;
     }
     const CObjectWatch watch(*this);

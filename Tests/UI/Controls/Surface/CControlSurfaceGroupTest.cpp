@@ -196,6 +196,29 @@ TEST_F(SurfacePoints, WhatMovesTwoParametersIsOneStep) {
     EXPECT_EQ(hertz(5), former[0]);
 }
 
+TEST_F(SurfacePoints, NoPointIsTakenOffTheFewestThatThereMayBe) {
+    // A count of at least 20, by a parameter that begins there.
+    open(R"(<ui:control-surface name="surface" placement="overlay" width="300" height="200" outer-border="L20 T30"
+              image-set="shared::is.csurface" min-max-y="ui.range" min-max-x="ui.range">
+              <ui:control-surface-group name="sliders" is-eraseable="true" is-balanced="true" is-fixed-x="true">
+                <ui:ui-param name="ui-param-count" bridge="ui.freqs"/>
+                <ui:ui-param name="ui-param-y" bridge="ui.gains"/>
+              </ui:control-surface-group></ui:control-surface>)");
+    EXPECT_TRUE(editor.instance()->set("plugin.modMain.modBrindleXEQ.xeq-freqs", 0, 0, 20.0));
+    advance();
+    ASSERT_EQ(sliders().count(), 20);
+    setGain(2, 3.0);
+    setGain(3, -3.0);
+    const CSurfacePlace place = surface().placeOf(sliders(), 2);
+    moveToPixel(place.x, place.y);
+    input().click();
+    input().click();
+    advance();
+    EXPECT_NEAR(gain(2), 3.0, kRounding);
+    EXPECT_NEAR(gain(3), -3.0, kRounding);
+    EXPECT_EQ(sliders().count(), 20);
+}
+
 TEST_F(SurfacePoints, TheWheelChangesTheBandWidthWhereThereIsOne) {
     open(R"(<ui:control-surface name="surface" placement="overlay" width="200" height="200" outer-border="L20 T30"
               image-set="shared::is.csurface" min-max-y="ui.range" min-max-x="ui.range">
