@@ -24,6 +24,8 @@ constexpr double kPointsAlpha = 0.75;
 constexpr const char* kAxisAttributes[] = {"min-max", "min-max-x", "min-max-y", "min-max-y-alt"};
 constexpr const char* kSettings[] = {"is-slider-mode", "control-points-alpha", "is-use-margins", "editable-group"};
 constexpr const char* kBarsAlpha = "control-bars-alpha";
+constexpr const char* kCursorLook[] = {"curpos-alignment", "curpos-active-color", "curpos-show-labels",
+                                       "curpos-show-values"};
 constexpr const char* kAxisUpdate = "axis-update";
 constexpr const char* kTimerTick = "update-tick";
 
@@ -50,6 +52,9 @@ CError* CControlSurface::initClass(CClassDescriptor& descriptor) {
     descriptor.addHandler<&CControlSurface::findSwatch>("color-swatch");
     descriptor.addHandler<&CControlSurface::hairlinesChanged>("is-show-hairlines");
     descriptor.addHandler<&CControlSurface::numbersChanged>("is-point-number-shown");
+    for (const char* name : kCursorLook) {
+        descriptor.addHandler<&CControlSurface::cursorChanged>(name);
+    }
     descriptor.addHandler<&CControlSurface::updateFps>("update-fps");
     descriptor.addHandler<&CControlSurface::rulersChanged>("ruler");
     descriptor.addHandler<&CControlSurface::mappingChanged>(kAxisUpdate);
@@ -83,6 +88,7 @@ CError* CControlSurface::finishInit() {
     TARV_TRY(axesChanged());
     TARV_TRY(hairlinesChanged());
     TARV_TRY(numbersChanged());
+    TARV_TRY(cursorChanged());
     groupColorsChanged();
     const CObject* timer = findChild("update-timer");
     if (!timer) {
@@ -236,13 +242,19 @@ void CControlSurface::groupGone(CControlSurfaceGroup& group) {
     groupColorsChanged();
 }
 
-/// After a group has gone: the numbers, the rulers and those who know the hovered point.
+/// Objects of points follow them; after a group has gone, the numbers, the rulers and the hovered point do.
 CError* CControlSurface::followGroups() {
+    const CObjectWatch watch(*this);
+    for (int32_t i = 0; i < groups_.count(); ++i) {
+        CError* error = groups_[i]->showObjects();
+        if (error || !watch.isAlive()) {
+            return error;
+        }
+    }
     if (!isListStale_) {
         return nullptr;
     }
     isListStale_ = false;
-    const CObjectWatch watch(*this);
     CError* error = makeNumbers();
     error = error || !watch.isAlive() ? error : viewUpdated();
     return error || !watch.isAlive() ? error : showHovered();

@@ -40,8 +40,13 @@ class CValueList;
 ///                             `min-max-y-alt` also `curpos-y-alt`) and `curpos-bw`
 ///   hovered-point, curpos-band-sel   set by the surface: the point under the pointer, the selected one; -1 for none.
 ///                             The latter is set with one of the exports
-/// `curpos-alignment`, `curpos-active-color`, `curpos-show-labels`, `curpos-show-spectrum` and `curpos-show-values` are
-/// for the views of the data that show what is exported; the surface doesn't read them.
+///   curpos-show-values, curpos-show-labels   adds the child `curpos` of the template `ui:control-surface-curpos`, a
+///   text
+///                             view, which shows what is exported of the hovered point: values with their units, labels
+///                             (`title` of the param, otherwise X, Y, BW), or both
+///   curpos-alignment          of `curpos`: `top` (default) or `bottom`
+///   curpos-active-color       its colour while a point is held; default that of the template
+/// `curpos-show-spectrum` is for a display of the data; the surface doesn't read it.
 ///
 /// By hand: a press takes a bar without a jump, and it follows the pointer, finer with Shift, finer still with Ctrl and
 /// Shift; with Alt each bar that is passed takes the pointer's height. Ctrl and press, and a double click, reset. The
@@ -92,6 +97,10 @@ public:
     /// -1 for none.
     int32_t hoveredPoint() const { return hovered_; }
     int32_t selectedPoint() const { return selected_; }
+    /// A point is lit; of a list that isn't edited, one that is linked to the edited one.
+    bool isHovered(const CControlSurfaceGroup& group, int32_t index) const;
+    /// A point has the frame of the selected one.
+    bool isMarked(const CControlSurfaceGroup& group, int32_t index) const;
     /// Pixels of a point, where it is no bar.
     CSurfacePlace placeOf(const CControlSurfaceGroup& group, int32_t index) const;
     /// Pixels of the bar of a point.
@@ -186,6 +195,7 @@ private:
     [[nodiscard]] CError* setHovered(int32_t point);
     [[nodiscard]] CError* showHovered();
     [[nodiscard]] CError* exportPoint();
+    [[nodiscard]] CError* exportPositions();
     int32_t pointAt(int32_t x, int32_t y) const;
     double precisionOf(const CSurfacePointer& pointer) const;
 
@@ -203,6 +213,11 @@ private:
     [[nodiscard]] CError* erasePoint(int32_t point);
     bool moves(CRole role) const;
 
+    // CControlSurfaceCursor.cpp
+    [[nodiscard]] CError* cursorChanged();
+    [[nodiscard]] CError* showCursor();
+    CString cursorText() const;
+
     // CControlSurfaceMenu.cpp
     [[nodiscard]] CError* generateSubList(const CString& parentId, CDynamicListRows& rows) override;
     [[nodiscard]] CError* popupResult(CAttributeMap& params);
@@ -219,13 +234,14 @@ private:
     bool isInClip(const CIntRect& column) const;
     void drawPits(const CControlSurfaceGroup& group, const CSurfaceLayout& layout);
     void drawBars(const CControlSurfaceGroup& group, int32_t groupIndex, const CSurfaceLayout& layout);
+    const CBrush* lineBrush(const CControlSurfaceGroup& group) const;
+    void drawLines(const CControlSurfaceGroup& group, const CColor& color);
     void drawPoints(const CControlSurfaceGroup& group, int32_t groupIndex);
     void drawBar(const CControlSurfaceGroup& group, int32_t index, const CSurfaceLayout& layout, const CColor& color);
     void drawUnderlay(const CControlSurfaceGroup& group, int32_t index, const CSurfaceLayout& layout,
                       const CColor& color);
     void drawPart(CPart part, const CIntRect& box, const CColor& color, double opacity, const CIntRect& clip);
     const CColor* groupColor(int32_t groupIndex, bool isHovered) const;
-    bool isMarked(const CControlSurfaceGroup& group, int32_t index) const;
     bool isLinked(const CControlSurfaceGroup& group) const;
     const CImage* pointImage(const CControlSurfaceGroup& group) const;
     CIntRect innerBox() const;
@@ -256,9 +272,11 @@ private:
     CArray<CRuler*, 4> rulers_;  ///< those that mark the hovered point
     CArray<CRuler*, 4> joined_;  ///< all that know this view
     CArray<CView*, 10> numbers_;
+    CView* cursor_ = nullptr;
+    CString cursorColor_;  ///< of its template
     CSurfaceLineSets lines_;
     bool isListStale_ = false;    ///< a group has gone
-    bool isExportStale_ = false;  ///< the hovered point has another value
+    bool isExportStale_ = false;  ///< the hovered point has another value, or a hand takes or leaves it
     CSurfaceDrag drag_;
     CParamGesture gesture_{this};
     int32_t hovered_ = -1;

@@ -26,6 +26,7 @@ CError* CControlSurface::pressPoint(int32_t point, const CSurfacePointer& pointe
         return nullptr;
     }
     dragged_ = editable_;
+    isExportStale_ = true;
     drag_.begin(mode, point, pointer);
     const CObjectWatch watch(*this);
     CError* error =
@@ -140,6 +141,7 @@ CError* CControlSurface::timerTick() {
 /// What was moved stands, and is sent.
 CError* CControlSurface::endDrag() {
     const bool wasActive = drag_.isActive();
+    isExportStale_ = isExportStale_ || wasActive;
     drag_.end();
     if (!wasActive) {
         dragged_ = nullptr;

@@ -5,7 +5,7 @@
 
 #include "Core/CApplication.h"
 #include "UI/Controls/Surface/CControlSurface.h"
-#include "UI/Controls/Surface/CRuler.h"
+#include "UI/Drawing/CBrushStroke.h"
 #include "UI/Views/CSectorMap.h"
 
 namespace tarv {
@@ -16,6 +16,8 @@ constexpr int64_t kLoadOfImage = 500;
 // Of the line at the end of an underlay.
 constexpr double kUnderlayLine = 0.45;
 constexpr int32_t kLine = 1;
+// Of the lines between points: the middle one of the set.
+constexpr int32_t kLineBrush = 1;
 
 CViewRect viewRect(const CIntRect& rect) {
     return {static_cast<double>(rect.left), static_cast<double>(rect.top), static_cast<double>(rect.width()),
@@ -81,6 +83,15 @@ CViewRect CControlSurface::shownRect(const CControlSurfaceGroup& group, int32_t 
         const auto x = static_cast<int32_t>(std::lround(place.x));
         const auto y = static_cast<int32_t>(std::lround(place.y));
         rect = {x - side, y - side, x + side, y + side};
+        const CBrush* brush = lineBrush(group);
+        const int32_t reach = brush ? brush->stampSide() : 0;
+        for (int32_t i = std::max(index - 1, 0); brush && i < std::min(index + 2, group.count()); ++i) {
+            const CSurfacePlace end = placeOf(group, i);
+            const auto endX = static_cast<int32_t>(std::lround(end.x));
+            const auto endY = static_cast<int32_t>(std::lround(end.y));
+            rect = {std::min(rect.left, endX - reach), std::min(rect.top, endY - reach),
+                    std::max(rect.right, endX + reach), std::max(rect.bottom, endY + reach)};
+        }
     }
     return viewRect({rect.left - overhang_.left, rect.top - overhang_.top, rect.right + overhang_.right,
                      rect.bottom + overhang_.bottom});
@@ -183,7 +194,7 @@ void CControlSurface::drawBars(const CControlSurfaceGroup& group, int32_t groupI
         if (!isInClip(pit)) {
             continue;
         }
-        const CColor* color = groupColor(groupIndex, i == hovered_);
+        const CColor* color = groupColor(groupIndex, isHovered(group, i));
         if (color && group.isEditable()) {
             drawBar(group, i, layout, *color);
         } else if (color) {
@@ -243,12 +254,36 @@ void CControlSurface::drawUnderlay(const CControlSurfaceGroup& group, int32_t in
     target().bitmap->fillRect(line, color, kUnderlayLine * barOpacity_);
 }
 
+/// Between points that a press takes in pairs; null without lines.
+const CBrush* CControlSurface::lineBrush(const CControlSurfaceGroup& group) const {
+    return brushSet() && group.isDragSegments() ? brushSet()->getBrush(kLineBrush) : nullptr;
+}
+
+void CControlSurface::drawLines(const CControlSurfaceGroup& group, const CColor& color) {
+    const CBrush* brush = lineBrush(group);
+    if (!brush) {
+        return;
+    }
+    CBrushStroke stroke(*target().bitmap, target().originX, target().originY, target().clip, *brush, color,
+                        pointOpacity_);
+    for (int32_t i = 0; i < group.count(); ++i) {
+        const CSurfacePlace place = placeOf(group, i);
+        if (i == 0) {
+            stroke.moveTo(place.x, place.y);
+        } else {
+            stroke.lineTo(place.x, place.y);
+        }
+    }
+}
+
 void CControlSurface::drawPoints(const CControlSurfaceGroup& group, int32_t groupIndex) {
     const CImage* image = pointImage(group);
+    if (const CColor* color = groupColor(groupIndex, false)) {
+        drawLines(group, *color);
+    }
     for (int32_t i = 0; i < group.count() && image; ++i) {
-        const bool isHovered = i == hovered_ && (&group == editable_ || isLinked(group));
-        const CColor* color =
-            group.isEditable() || !group.isActive() ? groupColor(groupIndex, isHovered) : classColor(kPointOff);
+        const CColor* color = group.isEditable() || !group.isActive() ? groupColor(groupIndex, isHovered(group, i))
+                                                                      : classColor(kPointOff);
         const CSurfacePlace place = placeOf(group, i);
         const auto x = static_cast<int32_t>(std::lround(place.x)) - image->getWidth() / 2;
         const auto y = static_cast<int32_t>(std::lround(place.y)) - image->getHeight() / 2;
@@ -260,6 +295,10 @@ void CControlSurface::drawPoints(const CControlSurfaceGroup& group, int32_t grou
             drawPart(Select, {x, y, x + image->getWidth(), y + image->getHeight()}, *mark, 1.0, target().clip);
         }
     }
+}
+
+bool CControlSurface::isHovered(const CControlSurfaceGroup& group, int32_t index) const {
+    return index == hovered_ && (isSliderMode_ || &group == editable_ || isLinked(group));
 }
 
 bool CControlSurface::isLinked(const CControlSurfaceGroup& group) const {

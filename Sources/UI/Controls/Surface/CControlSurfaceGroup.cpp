@@ -35,6 +35,7 @@ CError* CControlSurfaceGroup::initClass(CClassDescriptor& descriptor) {
     }
     descriptor.addHandler<&CControlSurfaceGroup::countChanged>("point-count");
     descriptor.addHandler<&CControlSurfaceGroup::colorChanged>("color");
+    descriptor.addHandler<&CControlSurfaceGroup::objectKeyChanged>("cs-point");
     return nullptr;
 }
 
@@ -58,7 +59,10 @@ CError* CControlSurfaceGroup::finishInit() {
         TARV_FAIL("@tarvstr_CControlSurfaceGroup_finishInit_NoValueList Control surface popup value list not found");
     }
     surface_->groupColorsChanged();
-    return updateCount();
+    isFinished_ = true;
+    const CObjectWatch watch(*this);
+    CError* error = updateCount();
+    return error || !watch.isAlive() ? error : makeObjects();
 }
 
 void CControlSurfaceGroup::readAttributes() {
@@ -145,7 +149,8 @@ CError* CControlSurfaceGroup::updateCount() {
         return nullptr;
     }
     const CObjectWatch watch(*this);
-    CError* error = surface_->groupChanged(*this);
+    CError* error = isFinished_ ? makeObjects() : nullptr;
+    error = error || !watch.isAlive() ? error : surface_->groupChanged(*this);
     static const CString kEvent("slider-count-changed");
     if (error || !watch.isAlive() || !notifyServer() || !notifyServer()->hasListeners(fullName(), kEvent)) {
         return error;

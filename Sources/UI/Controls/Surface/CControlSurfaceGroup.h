@@ -26,10 +26,11 @@ class CParamGesture;
 ///   min-distance    least distance along x between sorted points; negative (default): none
 ///   is-balanced     points stand evenly over the width; with is-fixed-y, bars fill the height
 ///   is-vertical     bars rise; "false": they grow to the right. Default true
-///   is-drag-segments   a press between two points moves both
+///   is-drag-segments   a press between two points moves both; with the surface's `brush-set`, a line joins them
 ///   linked-group    name of the group whose hovered point this one follows, and that "Copy to" of its menu means
 ///   value-step      values are multiples of it; 0 (default): any
-///   cs-point        key of an object that stands for a point of this list; not read by the surface
+///   cs-point        key of an object that stands for a point: a child `point` for each one, with `index`, and from the
+///                   surface's timer `x`, `y`, `bw`, `is-hovered` and `is-selected`
 /// Sends `slider-count-changed` when there are more or fewer points.
 class CControlSurfaceGroup : public CObject, public CUIParamUpdateHandler {
 public:
@@ -98,6 +99,10 @@ public:
     /// The values are read anew.
     void readValues();
 
+    /// The objects of the points follow them. May destroy this object.
+    [[nodiscard]] CError* showObjects();
+    void removeChild(CObject* child) override;
+
     [[nodiscard]] CError* onParamChanged(CUIParam& param) override;
     [[nodiscard]] CError* onParamActivity(CUIParam& param) override;
     [[nodiscard]] CError* onParamRangeChanged(CUIParam& param) override;
@@ -110,6 +115,21 @@ private:
         bool isY = false;
         bool isBandWidth = false;
     };
+
+    struct CPointObject {
+        CObject* object = nullptr;
+        CPoint point;
+        bool isHovered = false;
+        bool isSelected = false;
+        bool isShown = false;
+        bool operator==(const CPointObject&) const = default;
+    };
+
+    // CControlSurfaceGroupObjects.cpp
+    [[nodiscard]] CError* objectKeyChanged();
+    [[nodiscard]] CError* makeObjects();
+    [[nodiscard]] CError* showObject(int32_t index);
+    void removeLastObject();
 
     [[nodiscard]] CError* attributesChanged();
     [[nodiscard]] CError* countChanged();
@@ -131,12 +151,14 @@ private:
     CArray<bool, 10> held_;
     CArray<CPending, 10> pending_;
     CArray<double, 10> sending_;
+    CArray<CPointObject, 1> objects_;
     int32_t pendingCount_ = 0;
     int32_t group_ = 0;  ///< of the values
     int32_t selected_ = -1;
     int32_t colorIndex_ = 0;
     double minDistance_ = -1.0;
     double valueStep_ = 0.0;
+    bool isFinished_ = false;
     bool isAnchor_ = false;
     bool isVisible_ = true;
     bool isEditable_ = true;

@@ -77,11 +77,17 @@ CError* CControlSurface::showHovered() {
     return error || !watch.isAlive() ? error : exportPoint();
 }
 
-/// For the views of the data that show where the pointer is.
+/// For the readout, and for views of the data that show where the pointer is.
 CError* CControlSurface::exportPoint() {
+    isExportStale_ = false;
+    const CObjectWatch watch(*this);
+    CError* error = exportPositions();
+    return error || !watch.isAlive() ? error : showCursor();
+}
+
+CError* CControlSurface::exportPositions() {
     static const CString kNames[] = {"curpos-x", "curpos-y", "curpos-y-alt", "curpos-bw", "curpos-band-sel"};
     static const CString kFlags[] = {"is-export-x", "is-export-y", "is-export-bw"};
-    isExportStale_ = false;
     const bool isX = getAttrBool(kFlags[0]);
     const bool isY = getAttrBool(kFlags[1]);
     const bool isBandWidth = getAttrBool(kFlags[2]);

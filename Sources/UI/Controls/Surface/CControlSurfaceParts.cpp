@@ -106,6 +106,7 @@ void CControlSurface::placeNumbers() {
 
 void CControlSurface::removeChild(CObject* child) {
     CView::removeChild(child);
+    cursor_ = static_cast<const CObject*>(cursor_) == child ? nullptr : cursor_;
     for (int32_t i = numbers_.count() - 1; i >= 0; --i) {
         // The other way round it would be a cast of what is no view any more.
         if (static_cast<const CObject*>(numbers_[i]) == child) {

@@ -109,6 +109,40 @@ TEST_F(SurfacePoints, BetweenTwoPointsAPressTakesBothWhereTheGroupSaysSo) {
     input().release();
 }
 
+TEST_F(SurfacePoints, ALineOfTheBrushJoinsThePointsOfSegments) {
+    openPoints("is-drag-segments=\"true\"", "brush-set=\"shared::bs.brushes\"");
+    const auto between = [this](int32_t point) {
+        const CSurfacePlace from = surface().placeOf(sliders(), point);
+        const CSurfacePlace to = surface().placeOf(sliders(), point + 1);
+        return pixel(static_cast<int32_t>(from.x + to.x) / 2, static_cast<int32_t>(std::lround((from.y + to.y) / 2.0)));
+    };
+    const uint32_t ground = pixel(5, 5);
+    EXPECT_NE(between(0), ground);
+    EXPECT_NE(between(1), ground);
+    pressAt(0.0, 0.0);
+    moveBy(15, 50);
+    advance();
+    EXPECT_NE(between(0), ground);
+    EXPECT_NE(between(1), ground);
+    const auto picture = [this] {
+        std::vector<uint32_t> all;
+        for (int32_t y = 30; y < 230; ++y) {
+            for (int32_t x = 20; x < 220; ++x) {
+                all.push_back(pixel(x, y));
+            }
+        }
+        return all;
+    };
+    const auto moved = picture();
+    at<CView>("ui.main-window").requestRedraw();
+    advance();
+    EXPECT_EQ(moved == picture(), true) << "the lines of both neighbours are drawn anew";
+    input().release();
+    set("main-window.surface.sliders", "is-drag-segments", "false");
+    advance();
+    EXPECT_EQ(between(0), ground);
+}
+
 TEST_F(SurfacePoints, BalancedPointsStandEvenlyOverTheWidth) {
     openPoints("is-balanced=\"true\" is-fixed-x=\"true\"");
     EXPECT_EQ(surface().placeOf(sliders(), 0).x, 21.0 + 33.0);
@@ -276,6 +310,43 @@ TEST_F(SurfacePoints, APressChoosesAPointByTheParameterAndIsNoStep) {
     advance();
     EXPECT_TRUE(isFramed(2)) << "whoever sets it";
     EXPECT_FALSE(isFramed(4));
+}
+
+TEST_F(SurfacePoints, AnObjectOfTheGivenKeyStandsForEachPoint) {
+    open(points("cs-point=\"core:object\"", "is-focusable=\"true\""));
+    const auto objects = [this] {
+        std::vector<const CObject*> found;
+        for (const CObject* child : sliders().children()) {
+            if (child->hasAttr("is-hovered")) {
+                found.push_back(child);
+            }
+        }
+        return found;
+    };
+    setGain(1, -3.0);
+    setGain(1, 6.0, 1);
+    const CSurfacePlace place = surface().placeOf(sliders(), 1);
+    moveToPixel(place.x, place.y);
+    input().click();
+    advance(0.05);
+    ASSERT_EQ(objects().size(), 3u);
+    const CObject& second = *objects()[1];
+    EXPECT_EQ(second.getAttrInt("index"), 1);
+    EXPECT_NEAR(second.getAttrReal("x"), -3.0, kRounding);
+    EXPECT_NEAR(second.getAttrReal("y"), 6.0, kRounding);
+    EXPECT_TRUE(second.getAttrBool("is-hovered"));
+    EXPECT_TRUE(second.getAttrBool("is-selected"));
+    EXPECT_FALSE(objects()[0]->getAttrBool("is-hovered"));
+    set("main-window.surface.sliders", "point-count", "5");
+    advance(0.05);
+    EXPECT_EQ(objects().size(), 5u);
+    EXPECT_EQ(objects()[1], &second);
+    set("main-window.surface.sliders", "point-count", "2");
+    EXPECT_EQ(objects().size(), 2u);
+    delete objects()[0];
+    advance(0.05);
+    set("main-window.surface.sliders", "cs-point", "");
+    EXPECT_EQ(objects().size(), 0u);
 }
 
 TEST_F(SurfacePoints, AGroupNotifiesOfItsCount) {

@@ -159,5 +159,41 @@ TEST_F(SurfaceMenu, TheHoveredPointIsExported) {
     expectExported(0.0);
 }
 
+TEST_F(SurfaceMenu, AReadoutShowsWhatIsExported) {
+    open(bands(
+        R"(is-export-y="true" curpos-show-values="true" curpos-show-labels="true" curpos-active-color="GraphZero")"));
+    const auto readout = [this]() -> CView& { return at<CView>("ui.main-window.surface.curpos"); };
+    EXPECT_FALSE(readout().isShown()) << "nothing is hovered";
+    setGain(3, 6.0);
+    moveTo(3, 0.0);
+    advance(0.05);
+    EXPECT_TRUE(readout().isShown());
+    EXPECT_EQ(text("main-window.surface.curpos", "title"), "Y 6.0 dB");
+    EXPECT_EQ(readout().area().box().y, 30.0) << "at the top";
+    set("main-window.surface", "curpos-alignment", "bottom");
+    advance();
+    EXPECT_EQ(readout().area().box().bottom(), 230.0);
+    input().press();
+    moveBy(0, 25);
+    advance(0.05);
+    EXPECT_EQ(text("main-window.surface.curpos", "title"), "Y 9.0 dB");
+    EXPECT_EQ(text("main-window.surface.curpos", "text-color"), "GraphZero");
+    input().release();
+    advance(0.05);
+    EXPECT_EQ(text("main-window.surface.curpos", "text-color"), "RulerText");
+    set("main-window.surface", "curpos-show-labels", "false");
+    EXPECT_EQ(text("main-window.surface.curpos", "title"), "9.0 dB");
+    set("main-window.surface.sliders.ui-param-y", "title", "Gain");
+    set("main-window.surface", "curpos-show-labels", "true");
+    set("main-window.surface", "curpos-show-values", "false");
+    EXPECT_EQ(text("main-window.surface.curpos", "title"), "Gain");
+    moveToPixel(390, 310);
+    advance(0.05);
+    EXPECT_FALSE(readout().isShown());
+    set("main-window.surface", "curpos-show-labels", "false");
+    EXPECT_EQ(surface().findChild("curpos"), nullptr);
+    moveTo(3, 0.0);
+}
+
 }  // namespace
 }  // namespace tarv

@@ -169,6 +169,10 @@ private:
                     <ui:textview placement="overlay" alignment-h="left" alignment-v="top" text-alignment="center"
                       is-decorative="true" font-name="shared::font.micro" is-text-wrapped="false"/>
                   </template>
+                  <template name="ui:control-surface-curpos">
+                    <ui:textview placement="top" alignment-h="left" is-decorative="true"
+                      font-name="shared::font.micro" text-color="RulerText" is-text-wrapped="false"/>
+                  </template>
                   <template name="ui:ruler-label">
                     <ui:textview placement="overlay" alignment-h="left" alignment-v="top" is-decorative="true"
                       font-name="shared::font.micro" text-color="RulerText" is-text-wrapped="false">
