@@ -1,6 +1,10 @@
 // What a surface draws, pixel by pixel.
 
+#include <functional>
+#include <numeric>
+
 #include "Core/CApplication.h"
+#include "Platform/Keyboard.h"
 #include "Tests/Core/LogCapture.h"
 #include "Tests/UI/Controls/Surface/SurfaceTree.h"
 #include "UI/Resources/CDataSetObject.h"
@@ -129,6 +133,38 @@ TEST_F(SurfaceDrawing, TheHoveredBarIsLighterAndTheOthersAreAsBefore) {
     advance();
     EXPECT_EQ(pixel(middle(1), top), full("Custom1"));
     EXPECT_EQ(pixel(middle(2), top), full("Custom1_Hover"));
+}
+
+TEST_F(SurfaceDrawing, PitsAndTheSelectedColumnHaveTheirColours) {
+    open(bands());
+    const auto inPit = [this](int32_t band) { return pixel(middle(band), surface().layout().pit(band).top + 40); };
+    const auto edge = [this](int32_t band) {
+        const CIntRect pit = surface().layout().pit(band);
+        return pixel(pit.left, pit.top + 40);
+    };
+    const CPixel calm = inPit(2);
+    const CPixel calmEdge = edge(2);
+    moveTo(2, 0.0);
+    advance();
+    // The picture holds a brightness, which each colour makes its own pixel of.
+    const CColor& pit = color("CSSliderBarPit");
+    const CColor& lit = color("CSSliderBarPit_Hover");
+    EXPECT_NE(inPit(2), calm);
+    EXPECT_EQ(
+        std::inner_product(std::begin(pit.ramp), std::end(pit.ramp), std::begin(lit.ramp), false, std::logical_or<>(),
+                           [&](CPixel former, CPixel now) { return former == calm && now == inPit(2); }),
+        true);
+    EXPECT_EQ(inPit(3), calm);
+    input().click();
+    moveToPixel(390, 310);
+    advance();
+    EXPECT_NE(inPit(2), calm) << "the ground of a selected one";
+    EXPECT_NE(edge(2), calmEdge) << "its frame";
+    EXPECT_EQ(edge(3), edge(4));
+    EXPECT_TRUE(input().tap(kKeyEscape));
+    advance();
+    EXPECT_EQ(inPit(2), calm);
+    EXPECT_EQ(edge(2), calmEdge);
 }
 
 TEST_F(SurfaceDrawing, HairlinesStandAtTheMajorStepsBetweenTheBars) {

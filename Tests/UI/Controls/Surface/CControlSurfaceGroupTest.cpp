@@ -165,153 +165,6 @@ TEST_F(SurfacePoints, PointsAndAnchorsAreDrawnWhereTheyStand) {
     EXPECT_EQ(pixel(120, 130), ground);
 }
 
-TEST_F(SurfacePoints, ADoubleClickTakesAPointOffAnEraseableGroup) {
-    open(R"(<ui:control-surface name="surface" placement="overlay" width="200" height="200" outer-border="L20 T30"
-              image-set="shared::is.csurface" min-max-y="ui.range" min-max-x="ui.range">
-              <ui:control-surface-group name="sliders" is-eraseable="true" is-balanced="true" is-fixed-x="true">
-                <ui:ui-param name="ui-param-count" bridge="ui.count"/>
-                <ui:ui-param name="ui-param-y" bridge="ui.gains"/>
-              </ui:control-surface-group></ui:control-surface>)");
-    for (int32_t band = 0; band < 7; ++band) {
-        setGain(band, band);
-    }
-    const CSurfacePlace place = surface().placeOf(sliders(), 2);
-    moveToPixel(place.x, place.y);
-    input().click();
-    input().click();
-    advance();
-    EXPECT_EQ(sliders().count(), 6);
-    EXPECT_NEAR(gain(1), 1.0, kRounding);
-    EXPECT_NEAR(gain(2), 3.0, kRounding);
-    EXPECT_NEAR(gain(5), 6.0, kRounding);
-}
-
-TEST_F(SurfacePoints, WhatMovesTwoParametersIsOneStep) {
-    open(R"(<ui:control-surface name="surface" placement="overlay" width="200" height="200" outer-border="L20 T30"
-              image-set="shared::is.csurface" min-max-y="ui.range">
-              <ui:control-surface-group name="sliders" is-eraseable="true">
-                <ui:ui-param name="ui-param-count" bridge="ui.count"/>
-                <ui:ui-param name="ui-param-x" bridge="ui.freqs"/>
-                <ui:ui-param name="ui-param-y" bridge="ui.gains"/>
-              </ui:control-surface-group></ui:control-surface>)");
-    const char* const kFreqs = "plugin.modMain.modBrindleXEQ.xeq-freqs";
-    const auto hertz = [&](int32_t band) { return engineParam(kFreqs).userData().value(0, band); };
-    const double former[] = {hertz(5), hertz(6)};
-    const size_t before = steps().size();
-    const CSurfacePlace place = surface().placeOf(sliders(), 6);
-    moveToPixel(place.x, place.y);
-    input().press();
-    for (int i = 0; i < 4; ++i) {
-        moveBy(i % 2 == 0 ? 0 : -10, 10);
-        advance(0.05);
-    }
-    input().release();
-    advance();
-    EXPECT_LT(hertz(6), former[1]);
-    EXPECT_NEAR(gain(6), 40.0 * 24.0 / 200.0, kRounding);
-    EXPECT_EQ(steps().size(), before + 1);
-    EXPECT_EQ(steps().back(), "Point change");
-    EXPECT_EQ(consumed(at<CAudioInterfaceClient>("ui.interface-client").undo()), "");
-    advance(1.0);
-    EXPECT_EQ(hertz(6), former[1]);
-    EXPECT_EQ(gain(6), 0.0);
-    const CSurfacePlace erased = surface().placeOf(sliders(), 5);
-    moveToPixel(erased.x, erased.y);
-    input().click();
-    input().click();
-    advance();
-    EXPECT_EQ(sliders().count(), 6);
-    EXPECT_EQ(hertz(5), former[1]);
-    EXPECT_EQ(steps().size(), before + 1);
-    EXPECT_EQ(steps().back(), "Point removal");
-    EXPECT_EQ(consumed(at<CAudioInterfaceClient>("ui.interface-client").undo()), "");
-    advance();
-    EXPECT_EQ(sliders().count(), 7);
-    EXPECT_EQ(hertz(5), former[0]);
-}
-
-TEST_F(SurfacePoints, NoPointIsTakenOffTheFewestThatThereMayBe) {
-    // A count of at least 20, by a parameter that begins there.
-    open(R"(<ui:control-surface name="surface" placement="overlay" width="300" height="200" outer-border="L20 T30"
-              image-set="shared::is.csurface" min-max-y="ui.range" min-max-x="ui.range">
-              <ui:control-surface-group name="sliders" is-eraseable="true" is-balanced="true" is-fixed-x="true">
-                <ui:ui-param name="ui-param-count" bridge="ui.freqs"/>
-                <ui:ui-param name="ui-param-y" bridge="ui.gains"/>
-              </ui:control-surface-group></ui:control-surface>)");
-    EXPECT_TRUE(editor.instance()->set("plugin.modMain.modBrindleXEQ.xeq-freqs", 0, 0, 20.0));
-    advance();
-    ASSERT_EQ(sliders().count(), 20);
-    setGain(2, 3.0);
-    setGain(3, -3.0);
-    const CSurfacePlace place = surface().placeOf(sliders(), 2);
-    moveToPixel(place.x, place.y);
-    input().click();
-    input().click();
-    advance();
-    EXPECT_NEAR(gain(2), 3.0, kRounding);
-    EXPECT_NEAR(gain(3), -3.0, kRounding);
-    EXPECT_EQ(sliders().count(), 20);
-}
-
-TEST_F(SurfacePoints, TheWheelChangesTheBandWidthWhereThereIsOne) {
-    open(R"(<ui:control-surface name="surface" placement="overlay" width="200" height="200" outer-border="L20 T30"
-              image-set="shared::is.csurface" min-max-y="ui.range" min-max-x="ui.range">
-              <ui:control-surface-group name="sliders" point-count="1">
-                <ui:ui-param name="ui-param-y" bridge="ui.gains"/>
-                <ui:ui-param name="ui-param-bw" bridge="ui.gains" element="4"/>
-                <ui:ui-param name="ui-param-reset" bridge="ui.gains" element="5"/>
-              </ui:control-surface-group></ui:control-surface>)");
-    setGain(5, 4.0);
-    const CSurfacePlace place = surface().placeOf(sliders(), 0);
-    moveToPixel(place.x, place.y);
-    EXPECT_TRUE(input().wheel(2.0));
-    advance();
-    EXPECT_NEAR(gain(4), 1.0, kRounding);
-    EXPECT_EQ(gain(0), 0.0);
-    keys(false, true, false);
-    input().click();
-    keys(false, false, false);
-    advance();
-    EXPECT_NEAR(gain(0), 4.0, kRounding) << "what the reset's parameter says";
-}
-
-TEST_F(SurfacePoints, TheSelectedPointIsThatOfItsParameter) {
-    open(bands("", "", R"(<ui:control-surface-group name="last" is-editable="false" point-count="7">
-                            <ui:ui-param name="ui-param-y" bridge="ui.gains"/>
-                            <ui:ui-param name="ui-param-sel" bridge="ui.count"/>
-                          </ui:control-surface-group>)"));
-    EXPECT_EQ(group("surface.last").selectedPoint(), 7);
-    EXPECT_TRUE(editor.instance()->set(kCount, 0, 0, 4.0));
-    advance();
-    EXPECT_EQ(group("surface.last").selectedPoint(), 4);
-}
-
-TEST_F(SurfacePoints, APressChoosesAPointByTheParameterAndIsNoStep) {
-    open(R"(<ui:control-surface name="surface" placement="overlay" width="217" height="200" outer-border="L20 T30"
-              image-set="shared::is.csurface" is-slider-mode="true" min-max="ui.range">
-              <ui:control-surface-group name="sliders" point-count="7" is-balanced="true" is-fixed-x="true">
-                <ui:ui-param name="ui-param-y" bridge="ui.gains"/>
-                <ui:ui-param name="ui-param-sel" bridge="ui.count"/>
-              </ui:control-surface-group></ui:control-surface>)");
-    const size_t before = steps().size();
-    moveTo(4, 0.0);
-    input().click();
-    moveToPixel(390, 310);
-    advance();
-    EXPECT_EQ(engineParam(kCount).userData().value(0, 0), 4.0);
-    EXPECT_EQ(sliders().selectedPoint(), 4);
-    EXPECT_EQ(steps().size(), before);
-    const auto isFramed = [this](int32_t band) {
-        const CIntRect pit = surface().layout().pit(band);
-        return pixel(pit.left + 1, pit.top + 40) != pixel(surface().layout().pit(0).left + 1, pit.top + 40);
-    };
-    EXPECT_TRUE(isFramed(4));
-    EXPECT_TRUE(editor.instance()->set(kCount, 0, 0, 2.0));
-    advance();
-    EXPECT_TRUE(isFramed(2)) << "whoever sets it";
-    EXPECT_FALSE(isFramed(4));
-}
-
 TEST_F(SurfacePoints, AnObjectOfTheGivenKeyStandsForEachPoint) {
     open(points("cs-point=\"core:object\"", "is-focusable=\"true\""));
     const auto objects = [this] {
@@ -349,34 +202,19 @@ TEST_F(SurfacePoints, AnObjectOfTheGivenKeyStandsForEachPoint) {
     EXPECT_EQ(objects().size(), 0u);
 }
 
-TEST_F(SurfacePoints, AGroupNotifiesOfItsCount) {
-    open(bands());
-    EXPECT_TRUE(editor.instance()->set(kCount, 0, 0, 9.0));
+TEST_F(SurfacePoints, PointsShowThreeQuartersOfTheirStrength) {
+    openPoints();
+    const auto center = [this] { return pixel(120, 130); };
+    const CPixel ground = pixel(5, 5);
+    const CPixel byDefault = center();
+    set("main-window.surface", "control-points-alpha", "0.75");
     advance();
-    EXPECT_EQ(sliders().count(), 9);
-    EXPECT_EQ(surface().layout().count(), 9);
-    EXPECT_EQ(surface().layout().pitch(), 217 / 9);
-    set("main-window.surface.sliders", "point-count", "-4");
-    EXPECT_EQ(sliders().count(), 0);
-    set("main-window.surface.sliders", "point-count", "1000000000");
-    EXPECT_EQ(sliders().count(), CControlSurfaceGroup::kMaxPoints);
+    EXPECT_EQ(center(), byDefault);
+    set("main-window.surface", "control-points-alpha", "1");
     advance();
-    set("main-window.surface.sliders", "point-count", "");
-    EXPECT_EQ(sliders().count(), 9);
-}
-
-TEST_F(SurfacePoints, AGroupMayGoWhileItIsDragged) {
-    open(bands());
-    moveTo(3, 0.0);
-    input().press();
-    moveBy(0, 20);
-    delete &sliders();
-    moveBy(0, 20);
-    advance();
-    EXPECT_EQ(surface().editableGroup(), nullptr);
-    input().release();
-    advance();
-    EXPECT_EQ(surface().groupCount(), 1);
+    const CPixel whole = center();
+    EXPECT_NE(whole, byDefault);
+    EXPECT_NE(byDefault, ground);
 }
 
 }  // namespace

@@ -17,10 +17,12 @@
 
 namespace tarv {
 
-/// Destroys an object of the test when an attribute changes that it observes as `receive` (`test:destroyer`).
+/// Counts, and destroys an object of the test, when an event or an attribute comes that it follows as `receive`
+/// (`test:destroyer`).
 class CSurfaceDestroyer : public CObject {
 public:
     static inline CObject* victim = nullptr;
+    static inline int calls = 0;
     [[nodiscard]] static CError* initClass(CClassDescriptor& descriptor) {
         descriptor.addHandler<&CSurfaceDestroyer::receive>("receive");
         return nullptr;
@@ -34,6 +36,7 @@ public:
 
 private:
     [[nodiscard]] CError* receive() {
+        ++calls;
         delete victim;
         victim = nullptr;
         return nullptr;
