@@ -117,7 +117,7 @@ TEST_F(SurfaceDrawing, AGroupThatIsMadeLaterHasItsColour) {
     EXPECT_EQ(consumed(surface().createChildOf(late, "ui:test-group", "late", true)), "");
     setGain(1, 6.0);
     EXPECT_EQ(surface().editableGroup(), late);
-    EXPECT_EQ(pixel(middle(1), surface().barRect(*late, 1).top), full("Custom2"));
+    EXPECT_EQ(pixel(middle(1), surface().barRect(*late, 1).top), full("Custom1"));
 }
 
 TEST_F(SurfaceDrawing, TheHoveredBarIsLighterAndTheOthersAreAsBefore) {

@@ -184,7 +184,7 @@ private:
                     </ui:textview>
                   </template>
                   <template name="ui:test-group">
-                    <ui:control-surface-group point-count="7" is-balanced="true" is-fixed-x="true" color="1">
+                    <ui:control-surface-group point-count="7" is-balanced="true" is-fixed-x="true">
                       <ui:ui-param name="ui-param-y" bridge="ui.gains" group-selector="ui.edit"/>
                     </ui:control-surface-group>
                   </template>
