@@ -149,7 +149,7 @@ TEST_F(ProductButtons, TheInstancesNameAndAFrequencyAreTyped) {
     expectSameState();
 }
 
-TEST_F(ProductButtons, APresetIsChosenFromTheQuickList) {
+TEST_F(ProductButtons, TheQuickListOfPresetsOpensAndCloses) {
     const std::string before = effect.chunk(true);
     click("c.buttons.preset-manager.quick-preset-list");
     expectSame("the quick list is open");
@@ -157,6 +157,29 @@ TEST_F(ProductButtons, APresetIsChosenFromTheQuickList) {
     expectSame("the quick list is closed");
     EXPECT_EQ(effect.chunk(true), before);
     EXPECT_EQ(desk.heard(parent), "");
+}
+
+TEST_F(ProductButtons, APresetOfTheFactoryBankIsChosenFromTheQuickList) {
+    click("c.buttons.preset-manager.quick-preset-list");
+    choose(1);
+    expectSame("the presets of the factory bank stand beside it");
+    // It opens under the pointer and anew by the press, whichever comes first.
+    const std::string beside = "ui.window-app-popup-list#";
+    choose(1, beside + (twin->exists(beside + "1") ? "1" : "2"));
+    expectSame("a preset is active");
+    const char* const kSmiley[] = {"-2.1", "-0.4", "1.3", "2.1", "1.3", "-0.4", "-2.1"};
+    for (int32_t band = 0; band < kBands; ++band) {
+        EXPECT_TRUE(becomes(1 + band, kSmiley[band])) << band << ' ' << shown(1 + band);
+    }
+    EXPECT_EQ(heardGestures(),
+              "begin 1, begin 2, begin 3, begin 4, begin 5, begin 6, begin 7, automate 1, automate 2, automate 3, "
+              "automate 4, automate 5, automate 6, automate 7, end 1, end 2, end 3, end 4, end 5, end 6, end 7");
+    EXPECT_EQ(effect.text(vst::kEffectGetProgramName), "Inverted Smiley");
+    expectSameState();
+    click(kUndo);
+    expectSame("undone");
+    EXPECT_TRUE(becomes(1, "0.0")) << shown(1);
+    expectSameState();
 }
 
 }  // namespace

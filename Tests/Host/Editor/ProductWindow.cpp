@@ -263,9 +263,9 @@ void ProductWindow::type(const std::string& text) {
     twin->wait(0.05);
 }
 
-void ProductWindow::choose(int32_t row) {
+void ProductWindow::choose(int32_t row, const std::string& window) {
     serveFor(kListOpens);
-    clickRow("ui.window-app-popup-list.list", row);
+    clickRow(window + ".list", row);
 }
 
 void ProductWindow::clickRow(const std::string& path, int32_t row) {

@@ -46,8 +46,8 @@ protected:
     /// Keeps still for longer than a double click takes.
     void keepStill();
     void type(const std::string& text);
-    /// A row of the list that is open.
-    void choose(int32_t row);
+    /// A row of the list that is open, or of one beside it.
+    void choose(int32_t row, const std::string& window = "ui.window-app-popup-list");
     /// A row of a list in a window.
     void clickRow(const std::string& path, int32_t row);
     CSpot column(const std::string& view, int32_t band) { return twin->column(view, band); }
