@@ -51,6 +51,9 @@ private:
 bool isFileBusy(CPlatformError error);
 /// Whether CFile::open failed because there is no file of that name.
 bool isFileMissing(CPlatformError error);
+/// Why a file could not be opened, read, written or moved: one plain sentence without a full stop; null where the
+/// number says nothing that a user can act on.
+const char* fileErrorText(CPlatformError error);
 
 /// Moves a file to another name in the same folder and over what stands there, in one step: the name leads to the old
 /// content or to the new at any moment, also if the program ends meanwhile. Fails if a folder stands there or, on

@@ -43,6 +43,30 @@ bool isFileMissing(CPlatformError error) {
     return error == ENOENT || error == ENOTDIR;
 }
 
+const char* fileErrorText(CPlatformError error) {
+    if (isFileMissing(error)) {
+        return "There is no such file or folder";
+    }
+    switch (error) {
+        case EACCES:
+        case EPERM:
+            return "Access is denied: the file or its folder may be read-only";
+        case ENOSPC:
+        case EDQUOT:
+        case EFBIG:
+            return "There is no room for the file: the disk may be full";
+        case EROFS:
+            return "The disk is write-protected";
+        case EWOULDBLOCK:
+        case ETXTBSY:
+            return "Another program has the file open";
+        case EISDIR:
+            return "A folder has that name";
+        default:
+            return nullptr;
+    }
+}
+
 CFile::~CFile() {
     if (isOpen()) {
         (void)close();

@@ -55,6 +55,26 @@ bool isFileMissing(CPlatformError error) {
     return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
+const char* fileErrorText(CPlatformError error) {
+    if (isFileMissing(error)) {
+        return "There is no such file or folder";
+    }
+    switch (error) {
+        case ERROR_ACCESS_DENIED:
+            return "Access is denied: the file or its folder may be read-only";
+        case ERROR_DISK_FULL:
+        case ERROR_HANDLE_DISK_FULL:
+            return "There is no room for the file: the disk may be full";
+        case ERROR_WRITE_PROTECT:
+            return "The disk is write-protected";
+        case ERROR_SHARING_VIOLATION:
+        case ERROR_LOCK_VIOLATION:
+            return "Another program has the file open";
+        default:
+            return nullptr;
+    }
+}
+
 CFile::~CFile() {
     if (isOpen()) {
         (void)close();

@@ -52,9 +52,10 @@ void CDynamicListPresets::onRegistryChanged(const CInterfaceRegistryState& state
 
 CError* CDynamicListPresets::showName() {
     const CString name = catalog_.presetName(0, catalog_.currentPreset(0));
-    if (getAttrString("preset-name") == name) {
+    if (isNameShown_ && getAttrString("preset-name") == name) {
         return nullptr;
     }
+    isNameShown_ = true;
     const CObjectWatch watch(*this);
     CError* error = setAttributePlain("preset-name", name);
     if (error || !watch.isAlive()) {
@@ -62,7 +63,9 @@ CError* CDynamicListPresets::showName() {
     }
     const CString& path = getAttrString("hint-target");
     CObject* target = path.isEmpty() ? nullptr : findObject(path);
-    return target ? target->setAttributePlain("hint", name + ". " + getAttrString("hint-text")) : nullptr;
+    return target
+               ? target->setAttributePlain("hint", CPresetCatalog::shownName(name) + ". " + getAttrString("hint-text"))
+               : nullptr;
 }
 
 }  // namespace tarv

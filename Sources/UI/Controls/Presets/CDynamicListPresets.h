@@ -32,6 +32,7 @@ private:
 
     CPresetCatalog catalog_;
     CDynamicListPresetsListBridge bridge_{catalog_};
+    bool isNameShown_ = false;
 };
 
 }  // namespace tarv

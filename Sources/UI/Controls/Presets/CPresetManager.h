@@ -31,7 +31,8 @@ namespace tarv {
 ///   preset-update    the user selected a row
 /// Events that it sends, with `path`, `filename`, `reason` and the whole as `text`: error-bank-load, error-bank-save,
 /// error-preset-load, error-preset-save, error-preset-type (a file of another product or registry). Then nothing has
-/// changed. What could not be stored has the name of the store as its path.
+/// changed. What could not be stored has the name of the store as its path: a block that the disk does not take lasts
+/// for this process. Names in files that are longer than kMaxName are cut.
 class CPresetManager : public CWinDrag, public CAudioInterfaceRegistryListener {
 public:
     /// In UTF-16 units; what is longer is cut.
@@ -53,7 +54,7 @@ protected:
 
 private:
     /// What is to be done with a preset or a bank that the engine sends.
-    enum class CPending : uint8_t { Insert, Replace, SetDefault, SavePreset, SaveBank };
+    enum class CPending : uint8_t { Insert, Replace, SetDefault, AskDefault, SavePreset, SaveBank };
     struct CRequest {
         uint32_t id = 0;
         CPending action = CPending::Insert;
@@ -90,6 +91,10 @@ private:
     [[nodiscard]] CError* presetCanRename(CAttributeMap& params);
     [[nodiscard]] CError* presetRename(CAttributeMap& params);
     [[nodiscard]] CError* presetKey(CAttributeMap& params);
+    /// Without blanks at its ends, and no longer than a name may be.
+    static CString trimmedName(const CString& text);
+    /// What a file names it, where that is too long.
+    static void cutName(CAudioPreset& preset);
     CPresetPlace rowPlace(bool isBank, const CAttributeMap& params) const;
 
     // Additions, deletions, activation: CPresetManagerEdits.cpp.
@@ -106,6 +111,10 @@ private:
     [[nodiscard]] CError* presetSetDefault();
     [[nodiscard]] CError* performPresetSetDefault();
     [[nodiscard]] CError* performPresetClearDefault();
+    [[nodiscard]] CError* askDefault(const CPresetPlace& place, bool isDefault);
+    [[nodiscard]] CError* setDefault(const CByteBuffer& packed);
+    [[nodiscard]] CError* afterDefaultEdit(CError* error);
+    static bool isStoredDefault(const CAudioPreset& preset);
     [[nodiscard]] CError* deleteStoredPreset(int32_t bank, int32_t preset);
     [[nodiscard]] CError* insertAcquired(const CRequest& request, CAudioPreset& preset);
     [[nodiscard]] CError* replaceAcquired(const CRequest& request, const CAudioPreset& preset);
@@ -127,6 +136,7 @@ private:
     [[nodiscard]] CError* askForFile(bool isBank, bool isSave, const CPresetPlace& place);
     [[nodiscard]] CError* loadBank(const CPresetPlace& place, const CString& path);
     [[nodiscard]] CError* loadSessionBank(const CString& path);
+    CString typeFailure(const CAudioPreset& preset, const char* what) const;
     [[nodiscard]] CError* readBank(const CString& path, CAudioPresetBank& bank, bool& isGood);
     [[nodiscard]] CError* insertLoaded(int32_t bank, int32_t preset, const CAudioPreset& loaded, const CString& path);
     [[nodiscard]] CError* writeFile(bool isBank, const CString& path, const CByteBuffer& block);

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "Audio/Stores/CAudioDefaultPreset.h"
 #include "Audio/Stores/PackedStream.h"
+#include "Core/CApplicationData.h"
 #include "Core/CObjectWatch.h"
 #include "Core/CompressedBlock.h"
 #include "UI/Controls/Presets/CPresetManager.h"
@@ -28,6 +30,8 @@ CString freeName(const CString& base, int32_t count, NameAt&& nameAt) {
         }
     }
 }
+
+constexpr const char* kNotOnDisk = "It can't be stored, and lasts until the host is closed.";
 
 CError* unpackPreset(const CByteBuffer& block, CAudioPreset& preset) {
     CMemoryReader reader(block.data(), static_cast<uint32_t>(block.count()));
@@ -84,9 +88,7 @@ CError* CPresetManager::afterStoreEdit(CError* error, bool isBank) {
     if (error) {
         return raise(event, name, error);
     }
-    return catalog_.store()->isOnDisk()
-               ? nullptr
-               : raise(event, name, nullptr, "It can't be stored, and lasts until the host is closed.");
+    return catalog_.store()->isOnDisk() ? nullptr : raise(event, name, nullptr, kNotOnDisk);
 }
 
 CError* CPresetManager::acquire(CPending action, int32_t bank, int32_t preset, const CPresetPlace& place,
@@ -126,7 +128,11 @@ void CPresetManager::onDataAcquired(uint32_t request, const CByteBuffer& bytes) 
                 error = error ? error : replaceAcquired(done, preset);
                 break;
             case CPending::SetDefault:
-                error = catalog_.client().setDefaultPreset(catalog_.registry(), bytes);
+                error = setDefault(bytes);
+                break;
+            case CPending::AskDefault:
+                error = unpackPreset(bytes, preset);
+                error = error ? error : askDefault(done.place, isStoredDefault(preset));
                 break;
             case CPending::SavePreset:
             case CPending::SaveBank:
@@ -307,10 +313,34 @@ CError* CPresetManager::presetSetDefault() {
     if (place.isBank() || !catalog_.hasFixedBanks() || isGone_) {
         return nullptr;
     }
-    return isDefault(place.presetName)
-               ? ask("perform-preset-clear-default", place, "Set as Default",
-                     "This preset is the default preset. Use none from now on?")
-               : ask("perform-preset-set-default", place, "Set as Default", "Use this preset as default preset?");
+    int32_t bank = -1;
+    int32_t preset = -1;
+    if (!isDefault(place.presetName) || !catalog_.find(place, bank, preset)) {
+        return askDefault(place, false);
+    }
+    // Another preset may have that name, too.
+    return place.kind == CPresetBankKind::Stored
+               ? askDefault(place, isStoredDefault(catalog_.storedPreset(bank, preset)))
+               : acquire(CPending::AskDefault, bank, preset, place, {});
+}
+
+CError* CPresetManager::askDefault(const CPresetPlace& place, bool isDefault) {
+    return isDefault ? ask("perform-preset-clear-default", place, "Set as Default",
+                           "This preset is the default preset. Use none from now on?")
+                     : ask("perform-preset-set-default", place, "Set as Default", "Use this preset as default preset?");
+}
+
+/// Whether it is stored as the default preset, byte for byte.
+bool CPresetManager::isStoredDefault(const CAudioPreset& preset) {
+    CByteBuffer bytes;
+    CAudioDefaultPreset::read(bytes);
+    CMemoryReader reader(bytes.data(), static_cast<uint32_t>(bytes.count()));
+    CAudioPreset stored;
+    if (CError* error = stored.load(reader)) {
+        TARV_CONSUME(error);
+        return false;
+    }
+    return stored.isSame(preset);
 }
 
 CError* CPresetManager::performPresetSetDefault() {
@@ -325,12 +355,27 @@ CError* CPresetManager::performPresetSetDefault() {
     }
     CByteBuffer packed;
     TARV_TRY(packPreset(catalog_.storedPreset(bank, preset), packed));
-    return catalog_.client().setDefaultPreset(catalog_.registry(), packed);
+    return setDefault(packed);
+}
+
+CError* CPresetManager::setDefault(const CByteBuffer& packed) {
+    const CObjectWatch watch(*this);
+    CError* error = catalog_.client().setDefaultPreset(catalog_.registry(), packed);
+    return watch.isAlive() ? afterDefaultEdit(error) : error;
+}
+
+/// As afterStoreEdit, for the default preset.
+CError* CPresetManager::afterDefaultEdit(CError* error) {
+    const char* name = CAudioDefaultPreset::kDataName;
+    return error || !CLocalData::instance().isOnDisk(name) ? raise("error-preset-save", name, error, kNotOnDisk)
+                                                           : nullptr;
 }
 
 CError* CPresetManager::performPresetClearDefault() {
     takeAsked("perform-preset-clear-default");
-    return catalog_.client().clearDefaultPreset();
+    const CObjectWatch watch(*this);
+    CError* error = catalog_.client().clearDefaultPreset();
+    return watch.isAlive() ? afterDefaultEdit(error) : error;
 }
 
 }  // namespace tarv

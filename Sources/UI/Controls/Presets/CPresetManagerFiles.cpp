@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Audio/Stores/CAudioDefaultPreset.h"
 #include "Core/CObjectWatch.h"
 #include "UI/Controls/Presets/CFileDialog.h"
 #include "UI/Controls/Presets/CPresetManager.h"
@@ -25,12 +26,13 @@ constexpr std::pair<const char*, const char*> kFailures[] = {
     {"error-preset-save", "The preset \"%1\" can't be saved."},
     {"error-preset-type", "The file \"%1\" can't be loaded."}};
 constexpr const char* kStoreFailure = "Your presets can't be stored.";
+constexpr const char* kDefaultFailure = "The default preset can't be stored.";
 
-CString failureText(const char* event, const CString& fileName, bool isStore) {
+CString failureText(const char* event, const CString& fileName) {
     CString text;
     for (const auto& [name, form] : kFailures) {
         if (CString(name) == event) {
-            text.format(isStore ? kStoreFailure : form, &fileName, 1);
+            text.format(form, &fileName, 1);
         }
     }
     return text;
@@ -49,10 +51,13 @@ CError* CPresetManager::raise(const char* event, const CString& path, CError* er
     const CString fileName = CFileDialog::nameIn(path);
     const CString why = error ? *error->lines()[0] : reason;
     const bool isStore = catalog_.store() && path == catalog_.store()->form().name;
+    const CString what = isStore                                  ? CString(kStoreFailure)
+                         : path == CAudioDefaultPreset::kDataName ? CString(kDefaultFailure)
+                                                                  : failureText(event, fileName);
     logError(error);
     params["filename"] = CAttributeValue::fromPlainString(fileName);
     params["reason"] = CAttributeValue::fromPlainString(why);
-    params["text"] = CAttributeValue::fromPlainString(failureText(event, fileName, isStore) + "\n" + why);
+    params["text"] = CAttributeValue::fromPlainString(what + "\n" + why);
     return inputEvent(event, params);
 }
 
@@ -114,6 +119,18 @@ CError* CPresetManager::onPresetSave() {
     return place.isBank() || isGone_ ? nullptr : askForFile(false, true, place);
 }
 
+/// Whose preset it is, as far as this product knows.
+CString CPresetManager::typeFailure(const CAudioPreset& preset, const char* what) const {
+    for (const CInterfaceRegistryState& registry : catalog_.client().engineState().registries) {
+        if (preset.hasPrefix(registry.id)) {
+            return CString("The ") + what +
+                   (registry.isMaster ? " is one of the whole plug-in: load it in Presets."
+                                      : " is one of the routing alone: load it in Routing Presets.");
+        }
+    }
+    return CString("The ") + what + " is for another product.";
+}
+
 /// `isGood` is false where the event of a failure was sent.
 CError* CPresetManager::readBank(const CString& path, CAudioPresetBank& bank, bool& isGood) {
     isGood = false;
@@ -122,8 +139,9 @@ CError* CPresetManager::readBank(const CString& path, CAudioPresetBank& bank, bo
     }
     for (int32_t i = 0; i < bank.count(); ++i) {
         if (!bank.preset(i).hasPrefix(catalog_.state().id)) {
-            return raise("error-preset-type", path, nullptr, "The bank is for another product.");
+            return raise("error-preset-type", path, nullptr, typeFailure(bank.preset(i), "bank"));
         }
+        cutName(bank.preset(i));
     }
     isGood = true;
     return nullptr;
@@ -180,7 +198,7 @@ CError* CPresetManager::loadBank(const CPresetPlace& place, const CString& path)
     if (error || !watch.isAlive() || !isGood) {
         return error;
     }
-    bank.setName(importedName(bank.name(), path));
+    bank.setName(trimmedName(importedName(bank.name(), path)));
     int32_t behind = -1;
     int32_t preset = -1;
     const bool isThere = catalog_.find(place, behind, preset) && place.kind == CPresetBankKind::Stored;
@@ -217,8 +235,9 @@ CError* CPresetManager::performPresetLoad(CAttributeMap& params) {
         return raise("error-preset-load", path, error);
     }
     if (!loaded.hasPrefix(catalog_.state().id)) {
-        return raise("error-preset-type", path, nullptr, "The preset is for another product.");
+        return raise("error-preset-type", path, nullptr, typeFailure(loaded, "preset"));
     }
+    cutName(loaded);
     return insertLoaded(bank, preset, loaded, path);
 }
 

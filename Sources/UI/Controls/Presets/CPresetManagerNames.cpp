@@ -7,12 +7,9 @@
 
 namespace tarv {
 
-namespace {
-
-/// Without blanks at its ends, and no longer than a name may be.
-CString trimmedName(const CString& text) {
+CString CPresetManager::trimmedName(const CString& text) {
     int32_t begin = 0;
-    int32_t end = std::min(text.length(), CPresetManager::kMaxName);
+    int32_t end = std::min(text.length(), kMaxName);
     while (begin < end && text.at(begin) == ' ') {
         ++begin;
     }
@@ -22,7 +19,12 @@ CString trimmedName(const CString& text) {
     return text.substring(begin, end - begin);
 }
 
-}  // namespace
+void CPresetManager::cutName(CAudioPreset& preset) {
+    const CString name = preset.displayName();
+    if (name.length() > kMaxName) {
+        preset.setDisplayName(trimmedName(name));
+    }
+}
 
 /// Where a row of an event stands, as it is listed.
 CPresetPlace CPresetManager::rowPlace(bool isBank, const CAttributeMap& params) const {

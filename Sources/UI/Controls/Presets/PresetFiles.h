@@ -5,6 +5,8 @@
 namespace tarv {
 
 /// Files of presets and banks, each one compressed block. Paths are the system's; no embedded resource is read.
+/// The first line of a failure begins with a plain reason; behind it, in brackets, stands what the system or the stream
+/// reports.
 
 /// Reads a file of id 'aprs' or 'abnk'. On failure the target is as it was.
 [[nodiscard]] CError* readPresetFile(const CString& path, CAudioPreset& preset);

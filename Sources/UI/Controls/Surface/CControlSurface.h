@@ -283,9 +283,10 @@ private:
     int32_t selected_ = -1;
     CWheelSteps wheel_;
     int32_t menuPoint_ = -1;
-    /// Open: the menu has taken the keys from the marked column. Closed: they are about to come back.
-    enum class CMenuMark : uint8_t { None, Opening, Open, Closed };
+    /// Open: the menu takes the keys from the marked column. Closed: they are about to come back, until `menuEnd_`.
+    enum class CMenuMark : uint8_t { None, Open, Closed };
     CMenuMark menuMark_ = CMenuMark::None;
+    double menuEnd_ = 0.0;
 };
 
 }  // namespace tarv

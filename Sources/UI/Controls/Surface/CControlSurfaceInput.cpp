@@ -285,9 +285,7 @@ CError* CControlSurface::keyPress(CAttributeMap& params) {
 
 CError* CControlSurface::focusLost(CAttributeMap& params) {
     const CObjectWatch watch(*this);
-    if (menuMark_ == CMenuMark::Opening) {
-        menuMark_ = CMenuMark::Open;
-    } else {
+    if (menuMark_ == CMenuMark::None) {
         TARV_TRY(select(-1));
     }
     return watch.isAlive() ? CView::focusLost(params) : nullptr;

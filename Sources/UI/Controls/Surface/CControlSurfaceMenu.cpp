@@ -6,6 +6,7 @@
 #include "Audio/Client/CAudioInterfaceClient.h"
 #include "Core/CGlobalSettings.h"
 #include "Core/CObjectWatch.h"
+#include "Platform/Clock.h"
 #include "UI/Binding/CParamBridge.h"
 #include "UI/Binding/CUIParam.h"
 #include "UI/Controls/Lists/CValueList.h"
@@ -13,13 +14,15 @@
 #include "UI/Controls/Surface/CRuler.h"
 #include "UI/Text/CPopupList.h"
 #include "UI/Views/CViewReading.h"
-#include "UI/Views/CViewWindow.h"
+#include "UI/Windows/CWindow.h"
 
 namespace tarv {
 
 namespace {
 
 constexpr const char* kClientPath = "ui.interface-client";
+/// Seconds.
+constexpr double kKeysReturn = 0.3;
 constexpr const char* kTypeRow = "type";
 constexpr const char* kResetRow = "reset";
 constexpr const char* kResetAllRow = "reset-all";
@@ -62,18 +65,20 @@ CError* CControlSurface::mousePressR(CAttributeMap& params) {
     if (hasAttr("popup-inner-border")) {
         popup["popup-inner-border"] = CAttributeValue::fromString(getAttrString("popup-inner-border"));
     }
-    menuMark_ = CMenuMark::Opening;
+    menuMark_ = CMenuMark::Open;
     CError* error = CPopupList::open(*this, *this, popup);
-    if (watch.isAlive() && menuMark_ == CMenuMark::Opening) {
+    auto* shown = watch.isAlive() ? dynamic_cast<CWindow*>(window()) : nullptr;
+    if (shown && !shown->popups().popupOf(*this)) {
         menuMark_ = CMenuMark::None;
     }
     return error;
 }
 
-/// The menu takes the keys, and gives them back behind its end: its column stays marked meanwhile.
+/// The menu takes the keys, and the system gives them back some time behind its end: its column stays marked meanwhile.
 CError* CControlSurface::inputEvent(const CString& name, CAttributeMap& params) {
     if (menuMark_ == CMenuMark::Open && name == CString("popup-closed")) {
         menuMark_ = CMenuMark::Closed;
+        menuEnd_ = clockSeconds() + kKeysReturn;
         startTimer();
     }
     return CView::inputEvent(name, params);
@@ -83,11 +88,13 @@ CError* CControlSurface::inputEvent(const CString& name, CAttributeMap& params) 
 bool CControlSurface::animate(double now) {
     const CObjectWatch watch(*this);
     if (menuMark_ == CMenuMark::Closed) {
-        menuMark_ = CMenuMark::None;
         const bool hasKeys = window() && window()->keyFocusView() == this;
-        TARV_CONSUME(hasKeys ? nullptr : select(-1));
+        if (hasKeys || clockSeconds() >= menuEnd_) {
+            menuMark_ = CMenuMark::None;
+            TARV_CONSUME(hasKeys ? nullptr : select(-1));
+        }
     }
-    return !watch.isAlive() || CView::animate(now);
+    return !watch.isAlive() || CView::animate(now) || menuMark_ == CMenuMark::Closed;
 }
 
 /// The column that the menu acts on is the one that is marked: for the pointer, and for keys if they go here.

@@ -195,6 +195,11 @@ TEST_F(CDynamicListPresetsTest, TheHintOfAViewBeginsWithTheCurrentName) {
     registry().selectProgram(1);
     tick();
     EXPECT_EQ(opener.hint(), CString("Inverted Smiley. Presets and banks."));
+    registry().renameProgram(1, "");
+    tick();
+    EXPECT_EQ(opener.hint(), CString("---. Presets and banks.")) << "as in the lists";
+    auto later = openEditor({bankMenu({{"hint-target", "^"}, {"hint-text", "Presets and banks."}})});
+    EXPECT_EQ(later->at<CView>("w.opener").hint(), CString("---. Presets and banks."));
 }
 
 TEST_F(CDynamicListPresetsTest, AMenuShowsTheListsAndActivatesARow) {

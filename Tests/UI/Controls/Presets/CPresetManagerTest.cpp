@@ -255,6 +255,30 @@ TEST_F(CPresetManagerTest, TheDefaultPresetIsMarkedAndClearedBehindQuestions) {
     EXPECT_EQ(name, CString("More Loudness"));
 }
 
+TEST_F(CPresetManagerTest, AnotherPresetOfTheDefaultsNameCanBeMadeTheDefault) {
+    const std::string set = "Use this preset as default preset?";
+    const std::string clear = "This preset is the default preset. Use none from now on?";
+    EXPECT_EQ(firstLine(editor_->store().insertBank(0, CBank("Mine", {"Boom Box"}))), "");
+    tick();
+    for (const int32_t bank : {1, 2}) {
+        select(banks(), bank);
+        select(presets(), bank == 1 ? 4 : 0);
+        send("preset-set-default");
+        EXPECT_EQ(question(), set) << bank;
+        answerBy("ok");
+        send("preset-set-default");
+        EXPECT_EQ(question(), clear) << bank;
+        answerBy("cancel");
+    }
+    CByteBuffer bytes;
+    CAudioDefaultPreset::read(bytes);
+    EXPECT_LT(bytes.count(), 64) << "the own one, without a record";
+    select(banks(), 1);
+    select(presets(), 4);
+    send("preset-set-default");
+    EXPECT_EQ(question(), set);
+}
+
 TEST_F(CPresetManagerTest, RoutingPresetsAreOneListWithoutBanks) {
     openRoutingManager();
     EXPECT_EQ(shown(presets()), kRoutingShown);

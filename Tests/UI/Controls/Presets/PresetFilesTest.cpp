@@ -1,98 +1,9 @@
 // Presets and banks that a preset manager loads from files and saves to them.
 
-#include <sys/resource.h>
-#include <unistd.h>
-
-#include <csignal>
-
-#include "Core/CFileStreams.h"
-#include "Tests/UI/Controls/Presets/ManagerTree.h"
-#include "UI/Controls/Presets/PresetFiles.h"
+#include "Tests/UI/Controls/Presets/PresetFilesTree.h"
 
 namespace tarv {
 namespace {
-
-/// Permissions count for this scope, also where the tests run as the system's administrator.
-class CPlainUser {
-public:
-    CPlainUser() { (void)!seteuid(65534); }
-    ~CPlainUser() { (void)!seteuid(getuid()); }
-};
-
-/// No file may grow beyond that many bytes in this scope, as on a disk that is full.
-class CFullDisk {
-public:
-    explicit CFullDisk(rlim_t bytes) : signal_(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit limit{bytes, before_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~CFullDisk() {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, signal_);
-    }
-
-private:
-    void (*signal_)(int);
-    rlimit before_{};
-};
-
-class PresetFiles : public CManagerTest {
-protected:
-    void choose(const char* name) { system_.answerFileDialog(std::filesystem::path(path(name)).u16string()); }
-    void sendWith(const char* event, const char* file) {
-        choose(file);
-        send(event);
-    }
-    std::string content(const char* name) const {
-        std::ifstream stream(path(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-    void write(const char* name, const std::string& bytes) const {
-        std::ofstream(path(name), std::ios::binary) << bytes;
-    }
-    void writeBank(const char* name, const CAudioPresetBank& bank) const {
-        CByteBuffer block;
-        EXPECT_EQ(firstLine(packBank(bank, block)), "");
-        EXPECT_EQ(firstLine(writeBlockFile(CString(path(name).c_str()), block)), "");
-    }
-    void writePreset(const char* name, const char* preset) const {
-        CByteBuffer block;
-        EXPECT_EQ(firstLine(packPreset(CAudioPreset(preset), block)), "");
-        EXPECT_EQ(firstLine(writeBlockFile(CString(path(name).c_str()), block)), "");
-    }
-    std::string files() const {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
-            names.push_back(entry.path().filename().string());
-        }
-        std::sort(names.begin(), names.end());
-        std::string text;
-        for (const std::string& name : names) {
-            text += (text.empty() ? "" : " ") + name;
-        }
-        return text;
-    }
-    /// A stored bank that is selected, with its first preset.
-    void selectMine() {
-        EXPECT_EQ(firstLine(editor_->store().insertBank(0, CBank("Mine", {"a", "b"}))), "");
-        tick();
-        select(banks(), 2);
-        select(presets(), 0);
-    }
-    std::string bankIn(const char* name) const {
-        CAudioPresetBank bank;
-        const std::string failure = firstLine(readBankFile(CString(path(name).c_str()), bank));
-        CAudioBankList banks;
-        banks.insert(0, bank);
-        return failure.empty() ? listed(banks) : failure;
-    }
-    std::string presetIn(const char* name) const {
-        CAudioPreset preset;
-        const std::string failure = firstLine(readPresetFile(CString(path(name).c_str()), preset));
-        return failure.empty() ? preset.name().toUtf8() : failure;
-    }
-};
 
 TEST_F(PresetFiles, APresetIsOfferedUnderThePrefixAndItsName) {
     select(presets(), 4);
@@ -176,7 +87,40 @@ TEST_F(PresetFiles, ALoadedPresetComesBehindTheSelectedOne) {
     EXPECT_EQ(presets().paragraphCount(), 10);
     EXPECT_EQ(presets().paragraphText(9), CString("Mine"));
     sendWith("preset-load", "new.cpf");
-    EXPECT_EQ(raised(), "error-preset-type new.cpf: The preset is for another product.");
+    EXPECT_EQ(raised(), "error-preset-type new.cpf: The preset is one of the whole plug-in: load it in Presets.");
+}
+
+TEST_F(PresetFiles, APresetOfTheOtherManagerIsShownAsOne) {
+    selectMine();
+    writePreset("routing.cpf", "TAIO:Mine");
+    CBank bank("Routing", {});
+    bank.append().setName("TAIO:b");
+    writeBank("routing.cbf", bank);
+    sendWith("preset-load", "routing.cpf");
+    EXPECT_EQ(raised(),
+              "error-preset-type routing.cpf: The preset is one of the routing alone: load it in Routing Presets.");
+    sendWith("bank-load", "routing.cbf");
+    EXPECT_EQ(raised(),
+              "error-preset-type routing.cbf: The bank is one of the routing alone: load it in Routing Presets.");
+    EXPECT_EQ(stored(), "Mine(a b)");
+}
+
+TEST_F(PresetFiles, LongNamesOfFilesAreCut) {
+    const std::string longest(CPresetManager::kMaxName, 'n');
+    selectMine();
+    writePreset("long.cpf", ("TAEQ:" + longest + "x").c_str());
+    sendWith("preset-load", "long.cpf");
+    EXPECT_EQ(shown(presets()), "a|[" + longest + "]|b");
+    CBank bank((longest + "y").c_str(), {(longest + "z").c_str()});
+    writeBank("long.cbf", bank);
+    sendWith("bank-load", "long.cbf");
+    EXPECT_EQ(stored(), "Mine(a " + longest + " b)" + longest + "(" + longest + ")");
+    select(banks(), 0);
+    sendWith("bank-load", "long.cbf");
+    answerBy("ok");
+    EXPECT_EQ(programs(), std::vector<std::string>{longest});
+    sendWith("preset-load", "long.cpf");
+    EXPECT_EQ(programs(), std::vector<std::string>{longest});
 }
 
 TEST_F(PresetFiles, ALoadedBankIsStoredBehindTheSelectedOne) {
@@ -218,7 +162,7 @@ TEST_F(PresetFiles, FilesOfAnotherProductChangeNothing) {
     sendWith("preset-load", "none.cpf");
     EXPECT_EQ(raised(), "error-preset-type none.cpf: The preset is for another product.");
     CBank mixed("Mixed", {"a"});
-    mixed.append().setName("TAIO:b");
+    mixed.append().setName("TAXX:b");
     writeBank("bank.cbf", mixed);
     sendWith("bank-load", "bank.cbf");
     EXPECT_EQ(raised(), "error-preset-type bank.cbf: The bank is for another product.");
@@ -241,23 +185,24 @@ TEST_F(PresetFiles, WhatCannotBeReadChangesNothing) {
     write("cut.cbf", content("bank.cbf").substr(0, 20));
     write("empty.cpf", "");
     sendWith("preset-load", "damaged.cpf");
-    EXPECT_EQ(raised(), "error-preset-load damaged.cpf: zlib inflate error -3 (incorrect data check).");
+    EXPECT_EQ(raised(),
+              "error-preset-load damaged.cpf: The file is damaged (zlib inflate error -3 (incorrect data check)).");
     EXPECT_EQ(raisedPath_, path("damaged.cpf"));
     sendWith("preset-load", "empty.cpf");
-    EXPECT_EQ(raised(), "error-preset-load empty.cpf: Unable to read from file '" + path("empty.cpf") +
-                            "' (required 4 bytes, read 0 bytes).");
+    EXPECT_EQ(raised(), "error-preset-load empty.cpf: The file is damaged (Unable to read from file '" +
+                            path("empty.cpf") + "' (required 4 bytes, read 0 bytes)).");
     sendWith("preset-load", "missing.cpf");
-    EXPECT_EQ(raised().substr(0, 32), "error-preset-load missing.cpf: U");
+    EXPECT_EQ(raised(), "error-preset-load missing.cpf: There is no such file or folder (error 2).");
     sendWith("preset-load", "bank.cbf");
-    EXPECT_EQ(raised().substr(0, 60), "error-preset-load bank.cbf: Invalid ID encountered when read");
+    EXPECT_EQ(raised().substr(0, 64), "error-preset-load bank.cbf: The file holds no preset (Invalid ID");
     sendWith("bank-load", "cut.cbf");
-    EXPECT_EQ(raised(), "error-bank-load cut.cbf: Premature end of file.");
+    EXPECT_EQ(raised(), "error-bank-load cut.cbf: The file is damaged (Premature end of file).");
     sendWith("bank-load", "preset.cpf");
-    EXPECT_EQ(raised().substr(0, 60), "error-bank-load preset.cpf: Invalid ID encountered when read");
+    EXPECT_EQ(raised().substr(0, 62), "error-bank-load preset.cpf: The file holds no bank (Invalid ID");
     EXPECT_EQ(stored(), "Mine(a b)");
     select(banks(), 0);
     sendWith("bank-load", "cut.cbf");
-    EXPECT_EQ(raised(), "error-bank-load cut.cbf: Premature end of file.");
+    EXPECT_EQ(raised(), "error-bank-load cut.cbf: The file is damaged (Premature end of file).");
     writeBank("none.cbf", CBank("None", {}));
     sendWith("bank-load", "none.cbf");
     EXPECT_EQ(raised(), "error-bank-load none.cbf: The bank holds no presets.");
@@ -270,62 +215,8 @@ TEST_F(PresetFiles, AFileThatIsDamagedBehindTheQuestionChangesNothing) {
     sendWith("bank-load", "b.cbf");
     write("b.cbf", content("b.cbf").substr(0, 20));
     answerBy("ok");
-    EXPECT_EQ(raised(), "error-bank-load b.cbf: Premature end of file.");
+    EXPECT_EQ(raised(), "error-bank-load b.cbf: The file is damaged (Premature end of file).");
     EXPECT_EQ(programs().size(), 7u);
-}
-
-TEST_F(PresetFiles, AFolderAndAMissingFolderAreShownAsErrors) {
-    std::filesystem::create_directory(folder_ / "folder");
-    sendWith("preset-save", "folder");
-    EXPECT_EQ(raised().substr(0, 57), "error-preset-save folder: The file can't be written (erro");
-    sendWith("bank-save", "missing/x.cbf");
-    EXPECT_EQ(raised().substr(0, 55), "error-bank-save x.cbf: The file can't be written (error");
-    EXPECT_EQ(raisedPath_, path("missing/x.cbf"));
-    selectMine();
-    sendWith("preset-save", "missing/x.cpf");
-    EXPECT_EQ(raised().substr(0, 57), "error-preset-save x.cpf: The file can't be written (error");
-    sendWith("bank-save", "folder");
-    EXPECT_EQ(raised().substr(0, 55), "error-bank-save folder: The file can't be written (erro");
-    EXPECT_EQ(files(), "folder");
-}
-
-TEST_F(PresetFiles, AReadOnlyFileKeepsItsContent) {
-    write("fixed.cpf", "mine");
-    std::filesystem::permissions(folder_, std::filesystem::perms::all);
-    std::filesystem::permissions(path("fixed.cpf"),
-                                 std::filesystem::perms::owner_read | std::filesystem::perms::others_read);
-    {
-        const CPlainUser user;
-        sendWith("preset-save", "fixed.cpf");
-    }
-    EXPECT_EQ(raised(), "error-preset-save fixed.cpf: The file can't be written (error 13).");
-    EXPECT_EQ(content("fixed.cpf"), "mine");
-    EXPECT_EQ(files(), "fixed.cpf");
-}
-
-TEST_F(PresetFiles, AFullDiskLeavesTheOldFile) {
-    write("full.cbf", "mine");
-    {
-        const CFullDisk full(16);
-        sendWith("bank-save", "full.cbf");
-    }
-    EXPECT_EQ(raised(), "error-bank-save full.cbf: The file can't be written (error 27).");
-    EXPECT_EQ(content("full.cbf"), "mine");
-    EXPECT_EQ(files(), "full.cbf");
-}
-
-TEST_F(PresetFiles, AStoreThatTheDiskDoesNotTakeLastsAndIsShownAsAnError) {
-    EXPECT_EQ(firstLine(editor_->store().insertBank(0, CBank("Mine", {"a"}))), "");
-    tick();
-    {
-        const CFullDisk full(16);
-        send("bank-add");
-    }
-    EXPECT_EQ(raised(), "error-bank-save shared-banks: It can't be stored, and lasts until the host is closed.");
-    EXPECT_EQ(stored(), "Mine(a)Bank 1()");
-    send("bank-add");
-    EXPECT_EQ(raised(), "") << "there is room again";
-    EXPECT_EQ(stored(), "Mine(a)Bank 1()Bank 2()");
 }
 
 TEST_F(PresetFiles, WithoutADialogTheReasonIsShown) {
