@@ -40,6 +40,25 @@ CIntRect onScreen(const CViewRect& rect, const CIntRect& window) {
             window.top + pixels(rect.bottom())};
 }
 
+/// Whether it stays until it is closed, also when the window that it was opened from closes.
+bool isLasting(const CWindow& window) {
+    return !window.uniqueName().isEmpty() && !window.isBlocking();
+}
+
+/// Openers that stand in a window which is being destroyed get nothing any more.
+template <class Popups>
+void forgetOpenersIn(const CObject& window, Popups& popups) {
+    for (auto& popup : popups) {
+        const CObject* above = popup.opener;
+        while (above && above != &window) {
+            above = above->parent();
+        }
+        if (above) {
+            popup.opener = nullptr;
+        }
+    }
+}
+
 CWindow* windowIn(const CObject& object) {
     for (CObject* child : object.children()) {
         if (auto* window = dynamic_cast<CWindow*>(child)) {
@@ -58,7 +77,12 @@ CPopups::~CPopups() {
 }
 
 CError* CPopups::open(CViewBaseCtlEvents& opener, const CString& templateName, CAttributeMap& params) {
-    if (CWindow* former = popupOf(opener)) {
+    CWindow* main = owner_.sharedData().mainWindow();
+    CWindow* former = popupOf(opener);
+    if (!former && main) {
+        former = main->popups().popupOf(opener);
+    }
+    if (former) {
         const char* always = "is-popup-toggle-always-create";
         const bool isCreated = flag(params, always) || opener.getAttrBool(always);
         const CObjectWatch watch(opener);
@@ -75,25 +99,27 @@ CError* CPopups::open(CViewBaseCtlEvents& opener, const CString& templateName, C
         same->raise();
         return nullptr;
     }
+    main = owner_.sharedData().mainWindow();
+    CWindow& home = main && main->isOpen() && isLasting(*window) ? *main : owner_;
     if (window->takesFocus()) {
-        owner_.keepFocus();
+        home.keepFocus();
     }
-    popups_.append({made, window, &opener});
-    window->setOpenerWindow(&owner_);
+    home.popups().popups_.append({made, window, &opener});
+    window->setOpenerWindow(&home);
     const CObjectWatch watch(*made);
-    const CObjectWatch ofOwner(owner_);
+    const CObjectWatch ofHome(home);
     if (CError* error = openMade(opener, params, *made, *window)) {
         if (watch.isAlive()) {
             delete made;
         }
-        if (ofOwner.isAlive()) {
-            owner_.popupLeaves();
-            owner_.returnFocus();
+        if (ofHome.isAlive()) {
+            home.popupLeaves();
+            home.returnFocus();
         }
         TARV_TRY(error);
     }
-    if (ofOwner.isAlive()) {
-        owner_.block(blocking());
+    if (ofHome.isAlive()) {
+        home.block(home.popups().blocking());
     } else if (watch.isAlive()) {
         // A handler of its opening has destroyed the window above.
         window->requestClose();
@@ -208,6 +234,7 @@ void CPopups::release() {
         popup.opener = popups_[i].opener;
         popups_.removeAt(i);
         popup.window->setOpenerWindow(nullptr);
+        forgetOpenersIn(*popup.object, popups_);
         delete popup.object;
         CAttributeMap params;
         if (popup.opener) {
@@ -242,11 +269,14 @@ void CPopups::close() {
     }
 }
 
-void CPopups::openerGoes(const CViewBaseCtlEvents& opener) {
+void CPopups::openerGoes(const CViewBaseCtlEvents& opener, bool isOwn) {
     for (int32_t i = popups_.count() - 1; i >= 0 && i < popups_.count(); --i) {
         if (popups_[i].opener == &opener) {
             popups_[i].opener = nullptr;
-            popups_[i].window->vanish();
+            // A window that it opened from another one stays.
+            if (isOwn) {
+                popups_[i].window->vanish();
+            }
         }
     }
 }
@@ -263,7 +293,9 @@ void CPopups::takeOver(CPopups& popups) {
 void CPopups::windowGoes(const CWindow& window) {
     for (int32_t i = popups_.count() - 1; i >= 0; --i) {
         if (popups_[i].window == &window) {
+            const CObject* object = popups_[i].object;
             popups_.removeAt(i);
+            forgetOpenersIn(*object, popups_);
         }
     }
     owner_.block(blocking());

@@ -27,7 +27,8 @@ public:
 
     /// Makes an object of a template as a child of the tree's `ui`, and opens its window. If `opener` has a popup open,
     /// that one closes, and a new one is made only with `is-popup-toggle-always-create` (a parameter, or an attribute
-    /// of the opener). A window whose `unique-name` is open is not opened twice. The parameters become attributes of
+    /// of the opener). A window whose `unique-name` is open is not opened twice; one that blocks nothing is a
+    /// popup of the main window, and stays when that of its opener closes. The parameters become attributes of
     /// the new object, with `opener`, the full name. Those that count here:
     ///   popup-width, is-same-width (that of the opener), width-modif (added); lengths at scale 1
     ///   is-manual-coords: at actual-x, actual-y of the opener's window; otherwise by the window's `window-alignment`
@@ -44,7 +45,8 @@ public:
     void vanish();
     /// The popups that this view has opened vanish, and it gets nothing any more: it is being destroyed, and a handler
     /// that destroyed what is above it would do so twice.
-    void openerGoes(const CViewBaseCtlEvents& opener);
+    /// `isOwn`: the view stands in the window of this object; otherwise its popups lose their opener and stay.
+    void openerGoes(const CViewBaseCtlEvents& opener, bool isOwn);
     /// The popups of a popup that is being destroyed; they close, and nobody gets their end.
     void takeOver(CPopups& popups);
     /// The window of a popup is being destroyed, or closes.

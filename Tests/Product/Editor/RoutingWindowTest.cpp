@@ -66,6 +66,15 @@ TEST_F(RoutingWindow, RoutingPresetsHaveTheirQuickListAndTheirManager) {
     EXPECT_TRUE(exists("ui.win-preset-manager-routing"));
 }
 
+TEST_F(RoutingWindow, RoutingPresetsStayWhenItCloses) {
+    click(std::string(kWindow) + "buttons.routing-presets");
+    click("ui.win-channel-routing.window-title.close");
+    EXPECT_FALSE(exists("ui.win-channel-routing"));
+    ASSERT_TRUE(exists("ui.win-preset-manager-routing"));
+    click("ui.win-preset-manager-routing.window-title.close");
+    EXPECT_FALSE(exists("ui.win-preset-manager-routing"));
+}
+
 TEST_F(RoutingWindow, NamesOpenTheirDialogs) {
     click(std::string(kWindow) + "input-routing.names");
     EXPECT_TRUE(exists("ui.win-channel-label-setup"));

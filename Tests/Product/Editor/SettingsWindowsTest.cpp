@@ -148,6 +148,23 @@ TEST_F(SettingsWindows, EachKeyboardSaysWhereItIsSwitchedOff) {
     }
 }
 
+TEST_F(SettingsWindows, TheGlobalOnesStayWhenTheirOpenerCloses) {
+    openGlobal();
+    click("ui.win-settings.window-title.close");
+    EXPECT_FALSE(exists("ui.win-settings"));
+    ASSERT_TRUE(exists("ui.win-global-settings"));
+    click(std::string(kGlobal) + "switches.left.tablet-mode");
+    EXPECT_TRUE(isOn("tablet-mode"));
+    click(std::string(kGlobal) + "switches.left.tablet-mode");
+    click("c.buttons.settings");
+    click("ui.win-settings.c.settings.global-settings");
+    EXPECT_TRUE(exists("ui.win-global-settings"));
+    EXPECT_FALSE(exists("ui.win-global-settings#1")) << "one for an editor";
+    click("ui.win-global-settings.window-title.close");
+    EXPECT_FALSE(exists("ui.win-global-settings"));
+    EXPECT_TRUE(exists("ui.win-settings"));
+}
+
 TEST_F(SettingsWindows, TheNoiseIsSwitchedWithoutAStep) {
     openGlobal();
     click(std::string(kGlobal) + "switches.right.denorm");

@@ -90,6 +90,48 @@ TEST_F(CPopupsTest, AWindowOfAUniqueNameIsNotOpenedTwice) {
     EXPECT_EQ(system.desktop().windowCount(), 2);
 }
 
+TEST_F(CPopupsTest, AWindowOfAUniqueNameStaysWhenThatOfItsOpenerCloses) {
+    openButtons();
+    openPopup("panel.a", "ui:settings");
+    CAttributeMap params;
+    ASSERT_EQ(consumed(find("settings")->openPopup("ui:global", params)), "");
+    tick();
+    ASSERT_TRUE(popupWindow("global"));
+    EXPECT_EQ(popupWindow("global")->screenBounds().left, popupWindow("settings")->screenBounds().left)
+        << "placed by its opener";
+    ASSERT_EQ(consumed(find("settings")->openPopup("ui:global", params)), "");
+    tick();
+    EXPECT_FALSE(popupWindow("global")) << "a second press closes it";
+    const std::string closed = "settings.popup-closed";
+    const std::string events = heard();
+    EXPECT_EQ(events.substr(events.size() - std::min(events.size(), closed.size())), closed);
+    ASSERT_EQ(consumed(find("settings")->openPopup("ui:global", params)), "");
+    popupWindow("settings")->requestClose();
+    system.advance(0.5);
+    EXPECT_FALSE(popupWindow("settings"));
+    ASSERT_TRUE(popupWindow("global"));
+    EXPECT_TRUE(popupWindow("global")->isOpen());
+    EXPECT_EQ(window().popups().count(), 1);
+    popupWindow("global")->requestClose();
+    tick();
+    EXPECT_FALSE(popupWindow("global"));
+    EXPECT_EQ(system.desktop().windowCount(), 1);
+}
+
+TEST_F(CPopupsTest, WhatBlocksAWindowClosesWithIt) {
+    openButtons();
+    openPopup("panel.a", "ui:settings");
+    CAttributeMap params;
+    ASSERT_EQ(consumed(find("settings")->openPopup("ui:message", params)), "");
+    tick();
+    EXPECT_TRUE(popupWindow("settings")->isBlocked());
+    EXPECT_FALSE(window().isBlocked());
+    popupWindow("settings")->requestClose();
+    system.advance(0.5);
+    EXPECT_FALSE(popupWindow("message"));
+    EXPECT_EQ(system.desktop().windowCount(), 1);
+}
+
 TEST_F(CPopupsTest, AWindowMayHaveAnEntryInTheTaskbar) {
     openButtons();
     openPopup("panel.a", "ui:entry");

@@ -12,6 +12,7 @@ struct CPopupTree : CWindowTree {
                   {view("row", {{"placement", "top"}, {"width", "80"}, {"height", "20"}, {"fill", "6"}})}),
             popup("ui:tall", 80, 2000, {{"is-popup-window", "true"}}),
             popup("ui:settings", 120, 60, {{"unique-name", "settings"}, {"window-alignment", "center-overlay"}}),
+            popup("ui:global", 120, 60, {{"unique-name", "global"}, {"window-alignment", "center-overlay"}}),
             popup("ui:message", 100, 40, {{"is-modal", "true"}, {"window-alignment", "center"}}),
             popup("ui:helper", 60, 30, {{"is-popup-window", "true"}, {"is-helper-window", "true"}}),
             popup("ui:placed", 60, 30, {{"window-x", "500"}, {"window-y", "40"}, {"constrain-y", "60"}}),
