@@ -30,6 +30,29 @@ public:
     void TestBody() override {}
     using CProductEditor::at;
     using CProductEditor::box;
+    using CProductEditor::click;
+    using CProductEditor::setEngine;
+    using CProductEditor::wait;
+
+    /// Views below one, and without views below themselves, that a rectangle covers; overlays do not count.
+    std::string coveredViews(const CView& view, const CViewRect& cover) {
+        std::string covered;
+        bool isLeaf = true;
+        for (const CObject* child : view.children()) {
+            const auto* below = dynamic_cast<const CView*>(child);
+            if (below && below->isShown() &&
+                below->getAttrString("placement").toUtf8().find("overlay") == std::string::npos) {
+                isLeaf = false;
+                covered += coveredViews(*below, cover);
+            }
+        }
+        const CViewRect box = view.area().box();
+        const bool isCovered =
+            box.x < cover.right() && cover.x < box.right() && box.y < cover.bottom() && cover.y < box.bottom();
+        return covered + (isCovered && (isLeaf || view.isInputView()) && !view.isRootView()
+                              ? view.fullName().toUtf8() + "\n"
+                              : std::string());
+    }
 
     /// Views below one that are cut, more than by the rounding of their places.
     std::string cutViews(const CView& view) {
@@ -152,6 +175,22 @@ TEST_P(MainWindowPlaces, GroupButtonsAreOfOneWidthInBothRows) {
 
 TEST_P(MainWindowPlaces, NothingIsCut) {
     EXPECT_EQ(editor_.cutViews(editor_.at("")), "");
+}
+
+TEST_P(MainWindowPlaces, TheOffLineBannerCoversNothingAndMovesNothing) {
+    const CViewRect before = box("c.xeq1.cs-sliders.control-surface");
+    editor_.setEngine("host-offline", 0, 0, 1.0);
+    editor_.wait(1.0);
+    ASSERT_TRUE(editor_.at<CView>("c.offline-holder.frame").isShown());
+    for (const char* hints : {"true", "false"}) {
+        EXPECT_FALSE(editor_.at<CObject>("ui.local-data.ui-show-hints").setAttribute("show-hints", CString(hints)));
+        editor_.wait();
+        EXPECT_EQ(editor_.coveredViews(editor_.at<CView>(""), box("c.offline-holder.frame")), "") << hints;
+        EXPECT_EQ(box("c.xeq1.cs-sliders.control-surface").y, before.y);
+    }
+    EXPECT_FALSE(editor_.at<CObject>("ui.local-data.ui-show-hints").setAttribute("show-hints", CString("true")));
+    auto& label = editor_.at<CTextView>("c.offline-holder.frame.label");
+    EXPECT_LT(label.layout().line(0).width, label.area().box().width) << "its text is seen whole";
 }
 
 INSTANTIATE_TEST_SUITE_P(Scales, MainWindowPlaces, testing::ValuesIn(kScales),

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 
 #include "Audio/Presets/CAudioParamRegistry.h"
 #include "Audio/Stores/CAudioDefaultPreset.h"
@@ -127,6 +128,57 @@ TEST_F(PresetWindows, AFailureOpensAMessageThatIsClosedByItsButtons) {
     click("ui.win-message.window-title.close");
     EXPECT_FALSE(exists("ui.win-message"));
     EXPECT_TRUE(exists(kManager));
+}
+
+TEST_F(PresetWindows, TheMainWindowsButtonsCanBePressedWhileTheManagerIsOpen) {
+    wheel(column("xeq1", 0), 1.0);
+    openManager();
+    ASSERT_TRUE(exists(kManager));
+    EXPECT_FALSE(at("c.buttons.history.button-undo").isDisabled());
+    click("c.buttons.history.button-undo");
+    EXPECT_TRUE(at("c.buttons.history.button-undo").isDisabled());
+    click("c.buttons.ab");
+    EXPECT_TRUE(hasState("c.buttons.ab.labels.b", "live"));
+    click("c.buttons.settings");
+    EXPECT_TRUE(exists("ui.win-settings"));
+    click("ui.win-settings.window-title.close");
+    click("c.buttons.channel-routing");
+    EXPECT_TRUE(exists("ui.win-channel-routing"));
+    click("ui.win-channel-routing.window-title.close");
+    EXPECT_TRUE(exists(kManager));
+    click("c.buttons.preset-manager");
+    EXPECT_FALSE(exists(kManager)) << "a second press closes it";
+}
+
+TEST_F(PresetWindows, TheirFrameIsThatOfTheOtherWindows) {
+    openManager();
+    click("c.buttons.settings");
+    const std::function<std::string(const CObject&)> tree = [&tree](const CObject& object) {
+        std::string text = object.tag().toUtf8() + " " + object.name().toUtf8() + "(";
+        for (const CObject* child : object.children()) {
+            text += tree(*child);
+        }
+        return text + ")";
+    };
+    for (const std::string frame : {".window-title", ".window-status"}) {
+        EXPECT_EQ(tree(at(kManager + frame)), tree(at("ui.win-settings" + frame)));
+    }
+    for (const char* rate : {"fps", "gradient-fps", "cursor-fps", "deactivate-fps", "auto-click-fps"}) {
+        EXPECT_EQ(text(kManager, rate), text("ui.win-settings", rate)) << rate;
+    }
+}
+
+TEST_F(PresetWindows, APresetOfTheRoutingIsNoFileOfAnotherProduct) {
+    openRoutingManager();
+    click(row(kRouting, "presets", 0));
+    pressWithFile(part(kRouting, "presets.buttons.save"), file(u"routing.cpf"));
+    click("c.buttons.preset-manager");
+    pressWithFile(part(kManager, "presets.buttons.load"), file(u"routing.cpf"));
+    ASSERT_TRUE(exists("ui.win-message"));
+    EXPECT_EQ(text("ui.win-message", "title"), "Wrong Kind of Preset");
+    EXPECT_EQ(text("ui.win-message", "text"),
+              "The file \"routing.cpf\" can't be loaded.\n"
+              "The preset is one of the routing alone: load it in Routing Presets.");
 }
 
 TEST_F(PresetWindows, RoutingPresetsAreWorkedByTheSameButtons) {

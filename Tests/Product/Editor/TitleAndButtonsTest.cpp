@@ -66,6 +66,15 @@ TEST_F(TitleAndButtons, UndoAndRedoMoveAndAreDisabledWithNothingToDo) {
     EXPECT_FALSE(at("c.buttons.history.button-redo").isDisabled());
 }
 
+TEST_F(TitleAndButtons, TheHintsOfUndoAndRedoSayThatThereIsNoStep) {
+    point("c.buttons.history.button-undo");
+    wait();
+    EXPECT_EQ(at<CTextView>("window-status.label").paragraphText(0).toUtf8(), "Undo: no step to undo.");
+    point("c.buttons.history.button-redo");
+    wait();
+    EXPECT_EQ(at<CTextView>("window-status.label").paragraphText(0).toUtf8(), "Redo: no step to redo.");
+}
+
 TEST_F(TitleAndButtons, TheHintsOfUndoAndRedoNameTheirStep) {
     turn(0, 1.0);
     point("c.buttons.history.button-undo");

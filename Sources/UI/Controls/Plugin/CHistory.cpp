@@ -151,8 +151,9 @@ CError* CHistory::showLabels() {
     const bool canUndo = position > 0 && position < history.labels.count();
     const bool canRedo = position + 1 < history.labels.count();
     const CObjectWatch watch(*this);
-    const CString undo = canUndo ? getAttrString("undo-prefix") + history.labels[position] : CString();
-    const CString redo = canRedo ? getAttrString("redo-prefix") + history.labels[position + 1] : CString();
+    const CString undo = canUndo ? getAttrString("undo-prefix") + history.labels[position] : getAttrString("undo-none");
+    const CString redo =
+        canRedo ? getAttrString("redo-prefix") + history.labels[position + 1] : getAttrString("redo-none");
     CError* error = setAttributePlain("undo-label", undo);
     if (!error && watch.isAlive()) {
         error = setAttributePlain("redo-label", redo);

@@ -13,7 +13,7 @@ class CValueList;
 /// steps, the newest on top, the position selected, those that redo would bring dimmed; a choice moves there. Sends
 /// `history-change` when steps or position have become others. Attributes that it sets, for hints: `undo-label` and
 /// `redo-label`, the labels of the steps that the buttons move over, behind the texts `undo-prefix` and `redo-prefix`;
-/// empty while there is no such step. Thread: that of the window.
+/// `undo-none` and `redo-none` while there is no such step. Thread: that of the window.
 class CHistory : public CView {
 public:
     ~CHistory() override;
