@@ -247,7 +247,6 @@ bool CWindow::sendDue() {
 void CWindow::viewGone(const CViewBaseCtlEvents& view) {
     focusBefore_ = focusBefore_ == &view ? nullptr : focusBefore_;
     focusRing_.viewGone(view);
-    popups_.openerGoes(view);
     popups_.openerGoes(view, true);
     CWindow* const main = shared_ ? shared_->mainWindow() : nullptr;
     if (main && main != this) {
