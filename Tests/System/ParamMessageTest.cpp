@@ -187,6 +187,13 @@ TEST_F(ParamMessages, AllGroupsTakeWhatIsMeantForAll) {
     EXPECT_EQ(labels().back(), param(kGains).info().visualName().toUtf8() + " change");
 }
 
+TEST_F(ParamMessages, AStepOfAParameterWithoutAVisualNameHasItsOwnName) {
+    ASSERT_TRUE(param(engine::kBandCount).info().visualName().isEmpty());
+    EXPECT_EQ(client_.subscribe(1, engine::kBandCount, 0), "");
+    EXPECT_EQ(client_.set(engine::kBandCount, 0, 0, {5.0}), "");
+    EXPECT_EQ(labels().back(), "band-count (1) change");
+}
+
 TEST_F(ParamMessages, TextsTravelBothWays) {
     EXPECT_EQ(client_.subscribe(1, kInNamesParam), "");
     EXPECT_EQ(client_.takeLast(kParamValues).texts[0], "L");

@@ -1,5 +1,7 @@
 // What the engine sends to its clients: full state, counts, bound values, frames, bytes of other clients, labels.
 
+#include <cstring>
+
 #include "Audio/Parameters/CAudioEnv.h"
 #include "Audio/Visuals/CAudioVizCollector.h"
 #include "Tests/System/MessageTest.h"
@@ -212,6 +214,20 @@ TEST_F(StateMessages, ImportedLabelsNameTheInputChannels) {
     EXPECT_EQ(param(kInNamesParam).text(0, 3), CString("IN4"));
     EXPECT_EQ(client_.undo(), "");
     EXPECT_EQ(param(kInNamesParam).text(0, 0), CString("L"));
+}
+
+TEST_F(StateMessages, ImportedLabelsAreCutAsNamesAre) {
+    CTextList names;
+    for (const char* name :
+         {"Left Surround", "Back to  it", "\xc3\x84\xc3\xb6\xc3\xbc\xc3\x84\xc3\xb6\xc3\xbc\xc3\x84\xc3\xb6\xc3\xbc"}) {
+        names.append(CString::fromUtf8(name, std::strlen(name)));
+    }
+    base().setChannelLabels(names);
+    EXPECT_EQ(client_.subscribe(1, kInNamesParam, 0), "");
+    EXPECT_EQ(client_.send(kImportLabels), "");
+    EXPECT_EQ(client_.takeLast(kParamValues).texts,
+              (std::vector<std::string>{"Left Sur", "Back to",
+                                        "\xc3\x84\xc3\xb6\xc3\xbc\xc3\x84\xc3\xb6\xc3\xbc\xc3\x84\xc3\xb6"}));
 }
 
 /// Two sources whose switches are on, as processes of a graph would have them.

@@ -19,6 +19,17 @@ constexpr const char* kChannelNames = "plugin.modMain.io-params.in-channel-names
 /// the message behind it.
 constexpr int32_t kGroupReach = 32;
 constexpr int32_t kElementReach = 64;
+/// Characters of a channel's name.
+constexpr int32_t kMaxChannelName = 8;
+
+/// As many characters of a host's label as a name has; blanks at its end go.
+CString channelNameOf(const CString& label) {
+    int32_t end = std::min(label.length(), kMaxChannelName);
+    while (end > 0 && label.at(end - 1) == ' ') {
+        --end;
+    }
+    return label.substring(0, end);
+}
 
 }  // namespace
 
@@ -154,10 +165,11 @@ CString CEngineEdits::labelOf(const CEdit& edit) const {
         return edit.label;
     }
     const CAudioParamInfo& info = edit.param->info();
+    const CString name = info.visualName().isEmpty() ? info.displayPath() : info.visualName();
     if (edit.group == CAudioParamData::kAllGroups || info.isSingleGroup()) {
-        return info.visualName() + " change";
+        return name + " change";
     }
-    return info.visualName() + " (" + registries_.groupName(edit.group) + ") change";
+    return name + " (" + registries_.groupName(edit.group) + ") change";
 }
 
 CError* CEngineEdits::importLabels(CInputStream& stream) {
@@ -171,9 +183,8 @@ CError* CEngineEdits::importLabels(CInputStream& stream) {
     TARV_TRY(subscriptions_.findParam(0, kChannelNames, edit.param));
     TARV_TRY(requirePlace(edit));
     for (int32_t i = 0; i < edit.count; ++i) {
-        if (edit.texts[i].isEmpty()) {
-            edit.texts[i] = edit.param->text(0, i);
-        }
+        CString& name = edit.texts[i];
+        name = name.isEmpty() ? edit.param->text(0, i) : channelNameOf(name);
     }
     edit.flags = kIsRecorded;
     edit.label = kLabelImport;
