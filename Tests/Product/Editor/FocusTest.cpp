@@ -133,12 +133,14 @@ TEST_F(CFocus, TabWalksRoutingAndNames) {
                 "c.output-routing.fields.object", "c.output-routing.fields.object*", "c.buttons.routing-presets",
                 "c.buttons.routing-presets.quick-preset-list"});
     click("ui.win-channel-routing.c.input-routing.names");
-    std::vector<std::string> names;
+    std::vector<std::string> names = {"window-title.close"};
     for (int32_t i = 1; i <= 16; ++i) {
-        names.push_back("names.item" + std::to_string(i) + ".name");
+        names.push_back("c.names.item" + std::to_string(i) + ".name");
     }
-    names.insert(names.end(), {"buttons.copy-paste.copy", "buttons.copy-paste.paste", "buttons.ok", "buttons.cancel",
-                               "from-host.import"});
+    names.insert(names.end(), {"c.from-host.import", "c.buttons.copy-paste.copy", "c.buttons.copy-paste.paste",
+                               "c.buttons.ok", "c.buttons.cancel"});
+    // The first field is edited: without that, the walk is the one of any window.
+    tap(kKeyEscape);
     expectWalk("ui.win-channel-label-setup", names);
 }
 
