@@ -165,17 +165,17 @@ void CX11Window::onFocus(const xcb_focus_in_event_t& focus, bool isIn) {
         selectEvents(isIn);
     }
     const bool isGivenBack = std::exchange(isFocusOurs_, false) && !isIn;
-    // A child that has given the focus back to the host's window stands in the active window as before.
-    if (isIn == isActive_ || (isGivenBack && isChild_)) {
+    // What has given the focus back is as before: a child stands in the active window, and a dialog to which no window
+    // manager has given the focus keeps the press that ended an edit.
+    if (isIn == isActive_ || isGivenBack) {
         return;
     }
     isActive_ = isIn;
     const CX11Window* other = isIn ? nullptr : session_->find(display_.focus());
-    const bool isByUs = isGivenBack || other;
     const std::shared_ptr<CX11Session> session = session_;
     const xcb_window_t id = id_;
     const CWindowHandle active = other ? other->handle() : 0;
-    if (!isIn && !isByUs && session_->captured() == this) {
+    if (!isIn && !other && session_->captured() == this) {
         loseCapture();
         if (session->find(id) != this) {
             return;
