@@ -13,6 +13,11 @@ CScene& openRouting(CScene& scene) {
     return scene.click("c.buttons.channel-routing");
 }
 
+/// Without the keyboard on the screen, which would be the last window, and all names as they are shown.
+CScene& openNames(CScene& scene, const char* button) {
+    return scene.click(button).tap(kKeyEscape);
+}
+
 }  // namespace
 
 const CSceneRow kScenes[] = {
@@ -67,9 +72,11 @@ const CSceneRow kScenes[] = {
     {"window-channel-routing", [](CScene& scene) { openRouting(scene); }},
     {"window-channel-routing-eight", [](CScene& scene) { openRouting(scene.eightGroups().longNames().wait(0.5)); }},
     {"window-channel-names",
-     [](CScene& scene) { openRouting(scene).click("ui.win-channel-routing.c.input-routing.names"); }},
+     [](CScene& scene) { openNames(openRouting(scene), "ui.win-channel-routing.c.input-routing.names"); }},
     {"window-group-names",
-     [](CScene& scene) { openRouting(scene.longNames()).click("ui.win-channel-routing.c.group-assignments.names"); }},
+     [](CScene& scene) {
+         openNames(openRouting(scene.longNames()), "ui.win-channel-routing.c.group-assignments.names");
+     }},
     {"window-preset-manager", [](CScene& scene) { scene.click("c.buttons.preset-manager"); }},
     {"window-routing-presets",
      [](CScene& scene) { openRouting(scene).click("ui.win-channel-routing.c.buttons.routing-presets"); }},
