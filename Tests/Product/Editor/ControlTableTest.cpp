@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-#include "ProductEditor.h"
+#include "EveryWindow.h"
 
 namespace tarv {
 
@@ -105,7 +105,7 @@ std::set<std::string> testsOfTheProgram() {
     return names;
 }
 
-class ControlTable : public CProductEditor {
+class ControlTable : public CEveryWindow {
 protected:
     /// Paths of the views that take input, in a window that is open.
     static void collect(const CView& view, std::set<std::string>& paths) {
@@ -119,63 +119,11 @@ protected:
             }
         }
     }
-    void collect(const char* window) { collect(at(window), paths_); }
-    void collectMain() {
-        collect("ui.main-window");
-        click("c.buttons.preset-manager.quick-preset-list");
-        collect("ui.window-app-popup-list");
-        tap(kKeyEscape);
-        click("window-title.instance-name.readout");
-        collect("ui.main-window");
-        collect("ui.virtual-keyboard-alphadigit");
-        tap(kKeyEscape);
-        click("c.xeq1.cs-sliders.ruler-values.label");
-        collect("ui.virtual-keyboard-digit");
-        tap(kKeyEscape);
-    }
-    void collectRouting() {
-        click("c.buttons.channel-routing");
-        collect("ui.win-channel-routing");
-        click("ui.win-channel-routing.c.input-routing.names");
-        collect("ui.win-channel-label-setup");
-        tap(kKeyEscape);
-        tap(kKeyEscape);
-        click("ui.win-channel-routing.c.group-assignments.names");
-        collect("ui.win-group-name-setup");
-        tap(kKeyEscape);
-        tap(kKeyEscape);
-        click("ui.win-channel-routing.c.buttons.routing-presets");
-        collect("ui.win-preset-manager-routing");
-        click("ui.win-preset-manager-routing.window-title.close");
-        click("ui.win-channel-routing.window-title.close");
-    }
-    void collectPresets() {
-        click("c.buttons.preset-manager");
-        collect("ui.win-preset-manager");
-        system_.answerFileDialog(u"/no/such/folder/x.cpf");
-        click("ui.win-preset-manager.c.presets.buttons.load");
-        collect("ui.win-message");
-        tap(kKeyEscape);
-        click("ui.win-preset-manager.window-title.close");
-    }
-    void collectSettings() {
-        click("c.buttons.settings");
-        collect("ui.win-settings");
-        click("ui.win-settings.c.settings.global-settings");
-        collect("ui.win-global-settings");
-        click("ui.win-global-settings.c.settings.reset-defaults");
-        collect("ui.win-confirmation");
-    }
-
-    std::set<std::string> paths_;
 };
 
 TEST_F(ControlTable, NamesATestForEveryControl) {
-    collectMain();
-    collectRouting();
-    collectPresets();
-    collectSettings();
-    const std::set<std::string>& paths = paths_;
+    std::set<std::string> paths;
+    visitEveryWindow([&](const char* window) { collect(at(window), paths); });
     for (const std::string& path : paths) {
         const auto* row = std::find_if(std::begin(kControls), std::end(kControls),
                                        [&](const CControlRow& each) { return isLike(path, each.path); });
