@@ -1,0 +1,313 @@
+// The main window and its two views of the equaliser, with all of their hints, as the library embeds them.
+
+#include "EditorViews.h"
+
+namespace tarv {
+
+namespace {
+
+const CViewTreeTable kMain = {
+    {"",
+     "ui:window-drag",
+     "full 640 400",
+     "",
+     {{"image-set", "shared::is.popup"},
+      {"color", "Border"},
+      {"font-name", "shared::font.base"},
+      {"fps", "40"},
+      {"is-root-view", "true"},
+      {"is-main-window", "true"},
+      {"palette", "Default"},
+      {"settings-button-path", ".c.buttons.settings"},
+      {"window-status-path", ".window-status"},
+      {"is-window-draggable", "false"},
+      {"title", "Tarvelo Brindle XEQ"}}},
+    {"window-title",
+     "ui:frame",
+     "top 100% 28",
+     "Harmonically-enhanced 7-band equalizer.",
+     {{"min-height", "28"}, {"z-index-dynamic-childs", "110000000"}, {"color", "WindowTitle"}}},
+    {"window-title.label", "ui:textview", "full 100% 100%", "", {{"title", "[B]Tarvelo Brindle XEQ[/B]"}}},
+    {"window-title.bypass",
+     "ui:button-base",
+     "right 70 24",
+     "Process bypass switch (not saved with project).",
+     {{"title", "Bypass"}, {"bridge", "ui.bypass-bridge"}, {"is-undo-disabled", "true"}, {"color", "Bypass"}}},
+    {"window-title.quality-selector",
+     "ui:control-array",
+     "right 35 20",
+     "Oversampling setting. [B]Auto[/B] enables oversampling when audio is bounced only.",
+     {{"object-tag", "ui:quality-field"}, {"object-value-list", ".values"}}},
+    {"window-title.version", "ui:textview", "left 30 100%", "", {{"title", "v1.8"}}},
+    {"window-title.instance-name", "ui:frame", "left 110 18", "Name of this plug-in instance.", {}},
+    {"window-title.instance-name.readout", "ui:readout", "full 100% 100%", "", {{"bridge", "ui.instance-name-bridge"}}},
+    {"window-status",
+     "ui:frame",
+     "bottom 100% 27",
+     "This is a status line (shows hints and other information).",
+     {{"min-height", "27"}}},
+    {"window-status.label", "ui:textview", "full 100% 100%", "", {}},
+    {"c", "ui:frame", "full full full", "", {}},
+    {"c.overlay-texture", "ui:picture", "overlay 100% 100%", "", {{"color", "BackgroundTexture"}}},
+    {"c.offline-holder", "ui:view", "window-overlay 549 56", "", {{"is-visible", "false"}}},
+    {"c.offline-holder.frame", "ui:frame", "bottom 104 24", "", {}},
+    {"c.offline-holder.frame.label", "ui:textview", "full 100% 100%", "", {{"title", "[B]Off-Line Render[/B]"}}},
+    {"c.buttons", "ui:view", "top 100% 28", "", {}},
+    {"c.buttons.settings",
+     "ui:button-base",
+     "right - 24",
+     "Shows information and settings.",
+     {{"title", "Settings [IMG=is.button#Arrow:Action]"}, {"popup-template", "ui:win-settings"}}},
+    {"c.buttons.preset-manager",
+     "ui:button-base",
+     "- 92 24",
+     "Presets and banks, those of this session and those that all instances share.",
+     {{"title", "Presets"}, {"popup-template", "ui:win-preset-manager"}}},
+    {"c.buttons.preset-manager.quick-preset-list",
+     "ui:button-base",
+     "right 23 20",
+     "Quick list of presets.",
+     {{"title", "[IMG=is.button#ArrowSm:Action]"}, {"popup-template", "ui:window-app-popup-list"}}},
+    {"c.buttons.history", "ui:history", "- - 24", "", {{"interface-client", "ui.interface-client"}}},
+    {"c.buttons.history.button-undo",
+     "ui:button-base",
+     "- 28 24",
+     "Undo: no step to undo.",
+     {{"title", "[IMG=is.button#Undo:Action]"}}},
+    {"c.buttons.history.button-select",
+     "ui:button-base",
+     "- 28 24",
+     "Undo history. Select the step to return to.",
+     {{"title", "[IMG=is.button#List:Action]"}, {"popup-template", "ui:window-app-popup-list"}}},
+    {"c.buttons.history.button-redo",
+     "ui:button-base",
+     "- 28 24",
+     "Redo: no step to redo.",
+     {{"title", "[IMG=is.button#Redo:Action]"}}},
+    {"c.buttons.ab", "ui:button-ab", "- 48 24", "Switches between two states of the plug-in, A and B.", {}},
+    {"c.buttons.ab.labels", "ui:view", "full full full", "", {}},
+    {"c.buttons.ab.labels.a", "ui:textview", "left 50% 100%", "", {{"title", "[B]A[/B]"}}},
+    {"c.buttons.ab.labels.b", "ui:textview", "left 50% 100%", "", {{"title", "[B]B[/B]"}}},
+    {"c.buttons.copy",
+     "ui:button-base",
+     "- 46 24",
+     "Copies the state that is heard to the other one.",
+     {{"title", "A[IMG=is.button#ArrowRight:Action]B"}}},
+    {"c.buttons.reset",
+     "ui:button-base",
+     "- 48 24",
+     "Resets the state that is heard to the defaults. The name of the instance stays.",
+     {{"title", "Reset"}}},
+    {"c.buttons.channel-routing",
+     "ui:button-base",
+     "- 92 24",
+     "Channel routing: inputs, mid/side pairs, groups and outputs.",
+     {{"title", "Routing"}, {"popup-template", "ui:win-channel-routing"}}},
+    {"c.buttons.channel-routing.quick-preset-list",
+     "ui:button-base",
+     "right 23 20",
+     "Quick list of routing presets.",
+     {{"title", "[IMG=is.button#ArrowSm:Action]"}, {"popup-template", "ui:window-app-popup-list"}}},
+};
+
+/// Of either view: `$path` is its path, and the others what the two have apart.
+const CViewTreeTable kEqualizer = {
+    {"",
+     "ui:frame",
+     "left 50% full",
+     "Graphic equalizer view $n. Edits the group selected below; the bars behind are those of the underlay group.",
+     {}},
+    {"overlay-texture", "ui:picture", "overlay 100% 100%", "", {{"color", "PanelTexture"}}},
+    {"overlay-gradient", "ui:overlay-gradient", "overlay 100% 100%", "", {{"color", "PanelGradient"}}},
+    {"title-frame-head", "ui:view", "top 100% 32", "", {}},
+    {"title-frame-head.title-frame-caption", "ui:textview", "left - 32", "", {{"title", "[B]EQ $n[/B]"}}},
+    {"title-frame-head.param-reset-button",
+     "ui:button-base",
+     "right 42 24",
+     "Resets the gains and the output gain of the selected channel group.",
+     {{"title", "Reset"}}},
+    {"title-frame-head.eq-invert-scale", "ui:view", "right - 24", "", {}},
+    {"title-frame-head.eq-invert-scale.scale",
+     "ui:button-base",
+     "- 22 24",
+     "Drag to scale equalizer curve: up or right stretches it, down or left flattens it.",
+     {{"title", "[IMG=is.button#ArrowUpDn:Action]"}}},
+    {"title-frame-head.eq-invert-scale.invert",
+     "ui:button-base",
+     "- 30 24",
+     "Invert equalizer curve.",
+     {{"title", "Inv"}}},
+    {"title-frame-head.auto-scroll-arrow-left",
+     "ui:picture",
+     "left 8 100%",
+     "",
+     {{"is-visible", "false"}, {"color", "TextDim"}}},
+    {"title-frame-head.auto-scroll-arrow-right",
+     "ui:picture",
+     "right 8 100%",
+     "",
+     {{"is-visible", "false"}, {"color", "TextDim"}}},
+    {"title-frame-head.group-label",
+     "ui:group-label",
+     "inline 100% 100%",
+     "List of input channels routed to the selected channel group.",
+     {{"title", "no channels"}, {"group-selector", "$edit"}}},
+    {"xeq-base", "ui:view", "bottom 100% -", "", {}},
+    {"xeq-base.edit-group", "ui:view", "top 100% 20", "", {}},
+    {"xeq-base.edit-group.label", "ui:textview", "left - -", "", {{"title", "Edit group"}}},
+    {"xeq-base.edit-group.param-copy-button",
+     "ui:button-base",
+     "right 53 20",
+     "Copies the selected channel group to another one.",
+     {{"title", "Copy to"}, {"popup-template", "ui:window-app-popup-list"}}},
+    {"xeq-base.edit-group.selector",
+     "ui:selector-group",
+     "right 172 20",
+     "The channel group that this view edits. A right press selects it in the other view, too.",
+     {{"group-selector", "$edit"},
+      {"group-selector-opposite", "$other-edit"},
+      {"button-tag", "ui:button-groupsel"},
+      {"button-width", "balanced"},
+      {"separator-char", ";"},
+      {"is-right-click-allowed", "true"},
+      {"button-title-list", "^^selector-titles-sep"}}},
+    {"xeq-base.underlay-group", "ui:view", "top 100% 20", "", {}},
+    {"xeq-base.underlay-group.label", "ui:textview", "left - -", "", {{"title", "Underlay"}}},
+    {"xeq-base.underlay-group.space", "ui:view", "right 53 20", "", {}},
+    {"xeq-base.underlay-group.selector",
+     "ui:selector-group",
+     "right 172 20",
+     "The channel group that is shown behind the edited one. A right press selects it in the other view, too.",
+     {{"group-selector", "$underlay"},
+      {"group-selector-opposite", "$other-underlay"},
+      {"button-tag", "ui:button-groupsel"},
+      {"button-width", "balanced"},
+      {"separator-char", ";"},
+      {"is-right-click-allowed", "true"},
+      {"button-title-list", "^^selector-titles-sep"}}},
+    {"cs-gain", "ui:view", "right 57 full", "", {}},
+    {"cs-gain.frame", "ui:frame", "overlay 100% 100%", "", {}},
+    {"cs-gain.ruler-caption", "ui:ruler", "top 100% 14", "", {}},
+    {"cs-gain.label", "ui:textview", "overlay 100% 13", "", {{"title", "OUT"}}},
+    {"cs-gain.ruler-values",
+     "ui:ruler",
+     "bottom 100% 14",
+     "Output gain (in deciBels). A press edits it.",
+     {{"bridge", "ui.xeq-gain-bridge"},
+      {"group-selector", "$edit"},
+      {"ruled-view", "^control-surface"},
+      {"label-format", "%.1f"},
+      {"is-show-hairlines", "false"},
+      {"titles", "^values"}}},
+    {"cs-gain.ruler-gain",
+     "ui:ruler",
+     "left 24 100%",
+     "Gain scale (in deciBels).",
+     {{"min-max", "$path.min-max-gain"},
+      {"ruled-view", "^control-surface"},
+      {"label-format", "%.0f"},
+      {"is-show-hairlines", "true"}}},
+    {"cs-gain.control-surface",
+     "ui:control-surface",
+     "full full full",
+     "Output gain of the selected channel group. Drag it, turn the wheel, or double click to reset.",
+     {{"min-max", "$path.min-max-gain"},
+      {"is-show-hairlines", "true"},
+      {"is-slider-mode", "true"},
+      {"update-fps", "40"},
+      {"ruler", "^ruler-gain ^ruler-values"}}},
+    {"cs-sliders", "ui:view", "full full full", "", {}},
+    {"cs-sliders.frame", "ui:frame", "overlay 100% 100%", "", {}},
+    {"cs-sliders.ruler-freqs",
+     "ui:ruler",
+     "top 100% 14",
+     "Center frequencies of bands (in Hertz, K for thousands). A press edits one.",
+     {{"bridge", "ui.xeq-freq-bridge"},
+      {"group-selector", "$edit"},
+      {"ruled-view", "^control-surface"},
+      {"is-show-hairlines", "false"},
+      {"titles", ".values"}}},
+    {"cs-sliders.ruler-values",
+     "ui:ruler",
+     "bottom 100% 14",
+     "Gains of bands (in deciBels). A press edits one, Tab goes on to the next.",
+     {{"bridge", "ui.xeq-bridge"},
+      {"group-selector", "$edit"},
+      {"ruled-view", "^control-surface"},
+      {"label-format", "%.1f"},
+      {"is-show-hairlines", "false"},
+      {"titles", "^ruler-freqs.values"}}},
+    {"cs-sliders.ruler-gain",
+     "ui:ruler",
+     "left 24 100%",
+     "Gain scale (in deciBels).",
+     {{"min-max", "$path.min-max-gain"},
+      {"ruled-view", "^control-surface"},
+      {"label-format", "%.0f"},
+      {"is-show-hairlines", "true"}}},
+    {"cs-sliders.control-surface",
+     "ui:control-surface",
+     "full full full",
+     "Gains of bands. Drag a bar, turn the wheel, double click to reset, hold Alt to draw a curve.",
+     {{"min-max", "$path.min-max-gain"},
+      {"is-show-hairlines", "true"},
+      {"is-slider-mode", "true"},
+      {"update-fps", "40"},
+      {"ruler", "^ruler-gain ^ruler-values ^ruler-freqs"}}},
+};
+
+const CBoundTable kBoundTitle = {
+    {"quality-selector.values", "ui:value-list", {{"mode", "audio-enum-value"}, {"bridge", "ui.quality-bridge"}}},
+    {"quality-selector.ui-param-values", "ui:ui-param", {{"bridge", "ui.quality-bridge"}}},
+};
+
+const CBoundTable kBoundButtons = {
+    {"preset-manager.quick-preset-list.value-list",
+     "ui:dynamic-list-presets",
+     {{"param-registry", "plugin.param-registry"}, {"store-name", "shared-banks"}, {"is-show-banks", "true"}}},
+    {"history.history-list", "ui:value-list", {}},
+    {"channel-routing.quick-preset-list.value-list",
+     "ui:dynamic-list-presets",
+     {{"param-registry", "plugin.param-registry-io"}, {"store-name", "routing-presets"}, {"is-global-data", "true"}}},
+};
+
+class EditorMainTree : public CEditorViews {};
+
+TEST_F(EditorMainTree, HasItsViewsWithTheirHintsAndNoOther) {
+    const auto editor = makeEditor();
+    CViewTreeTable rows = kMain;
+    for (const CEqualizer& equalizer : kEqualizers) {
+        for (CViewTreeRow row : kEqualizer) {
+            row.path = std::string(equalizer.path).substr(std::string("ui.main-window.").size()) +
+                       (row.path.empty() ? "" : "." + row.path);
+            row.hint = replaced(row.hint, equalizer.replacements);
+            row.attributes.clear();
+            rows.push_back(row);
+        }
+    }
+    expectViews(*editor->findObjectOf<CView>("ui.main-window"), rows);
+}
+
+TEST_F(EditorMainTree, BothViewsOfTheEqualizerDifferInTheirSelectorsAlone) {
+    const auto editor = makeEditor();
+    for (const CEqualizer& equalizer : kEqualizers) {
+        expectViews(*editor->findObjectOf<CView>(equalizer.path), kEqualizer, equalizer.replacements);
+    }
+}
+
+TEST_F(EditorMainTree, BindsItsTitleAndItsButtons) {
+    const auto editor = makeEditor();
+    expectBindings(*editor->findObject("ui.main-window.window-title"), kBoundTitle);
+    expectBindings(*editor->findObject("ui.main-window.c.buttons"), kBoundButtons);
+}
+
+TEST_F(EditorMainTree, HasItsWindowOfTheHost) {
+    const auto editor = makeEditor();
+    const CObject* window = editor->findObject("ui.main-window.window-renderer");
+    ASSERT_TRUE(window);
+    expectObject(window, {"window-renderer", "ui:window-renderer", {{"is-plugin-vst", "true"}}});
+}
+
+}  // namespace
+
+}  // namespace tarv
