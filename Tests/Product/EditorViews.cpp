@@ -23,6 +23,16 @@ const char* const kControls[] = {kButton,
 const char* const kBindings[] = {"ui:min-max",    "ui:ui-param-controller",  "ui:param-group-controller",
                                  "ui:value-list", "ui:dynamic-list-presets", "ui:name-setup"};
 
+/// What the roots of all windows have, but for lists and keyboards.
+const CAttributeRow kWindow[] = {{"is-root-view", "true"},
+                                 {"is-window-draggable", "true"},
+                                 {"image-set", "shared::is.popup"},
+                                 {"color", "WindowEdge"},
+                                 {"font-name", "shared::font.base"},
+                                 {"palette", "Default"},
+                                 {"fps", "40"},
+                                 {"window-status-path", ".window-status"}};
+
 std::string attributeOr(const CObject& object, const char* name) {
     return object.hasAttr(name) ? object.getAttrString(name).toUtf8() : "-";
 }
@@ -136,6 +146,34 @@ void CEditorViews::expectBindings(const CObject& root, const CBoundTable& rows, 
         }
     }
     EXPECT_EQ(bindingsBelow(root), rows.size()) << root.fullName().toUtf8();
+}
+
+void CEditorViews::expectWindow(const char* templateName, const CViewTreeTable& rows, bool hasHints,
+                                const CBoundTable& bindings) {
+    const auto editor = makeEditor();
+    CObject* ui = editor->findChild("ui");
+    CObject* made = nullptr;
+    EXPECT_FALSE(ui->createChild(made, templateName, "made", true)) << templateName;
+    const auto* window = dynamic_cast<const CView*>(made);
+    ASSERT_TRUE(window) << templateName;
+    CViewTreeTable all = {rows[0]};
+    all[0].attributes.insert(all[0].attributes.end(), std::begin(kWindow), std::end(kWindow));
+    const std::string title = "[B]" + window->getAttrString("title").toUtf8() + "[/B]";
+    all.push_back({"window-title", "ui:frame", "top 100% 28", "", {{"min-height", "28"}, {"color", "GroupCaption"}}});
+    all.push_back({"window-title.label", "ui:textview", "full 100% 100%", "", {{"title", title.c_str()}}});
+    all.push_back({"window-title.close", "ui:button-base", "right 24 24", "Closes this window.", {}});
+    if (hasHints) {
+        // Those of presets are long.
+        const bool isLong = rows[0].tag == "ui:preset-manager";
+        all.push_back({"window-status", "ui:frame", isLong ? "bottom 100% 36" : "bottom 100% 24", "", {}});
+        all.push_back({"window-status.label", "ui:textview", "full 100% 100%", "", {}});
+    }
+    all.insert(all.end(), rows.begin() + 1, rows.end());
+    expectViews(*window, all);
+    const CObject* renderer = made->findChild("window-renderer");
+    ASSERT_TRUE(renderer) << templateName;
+    expectClass(*renderer, "ui:window-renderer");
+    expectBindings(*made, bindings);
 }
 
 }  // namespace tarv

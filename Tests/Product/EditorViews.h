@@ -42,6 +42,8 @@ protected:
 
     /// The views below a root are those of the table, in its order, and no other.
     static void expectViews(const CView& root, const CViewTreeTable& rows, const CReplacements& replacements = {});
+    /// A window of a template: its frame, the views of a table, which has its root first, and the bindings.
+    void expectWindow(const char* templateName, const CViewTreeTable& rows, bool hasHints, const CBoundTable& bindings);
     /// The bindings below an object are those of the table, and no other.
     static void expectBindings(const CObject& root, const CBoundTable& rows, const CReplacements& replacements = {});
     /// An object of the class that the key stands for.
