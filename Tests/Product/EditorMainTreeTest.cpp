@@ -130,7 +130,7 @@ const CViewTreeTable kEqualizer = {
     {"title-frame-head.eq-invert-scale.scale",
      "ui:button-base",
      "- 22 24",
-     "Drag to scale equalizer curve: up or right stretches it, down or left flattens it.",
+     "Drag to scale equalizer curve. Up or right stretches it, down or left flattens it.",
      {{"title", "[IMG=is.button#ArrowUpDn:Action]"}}},
     {"title-frame-head.eq-invert-scale.invert",
      "ui:button-base",
