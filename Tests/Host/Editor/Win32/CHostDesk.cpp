@@ -145,16 +145,25 @@ struct CHostDesk::CParts {
         });
         return all;
     }
-    /// Windows shows what a window owns above it. Wine puts an owner that a press raises on top of all, sooner or
-    /// later, and leaves it to a window manager to put that right.
+    /// Windows keeps what a window owns above it. Wine puts an owner that is activated, by a press or because an owned
+    /// window has closed, on top of all, and leaves it to a window manager to put that right. The owned windows keep
+    /// their order: those that stand below the owner come before those that opened above it since.
     void raiseOwned() const {
         std::vector<HWND> shown;
         EnumThreadWindows(GetCurrentThreadId(), &noteShown, reinterpret_cast<LPARAM>(&shown));
-        // From the lowest, and those that stand below their owner alone.
-        for (auto at = shown.rbegin(); at != shown.rend(); ++at) {
-            const HWND owner = GetAncestor(*at, GA_ROOTOWNER);
-            if (owner != *at && std::find(at, shown.rend(), owner) != shown.rend()) {
-                SetWindowPos(*at, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+        for (auto owner = shown.begin(); owner != shown.end(); ++owner) {
+            const auto isOwned = [&](HWND window) {
+                return window != *owner && GetAncestor(window, GA_ROOTOWNER) == *owner;
+            };
+            if (std::none_of(owner, shown.end(), isOwned)) {
+                continue;
+            }
+            // Wine's X windows follow only to the top: all go there, from the lowest.
+            for (auto at = shown.rbegin(); at != shown.rend(); ++at) {
+                if (isOwned(*at)) {
+                    SetWindowPos(*at, HWND_TOP, 0, 0, 0, 0,
+                                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER);
+                }
             }
         }
     }
@@ -242,11 +251,13 @@ void CHostDesk::moveTo(void* parent, int x, int y) {
 }
 
 void CHostDesk::moveOnScreen(int x, int y) {
+    parts_->raiseOwned();
     parts_->keepHeld();
     parts_->hands.moveTo(x, y);
 }
 
 void CHostDesk::press(bool isRight) {
+    parts_->raiseOwned();
     parts_->keepHeld();
     parts_->hands.button(isRight ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN);
 }
