@@ -62,8 +62,12 @@ public:
     void wheel(int notches);
     void strikeSpace() { strike(' '); }
     static constexpr char kF2 = '\x02';
+    static constexpr char kUp = '\x03';
+    static constexpr char kDown = '\x04';
+    static constexpr char kLeft = '\x05';
+    static constexpr char kRight = '\x06';
     /// A key of a keyboard of the United States by its character, a small letter, a figure, a blank, '-', '.', '\r' for
-    /// Enter, '\t' for Tab, '\x1b' for Escape or kF2, while the held key is down.
+    /// Enter, '\t' for Tab, '\x1b' for Escape, or one of those above, while the held key is down.
     void strike(char key, CHeldKey held = CHeldKey::None);
     void hold(CHeldKey key, bool isDown);
     /// Small letters, capitals with Shift, figures, blanks, '-' and '.'.

@@ -23,7 +23,7 @@ constexpr int32_t kDoubleClickPixels = 4;
 constexpr int32_t kApart = 7;
 /// What the twin takes to end its changes of colour behind an act.
 constexpr double kChangesEnd = 1.0;
-/// A list takes no press in its first moments.
+/// A list takes no press in its first moments, and opens by itself where the pointer rests for a quarter of a second.
 constexpr double kListOpens = 0.3;
 
 std::string textOf(const CIntRect& rect) {
@@ -55,6 +55,14 @@ int32_t keyCode(char key) {
             return kKeyEscape;
         case CHostDesk::kF2:
             return kKeyF2;
+        case CHostDesk::kUp:
+            return kKeyUp;
+        case CHostDesk::kDown:
+            return kKeyDown;
+        case CHostDesk::kLeft:
+            return kKeyLeft;
+        case CHostDesk::kRight:
+            return kKeyRight;
         default:
             return 0;
     }
@@ -264,12 +272,20 @@ void ProductWindow::type(const std::string& text) {
 }
 
 void ProductWindow::choose(int32_t row, const std::string& window) {
-    serveFor(kListOpens);
+    rest();
     clickRow(window + ".list", row);
 }
 
-void ProductWindow::clickRow(const std::string& path, int32_t row) {
+void ProductWindow::rest() {
+    serveFor(kListOpens);
+}
+
+void ProductWindow::pointRow(const std::string& path, int32_t row) {
     pointAt(twin->whereRow(path, row));
+}
+
+void ProductWindow::clickRow(const std::string& path, int32_t row) {
+    pointRow(path, row);
     press();
     release();
 }

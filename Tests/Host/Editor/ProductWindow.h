@@ -48,7 +48,10 @@ protected:
     void type(const std::string& text);
     /// A row of the list that is open, or of one beside it.
     void choose(int32_t row, const std::string& window = "ui.window-app-popup-list");
+    /// Longer than the pointer rests on a row whose list opens beside it, and than a list takes no press.
+    void rest();
     /// A row of a list in a window.
+    void pointRow(const std::string& path, int32_t row);
     void clickRow(const std::string& path, int32_t row);
     CSpot column(const std::string& view, int32_t band) { return twin->column(view, band); }
 

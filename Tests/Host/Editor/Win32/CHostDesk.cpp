@@ -46,8 +46,19 @@ WORD keyCode(char key) {
     if (key == '-' || key == '.') {
         return key == '-' ? VK_OEM_MINUS : VK_OEM_PERIOD;
     }
-    if (key == CHostDesk::kF2) {
-        return VK_F2;
+    switch (key) {
+        case CHostDesk::kF2:
+            return VK_F2;
+        case CHostDesk::kUp:
+            return VK_UP;
+        case CHostDesk::kDown:
+            return VK_DOWN;
+        case CHostDesk::kLeft:
+            return VK_LEFT;
+        case CHostDesk::kRight:
+            return VK_RIGHT;
+        default:
+            break;
     }
     // Figures and capitals, and those beside them, have their character's number.
     return static_cast<WORD>(key >= 'a' && key <= 'z' ? key - 'a' + 'A' : key);

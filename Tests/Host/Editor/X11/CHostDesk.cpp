@@ -51,6 +51,9 @@ constexpr CKeyRow kKeyRows[] = {{9,
                                 {52, "zxcvbnm"},
                                 {60, "."},
                                 {68, "\x02"},
+                                {111, "\x03"},
+                                {113, "\x05\x06"},
+                                {116, "\x04"},
                                 {kSpaceKey, " "}};
 
 int keyNumber(char key) {
