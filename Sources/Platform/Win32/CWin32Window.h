@@ -78,6 +78,7 @@ private:
     LRESULT takeWheel(const CMessage& message, POINT place);
     LRESULT takeHookedKey(const CMessage& message);
     LRESULT loseKeys(const CMessage& message);
+    LRESULT loseFocus(const CMessage& message);
     LRESULT passKeyOn(const CMessage& message);
     bool takeKeyOfFocus(const CMessage& message);
     CKeyEvent keyOf(const CMessage& message, bool isDown);

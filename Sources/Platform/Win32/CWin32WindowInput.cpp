@@ -181,6 +181,17 @@ LRESULT CWin32Window::loseKeys(const CMessage& message) {
     return 0;
 }
 
+// No window of this thread gets the focus: the user works in another program. A popup loses the activation then, of
+// which a child is not informed.
+LRESULT CWin32Window::loseFocus(const CMessage& message) {
+    const LRESULT result = byDefault(message);
+    if (isChild_ && !message.wParam) {
+        grabKeys(false);
+        handler_.onKeysLost();
+    }
+    return result;
+}
+
 // A key that the focus brings, where no hook has asked already. Its characters, which the host's loop makes, follow it.
 bool CWin32Window::takeKeyOfFocus(const CMessage& message) {
     if (isPassingOn_ || CKeyHook::asksThisThread()) {

@@ -38,6 +38,7 @@ const CWin32Window::CMessageRow CWin32Window::kMessages[] = {
     {CKeyHook::kPressMessage, &CWin32Window::takeHookedKey},
     {CKeyHook::kReleaseMessage, &CWin32Window::takeHookedKey},
     {CKeyHook::kLostMessage, &CWin32Window::loseKeys},
+    {WM_KILLFOCUS, &CWin32Window::loseFocus},
     {WM_KEYDOWN, &CWin32Window::passKeyOn},
     {WM_KEYUP, &CWin32Window::passKeyOn},
     {WM_CHAR, &CWin32Window::passKeyOn},

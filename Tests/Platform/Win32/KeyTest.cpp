@@ -1,3 +1,4 @@
+#include <atomic>
 #include <thread>
 
 #include "Tests/Platform/Win32/CTestWindows.h"
@@ -13,6 +14,27 @@ protected:
     std::unique_ptr<CPlatformWindow> child = openChild(host, notes);
 
     void SetUp() override { notes.take(); }
+    /// Brings a window of another thread to the front, which has a focus of its own as another program has, until this
+    /// thread has noticed it.
+    static void workElsewhere() {
+        std::atomic<bool> isOver{false};
+        std::thread other([&] {
+            CHostWindow window;
+            while (!isOver) {
+                pump();
+                Sleep(1);
+            }
+        });
+        EXPECT_TRUE(pumpUntil([] { return !GetActiveWindow(); }));
+        pump();
+        isOver = true;
+        other.join();
+    }
+    void comeBack() {
+        SetForegroundWindow(host.window());
+        SetFocus(host.window());
+        pump();
+    }
 };
 
 TEST_F(Win32Keys, WithoutAGrabTheyAreTheHosts) {
@@ -176,6 +198,51 @@ TEST_F(Win32Keys, AGrabOnAnotherThreadEndsTheFormerOne) {
     input.press('A');
     EXPECT_TRUE(notes.take().empty());
     EXPECT_EQ(host.heard(), (CLines{"down 65", "char 97", "up 65"}));
+}
+
+TEST_F(Win32Keys, AChildWithTheFocusLosesThemToAnotherProgram) {
+    child->takeFocus();
+    workElsewhere();
+    EXPECT_EQ(notes.take(), (CLines{"keys lost"})) << "a key that is held would stay so";
+    comeBack();
+    child->grabKeys(true);
+    child->takeFocus();
+    workElsewhere();
+    EXPECT_EQ(notes.take(), (CLines{"keys lost"}));
+    comeBack();
+    input.press('A');
+    EXPECT_TRUE(notes.take().empty()) << "the grab is over";
+    EXPECT_EQ(host.heard(), (CLines{"down 65", "char 97", "up 65"}));
+    child->grabKeys(true);
+    workElsewhere();
+    EXPECT_TRUE(notes.take().empty()) << "the focus is the host's";
+    comeBack();
+    input.press('B');
+    EXPECT_EQ(notes.take(), (CLines{"key 66 down", "key 66 up"}));
+}
+
+TEST_F(Win32Keys, AChildThatGivesTheFocusToAWindowOfTheHostLosesNone) {
+    child->grabKeys(true);
+    child->takeFocus();
+    CHostWindow dialog;
+    EXPECT_NE(GetFocus(), reinterpret_cast<HWND>(child->handle()));
+    EXPECT_TRUE(notes.take().empty());
+    child->takeFocus();
+    child->giveFocusBack();
+    SetFocus(host.window());
+    input.press('A');
+    EXPECT_EQ(notes.take(), (CLines{"key 65 down", "key 65 up"}));
+}
+
+TEST_F(Win32Keys, AWindowMayGoWhenItLosesThem) {
+    child->takeFocus();
+    notes.react = [this](const std::string& line) {
+        if (line == "keys lost") {
+            child.reset();
+        }
+    };
+    workElsewhere();
+    EXPECT_FALSE(child);
 }
 
 TEST_F(Win32Keys, AWindowThatGoesLeavesNoHook) {
