@@ -23,6 +23,8 @@ constexpr int32_t kDoubleClickPixels = 4;
 constexpr int32_t kApart = 7;
 /// What the twin takes to end its changes of colour behind an act.
 constexpr double kChangesEnd = 1.0;
+/// What it takes to open and to close windows.
+constexpr double kPopupsChange = 0.3;
 /// A list takes no press in its first moments, and opens by itself where the pointer rests for a quarter of a second.
 constexpr double kListOpens = 0.3;
 
@@ -307,7 +309,8 @@ std::string ProductWindow::differenceIn(const CIntRect& part) {
     return count == 0 ? std::string() : std::to_string(count) + " pixels within " + textOf(differing);
 }
 
-std::string ProductWindow::difference() {
+/// Of the places of what popped up.
+std::string ProductWindow::differenceOfPopups() {
     std::vector<CIntRect> popups = twin->popups();
     std::vector<CIntRect> real = desk.popups();
     const auto isBefore = [](const CIntRect& a, const CIntRect& b) {
@@ -326,11 +329,19 @@ std::string ProductWindow::difference() {
         }
         return text;
     }
+    return "";
+}
+
+std::string ProductWindow::difference() {
+    const std::string ofPopups = differenceOfPopups();
+    if (!ofPopups.empty()) {
+        return ofPopups;
+    }
     const std::string inMain = differenceIn(twin->mainWindow());
     if (!inMain.empty()) {
         return "the main window, " + inMain;
     }
-    for (const CIntRect& popup : popups) {
+    for (const CIntRect& popup : twin->popups()) {
         const std::string inPopup = differenceIn(popup);
         if (!inPopup.empty()) {
             return "a popup at " + textOf(popup) + ", " + inPopup;
@@ -340,7 +351,10 @@ std::string ProductWindow::difference() {
 }
 
 void ProductWindow::expectSame(const char* what) {
-    // A system sends no move where a window has changed under a pointer that rests; a hand never rests.
+    // A system sends no move where a window has changed under a pointer that rests; a hand never rests. The move comes
+    // behind the change.
+    twin->wait(kPopupsChange);
+    desk.until([&] { return differenceOfPopups().empty(); });
     step_ = -step_;
     pointAt({pointer_.x + step_, pointer_.y});
     twin->wait(kChangesEnd);

@@ -85,6 +85,7 @@ private:
     bool wouldBeDouble(const CScreenPoint& at) const;
     void serveFor(double seconds);
     std::string differenceIn(const CIntRect& part);
+    std::string differenceOfPopups();
     std::string difference();
 
     class CSetAsideSettings;
