@@ -21,8 +21,8 @@ namespace tarv {
 namespace {
 
 constexpr const char* kClientPath = "ui.interface-client";
-/// Seconds.
-constexpr double kKeysReturn = 0.3;
+/// Seconds; a busy system takes its time.
+constexpr double kKeysReturn = 2.0;
 constexpr const char* kTypeRow = "type";
 constexpr const char* kResetRow = "reset";
 constexpr const char* kResetAllRow = "reset-all";
@@ -88,10 +88,10 @@ CError* CControlSurface::inputEvent(const CString& name, CAttributeMap& params) 
 bool CControlSurface::animate(double now) {
     const CObjectWatch watch(*this);
     if (menuMark_ == CMenuMark::Closed) {
-        const bool hasKeys = window() && window()->keyFocusView() == this;
-        if (hasKeys || clockSeconds() >= menuEnd_) {
+        const CViewBase* const taker = window() ? window()->keyFocusView() : nullptr;
+        if (taker || clockSeconds() >= menuEnd_) {
             menuMark_ = CMenuMark::None;
-            TARV_CONSUME(hasKeys ? nullptr : select(-1));
+            TARV_CONSUME(taker == this ? nullptr : select(-1));
         }
     }
     return !watch.isAlive() || CView::animate(now) || menuMark_ == CMenuMark::Closed;
