@@ -167,10 +167,12 @@ CError* CPopupList::mouseExit(CAttributeMap& params) {
 
 /// The list below stands beside a row that has moved.
 CError* CPopupList::mouseWheel(CAttributeMap& params) {
-    const double before = area().value(CViewCell::OffsetY);
+    // A list with room for all its rows has no offset.
+    const auto offset = [this] { return area().isScrollable() ? area().value(CViewCell::OffsetY) : 0.0F; };
+    const float before = offset();
     const CObjectWatch watch(*this);
     CError* error = CTextView::mouseWheel(params);
-    const bool isScrolled = !error && watch.isAlive() && area().value(CViewCell::OffsetY) != before;
+    const bool isScrolled = !error && watch.isAlive() && offset() != before;
     return isScrolled ? closeBelow() : error;
 }
 
