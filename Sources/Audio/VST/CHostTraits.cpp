@@ -14,9 +14,8 @@ constexpr const char* kTwoChannelProduct = "Sony ACID Pro";
 constexpr const char* kLockedProduct = "WaveLab";
 /// Keeps the keyboard focus. In all others typed keys would go to the host unless a mouse press in an editor takes it.
 constexpr const char* kFocusKeepingVendor = "Steinberg";
-/// On Linux it calls editors on a thread of its own. If a lane of the parameter is in touch mode, which every lane is
-/// after a pass of writing, a begin of edit on that thread reads a tempo map that only other threads have: a null
-/// pointer.
+/// On Linux it calls editors on a second thread, which has no tempo map. A begin of edit on that thread reads the map
+/// through a null pointer if the parameter's lane is in touch mode. After a pass of writing, every lane is.
 constexpr const char* kFirstThreadProduct = "Ardour";
 
 }  // namespace

@@ -95,7 +95,12 @@ CError* CViewBaseState::finishInit() {
     for (const auto& active : active_) {
         activate(active.first);
     }
-    return applyStates(0.0);
+    const CObjectWatch watch(*this);
+    TARV_TRY(applyStates(0.0));
+    if (watch.isAlive()) {
+        lookChanged(0.0);
+    }
+    return nullptr;
 }
 
 double CViewBaseState::now() const {

@@ -1,5 +1,7 @@
 // What the states of a view change: attributes of the view, its colour state and its range of images.
 
+#include <algorithm>
+
 #include "Core/CObjectExpressions.h"
 #include "Core/CObjectWatch.h"
 #include "UI/Views/CViewBaseState.h"
@@ -162,8 +164,17 @@ CError* CViewBaseState::applyOnce(double morphSeconds) {
         error = applyOverrides(wanted, morphSeconds);
     }
     if (!error && watch.isAlive()) {
+        const CArray<CString, 4> formerColors = colorStates_;
+        const CString formerRange = stateRange_;
+        const bool hadRange = hasStateRange_;
         composeLook();
-        lookChanged(morphSeconds);
+        // A state may change nothing but attributes, which redraw what they must.
+        const bool isSame = hadRange == hasStateRange_ && (!hadRange || formerRange == stateRange_) &&
+                            formerColors.count() == colorStates_.count() &&
+                            std::equal(formerColors.begin(), formerColors.end(), colorStates_.begin());
+        if (!isSame) {
+            lookChanged(morphSeconds);
+        }
     }
     if (watch.isAlive()) {
         wanted_ = std::move(wanted);

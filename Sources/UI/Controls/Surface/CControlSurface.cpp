@@ -147,7 +147,15 @@ CError* CControlSurface::mappingChanged() {
 /// Unlike the settings it leaves a drag alone.
 CError* CControlSurface::barsAlphaChanged() {
     barOpacity_ = std::clamp(getAttrRealOr(kBarsAlpha, 1.0), 0.0, 1.0);
-    requestRedraw();
+    if (!isSliderMode_ || !isFinished_ || !hasArea()) {
+        requestRedraw();
+        return nullptr;
+    }
+    for (const CControlSurfaceGroup* group : groups_) {
+        for (int32_t i = 0; group->isVisible() && i < group->count(); ++i) {
+            requestRedraw(shownRect(*group, i));
+        }
+    }
     return nullptr;
 }
 
