@@ -14,8 +14,8 @@ protected:
     std::unique_ptr<CPlatformWindow> child = openChild(host, notes);
 
     void SetUp() override { notes.take(); }
-    /// Brings a window of another thread to the front until this thread has noticed it. Threads have separate focuses, as
-    /// programs have.
+    /// Brings a window of another thread to the front until this thread has noticed it. Threads have separate focuses,
+    /// as programs have.
     static void workElsewhere() {
         std::atomic<bool> isOver{false};
         std::thread other([&] {
