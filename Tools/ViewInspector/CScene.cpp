@@ -106,6 +106,10 @@ CScene& CScene::palette(const std::string& name) {
     return attribute("ui.local-data.ui-color-scheme", "palette-name", name);
 }
 
+CScene& CScene::tabletMode() {
+    return attribute("ui.global-data.tablet-mode", "tablet-mode", "true");
+}
+
 CScene& CScene::attribute(const std::string& path, const char* name, const std::string& value) {
     CObject* object = editor_.tree().findObject(CString(path.c_str()));
     if (!object) {

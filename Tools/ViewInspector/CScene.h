@@ -34,6 +34,7 @@ public:
 
     // The tree.
     CScene& palette(const std::string& name);
+    CScene& tabletMode();
     CScene& attribute(const std::string& path, const char* name, const std::string& value);
     /// Sends an event to a view, as its own code would, with `text`.
     CScene& raise(const std::string& path, const char* event, const std::string& text);

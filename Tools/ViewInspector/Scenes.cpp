@@ -80,6 +80,23 @@ const CSceneRow kScenes[] = {
     {"window-preset-manager", [](CScene& scene) { scene.click("c.buttons.preset-manager"); }},
     {"window-routing-presets",
      [](CScene& scene) { openRouting(scene).click("ui.win-channel-routing.c.buttons.routing-presets"); }},
+    {"tablet-main", [](CScene& scene) { scene.tabletMode().curves().point("c.xeq1.cs-sliders.control-surface"); }},
+    {"tablet-menu-bars",
+     [](CScene& scene) {
+         scene.tabletMode().curves().click("c.xeq1.cs-sliders.control-surface", CPointerButton::Right);
+     }},
+    {"tablet-menu-copy-to",
+     [](CScene& scene) { scene.tabletMode().curves().click("c.xeq1.xeq-base.edit-group.param-copy-button"); }},
+    {"tablet-menu-presets",
+     [](CScene& scene) { scene.tabletMode().click("c.buttons.preset-manager.quick-preset-list").pointAtRow(1); }},
+    {"tablet-menu-quality", [](CScene& scene) { scene.tabletMode().click("window-title.quality-selector"); }},
+    {"tablet-edit-value",
+     [](CScene& scene) { scene.tabletMode().curves().click("c.xeq1.cs-sliders.ruler-values.label#3"); }},
+    {"tablet-window-settings", [](CScene& scene) { scene.tabletMode().click(kSettings); }},
+    {"tablet-window-global-settings",
+     [](CScene& scene) { scene.tabletMode().click(kSettings).click(kGlobalSettings); }},
+    {"tablet-window-channel-routing", [](CScene& scene) { openRouting(scene.tabletMode().eightGroups().wait(0.5)); }},
+    {"tablet-window-preset-manager", [](CScene& scene) { scene.tabletMode().click("c.buttons.preset-manager"); }},
     {nullptr, nullptr},
 };
 
