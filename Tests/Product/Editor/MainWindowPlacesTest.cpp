@@ -135,6 +135,12 @@ TEST_P(MainWindowPlaces, RowsOfAViewHaveOneLeftAndOneRightEdge) {
     }
 }
 
+TEST_P(MainWindowPlaces, TheButtonsAboveTheViewsEndWhereTheirPanelsEnd) {
+    EXPECT_EQ(box("c.buttons.preset-manager").x, box("c.xeq1").x);
+    EXPECT_NEAR(box("c.buttons.settings").right(), box("c.xeq2").right(), 1.0);
+    EXPECT_NEAR(box("window-title.bypass").right(), box("c.buttons.settings").right(), 1.0);
+}
+
 TEST_P(MainWindowPlaces, BothViewsAreTheSame) {
     const double shift = box("c.xeq2").x - box("c.xeq1").x;
     for (const char* part :
