@@ -149,16 +149,23 @@ CError* CPopups::make(CViewBaseCtlEvents& opener, const CString& templateName, c
 
 CError* CPopups::openMade(CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made, CWindow& window) {
     const CPopupPlace place = placeOf(opener, params, window);
-    TARV_TRY(setWidth(opener, params, made));
+    TARV_TRY(setWidth(opener, params, made, window));
     TARV_TRY(limitHeight(place.around.monitor, window));
     TARV_TRY(window.open(&place));
     return nullptr;
 }
 
-CError* CPopups::setWidth(const CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made) const {
+CError* CPopups::setWidth(const CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made,
+                          CWindow& window) const {
     double width = number(params, "popup-width");
-    if (flag(params, "is-same-width")) {
-        width = CWindow::boxOf(opener).width / CApplication::uiScale();
+    const double openerWidth = CWindow::boxOf(opener).width;
+    bool isAsOpener = flag(params, "is-same-width");
+    if (!isAsOpener && flag(params, "is-least-width")) {
+        TARV_TRY(window.view().advanceViews());
+        isAsOpener = window.view().wholeRect().width < openerWidth;
+    }
+    if (isAsOpener) {
+        width = openerWidth / CApplication::uiScale();
     }
     if (width > 0.0) {
         width += number(params, "width-modif");

@@ -31,6 +31,7 @@ public:
     /// popup of the main window, and stays when that of its opener closes. The parameters become attributes of
     /// the new object, with `opener`, the full name. Those that count here:
     ///   popup-width, is-same-width (that of the opener), width-modif (added); lengths at scale 1
+    ///   is-least-width: the width of the opener if the popup is narrower than that
     ///   is-manual-coords: at actual-x, actual-y of the opener's window; otherwise by the window's `window-alignment`
     ///   window-x, window-y: a place on the screen; these and constrain-y may stand in the template, too
     ///   shift-x, shift-y: lengths at scale 1, added to the place; constrain-y: the lowest y on the screen
@@ -74,7 +75,8 @@ private:
                                CObject*& made, CWindow*& window);
     [[nodiscard]] CError* openMade(CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made,
                                    CWindow& window);
-    [[nodiscard]] CError* setWidth(const CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made) const;
+    [[nodiscard]] CError* setWidth(const CViewBaseCtlEvents& opener, const CAttributeMap& params, CObject& made,
+                                   CWindow& window) const;
     [[nodiscard]] CError* limitHeight(const CIntRect& monitor, CWindow& window);
     CPopupPlace placeOf(const CViewBaseCtlEvents& opener, const CAttributeMap& params, const CWindow& window) const;
     [[nodiscard]] CError* findTarget(const CPopup& popup, CObject*& target) const;

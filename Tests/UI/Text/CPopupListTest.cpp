@@ -155,6 +155,22 @@ TEST_F(CPopupListTest, TheWidthIsThatOfTheOpenerOrOfTheRows) {
     EXPECT_EQ(list()->rowRect(0).width, 120.0);
 }
 
+TEST_F(CPopupListTest, ALeastWidthMakesANarrowListAsWideAsItsOpener) {
+    openOpener();
+    openList({{"is-least-width", "true"}});
+    EXPECT_EQ(windowOf(*list()).screenBounds().width(), 120);
+    EXPECT_EQ(list()->rowRect(0).width, 120.0);
+}
+
+TEST_F(CPopupListTest, ALeastWidthLeavesAWideListAsItIs) {
+    const char* wide = "a row that is wider than the view that opens the list";
+    openOpener({row(wide)});
+    openList({{"is-least-width", "true"}});
+    const CTestFace face;
+    ASSERT_GT(face.advance(wide), 120);
+    EXPECT_EQ(windowOf(*list()).screenBounds().width(), face.advance(wide));
+}
+
 TEST_F(CPopupListTest, AnOpenerPressedAgainClosesItsListAndDoesNotReopenIt) {
     openOpener();
     CFilledView::actions["opener.mouse-press"] = [this](CFilledView&, CAttributeMap&) { openList(); };

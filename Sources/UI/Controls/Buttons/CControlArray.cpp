@@ -250,6 +250,7 @@ CError* CControlArray::openList(int32_t index) {
     params["result-target"] = CAttributeValue::fromString(fullName());
     params["list-id"] = CAttributeValue::fromInt(index);
     params["selected-item"] = CAttributeValue::fromInt(values->indexOf(valueOf(index)));
+    params["is-least-width"] = CAttributeValue::fromBool(true);
     return CPopupList::open(*this, *objects_[index], params);
 }
 

@@ -15,8 +15,8 @@ class CUIParam;
 
 /// A value list that follows the engine (`ui:value-list`). `mode`:
 ///   manual                the `content` children (default)
-///   audio-groups          names of the groups, values from 0; dimmed: groups without a channel, and that of
-///                         `group-selector`
+///   audio-groups          names of the groups, values from 0; dimmed: groups without a channel; with `group-selector`,
+///                         which other groups are to be chosen for, its group and no other
 ///   audio-curgroup        name of the group of `group-selector`
 ///   audio-channels        internal channels, "1 L", values from 0; dimmed: those that receive nothing
 ///   audio-ins, audio-outs the host's channels, values from 1

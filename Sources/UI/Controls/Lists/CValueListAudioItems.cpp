@@ -54,7 +54,7 @@ void CValueListAudio::fillGroups(CItems& items) const {
     const bool isRouted = bridge(InRouting) && bridge(InRouting)->isActive();
     for (int32_t i = 0; i < client_->engineState().counts.groups; ++i) {
         const bool isUnused = isRouted && !labels.isUsed(i, CWhich::All);
-        items.append({groupTitle(i), static_cast<double>(i), isUnused || (selector_ && group() == i)});
+        items.append({groupTitle(i), static_cast<double>(i), selector_ ? group() == i : isUnused});
     }
 }
 

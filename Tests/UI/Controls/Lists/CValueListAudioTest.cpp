@@ -79,13 +79,13 @@ TEST_F(ValueListAudio, EachPathAndTheLabelModeAreReadAnew) {
     EXPECT_EQ(failure(labels, "routing-label-mode", "some"), "Invalid routing label mode specified: some");
 }
 
-TEST_F(ValueListAudio, TheGroupOfASelectorIsDimmedAmongTheGroups) {
+TEST_F(ValueListAudio, TheGroupOfASelectorIsDimmedAmongTheGroupsAndNoOther) {
     load("", {{"ui:param-group-selector", "sel", {{"group-index", "0"}}}});
     setNumbers("in-routing-bridge", 0, {1, 2, 1});
     const CValueList& list = this->list({{"mode", "audio-groups"}, {"group-selector", "ui.sel"}, {"value-count", "3"}});
-    EXPECT_EQ(titles(list), "(1)|2|(3)");
+    EXPECT_EQ(titles(list), "(1)|2|3");
     set(object("sel"), "group-index", "1");
-    EXPECT_EQ(titles(list), "1|(2)|(3)");
+    EXPECT_EQ(titles(list), "1|(2)|3");
 }
 
 TEST_F(ValueListAudio, TheCurrentGroupFollowsItsSelectorAndItsName) {
