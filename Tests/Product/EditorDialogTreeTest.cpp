@@ -48,6 +48,8 @@ const CViewTreeTable kPresets = {
      {{"min-width", "30"}, {"title", "[IMG=is.button#Save:Action]"}, {"event", "bank-save"}}},
     {"c.banks.outline", "ui:frame", "full 100% full", "", {}},
     {"c.banks.outline.list", "ui:textview", "full 100% 100%", "Banks. A second press renames one of your own.", {}},
+    {"c.banks.outline.scroller", "ui:view", "overlay 100% 100%", "", {}},
+    {"c.banks.outline.scroller.bar", "ui:scroller-bar", "right 10 100%", "", {{"scrolled-view", "^^list"}}},
     {"c.presets", "ui:frame", "full full 100%", "", {}},
     {"c.presets.caption", "ui:textview", "top 100% 18", "", {{"title", "PRESETS"}}},
     {"c.presets.buttons", "ui:view", "bottom 100% 24", "", {}},
@@ -92,6 +94,8 @@ const CViewTreeTable kPresets = {
      "full 100% 100%",
      "Presets of the bank. A double click activates, a second press renames.",
      {}},
+    {"c.presets.outline.scroller", "ui:view", "overlay 100% 100%", "", {}},
+    {"c.presets.outline.scroller.bar", "ui:scroller-bar", "right 10 100%", "", {{"scrolled-view", "^^list"}}},
 };
 
 const CViewTreeTable kRoutingPresets = {
@@ -151,6 +155,8 @@ const CViewTreeTable kRoutingPresets = {
      "full 100% 100%",
      "Presets of routing. A double click activates, a second press renames.",
      {}},
+    {"c.presets.outline.scroller", "ui:view", "overlay 100% 100%", "", {}},
+    {"c.presets.outline.scroller.bar", "ui:scroller-bar", "right 10 100%", "", {{"scrolled-view", "^^list"}}},
 };
 
 const CViewTreeTable kMessage = {

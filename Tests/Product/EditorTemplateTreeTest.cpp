@@ -28,6 +28,7 @@ const std::vector<std::string> kTemplates = {
     "ui:preset-buttons",
     "ui:preset-list",
     "ui:preset-column",
+    "ui:preset-scroller",
     "ui:preset-outline",
     "ui:preset-window",
     "ui:win-preset-manager",

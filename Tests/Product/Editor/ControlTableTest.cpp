@@ -4,6 +4,7 @@
 #include <set>
 
 #include "EveryWindow.h"
+#include "UI/Controls/Buttons/CScrollerBar.h"
 
 namespace tarv {
 
@@ -66,6 +67,7 @@ constexpr CControlRow kControls[] = {
     {"ui.win-preset-manager.c.banks.outline.list", "PresetWindows.ABankIsChosenAndAPresetOfItActivatedByADoubleClick"},
     {"ui.win-preset-manager.c.presets.outline.list",
      "PresetWindows.ABankIsChosenAndAPresetOfItActivatedByADoubleClick"},
+    {"ui.win-preset-manager*.outline.scroller.bar", "PresetWindows.ABarScrollsAListWithHiddenRows"},
     {"ui.win-preset-manager.c.banks.buttons.*", "PresetWindows.BanksAreAddedSavedDeletedAndLoaded"},
     {"ui.win-preset-manager.c.presets.buttons.*", "PresetWindows.PresetsAreAddedReplacedActivatedSavedAndLoaded"},
     {"ui.win-preset-manager-routing.c.presets.*", "PresetWindows.RoutingPresetsAreWorkedByTheSameButtons"},
@@ -109,7 +111,9 @@ class ControlTable : public CEveryWindow {
 protected:
     /// Paths of the views that take input, in a window that is open.
     static void collect(const CView& view, std::set<std::string>& paths) {
-        if (view.isInputView() && !view.isDecorative() && !view.isRootView()) {
+        // A scroll bar is decorative while nothing is hidden.
+        const bool isBar = dynamic_cast<const CScrollerBar*>(&view) != nullptr;
+        if (view.isInputView() && (isBar || !view.isDecorative()) && !view.isRootView()) {
             paths.insert(view.fullName().toUtf8());
         }
         for (const CObject* child : view.children()) {

@@ -8,6 +8,7 @@
 #include "Audio/Presets/CAudioParamRegistry.h"
 #include "Audio/Stores/CAudioDefaultPreset.h"
 #include "ProductEditor.h"
+#include "UI/Controls/Buttons/CScrollerBar.h"
 
 namespace tarv {
 
@@ -199,6 +200,30 @@ TEST_F(PresetWindows, RoutingPresetsAreWorkedByTheSameButtons) {
     EXPECT_EQ(rows(kRouting, "presets").size(), before.size());
     click(part(kRouting, "presets.buttons.add"));
     EXPECT_GT(rows(kRouting, "presets").size(), before.size());
+}
+
+TEST_F(PresetWindows, ABarScrollsAListWithHiddenRows) {
+    openManager();
+    const std::string bar = part(kManager, "presets.outline.scroller.bar");
+    const auto& list = at<CTextView>(listOf(kManager, "presets"));
+    EXPECT_TRUE(at<CScrollerBar>(bar).buttonRect().isEmpty()) << "all rows are seen";
+    // Rows are higher there.
+    EXPECT_FALSE(at<CObject>("ui.global-data.tablet-mode").setAttribute("tablet-mode", CString("true")));
+    wait();
+    const int32_t last = list.paragraphCount() - 1;
+    ASSERT_GT(list.rowRect(last).bottom(), list.visibleRect().bottom() + 1.0);
+    EXPECT_FALSE(at<CScrollerBar>(bar).buttonRect().isEmpty());
+    drag(bar, 0, 200);
+    EXPECT_LE(list.rowRect(last).bottom(), list.visibleRect().bottom() + 1.0);
+    EXPECT_LT(list.rowRect(0).y, list.visibleRect().y);
+}
+
+TEST_F(PresetWindows, TheRightEndOfARowChoosesItWhereNoRowIsHidden) {
+    openManager();
+    CSpot end = row(kManager, "presets", 2);
+    end.x = static_cast<int32_t>(at<CTextView>(listOf(kManager, "presets")).visibleRect().width / 2.0) - 4;
+    click(end);
+    EXPECT_EQ(at<CTextView>(listOf(kManager, "presets")).selectedParagraph(), 2);
 }
 
 TEST_F(PresetWindows, CloseByTheirButtons) {

@@ -42,6 +42,8 @@ constexpr CProductPicture kPictures[] = {
     {"window-group-names", 1.0, "Default", true},
     {"window-preset-manager", 1.0, "Default", true},
     {"window-routing-presets", 0.8, "Blue", true},
+    {"tablet-menu-copy-to", 1.0, "Default", true},
+    {"tablet-window-preset-manager", 0.8, "Green", true},
 };
 
 fs::path goldenFolder() {

@@ -27,6 +27,8 @@ public:
     [[nodiscard]] CError* finishInit() override;
 
     bool isInputView() const override { return true; }
+    /// While nothing is hidden, what lies below gets the input.
+    bool isDecorative() const override { return CView::isDecorative() || buttonRect().isEmpty(); }
     [[nodiscard]] CError* mousePress(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseMove(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseRelease(CAttributeMap& params) override;
