@@ -47,7 +47,8 @@ const CColor* CTextView::listColor(CListColor color) const {
 }
 
 const CColor* CTextView::colorOf(int32_t number, int32_t paragraph) const {
-    const bool isSelected = number == 0 && isList_ && paragraph == selected_ && !isDisabled();
+    // All of it, since neither a dim text nor a coloured picture is read on the selection.
+    const bool isSelected = isList_ && paragraph == selected_ && !isDisabled();
     return isSelected ? listColor(CListColor::SelectText) : classColor(number);
 }
 

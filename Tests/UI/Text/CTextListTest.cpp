@@ -48,6 +48,26 @@ TEST_F(TextList, TheHoveredAndTheSelectedRowStandOut) {
     EXPECT_EQ(heard(), "");
 }
 
+TEST_F(TextList, AllOfTheSelectedRowHasTheColourOfItsText) {
+    const std::string marked = "[C1]r[/C1][IMG=is.button#BoxActive:Action]";
+    openTexts({label("a", {{"title", marked + "\n" + marked},
+                           {"text-color1", "Knob_Active"},
+                           {"placement", "overlay"},
+                           {"outer-border", "*L10 *T20"},
+                           {"width", "100"},
+                           {"paragraph-spacing", "6"},
+                           {"is-list", "true"},
+                           {"selected-paragraph", "1"}})});
+    tick();
+    expectBackground();
+    expectRect(10, 20 + kRow, 100, kRow, kSelection);
+    expectText(face, "r", 10, 23, kKnobActive);
+    expectRect(10 + face.advance("r"), 27, 6, 6, kAction);
+    expectText(face, "r", 10, 23 + kRow, kSelectionText);
+    expectRect(10 + face.advance("r"), 27 + kRow, 6, 6, kSelectionText);
+    EXPECT_EQ(wrongPixels(), 0);
+}
+
 TEST_F(TextList, RowsAreFoundFromEdgeToEdge) {
     CTextView& list = openList(2);
     EXPECT_EQ(list.paragraphAt(10, 20), 0);
