@@ -184,6 +184,32 @@ const CViewTreeTable kConfirmation = {
     {"c.buttons.cancel", "ui:button-base", "- - 24", "", {{"min-width", "76"}, {"title", "Cancel"}}},
 };
 
+/// Below both dialogs of names.
+const CViewTreeTable kNameButtons = {
+    {"c.buttons", "ui:view", "top 100% 24", "", {}},
+    {"c.buttons.cancel",
+     "ui:button-base",
+     "right - 24",
+     "Leaves all names as they were.",
+     {{"min-width", "56"}, {"title", "Cancel"}}},
+    {"c.buttons.ok",
+     "ui:button-base",
+     "right - 24",
+     "Sets all names in one step.",
+     {{"min-width", "40"}, {"title", "OK"}}},
+    {"c.buttons.copy-paste", "ui:view", "- - 24", "", {}},
+    {"c.buttons.copy-paste.copy",
+     "ui:button-base",
+     "- - 24",
+     "Copies all names, one a line.",
+     {{"min-width", "56"}, {"title", "Copy"}}},
+    {"c.buttons.copy-paste.paste",
+     "ui:button-base",
+     "- - 24",
+     "Pastes names, one a line, into the first fields.",
+     {{"min-width", "56"}, {"title", "Paste"}}},
+};
+
 const CViewTreeTable kChannelNames = {
     {"",
      "ui:window-drag",
@@ -201,28 +227,6 @@ const CViewTreeTable kChannelNames = {
      "full full 24",
      "Fills in what the host calls its channels.",
      {{"title", "From host"}}},
-    {"c.buttons", "ui:view", "top 100% 24", "", {}},
-    {"c.buttons.cancel",
-     "ui:button-base",
-     "right - 24",
-     "Leaves all names as they were.",
-     {{"min-width", "56"}, {"title", "Cancel"}}},
-    {"c.buttons.ok",
-     "ui:button-base",
-     "right - 24",
-     "Sets all names in one step.",
-     {{"min-width", "40"}, {"title", "OK"}}},
-    {"c.buttons.copy-paste", "ui:view", "- - 24", "", {}},
-    {"c.buttons.copy-paste.copy",
-     "ui:button-base",
-     "- - 24",
-     "Copies all names, one a line.",
-     {{"min-width", "56"}, {"title", "Copy"}}},
-    {"c.buttons.copy-paste.paste",
-     "ui:button-base",
-     "- - 24",
-     "Pastes names, one a line, into the first fields.",
-     {{"min-width", "56"}, {"title", "Paste"}}},
 };
 
 const CViewTreeTable kGroupNames = {
@@ -236,31 +240,15 @@ const CViewTreeTable kGroupNames = {
       {"window-alignment", "center-overlay"}}},
     {"c", "ui:frame", "top 100% -", "", {}},
     {"c.names", "ui:view", "top 100% -", "", {}},
-    {"c.buttons", "ui:view", "top 100% 24", "", {}},
-    {"c.buttons.cancel",
-     "ui:button-base",
-     "right - 24",
-     "Leaves all names as they were.",
-     {{"min-width", "56"}, {"title", "Cancel"}}},
-    {"c.buttons.ok",
-     "ui:button-base",
-     "right - 24",
-     "Sets all names in one step.",
-     {{"min-width", "40"}, {"title", "OK"}}},
-    {"c.buttons.copy-paste", "ui:view", "- - 24", "", {}},
-    {"c.buttons.copy-paste.copy",
-     "ui:button-base",
-     "- - 24",
-     "Copies all names, one a line.",
-     {{"min-width", "56"}, {"title", "Copy"}}},
-    {"c.buttons.copy-paste.paste",
-     "ui:button-base",
-     "- - 24",
-     "Pastes names, one a line, into the first fields.",
-     {{"min-width", "56"}, {"title", "Paste"}}},
 };
 
-class EditorDialogTree : public CEditorViews {};
+class EditorDialogTree : public CEditorViews {
+protected:
+    void expectNameDialog(const char* templateName, CViewTreeTable rows, const CBoundRow& setup) {
+        rows.insert(rows.end(), kNameButtons.begin(), kNameButtons.end());
+        expectWindow(templateName, rows, true, {setup});
+    }
+};
 
 TEST_F(EditorDialogTree, TheManagersOfPresetsHaveTheirViewsWithTheirHintsAndNoOther) {
     expectWindow("ui:win-preset-manager", kPresets, true, {});
@@ -273,16 +261,16 @@ TEST_F(EditorDialogTree, MessagesAndQuestionsHaveTheirViewsAndNoHints) {
 }
 
 TEST_F(EditorDialogTree, DialogsOfNamesHaveTheirViewsWithTheirHintsAndNoOther) {
-    expectWindow(
-        "ui:win-channel-label-setup", kChannelNames, true,
-        {{"name-setup",
-          "ui:name-setup",
-          {{"bridge", "ui.in-channel-names-bridge"}, {"item-tag", "ui:win-channel-label-item"}, {"max-length", "8"}}}});
-    expectWindow(
-        "ui:win-group-name-setup", kGroupNames, true,
-        {{"name-setup",
-          "ui:name-setup",
-          {{"bridge", "ui.group-names-bridge"}, {"item-tag", "ui:win-group-name-item"}, {"max-length", "12"}}}});
+    expectNameDialog(
+        "ui:win-channel-label-setup", kChannelNames,
+        {"name-setup",
+         "ui:name-setup",
+         {{"bridge", "ui.in-channel-names-bridge"}, {"item-tag", "ui:win-channel-label-item"}, {"max-length", "8"}}});
+    expectNameDialog(
+        "ui:win-group-name-setup", kGroupNames,
+        {"name-setup",
+         "ui:name-setup",
+         {{"bridge", "ui.group-names-bridge"}, {"item-tag", "ui:win-group-name-item"}, {"max-length", "12"}}});
 }
 
 }  // namespace

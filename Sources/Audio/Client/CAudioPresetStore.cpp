@@ -248,39 +248,34 @@ CError* CAudioPresetStore::insertPreset(int32_t bank, int32_t index, const CAudi
     });
 }
 
-CError* CAudioPresetStore::deletePreset(int32_t bank, int32_t index) {
+template <class Act>
+CError* CAudioPresetStore::editPreset(int32_t bank, int32_t index, const Act& act) {
     TARV_TRY(requirePreset(bank, index));
     return edit([&](CAudioBankList& stored) -> CError* {
         int32_t foundBank = -1;
         int32_t found = -1;
         TARV_TRY(findPreset(stored, bank, index, foundBank, found));
-        stored.bank(foundBank).remove(found);
+        act(stored.bank(foundBank), found);
         return nullptr;
     });
 }
 
+CError* CAudioPresetStore::deletePreset(int32_t bank, int32_t index) {
+    return editPreset(bank, index, [](CAudioPresetBank& stored, int32_t found) { stored.remove(found); });
+}
+
 CError* CAudioPresetStore::renamePreset(int32_t bank, int32_t index, const CString& displayName) {
-    TARV_TRY(requirePreset(bank, index));
-    return edit([&](CAudioBankList& stored) -> CError* {
-        int32_t foundBank = -1;
-        int32_t found = -1;
-        TARV_TRY(findPreset(stored, bank, index, foundBank, found));
-        stored.bank(foundBank).preset(found).setDisplayName(displayName);
-        return nullptr;
+    return editPreset(bank, index, [&](CAudioPresetBank& stored, int32_t found) {
+        stored.preset(found).setDisplayName(displayName);
     });
 }
 
 CError* CAudioPresetStore::replacePreset(int32_t bank, int32_t index, const CAudioPreset& preset) {
-    TARV_TRY(requirePreset(bank, index));
-    return edit([&](CAudioBankList& stored) -> CError* {
-        int32_t foundBank = -1;
-        int32_t found = -1;
-        TARV_TRY(findPreset(stored, bank, index, foundBank, found));
-        CAudioPreset& target = stored.bank(foundBank).preset(found);
+    return editPreset(bank, index, [&](CAudioPresetBank& stored, int32_t found) {
+        CAudioPreset& target = stored.preset(found);
         const CString name = target.name();
         target.copyFrom(preset);
         target.setName(name);
-        return nullptr;
     });
 }
 

@@ -67,6 +67,9 @@ private:
                                      int32_t& found) const;
     template <class Edit>
     [[nodiscard]] CError* edit(Edit&& change);
+    /// Calls `act` with the stored bank that holds a preset, and the preset's index in it.
+    template <class Act>
+    [[nodiscard]] CError* editPreset(int32_t bank, int32_t index, const Act& act);
     void storeWritten(CCheckedObject* sender);
 
     const CAudioPresetStoreForm& form_;

@@ -6,6 +6,15 @@ namespace tarv {
 
 namespace {
 
+/// The region of a floating child is its base, too.
+void setRegionAndBase(CViewArea& child, const CViewSpace& space) {
+    setRegion(child, space);
+    for (const CViewAxis& a : kViewAxes) {
+        CViewFormula formula(child.net());
+        child.net().setFormula(child.cell(a.base), formula.cell(child.cell(a.regionSize)));
+    }
+}
+
 /// `overlay` and `window-overlay`.
 void placeOverlay(const CViewArea& area, CViewArea& child) {
     CViewSpace space(area.net());
@@ -17,18 +26,16 @@ void placeOverlay(const CViewArea& area, CViewArea& child) {
             space.size[axis].cell(area.root().cell(kViewAxes[axis].size));
         }
     }
-    setRegion(child, space);
-    for (int32_t axis = 0; axis < 2; ++axis) {
-        const CViewAxis& a = kViewAxes[axis];
+    setRegionAndBase(child, space);
+    for (const CViewAxis& a : kViewAxes) {
         CViewFormula formula(child.net());
-        child.net().setFormula(child.cell(a.base), formula.cell(child.cell(a.regionSize)));
-        formula.clear();
         formula.cell(child.cell(a.region)).cell(child.cell(a.outerLead)).add().round();
         child.net().setFormula(child.cell(a.position), formula);
     }
 }
 
 void placeScroller(const CViewArea& area, CViewArea& child) {
+    const CViewPlacement bars[2] = {CViewPlacement::ScrollerH, CViewPlacement::ScrollerV};
     const CViewPlacement placement = child.placement();
     CViewSpace space(area.net());
     for (int32_t axis = 0; axis < 2; ++axis) {
@@ -36,18 +43,16 @@ void placeScroller(const CViewArea& area, CViewArea& child) {
         space.position[axis].cell(area.cell(a.position));
         space.size[axis].cell(area.cell(a.size));
         // A bar leaves the corner to the other one.
-        if (placement == (axis == 0 ? CViewPlacement::ScrollerH : CViewPlacement::ScrollerV)) {
+        if (placement == bars[axis]) {
             space.size[axis].cell(area.cell(a.scroller)).subtract();
         }
     }
-    setRegion(child, space);
+    setRegionAndBase(child, space);
     for (int32_t axis = 0; axis < 2; ++axis) {
         const CViewAxis& a = kViewAxes[axis];
         CViewFormula formula(child.net());
-        child.net().setFormula(child.cell(a.base), formula.cell(child.cell(a.regionSize)));
-        formula.clear();
         formula.cell(child.cell(a.region));
-        if (placement != (axis == 0 ? CViewPlacement::ScrollerH : CViewPlacement::ScrollerV)) {
+        if (placement != bars[axis]) {
             formula.cell(child.cell(a.regionSize)).add().cell(child.cell(a.size)).subtract();
         }
         child.net().setFormula(child.cell(a.position), formula);

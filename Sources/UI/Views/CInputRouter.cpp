@@ -29,15 +29,7 @@ CInputRouter::~CInputRouter() {
 
 bool CInputRouter::send(CViewBaseCtlEvents& view, COperation operation, CAttributeMap& params) {
     const CCall call(*this);
-    CError* error = (view.*operation)(params);
-    if (!call.isAlive()) {
-        logError(error);
-        return false;
-    }
-    if (error) {
-        system_.inputFailed(error);
-    }
-    return call.isAlive();
+    return call.report((view.*operation)(params));
 }
 
 bool CInputRouter::sendPlain(CViewBaseCtlEvents& view, COperation operation) {
@@ -47,15 +39,7 @@ bool CInputRouter::sendPlain(CViewBaseCtlEvents& view, COperation operation) {
 
 bool CInputRouter::setState(CViewBaseCtlEvents& view, CInputState state, bool isSet) {
     const CCall call(*this);
-    CError* error = view.setInputState(state, isSet);
-    if (!call.isAlive()) {
-        logError(error);
-        return false;
-    }
-    if (error) {
-        system_.inputFailed(error);
-    }
-    return call.isAlive();
+    return call.report(view.setInputState(state, isSet));
 }
 
 void CInputRouter::pointer(const CPointerEvent& event) {

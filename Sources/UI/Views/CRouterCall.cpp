@@ -16,4 +16,13 @@ CInputRouter::CCall::~CCall() {
     }
 }
 
+bool CInputRouter::CCall::report(CError* error) const {
+    if (!isAlive()) {
+        logError(error);
+    } else if (error) {
+        router_->system_.inputFailed(error);
+    }
+    return isAlive();
+}
+
 }  // namespace tarv

@@ -16,6 +16,9 @@ public:
     /// False once a handler has destroyed the router.
     bool isAlive() const { return router_ != nullptr; }
 
+    /// Takes what a handler returned: the window gets an error, the log alone if the router is gone. Returns isAlive().
+    bool report(CError* error) const;
+
 private:
     friend class CInputRouter;
 

@@ -90,15 +90,7 @@ TEST_F(ProductSettings, TabletModeIsThatOfBothInstances) {
     closeGlobal();
     EXPECT_FALSE(isHovered());
     expectSame("no hover in the first");
-    CVstHost second(effect.answers);
-    ASSERT_TRUE(second.open(library.entry()));
-    desk.idle = [&] {
-        effect.dispatch(vst::kEffectEditIdle);
-        second.dispatch(vst::kEffectEditIdle);
-    };
-    // Its window covers that of the first.
-    void* above = desk.openParent(640, 400);
-    ASSERT_EQ(second.dispatch(vst::kEffectEditOpen, 0, 0, above), 1);
+    openSecond();
     EXPECT_FALSE(isHovered());
     expectSame("no hover in the second");
     click(kField);
@@ -112,9 +104,7 @@ TEST_F(ProductSettings, TabletModeIsThatOfBothInstances) {
     EXPECT_TRUE(twin->popups().empty());
     expectSame("no keyboard in the second");
     strike('\x1b');
-    second.dispatch(vst::kEffectEditClose);
-    desk.destroyParent(above);
-    desk.idle = [&] { effect.dispatch(vst::kEffectEditIdle); };
+    closeSecond();
     EXPECT_TRUE(isHovered());
     expectSame("hover in the first, at once");
     expectSameSettings();

@@ -73,6 +73,7 @@ ProductWindow::ProductWindow() = default;
 
 ProductWindow::~ProductWindow() {
     desk.idle = [] {};
+    second_.reset();
     effect.close();
     twin.reset();
 }
@@ -85,11 +86,7 @@ void ProductWindow::SetUp() {
     effect.answers.product.clear();
     effect.answers.processLevel = vst::kLevelUser;
     ASSERT_TRUE(effect.open(library.entry()));
-    desk.idle = [this] {
-        if (effect.effect()) {
-            effect.dispatch(vst::kEffectEditIdle);
-        }
-    };
+    desk.idle = [this] { serveIdle(); };
     parent = desk.openParent(kWidth, kHeight);
     twin = std::make_unique<CEditorTwin>(desk.screen(), desk.place(parent));
     ASSERT_TRUE(open()) << "does the product have an editor?";
@@ -97,6 +94,27 @@ void ProductWindow::SetUp() {
     expectSame("the editor opened");
     effect.edits.clear();
     twin->heard();
+}
+
+void ProductWindow::serveIdle() {
+    for (CVstHost* host : {&effect, second_.get()}) {
+        if (host && host->effect()) {
+            host->dispatch(vst::kEffectEditIdle);
+        }
+    }
+}
+
+void ProductWindow::openSecond() {
+    second_ = std::make_unique<CVstHost>(effect.answers);
+    ASSERT_TRUE(second_->open(library.entry()));
+    secondParent_ = desk.openParent(kWidth, kHeight);
+    ASSERT_EQ(second_->dispatch(vst::kEffectEditOpen, 0, 0, secondParent_), 1);
+}
+
+void ProductWindow::closeSecond() {
+    second_->dispatch(vst::kEffectEditClose);
+    desk.destroyParent(secondParent_);
+    second_.reset();
 }
 
 void ProductWindow::reopen() {

@@ -27,6 +27,9 @@ protected:
     void close() { effect.dispatch(vst::kEffectEditClose); }
     /// Closes both editors and opens them.
     void reopen();
+    /// Opens a second instance and its editor, in a window that covers that of the first, which goes on.
+    void openSecond();
+    void closeSecond();
     /// Takes a new library, as a host that starts again. Its window is as large as the editor says, and within the
     /// screen.
     void restart();
@@ -80,6 +83,7 @@ protected:
     CVstHost effect;
 
 private:
+    void serveIdle();
     void fitParent();
     void pointAt(const CScreenPoint& at);
     bool wouldBeDouble(const CScreenPoint& at) const;
@@ -90,6 +94,8 @@ private:
 
     class CSetAsideSettings;
     std::unique_ptr<CSetAsideSettings> settings_;
+    std::unique_ptr<CVstHost> second_;
+    void* secondParent_ = nullptr;
     CScreenPoint pointer_;
     bool isHeld_[3] = {};
     int32_t step_ = 1;

@@ -88,24 +88,14 @@ TEST_F(ProductWindows, SettingsActInTheEditorsOfAllInstances) {
     click(indexed(std::string(kSettings) + "color-scheme.selector.button", 0));
     click("ui.win-settings.window-title.close");
     expectSame("another palette");
-    CVstHost second(effect.answers);
-    ASSERT_TRUE(second.open(library.entry()));
-    desk.idle = [&] {
-        effect.dispatch(vst::kEffectEditIdle);
-        second.dispatch(vst::kEffectEditIdle);
-    };
-    // Its window covers that of the first.
-    void* above = desk.openParent(640, 400);
-    ASSERT_EQ(second.dispatch(vst::kEffectEditOpen, 0, 0, above), 1);
+    openSecond();
     expectSame("the second editor has the palette, too");
     click("c.buttons.settings");
     click(indexed(std::string(kSettings) + "color-scheme.selector.button", 2));
     click("ui.win-settings.window-title.close");
     expectSame("a palette chosen in the second");
-    second.dispatch(vst::kEffectEditClose);
-    desk.destroyParent(above);
+    closeSecond();
     expectSame("the first has it at once");
-    desk.idle = [&] { effect.dispatch(vst::kEffectEditIdle); };
 }
 
 TEST_F(ProductWindows, TheNamesOfGroupsOpenAndEscapeClosesThem) {

@@ -137,7 +137,7 @@ private:
     [[nodiscard]] CError* loadBank(const CPresetPlace& place, const CString& path);
     [[nodiscard]] CError* loadSessionBank(const CString& path);
     CString typeFailure(const CAudioPreset& preset, const char* what) const;
-    [[nodiscard]] CError* readBank(const CString& path, CAudioPresetBank& bank, bool& isGood);
+    [[nodiscard]] bool readBank(const CString& path, CAudioPresetBank& bank, CError*& error);
     [[nodiscard]] CError* insertLoaded(int32_t bank, int32_t preset, const CAudioPreset& loaded, const CString& path);
     [[nodiscard]] CError* writeFile(bool isBank, const CString& path, const CByteBuffer& block);
     CString importedName(const CString& name, const CString& path) const;

@@ -131,20 +131,20 @@ CString CPresetManager::typeFailure(const CAudioPreset& preset, const char* what
     return CString("The ") + what + " is for another product.";
 }
 
-/// `isGood` is false where the event of a failure was sent.
-CError* CPresetManager::readBank(const CString& path, CAudioPresetBank& bank, bool& isGood) {
-    isGood = false;
-    if (CError* error = readBankFile(path, bank)) {
-        return raise("error-bank-load", path, error);
+/// False where the event of a failure was sent: this object may be gone then, and `error` is what a handler returned.
+bool CPresetManager::readBank(const CString& path, CAudioPresetBank& bank, CError*& error) {
+    if (CError* failure = readBankFile(path, bank)) {
+        error = raise("error-bank-load", path, failure);
+        return false;
     }
     for (int32_t i = 0; i < bank.count(); ++i) {
         if (!bank.preset(i).hasPrefix(catalog_.state().id)) {
-            return raise("error-preset-type", path, nullptr, typeFailure(bank.preset(i), "bank"));
+            error = raise("error-preset-type", path, nullptr, typeFailure(bank.preset(i), "bank"));
+            return false;
         }
         cutName(bank.preset(i));
     }
-    isGood = true;
-    return nullptr;
+    return true;
 }
 
 CError* CPresetManager::performBankLoad(CAttributeMap& params) {
@@ -160,10 +160,8 @@ CError* CPresetManager::performBankLoad(CAttributeMap& params) {
 /// The session bank is replaced only behind a question; the file is read once more then.
 CError* CPresetManager::loadSessionBank(const CString& path) {
     CAudioPresetBank bank;
-    bool isGood = false;
-    const CObjectWatch watch(*this);
-    CError* error = readBank(path, bank, isGood);
-    if (error || !watch.isAlive() || !isGood) {
+    CError* error = nullptr;
+    if (!readBank(path, bank, error)) {
         return error;
     }
     if (bank.count() == 0) {
@@ -176,15 +174,17 @@ CError* CPresetManager::loadSessionBank(const CString& path) {
 CError* CPresetManager::performBankReplace() {
     CString path;
     const CPresetPlace place = takeAsked("perform-bank-replace", &path);
+    if (path.isEmpty() || place.kind != CPresetBankKind::Session) {
+        return nullptr;
+    }
     CAudioPresetBank bank;
-    bool isGood = false;
-    const CObjectWatch watch(*this);
-    CError* error = path.isEmpty() || place.kind != CPresetBankKind::Session ? nullptr : readBank(path, bank, isGood);
-    if (error || !watch.isAlive() || !isGood) {
+    CError* error = nullptr;
+    if (!readBank(path, bank, error)) {
         return error;
     }
     CByteBuffer packed;
     TARV_TRY(packBank(bank, packed));
+    const CObjectWatch watch(*this);
     error = catalog_.client().activateData(catalog_.registry(), packed);
     return error && watch.isAlive() ? raise("error-bank-load", path, error) : error;
 }
@@ -192,10 +192,8 @@ CError* CPresetManager::performBankReplace() {
 /// Behind the bank that was selected; behind the fixed ones if it is gone.
 CError* CPresetManager::loadBank(const CPresetPlace& place, const CString& path) {
     CAudioPresetBank bank;
-    bool isGood = false;
-    const CObjectWatch watch(*this);
-    CError* error = readBank(path, bank, isGood);
-    if (error || !watch.isAlive() || !isGood) {
+    CError* error = nullptr;
+    if (!readBank(path, bank, error)) {
         return error;
     }
     bank.setName(trimmedName(importedName(bank.name(), path)));

@@ -132,14 +132,8 @@ CError* CRuler::sizeChanged() {
 }
 
 CError* CRuler::labelsChanged() {
-    const CObjectWatch watch(*this);
-    while (isFinished_ && !labels_.isEmpty()) {
-        CView* last = labels_.last();
-        labels_.removeLast();
-        delete last;
-        if (!watch.isAlive()) {
-            return nullptr;
-        }
+    if (isFinished_ && !cutLabels(0)) {
+        return nullptr;
     }
     readoutForm_ = {};
     return update();

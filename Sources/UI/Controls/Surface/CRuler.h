@@ -86,6 +86,8 @@ private:
     [[nodiscard]] CError* placeChanged();
     [[nodiscard]] CError* bind();
     [[nodiscard]] CError* readTexts();
+    /// Destroys the labels from `count` on. False if this ruler goes with one of them.
+    bool cutLabels(int32_t count);
     [[nodiscard]] CError* updateLabels();
     [[nodiscard]] CError* makeLabel(int32_t index);
     [[nodiscard]] CError* updateLines();

@@ -47,16 +47,21 @@ void CRuler::removeChild(CObject* child) {
     }
 }
 
-CError* CRuler::updateLabels() {
+bool CRuler::cutLabels(int32_t count) {
     const CObjectWatch watch(*this);
-    while (labels_.count() > texts_.count()) {
+    while (watch.isAlive() && labels_.count() > count) {
         CView* last = labels_.last();
         labels_.removeLast();
         delete last;
-        if (!watch.isAlive()) {
-            return nullptr;
-        }
     }
+    return watch.isAlive();
+}
+
+CError* CRuler::updateLabels() {
+    if (!cutLabels(texts_.count())) {
+        return nullptr;
+    }
+    const CObjectWatch watch(*this);
     while (labels_.count() < texts_.count()) {
         CError* error = makeLabel(labels_.count());
         if (error || !watch.isAlive()) {
