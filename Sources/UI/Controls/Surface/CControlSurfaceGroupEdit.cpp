@@ -1,4 +1,4 @@
-// What is set in a list of points: kept until it is sent, within its rules.
+// Edits of a list of points: kept until they are sent, within its rules.
 
 #include <algorithm>
 #include <cmath>
