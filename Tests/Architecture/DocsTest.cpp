@@ -39,6 +39,45 @@ TEST(Docs, EveryLinkLeadsToAFile) {
     }
 }
 
+/// In tables and in sentences, as a path from the top folder.
+TEST(Docs, EveryFileThatAPageNamesIsThere) {
+    static const std::regex kPath(
+        R"(\b(Sources|Tests|Tools|Benchmarks|Definitions|Docs|Gfx|CMake)/[\w/.\-]*\.(cpp|h|xml|md|txt|svg|cmake)\b)");
+    size_t named = 0;
+    for (const CSourceFile& file : projectFiles()) {
+        if (!endsWith(file.path, ".md")) {
+            continue;
+        }
+        for (const std::string& line : file.lines) {
+            for (std::sregex_iterator at(line.begin(), line.end(), kPath), end; at != end; ++at, ++named) {
+                const std::string path = (*at)[0];
+                const std::filesystem::path top = kSourceFolder;
+                EXPECT_TRUE(std::filesystem::exists(top / path) || std::filesystem::exists(top / "Sources" / path))
+                    << file.path << ' ' << path;
+            }
+        }
+    }
+    EXPECT_GT(named, 50u);
+}
+
+/// Two rows that say different things of one matter are what a careless merge leaves. The last cell is what they say.
+TEST(Docs, ATableSaysEachThingOnce) {
+    size_t rows = 0;
+    for (const CSourceFile& file : projectFiles()) {
+        std::set<std::string> keys;
+        for (const std::string& line : file.lines) {
+            if (!endsWith(file.path, ".md") || !startsWith(line, "| ") || !endsWith(line, " |")) {
+                keys.clear();
+                continue;
+            }
+            const std::string key = line.substr(0, line.rfind(" | "));
+            EXPECT_TRUE(key.size() < 4 || keys.insert(key).second) << file.path << ' ' << key;
+            ++rows;
+        }
+    }
+    EXPECT_GT(rows, 500u);
+}
+
 TEST(Docs, EveryPictureIsShownByAPage) {
     const std::set<std::string> linked = linkedFiles();
     for (const auto& entry : std::filesystem::directory_iterator(std::string(kSourceFolder) + "/Docs/pictures")) {

@@ -149,11 +149,18 @@ TEST(Style, TheProductTalksOfItselfOnly) {
     const std::regex kForeign(
         R"(\b[P]arts? [0-9]+\.[0-9]|\bthe [s]pec\b|\b(per|by|in|see|from) the [s]pecification|[T]ODO|[F]IXME)"
         R"(|/[w]ork/|/[r]oot/|\.\./[s]hared|\b[a]ssistant\b|[Cc]o-[a]uthored-by)");
+    // What each of the patterns above holds: a search for a text is a hundred times quicker than one for a pattern.
+    const auto maybeForeign = [](const std::string& line) {
+        for (const char* part : {"art", "spec", "TOD", "FIX", "/w", "/ro", "../s", "assi", "uthored"})
+            if (line.find(part) != std::string::npos)
+                return true;
+        return false;
+    };
     for (const CSourceFile& file : projectFiles()) {
         if (startsWith(file.path, "Docs/licences/"))
             continue;
         for (size_t i = 0; i < file.lines.size(); ++i)
-            EXPECT_FALSE(std::regex_search(file.lines[i], kForeign))
+            EXPECT_FALSE(maybeForeign(file.lines[i]) && std::regex_search(file.lines[i], kForeign))
                 << file.path << ':' << i + 1 << ' ' << file.lines[i];
     }
 }
