@@ -20,8 +20,6 @@ public:
     CAudioParamChange* take(int32_t nodes);
     /// Any thread; never allocates, frees or waits.
     void giveBack(CAudioParamChange* change);
-    /// Records made so far.
-    int32_t madeCount() const { return made_; }
 
 private:
     static constexpr int32_t kFirstBlock = 16;

@@ -89,7 +89,6 @@ public:
     bool isEnumerated() const override { return isEnumerated_; }
     const CString& id() const override { return id_; }
     const CString& presetNaming() const { return presetNaming_; }
-    const CString& presetNameParam() const { return presetNameParam_; }
     const CString& groupNamesParam() const { return groupNamesParam_; }
     const CString& bankFile() const { return bankFile_; }
     CAudioParamUndo* undo() const { return undo_; }

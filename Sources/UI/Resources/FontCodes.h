@@ -28,7 +28,6 @@ constexpr CFontCode kFontCodes[] = {
     {0x2010, 45},   {0x2011, 45},                                 // hyphens
     {0x03BC, 0xB5},                                               // Greek mu: the micro sign
 };
-constexpr int kFontExtraCount = 15;  ///< rows of glyphs that only fonts have
 
 /// Signs of Latin-1 between its two halves of letters that have a glyph.
 constexpr uint8_t kFontSigns[] = {0xA1, 0xA3, 0xA9, 0xAB, 0xAE, 0xB0, 0xB1, 0xB2, 0xB3, 0xB5, 0xB7, 0xBB, 0xBD, 0xBF};

@@ -87,10 +87,6 @@ double CScrollerBar::contentLength() const {
     return isVertical() ? content.height : content.width;
 }
 
-double CScrollerBar::seenLength() const {
-    return contentLength() * place().ratio;
-}
-
 CError* CScrollerBar::setOffset(double offset) {
     CView* const view = scrolled();
     const double held = std::clamp(offset, 0.0, std::max(1.0 - place().ratio, 0.0));

@@ -65,8 +65,7 @@ private:
     CPlace place() const;
     [[nodiscard]] CError* setOffset(double offset);
     [[nodiscard]] CError* setRatio(double ratio);
-    /// Pixels of the content that are seen, and all of them.
-    double seenLength() const;
+    /// Pixels of the whole content.
     double contentLength() const;
     double along(const CAttributeMap& params) const;
     [[nodiscard]] CError* pageTowards(double position);

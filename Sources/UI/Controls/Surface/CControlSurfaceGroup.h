@@ -64,11 +64,9 @@ public:
     bool isEraseable() const { return getAttrBool("is-eraseable"); }
     bool isFixedX() const { return isFixedX_; }
     bool isFixedY() const { return isFixedY_; }
-    bool isSorted() const { return isSorted_; }
     bool isBalanced() const { return isBalanced_; }
     bool isVertical() const { return isVertical_; }
     bool isDragSegments() const { return isDragSegments_; }
-    double minDistance() const { return minDistance_; }
     double valueStep() const { return valueStep_; }
     int32_t colorIndex() const { return colorIndex_; }
     const CString& linkedGroup() const { return getAttrString("linked-group"); }
