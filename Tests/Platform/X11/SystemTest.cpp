@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "Platform/EventPost.h"
 #include "Platform/Posix/ClockByHand.h"
@@ -14,11 +15,16 @@ namespace {
 
 TEST(X11System, WithoutADisplayThereAreNoWindowsAndTheLogSaysWhy) {
     const CScopedVariable none("DISPLAY", nullptr);
-    EXPECT_EQ(systemWindows(), nullptr);
-    EXPECT_EQ(noWindowsReason(), u"There is no display: the variable DISPLAY is not set.");
+    // A thread that has no session yet: this one may keep that of an earlier test, which has asked for one last time.
+    const auto ask = [](const char16_t* reason) {
+        std::thread([reason] {
+            EXPECT_EQ(systemWindows(), nullptr);
+            EXPECT_EQ(noWindowsReason(), reason);
+        }).join();
+    };
+    ask(u"There is no display: the variable DISPLAY is not set.");
     const CScopedVariable dead("DISPLAY", ":54321");
-    EXPECT_EQ(systemWindows(), nullptr);
-    EXPECT_EQ(noWindowsReason(), u"The display can't be opened (error 1).");
+    ask(u"The display can't be opened (error 1).");
     CX11System system;
     CXRecorder recorder;
     CPlatformError error = 0;
