@@ -1,4 +1,4 @@
-# Sourced by run, test and bench: installs by name what is missing, and tells what it does.
+# Sourced by run, test and bench: installs by name what is missing, and says what it does.
 # Sets TARV_ROOT, the top folder of the project; needPackages leaves a machine that has everything untouched.
 
 TARV_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
@@ -41,7 +41,7 @@ needPackages() {
     [ -n "$missing" ] || return 0
     say "Missing packages:" $missing
     [ "$(id -u)" = 0 ] || die "not running as root. Install them with: sudo apt-get install" $missing
-    say "Installing them with apt-get (some 1.5 GB on a bare system; a minute or two) ..."
+    say "Installing them with apt-get (up to 2.2 GB on a bare system, 0.6 GB of them to load; some minutes) ..."
     mkdir -p "$TARV_ROOT/build"
     {
         apt-get update -o DPkg::Lock::Timeout=400 &&
