@@ -11,6 +11,8 @@ namespace tarv {
 namespace {
 
 std::atomic<int32_t> nextServerId{0};
+// An array that grows by appending lies inline up to 31. A change of group has about 20 listeners.
+constexpr int32_t kListenersWithoutHeap = 31;
 
 }  // namespace
 
@@ -141,8 +143,8 @@ CError* CNotifyServer::sendBy(CDirect who, const CString& senderName, const CStr
         return nullptr;
     }
     uint64_t thread = currentThreadId();
-    CArray<CListener, 16> direct;
-    CArray<CListener, 16> posts;
+    CArray<CListener, kListenersWithoutHeap> direct;
+    CArray<CListener, kListenersWithoutHeap> posts;
     for (const CListener& listener : sender->second) {
         const CObjectEventBridge* anchor = listener.object->eventAnchor();
         if (anchor) {

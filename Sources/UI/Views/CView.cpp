@@ -1,6 +1,6 @@
 #include "UI/Views/CView.h"
 
-#include "Core/CObjectWatch.h"
+#include "Core/CKeptParams.h"
 #include "Core/Log.h"
 #include "UI/Views/CSectorMap.h"
 
@@ -83,8 +83,8 @@ CError* CView::sendEventIfWanted(const char* name, bool isWanted) {
     if (!isWanted && !hasCommandOn(name)) {
         return nullptr;
     }
-    CAttributeMap params;
-    return receiveEvent(name, params);
+    CKeptParams sent(*this, sent_, 0);
+    return receiveEvent(name, sent.params);
 }
 
 CError* CView::advanceViews() {

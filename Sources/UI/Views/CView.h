@@ -138,6 +138,7 @@ private:
     CSectorTarget target_;
     bool needsFullRedraw_ = true;
     bool wantsAreaUpdates_ = false;
+    CAttributeMap sent_;
 
     const CPalette* palette_ = nullptr;
     const CImageSet* imageSet_ = nullptr;

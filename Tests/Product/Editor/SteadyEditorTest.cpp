@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "Audio/Client/CAudioInterfaceClient.h"
 #include "ProductEditor.h"
 #include "Tests/System/AudioThreadWatch.h"
 #include "UI/Binding/CParamBridge.h"
@@ -151,6 +152,28 @@ TEST_F(SteadyEditor, ArrowsWalkOverTheBarsWithoutAllocating) {
                   }
               }),
               0u);
+}
+
+TEST_F(SteadyEditor, AnotherGroupIsChosenWithTheMemoryOfItsMessageAlone) {
+    // The engine keeps which groups are shown.
+    click("c.xeq1.xeq-base.edit-group.selector.button#2");
+    auto& client = at<CAudioInterfaceClient>("ui.interface-client");
+    const CByteBuffer kept = client.keptBytes("editor-memory");
+    ASSERT_FALSE(kept.isEmpty());
+    const uint64_t message = warmed([&] { EXPECT_EQ(client.keepBytes("editor-memory", kept), nullptr); });
+    for (const std::string selector :
+         {"c.xeq1.xeq-base.edit-group.selector", "c.xeq2.xeq-base.underlay-group.selector"}) {
+        const CPixel pixels[] = {pixelOf(selector + ".button"), pixelOf(selector + ".button#3")};
+        EXPECT_EQ(warmed([&] {
+                      for (const CPixel& pixel : pixels) {
+                          moveTo(pixel);
+                          system_.input().click();
+                          system_.advance(kTick);
+                      }
+                  }),
+                  2 * message)
+            << selector;
+    }
 }
 
 TEST_F(SteadyEditor, AListIsPointedAtScrolledAndWalkedByKeysWithoutAllocating) {

@@ -17,7 +17,7 @@ public:
     enum class CWhich { All, Active };
 
     CArray<CChannel, 8> channels;
-    CArray<CString, 1> inputNames;  ///< of the inputs from 1 on, with marks
+    CArray<CString, 16> inputNames;  ///< of the inputs from 1 on, with marks
     int32_t hostInputs = 0;
 
     /// Name of a host's input from 1 on: "IN3" without one.

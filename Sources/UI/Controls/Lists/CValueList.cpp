@@ -36,7 +36,7 @@ CError* CValueList::listChanged() {
 }
 
 CError* CValueList::updateValues() {
-    CItems items;
+    CItems items = roomForItems();
     for (const CObject* child : children()) {
         if (child->name().startsWith("content")) {
             const bool hasValue = !child->getAttrString("value").isEmpty();
@@ -73,8 +73,10 @@ CError* CValueList::setItems(CItems items) {
     const bool isSame =
         items.count() == items_.count() && std::equal(items.begin(), items.end(), items_.begin(), items_.end());
     if (isSame && hasAttr("titles") && separator() == titlesSeparator_) {
+        keepRoom(items);
         return nullptr;
     }
+    keepRoom(items_);
     items_ = std::move(items);
     titlesSeparator_ = separator();
     const CObjectWatch watch(*this);
@@ -84,6 +86,13 @@ CError* CValueList::setItems(CItems items) {
     }
     CKeptParams none(*this, changed_, 0);
     return sendEvent(kChangedEvent, none.params, false);
+}
+
+void CValueList::keepRoom(CItems& items) {
+    items.clear();
+    if (items.capacity() > room_.capacity()) {
+        room_ = std::move(items);
+    }
 }
 
 CString CValueList::joinedTitles() const {

@@ -48,6 +48,8 @@ public:
 protected:
     /// Reads the items anew. May destroy this object.
     [[nodiscard]] virtual CError* updateValues();
+    /// Without items, for those that a class reads next: room of former ones.
+    CItems roomForItems() { return std::move(room_); }
     /// Takes what a class has read, by the attributes above. May destroy this object.
     [[nodiscard]] CError* takeItems(CItems items);
     /// The item of a value that isn't among the items; its title is not empty.
@@ -61,8 +63,10 @@ protected:
 private:
     uint16_t separator() const;
     CString joinedTitles() const;
+    void keepRoom(CItems& items);
 
     CItems items_;
+    CItems room_;  ///< empty
     CAttributeMap changed_;
     uint16_t titlesSeparator_ = 0;  ///< between those of `titles`
 };

@@ -225,7 +225,7 @@ CError* CValueListAudio::updateValues() {
     if (mode()->needsClient && !client_) {
         TARV_FAIL("@tarvstr_CValueListAudio_updateValues_NoInterfaceClient Unable to locate interface client.");
     }
-    CItems items;
+    CItems items = roomForItems();
     (this->*mode()->fill)(items);
     const CObjectWatch watch(*this);
     CError* error = takeItems(std::move(items));

@@ -38,12 +38,15 @@ CRoutingLabels CValueListAudio::routing() const {
     CRoutingLabels result;
     const CInterfaceCounts& counts = client_->engineState().counts;
     result.hostInputs = counts.inputs;
+    result.channels.reserve(counts.internalChannels);
     for (int32_t i = 0; i < counts.internalChannels; ++i) {
         result.channels.append({numberOf(bridge(InRouting), i), numberOf(bridge(Grouping), i),
                                 numberOf(bridge(MsPairs), i), numberOf(bridge(ChannelMute), i) != 0});
     }
     const CParamBridge* names = bridge(InChannelNames);
-    for (int32_t i = 0; names && i < names->elementCount(0); ++i) {
+    const int32_t count = names ? names->elementCount(0) : 0;
+    result.inputNames.reserve(count);
+    for (int32_t i = 0; i < count; ++i) {
         result.inputNames.append(typed(names->valueText(0, i, CAudioTextMode::Full)));
     }
     return result;

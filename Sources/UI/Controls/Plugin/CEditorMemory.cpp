@@ -83,7 +83,8 @@ CError* CEditorMemory::keep() {
         return nullptr;
     }
     isRestored_ = true;
-    CMemoryWriteBuffer stream;
+    bytes_.clear();
+    CBufferWriter stream(bytes_);
     TARV_TRY(putField(stream, static_cast<uint32_t>(children().count())));
     for (const CObject* item : children()) {
         const CString& attribute = item->getAttrString("attr");
@@ -91,11 +92,9 @@ CError* CEditorMemory::keep() {
             TARV_TRY(putFields(stream, target->fullName(), attribute, target->getAttrString(attribute)));
         }
     }
-    CByteBuffer bytes;
-    stream.copyTo(bytes);
     const CByteBuffer& former = found->keptBytes(kKey);
-    const bool isSame = std::equal(bytes.begin(), bytes.end(), former.begin(), former.end());
-    return isSame ? nullptr : found->keepBytes(kKey, bytes);
+    const bool isSame = std::equal(bytes_.begin(), bytes_.end(), former.begin(), former.end());
+    return isSame ? nullptr : found->keepBytes(kKey, bytes_);
 }
 
 CError* CEditorMemoryItem::initClass(CClassDescriptor& descriptor) {

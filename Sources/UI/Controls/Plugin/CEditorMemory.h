@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/CObject.h"
+#include "Core/CStreams.h"
 
 namespace tarv {
 
@@ -25,6 +26,7 @@ private:
     CAudioInterfaceClient* client() const;
     CObject* targetOf(const CString& path, const CString& attribute) const;
 
+    CByteBuffer bytes_;  ///< that were sent last
     bool isRestored_ = false;
     bool isRestoring_ = false;
 };

@@ -236,5 +236,41 @@ TEST_F(CScrollerBarTest, AtRestNothingIsDrawn) {
     EXPECT_GT(shown.presentedPixels(), 0);
 }
 
+TEST_F(CScrollerBarTest, ADragAWheelAndAHeldPressAllocateNothing) {
+    CScrollerBar& bar = add();
+    int32_t changes = 0;
+    CHeardEvents::onChange = [&] { ++changes; };
+    object("heard").listenObject(bar.fullName(), "scroll", "change");
+    const auto drag = [&] {
+        pointAt(bar, 6, 10);
+        system_.input().press();
+        for (const int32_t y : {20, 40, 60, 30, 10}) {
+            pointAt(bar, 6, y);
+            turn();
+        }
+        system_.input().release();
+        turn();
+    };
+    EXPECT_EQ(allocations(drag), 0u);
+    EXPECT_GE(changes, 4 * 5);
+    EXPECT_EQ(allocations([&] {
+                  EXPECT_TRUE(system_.input().wheel(-2.0));
+                  turn();
+                  EXPECT_TRUE(system_.input().wheel(2.0));
+                  turn();
+              }),
+              0u);
+    EXPECT_EQ(allocations([&] {
+                  for (const int32_t y : {90, 2}) {
+                      pointAt(bar, 6, y);
+                      system_.input().press();
+                      turn(1.0);
+                      system_.input().release();
+                      turn();
+                  }
+              }),
+              0u);
+}
+
 }  // namespace
 }  // namespace tarv
