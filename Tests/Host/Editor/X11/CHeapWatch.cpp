@@ -4,14 +4,6 @@
 
 #include <cstddef>
 
-#if defined(__SANITIZE_ADDRESS__)
-#define TARV_OTHER_HEAP 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define TARV_OTHER_HEAP 1
-#endif
-#endif
-
 namespace {
 
 thread_local bool isWatching = false;
@@ -23,7 +15,7 @@ thread_local int64_t callCount = 0;
 
 }  // namespace
 
-#ifndef TARV_OTHER_HEAP
+#ifndef TARV_SANITIZED
 extern "C" {
 
 // What the C library calls its own.
@@ -59,7 +51,7 @@ void free(void* block) {
 
 namespace tarv::host {
 
-#ifdef TARV_OTHER_HEAP
+#ifdef TARV_SANITIZED
 const bool CHeapWatch::kSeesHeap = false;
 #else
 const bool CHeapWatch::kSeesHeap = true;
