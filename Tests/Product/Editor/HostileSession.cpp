@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "Audio/Client/CAudioInterfaceClient.h"
 #include "Core/CApplication.h"
 #include "Core/CApplicationData.h"
 #include "Platform/ByHand/CWindowByHand.h"
@@ -187,7 +188,7 @@ void CHostileSession::key() {
 
 void CHostileSession::host() {
     CHostileSide& of = anySide();
-    const int32_t act = any(12);
+    const int32_t act = any(14);
     trace_ += "host " + std::to_string(act) + '\n';
     switch (act) {
         case 0:
@@ -221,11 +222,35 @@ void CHostileSession::host() {
         case 8:
             state(of);
             break;
+        case 9:
+            loseEngine(of);
+            break;
         default:
             for (int32_t i = 0; i < kBlocksAtOnce && !isAudioElsewhere_; ++i) {
                 of.automate();
                 of.process(1 + any(CHostileSide::kLongestBlock));
             }
+    }
+}
+
+/// Hands go on, with lists and windows open, until the host takes the editor away.
+void CHostileSession::loseEngine(CHostileSide& of) {
+    CWindow* const main = of.mainWindow();
+    if (!main) {
+        return;
+    }
+    main->root()->findObjectOf<CAudioInterfaceClient>("ui.interface-client")->engineGone();
+    if (!isAudioElsewhere_) {
+        of.setRunning(any(2) == 0);
+    }
+    for (int32_t left = any(8); left > 0; --left) {
+        any(3) == 0 ? key() : hand();
+        system_.advance(0.025 * any(8));
+    }
+    of.closeEditor();
+    of.openEditor();
+    if (!isAudioElsewhere_) {
+        of.setRunning(true);
     }
 }
 

@@ -48,6 +48,7 @@ private:
     void pointAt(const CPlace& place);
     void key();
     void host();
+    void loseEngine(CHostileSide& of);
     void rescale();
     void state(CHostileSide& of);
     void system();
