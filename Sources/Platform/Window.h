@@ -26,7 +26,7 @@ public:
     virtual bool onKey(const CKeyEvent& event) = 0;
     /// grabKeys has ended without a call: another window has grabbed the keys, or the user works in a window that is
     /// neither the host's nor one of its popups. Windows: also a child without a grab that has lost the focus to
-    /// another program; one that grabs while the host has the focus keeps the grab, and goes on when the user returns.
+    /// another program.
     virtual void onKeysLost() {}
     /// The window, or one that it owns, has become active or has lost that. `other` is the window that has it now, if
     /// it is one of this process.

@@ -22,6 +22,7 @@ bool isTypedElsewhere(HWND owner) {
 
 CLock CKeyHook::lock_;
 HHOOK CKeyHook::hook_ = nullptr;
+HHOOK CKeyHook::watch_ = nullptr;
 HWND CKeyHook::owner_ = nullptr;
 
 bool CKeyHook::grab(HWND window) {
@@ -31,6 +32,7 @@ bool CKeyHook::grab(HWND window) {
     }
     takeFrom(owner_);
     hook_ = SetWindowsHookExW(WH_KEYBOARD, &procedure, nullptr, GetCurrentThreadId());
+    watch_ = hook_ ? SetWindowsHookExW(WH_CALLWNDPROC, &watchProcedure, nullptr, GetCurrentThreadId()) : nullptr;
     owner_ = hook_ ? window : nullptr;
     return hook_ != nullptr;
 }
@@ -63,7 +65,11 @@ void CKeyHook::remove() {
     if (hook_) {
         UnhookWindowsHookEx(hook_);
     }
+    if (watch_) {
+        UnhookWindowsHookEx(watch_);
+    }
     hook_ = nullptr;
+    watch_ = nullptr;
     owner_ = nullptr;
 }
 
@@ -85,6 +91,18 @@ LRESULT CALLBACK CKeyHook::procedure(int code, WPARAM wParam, LPARAM lParam) {
     } else if (isOurs &&
                SendMessageW(owner, lParam & kReleasedFlag ? kReleaseMessage : kPressMessage, wParam, lParam)) {
         return 1;
+    }
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+// The system sends it to the windows of this thread that have no owner, of which the host's is one.
+LRESULT CALLBACK CKeyHook::watchProcedure(int code, WPARAM wParam, LPARAM lParam) {
+    const auto* sent = reinterpret_cast<const CWPSTRUCT*>(lParam);
+    if (code == HC_ACTION && sent->message == WM_ACTIVATEAPP && !sent->wParam) {
+        const CLockScope scope(lock_);
+        if (owner_ && GetWindowThreadProcessId(owner_, nullptr) == GetCurrentThreadId()) {
+            takeFrom(owner_);
+        }
     }
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }

@@ -13,7 +13,8 @@ public:
     /// To the owner, with WH_KEYBOARD's parameters. A result of 1 keeps the key from the host.
     static constexpr UINT kPressMessage = 5121;
     static constexpr UINT kReleaseMessage = 5122;
-    /// To a former owner: the hook is another one's, or the user types into another window of the process. Posted.
+    /// To a former owner: the hook is another one's, the user types into another window of the process, or works in
+    /// another program. Posted.
     static constexpr UINT kLostMessage = 5123;
 
     /// Of the calling thread; a former owner loses the hook. False if the system refuses it.
@@ -26,12 +27,15 @@ public:
 
 private:
     static LRESULT CALLBACK procedure(int code, WPARAM wParam, LPARAM lParam);
+    /// Of WH_CALLWNDPROC: notices that the user goes to another program, of which no child is informed.
+    static LRESULT CALLBACK watchProcedure(int code, WPARAM wParam, LPARAM lParam);
     static void remove();
     /// Under the lock.
     static void takeFrom(HWND former);
 
     static CLock lock_;
     static HHOOK hook_;
+    static HHOOK watch_;
     static HWND owner_;
 };
 

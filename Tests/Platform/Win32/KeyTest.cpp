@@ -213,12 +213,31 @@ TEST_F(Win32Keys, AChildWithTheFocusLosesThemToAnotherProgram) {
     input.press('A');
     EXPECT_TRUE(notes.take().empty()) << "the grab is over";
     EXPECT_EQ(host.heard(), (CLines{"down 65", "char 97", "up 65"}));
+}
+
+TEST_F(Win32Keys, AChildThatTheHookServesLosesThemToAnotherProgram) {
     child->grabKeys(true);
+    ASSERT_EQ(GetFocus(), host.window());
     workElsewhere();
-    EXPECT_TRUE(notes.take().empty()) << "the focus is the host's";
+    EXPECT_EQ(notes.take(), (CLines{"keys lost"})) << "the focus is the host's";
     comeBack();
     input.press('B');
-    EXPECT_EQ(notes.take(), (CLines{"key 66 down", "key 66 up"}));
+    EXPECT_TRUE(notes.take().empty());
+    EXPECT_EQ(host.takeHeard(), (CLines{"down 66", "char 98", "up 66"}));
+    child->grabKeys(true);
+    input.press('C');
+    EXPECT_EQ(notes.take(), (CLines{"key 67 down", "key 67 up"})) << "for the next field it is there again";
+}
+
+TEST_F(Win32Keys, AChildThatTheHookServesMayGoWhenItLosesThem) {
+    child->grabKeys(true);
+    notes.react = [this](const std::string& line) {
+        if (line == "keys lost") {
+            child.reset();
+        }
+    };
+    workElsewhere();
+    EXPECT_FALSE(child);
 }
 
 TEST_F(Win32Keys, AChildThatGivesTheFocusToAWindowOfTheHostLosesNone) {
