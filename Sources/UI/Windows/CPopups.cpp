@@ -96,7 +96,9 @@ CError* CPopups::open(CViewBaseCtlEvents& opener, const CString& templateName, C
     TARV_TRY(make(opener, templateName, params, made, window));
     if (CWindow* same = owner_.sharedData().findNamed(window->uniqueName())) {
         delete made;
-        same->raise();
+        // The view stands where the opener stood that has gone with its window: for the user it is the same button.
+        const bool isOrphan = same->openerWindow() && !same->openerWindow()->popups().hasOpener(*same);
+        isOrphan ? same->requestClose() : same->raise();
         return nullptr;
     }
     main = owner_.sharedData().mainWindow();
@@ -334,6 +336,11 @@ const CPopups::CPopup* CPopups::find(const CWindow& window) const {
         }
     }
     return nullptr;
+}
+
+bool CPopups::hasOpener(const CWindow& window) const {
+    const CPopup* popup = find(window);
+    return popup && popup->opener;
 }
 
 CWindow* CPopups::popupOf(const CViewBaseCtlEvents& opener) const {

@@ -27,9 +27,10 @@ public:
 
     /// Makes an object of a template as a child of the tree's `ui`, and opens its window. If `opener` has a popup open,
     /// that one closes, and a new one is made only with `is-popup-toggle-always-create` (a parameter, or an attribute
-    /// of the opener). A window whose `unique-name` is open is not opened twice; one that blocks nothing is a
-    /// popup of the main window, and stays when that of its opener closes. The parameters become attributes of
-    /// the new object, with `opener`, the full name. Those that count here:
+    /// of the opener). A window whose `unique-name` is open is not opened twice: it is raised, and closes if the view
+    /// that opened it has gone. One that blocks nothing is a popup of the main window, and stays when that of its
+    /// opener closes. The parameters become attributes of the new object, with `opener`, the full name. Those that
+    /// count here:
     ///   popup-width, is-same-width (that of the opener), width-modif (added); lengths at scale 1
     ///   is-least-width: the width of the opener if the popup is narrower than that
     ///   is-manual-coords: at actual-x, actual-y of the opener's window; otherwise by the window's `window-alignment`
@@ -62,6 +63,8 @@ public:
     CWindow* popupOf(const CViewBaseCtlEvents& opener) const;
     /// The open window of the popup of that path, or null.
     CWindow* findPopup(const CString& path) const;
+    /// Whether the view that has opened a window still lives.
+    bool hasOpener(const CWindow& window) const;
     int32_t count() const { return popups_.count(); }
 
 private:
