@@ -117,6 +117,38 @@ TEST_F(PresetWindows, TheSelectedRowIsRenamedByAPress) {
     EXPECT_EQ(rows(kManager, "banks"), "Session Bank|Factory ROM|Mine [B]");
 }
 
+TEST_F(PresetWindows, TheRowThatWasRenamedStaysSelected) {
+    openManager();
+    click(row(kManager, "presets", 2));
+    wait(1.0);
+    click(row(kManager, "presets", 2));
+    wait(1.0);
+    type(u"Mine");
+    wait();
+    auto& presets = at<CTextView>(listOf(kManager, "presets"));
+    ASSERT_EQ(presets.paragraphText(2).toUtf8(), "Mine") << "a program of the session";
+    EXPECT_EQ(presets.selectedParagraph(), 2);
+    EXPECT_EQ(wrapper().paramRegistry()->currentProgram(), 0);
+    click(part(kManager, "banks.buttons.add"));
+    click(part(kManager, "presets.buttons.add"));
+    click(part(kManager, "presets.buttons.add"));
+    click(row(kManager, "presets", 0));
+    wait(1.0);
+    tap(kKeyF2);
+    type(u"Stored");
+    wait();
+    EXPECT_EQ(rows(kManager, "presets"), "Stored|Preset 2");
+    EXPECT_EQ(presets.selectedParagraph(), 0);
+    auto& banks = at<CTextView>(listOf(kManager, "banks"));
+    click(row(kManager, "banks", 2));
+    wait(1.0);
+    type(u"Kept");
+    wait();
+    EXPECT_EQ(rows(kManager, "banks"), "Session Bank|Factory ROM|Kept");
+    EXPECT_EQ(banks.selectedParagraph(), 2);
+    EXPECT_EQ(presets.selectedParagraph(), 0);
+}
+
 TEST_F(PresetWindows, AFailureOpensAMessageThatIsClosedByItsButtons) {
     openManager();
     pressWithFile(part(kManager, "presets.buttons.load"), u"/no/such/folder/x.cpf");

@@ -164,6 +164,7 @@ CError* CPresetManager::refreshPresets() {
     }
     const CPresetPlace place = bank >= 0 && bank < catalog_.bankCount() ? catalog_.placeOf(bank) : CPresetPlace();
     const int32_t current = catalog_.currentPreset(bank);
+    followRename();
     int32_t foundBank = -1;
     int32_t preset = -1;
     const bool isSameBank = place.kind == shown_.kind && place.bankName == shown_.bankName;

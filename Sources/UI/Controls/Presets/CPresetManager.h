@@ -96,6 +96,8 @@ private:
     /// What a file names it, where that is too long.
     static void cutName(CAudioPreset& preset);
     CPresetPlace rowPlace(bool isBank, const CAttributeMap& params) const;
+    /// The selected preset is found by its new name from then on that the list has it.
+    void followRename();
 
     // Additions, deletions, activation: CPresetManagerEdits.cpp.
     [[nodiscard]] CError* bankAdd(CAttributeMap& params);
@@ -158,6 +160,7 @@ private:
     CPresetPlace shown_;     ///< bank whose presets are listed
     CPresetPlace selected_;  ///< of it, as the selection was last set
     int32_t current_ = -1;   ///< current program when the list was filled
+    CPresetPlace renamed_;   ///< the selected preset by the name that it is about to get
     CPresetPlace edited_;    ///< of the row whose name is being edited
     CAsked asked_;
     CArray<CRequest, 2> requests_;

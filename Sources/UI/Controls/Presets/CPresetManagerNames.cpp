@@ -1,6 +1,7 @@
 // Renaming in a preset manager's lists, and their keys.
 
 #include <algorithm>
+#include <utility>
 
 #include "Platform/Keyboard.h"
 #include "UI/Controls/Presets/CPresetManager.h"
@@ -68,6 +69,7 @@ CError* CPresetManager::bankRename(CAttributeMap& params) {
     CError* error = catalog_.store()->renameBank(catalog_.storeIndex(bank), name);
     if (!error && shown_ == place) {
         shown_.bankName = name;
+        selected_.bankName = name;
     }
     return afterStoreEdit(error, true);
 }
@@ -81,14 +83,24 @@ CError* CPresetManager::presetRename(CAttributeMap& params) {
     if (name.isEmpty() || place.isBank() || place.kind == CPresetBankKind::Rom || !catalog_.find(place, bank, preset)) {
         return refreshLists();
     }
+    renamed_ = place == selected_ ? place : CPresetPlace();
+    renamed_.presetName = name;
     if (place.kind == CPresetBankKind::Session) {
         return catalog_.client().renameProgram(catalog_.registry(), preset, name);
     }
     CError* error = catalog_.store()->renamePreset(catalog_.storeIndex(bank), preset, name);
-    if (!error && selected_ == place) {
-        selected_.presetName = name;
-    }
     return afterStoreEdit(error, false);
+}
+
+void CPresetManager::followRename() {
+    CPresetPlace former = renamed_;
+    former.presetName = selected_.presetName;
+    int32_t bank = -1;
+    int32_t preset = -1;
+    if (!renamed_.isBank() && former == selected_ && !catalog_.find(selected_, bank, preset) &&
+        catalog_.find(renamed_, bank, preset)) {
+        selected_ = std::exchange(renamed_, {});
+    }
 }
 
 CError* CPresetManager::bankKey(CAttributeMap& params) {
