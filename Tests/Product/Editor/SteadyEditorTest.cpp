@@ -88,6 +88,29 @@ protected:
             system_.advance(kTick);
         });
     }
+    /// Of a notch of the wheel as it comes to the engine, and back, without a hand. In an effect of its own, since each
+    /// step of the history makes the list longer that editors get.
+    uint64_t costOfANotch(const char* bridge, int32_t element, double step) {
+        end();
+        start();
+        auto& changed = at<CParamBridge>(bridge);
+        double value = changed.value(0, element);
+        constexpr int32_t kKey = (1 << 20) + 1;
+        return warmed([&] {
+            value += step;
+            EXPECT_EQ(changed.setValues(0, element, &value, 1, false, CParamEdit(kKey)), nullptr);
+            system_.advance(kTick);
+        });
+    }
+    uint64_t costOfATurn(const std::string& path) {
+        end();
+        start();
+        moveTo(pixelOf(path));
+        return warmed([&] {
+            system_.input().wheel(1.0);
+            system_.advance(kTick);
+        });
+    }
     void hoverAll(const char* window) {
         std::vector<CPixel> pixels;
         collect(at<CObject>(window), pixels);
@@ -133,6 +156,24 @@ TEST_F(SteadyEditor, ADragOfAValueTakesTheMemoryOfItsMessagesAlone) {
               kSteps * costOfAChange("ui.xeq-gain-bridge", 1));
     EXPECT_LE(costOfMoves(pixelOf("c.xeq1.title-frame-head.eq-invert-scale.scale"), 0, -60),
               kSteps * costOfAChange("ui.xeq-bridge", 7));
+}
+
+TEST_F(SteadyEditor, ATurnOfTheWheelTakesTheMemoryOfItsMessageAlone) {
+    const struct {
+        const char* view;
+        const char* bridge;
+        int32_t element;
+        double step;
+    } kTurns[] = {{"c.xeq1.cs-sliders.control-surface", "ui.xeq-bridge", 3, 0.5},
+                  {"c.xeq1.cs-sliders.ruler-values.label#2", "ui.xeq-bridge", 2, 0.5},
+                  {"c.xeq1.cs-sliders.ruler-freqs.label#2", "ui.xeq-freq-bridge", 2, 10.0},
+                  {"c.xeq1.cs-gain.control-surface", "ui.xeq-gain-bridge", 0, 0.5},
+                  {"c.xeq1.cs-gain.ruler-values.label", "ui.xeq-gain-bridge", 0, 0.5}};
+    for (const auto& turn : kTurns) {
+        const uint64_t message = costOfANotch(turn.bridge, turn.element, turn.step);
+        EXPECT_GT(message, 0u);
+        EXPECT_LE(costOfATurn(turn.view), message) << turn.view;
+    }
 }
 
 TEST_F(SteadyEditor, AnEditorAtRestAndAPointerThatStaysAllocateNothing) {
