@@ -57,7 +57,7 @@ std::vector<std::vector<uint8_t>> goodMessages(const CMessageClient& client) {
     add(kClearDefaultPreset);
     add(kAskDefaultPreset, client.id(1));
     add(kBeginEdit, client.id(0), int32_t{1}, CString(engine::kGains), int32_t{0}, int32_t{0}, int32_t{1});
-    add(kEndEdit, client.id(0), int32_t{1});
+    add(kEndEdit, client.id(0), int32_t{1}, true);
     add(kKeepBytes, CString("key"), bytes);
     return all;
 }

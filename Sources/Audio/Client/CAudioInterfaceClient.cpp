@@ -195,8 +195,8 @@ CError* CAudioInterfaceClient::beginEdit(int32_t key, const CString& param, int3
     return parts_->sender.send(kBeginEdit, tickIdOf(parts_->sender.clientId()), key, param, group, first, elements);
 }
 
-CError* CAudioInterfaceClient::endEdit(int32_t key) {
-    return parts_->sender.send(kEndEdit, tickIdOf(parts_->sender.clientId()), key);
+CError* CAudioInterfaceClient::endEdit(int32_t key, bool isTakenBack) {
+    return parts_->sender.send(kEndEdit, tickIdOf(parts_->sender.clientId()), key, isTakenBack);
 }
 
 CError* CAudioInterfaceClient::beginStep(const CString& label, int32_t key) {

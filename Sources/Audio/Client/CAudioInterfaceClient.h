@@ -55,7 +55,8 @@ public:
     /// gesture of the process. Values that the engine takes no more, since the history moved or a preset came, are
     /// answered by the event `edit-refused`.
     [[nodiscard]] CError* beginEdit(int32_t key, const CString& param, int32_t group, int32_t first, int32_t elements);
-    [[nodiscard]] CError* endEdit(int32_t key);
+    /// With `isTakenBack` the gesture's values become what they were before it, and no step of the history stays of it.
+    [[nodiscard]] CError* endEdit(int32_t key, bool isTakenBack = false);
     /// All that is set until endStep is one step of the history.
     [[nodiscard]] CError* beginStep(const CString& label, int32_t key = -1);
     [[nodiscard]] CError* endStep();

@@ -53,6 +53,7 @@ struct CAudioInterfaceBase::CParts final : public CHeapObject, private CEngineTi
     }
     CError* handle(const CHandlerRow& row, CInputStream& stream);
     CError* beginEdit(CInputStream& stream) { return gestures.begin(stream, subscriptions); }
+    CError* endEdit(CInputStream& stream) { return gestures.end(stream, base); }
     void onTick() override {
         if (status.takeClear()) {
             TARV_CONSUME(base.notify("clear"));
@@ -112,7 +113,7 @@ constexpr CAudioInterfaceBase::CParts::CHandlerRow CAudioInterfaceBase::CParts::
     {kClearDefaultPreset, &CParts::call<&CParts::defaultPreset, &CEngineDefaultPreset::clear>},
     {kAskDefaultPreset, &CParts::call<&CParts::defaultPreset, &CEngineDefaultPreset::ask>},
     {kBeginEdit, &CParts::beginEdit},
-    {kEndEdit, &CParts::call<&CParts::gestures, &CEngineGestures::end>},
+    {kEndEdit, &CParts::endEdit},
     {kKeepBytes, &CParts::call<&CParts::editorMemory, &CEngineEditorMemory::keep>},
 };
 

@@ -5,6 +5,7 @@
 
 #include "Audio/Engine/CEngineSubscriptions.h"
 #include "Audio/Parameters/CAudioExtParam.h"
+#include "Audio/Presets/CAudioParamUndo.h"
 #include "Platform/ThreadId.h"
 
 namespace tarv {
@@ -146,11 +147,16 @@ CError* CEngineGestures::begin(CInputStream& stream, const CEngineSubscriptions&
     return nullptr;
 }
 
-CError* CEngineGestures::end(CInputStream& stream) {
+CError* CEngineGestures::end(CInputStream& stream, CAudioParamUndo& history) {
     uint32_t request = 0;
     int32_t key = 0;
-    TARV_TRY(takeMessage(stream, request, key));
+    bool isTakenBack = false;
+    TARV_TRY(takeMessage(stream, request, key, isTakenBack));
     TARV_TRY(sender_.requireClient(request));
+    if (isTakenBack && !isCancelled(key)) {
+        const CAction action(*this, clientOf(request), key, true);
+        history.takeBack(key);
+    }
     endEdits([](const CGesture& gesture, int32_t number) { return gesture.key == number; }, key);
     return nullptr;
 }

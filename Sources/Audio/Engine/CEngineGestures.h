@@ -7,6 +7,7 @@
 
 namespace tarv {
 
+class CAudioParamUndo;
 class CEngineSubscriptions;
 
 /// What persons do in the editors, as the host is notified of it: the begin of an edit of each host parameter that
@@ -45,7 +46,9 @@ public:
 
     // One message each, under the call lock.
     [[nodiscard]] CError* begin(CInputStream& stream, const CEngineSubscriptions& subscriptions);
-    [[nodiscard]] CError* end(CInputStream& stream);
+    /// A gesture that is taken back ends with the values before it, without its step in the history; one that was
+    /// cancelled keeps the new values.
+    [[nodiscard]] CError* end(CInputStream& stream, CAudioParamUndo& history);
     /// Ends the gestures of a client. Under the call lock.
     void clientGone(int32_t client);
 

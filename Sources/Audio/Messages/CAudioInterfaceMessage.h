@@ -55,9 +55,11 @@ enum CInterfaceMessage : uint32_t {
     kClearDefaultPreset = 33,  ///< nothing
     kAskDefaultPreset = 34,    ///< request; answer: kDefaultPreset
     kBeginEdit =
-        35,         ///< request, i32 key, parameter, i32 group, i32 first element, i32 count: a person's gesture edits
-                    ///< these elements; the host is notified
-    kEndEdit = 36,  ///< request, i32 key: the gesture ends, for all that it edited
+        35,  ///< request, i32 key, parameter, i32 group, i32 first element, i32 count: a person's gesture edits
+             ///< these elements; the host is notified
+    kEndEdit =
+        36,  ///< request, i32 key, flag (taken back): the gesture ends, for all that it edited; with the flag its
+             ///< values become what they were before it, and the history what it was
     kKeepBytes = 37,  ///< text key, bytes: the engine keeps them while it lives, for the editors that open later, in no
                       ///< preset and no chunk; none: forgotten
 

@@ -143,6 +143,24 @@ void CAudioParamUndo::selectStep(int32_t index) {
     move(index, false);
 }
 
+void CAudioParamUndo::takeBack(int32_t key) {
+    CTouched touched;
+    bool isOther = false;
+    {
+        CLockScope scope(lock_);
+        isOther = closeRecord();
+        if (list_.isNewestOf(key)) {
+            isOther = true;
+            moveOver(list_.stepBack(), CAudioUndoValues::CSide::Before, touched);
+            list_.dropNewest();
+        }
+    }
+    touched.notify();
+    if (isOther) {
+        historyChanged();
+    }
+}
+
 CArray<CString, 4> CAudioParamUndo::getStepLabels(int32_t* position) const {
     CLockScope scope(lock_);
     CArray<CString, 4> labels;

@@ -30,6 +30,9 @@ public:
     void redo(int32_t count);
     /// Moves to a position in 0..stepCount; others do nothing.
     void selectStep(int32_t index);
+    /// Ends the newest step by its former values if it is the gesture's of that key: the list becomes what it was
+    /// before it, with the steps that could be redone. Otherwise does nothing.
+    void takeBack(int32_t key);
 
     /// Labels from the pseudo step on, and the position among them.
     CArray<CString, 4> getStepLabels(int32_t* position = nullptr) const;

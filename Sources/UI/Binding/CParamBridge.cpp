@@ -61,11 +61,11 @@ CError* CParamBridge::beginEdit(int32_t, int32_t, int32_t, int32_t) {
     return nullptr;
 }
 
-CError* CParamBridge::endEdit(int32_t) {
+CError* CParamBridge::endEdit(int32_t, bool) {
     return nullptr;
 }
 
-CError* CParamBridge::beginStep(const CString&) {
+CError* CParamBridge::beginStep(const CString&, int32_t) {
     return nullptr;
 }
 

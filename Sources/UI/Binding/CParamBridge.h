@@ -78,8 +78,9 @@ private:
 
     // Of a gesture of that key. Without effect where there is neither host nor history.
     [[nodiscard]] virtual CError* beginEdit(int32_t key, int32_t group, int32_t first, int32_t count);
-    [[nodiscard]] virtual CError* endEdit(int32_t key);
-    [[nodiscard]] virtual CError* beginStep(const CString& label);
+    /// A gesture that is taken back leaves the values as they were before it, and no step.
+    [[nodiscard]] virtual CError* endEdit(int32_t key, bool isTakenBack);
+    [[nodiscard]] virtual CError* beginStep(const CString& label, int32_t key);
     [[nodiscard]] virtual CError* endStep();
     // False: this object is destroyed.
     template <class Call>

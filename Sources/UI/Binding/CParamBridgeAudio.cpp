@@ -137,8 +137,8 @@ double CParamBridgeAudio::realOf(int32_t group, int32_t element, double shown, c
     return shown == defaultValue(element) ? data().defaultValue(element) : info_->converter(0)->shownToValue(shown);
 }
 
-CError* CParamBridgeAudio::endEdit(int32_t key) {
-    return isActive() ? client()->endEdit(key) : nullptr;
+CError* CParamBridgeAudio::endEdit(int32_t key, bool isTakenBack) {
+    return isActive() ? client()->endEdit(key, isTakenBack) : nullptr;
 }
 
 CError* CParamBridgeAudio::editRefused(CAttributeMap& params) {
@@ -146,8 +146,8 @@ CError* CParamBridgeAudio::editRefused(CAttributeMap& params) {
     return nullptr;
 }
 
-CError* CParamBridgeAudio::beginStep(const CString& label) {
-    return isActive() ? client()->beginStep(label) : nullptr;
+CError* CParamBridgeAudio::beginStep(const CString& label, int32_t key) {
+    return isActive() ? client()->beginStep(label, key) : nullptr;
 }
 
 CError* CParamBridgeAudio::endStep() {

@@ -44,8 +44,8 @@ public:
 
 private:
     [[nodiscard]] CError* beginEdit(int32_t key, int32_t group, int32_t first, int32_t count) override;
-    [[nodiscard]] CError* endEdit(int32_t key) override;
-    [[nodiscard]] CError* beginStep(const CString& label) override;
+    [[nodiscard]] CError* endEdit(int32_t key, bool isTakenBack) override;
+    [[nodiscard]] CError* beginStep(const CString& label, int32_t key) override;
     [[nodiscard]] CError* endStep() override;
     [[nodiscard]] CError* countsChanged();
     [[nodiscard]] CError* editRefused(CAttributeMap& params);

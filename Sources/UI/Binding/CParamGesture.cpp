@@ -43,7 +43,7 @@ CError* CParamGesture::begin(CParamBridge& bridge, const CString& label) {
     TARV_TRY(begin());
     join(bridge);
     isStep_ = true;
-    return bridge.beginStep(label);
+    return bridge.beginStep(label, key_);
 }
 
 CParamEdit CParamGesture::edit(CParamBridge& bridge) {
@@ -99,10 +99,21 @@ CError* CParamGesture::end() {
     return bridge ? endAt(*bridge, key, isStep) : nullptr;
 }
 
-CError* CParamGesture::endAt(CParamBridge& bridge, int32_t key, bool isStep) {
+CError* CParamGesture::takeBack() {
+    if (!isActive()) {
+        return nullptr;
+    }
+    const int32_t key = std::exchange(key_, -1);
+    const bool isStep = std::exchange(isStep_, false);
+    CParamBridge* const bridge = bridges_.isEmpty() ? nullptr : bridges_[0];
+    forget([](const CElement&) { return true; });
+    return bridge ? endAt(*bridge, key, isStep, true) : nullptr;
+}
+
+CError* CParamGesture::endAt(CParamBridge& bridge, int32_t key, bool isStep, bool isTakenBack) {
     const CObjectWatch watch(bridge);
     CError* error = isStep ? bridge.endStep() : nullptr;
-    return error || !watch.isAlive() ? error : bridge.endEdit(key);
+    return error || !watch.isAlive() ? error : bridge.endEdit(key, isTakenBack);
 }
 
 void CParamGesture::cancel() {

@@ -54,8 +54,11 @@ public:
         return write(param, &value, 1, offset);
     }
     [[nodiscard]] CError* write(CUIParam& param, const double* values, int32_t count, int32_t offset = 0);
-    /// Ends it: a release, a capture that is lost, an escape. What was written stands.
+    /// Ends it: a release, a capture that is lost. What was written stands.
     [[nodiscard]] CError* end();
+    /// Ends it as if it had never begun: the values are to the bit what they were, and the history has no step of it.
+    /// A setting keeps what was written; its control writes it back before.
+    [[nodiscard]] CError* takeBack();
 
     /// A whole gesture of one value, such as a notch of the wheel or a step by a key. Those of one element that follow
     /// each other within kNotchSeconds are one step of the history. Without effect during another gesture.
@@ -89,7 +92,7 @@ private:
     void forget(Test&& test);
     /// Ends it as something else demands.
     void cancel();
-    [[nodiscard]] static CError* endAt(CParamBridge& bridge, int32_t key, bool isStep);
+    [[nodiscard]] static CError* endAt(CParamBridge& bridge, int32_t key, bool isStep, bool isTakenBack = false);
 
     // Of a bridge.
     void paramMoved(const CUIParam& param);

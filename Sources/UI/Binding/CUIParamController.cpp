@@ -28,6 +28,7 @@ CError* CUIParamController::initClass(CClassDescriptor& descriptor) {
     descriptor.addHandler<&CUIParamController::startScale>("start-scale");
     descriptor.addHandler<&CUIParamController::advanceScale>("advance-scale");
     descriptor.addHandler<&CUIParamController::finishScale>("finish-scale");
+    descriptor.addHandler<&CUIParamController::takeBackScale>("take-back-scale");
     descriptor.addHandler<&CUIParamController::invertScale>("invert-scale");
     descriptor.addHandler<&CUIParamController::tick>(kTimer);
     return nullptr;
@@ -148,6 +149,26 @@ CError* CUIParamController::finishScale() {
         return error;
     }
     return gesture_.end();
+}
+
+CError* CUIParamController::takeBackScale() {
+    if (!hasParam()) {
+        return nullptr;
+    }
+    stopTimer();
+    isPending_ = false;
+    const CObjectWatch watch(*this);
+    CUIParam* const setting = isOfSetting_ ? param_ : nullptr;
+    param_ = nullptr;
+    CError* error = setting ? gesture_.write(*setting, start_[0]) : nullptr;
+    if (!watch.isAlive()) {
+        return error;
+    }
+    CError* ended = gesture_.takeBack();
+    if (error) {
+        delete ended;
+    }
+    return error ? error : ended;
 }
 
 void CUIParamController::onGestureCancelled(CParamGesture&) {

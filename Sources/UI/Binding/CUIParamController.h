@@ -8,13 +8,14 @@ namespace tarv {
 /// Scales or mirrors a list of values together (`ui:ui-param-controller`): the elements from that of the param at
 /// `ui-param` on, as many as the param at `ui-param-count` says, without one all that the group stores. The paths are
 /// followed when a drag begins. Events of a drag button: `start-scale`; `advance-scale` with `scale`, the pixels since
-/// the press, and `is-shift`; `finish-scale`, also for a press that is cancelled. A value becomes
-/// axis + (value - axis) * 2^(pixels * drag-precision / 50), from the values at the start, so that a drag back to its
-/// start gives them back to the bit; with the shift key a pixel counts `shift-key-precision` of itself from where it
-/// was pressed. The axis is 0 with `is-axis-zero`, otherwise the mean of the values. What a drag sets is written at the
-/// ticks of the child `update-timer`, a `core:timer`: one that is declared, or one of `update-fps` a second (40 without
-/// one that is positive) while a drag lasts. A param that goes ends the drag. `invert-scale` mirrors the values about
-/// 0. A drag and an inversion are one gesture each. The editor's thread.
+/// the press, and `is-shift`; `finish-scale`, also for a press that is cancelled; `take-back-scale` gives the values of
+/// the start back and ends the drag. A value becomes axis + (value - axis) * 2^(pixels * drag-precision / 50), from the
+/// values at the start, so that a drag back to its start gives them back to the bit; with the shift key a pixel counts
+/// `shift-key-precision` of itself from where it was pressed. The axis is 0 with `is-axis-zero`, otherwise the mean of
+/// the values. What a drag sets is written at the ticks of the child `update-timer`, a `core:timer`: one that is
+/// declared, or one of `update-fps` a second (40 without one that is positive) while a drag lasts. A param that goes
+/// ends the drag. `invert-scale` mirrors the values about 0. A drag and an inversion are one gesture each. The editor's
+/// thread.
 class CUIParamController : public CObject, private CParamGesture::COwner {
 public:
     /// Fails without the object `ui.global-settings`, whose precisions count.
@@ -27,6 +28,7 @@ private:
     [[nodiscard]] CError* startScale();
     [[nodiscard]] CError* advanceScale(CAttributeMap& params);
     [[nodiscard]] CError* finishScale();
+    [[nodiscard]] CError* takeBackScale();
     [[nodiscard]] CError* invertScale();
     [[nodiscard]] CError* tick();
     void onGestureCancelled(CParamGesture& gesture) override;

@@ -68,6 +68,9 @@ bool CInputRouter::beginPress(CViewBaseCtlEvents& view, const CPointerEvent& eve
     const uint32_t serial = pressSerial_;
     drag_.begin(&view, event.button, info);
     pressedAt_ = clockSeconds();
+    if (view.isTakenBack()) {
+        system_.wantEscape(true);
+    }
     CEventParams params(pool_, CEventShape::Press, info);
     params.set("is-double-click", CAttributeValue::fromBool(event.isDouble));
     const bool isLeft = event.button == CPointerButton::Left;
@@ -81,6 +84,7 @@ bool CInputRouter::endPress(CViewBaseCtlEvents* view, CPointerButton button, boo
     ++pressSerial_;
     pressing_ = nullptr;
     follower_ = nullptr;
+    system_.wantEscape(false);
     if (!view) {
         return true;
     }
@@ -151,6 +155,19 @@ bool CInputRouter::cancelPress(bool isButtonUp) {
         drag_.dropView();
     }
     return endPress(view, button, false);
+}
+
+bool CInputRouter::takeBackPress() {
+    CViewBaseCtlEvents* const view = drag_.view();
+    if (!view) {
+        return false;
+    }
+    const CCall call(*this);
+    const uint32_t serial = pressSerial_;
+    if (sendPlain(*view, &CViewBaseCtlEvents::mouseTakeBack) && serial == pressSerial_ && drag_.view() == view) {
+        cancelPress(false);
+    }
+    return true;
 }
 
 void CInputRouter::captureLost() {

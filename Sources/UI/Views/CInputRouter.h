@@ -19,6 +19,8 @@ public:
     virtual void wantKeys(bool isWanted) = 0;
     /// The view with key focus is being destroyed. As wantKeys, but no handler may run inside the destructor.
     virtual void keyFocusGone() { wantKeys(false); }
+    /// A press is held that Escape takes back (CViewBaseCtlEvents::isTakenBack), or is so no longer.
+    virtual void wantEscape(bool isWanted) { (void)isWanted; }
     /// A handler has failed; takes the error.
     virtual void inputFailed(CError* error) = 0;
     /// Its views get no input for now: what opened a window in its way may be a handler that the router has called.
@@ -72,6 +74,10 @@ public:
     void update();
     /// Ends a press by a cancel, and hover: the window goes, or is deactivated.
     void cancel();
+
+    /// Takes a held press back: its view gets mouseTakeBack and a cancel. The button stays down for nothing. False
+    /// without one.
+    bool takeBackPress();
 
     /// As Space does: a press and a release in the middle of a view. False for one that takes no input, and while a
     /// button is down.

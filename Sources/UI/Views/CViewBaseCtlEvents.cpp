@@ -76,6 +76,10 @@ CError* CViewBaseCtlEvents::mouseCancelR(CAttributeMap& params) {
     return inputEvent("mouse-cancel-r", params);
 }
 
+CError* CViewBaseCtlEvents::mouseTakeBack(CAttributeMap& params) {
+    return inputEvent("mouse-take-back", params);
+}
+
 CError* CViewBaseCtlEvents::mouseWheel(CAttributeMap& params) {
     return inputEvent("mouse-wheel", params);
 }

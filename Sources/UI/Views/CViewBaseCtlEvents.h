@@ -32,6 +32,11 @@ public:
     [[nodiscard]] virtual CError* mouseReleaseR(CAttributeMap& params);
     [[nodiscard]] virtual CError* mouseCancel(CAttributeMap& params);
     [[nodiscard]] virtual CError* mouseCancelR(CAttributeMap& params);
+    /// The user takes the press back by Escape: what it has changed becomes what it was. Its cancel follows.
+    [[nodiscard]] virtual CError* mouseTakeBack(CAttributeMap& params);
+    /// A press of this view changes something before its release: the window sees to it that it gets an Escape. Those
+    /// that grab the keys, or stand in a window that has them, need not say so.
+    virtual bool isTakenBack() const { return false; }
     /// `delta` in notches, up is positive. Goes on to the parent unless setHandled was called.
     [[nodiscard]] virtual CError* mouseWheel(CAttributeMap& params);
     /// `keycode`, `is-tab`, and `characters`, what the key types. Unless setHandled was called, a tab moves the focus,

@@ -256,6 +256,11 @@ bool CViewBaseState::isInputView() const {
                        [](const CViewCommand* command) { return command->onEvent().startsWith("mouse-"); });
 }
 
+bool CViewBaseState::isTakenBack() const {
+    static const CString kEvent("mouse-take-back");
+    return hasCommandOn(kEvent);
+}
+
 CError* CViewBaseState::inputEvent(const CString& name, CAttributeMap& params) {
     // A command may add and remove others.
     CArray<CViewCommand*, 8> commands;

@@ -57,6 +57,8 @@ public:
     [[nodiscard]] CError* setInputState(CInputState state, bool isSet) override;
     /// Also a view with a command on an event of the mouse.
     bool isInputView() const override;
+    /// True with a command on `mouse-take-back`.
+    bool isTakenBack() const override;
 
     /// The look has changed: the view is drawn anew at the next render tick.
     virtual void requestRedraw() {}

@@ -58,6 +58,8 @@ public:
     void vanish();
     /// Cancels a press that is held, and takes hover and key focus from its views.
     void endInput();
+    /// Takes back a press that is held; false without one.
+    bool takeBackPress();
     bool isClosing() const { return isClosing_; }
     /// A call of a handler of this window runs.
     bool isBusy() const { return busy_ > 0; }
@@ -155,6 +157,7 @@ private:
     void capturePointer(bool isCaptured) override;
     void wantKeys(bool isWanted) override;
     void keyFocusGone() override;
+    void wantEscape(bool isWanted) override;
     void inputFailed(CError* error) override;
     void viewGone(const CViewBaseCtlEvents& view) override;
 
@@ -196,6 +199,8 @@ private:
     void grabKeys();
     /// The window has closed on the press of a key that it has taken: the release goes to the window that is left.
     void passKeyOn(int32_t code);
+    /// Escape takes back the press that is held in a window of the editor, and does nothing more until it is released.
+    bool takeBackBy(const CKeyEvent& event);
     /// False if this window has none that takes input.
     bool workDefaultView();
     /// The following give false if this window is gone.
@@ -244,8 +249,10 @@ private:
     bool areKeysLost_ = false;
     bool isCaptureLost_ = false;
     bool isGrabbing_ = false;
-    bool isEdited_ = false;    ///< a view that grabs keys has key focus
-    bool isAwaiting_ = false;  ///< the release of a key that a popup has taken
+    bool isEdited_ = false;       ///< a view that grabs keys has key focus
+    bool isHolding_ = false;      ///< a press that Escape takes back
+    bool isEscapeSpent_ = false;  ///< has taken a press back, and may still be down
+    bool isAwaiting_ = false;     ///< the release of a key that a popup has taken
     int32_t busy_ = 0;
     CAttributeMap params_;
 };

@@ -107,13 +107,16 @@ bool CWindow::onHostWheel(double notches) {
 
 bool CWindow::onKey(const CKeyEvent& event) {
     const CBusy busy(*this);
+    if (takeBackBy(event)) {
+        return true;
+    }
     if (isBlocked() && event.isDown) {
         return false;
     }
     // What the press has opened has the keys by now.
     const bool wasTaken = !event.isDown && shared_->keyReleased(*this, event.code);
-    // Here for the sake of a release only, it takes no other key from the host.
-    if (isAwaiting_ && event.isDown && !isEdited_ && !hasFocus_) {
+    // Here for the sake of a release or of an Escape only, it takes no other key from the host.
+    if ((isAwaiting_ || isHolding_) && event.isDown && !isEdited_ && !hasFocus_) {
         return false;
     }
     bool isTaken = router_.key(event) || wasTaken;
@@ -132,6 +135,26 @@ bool CWindow::onKey(const CKeyEvent& event) {
         passKeyOn(event.code);
     }
     return isTaken;
+}
+
+bool CWindow::takeBackPress() {
+    const CBusy busy(*this);
+    return router_.takeBackPress();
+}
+
+bool CWindow::takeBackBy(const CKeyEvent& event) {
+    if (event.code != kKeyEscape || !event.isDown) {
+        return false;
+    }
+    isEscapeSpent_ = isEscapeSpent_ && router_.heldKeys().indexOf(kKeyEscape) >= 0;
+    const CObjectWatch watch(*this);
+    // Its release is to come here, too.
+    isAwaiting_ = isAwaiting_ || isHolding_;
+    if (!isEscapeSpent_ && shared_->takeBackPress() && watch.isAlive()) {
+        isEscapeSpent_ = true;
+        router_.holdKey(kKeyEscape);
+    }
+    return !watch.isAlive() || isEscapeSpent_;
 }
 
 bool CWindow::workDefaultView() {
@@ -159,6 +182,7 @@ void CWindow::onKeysLost() {
     isGrabbing_ = false;
     isEdited_ = false;
     isAwaiting_ = false;
+    isHolding_ = false;
     // Another window of the editor passes the releases on.
     if (!shared_->keyWindow() || shared_->keyWindow() == this) {
         router_.forgetKeys();
@@ -194,6 +218,11 @@ void CWindow::keyFocusGone() {
     shared_->endSilence();
 }
 
+void CWindow::wantEscape(bool isWanted) {
+    isHolding_ = isWanted;
+    grabKeys();
+}
+
 void CWindow::moveKeys(bool isWanted) {
     const CViewBaseCtlEvents* focus = router_.keyFocus();
     const bool wasEdited = isEdited_;
@@ -217,7 +246,7 @@ void CWindow::moveKeys(bool isWanted) {
 }
 
 void CWindow::grabKeys() {
-    const bool isWanted = isEdited_ || isAwaiting_;
+    const bool isWanted = isEdited_ || isAwaiting_ || isHolding_;
     if (isOpen() && std::exchange(isGrabbing_, isWanted) != isWanted) {
         window_->grabKeys(isWanted);
     }

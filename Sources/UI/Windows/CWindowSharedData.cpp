@@ -81,6 +81,15 @@ bool CWindowSharedData::keyReleased(const CWindow& in, int32_t code) {
     return wasTaken;
 }
 
+bool CWindowSharedData::takeBackPress() {
+    for (CWindow* window : windows_) {
+        if (window->takeBackPress()) {
+            return true;  // its handlers may have destroyed the tree
+        }
+    }
+    return false;
+}
+
 void CWindowSharedData::endCall() {
     if (--calls_ > 0 || !whenDone_) {
         return;

@@ -34,6 +34,8 @@ public:
     CViewBaseCtlEvents* viewAt(int32_t x, int32_t y) const;
     /// A window has got the release of a key: true if the press was taken by another one, which forgets it.
     bool keyReleased(const CWindow& in, int32_t code);
+    /// Takes back the press that is held in one of the windows; false without one.
+    bool takeBackPress();
 
     /// The window that the pointer is in, and the one whose view has key focus; null for none.
     CWindow* mouseWindow() const { return mouseWindow_; }

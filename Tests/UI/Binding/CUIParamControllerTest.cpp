@@ -118,6 +118,23 @@ TEST_F(UIParamController, ADragBackToItsStartGivesTheValuesBackToTheBit) {
     }
 }
 
+TEST_F(UIParamController, ADragThatIsTakenBackWritesNothingMore) {
+    openController();
+    event("start-scale");
+    event("advance-scale", 50.0);
+    tick();
+    const size_t count = engine_->sets.size();
+    event("advance-scale", 70.0);
+    event("take-back-scale");
+    EXPECT_FALSE(isScaling());
+    event("advance-scale", 90.0);
+    event("finish-scale");
+    system_.advance(1.0);
+    EXPECT_EQ(engine_->sets.size(), count) << "the engine has the values of the start";
+    event("take-back-scale");
+    EXPECT_EQ(engine_->sets.size(), count);
+}
+
 TEST_F(UIParamController, ValuesAreClampedAndComeBackFromBeyondTheRange) {
     openController();
     event("start-scale");

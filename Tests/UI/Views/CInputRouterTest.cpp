@@ -97,6 +97,20 @@ TEST_F(CInputRouterTest, ADragOutOfAViewAndBackEndsInARelease) {
     EXPECT_EQ(heard(), "a-pushed a.mouse-release");
 }
 
+TEST_F(CInputRouterTest, APressThatIsTakenBackIsCancelledAndItsReleaseIsNobodys) {
+    buildTwo();
+    EXPECT_FALSE(window.router->takeBackPress()) << "none is held";
+    press(10, 10);
+    heard();
+    EXPECT_TRUE(window.router->takeBackPress());
+    EXPECT_EQ(heard(), "a.mouse-take-back a-pushed a.mouse-cancel");
+    EXPECT_FALSE(window.router->takeBackPress());
+    move(60, 10);
+    EXPECT_EQ(heard(), "") << "the button is still down";
+    release(60, 10);
+    EXPECT_EQ(heard(), "a-hover a.mouse-exit b.mouse-enter b+hover");
+}
+
 TEST_F(CInputRouterTest, ACaptureThatIsLostCancelsAndHoverStartsAnew) {
     buildTwo();
     press(10, 10);

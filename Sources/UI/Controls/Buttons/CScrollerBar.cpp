@@ -272,6 +272,12 @@ CError* CScrollerBar::mouseCancel(CAttributeMap& params) {
     return error || !watch.isAlive() ? error : CView::mouseCancel(params);
 }
 
+CError* CScrollerBar::mouseTakeBack(CAttributeMap& params) {
+    const CObjectWatch watch(*this);
+    CError* error = isDragged_ || isPaging_ ? setOffset(pressOffset_) : nullptr;
+    return error || !watch.isAlive() ? error : CView::mouseTakeBack(params);
+}
+
 CError* CScrollerBar::mouseWheel(CAttributeMap& params) {
     const CObjectWatch watch(*this);
     CError* error = CView::mouseWheel(params);

@@ -33,6 +33,7 @@ public:
     [[nodiscard]] CError* mouseMove(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseRelease(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseCancel(CAttributeMap& params) override;
+    [[nodiscard]] CError* mouseTakeBack(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseWheel(CAttributeMap& params) override;
     [[nodiscard]] CError* autoClick(CAttributeMap& params) override;
     [[nodiscard]] CError* setInputState(CInputState state, bool isSet) override;

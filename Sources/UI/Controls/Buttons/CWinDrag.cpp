@@ -13,6 +13,8 @@ CError* CWinDrag::mousePress(CAttributeMap& params) {
     isHeld_ = isDraggable();
     heldX_ = pixels(params["actual-x"].asReal());
     heldY_ = pixels(params["actual-y"].asReal());
+    const auto* own = isHeld_ ? dynamic_cast<CWindow*>(window()) : nullptr;
+    boundsBefore_ = own ? own->screenBounds() : CIntRect();
     return CFrame::mousePress(params);
 }
 
@@ -35,6 +37,14 @@ CError* CWinDrag::mouseRelease(CAttributeMap& params) {
 CError* CWinDrag::mouseCancel(CAttributeMap& params) {
     isHeld_ = false;
     return CFrame::mouseCancel(params);
+}
+
+CError* CWinDrag::mouseTakeBack(CAttributeMap& params) {
+    auto* own = isHeld_ ? dynamic_cast<CWindow*>(window()) : nullptr;
+    if (own) {
+        own->moveTo(boundsBefore_.left, boundsBefore_.top);
+    }
+    return CFrame::mouseTakeBack(params);
 }
 
 CError* CWinDrag::inputEvent(const CString& name, CAttributeMap& params) {

@@ -16,6 +16,7 @@ public:
     [[nodiscard]] CError* mouseMove(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseRelease(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseCancel(CAttributeMap& params) override;
+    [[nodiscard]] CError* mouseTakeBack(CAttributeMap& params) override;
 
 protected:
     [[nodiscard]] CError* inputEvent(const CString& name, CAttributeMap& params) override;
@@ -26,6 +27,7 @@ private:
     /// Where the pointer holds the window, in pixels of it.
     int32_t heldX_ = 0;
     int32_t heldY_ = 0;
+    CIntRect boundsBefore_;  ///< of the window at the press
     bool isHeld_ = false;
 };
 

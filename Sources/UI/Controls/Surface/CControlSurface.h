@@ -71,6 +71,7 @@ public:
     [[nodiscard]] CError* mousePress(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseRelease(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseCancel(CAttributeMap& params) override;
+    [[nodiscard]] CError* mouseTakeBack(CAttributeMap& params) override;
     [[nodiscard]] CError* mousePressR(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseWheel(CAttributeMap& params) override;
     [[nodiscard]] CError* keyPress(CAttributeMap& params) override;
@@ -209,6 +210,7 @@ private:
     [[nodiscard]] CError* paintTo(const CSurfacePointer& pointer);
     [[nodiscard]] CError* timerTick();
     [[nodiscard]] CError* endDrag();
+    [[nodiscard]] CError* takeBackDrag();
     [[nodiscard]] CError* resetPoints(int32_t first, int32_t count);
     [[nodiscard]] CError* erasePoint(int32_t point);
     bool moves(CRole role) const;
@@ -278,6 +280,7 @@ private:
     bool isListStale_ = false;    ///< a group has gone
     bool isExportStale_ = false;  ///< the hovered point has another value, or a hand takes or leaves it
     CSurfaceDrag drag_;
+    double valueBefore_ = 0.0;  ///< of the first bar, at the press
     CParamGesture gesture_{this};
     int32_t hovered_ = -1;
     int32_t selected_ = -1;

@@ -28,6 +28,7 @@ CError* CControlSurface::pressPoint(int32_t point, const CSurfacePointer& pointe
     dragged_ = editable_;
     isExportStale_ = true;
     drag_.begin(mode, point, pointer);
+    valueBefore_ = dragged_->paramValue(dragged_->barRole(), 0);
     const CObjectWatch watch(*this);
     CError* error =
         beginGesture({moves(CRole::X) ? CRole::X : CRole::Y, moves(CRole::Y) ? CRole::Y : CRole::X}, "Point change");
@@ -161,6 +162,30 @@ CError* CControlSurface::endDrag() {
         std::exchange(dragged_, nullptr)->release();
     }
     return error;
+}
+
+/// All is as before the press, and the button is held for nothing.
+CError* CControlSurface::takeBackDrag() {
+    if (!drag_.isActive() || !dragged_) {
+        return nullptr;
+    }
+    drag_.stop();
+    isExportStale_ = true;
+    const CObjectWatch watch(*this);
+    CUIParam* const param = dragged_->param(dragged_->barRole());
+    const bool isSetting = isSliderMode_ && param && param->isActive() && !param->bridge();
+    CError* error = isSetting ? gesture_.write(*param, valueBefore_) : nullptr;
+    if (!watch.isAlive()) {
+        return error;
+    }
+    CError* ended = gesture_.takeBack();
+    if (error) {
+        delete ended;
+    }
+    if (watch.isAlive() && dragged_) {
+        dragged_->release();
+    }
+    return error ? error : ended;
 }
 
 /// Another group, a preset, a step of the history: the new values stand, and the button is held for nothing.

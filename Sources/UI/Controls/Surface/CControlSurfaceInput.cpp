@@ -193,6 +193,12 @@ CError* CControlSurface::mouseCancel(CAttributeMap& params) {
     return watch.isAlive() ? setHovered(-1) : nullptr;
 }
 
+CError* CControlSurface::mouseTakeBack(CAttributeMap& params) {
+    const CObjectWatch watch(*this);
+    TARV_TRY(takeBackDrag());
+    return watch.isAlive() ? CView::mouseTakeBack(params) : nullptr;
+}
+
 CError* CControlSurface::mouseWheel(CAttributeMap& params) {
     static const CString kDelta("delta");
     const CSurfacePointer pointer = CSurfacePointer::of(params);

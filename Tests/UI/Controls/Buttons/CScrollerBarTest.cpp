@@ -87,6 +87,26 @@ TEST_F(CScrollerBarTest, AListenerOfADragMayDestroyTheBar) {
     turn();
 }
 
+TEST_F(CScrollerBarTest, ADragThatIsTakenBackScrollsToItsStart) {
+    CScrollerBar& bar = add();
+    set(object("w.v"), "offset-y", "0.25");
+    turn();
+    listen(bar, {"scroll-start", "scroll-stop"});
+    pointAt(bar, 6, 30);
+    system_.input().press();
+    pointAt(bar, 6, 50);
+    ASSERT_NE(offset(), 0.25);
+    system_.desktop().activate(window_->handle());
+    system_.input().tap(kKeyEscape);
+    turn();
+    EXPECT_EQ(offset(), 0.25);
+    pointAt(bar, 6, 60);
+    system_.input().release();
+    turn();
+    EXPECT_EQ(offset(), 0.25);
+    EXPECT_EQ(heard(), "scroll-start scroll-stop");
+}
+
 TEST_F(CScrollerBarTest, ADragFollowsThePointerOneToOne) {
     CScrollerBar& bar = add();
     listen(bar, {"scroll-start", "scroll", "scroll-stop"});

@@ -54,6 +54,23 @@ TEST_F(CWinDragTest, APressOnTheTitleDragsTheWindow) {
     EXPECT_EQ(place(), "-60,90 120x80");
 }
 
+TEST_F(CWinDragTest, ADragThatIsTakenBackPutsTheWindowWhereItWas) {
+    openDialog({{"is-window-draggable", "true"}});
+    start = dialog->screenBounds();
+    moveIn(30, 10);
+    system.input().press();
+    system.input().move(system.input().x() + 25, system.input().y() + 7);
+    EXPECT_EQ(place(), "25,7 120x80");
+    EXPECT_TRUE(system.input().tap(kKeyEscape));
+    EXPECT_EQ(place(), "0,0 120x80");
+    system.input().move(system.input().x() + 25, system.input().y());
+    system.input().release();
+    EXPECT_EQ(place(), "0,0 120x80");
+    ASSERT_TRUE(popupWindow("dialog"));
+    EXPECT_TRUE(system.input().tap(kKeyEscape));
+    EXPECT_FALSE(popupWindow("dialog"));
+}
+
 TEST_F(CWinDragTest, AControlKeepsItsPress) {
     openDialog({{"is-window-draggable", "true"}});
     start = dialog->screenBounds();
