@@ -66,6 +66,50 @@ TEST_F(ParamUndo, AStepIsUndoneAndRedone) {
     EXPECT_EQ(mute(), 1);
 }
 
+TEST_F(ParamUndo, AGestureThatIsTakenBackLeavesTheListAsItWas) {
+    step("a", "eq.gains", 5);
+    step("b", "eq.gains", 6);
+    step("c", "eq.gains", 7);
+    history().undo(2);
+    step("drag", "eq.gains", 8, 4);
+    step("drag", "eq.gains", 9, 4);
+    EXPECT_EQ(tree_.labels(), "Undo history start,a,*drag");
+    history().takeBack(5);
+    EXPECT_EQ(gain(), 9) << "of another gesture";
+    history().takeBack(4);
+    EXPECT_EQ(tree_.labels(), "Undo history start,*a,b,c");
+    EXPECT_EQ(gain(), 5);
+    history().redo(2);
+    EXPECT_EQ(gain(), 7);
+    history().takeBack(kNoKey);
+    EXPECT_EQ(tree_.labels(), "Undo history start,a,b,*c") << "a step without a gesture";
+}
+
+TEST_F(ParamUndo, AGestureThatIsTakenBackBringsTheOldestStepBack) {
+    for (int i = 1; i <= 32; ++i) {
+        step("s" + std::to_string(i), "eq.gains", i);
+    }
+    step("drag", "eq.gains", 100, 4);
+    EXPECT_EQ(history().getStepLabels()[1], "s2");
+    history().takeBack(4);
+    EXPECT_EQ(history().getStepLabels().count(), 33);
+    EXPECT_EQ(history().getStepLabels()[1], "s1");
+    history().undo(32);
+    EXPECT_EQ(gain(), 0);
+}
+
+TEST_F(ParamUndo, OfAGestureBehindOneThatWasUndoneOnlyItsOwnStepIsTakenBack) {
+    step("drag", "eq.gains", 8, 4);
+    history().undo(1);
+    history().takeBack(4);
+    EXPECT_EQ(tree_.labels(), "*Undo history start,drag");
+    history().redo(1);
+    step("other", "out.mute", 1, 6);
+    history().takeBack(4);
+    EXPECT_EQ(gain(), 8);
+    EXPECT_EQ(tree_.labels(), "Undo history start,drag,*other");
+}
+
 TEST_F(ParamUndo, MovesEndAtTheEndsOfTheList) {
     history().undo(1);
     history().redo(1);
