@@ -80,7 +80,8 @@ std::vector<std::string> variablesFor(CWindowHandle owner) {
     return variables;
 }
 
-/// Starts the program with its output in `pipe`; the system's number of a failure, otherwise 0.
+/// Starts the program with its output in `pipe` and without its warnings; the system's number of a failure, otherwise
+/// 0.
 int start(const CFileDialogRequest& request, int pipe, pid_t& process) {
     std::vector<std::string> arguments = argumentsOf(request);
     std::vector<std::string> variables = variablesFor(request.owner);
@@ -90,6 +91,8 @@ int start(const CFileDialogRequest& request, int pipe, pid_t& process) {
     posix_spawnattr_init(&attributes);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     posix_spawn_file_actions_adddup2(&actions, pipe, STDOUT_FILENO);
+    // Its warnings would appear among the messages of the host.
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     // Signals as a program expects them, whatever the host has blocked or ignores.
     sigset_t none;
     sigset_t all;

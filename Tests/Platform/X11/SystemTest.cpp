@@ -299,6 +299,15 @@ TEST_F(X11FileDialog, GivingUpIsNoErrorAndABrokenProgramIs) {
     EXPECT_EQ(message, u"The file dialog has ended with an error.");
 }
 
+TEST_F(X11FileDialog, WarningsOfTheProgramStayOutOfTheHostsMessages) {
+    makeProgram("echo a warning >&2\necho /tmp/preset\n");
+    testing::internal::CaptureStderr();
+    const bool isChosen = system.askForFile(request, path, message);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_TRUE(isChosen);
+    EXPECT_EQ(path, u"/tmp/preset");
+}
+
 TEST_F(X11FileDialog, WindowsAndTimersGoOnWhileItIsOpen) {
     // It waits for a sign that only a timer of this program gives.
     const std::string sign = folder / "sign";
