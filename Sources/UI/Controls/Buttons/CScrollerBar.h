@@ -34,6 +34,7 @@ public:
     [[nodiscard]] CError* mouseRelease(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseCancel(CAttributeMap& params) override;
     [[nodiscard]] CError* mouseTakeBack(CAttributeMap& params) override;
+    bool isTakenBack() const override { return true; }
     [[nodiscard]] CError* mouseWheel(CAttributeMap& params) override;
     [[nodiscard]] CError* autoClick(CAttributeMap& params) override;
     [[nodiscard]] CError* setInputState(CInputState state, bool isSet) override;

@@ -68,6 +68,7 @@ TEST_F(CWinDragTest, ADragThatIsTakenBackPutsTheWindowWhereItWas) {
     EXPECT_EQ(place(), "0,0 120x80");
     ASSERT_TRUE(popupWindow("dialog"));
     EXPECT_TRUE(system.input().tap(kKeyEscape));
+    system.advance(0.1);
     EXPECT_FALSE(popupWindow("dialog"));
 }
 
