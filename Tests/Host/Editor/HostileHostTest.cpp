@@ -145,6 +145,7 @@ protected:
         HostEditorTest::SetUp();
         CHeapWatch::prepare(*library);
         ASSERT_TRUE(second.open(library->entry()));
+        factoryBank = effect.chunk(false);
         desk.destroyParent(parent);
         parent = desk.openParent(kWidth, kHeight);
         otherParent = desk.openParent(kWidth, kHeight);
@@ -205,6 +206,7 @@ protected:
     CVstHost second;
     void* otherParent = nullptr;
     std::string chunks[2];
+    std::string factoryBank;
 };
 
 void HostileHost::hand(const CIntRect& kept) {
@@ -279,8 +281,11 @@ void HostileHost::playCalmly(CAutomation& automation, double seconds) {
     automation.setCalm(false);
 }
 
-/// With both editors closed, after a part of the time.
+/// With both editors closed, after a part of the time. Presets that hands have stored, and programs that steps of the
+/// history keep, are the user's: a bank from the host ends both.
 int64_t HostileHost::recordMemory(double part) {
+    EXPECT_TRUE(effect.setChunk(factoryBank, false));
+    EXPECT_TRUE(second.setChunk(factoryBank, false));
     const int64_t memory = CHostDesk::held().memory;
     const std::string name = std::to_string(part).substr(0, 4);
     RecordProperty("memory-" + name, std::to_string(memory));
