@@ -80,8 +80,8 @@ std::vector<std::string> variablesFor(CWindowHandle owner) {
     return variables;
 }
 
-/// Starts the program with its output in `pipe` and without its warnings; the system's number of a failure, otherwise
-/// 0.
+/// Starts the program with its output in `pipe` and without its warnings. Returns the system's number of a failure,
+/// otherwise 0.
 int start(const CFileDialogRequest& request, int pipe, pid_t& process) {
     std::vector<std::string> arguments = argumentsOf(request);
     std::vector<std::string> variables = variablesFor(request.owner);

@@ -89,25 +89,23 @@ CError* CParamGesture::send(CUIParam& param, const double* values, int32_t count
 }
 
 CError* CParamGesture::end() {
-    if (!isActive()) {
-        return nullptr;
-    }
-    const int32_t key = std::exchange(key_, -1);
-    const bool isStep = std::exchange(isStep_, false);
-    CParamBridge* const bridge = bridges_.isEmpty() ? nullptr : bridges_[0];
-    forget([](const CElement& element) { return !element.isWritten || element.isAnswered; });
-    return bridge ? endAt(*bridge, key, isStep) : nullptr;
+    return end(false);
 }
 
 CError* CParamGesture::takeBack() {
+    return end(true);
+}
+
+CError* CParamGesture::end(bool isTakenBack) {
     if (!isActive()) {
         return nullptr;
     }
     const int32_t key = std::exchange(key_, -1);
     const bool isStep = std::exchange(isStep_, false);
     CParamBridge* const bridge = bridges_.isEmpty() ? nullptr : bridges_[0];
-    forget([](const CElement&) { return true; });
-    return bridge ? endAt(*bridge, key, isStep, true) : nullptr;
+    // What was written shows until its answer comes, unless it is taken back.
+    forget([=](const CElement& element) { return isTakenBack || !element.isWritten || element.isAnswered; });
+    return bridge ? endAt(*bridge, key, isStep, isTakenBack) : nullptr;
 }
 
 CError* CParamGesture::endAt(CParamBridge& bridge, int32_t key, bool isStep, bool isTakenBack) {

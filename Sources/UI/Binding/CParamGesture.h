@@ -90,6 +90,7 @@ private:
     void join(CParamBridge& bridge);
     template <class Test>
     void forget(Test&& test);
+    [[nodiscard]] CError* end(bool isTakenBack);
     /// Ends it as something else demands.
     void cancel();
     [[nodiscard]] static CError* endAt(CParamBridge& bridge, int32_t key, bool isStep, bool isTakenBack = false);

@@ -88,8 +88,8 @@ protected:
             system_.advance(kTick);
         });
     }
-    /// Of a notch of the wheel as it comes to the engine, and back, without a hand. In an effect of its own, since each
-    /// step of the history makes the list longer that editors get.
+    /// Blocks that the messages of one notch take: the value goes to the engine and comes back, without a hand. A new
+    /// effect is started, because each step makes the list of the history longer, which editors get.
     uint64_t costOfANotch(const char* bridge, int32_t element, double step) {
         end();
         start();
