@@ -27,6 +27,8 @@ struct alignas(32) CContextBuffer {
     uint16_t dataOffset;  ///< bytes from the start of the allocation to `data`
     uint8_t sizeClass;    ///< the storage has room for kSmallestStorage << sizeClass bytes
 
+    /// Exactly `count` queued operations read the buffer, and nobody else refers to it.
+    bool isReadByOnly(uint64_t count) const { return state == count * (kOneReference + kOneReader); }
     int32_t references() const { return static_cast<int32_t>(state & kReferences); }
     /// Bytes.
     int32_t capacity() const { return data ? kSmallestStorage << sizeClass : 0; }

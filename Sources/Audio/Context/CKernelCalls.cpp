@@ -1,10 +1,26 @@
 #include "Audio/Context/CKernelCalls.h"
 
+#include "Audio/Context/CContextBuffer.h"
+
 namespace tarv {
 
-void CKernelCalls::callChain(CChainFunction chain, COperation* const* const* stages, int32_t count) {
+void CKernelCalls::record(const CKernel& kernel, CKernelBatchFunction together, CQueuedOperation* const* batch,
+                          int32_t count) {
+    COperation* operations[kMaxBatch] = {};
+    uint8_t lastReads[kMaxBatch] = {};
+    for (int32_t i = 0; i < count; ++i) {
+        operations[i] = batch[i];
+        for (int32_t j = 0; j < kernel.operandCount; ++j) {
+            lastReads[i] |= static_cast<uint8_t>(batch[i]->buffers[j]->isReadByOnly(1) << j);
+        }
+    }
+    recording_.add(kernel.function, together, operations, lastReads, count);
+}
+
+void CKernelCalls::callChain(CChainFunction chain, COperation* const* const* stages, const uint8_t* lastReads,
+                             int32_t count) {
     if (isRecording_) {
-        recording_.addChain(chain, stages, count);
+        recording_.addChain(chain, stages, lastReads, count);
     }
     chain(stages, count);
     ++callCount_;
@@ -16,9 +32,12 @@ void CKernelCalls::startRecording() {
     isRecorded_ = false;
 }
 
-bool CKernelCalls::endRecording() {
+bool CKernelCalls::endRecording(CRunJoiner* joiner) {
     isRecording_ = false;
     isRecorded_ = recording_.isWhole();
+    if (isRecorded_ && joiner != nullptr) {
+        recording_.join(*joiner);
+    }
     return isRecorded_;
 }
 

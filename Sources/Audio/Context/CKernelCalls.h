@@ -18,7 +18,7 @@ public:
         std::copy_n(batch, count, operations);
         const CKernelBatchFunction together = count > 1 ? kernel.batch : nullptr;
         if (isRecording_) [[unlikely]] {
-            recording_.add(kernel.function, together, operations, count);
+            record(kernel, together, batch, count);
         }
         if (together != nullptr) {
             together(operations, count);
@@ -30,13 +30,13 @@ public:
         }
         callCount_ += static_cast<uint64_t>(count);
     }
-    /// Runs `count` channels of a chain.
-    void callChain(CChainFunction chain, COperation* const* const* stages, int32_t count);
+    /// Runs `count` channels of a chain; `lastReads` as CRecordedRun::addChain documents it.
+    void callChain(CChainFunction chain, COperation* const* const* stages, const uint8_t* lastReads, int32_t count);
 
     /// All calls up to endRecording are recorded.
     void startRecording();
-    /// False if there were too many calls to be kept.
-    bool endRecording();
+    /// False if there were too many calls to be kept. `joiner` may be null.
+    bool endRecording(CRunJoiner* joiner);
     /// Something changed that the recorded run does not know: it must not be repeated.
     void dropRecording() { isRecorded_ = false; }
     /// A run was recorded and not dropped since.
@@ -48,7 +48,12 @@ public:
     uint64_t callCount() const { return callCount_; }
     uint64_t repeatCount() const { return repeatCount_; }
 
+    /// Calls of the recorded run, those that stand for several, and operations.
+    const CRecordedRun& recording() const { return recording_; }
+
 private:
+    void record(const CKernel& kernel, CKernelBatchFunction together, CQueuedOperation* const* batch, int32_t count);
+
     CRecordedRun recording_;
     bool isRecording_ = false;
     bool isRecorded_ = false;

@@ -165,7 +165,7 @@ void CQPLEXContext::startRecording() {
 
 bool CQPLEXContext::endRecording() {
     flush();
-    return calls_.endRecording();
+    return calls_.endRecording(joiner_.get());
 }
 
 CContextCounters CQPLEXContext::counters() const {

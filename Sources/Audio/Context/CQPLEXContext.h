@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
+#include <utility>
 
 #include "Audio/Context/CBufferClaims.h"
 #include "Audio/Context/CBufferTable.h"
@@ -43,6 +45,8 @@ public:
     /// Sets the one chain: three kernels that `function` runs in one loop when operations of them stand in series and
     /// no other operation is issued in between. A number of -1 in it: nothing happens.
     void registerChain(const int32_t (&kernelNumbers)[kChainStages], CChainFunction function);
+    /// Sets the one joiner of recorded runs.
+    void setJoiner(std::unique_ptr<CRunJoiner> joiner) { joiner_ = std::move(joiner); }
     int32_t kernelCount() const { return kernels_.count(); }
     const CKernel& kernel(int32_t number) const { return kernels_[number]; }
     /// The number of a common kernel; -1 until setCommonKernel names it.
@@ -147,6 +151,9 @@ public:
     /// them, and outputs are written to where it wrote them.
     void repeat() { calls_.repeat(); }
 
+    /// The run that `repeat` makes again.
+    const CRecordedRun& recordedRun() const { return calls_.recording(); }
+
     CContextCounters counters() const;
 
 private:
@@ -167,6 +174,7 @@ private:
     CBufferClaims claims_;
     COperationChain chain_;
     CKernelCalls calls_;
+    std::unique_ptr<CRunJoiner> joiner_;
     uint64_t issued_ = 0;
     uint64_t rejected_ = 0;
     uint64_t flushes_ = 0;

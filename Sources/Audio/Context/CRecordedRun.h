@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Audio/Context/COperation.h"
+#include "Audio/Context/CRunJoiner.h"
 #include "Core/CHeap.h"
 
 namespace tarv {
@@ -16,35 +17,44 @@ public:
     CRecordedRun& operator=(const CRecordedRun&) = delete;
 
     void clear();
-    /// Adds a kernel on each of `count` operations, one by one or, with `batch`, in one call.
-    void add(CKernelFunction function, CKernelBatchFunction batch, COperation* const* operations, int32_t count);
-    /// Adds a chain; `stages` as CChainFunction documents it.
-    void addChain(CChainFunction chain, COperation* const* const* stages, int32_t count);
+    /// Adds a kernel on each of `count` operations, one by one or, with `batch`, in one call. `lastReads` of each: bit j
+    /// says that nobody else reads what stands in operand j.
+    void add(CKernelFunction function, CKernelBatchFunction batch, COperation* const* operations,
+             const uint8_t* lastReads, int32_t count);
+    /// Adds a chain; `stages` as CChainFunction documents it, `lastReads` of its first stage. Bit kLinkOperand says that
+    /// nobody but the chain reads it.
+    void addChain(CChainFunction chain, COperation* const* const* stages, const uint8_t* lastReads, int32_t count);
+    /// Lets a joiner replace calls by fewer ones.
+    void join(CRunJoiner& joiner);
     /// All that was added had room.
     bool isWhole() const { return isWhole_; }
     int32_t operationCount() const { return operationCount_; }
     int32_t callCount() const { return callCount_; }
+    /// Calls that stand for several.
+    int32_t joinedCount() const { return joinedCount_; }
     /// Makes the calls again, in order.
     void run() const;
 
 private:
-    static constexpr int32_t kMostOperations = 1024;
+    // Twice what eight channels with ten bands take at eight times the rate.
+    static constexpr int32_t kMostOperations = 768;
+    static constexpr int32_t kMostCalls = 384;
+    /// Room for what eight channels with ten bands need in any set of instructions.
+    static constexpr int32_t kPlanBytes = 48 << 10;
 
-    struct CCall {
-        CKernelFunction function;
-        CKernelBatchFunction batch;
-        CChainFunction chain;
-        int32_t first;
-        int32_t count;
-    };
-
-    bool takeCall(const CCall& call, int32_t operationCount);
-    void append(const COperation& operation) { operations_[operationCount_++] = operation; }
+    bool takeCall(const CRecordedCall& call, int32_t operationCount);
+    void append(const COperation& operation, uint8_t lastReads) {
+        lastReads_[operationCount_] = lastReads;
+        operations_[operationCount_++] = operation;
+    }
 
     COperation* operations_;
-    CCall* calls_;
+    uint8_t* lastReads_;  ///< of each operation
+    CRecordedCall* calls_;
+    uint8_t* plans_;
     int32_t operationCount_ = 0;
     int32_t callCount_ = 0;
+    int32_t joinedCount_ = 0;
     bool isWhole_ = true;
 };
 

@@ -1,0 +1,10 @@
+# Waves in each set of instructions. A file of a wider set may hold nothing that other files share: the linker keeps one
+# copy of an inline function, and it would be that of the wider set. Without the header of the standard library that
+# all others begin with.
+set(TARV_WAVE_FOLDER ${CMAKE_SOURCE_DIR}/Sources/Audio/Kernels/Wave)
+set_source_files_properties(${TARV_WAVE_FOLDER}/WaveAvx2.cpp PROPERTIES COMPILE_OPTIONS "-mavx2"
+    SKIP_PRECOMPILE_HEADERS ON)
+# The compiler's own header warns of what it leaves undefined on purpose.
+set_source_files_properties(${TARV_WAVE_FOLDER}/WaveAvx512.cpp PROPERTIES
+    COMPILE_OPTIONS "-mavx512f;-mavx512dq;-Wno-uninitialized;$<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>"
+    SKIP_PRECOMPILE_HEADERS ON)

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <immintrin.h>
+
+#include <cstdint>
+
+namespace tarv {
+
+namespace {
+
+/// Eight 64-bit floats; as those of LanesSse2.h.
+struct CLanes {
+    static constexpr int32_t kWidth = 8;
+    __m512d v;
+
+    CLanes() = default;
+    CLanes(__m512d value) : v(value) {}
+    explicit CLanes(double value) : v(_mm512_set1_pd(value)) {}
+
+    template <int32_t C>
+    static CLanes gather(const double* const* p, int64_t i) {
+        if constexpr (C == 1) {
+            return _mm512_set_pd(p[0][i], 0, 0, 0, 0, 0, 0, 0);
+        } else if constexpr (C == 2) {
+            return _mm512_set_pd(p[1][i], p[0][i], 0, 0, 0, 0, 0, 0);
+        } else if constexpr (C == 4) {
+            return _mm512_set_pd(p[3][i], p[2][i], p[1][i], p[0][i], 0, 0, 0, 0);
+        } else {
+            return _mm512_set_pd(p[7][i], p[6][i], p[5][i], p[4][i], p[3][i], p[2][i], p[1][i], p[0][i]);
+        }
+    }
+    template <int32_t C>
+    void scatter(double* const* channels, int64_t i, int32_t first) const {
+        double lanes[kWidth];
+        _mm512_storeu_pd(lanes, v);
+#pragma GCC unroll 8
+        for (int32_t c = 0; c < C; ++c) {
+            channels[c][i] = lanes[first + c];
+        }
+    }
+    template <int32_t C>
+    static CLanes follow(CLanes neighbour, CLanes own) {
+        if constexpr (C == 8) {
+            return neighbour;
+        } else {
+            return _mm512_castsi512_pd(
+                _mm512_alignr_epi64(_mm512_castpd_si512(own.v), _mm512_castpd_si512(neighbour.v), 8 - C));
+        }
+    }
+
+    friend CLanes operator+(CLanes a, CLanes b) { return _mm512_add_pd(a.v, b.v); }
+    friend CLanes operator-(CLanes a, CLanes b) { return _mm512_sub_pd(a.v, b.v); }
+    friend CLanes operator*(CLanes a, CLanes b) { return _mm512_mul_pd(a.v, b.v); }
+};
+
+/// One bit a lane.
+struct CLaneMask {
+    __mmask8 m;
+
+    friend CLaneMask operator&(CLaneMask a, CLaneMask b) { return {static_cast<__mmask8>(a.m & b.m)}; }
+};
+
+inline CLanes root(CLanes a) {
+    return _mm512_sqrt_pd(a.v);
+}
+inline CLaneMask isAbove(CLanes a, CLanes b) {
+    return {_mm512_cmp_pd_mask(a.v, b.v, _CMP_GT_OQ)};
+}
+inline CLaneMask isAtLeast(CLanes a, CLanes b) {
+    return {_mm512_cmp_pd_mask(a.v, b.v, _CMP_GE_OQ)};
+}
+inline CLanes select(CLaneMask condition, CLanes a, CLanes b) {
+    return _mm512_mask_blend_pd(condition.m, b.v, a.v);
+}
+inline CLaneMask maskOf(CLanes bits) {
+    const __m512i lanes = _mm512_castpd_si512(bits.v);
+    return {_mm512_test_epi64_mask(lanes, lanes)};
+}
+inline bool isAny(CLaneMask condition) {
+    return condition.m != 0;
+}
+
+}  // namespace
+
+}  // namespace tarv

@@ -1,0 +1,382 @@
+#pragma once
+
+// The loop of the wavefront, for the file of each instruction set alone. All in it has internal linkage and nothing of
+// it is shared: a linker that merged a function of two sets would run the wrong one.
+//
+// In a round, each vector takes S samples through G stages, each stage one round behind the one before it, so that none
+// waits for another:
+//   F  biquad and high-pass          sample group n
+//   R  the two radicands and roots   n - 1         (G = 3; with G = 2 together with X)
+//   X  curves, mix and auto-gain     n - (G - 1)
+// Band b starts b x G rounds late. Vectors run from the last to the first, so that each finds in its neighbour what that
+// one gave in the round before: that is the input of its first band, and its other bands read its own lanes.
+// Expects `CLanes`, a vector with kWidth lanes, before it. All arithmetic is that of CBiquad.h, COnePole.h and CTube.h in
+// the same order.
+
+#include "Audio/Kernels/Wave/CWavePlan.h"
+
+namespace tarv {
+
+namespace {
+
+constexpr int32_t kWidth = CLanes::kWidth;
+
+/// Which samples of a block a lane is at. Only where a block begins and ends: in between all are inside.
+struct CWaveEdge {
+    CLanes group;  ///< sample group of the first stage
+    CLanes count;  ///< samples of the block
+
+    /// All bits in the lanes whose sample lies in the block, `rounds` behind the first stage.
+    template <int32_t S>
+    CLaneMask isInside(int32_t rounds, int32_t j) const {
+        const CLanes sample = (group - CLanes(rounds)) * CLanes(S) + CLanes(j);
+        return isAtLeast(sample, CLanes(0.0)) & isAbove(count, sample);
+    }
+};
+
+template <bool IsEdge>
+[[gnu::always_inline]] inline CLanes advance(CLaneMask inside, CLanes next, CLanes old) {
+    if constexpr (IsEdge) {
+        return select(inside, next, old);
+    } else {
+        return next;
+    }
+}
+
+/// What a vector carries from sample to sample.
+struct CWaveRecursion {
+    CLanes s1, s2, highPass, feed;
+
+    explicit CWaveRecursion(const CLanes* f)
+        : s1(f[kWaveS1]), s2(f[kWaveS2]), highPass(f[kWaveHighPassState]), feed(f[kWaveFeedState]) {}
+    void store(CLanes* f) const {
+        f[kWaveS1] = s1;
+        f[kWaveS2] = s2;
+        f[kWaveHighPassState] = highPass;
+        f[kWaveFeedState] = feed;
+    }
+};
+
+/// The input of the curves and the two roots.
+struct CWaveRoots {
+    CLanes x, a, b;
+
+    [[gnu::always_inline]] static CWaveRoots of(const CLanes* f, CLanes passed) {
+        const CLanes x = passed * f[kWaveGainI] + f[kWaveBiasI];
+        const CLanes a = x - f[kWaveKneeStartA];
+        const CLanes b = x - f[kWaveKneeStartB];
+        return {x, root(f[kWaveRadiusSquaredA] - a * a), root(f[kWaveRadiusSquaredB] - b * b)};
+    }
+};
+
+/// Sample `j` of a round of one vector. The statements of the stages alternate, so that what waits and what does not
+/// stand close together.
+template <int32_t G, int32_t S, bool IsEdge, bool HasPost>
+[[gnu::always_inline]] inline void stepSample(CLanes* f, CWaveRecursion& state, int32_t j, CLanes in,
+                                              const CWaveEdge& edge) {
+    CWaveRoots r;
+    CLanes feed;
+    if constexpr (G == 3) {
+        r = {f[kWaveX + j], f[kWaveRootA + j], f[kWaveRootB + j]};
+        feed = f[kWaveFeedBefore + j];
+    } else {
+        r = CWaveRoots::of(f, f[kWavePassed + j]);
+        feed = f[kWaveFeed + j];
+    }
+    const CLanes before = state.s2;
+    const CLanes s1 = state.s1 * f[kWaveC2] + f[kWaveC3] * before + in;
+    const CLanes v = (state.feed + (feed - state.feed) * f[kWaveFeedFactor]) * f[kWaveGainV] + f[kWaveBiasV];
+    CLanes a = select(isAbove(r.x, f[kWaveKneeStartA]), r.a + r.x + f[kWaveCentreOffsetA], r.x);
+    CLanes b = select(isAbove(r.x, f[kWaveKneeStartB]), r.b + r.x + f[kWaveCentreOffsetB], r.x);
+    // Few signals are so loud: the lines cost a comparison.
+    if (isAny(isAtLeast(r.x, f[kWaveNearerKneeEnd]))) [[unlikely]] {
+        a = select(isAbove(r.x, f[kWaveKneeStartA]) & isAtLeast(r.x, f[kWaveKneeEndA]), f[kWaveSlopeA] * r.x, a);
+        b = select(isAbove(r.x, f[kWaveKneeStartB]) & isAtLeast(r.x, f[kWaveKneeEndB]), f[kWaveSlopeB] * r.x, b);
+    }
+    if constexpr (G == 3) {
+        const CWaveRoots next = CWaveRoots::of(f, f[kWavePassed + j]);
+        f[kWaveX + j] = next.x;
+        f[kWaveRootA + j] = next.a;
+        f[kWaveRootB + j] = next.b;
+        f[kWaveFeedBefore + j] = f[kWaveFeed + j];
+    }
+    const CLanes filtered = (f[kWaveC0] * state.s1 + s1 + f[kWaveC1] * before) * f[kWaveFilterGain];
+    const CLanes mixed = (a - f[kWaveRestOutput]) + (b - a) * v;
+    const CLanes highPass = state.highPass + (filtered - state.highPass) * f[kWaveHighPassFactor];
+    if constexpr (HasPost) {
+        f[kWaveOut + j] = f[kWaveAutoGain] * select(maskOf(f[kWaveIsPost]), r.x, mixed);
+    } else {
+        f[kWaveOut + j] = f[kWaveAutoGain] * mixed;
+    }
+    f[kWavePassed + j] = (filtered - highPass) * f[kWaveHighPassGain];
+    f[kWaveFeed + j] = in;
+    CLaneMask isIn;
+    CLaneMask isOut;
+    if constexpr (IsEdge) {
+        isIn = edge.isInside<S>(0, j);
+        isOut = edge.isInside<S>(G - 1, j);
+    }
+    state.feed = advance<IsEdge>(isOut, mixed, state.feed);
+    state.s2 = advance<IsEdge>(isIn, state.s1, state.s2);
+    state.s1 = advance<IsEdge>(isIn, s1, state.s1);
+    state.highPass = advance<IsEdge>(isIn, highPass, state.highPass);
+}
+
+/// A biquad outside the vectors.
+[[gnu::always_inline]] inline CLanes stepEnd(CLanes* e, CLanes x) {
+    const CLanes before = e[kWaveEndS2];
+    const CLanes s1 = e[kWaveEndS1] * e[kWaveEndC2] + e[kWaveEndC3] * before + x;
+    const CLanes y = (e[kWaveEndC0] * e[kWaveEndS1] + s1 + e[kWaveEndC1] * before) * e[kWaveEndGain];
+    e[kWaveEndS2] = e[kWaveEndS1];
+    e[kWaveEndS1] = s1;
+    return y;
+}
+
+/// The whole filter behind the bands.
+[[gnu::always_inline]] inline CLanes stepBehind(CLanes* e, CLanes x) {
+    const CLanes filtered = stepEnd(e, x);
+    const CLanes highPass =
+        e[kWaveEndHighPassState] + (filtered - e[kWaveEndHighPassState]) * e[kWaveEndHighPassFactor];
+    e[kWaveEndHighPassState] = highPass;
+    return (filtered - highPass) * e[kWaveEndHighPassGain] * e[kWaveEndOutGain];
+}
+
+/// C channels of a wave, S samples a round in G stages.
+template <int32_t C, int32_t S, int32_t G>
+class CWave {
+public:
+    explicit CWave(const CWavePlan& plan)
+        : plan_(plan),
+          vectors_(reinterpret_cast<CLanes*>(plan.lanes)),
+          before_(reinterpret_cast<CLanes*>(plan.before)),
+          behind_(reinterpret_cast<CLanes*>(plan.behind)),
+          hasBefore_(plan.stateBefore[0] != nullptr),
+          groups_((plan.count + S - 1) / S),
+          last_(plan.vectors - 1) {
+        const int32_t total = plan.bands + (plan.post == CWavePost::InLanes ? 1 : 0);
+        lastLane_ = (total - 1) % kPerVector * C;
+        // The filter that stands alone reads what the last band gave in the round before.
+        outDelay_ = plan.post == CWavePost::Alone ? total * G : total * G - 1;
+    }
+
+    void run() {
+        moveStates<true>();
+        const int32_t rounds = groups_ + outDelay_;
+        const int32_t firstLane = plan_.vectors * kPerVector * G - 1;
+        const int32_t from = firstLane > outDelay_ ? firstLane : outDelay_;
+        const int32_t to = plan_.count / S;
+        int32_t r = 0;
+        for (; r < rounds && r < from; ++r) {
+            runRound<true>(r);
+        }
+        switch (plan_.post) {
+            case CWavePost::None:
+                for (; r < to; ++r) {
+                    runInside<CWavePost::None>(r);
+                }
+                break;
+            case CWavePost::InLanes:
+                for (; r < to; ++r) {
+                    runInside<CWavePost::InLanes>(r);
+                }
+                break;
+            case CWavePost::Alone:
+                for (; r < to; ++r) {
+                    runInside<CWavePost::Alone>(r);
+                }
+        }
+        for (; r < rounds; ++r) {
+            runRound<true>(r);
+        }
+        moveStates<false>();
+    }
+
+private:
+    static constexpr int32_t kPerVector = kWidth / C;
+
+    CLanes* vector(int32_t v) const { return vectors_ + static_cast<int64_t>(v) * kWaveFieldCount; }
+
+    template <bool IsIn>
+    static void move(double* lane, double* state) {
+        if constexpr (IsIn) {
+            *lane = *state;
+        } else {
+            *state = *lane;
+        }
+    }
+    /// Takes what is carried from block to block into the lanes, or gives it back.
+    template <bool IsIn>
+    void moveStates() {
+        for (int32_t v = 0; v < plan_.vectors; ++v) {
+            double* const fields = plan_.lanes + static_cast<int64_t>(v) * kWaveFieldCount * kWidth;
+            for (int32_t l = 0; l < kWidth; ++l) {
+                const CWaveStates& s = plan_.states[v * kWidth + l];
+                if (s.filter != nullptr) {
+                    move<IsIn>(fields + kWaveS1 * kWidth + l, s.filter);
+                    move<IsIn>(fields + kWaveS2 * kWidth + l, s.filter + 1);
+                    move<IsIn>(fields + kWaveHighPassState * kWidth + l, s.highPass);
+                }
+                if (s.feed != nullptr) {
+                    move<IsIn>(fields + kWaveFeedState * kWidth + l, s.feed);
+                }
+            }
+        }
+        for (int32_t c = 0; c < C; ++c) {
+            const int32_t l = kWidth - C + c;
+            if (hasBefore_) {
+                move<IsIn>(plan_.before + kWaveEndS1 * kWidth + l, plan_.stateBefore[c]);
+                move<IsIn>(plan_.before + kWaveEndS2 * kWidth + l, plan_.stateBefore[c] + 1);
+            }
+            if (plan_.post == CWavePost::Alone) {
+                move<IsIn>(plan_.behind + kWaveEndS1 * kWidth + l, plan_.stateBehind[c]);
+                move<IsIn>(plan_.behind + kWaveEndS2 * kWidth + l, plan_.stateBehind[c] + 1);
+                move<IsIn>(plan_.behind + kWaveEndHighPassState * kWidth + l, plan_.highPassBehind[c]);
+            }
+        }
+    }
+
+    /// The samples of group `r`, filtered; the channels in the last lanes.
+    template <bool IsEdge>
+    [[gnu::always_inline]] void takeInput(int32_t r, CLanes* x) {
+#pragma GCC unroll 2
+        for (int32_t j = 0; j < S; ++j) {
+            const int32_t i = r * S + j;
+            if (IsEdge && i >= plan_.count) {
+                x[j] = CLanes(0.0);
+                continue;
+            }
+            x[j] = CLanes::gather<C>(plan_.in, i);
+            if (hasBefore_) {
+                x[j] = stepEnd(before_, x[j]);
+            }
+        }
+    }
+    /// Calls `give` with the place in the block and in the round of each sample that leaves the wave in round `r`.
+    template <bool IsEdge, class F>
+    [[gnu::always_inline]] void eachOut(int32_t r, F&& give) {
+#pragma GCC unroll 2
+        for (int32_t j = 0; j < S; ++j) {
+            const int32_t i = (r - outDelay_) * S + j;
+            if (!IsEdge || (i >= 0 && i < plan_.count)) {
+                give(i, j);
+            }
+        }
+    }
+    template <bool IsEdge>
+    [[gnu::always_inline]] void giveOutput(int32_t r) {
+        const CLanes* const y = vector(last_) + kWaveOut;
+        eachOut<IsEdge>(r, [&](int32_t i, int32_t j) { y[j].template scatter<C>(plan_.out, i, lastLane_); });
+    }
+    /// The filter that stands alone takes what the last band gave in the round before.
+    template <bool IsEdge>
+    [[gnu::always_inline]] void runBehind(int32_t r) {
+        const CLanes* const x = vector(last_) + kWaveOut;
+        eachOut<IsEdge>(r, [&](int32_t i, int32_t j) {
+            stepBehind(behind_, x[j]).template scatter<C>(plan_.out, i, kWidth - C);
+        });
+    }
+
+    template <bool IsEdge, bool HasPost>
+    [[gnu::always_inline]] void runVector(int32_t r, int32_t v, const CLanes* neighbour) {
+        CLanes* const f = vector(v);
+        CWaveEdge edge;
+        if constexpr (IsEdge) {
+            const int32_t first = r - v * kPerVector * G;
+            if (first < 0 || first - (kPerVector * G - 1) >= groups_) {
+                return;
+            }
+            edge = {CLanes(r) - f[kWaveBand] * CLanes(G), CLanes(plan_.count)};
+        }
+        CLanes in[S];
+#pragma GCC unroll 2
+        for (int32_t j = 0; j < S; ++j) {
+            in[j] = CLanes::follow<C>(neighbour[j], f[kWaveOut + j]);
+        }
+        CWaveRecursion state(f);
+#pragma GCC unroll 2
+        for (int32_t j = 0; j < S; ++j) {
+            stepSample<G, S, IsEdge, HasPost>(f, state, j, in[j], edge);
+        }
+        state.store(f);
+    }
+
+    template <bool IsEdge, CWavePost Post>
+    [[gnu::always_inline]] void runVectors(int32_t r) {
+        if constexpr (Post == CWavePost::Alone) {
+            runBehind<IsEdge>(r);
+        }
+        CLanes x[S];
+        takeInput<IsEdge>(r, x);
+        constexpr bool kHasPost = Post == CWavePost::InLanes;
+        if (last_ == 0) {
+            runVector<IsEdge, kHasPost>(r, 0, x);
+        } else {
+            runVector<IsEdge, kHasPost>(r, last_, vector(last_ - 1) + kWaveOut);
+            for (int32_t v = last_ - 1; v > 0; --v) {
+                runVector<IsEdge, false>(r, v, vector(v - 1) + kWaveOut);
+            }
+            runVector<IsEdge, false>(r, 0, x);
+        }
+        if constexpr (Post != CWavePost::Alone) {
+            giveOutput<IsEdge>(r);
+        }
+    }
+
+    template <CWavePost Post>
+    [[gnu::always_inline]] void runInside(int32_t r) {
+        runVectors<false, Post>(r);
+    }
+    /// A round in which some lanes stand outside the block.
+    template <bool IsEdge>
+    [[gnu::noinline]] void runRound(int32_t r) {
+        switch (plan_.post) {
+            case CWavePost::None:
+                return runVectors<true, CWavePost::None>(r);
+            case CWavePost::InLanes:
+                return runVectors<true, CWavePost::InLanes>(r);
+            case CWavePost::Alone:
+                return runVectors<true, CWavePost::Alone>(r);
+        }
+    }
+
+    const CWavePlan& plan_;
+    CLanes* vectors_;
+    CLanes* before_;
+    CLanes* behind_;
+    bool hasBefore_;
+    int32_t groups_;  ///< rounds that the first stage of a band works
+    int32_t last_;    ///< vector
+    int32_t lastLane_;
+    int32_t outDelay_;
+};
+
+template <int32_t C>
+void runChannels(const CWavePlan& plan) {
+    if (plan.count < kShortWave) {
+        CWave<C, 1, 2>(plan).run();
+    } else {
+        CWave<C, 2, 3>(plan).run();
+    }
+}
+
+inline void runWave(const CWavePlan& plan) {
+    switch (plan.channels) {
+        case 1:
+            return runChannels<1>(plan);
+        case 2:
+            return runChannels<2>(plan);
+        case 4:
+            if constexpr (kWidth >= 4) {
+                return runChannels<4>(plan);
+            }
+            return;
+        default:
+            if constexpr (kWidth >= 8) {
+                return runChannels<8>(plan);
+            }
+    }
+}
+
+}  // namespace
+
+}  // namespace tarv

@@ -1,0 +1,12 @@
+#include "Audio/Kernels/Wave/LanesSse2.h"
+// Behind the lanes that it is made of.
+#include "Audio/Kernels/Wave/WaveLoop.h"
+#include "Audio/Kernels/Wave/WaveSets.h"
+
+namespace tarv {
+
+void runWaveSse2(const CWavePlan& plan) {
+    runWave(plan);
+}
+
+}  // namespace tarv
