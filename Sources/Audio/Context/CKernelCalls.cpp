@@ -11,7 +11,8 @@ void CKernelCalls::record(const CKernel& kernel, CKernelBatchFunction together, 
     for (int32_t i = 0; i < count; ++i) {
         operations[i] = batch[i];
         for (int32_t j = 0; j < kernel.operandCount; ++j) {
-            lastReads[i] |= static_cast<uint8_t>(batch[i]->buffers[j]->isReadByOnly(1) << j);
+            const bool isOwn = batch[i]->buffers[j]->state == batch[i]->holds[j];
+            lastReads[i] |= static_cast<uint8_t>(isOwn << j);
         }
     }
     recording_.add(kernel.function, together, operations, lastReads, count);

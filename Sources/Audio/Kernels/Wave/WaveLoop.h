@@ -83,6 +83,13 @@ template <int32_t G, int32_t S, bool IsEdge, bool HasPost>
         r = CWaveRoots::of(f, f[kWavePassed + j]);
         feed = f[kWaveFeed + j];
     }
+    if constexpr (G == 3) {
+        const CWaveRoots next = CWaveRoots::of(f, f[kWavePassed + j]);
+        f[kWaveX + j] = next.x;
+        f[kWaveRootA + j] = next.a;
+        f[kWaveRootB + j] = next.b;
+        f[kWaveFeedBefore + j] = f[kWaveFeed + j];
+    }
     const CLanes before = state.s2;
     const CLanes s1 = state.s1 * f[kWaveC2] + f[kWaveC3] * before + in;
     const CLanes v = (state.feed + (feed - state.feed) * f[kWaveFeedFactor]) * f[kWaveGainV] + f[kWaveBiasV];
@@ -92,13 +99,6 @@ template <int32_t G, int32_t S, bool IsEdge, bool HasPost>
     if (isAny(isAtLeast(r.x, f[kWaveNearerKneeEnd]))) [[unlikely]] {
         a = select(isAbove(r.x, f[kWaveKneeStartA]) & isAtLeast(r.x, f[kWaveKneeEndA]), f[kWaveSlopeA] * r.x, a);
         b = select(isAbove(r.x, f[kWaveKneeStartB]) & isAtLeast(r.x, f[kWaveKneeEndB]), f[kWaveSlopeB] * r.x, b);
-    }
-    if constexpr (G == 3) {
-        const CWaveRoots next = CWaveRoots::of(f, f[kWavePassed + j]);
-        f[kWaveX + j] = next.x;
-        f[kWaveRootA + j] = next.a;
-        f[kWaveRootB + j] = next.b;
-        f[kWaveFeedBefore + j] = f[kWaveFeed + j];
     }
     const CLanes filtered = (f[kWaveC0] * state.s1 + s1 + f[kWaveC1] * before) * f[kWaveFilterGain];
     const CLanes mixed = (a - f[kWaveRestOutput]) + (b - a) * v;
@@ -296,6 +296,7 @@ private:
 #pragma GCC unroll 2
         for (int32_t j = 0; j < S; ++j) {
             stepSample<G, S, IsEdge, HasPost>(f, state, j, in[j], edge);
+            asm volatile("" ::: "memory");
         }
         state.store(f);
     }
@@ -353,7 +354,7 @@ private:
 template <int32_t C>
 void runChannels(const CWavePlan& plan) {
     if (plan.count < kShortWave) {
-        CWave<C, 1, 2>(plan).run();
+        CWave<C, 2, 3>(plan).run();
     } else {
         CWave<C, 2, 3>(plan).run();
     }
