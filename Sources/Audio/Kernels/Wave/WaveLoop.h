@@ -152,6 +152,7 @@ public:
           behind_(reinterpret_cast<CLanes*>(plan.behind)),
           hasBefore_(plan.stateBefore[0] != nullptr),
           groups_((plan.count + S - 1) / S),
+          wholeGroups_(plan.count / S),
           last_(plan.vectors - 1) {
         const int32_t total = plan.bands + (plan.post == CWavePost::InLanes ? 1 : 0);
         lastLane_ = (total - 1) % kPerVector * C;
@@ -164,7 +165,7 @@ public:
         const int32_t rounds = groups_ + outDelay_;
         const int32_t firstLane = plan_.vectors * kPerVector * G - 1;
         const int32_t from = firstLane > outDelay_ ? firstLane : outDelay_;
-        const int32_t to = plan_.count / S;
+        const int32_t to = wholeGroups_;
         int32_t r = 0;
         for (; r < rounds && r < from; ++r) {
             runRound<true>(r);
@@ -277,16 +278,7 @@ private:
     }
 
     template <bool IsEdge, bool HasPost>
-    [[gnu::always_inline]] void runVector(int32_t r, int32_t v, const CLanes* neighbour) {
-        CLanes* const f = vector(v);
-        CWaveEdge edge;
-        if constexpr (IsEdge) {
-            const int32_t first = r - v * kPerVector * G;
-            if (first < 0 || first - (kPerVector * G - 1) >= groups_) {
-                return;
-            }
-            edge = {CLanes(r) - f[kWaveBand] * CLanes(G), CLanes(plan_.count)};
-        }
+    [[gnu::always_inline]] void stepVector(CLanes* f, const CLanes* neighbour, const CWaveEdge& edge) {
         CLanes in[S];
 #pragma GCC unroll 2
         for (int32_t j = 0; j < S; ++j) {
@@ -296,9 +288,35 @@ private:
 #pragma GCC unroll 2
         for (int32_t j = 0; j < S; ++j) {
             stepSample<G, S, IsEdge, HasPost>(f, state, j, in[j], edge);
+            // The next sample loads its constants anew: kept, they would be spilled.
             asm volatile("" ::: "memory");
         }
         state.store(f);
+    }
+    /// A vector in a round in which lanes of some vector stand outside the block. Most have all lanes inside even then,
+    /// or none.
+    template <bool HasPost>
+    [[gnu::noinline]] void runVectorAtEdge(int32_t r, int32_t v, const CLanes* neighbour) {
+        constexpr int32_t kLastStage = kPerVector * G - 1;
+        CLanes* const f = vector(v);
+        const int32_t group = r - v * kPerVector * G;
+        if (group < 0 || group - kLastStage >= groups_) {
+            return;
+        }
+        if (group >= kLastStage && group < wholeGroups_) {
+            stepVector<false, HasPost>(f, neighbour, {});
+        } else {
+            const CWaveEdge edge = {CLanes(r) - f[kWaveBand] * CLanes(G), CLanes(plan_.count)};
+            stepVector<true, HasPost>(f, neighbour, edge);
+        }
+    }
+    template <bool IsEdge, bool HasPost>
+    [[gnu::always_inline]] void runVector(int32_t r, int32_t v, const CLanes* neighbour) {
+        if constexpr (IsEdge) {
+            runVectorAtEdge<HasPost>(r, v, neighbour);
+        } else {
+            stepVector<false, HasPost>(vector(v), neighbour, {});
+        }
     }
 
     template <bool IsEdge, CWavePost Post>
@@ -345,7 +363,8 @@ private:
     CLanes* before_;
     CLanes* behind_;
     bool hasBefore_;
-    int32_t groups_;  ///< rounds that the first stage of a band works
+    int32_t groups_;       ///< rounds that the first stage of a band works
+    int32_t wholeGroups_;  ///< of them those whose samples all lie in the block
     int32_t last_;    ///< vector
     int32_t lastLane_;
     int32_t outDelay_;
