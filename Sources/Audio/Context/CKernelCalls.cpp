@@ -33,11 +33,13 @@ void CKernelCalls::startRecording() {
     isRecorded_ = false;
 }
 
-bool CKernelCalls::endRecording(CRunJoiner* joiner) {
+bool CKernelCalls::endRecording(const std::unique_ptr<CRunJoiner> (&joiners)[kJoinerCount]) {
     isRecording_ = false;
     isRecorded_ = recording_.isWhole();
-    if (isRecorded_ && joiner != nullptr) {
-        recording_.join(*joiner);
+    for (const std::unique_ptr<CRunJoiner>& joiner : joiners) {
+        if (isRecorded_ && joiner) {
+            recording_.join(*joiner);
+        }
     }
     return isRecorded_;
 }

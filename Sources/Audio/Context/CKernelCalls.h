@@ -35,8 +35,8 @@ public:
 
     /// All calls up to endRecording are recorded.
     void startRecording();
-    /// False if there were too many calls to be kept. `joiner` may be null.
-    bool endRecording(CRunJoiner* joiner);
+    /// False if there were too many calls to be kept. Any of `joiners` may be null.
+    bool endRecording(const std::unique_ptr<CRunJoiner> (&joiners)[kJoinerCount]);
     /// Something changed that the recorded run does not know: it must not be repeated.
     void dropRecording() { isRecorded_ = false; }
     /// A run was recorded and not dropped since.

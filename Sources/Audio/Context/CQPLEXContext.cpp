@@ -165,7 +165,7 @@ void CQPLEXContext::startRecording() {
 
 bool CQPLEXContext::endRecording() {
     flush();
-    return calls_.endRecording(joiner_.get());
+    return calls_.endRecording(joiners_);
 }
 
 CContextCounters CQPLEXContext::counters() const {

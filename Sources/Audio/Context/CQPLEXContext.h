@@ -45,8 +45,10 @@ public:
     /// Sets the one chain: three kernels that `function` runs in one loop when operations of them stand in series and
     /// no other operation is issued in between. A number of -1 in it: nothing happens.
     void registerChain(const int32_t (&kernelNumbers)[kChainStages], CChainFunction function);
-    /// Sets the one joiner of recorded runs.
-    void setJoiner(std::unique_ptr<CRunJoiner> joiner) { joiner_ = std::move(joiner); }
+    /// Sets the one joiner of recorded runs for such kernels.
+    void setJoiner(CJoinedKernels kernels, std::unique_ptr<CRunJoiner> joiner) {
+        joiners_[static_cast<int32_t>(kernels)] = std::move(joiner);
+    }
     int32_t kernelCount() const { return kernels_.count(); }
     const CKernel& kernel(int32_t number) const { return kernels_[number]; }
     /// The number of a common kernel; -1 until setCommonKernel names it.
@@ -174,7 +176,7 @@ private:
     CBufferClaims claims_;
     COperationChain chain_;
     CKernelCalls calls_;
-    std::unique_ptr<CRunJoiner> joiner_;
+    std::unique_ptr<CRunJoiner> joiners_[kJoinerCount];
     uint64_t issued_ = 0;
     uint64_t rejected_ = 0;
     uint64_t flushes_ = 0;

@@ -22,6 +22,7 @@ void CRecordedRun::clear() {
     callCount_ = 0;
     joinedCount_ = 0;
     isWhole_ = true;
+    memory_ = {plans_, plans_ + kPlanBytes};
 }
 
 bool CRecordedRun::takeCall(const CRecordedCall& call, int32_t operationCount) {
@@ -56,16 +57,24 @@ void CRecordedRun::addChain(CChainFunction chain, COperation* const* const* stag
 }
 
 void CRecordedRun::join(CRunJoiner& joiner) {
-    CPlanMemory memory = {plans_, plans_ + kPlanBytes};
     int32_t kept = 0;
     for (int32_t next = 0; next < callCount_; ++kept) {
         CRecordedCall call = {};
-        const int32_t count = joiner.join(calls_ + next, callCount_ - next, memory, call);
+        const int32_t count = joiner.join(calls_ + next, callCount_ - next, memory_, call);
         joinedCount_ += count > 0;
         calls_[kept] = count > 0 ? call : calls_[next];
         next += std::max(count, 1);
     }
     callCount_ = kept;
+}
+
+bool CRecordedRun::touches(const double* signal, int32_t count) const {
+    const auto isInside = [=](const void* operand) {
+        return operand >= static_cast<const void*>(signal) && operand < static_cast<const void*>(signal + count);
+    };
+    return std::any_of(operations_, operations_ + operationCount_, [&](const COperation& o) {
+        return std::any_of(o.pointers, o.pointers + kMaxOperands, isInside);
+    });
 }
 
 void CRecordedRun::run() const {

@@ -32,6 +32,8 @@ public:
     int32_t callCount() const { return callCount_; }
     /// Calls that stand for several.
     int32_t joinedCount() const { return joinedCount_; }
+    /// Whether an operation has an operand among these `count` 64-bit floats.
+    bool touches(const double* signal, int32_t count) const;
     /// Makes the calls again, in order.
     void run() const;
 
@@ -52,6 +54,7 @@ private:
     uint8_t* lastReads_;  ///< of each operation
     CRecordedCall* calls_;
     uint8_t* plans_;
+    CPlanMemory memory_ = {};  ///< what is left of them
     int32_t operationCount_ = 0;
     int32_t callCount_ = 0;
     int32_t joinedCount_ = 0;

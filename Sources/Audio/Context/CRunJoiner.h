@@ -39,6 +39,10 @@ struct CPlanMemory {
     }
 };
 
+/// What a joiner looks for; a context has one for each.
+enum class CJoinedKernels { Rates, Bands };
+constexpr int32_t kJoinerCount = 2;
+
 /// Finds calls of a recorded run that one call can make together with the same bits. Audio thread; allocates nothing.
 class CRunJoiner {
 public:

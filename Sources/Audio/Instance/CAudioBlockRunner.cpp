@@ -94,6 +94,9 @@ void CAudioBlockRunner::run(const Sample* const* inputs, Sample* const* outputs,
         shared.context->endRecording();
     }
     noteRun(frames, deliveries);
+    if (shared.context->isRecorded()) {
+        noteReads(frames);
+    }
     giveOutputs(outputs, offset, frames);
     graph_.output().clearBuffers();
 }
@@ -131,11 +134,22 @@ void CAudioBlockRunner::takeInputs(const Sample* const* inputs, int32_t offset, 
     }
 }
 
+/// Most hosts pass all inputs, of which a routing takes two.
+void CAudioBlockRunner::noteReads(int32_t frames) {
+    const CAudioGraph& shared = graph_.shared();
+    for (int32_t i = 0; i < shared.hostInputs; ++i) {
+        const double* const signal = inputs_[i];
+        const bool isOutput =
+            std::find(outputs_, outputs_ + shared.hostOutputs, signal) != outputs_ + shared.hostOutputs;
+        isRead_[i] = signal != nullptr && (isOutput || shared.context->recordedRun().touches(signal, frames));
+    }
+}
+
 /// Runs the recorded kernel calls again, with these inputs.
 template <class Sample>
 void CAudioBlockRunner::repeat(const Sample* const* inputs, int32_t offset, int32_t frames) {
     for (int32_t i = 0; i < graph_.shared().hostInputs; ++i) {
-        if (inputs_[i] != nullptr) {
+        if (isRead_[i]) {
             widen(inputs_[i], inputs[i] + offset, frames);
         }
     }

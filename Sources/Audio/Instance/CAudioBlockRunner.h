@@ -36,12 +36,14 @@ private:
     void giveOutputs(Sample* const* outputs, int32_t offset, int32_t frames);
     bool isSteady(const void* const* inputs, int32_t frames) const;
     void noteRun(int32_t frames, uint64_t deliveries);
+    void noteReads(int32_t frames);
 
     CAudioInstanceGraph& graph_;
     // The last run of the graph: a run like it may repeat it.
     int32_t frames_ = 0;
     uint64_t deliveries_ = 0;                       ///< of the collector, before that run
     double* inputs_[kMaxHostChannels] = {};         ///< signals by host channel; null: the host gave none
+    bool isRead_[kMaxHostChannels] = {};            ///< the recorded run reads the input
     const double* outputs_[kMaxHostChannels] = {};  ///< null: silence
 };
 

@@ -1,8 +1,11 @@
 #include "Audio/Kernels/ResampleKernels.h"
 
+#include <memory>
+
 #include "Audio/Context/CQPLEXContext.h"
 #include "Audio/Kernels/KernelLanes.h"
 #include "Audio/Kernels/KernelNames.h"
+#include "Audio/Kernels/Wave/CHalfBandJoiner.h"
 
 namespace tarv {
 
@@ -38,6 +41,7 @@ void registerResampleKernels(CQPLEXContext& context) {
     context.registerKernel(KernelName::kInterp2, kernelInterp2, 2, 1);
     context.registerKernel(KernelName::kDecim2, kernelDecim2, 2, 1);
     context.registerKernel(KernelName::kDecim2s, kernelDecim2s, 2, 1);
+    context.setJoiner(CJoinedKernels::Rates, std::make_unique<CHalfBandJoiner>(context, usedSet()));
 }
 
 void kernelInterp2(COperation& operation) {

@@ -42,7 +42,7 @@ void registerTubeKernels(CQPLEXContext& context) {
     context.registerKernel(KernelName::kMetaTubeInit, kernelMetaTubeInit, 1, 1);
     context.registerKernel(KernelName::kMetaTubeClear, kernelMetaTubeClear, 1, 1);
     registerBandChain(context);
-    context.setJoiner(std::make_unique<CWaveJoiner>(context, usedSet()));
+    context.setJoiner(CJoinedKernels::Bands, std::make_unique<CWaveJoiner>(context, usedSet()));
 }
 
 void kernelMetaTube(COperation& operation) {

@@ -136,6 +136,9 @@ bool CWaveJoiner::takeOperation(CKind kind, const CRecordedCall& call, int32_t i
 
 bool CWaveJoiner::takeCall(const CRecordedCall& call, int32_t samples, CThreads& threads) const {
     const CKind kind = kindOf(call);
+    if (kind == CKind::Other) {
+        return false;
+    }
     for (int32_t i = 0; i < call.count; ++i) {
         if (call.operations[i].count != samples || !takeOperation(kind, call, i, threads)) {
             return false;

@@ -47,12 +47,33 @@ struct CLanes {
         }
     }
 
+    static CLanes load(const double* lanes) { return _mm256_loadu_pd(lanes); }
+    void store(double* lanes) const { _mm256_storeu_pd(lanes, v); }
+    static CLanes twice(const double* const* channels, int64_t i) {
+        return join(_mm_load1_pd(channels[0] + i), _mm_load1_pd(channels[1] + i));
+    }
+    static CLanes pairs(const double* const* channels, int64_t i) {
+        return join(_mm_loadu_pd(channels[0] + i), _mm_loadu_pd(channels[1] + i));
+    }
+    void storePairs(double* const* channels, int64_t i) const {
+        _mm_storeu_pd(channels[0] + i, _mm256_castpd256_pd128(v));
+        _mm_storeu_pd(channels[1] + i, _mm256_extractf128_pd(v, 1));
+    }
+    void storeFirsts(double* const* channels, int64_t i) const {
+        _mm_storel_pd(channels[0] + i, _mm256_castpd256_pd128(v));
+        _mm_storel_pd(channels[1] + i, _mm256_extractf128_pd(v, 1));
+    }
+    CLanes swapped() const { return _mm256_permute_pd(v, 5); }
+
     friend CLanes operator+(CLanes a, CLanes b) { return _mm256_add_pd(a.v, b.v); }
     friend CLanes operator-(CLanes a, CLanes b) { return _mm256_sub_pd(a.v, b.v); }
     friend CLanes operator*(CLanes a, CLanes b) { return _mm256_mul_pd(a.v, b.v); }
     friend CLanes operator&(CLanes a, CLanes b) { return _mm256_and_pd(a.v, b.v); }
 
 private:
+    static CLanes join(__m128d first, __m128d second) {
+        return _mm256_insertf128_pd(_mm256_castpd128_pd256(first), second, 1);
+    }
     template <int32_t C>
     static void scatterHalf(__m128d half, double* const* channels, int64_t i, int32_t first) {
         if constexpr (C == 1) {

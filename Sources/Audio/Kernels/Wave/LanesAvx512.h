@@ -48,6 +48,35 @@ struct CLanes {
         }
     }
 
+    static CLanes load(const double* lanes) { return _mm512_loadu_pd(lanes); }
+    void store(double* lanes) const { _mm512_storeu_pd(lanes, v); }
+    static CLanes twice(const double* const* p, int64_t i) {
+        return _mm512_set_pd(p[3][i], p[3][i], p[2][i], p[2][i], p[1][i], p[1][i], p[0][i], p[0][i]);
+    }
+    static CLanes pairs(const double* const* p, int64_t i) {
+        const __m256d low = _mm256_set_m128d(_mm_loadu_pd(p[1] + i), _mm_loadu_pd(p[0] + i));
+        const __m256d high = _mm256_set_m128d(_mm_loadu_pd(p[3] + i), _mm_loadu_pd(p[2] + i));
+        return _mm512_insertf64x4(_mm512_castpd256_pd512(low), high, 1);
+    }
+    void storePairs(double* const* channels, int64_t i) const {
+        double lanes[kWidth];
+        store(lanes);
+#pragma GCC unroll 4
+        for (int32_t c = 0; c < kWidth / 2; ++c) {
+            channels[c][i] = lanes[2 * c];
+            channels[c][i + 1] = lanes[2 * c + 1];
+        }
+    }
+    void storeFirsts(double* const* channels, int64_t i) const {
+        double lanes[kWidth];
+        store(lanes);
+#pragma GCC unroll 4
+        for (int32_t c = 0; c < kWidth / 2; ++c) {
+            channels[c][i] = lanes[2 * c];
+        }
+    }
+    CLanes swapped() const { return _mm512_permute_pd(v, 0x55); }
+
     friend CLanes operator+(CLanes a, CLanes b) { return _mm512_add_pd(a.v, b.v); }
     friend CLanes operator-(CLanes a, CLanes b) { return _mm512_sub_pd(a.v, b.v); }
     friend CLanes operator*(CLanes a, CLanes b) { return _mm512_mul_pd(a.v, b.v); }

@@ -46,6 +46,18 @@ struct CLanes {
         }
     }
 
+    static CLanes load(const double* lanes) { return _mm_loadu_pd(lanes); }
+    void store(double* lanes) const { _mm_storeu_pd(lanes, v); }
+    /// Sample `i` of each of kWidth / 2 channels in two lanes.
+    static CLanes twice(const double* const* channels, int64_t i) { return _mm_load1_pd(channels[0] + i); }
+    /// Samples `i` and `i` + 1 of each.
+    static CLanes pairs(const double* const* channels, int64_t i) { return load(channels[0] + i); }
+    void storePairs(double* const* channels, int64_t i) const { store(channels[0] + i); }
+    /// The first lane of each channel as its sample `i`.
+    void storeFirsts(double* const* channels, int64_t i) const { _mm_storel_pd(channels[0] + i, v); }
+    /// The two lanes of each channel in the other order.
+    CLanes swapped() const { return _mm_shuffle_pd(v, v, 1); }
+
     friend CLanes operator+(CLanes a, CLanes b) { return _mm_add_pd(a.v, b.v); }
     friend CLanes operator-(CLanes a, CLanes b) { return _mm_sub_pd(a.v, b.v); }
     friend CLanes operator*(CLanes a, CLanes b) { return _mm_mul_pd(a.v, b.v); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Audio/Kernels/Wave/CHalfBandPlan.h"
 #include "Audio/Kernels/Wave/CWavePlan.h"
 
 namespace tarv {
@@ -9,5 +10,10 @@ namespace tarv {
 void runWaveSse2(const CWavePlan& plan);
 void runWaveAvx2(const CWavePlan& plan);
 void runWaveAvx512(const CWavePlan& plan);
+
+/// Runs a change of rate of `count` samples, 0 and up. Going up, all that the lines hold of odd samples is zero.
+void runHalfBandsSse2(const CHalfBandPlan& plan);
+void runHalfBandsAvx2(const CHalfBandPlan& plan);
+void runHalfBandsAvx512(const CHalfBandPlan& plan);
 
 }  // namespace tarv

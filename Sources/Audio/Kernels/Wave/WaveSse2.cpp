@@ -1,5 +1,6 @@
 #include "Audio/Kernels/Wave/LanesSse2.h"
 // Behind the lanes that it is made of.
+#include "Audio/Kernels/Wave/HalfBandLoop.h"
 #include "Audio/Kernels/Wave/WaveLoop.h"
 #include "Audio/Kernels/Wave/WaveSets.h"
 
@@ -7,6 +8,10 @@ namespace tarv {
 
 void runWaveSse2(const CWavePlan& plan) {
     runWave(plan);
+}
+
+void runHalfBandsSse2(const CHalfBandPlan& plan) {
+    runHalfBands(plan);
 }
 
 }  // namespace tarv

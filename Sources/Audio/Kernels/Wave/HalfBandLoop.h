@@ -1,0 +1,180 @@
+#pragma once
+
+// The loop of changes of rate in lanes, for the file of each instruction set alone, as WaveLoop.h: behind `CLanes`. The
+// two branches of a channel stand side by side, and as many channels as a vector has room for. All arithmetic is that
+// of HalfBandKernels.cpp in the same order.
+
+#include "Audio/Kernels/Wave/CHalfBandPlan.h"
+
+namespace tarv {
+
+namespace {
+
+/// Channels of a vector.
+constexpr int32_t kPairs = CLanes::kWidth / 2;
+
+/// The branches of `kPairs` channels at every second sample of the higher rate. Both see the even ones; going down,
+/// branch B sees the odd ones.
+template <int32_t N, bool IsUp>
+class CHalfBandLanes {
+public:
+    explicit CHalfBandLanes(double* const* blocks) : blocks_(blocks) {
+        double values[CLanes::kWidth];
+#pragma GCC unroll 8
+        for (int32_t k = 0; k < N; ++k) {
+            for (int32_t l = 0; l < CLanes::kWidth; ++l) {
+                values[l] = blocks[l / 2][(l & 1) * N + k];
+            }
+            factors_[k] = CLanes::load(values);
+        }
+#pragma GCC unroll 9
+        for (int32_t k = 0; k <= N; ++k) {
+            for (int32_t l = 0; l < CLanes::kWidth; ++l) {
+                values[l] = line(l, k)[(indexOf(l) + backOf(l)) & 3];
+            }
+            lines_[k] = CLanes::load(values);
+        }
+    }
+
+    CLanes step(CLanes x) {
+#pragma GCC unroll 8
+        for (int32_t k = 0; k < N; ++k) {
+            const CLanes y = (x - lines_[k + 1]) * factors_[k] + lines_[k];
+            lines_[k] = x;
+            x = y;
+        }
+        lines_[N] = x;
+        return x;
+    }
+
+    /// Gives the lines back, `count` samples of the lower rate later. What stands in them for the other samples moves
+    /// with the index.
+    void store(int32_t count) const {
+        double values[CLanes::kWidth];
+        double others[CLanes::kWidth];
+#pragma GCC unroll 9
+        for (int32_t k = 0; k <= N; ++k) {
+            lines_[k].store(values);
+            for (int32_t l = 0; l < CLanes::kWidth; ++l) {
+                others[l] = line(l, k)[(indexOf(l) + 3 - backOf(l)) & 3];
+            }
+            for (int32_t l = 0; l < CLanes::kWidth; ++l) {
+                const int32_t next = indexOf(l) - 2 * count;
+                line(l, k)[(next + backOf(l)) & 3] = values[l];
+                line(l, k)[(next + 3 - backOf(l)) & 3] = others[l];
+            }
+        }
+    }
+
+private:
+    int32_t indexOf(int32_t lane) const { return static_cast<int32_t>(blocks_[lane / 2][indexOfHalfBand(N)]); }
+    /// How far behind the index the sample stands that a lane looks back to.
+    static int32_t backOf(int32_t lane) { return IsUp || (lane & 1) == 0 ? 2 : 1; }
+    double* line(int32_t lane, int32_t k) const {
+        return blocks_[lane / 2] + linesOfHalfBand(N, lane & 1) + k * kHalfBandLine;
+    }
+
+    double* const* blocks_;
+    CLanes factors_[N];
+    CLanes lines_[N + 1];
+};
+
+/// `kPairs` channels from `first` on; a lane of a channel that is not there does the work of the last one.
+struct CHalfBandChannels {
+    const double* in[kPairs];
+    double* out[kPairs];
+    double* block[kPairs];
+    CLanes gain;
+
+    CHalfBandChannels(const CHalfBandPlan& plan, int32_t first) {
+        double gains[CLanes::kWidth];
+        for (int32_t p = 0; p < kPairs; ++p) {
+            const int32_t c = first + p < plan.channels ? first + p : plan.channels - 1;
+            in[p] = plan.in[c];
+            out[p] = plan.out[c];
+            block[p] = plan.block[c];
+            gains[2 * p] = plan.gain[c];
+            gains[2 * p + 1] = plan.gain[c];
+        }
+        gain = CLanes::load(gains);
+    }
+    /// The next samples see the index and what branch B gave last.
+    void end(int32_t n, int32_t count, CLanes last) const {
+        double values[CLanes::kWidth];
+        last.store(values);
+        int32_t next[kPairs];
+        for (int32_t p = 0; p < kPairs; ++p) {
+            next[p] = (static_cast<int32_t>(block[p][indexOfHalfBand(n)]) - 2 * count) & 3;
+        }
+        for (int32_t p = 0; p < kPairs; ++p) {
+            block[p][indexOfHalfBand(n)] = next[p];
+            block[p][heldOfHalfBand(n)] = values[2 * p + 1];
+        }
+    }
+};
+
+template <int32_t N>
+void goUp(const CHalfBandChannels& channels, int32_t count) {
+    CHalfBandLanes<N, true> branches(channels.block);
+    for (int64_t i = 0; i < count; ++i) {
+        const CLanes y = branches.step(CLanes(2.0) * CLanes::twice(channels.in, i));
+        // Each branch adds the zero that the other one makes of a zero.
+        ((y + CLanes(0.0)) * channels.gain).storePairs(channels.out, 2 * i);
+    }
+    branches.store(count);
+    channels.end(N, count, CLanes(0.0));
+}
+
+template <int32_t N>
+void goDown(const CHalfBandChannels& channels, int32_t count) {
+    CHalfBandLanes<N, false> branches(channels.block);
+    double held[CLanes::kWidth] = {};
+    for (int32_t p = 0; p < kPairs; ++p) {
+        held[2 * p + 1] = channels.block[p][heldOfHalfBand(N)];
+    }
+    CLanes last = CLanes::load(held);
+    for (int64_t i = 0; i < count; ++i) {
+        const CLanes y = branches.step(CLanes::pairs(channels.in, 2 * i));
+        ((y + last.swapped()) * channels.gain).storeFirsts(channels.out, i);
+        last = y;
+    }
+    branches.store(count);
+    channels.end(N, count, last);
+}
+
+template <int32_t N>
+void runOrder(const CHalfBandPlan& plan) {
+    for (int32_t first = 0; first < plan.channels; first += kPairs) {
+        const CHalfBandChannels channels(plan, first);
+        if (plan.isUp) {
+            goUp<N>(channels, plan.count);
+        } else {
+            goDown<N>(channels, plan.count);
+        }
+    }
+}
+
+inline void runHalfBands(const CHalfBandPlan& plan) {
+    switch (plan.order) {
+        case 1:
+            return runOrder<1>(plan);
+        case 2:
+            return runOrder<2>(plan);
+        case 3:
+            return runOrder<3>(plan);
+        case 4:
+            return runOrder<4>(plan);
+        case 5:
+            return runOrder<5>(plan);
+        case 6:
+            return runOrder<6>(plan);
+        case 7:
+            return runOrder<7>(plan);
+        default:
+            return runOrder<kMostHalfBand>(plan);
+    }
+}
+
+}  // namespace
+
+}  // namespace tarv
