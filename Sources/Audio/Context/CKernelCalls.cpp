@@ -15,13 +15,13 @@ void CKernelCalls::record(const CKernel& kernel, CKernelBatchFunction together, 
             lastReads[i] |= static_cast<uint8_t>(isOwn << j);
         }
     }
-    recording_.add(kernel.function, together, operations, lastReads, count);
+    recording_.add(kernel, together, operations, lastReads, count);
 }
 
-void CKernelCalls::callChain(CChainFunction chain, COperation* const* const* stages, const uint8_t* lastReads,
-                             int32_t count) {
+void CKernelCalls::callChain(CChainFunction chain, COperation* const* const* stages,
+                             const int32_t (&operandCounts)[kChainStages], const uint8_t* lastReads, int32_t count) {
     if (isRecording_) {
-        recording_.addChain(chain, stages, lastReads, count);
+        recording_.addChain(chain, stages, operandCounts, lastReads, count);
     }
     chain(stages, count);
     ++callCount_;

@@ -30,8 +30,9 @@ public:
         }
         callCount_ += static_cast<uint64_t>(count);
     }
-    /// Runs `count` channels of a chain; `lastReads` as CRecordedRun::addChain documents it.
-    void callChain(CChainFunction chain, COperation* const* const* stages, const uint8_t* lastReads, int32_t count);
+    /// Runs `count` channels of a chain; the others as CRecordedRun::addChain documents them.
+    void callChain(CChainFunction chain, COperation* const* const* stages, const int32_t (&operandCounts)[kChainStages],
+                   const uint8_t* lastReads, int32_t count);
 
     /// All calls up to endRecording are recorded.
     void startRecording();

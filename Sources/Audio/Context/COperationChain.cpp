@@ -38,15 +38,17 @@ bool COperationChain::endStage() {
 void COperationChain::run(CKernelCalls& calls, CBufferClaims& claims, COperationPool& pool) {
     dropLinks();
     COperation* operations[kChainStages][kMaxBatch] = {};
+    int32_t operandCounts[kChainStages] = {};
     for (int32_t s = 0; s < kChainStages; ++s) {
         std::copy_n(kept_[s], counts_[0], operations[s]);
+        operandCounts[s] = kept_[s][0]->kernel->operandCount;
     }
     COperation* const* const stages[kChainStages] = {operations[0], operations[1], operations[2]};
     uint8_t lastReads[kMaxBatch] = {};
     for (int32_t i = 0; i < counts_[0]; ++i) {
         lastReads[i] = static_cast<uint8_t>(isSourceOwn(i) << kLinkOperand);
     }
-    calls.callChain(function_, stages, lastReads, counts_[0]);
+    calls.callChain(function_, stages, operandCounts, lastReads, counts_[0]);
     complete(claims, pool);
 }
 

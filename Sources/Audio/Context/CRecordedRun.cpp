@@ -36,21 +36,29 @@ bool CRecordedRun::takeCall(const CRecordedCall& call, int32_t operationCount) {
     return isWhole_;
 }
 
-void CRecordedRun::add(CKernelFunction function, CKernelBatchFunction batch, COperation* const* operations,
+/// What stands behind the operands of an operation is left from another one.
+void CRecordedRun::append(const COperation& operation, int32_t operandCount, uint8_t lastReads) {
+    lastReads_[operationCount_] = lastReads;
+    COperation& kept = operations_[operationCount_++];
+    kept = operation;
+    std::fill(kept.pointers + operandCount, kept.pointers + kMaxOperands, nullptr);
+}
+
+void CRecordedRun::add(const CKernel& kernel, CKernelBatchFunction batch, COperation* const* operations,
                        const uint8_t* lastReads, int32_t count) {
-    if (takeCall({.function = function, .batch = batch, .count = count}, count)) {
+    if (takeCall({.function = kernel.function, .batch = batch, .count = count}, count)) {
         for (int32_t i = 0; i < count; ++i) {
-            append(*operations[i], lastReads[i]);
+            append(*operations[i], kernel.operandCount, lastReads[i]);
         }
     }
 }
 
-void CRecordedRun::addChain(CChainFunction chain, COperation* const* const* stages, const uint8_t* lastReads,
-                            int32_t count) {
+void CRecordedRun::addChain(CChainFunction chain, COperation* const* const* stages,
+                            const int32_t (&operandCounts)[kChainStages], const uint8_t* lastReads, int32_t count) {
     if (takeCall({.chain = chain, .count = count}, kChainStages * count)) {
         for (int32_t s = 0; s < kChainStages; ++s) {
             for (int32_t i = 0; i < count; ++i) {
-                append(*stages[s][i], s == 0 ? lastReads[i] : 0);
+                append(*stages[s][i], operandCounts[s], s == 0 ? lastReads[i] : 0);
             }
         }
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Audio/Context/CKernel.h"
 #include "Audio/Context/COperation.h"
 #include "Audio/Context/CRunJoiner.h"
 #include "Core/CHeap.h"
@@ -17,13 +18,14 @@ public:
     CRecordedRun& operator=(const CRecordedRun&) = delete;
 
     void clear();
-    /// Adds a kernel on each of `count` operations, one by one or, with `batch`, in one call. `lastReads` of each: bit j
-    /// says that nobody else reads what stands in operand j.
-    void add(CKernelFunction function, CKernelBatchFunction batch, COperation* const* operations,
-             const uint8_t* lastReads, int32_t count);
-    /// Adds a chain; `stages` as CChainFunction documents it, `lastReads` of its first stage. Bit kLinkOperand says that
-    /// nobody but the chain reads it.
-    void addChain(CChainFunction chain, COperation* const* const* stages, const uint8_t* lastReads, int32_t count);
+    /// Adds a kernel on each of `count` operations, one by one or, with `batch`, in one call. `lastReads` of each: bit
+    /// j says that nobody else reads what stands in operand j.
+    void add(const CKernel& kernel, CKernelBatchFunction batch, COperation* const* operations, const uint8_t* lastReads,
+             int32_t count);
+    /// Adds a chain; `stages` as CChainFunction documents it, with the operands of each stage's kernel; `lastReads` of
+    /// its first stage. Bit kLinkOperand says that nobody but the chain reads it.
+    void addChain(CChainFunction chain, COperation* const* const* stages, const int32_t (&operandCounts)[kChainStages],
+                  const uint8_t* lastReads, int32_t count);
     /// Lets a joiner replace calls by fewer ones.
     void join(CRunJoiner& joiner);
     /// All that was added had room.
@@ -45,10 +47,7 @@ private:
     static constexpr int32_t kPlanBytes = 48 << 10;
 
     bool takeCall(const CRecordedCall& call, int32_t operationCount);
-    void append(const COperation& operation, uint8_t lastReads) {
-        lastReads_[operationCount_] = lastReads;
-        operations_[operationCount_++] = operation;
-    }
+    void append(const COperation& operation, int32_t operandCount, uint8_t lastReads);
 
     COperation* operations_;
     uint8_t* lastReads_;  ///< of each operation

@@ -16,9 +16,10 @@ struct CRecordedCall {
     CChainFunction chain = nullptr;
     CJoinedFunction joined = nullptr;
     const void* plan = nullptr;
-    COperation* operations = nullptr;    ///< `count` of them; of a chain the stages one behind the other
-    const uint8_t* lastReads = nullptr;  ///< of each operation: bit j says that nobody else reads what stands in operand j
-    int32_t count = 0;                   ///< operations, or channels of a chain
+    COperation* operations = nullptr;  ///< `count` of them; of a chain the stages one behind the other
+    const uint8_t* lastReads =
+        nullptr;        ///< of each operation: bit j says that nobody else reads what stands in operand j
+    int32_t count = 0;  ///< operations, or channels of a chain
 };
 
 /// Memory of a recorded run for plans, taken from its beginning on. It lasts until the next recording.

@@ -87,10 +87,12 @@ void CAudioBlockRunner::run(const Sample* const* inputs, Sample* const* outputs,
     takeInputs(inputs, offset, frames);
     shared.beginRun();
     if (isRepetition) {
+        holdInputs();
         shared.context->startRecording();
     }
     graph_.run(frames);
     if (isRepetition) {
+        releaseInputs();
         shared.context->endRecording();
     }
     noteRun(frames, deliveries);
@@ -126,6 +128,7 @@ void CAudioBlockRunner::takeInputs(const Sample* const* inputs, int32_t offset, 
         // An input without a buffer is left out: the router makes silence for a channel that needs it.
         const bool isThere = inputs != nullptr && inputs[i] != nullptr;
         const CBufferHandle block = isThere ? context.takeSignal(frames) : kNoBuffer;
+        blocks_[i] = block;
         if (block != kNoBuffer) {
             inputs_[i] = context.signal(block);
             widen(inputs_[i], inputs[i] + offset, frames);
@@ -134,14 +137,29 @@ void CAudioBlockRunner::takeInputs(const Sample* const* inputs, int32_t offset, 
     }
 }
 
-/// Most hosts pass all inputs, of which a routing takes two.
+/// Nothing else takes the place of an input during a run that is recorded: what touches it there reads it.
+void CAudioBlockRunner::holdInputs() {
+    CAudioGraph& shared = graph_.shared();
+    for (int32_t i = 0; i < shared.hostInputs; ++i) {
+        shared.context->addReference(blocks_[i]);
+    }
+}
+
+void CAudioBlockRunner::releaseInputs() {
+    CAudioGraph& shared = graph_.shared();
+    for (int32_t i = 0; i < shared.hostInputs; ++i) {
+        shared.context->releaseReference(blocks_[i]);
+    }
+}
+
+/// Most hosts pass all inputs, of which a routing takes two. An output may be an input as it came.
 void CAudioBlockRunner::noteReads(int32_t frames) {
     const CAudioGraph& shared = graph_.shared();
+    const double** const end = outputs_ + shared.hostOutputs;
     for (int32_t i = 0; i < shared.hostInputs; ++i) {
         const double* const signal = inputs_[i];
-        const bool isOutput =
-            std::find(outputs_, outputs_ + shared.hostOutputs, signal) != outputs_ + shared.hostOutputs;
-        isRead_[i] = signal != nullptr && (isOutput || shared.context->recordedRun().touches(signal, frames));
+        isRead_[i] = signal != nullptr &&
+                     (shared.context->recordedRun().touches(signal, frames) || std::find(outputs_, end, signal) != end);
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "Audio/Context/CBufferHandle.h"
+
 namespace tarv {
 
 class CAudioInstanceGraph;
@@ -36,6 +38,8 @@ private:
     void giveOutputs(Sample* const* outputs, int32_t offset, int32_t frames);
     bool isSteady(const void* const* inputs, int32_t frames) const;
     void noteRun(int32_t frames, uint64_t deliveries);
+    void holdInputs();
+    void releaseInputs();
     void noteReads(int32_t frames);
 
     CAudioInstanceGraph& graph_;
@@ -43,6 +47,7 @@ private:
     int32_t frames_ = 0;
     uint64_t deliveries_ = 0;                       ///< of the collector, before that run
     double* inputs_[kMaxHostChannels] = {};         ///< signals by host channel; null: the host gave none
+    CBufferHandle blocks_[kMaxHostChannels] = {};   ///< of the inputs, in the run under way
     bool isRead_[kMaxHostChannels] = {};            ///< the recorded run reads the input
     const double* outputs_[kMaxHostChannels] = {};  ///< null: silence
 };
