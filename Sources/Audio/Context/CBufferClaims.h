@@ -50,6 +50,14 @@ public:
     /// Sets both bytes to 1 when the next write of the buffer completes.
     void notifyOnWrite(CContextBuffer& buffer, uint8_t* first, uint8_t* second);
 
+    /// A buffer that nobody claims was written.
+    void noteWrite(CContextBuffer& buffer) {
+        if (buffer.state >= CContextBuffer::kWatched) {
+            buffers_.notices().deliver(buffer);
+            buffer.state &= ~CContextBuffer::kWatched;
+        }
+    }
+
 private:
     // An operand that waits for its buffer has the number of its operation's record and its place there. Each waits at
     // most once, so that the records hold the lists, too.

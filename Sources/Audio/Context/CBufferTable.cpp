@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <iterator>
 
+#include "Audio/Context/CRecordedRun.h"
 #include "Core/CHeap.h"
 
 namespace tarv {
 
 namespace {
 
-constexpr int32_t kLargestSmallClass = 4;  // up to 1 KiB: state blocks
 constexpr uintptr_t kPage = 4096;
 constexpr uintptr_t kLine = 64;
 // Signals that start at equal places of their pages collide in the cache when several are walked side by side.
@@ -18,7 +18,7 @@ constexpr uintptr_t kStagger = 9 * kLine;
 
 /// Room for the place of a signal within its page.
 constexpr size_t marginOf(int32_t sizeClass) {
-    return sizeClass > kLargestSmallClass ? kPage + kLine : 0;
+    return CBufferTable::isState(sizeClass) ? 0 : kPage + kLine;
 }
 
 }  // namespace
@@ -42,7 +42,8 @@ void CBufferTable::clearEntry(int32_t index) {
                        .firstWaiter = -1,
                        .lastWaiter = -1,
                        .dataOffset = 0,
-                       .sizeClass = 0};
+                       .sizeClass = 0,
+                       .lastWrite = 0};
 }
 
 void CBufferTable::allocateStorage(int32_t index, int32_t sizeClass) {
@@ -84,17 +85,22 @@ int32_t CBufferTable::takeUnused(int32_t sizeClass) {
     return index;
 }
 
+int32_t CBufferTable::popLarger(int32_t sizeClass) {
+    int32_t index = kNoBuffer;
+    for (int32_t c = sizeClass; c < endOfKind(sizeClass) && index == kNoBuffer; ++c) {
+        index = popFree(c);
+    }
+    return index;
+}
+
 /// A larger storage of the same kind serves before a new one is made; the other kind, or growth, only when the table
 /// has no unused entry any more.
 int32_t CBufferTable::takeFree(int32_t sizeClass) {
-    const int32_t kindEnd = sizeClass <= kLargestSmallClass ? kLargestSmallClass + 1 : kSizeClassCount;
-    for (int32_t c = sizeClass; c < kindEnd; ++c) {
-        if (freeBuffers_[c] != kNoBuffer) {
-            return popFree(c);
-        }
+    int32_t index = popLarger(sizeClass);
+    if (index == kNoBuffer) {
+        index = takeUnused(sizeClass);
     }
-    int32_t index = takeUnused(sizeClass);
-    for (int32_t c = kindEnd; c < kSizeClassCount && index == kNoBuffer; ++c) {
+    for (int32_t c = endOfKind(sizeClass); c < kSizeClassCount && index == kNoBuffer; ++c) {
         index = popFree(c);
     }
     for (int32_t c = sizeClass - 1; c >= 0 && index == kNoBuffer; --c) {
@@ -106,9 +112,30 @@ int32_t CBufferTable::takeFree(int32_t sizeClass) {
     return index;
 }
 
+CBufferHandle CBufferTable::takeLarger(int32_t sizeClass) {
+    const int32_t index = popLarger(sizeClass);
+    return index == kNoBuffer ? kNoBuffer : startUse(index);
+}
+
 CBufferHandle CBufferTable::takeAny(int32_t sizeClass) {
     const int32_t index = takeFree(sizeClass);
     return index == kNoBuffer ? kNoBuffer : startUse(index);
+}
+
+void CBufferTable::hold(CContextBuffer& buffer) {
+    recording_->noteLastRead(buffer);
+    int32_t& list = isState(buffer.sizeClass) ? heldStates_ : heldSignals_;
+    buffer.nextFree = list;
+    list = static_cast<int32_t>(&buffer - buffers_);
+}
+
+void CBufferTable::freeList(int32_t& list) {
+    while (list != kNoBuffer) {
+        const int32_t index = list;
+        list = buffers_[index].nextFree;
+        buffers_[index].nextFree = freeBuffers_[buffers_[index].sizeClass];
+        freeBuffers_[buffers_[index].sizeClass] = index;
+    }
 }
 
 void CBufferTable::reserve(int32_t count, int32_t bytes) {

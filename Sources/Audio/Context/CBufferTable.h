@@ -9,6 +9,8 @@
 
 namespace tarv {
 
+class CRecordedRun;
+
 /// The buffers of a context, each with a storage that it keeps while it is free. Free buffers wait in one list for each
 /// size of storage. Thread: that of the context. Allocates only where a function says so.
 class CBufferTable {
@@ -37,6 +39,8 @@ public:
         freeBuffers_[sizeClass] = buffers_[index].nextFree;
         return startUse(index);
     }
+    /// The same from any size of its kind that is large enough.
+    CBufferHandle takeLarger(int32_t sizeClass);
     /// The same from any size; may allocate. kNoBuffer if all buffers are in use.
     CBufferHandle takeAny(int32_t sizeClass);
     /// Makes sure that `count` free buffers of `bytes` exist, as far as the table has room. Allocates.
@@ -56,9 +60,26 @@ public:
         if (buffer.state >= CContextBuffer::kWatched) [[unlikely]] {
             notices_.forget(buffer);
         }
+        --inUse_;
+        if (recording_ != nullptr) {
+            hold(buffer);
+            return;
+        }
         buffer.nextFree = freeBuffers_[buffer.sizeClass];
         freeBuffers_[buffer.sizeClass] = static_cast<int32_t>(&buffer - buffers_);
-        --inUse_;
+    }
+    /// The size is that of state blocks, up to 1 KiB, which users write directly, and not that of signals.
+    static constexpr bool isState(int32_t sizeClass) { return sizeClass <= kLargestStateClass; }
+    /// While a run is recorded, buffers that are given back are held, and `recording` learns who read them last; null:
+    /// no longer.
+    void setRecording(CRecordedRun* recording) { recording_ = recording; }
+    /// Makes the signals free that are held: no later operation of their call can run together with those that use
+    /// them.
+    void freeSignals() { freeList(heldSignals_); }
+    /// Makes all free that are held: no operation waits.
+    void freeHeld() {
+        freeList(heldSignals_);
+        freeList(heldStates_);
     }
 
     CWriteNotices& notices() { return notices_; }
@@ -73,14 +94,22 @@ public:
 private:
     static constexpr int32_t kBufferCount = kHandleIndexMask + 1;
     static constexpr int32_t kSizeClassCount = 25;
+    static constexpr int32_t kLargestStateClass = 4;
     static_assert(kUsableBuffers < kBufferCount);
 
     CBufferHandle startUse(int32_t index) {
         buffers_[index].state = CContextBuffer::kOneReference;
+        buffers_[index].lastRead = 0;
         ++inUse_;
         return index;
     }
+    void hold(CContextBuffer& buffer);
+    void freeList(int32_t& list);
+    static int32_t endOfKind(int32_t sizeClass) {
+        return isState(sizeClass) ? kLargestStateClass + 1 : kSizeClassCount;
+    }
     int32_t popFree(int32_t sizeClass);
+    int32_t popLarger(int32_t sizeClass);
     int32_t takeUnused(int32_t sizeClass);
     int32_t takeFree(int32_t sizeClass);
     void clearEntry(int32_t index);
@@ -88,6 +117,9 @@ private:
 
     CContextBuffer buffers_[kBufferCount];
     int32_t freeBuffers_[kSizeClassCount];
+    CRecordedRun* recording_ = nullptr;
+    int32_t heldSignals_ = kNoBuffer;
+    int32_t heldStates_ = kNoBuffer;
     CWriteNotices notices_;
     int32_t storageCount_ = 0;  // the entries behind are not in use yet and hold anything
     int32_t inUse_ = 0;

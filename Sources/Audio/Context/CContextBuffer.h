@@ -20,15 +20,17 @@ struct alignas(32) CContextBuffer {
     static constexpr int32_t kSmallestStorage = 64;
 
     uint64_t state;
-    uint8_t* data;        ///< where the contents start; null: no storage yet
-    int32_t nextFree;     ///< while free
+    uint8_t* data;  ///< where the contents start; null: no storage yet
+    union {
+        int32_t nextFree;   ///< while free
+        uint32_t lastRead;  ///< while in use: the last operand of a recorded operation that names it; 0: none
+    };
     int16_t firstWaiter;  ///< operands that wait for the buffer, in order of issue; -1: none
     int16_t lastWaiter;
     uint16_t dataOffset;  ///< bytes from the start of the allocation to `data`
     uint8_t sizeClass;    ///< the storage has room for kSmallestStorage << sizeClass bytes
+    uint32_t lastWrite;   ///< the last operand of a recorded operation that writes it
 
-    /// Exactly `count` queued operations read the buffer, and nobody else refers to it.
-    bool isReadByOnly(uint64_t count) const { return state == count * (kOneReference + kOneReader); }
     int32_t references() const { return static_cast<int32_t>(state & kReferences); }
     /// Bytes.
     int32_t capacity() const { return data ? kSmallestStorage << sizeClass : 0; }

@@ -6,10 +6,11 @@
 #include "Audio/Context/CKernel.h"
 #include "Audio/Context/CQueuedOperation.h"
 #include "Audio/Context/CRecordedRun.h"
+#include "Audio/Context/CRunInputs.h"
 
 namespace tarv {
 
-/// Calls kernels, and records the calls of one run so that they can be repeated.
+/// Calls kernels, and holds the run that is or was recorded.
 class CKernelCalls {
 public:
     /// Runs `count` (1 to kMaxBatch) operations of one kernel and sample count.
@@ -17,9 +18,6 @@ public:
         COperation* operations[kMaxBatch] = {};
         std::copy_n(batch, count, operations);
         const CKernelBatchFunction together = count > 1 ? kernel.batch : nullptr;
-        if (isRecording_) [[unlikely]] {
-            record(kernel, together, batch, count);
-        }
         if (together != nullptr) {
             together(operations, count);
             ++callCount_;
@@ -30,14 +28,27 @@ public:
         }
         callCount_ += static_cast<uint64_t>(count);
     }
-    /// Runs `count` channels of a chain; the others as CRecordedRun::addChain documents them.
-    void callChain(CChainFunction chain, COperation* const* const* stages, const int32_t (&operandCounts)[kChainStages],
-                   const uint8_t* lastReads, int32_t count);
+    /// Runs `count` channels of a chain.
+    void callChain(CChainFunction chain, COperation* const* const* stages, int32_t count) {
+        chain(stages, count);
+        ++callCount_;
+    }
 
-    /// All calls up to endRecording are recorded.
-    void startRecording();
-    /// False if there were too many calls to be kept. Any of `joiners` may be null.
-    bool endRecording(const std::unique_ptr<CRunJoiner> (&joiners)[kJoinerCount]);
+    /// Operations are recorded up to endRecording. `joiners` and `inputs`, which may be null, stay until then.
+    void startRecording(const CRunJoiners& joiners, CRunInputs* inputs);
+    bool isRecording() const { return isRecording_; }
+    /// The run that is being recorded, with room for an operation.
+    CRecordedRun& roomyRecording() {
+        if (!recording_.hasRoom()) [[unlikely]] {
+            makeRoom();
+        }
+        return recording_;
+    }
+    CRecordedRun& recording() { return recording_; }
+    /// Runs what was recorded and waits.
+    void settle();
+    /// Settles; false if there were too many calls to be kept.
+    bool endRecording();
     /// Something changed that the recorded run does not know: it must not be repeated.
     void dropRecording() { isRecorded_ = false; }
     /// A run was recorded and not dropped since.
@@ -53,10 +64,13 @@ public:
     const CRecordedRun& recording() const { return recording_; }
 
 private:
-    void record(const CKernel& kernel, CKernelBatchFunction together, CQueuedOperation* const* batch, int32_t count);
+    void makeRoom();
 
     CRecordedRun recording_;
+    const CRunJoiners* joiners_ = nullptr;
+    CRunInputs* inputs_ = nullptr;
     bool isRecording_ = false;
+    bool isWhole_ = false;  ///< all calls of the recorded run had room
     bool isRecorded_ = false;
     uint64_t callCount_ = 0;
     uint64_t repeatCount_ = 0;

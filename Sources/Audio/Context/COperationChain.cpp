@@ -38,17 +38,11 @@ bool COperationChain::endStage() {
 void COperationChain::run(CKernelCalls& calls, CBufferClaims& claims, COperationPool& pool) {
     dropLinks();
     COperation* operations[kChainStages][kMaxBatch] = {};
-    int32_t operandCounts[kChainStages] = {};
     for (int32_t s = 0; s < kChainStages; ++s) {
         std::copy_n(kept_[s], counts_[0], operations[s]);
-        operandCounts[s] = kept_[s][0]->kernel->operandCount;
     }
     COperation* const* const stages[kChainStages] = {operations[0], operations[1], operations[2]};
-    uint8_t lastReads[kMaxBatch] = {};
-    for (int32_t i = 0; i < counts_[0]; ++i) {
-        lastReads[i] = static_cast<uint8_t>(isSourceOwn(i) << kLinkOperand);
-    }
-    calls.callChain(function_, stages, operandCounts, lastReads, counts_[0]);
+    calls.callChain(function_, stages, counts_[0]);
     complete(claims, pool);
 }
 
@@ -77,18 +71,6 @@ void COperationChain::dropLinks() {
             kept_[s][i]->pointers[0] = nullptr;
         }
     }
-}
-
-/// Whether nobody but the stages of a channel reads its source. Each operand is a read of its own.
-bool COperationChain::isSourceOwn(int32_t channel) const {
-    const CContextBuffer* const source = kept_[0][channel]->buffers[kLinkOperand];
-    uint64_t reads = 0;
-    for (int32_t s = 0; s < kChainStages; ++s) {
-        for (int32_t j = 1; j < kept_[s][channel]->kernel->operandCount; ++j) {
-            reads += kept_[s][channel]->buffers[j] == source;
-        }
-    }
-    return source->isReadByOnly(reads);
 }
 
 void COperationChain::complete(CBufferClaims& claims, COperationPool& pool) {

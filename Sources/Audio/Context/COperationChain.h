@@ -95,7 +95,6 @@ private:
                (link.state & ~CContextBuffer::kReferences) == CContextBuffer::kWriter;
     }
     void dropLinks();
-    bool isSourceOwn(int32_t channel) const;
     void complete(CBufferClaims& claims, COperationPool& pool);
 
     int32_t kernels_[kChainStages] = {kNone, kNone, kNone};

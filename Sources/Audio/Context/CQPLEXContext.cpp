@@ -19,7 +19,20 @@ void CQPLEXContext::registerChain(const int32_t (&kernelNumbers)[kChainStages], 
 }
 
 CBufferHandle CQPLEXContext::takeOther(int32_t sizeClass) {
-    CBufferHandle handle = buffers_.takeAny(sizeClass);
+    CBufferHandle handle = buffers_.takeLarger(sizeClass);
+    if (handle == kNoBuffer && calls_.isRecording()) {
+        // What was given back since the recording began may do.
+        if (CBufferTable::isState(sizeClass)) {
+            settle();
+        } else {
+            calls_.recording().closeCall();
+            buffers_.freeSignals();
+        }
+        handle = buffers_.takeLarger(sizeClass);
+    }
+    if (handle == kNoBuffer) {
+        handle = buffers_.takeAny(sizeClass);
+    }
     if (handle == kNoBuffer) {
         ++forcedFlushes_;
         flush();
@@ -53,10 +66,14 @@ void CQPLEXContext::issueOperands(int32_t kernelNumber, int32_t count, double im
         ++rejected_;
         return;
     }
+    if (calls_.isRecording()) {
+        recordOperands<N>(kernels_[kernelNumber], count, immediate, buffers, handles);
+        return;
+    }
     const bool isChained = chain_.isOpen() && joinsChain<N>(kernelNumber, count, buffers, handles, isRepeated);
     if (operations_.isEmpty()) [[unlikely]] {
         ++forcedFlushes_;
-        flush();
+        runQueued();
         leaveChain();
     }
     CQueuedOperation& operation = operations_.take();
@@ -80,6 +97,49 @@ void CQPLEXContext::issueOperands(int32_t kernelNumber, int32_t count, double im
     }
 }
 
+/// Adds an operation to the recorded run: to the last call, if it is one of the same kernel and count and independent
+/// of all its operations.
+template <int32_t N>
+inline void CQPLEXContext::recordOperands(const CKernel& kernel, int32_t count, double immediate,
+                                          CContextBuffer* const* buffers, const CBufferHandle* handles) {
+    CRecordedRun& run = calls_.roomyRecording();
+    const uint32_t number = run.nextNumber();
+    const uint32_t open = run.openNumber(kernel, count);
+    const uint32_t first = CRecordedRun::operandNumber(open, 0);
+    const auto isBefore = [=](uint32_t operand) { return static_cast<int32_t>(first - operand) > 0; };
+    bool isApart = open != number;
+    uint64_t states = 0;
+#pragma GCC unroll 8
+    for (int32_t j = 0; j < N; ++j) {
+        const CContextBuffer& buffer = *buffers[j];
+        const bool isWritten = (kernel.writeMask >> j & 1) != 0;
+        isApart &= isBefore(buffer.lastWrite) & (!isWritten | isBefore(buffer.lastRead));
+        states |= buffer.state;
+    }
+    COperation& operation = run.add(kernel, count, immediate, isApart);
+#pragma GCC unroll 8
+    for (int32_t j = 0; j < N; ++j) {
+        CContextBuffer& buffer = *buffers[j];
+        const uint32_t operand = CRecordedRun::operandNumber(number, j);
+        buffer.lastRead = operand;
+        buffer.lastWrite = (kernel.writeMask >> j & 1) != 0 ? operand : buffer.lastWrite;
+        operation.pointers[j] = buffer.data + handleOffset(handles[j]);
+    }
+#pragma GCC unroll 8
+    for (int32_t j = N; j < kMaxOperands; ++j) {
+        operation.pointers[j] = nullptr;
+    }
+    ++issued_;
+    if (states >= CContextBuffer::kWatched) [[unlikely]] {
+        settle();
+        for (int32_t j = 0; j < N; ++j) {
+            if ((kernel.writeMask >> j & 1) != 0) {
+                claims_.noteWrite(*buffers[j]);
+            }
+        }
+    }
+}
+
 template void CQPLEXContext::issueOperands<1>(int32_t, int32_t, double, const CBufferHandle*);
 template void CQPLEXContext::issueOperands<2>(int32_t, int32_t, double, const CBufferHandle*);
 template void CQPLEXContext::issueOperands<3>(int32_t, int32_t, double, const CBufferHandle*);
@@ -94,7 +154,7 @@ template <int32_t N>
 inline bool CQPLEXContext::joinsChain(int32_t kernelNumber, int32_t count, CContextBuffer* const* buffers,
                                       const CBufferHandle* handles, bool isRepeated) {
     if (chain_.isUnderWay() && !chain_.expects(kernelNumber)) {
-        flush();
+        runQueued();
     }
     if constexpr (N > kLinkOperand) {
         const void* const source = buffers[kLinkOperand]->data + handleOffset(handles[kLinkOperand]);
@@ -110,7 +170,7 @@ inline bool CQPLEXContext::joinsChain(int32_t kernelNumber, int32_t count, CCont
 /// Kept operations run as any others; a chain may begin again behind the next flush.
 void CQPLEXContext::leaveChain() {
     if (chain_.isUnderWay()) {
-        flush();
+        runQueued();
     }
     for (int32_t i = 0; i < chain_.stageCount(0); ++i) {
         ready_.add(*chain_.stage(0)[i]);
@@ -120,12 +180,29 @@ void CQPLEXContext::leaveChain() {
 }
 
 void CQPLEXContext::endProcess() {
-    if (!chain_.endStage()) {
-        flush();
+    if (calls_.isRecording()) {
+        calls_.recording().closeCall();
+        buffers_.freeSignals();
+    } else if (!chain_.endStage()) {
+        runQueued();
     }
 }
 
 void CQPLEXContext::flush() {
+    if (calls_.isRecording()) {
+        ++flushes_;
+        settle();
+    } else {
+        runQueued();
+    }
+}
+
+void CQPLEXContext::settle() {
+    calls_.settle();
+    buffers_.freeHeld();
+}
+
+void CQPLEXContext::runQueued() {
     ++flushes_;
     if (!chain_.isEmpty()) {
         runChain();
@@ -158,14 +235,17 @@ void CQPLEXContext::runBatch(CQueuedOperation* const* batch, int32_t count) {
     }
 }
 
-void CQPLEXContext::startRecording() {
+void CQPLEXContext::startRecording(CRunInputs* inputs) {
     flush();
-    calls_.startRecording();
+    calls_.startRecording(joiners_, inputs);
+    buffers_.setRecording(&calls_.recording());
 }
 
 bool CQPLEXContext::endRecording() {
-    flush();
-    return calls_.endRecording(joiners_);
+    const bool isKept = calls_.endRecording();
+    buffers_.setRecording(nullptr);
+    buffers_.freeHeld();
+    return isKept;
 }
 
 CContextCounters CQPLEXContext::counters() const {

@@ -90,7 +90,7 @@ public:
         return handle == kNoBuffer ? 0 : buffers_.at(handle).references();
     }
     /// Address of a buffer, null for kNoBuffer. Contents may be written right after takeBuffer, before any operation
-    /// names the buffer. Call flush before reading them.
+    /// names the buffer; while a run is recorded only those of a state block. Call flush before reading them.
     void* data(CBufferHandle handle) const {
         return handle == kNoBuffer ? nullptr : buffers_.at(handle).data + handleOffset(handle);
     }
@@ -137,16 +137,22 @@ public:
                 ++rejected_;
         }
     }
-    /// Runs everything that is queued.
+    /// Runs everything that is queued, also while a run is recorded.
     void flush();
     /// A process has issued all operations of a block: runs what is queued, unless it may begin the chain, which then
     /// waits for the next process. Buffers may be read only after a flush.
     void endProcess();
 
-    /// Runs what is queued, then records the kernel calls up to `endRecording`.
-    void startRecording();
-    /// Runs what is queued and ends the recording; false if it was too long to be kept.
+    /// Runs what is queued, then records the operations up to `endRecording`. They wait until then, or until a flush,
+    /// so that calls which belong together become one, and run in the order of issue. `inputs`, if not null, stays
+    /// until then.
+    void startRecording(CRunInputs* inputs = nullptr);
+    /// Runs what was recorded; false if it was too long to be kept.
     bool endRecording();
+    /// Whether a recorded operation names a buffer that was taken since the recording began or right before.
+    bool isRecordedIn(CBufferHandle handle) const { return handle != kNoBuffer && buffers_.at(handle).lastRead != 0; }
+    /// What was recorded is not to be repeated.
+    void dropRecording() { calls_.dropRecording(); }
     /// Whether `repeat` can stand for the recorded run: no buffer was taken and no operation issued since it ended.
     bool isRecorded() const { return calls_.isRecorded(); }
     /// Makes the recorded kernel calls again, on the same storages: inputs are read from where the recorded run read
@@ -162,9 +168,14 @@ private:
     template <int32_t N>
     void issueOperands(int32_t kernelNumber, int32_t count, double immediate, const CBufferHandle* handles);
     template <int32_t N>
+    void recordOperands(const CKernel& kernel, int32_t count, double immediate, CContextBuffer* const* buffers,
+                        const CBufferHandle* handles);
+    template <int32_t N>
     bool joinsChain(int32_t kernelNumber, int32_t count, CContextBuffer* const* buffers, const CBufferHandle* handles,
                     bool isRepeated);
     void leaveChain();
+    void runQueued();
+    void settle();
     void runChain();
     void runBatch(CQueuedOperation* const* batch, int32_t count);
     CBufferHandle takeOther(int32_t sizeClass);
@@ -176,7 +187,7 @@ private:
     CBufferClaims claims_;
     COperationChain chain_;
     CKernelCalls calls_;
-    std::unique_ptr<CRunJoiner> joiners_[kJoinerCount];
+    CRunJoiners joiners_;
     uint64_t issued_ = 0;
     uint64_t rejected_ = 0;
     uint64_t flushes_ = 0;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Core/CHeap.h"
+
 namespace tarv {
 
 CRecordedRun::CRecordedRun()
@@ -18,98 +20,100 @@ CRecordedRun::~CRecordedRun() {
 }
 
 void CRecordedRun::clear() {
+    firstNumber_ += static_cast<uint32_t>(operationCount_);
     operationCount_ = 0;
     callCount_ = 0;
+    settledCount_ = 0;
     joinedCount_ = 0;
-    isWhole_ = true;
+    isOpen_ = false;
     memory_ = {plans_, plans_ + kPlanBytes};
 }
 
-bool CRecordedRun::takeCall(const CRecordedCall& call, int32_t operationCount) {
-    isWhole_ = isWhole_ && callCount_ < kMostCalls && operationCount_ + operationCount <= kMostOperations;
-    if (isWhole_) {
-        calls_[callCount_] = call;
-        calls_[callCount_].operations = operations_ + operationCount_;
-        calls_[callCount_].lastReads = lastReads_ + operationCount_;
-        ++callCount_;
+COperation& CRecordedRun::add(const CKernel& kernel, int32_t count, double immediate, bool isInOpenCall) {
+    COperation& operation = operations_[operationCount_];
+    operation.immediate = immediate;
+    operation.count = count;
+    lastReads_[operationCount_] = 0;
+    if (isInOpenCall) {
+        CRecordedCall& call = calls_[callCount_ - 1];
+        ++call.count;
+        call.batch = kernel.batch;
+    } else {
+        calls_[callCount_++] = {.function = kernel.function,
+                                .operations = &operation,
+                                .lastReads = lastReads_ + operationCount_,
+                                .count = 1};
+        isOpen_ = true;
     }
-    return isWhole_;
+    ++operationCount_;
+    return operation;
 }
 
-/// What stands behind the operands of an operation is left from another one.
-void CRecordedRun::append(const COperation& operation, int32_t operandCount, uint8_t lastReads) {
-    lastReads_[operationCount_] = lastReads;
-    COperation& kept = operations_[operationCount_++];
-    kept = operation;
-    std::fill(kept.pointers + operandCount, kept.pointers + kMaxOperands, nullptr);
-}
-
-void CRecordedRun::add(const CKernel& kernel, CKernelBatchFunction batch, COperation* const* operations,
-                       const uint8_t* lastReads, int32_t count) {
-    if (takeCall({.function = kernel.function, .batch = batch, .count = count}, count)) {
-        for (int32_t i = 0; i < count; ++i) {
-            append(*operations[i], kernel.operandCount, lastReads[i]);
-        }
+void CRecordedRun::noteLastRead(const CContextBuffer& buffer) {
+    const uint32_t operands = buffer.lastRead - operandNumber(firstNumber_, 0);
+    const uint32_t index = operands / kMaxOperands;
+    if (index >= static_cast<uint32_t>(operationCount_)) {
+        return;
     }
+    const uint32_t j = operands % kMaxOperands;
+    const auto* const operand = static_cast<const uint8_t*>(operations_[index].pointers[j]);
+    const bool isIts = operand >= buffer.data && operand < buffer.data + buffer.capacity();
+    lastReads_[index] |= static_cast<uint8_t>(isIts << j);
 }
 
-void CRecordedRun::addChain(CChainFunction chain, COperation* const* const* stages,
-                            const int32_t (&operandCounts)[kChainStages], const uint8_t* lastReads, int32_t count) {
-    if (takeCall({.chain = chain, .count = count}, kChainStages * count)) {
-        for (int32_t s = 0; s < kChainStages; ++s) {
-            for (int32_t i = 0; i < count; ++i) {
-                append(*stages[s][i], operandCounts[s], s == 0 ? lastReads[i] : 0);
-            }
-        }
-    }
-}
-
-void CRecordedRun::join(CRunJoiner& joiner) {
-    int32_t kept = 0;
-    for (int32_t next = 0; next < callCount_; ++kept) {
-        CRecordedCall call = {};
-        const int32_t count = joiner.join(calls_ + next, callCount_ - next, memory_, call);
-        joinedCount_ += count > 0;
-        calls_[kept] = count > 0 ? call : calls_[next];
-        next += std::max(count, 1);
-    }
-    callCount_ = kept;
-}
-
-bool CRecordedRun::touches(const double* signal, int32_t count) const {
-    const auto isInside = [=](const void* operand) {
-        return operand >= static_cast<const void*>(signal) && operand < static_cast<const void*>(signal + count);
+int32_t CRecordedRun::settle(const CRunJoiners& joiners) {
+    int32_t kept = settledCount_;
+    const auto keep = [&](const CRecordedCall& call) {
+        runCall(call);
+        calls_[kept++] = call;
     };
-    return std::any_of(operations_, operations_ + operationCount_, [&](const COperation& o) {
-        return std::any_of(o.pointers, o.pointers + kMaxOperands, isInside);
-    });
+    for (int32_t next = settledCount_; next < callCount_;) {
+        CRunJoiner::CFound found;
+        CRunJoiner* finder = nullptr;
+        for (int32_t j = 0; j < kJoinerCount && found.count == 0; ++j) {
+            finder = joiners[j].get();
+            found = finder != nullptr ? finder->find(calls_ + next, callCount_ - next) : CRunJoiner::CFound();
+        }
+        for (int32_t i = 0; i < found.ahead; ++i) {
+            keep(calls_[next++]);
+        }
+        CRecordedCall joined;
+        if (found.count > 0 && finder->plan(memory_, joined)) {
+            keep(joined);
+            next += found.count;
+            ++joinedCount_;
+        } else {
+            keep(calls_[next++]);
+        }
+    }
+    const int32_t count = kept - settledCount_;
+    callCount_ = kept;
+    settledCount_ = kept;
+    isOpen_ = false;
+    return count;
+}
+
+void CRecordedRun::runCall(const CRecordedCall& call) {
+    if (call.joined != nullptr) {
+        call.joined(call.plan);
+        return;
+    }
+    if (call.batch == nullptr) {
+        for (int32_t i = 0; i < call.count; ++i) {
+            call.function(call.operations[i]);
+        }
+        return;
+    }
+    COperation* operations[kMaxBatch];
+    for (int32_t i = 0; i < call.count; ++i) {
+        operations[i] = &call.operations[i];
+    }
+    call.batch(operations, call.count);
 }
 
 void CRecordedRun::run() const {
     for (int32_t c = 0; c < callCount_; ++c) {
-        const CRecordedCall& call = calls_[c];
-        if (call.joined != nullptr) {
-            call.joined(call.plan);
-            continue;
-        }
-        if (call.batch == nullptr && call.chain == nullptr) {
-            for (int32_t i = 0; i < call.count; ++i) {
-                call.function(call.operations[i]);
-            }
-            continue;
-        }
-        COperation* operations[kChainStages * kMaxBatch];
-        const int32_t total = call.chain != nullptr ? kChainStages * call.count : call.count;
-        for (int32_t i = 0; i < total; ++i) {
-            operations[i] = &call.operations[i];
-        }
-        if (call.chain != nullptr) {
-            COperation* const* const stages[kChainStages] = {operations, operations + call.count,
-                                                             operations + 2 * call.count};
-            call.chain(stages, call.count);
-        } else {
-            call.batch(operations, call.count);
-        }
+        runCall(calls_[c]);
     }
 }
 

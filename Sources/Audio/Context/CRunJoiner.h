@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "Audio/Context/COperation.h"
 
@@ -9,17 +10,16 @@ namespace tarv {
 /// Makes the calls that a plan stands for.
 using CJoinedFunction = void (*)(const void* plan);
 
-/// A call of a recorded run: of a kernel for each operation, of a kernel for all together, of a chain, or a joined one.
+/// A call of a recorded run: of a kernel for its operations, one by one or together, or a joined one.
 struct CRecordedCall {
     CKernelFunction function = nullptr;
-    CKernelBatchFunction batch = nullptr;
-    CChainFunction chain = nullptr;
+    CKernelBatchFunction batch = nullptr;  ///< null: one by one
     CJoinedFunction joined = nullptr;
     const void* plan = nullptr;
-    COperation* operations = nullptr;  ///< `count` of them; of a chain the stages one behind the other
-    const uint8_t* lastReads =
-        nullptr;        ///< of each operation: bit j says that nobody else reads what stands in operand j
-    int32_t count = 0;  ///< operations, or channels of a chain
+    COperation* operations = nullptr;  ///< `count` of them
+    /// Of each operation: bit j says that nobody else reads what stands in operand j.
+    const uint8_t* lastReads = nullptr;
+    int32_t count = 0;
 };
 
 /// Memory of a recorded run for plans, taken from its beginning on. It lasts until the next recording.
@@ -47,10 +47,22 @@ constexpr int32_t kJoinerCount = 2;
 /// Finds calls of a recorded run that one call can make together with the same bits. Audio thread; allocates nothing.
 class CRunJoiner {
 public:
+    /// Calls from the first one on: `ahead` that must run before, then `count` that one call can stand for; 0: none.
+    struct CFound {
+        int32_t ahead = 0;
+        int32_t count = 0;
+    };
+
     virtual ~CRunJoiner() = default;
-    /// Looks at `count` calls, 1 and up. Returns how many from the first on `call` stands for, with its plan in
-    /// `memory`; 0 if it can't stand for the first one.
-    virtual int32_t join(const CRecordedCall* calls, int32_t count, CPlanMemory& memory, CRecordedCall& call) = 0;
+    /// Looks at `count` calls, 1 and up, when all before them have run. May change their order where that changes no
+    /// bit.
+    virtual CFound find(CRecordedCall* calls, int32_t count) = 0;
+    /// Makes the call that stands for what was found last, with its plan in `memory`, when those ahead have run. False
+    /// without room.
+    virtual bool plan(CPlanMemory& memory, CRecordedCall& call) = 0;
 };
+
+/// The joiners of a context by CJoinedKernels; any may be null.
+using CRunJoiners = std::unique_ptr<CRunJoiner>[kJoinerCount];
 
 }  // namespace tarv

@@ -35,7 +35,8 @@ public:
     int32_t hostOutputs = 0;
     /// The host's rate in Hz.
     double hostRate = 44100.0;
-    /// Time of the first sample of the current run, in host samples since the instance was made.
+    /// Time of the first sample of the current block, in host samples since the instance was made. A block is run in
+    /// pieces where fades end: changes act in the first one.
     double now = 0.0;
 
     /// Audio is running: changes are faded. While false (preparation) they are taken in place.
@@ -45,11 +46,37 @@ public:
 
     /// The next run of as many samples would issue the same operations as the last one.
     bool isSteady() const { return isSteady_; }
-    /// [audio thread, before a run] Called by the core: the run counts as steady until invalidateRun.
-    void beginRun() { isSteady_ = true; }
+    /// [audio thread, before a run] Called by the core: the run counts as steady until invalidateRun, and no fade is
+    /// noted.
+    void beginRun() {
+        isSteady_ = true;
+        areChangesWaiting_ = false;
+        fadeLeft_ = kNoFade;
+    }
     /// [audio thread, in a run or between two] Called by a process that does something which its next run would not do
     /// again, keeps a position in the signal outside its kernels, or meets another layout or value.
     void invalidateRun() { isSteady_ = false; }
+
+    static constexpr int32_t kNoFade = INT32_MAX;
+    /// Host samples that lie between the end of the last run or repetition and the first end of a fade; kNoFade: none
+    /// ends. Runs repeat each other up to there.
+    int32_t fadeLeft() const { return fadeLeft_; }
+    /// [audio thread, in a run] Called by a process for a fade that goes on behind the run.
+    void noteFade(int32_t left) { fadeLeft_ = left < fadeLeft_ ? left : fadeLeft_; }
+    /// Host samples for which the processes were not called, since the instance was made: the run before them was
+    /// repeated instead.
+    int64_t repeatedFrames() const { return repeatedFrames_; }
+    /// [audio thread] Called by the core when it has repeated a run of so many host samples.
+    void noteRepetition(int32_t frames) {
+        repeatedFrames_ += frames;
+        fadeLeft_ -= fadeLeft_ == kNoFade ? 0 : frames;
+    }
+    /// Changes wait in a process for their time.
+    bool areChangesWaiting() const { return areChangesWaiting_; }
+    /// [audio thread] Called by a process when it has taken the due changes and others are left.
+    void noteWaitingChanges() { areChangesWaiting_ = true; }
+    /// [audio thread, before CAudioProcessBase::takeQuietChanges] Called by the core.
+    void beginQuietChanges() { areChangesWaiting_ = false; }
 
     /// A process asked for room since the last beginUse.
     bool isRoomWanted() const { return isRoomWanted_; }
@@ -83,6 +110,9 @@ public:
 private:
     bool isRunning_ = false;
     bool isSteady_ = false;
+    bool areChangesWaiting_ = false;
+    int32_t fadeLeft_ = kNoFade;
+    int64_t repeatedFrames_ = 0;
     bool isRoomWanted_ = false;
     bool areDelaysValid_ = true;
     CUse use_;

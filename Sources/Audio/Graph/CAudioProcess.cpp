@@ -139,6 +139,21 @@ void CAudioProcess::visitChildren(void (*visit)(void* user, CAudioProcessBase& c
     }
 }
 
+bool CAudioProcess::takeQuietChanges() {
+    if (isStructureDirty_ || !CAudioProcessBase::takeQuietChanges()) {
+        return false;
+    }
+    for (CAudioProcessBase* child : idle_) {
+        child->updateIdle();
+    }
+    for (const CStep& step : steps_) {
+        if (step.child != nullptr && !step.child->takeQuietChanges()) {
+            return false;
+        }
+    }
+    return true;
+}
+
 void CAudioProcess::updateIdle() {
     updateParams();
     for (CAudioProcessBase* child : children_) {

@@ -13,6 +13,7 @@ class CAudioProcess : public CAudioProcessBase {
 public:
     [[nodiscard]] CError* init() override;
     void clearBuffers() override;
+    bool takeQuietChanges() override;
     void updateIdle() override;
     void changeRate(CAudioRate& rate) const override;
     const CAudioProcessBase* findInner(const CString& childName) const override { return findProcess(childName); }

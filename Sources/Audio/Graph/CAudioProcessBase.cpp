@@ -42,19 +42,34 @@ void CAudioProcessBase::clearBuffers() {
     }
 }
 
-void CAudioProcessBase::updateParams() {
-    if (changed_ == 0) {
-        return;
+/// A change is delayed as the samples are that it was posted with: by the processes in front of this one. While no
+/// audio runs there are no such samples, and all changes are due.
+double CAudioProcessBase::dueTime() const {
+    return graph().isRunning() ? graph().now - (def().useTimeShift() ? inputDelay_ : 0)
+                               : std::numeric_limits<double>::infinity();
+}
+
+bool CAudioProcessBase::areChangesDue() const {
+    constexpr double kNever = std::numeric_limits<double>::infinity();
+    const bool areDue = queue_.nextTime(kNever) <= dueTime();
+    if (!areDue && !queue_.isEmpty()) {
+        graph().noteWaitingChanges();
     }
+    return areDue;
+}
+
+void CAudioProcessBase::updateParams() {
+    if (changed_ != 0) {
+        graph().invalidateRun();
+        takeChanges();
+    }
+}
+
+void CAudioProcessBase::takeChanges() {
     changed_ = 0;
-    graph().invalidateRun();
-    // A change is delayed as the samples are that it was posted with: by the processes in front of this one. While no
-    // audio runs there are no such samples, and all changes are due.
-    const double now = graph().isRunning() ? graph().now - (def().useTimeShift() ? inputDelay_ : 0)
-                                           : std::numeric_limits<double>::infinity();
     constexpr int32_t kRoom = 31;
     CArray<CAudioParamSlot*, kRoom> touched;
-    queue_.takeDue(now, [this, &touched](const CAudioParamChange& change, CAudioParamSlot* slot) {
+    queue_.takeDue(dueTime(), [this, &touched](const CAudioParamChange& change, CAudioParamSlot* slot) {
         slot->data.apply(change);
         if (touched.count() == kRoom) {
             slotChanged(*slot);
@@ -65,6 +80,7 @@ void CAudioProcessBase::updateParams() {
     });
     if (!queue_.isEmpty()) {
         changed_ = 1;
+        graph().noteWaitingChanges();
     }
     for (CAudioParamSlot* slot : touched) {
         slot->changed = 0;

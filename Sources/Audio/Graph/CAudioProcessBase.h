@@ -25,6 +25,9 @@ public:
     virtual void clearBuffers();
     /// Writes the due changes of the queue into the slots.
     virtual void updateParams();
+    /// Takes the due changes of this process and all inside while the last run is repeated. False if the next run would
+    /// issue other operations then: process() must be called, with what was not taken.
+    virtual bool takeQuietChanges() { return changed_ == 0 || !areChangesDue(); }
     /// The same for this process and all inside, while it does not run: its values stay current, and changes do not
     /// pile up.
     virtual void updateIdle() { updateParams(); }
@@ -113,11 +116,16 @@ protected:
     void releaseInputs();
     /// Changes wait in the queue; some may not be due yet.
     bool hasChanges() const { return changed_ != 0; }
+    /// Writes the due changes into the slots.
+    void takeChanges();
     CAudioParamQueue& queue() { return queue_; }
 
     COwnedArray<CAudioParamSlot, 16> slots_;
 
 private:
+    double dueTime() const;
+    bool areChangesDue() const;
+
     CAudioProcessPlace place_;
     COwnedArray<CAudioPort, 4> inputs_;
     COwnedArray<CAudioPort, 4> outputs_;

@@ -70,6 +70,20 @@ void CAudioProcessStack::updateParams() {
     }
 }
 
+bool CAudioProcessStack::takeQuietChanges() {
+    if (isSizeDirty_ || !CAudioProcessBase::takeQuietChanges()) {
+        return false;
+    }
+    for (int32_t i = 0; i < instances_.count(); ++i) {
+        if (i >= runningCount()) {
+            instances_[i]->updateIdle();
+        } else if (!instances_[i]->takeQuietChanges()) {
+            return false;
+        }
+    }
+    return true;
+}
+
 void CAudioProcessStack::updateIdle() {
     updateParams();
     for (int32_t i = 0; i < runningCount(); ++i) {

@@ -55,6 +55,48 @@ void clear(Sample* target, int32_t frames) {
 
 }  // namespace
 
+/// Widens the inputs of a run that somebody reads: most hosts pass all inputs, of which a routing takes two.
+template <class Sample>
+class CAudioBlockRunner::CInputs final : public CRunInputs {
+public:
+    CInputs(CAudioBlockRunner& runner, const Sample* const* inputs, int32_t offset, int32_t frames)
+        : runner_(runner), inputs_(inputs), offset_(offset), frames_(frames) {}
+
+    void fill() override {
+        const CQPLEXContext& context = *runner_.graph_.shared().context;
+        for (int32_t i = 0; i < count(); ++i) {
+            fill(i, context.isRecordedIn(runner_.blocks_[i]));
+        }
+    }
+    void fillAll() {
+        for (int32_t i = 0; i < count(); ++i) {
+            fill(i, runner_.inputs_[i] != nullptr);
+        }
+    }
+    /// An output may be an input as it came.
+    void fillOutputs() {
+        const double** const end = runner_.outputs_ + runner_.graph_.shared().hostOutputs;
+        for (int32_t i = 0; i < count(); ++i) {
+            const double* const signal = runner_.inputs_[i];
+            fill(i, signal != nullptr && std::find(runner_.outputs_, end, signal) != end);
+        }
+    }
+
+private:
+    int32_t count() const { return runner_.graph_.shared().hostInputs; }
+    void fill(int32_t i, bool isWanted) {
+        if (isWanted && !runner_.isRead_[i]) {
+            runner_.isRead_[i] = true;
+            widen(runner_.inputs_[i], inputs_[i] + offset_, frames_);
+        }
+    }
+
+    CAudioBlockRunner& runner_;
+    const Sample* const* inputs_;
+    int32_t offset_;
+    int32_t frames_;
+};
+
 template <class Sample>
 void CAudioBlockRunner::silence(Sample* const* outputs, int32_t count, int32_t frames) {
     for (int32_t h = 0; outputs != nullptr && h < count; ++h) {
@@ -67,48 +109,64 @@ void CAudioBlockRunner::silence(Sample* const* outputs, int32_t count, int32_t f
 template <class Sample>
 void CAudioBlockRunner::process(const Sample* const* inputs, Sample* const* outputs, int32_t frames) {
     for (int32_t offset = 0; offset < frames; offset += CAudioInstanceGraph::kMaxRun) {
-        const int32_t count = std::min(frames - offset, CAudioInstanceGraph::kMaxRun);
-        run(inputs, outputs, offset, count);
-        graph_.shared().now += count;
-        graph_.makeRoomIfNeeded();
+        const int32_t end = std::min(frames, offset + CAudioInstanceGraph::kMaxRun);
+        for (int32_t position = offset; position < end;) {
+            const int32_t count = pieceLength(end - position);
+            run(inputs, outputs, position, count);
+            graph_.makeRoomIfNeeded();
+            position += count;
+        }
+        graph_.shared().now += end - offset;
     }
+}
+
+/// Runs end where a fade ends, so that no process must cut its own block. A fade at a raised rate may end between two
+/// samples of the host.
+int32_t CAudioBlockRunner::pieceLength(int32_t left) const {
+    return std::min(left, std::max(graph_.shared().fadeLeft(), 1));
 }
 
 template <class Sample>
 void CAudioBlockRunner::run(const Sample* const* inputs, Sample* const* outputs, int32_t offset, int32_t frames) {
     CAudioGraph& shared = graph_.shared();
     const bool isRepetition = isSteady(reinterpret_cast<const void* const*>(inputs), frames);
-    if (isRepetition && shared.context->isRecorded()) {
+    if (isRepetition && shared.context->isRecorded() && takeQuietChanges()) {
         repeat(inputs, offset, frames);
         giveOutputs(outputs, offset, frames);
         return;
     }
     const uint64_t deliveries = shared.collector->deliveries();
-    takeInputs(inputs, offset, frames);
+    takeInputs(inputs, frames);
+    CInputs<Sample> filler(*this, inputs, offset, frames);
     shared.beginRun();
-    if (isRepetition) {
+    const bool isRecorded = isRepetition || isLong(frames);
+    if (isRecorded) {
         holdInputs();
-        shared.context->startRecording();
+        shared.context->startRecording(&filler);
+    } else {
+        filler.fillAll();
     }
     graph_.run(frames);
-    if (isRepetition) {
-        releaseInputs();
+    if (isRecorded) {
         shared.context->endRecording();
+        releaseInputs();
     }
     noteRun(frames, deliveries);
-    if (shared.context->isRecorded()) {
-        noteReads(frames);
+    if (isRecorded) {
+        filler.fillOutputs();
+    }
+    if (!isRepetition) {
+        shared.context->dropRecording();
     }
     giveOutputs(outputs, offset, frames);
     graph_.output().clearBuffers();
 }
 
-/// Whether a run would issue the same operations as the last one: nothing has changed, and the same inputs have
-/// buffers.
+/// Whether a run would issue the same operations as the last one, but for changes: the same inputs have buffers, and no
+/// fade ends.
 bool CAudioBlockRunner::isSteady(const void* const* inputs, int32_t frames) const {
     const CAudioGraph& shared = graph_.shared();
-    if (!shared.isSteady() || frames != frames_ || shared.collector->deliveries() != deliveries_ ||
-        shared.observer != nullptr) {
+    if (!shared.isSteady() || frames != frames_ || frames > shared.fadeLeft() || shared.observer != nullptr) {
         return false;
     }
     for (int32_t i = 0; i < shared.hostInputs; ++i) {
@@ -120,18 +178,35 @@ bool CAudioBlockRunner::isSteady(const void* const* inputs, int32_t frames) cons
     return true;
 }
 
+/// Changes that come while a fade is under way wait for its end: the processes take them, and the run can be repeated.
+bool CAudioBlockRunner::takeQuietChanges() {
+    const CAudioGraph& shared = graph_.shared();
+    if (shared.collector->deliveries() == deliveries_ && !shared.areChangesWaiting()) {
+        return true;
+    }
+    deliveries_ = shared.collector->deliveries();
+    return graph_.takeQuietChanges();
+}
+
+/// Whether the calls of a single run pay for being recorded, since joined ones cost less.
+bool CAudioBlockRunner::isLong(int32_t frames) const {
+    constexpr double kLongRun = 96.0;  // samples at the highest rate
+    const CAudioGraph& shared = graph_.shared();
+    return shared.observer == nullptr && frames * shared.use().widestRate >= kLongRun * shared.hostRate;
+}
+
 template <class Sample>
-void CAudioBlockRunner::takeInputs(const Sample* const* inputs, int32_t offset, int32_t frames) {
+void CAudioBlockRunner::takeInputs(const Sample* const* inputs, int32_t frames) {
     CQPLEXContext& context = *graph_.shared().context;
     for (int32_t i = 0; i < graph_.shared().hostInputs; ++i) {
         inputs_[i] = nullptr;
+        isRead_[i] = false;
         // An input without a buffer is left out: the router makes silence for a channel that needs it.
         const bool isThere = inputs != nullptr && inputs[i] != nullptr;
         const CBufferHandle block = isThere ? context.takeSignal(frames) : kNoBuffer;
         blocks_[i] = block;
         if (block != kNoBuffer) {
             inputs_[i] = context.signal(block);
-            widen(inputs_[i], inputs[i] + offset, frames);
             graph_.input().add(0, i, 0, block);
         }
     }
@@ -152,17 +227,6 @@ void CAudioBlockRunner::releaseInputs() {
     }
 }
 
-/// Most hosts pass all inputs, of which a routing takes two. An output may be an input as it came.
-void CAudioBlockRunner::noteReads(int32_t frames) {
-    const CAudioGraph& shared = graph_.shared();
-    const double** const end = outputs_ + shared.hostOutputs;
-    for (int32_t i = 0; i < shared.hostInputs; ++i) {
-        const double* const signal = inputs_[i];
-        isRead_[i] = signal != nullptr &&
-                     (shared.context->recordedRun().touches(signal, frames) || std::find(outputs_, end, signal) != end);
-    }
-}
-
 /// Runs the recorded kernel calls again, with these inputs.
 template <class Sample>
 void CAudioBlockRunner::repeat(const Sample* const* inputs, int32_t offset, int32_t frames) {
@@ -172,6 +236,7 @@ void CAudioBlockRunner::repeat(const Sample* const* inputs, int32_t offset, int3
         }
     }
     graph_.shared().context->repeat();
+    graph_.shared().noteRepetition(frames);
 }
 
 template <class Sample>

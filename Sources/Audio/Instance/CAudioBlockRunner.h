@@ -29,18 +29,23 @@ public:
 
 private:
     template <class Sample>
+    class CInputs;
+
+    template <class Sample>
     void run(const Sample* const* inputs, Sample* const* outputs, int32_t offset, int32_t frames);
     template <class Sample>
-    void takeInputs(const Sample* const* inputs, int32_t offset, int32_t frames);
+    void takeInputs(const Sample* const* inputs, int32_t frames);
     template <class Sample>
     void repeat(const Sample* const* inputs, int32_t offset, int32_t frames);
     template <class Sample>
     void giveOutputs(Sample* const* outputs, int32_t offset, int32_t frames);
+    int32_t pieceLength(int32_t left) const;
     bool isSteady(const void* const* inputs, int32_t frames) const;
+    bool takeQuietChanges();
+    bool isLong(int32_t frames) const;
     void noteRun(int32_t frames, uint64_t deliveries);
     void holdInputs();
     void releaseInputs();
-    void noteReads(int32_t frames);
 
     CAudioInstanceGraph& graph_;
     // The last run of the graph: a run like it may repeat it.
@@ -48,7 +53,7 @@ private:
     uint64_t deliveries_ = 0;                       ///< of the collector, before that run
     double* inputs_[kMaxHostChannels] = {};         ///< signals by host channel; null: the host gave none
     CBufferHandle blocks_[kMaxHostChannels] = {};   ///< of the inputs, in the run under way
-    bool isRead_[kMaxHostChannels] = {};            ///< the recorded run reads the input
+    bool isRead_[kMaxHostChannels] = {};            ///< the run reads the input
     const double* outputs_[kMaxHostChannels] = {};  ///< null: silence
 };
 

@@ -107,7 +107,12 @@ void CAudioInstanceGraph::run(int32_t frames) {
     main_->process();
     output_->input(0).takeFrom(main_->output(0), *graph_.context);
     output_->process();
-    graph_.context->flush();
+    graph_.context->endProcess();
+}
+
+bool CAudioInstanceGraph::takeQuietChanges() {
+    graph_.beginQuietChanges();
+    return main_->takeQuietChanges() && output_->takeQuietChanges();
 }
 
 void CAudioInstanceGraph::makeRoomIfNeeded() {

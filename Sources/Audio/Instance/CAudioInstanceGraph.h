@@ -45,6 +45,9 @@ public:
     void reset();
     /// Runs both processes over the frames, at most kMaxRun, that lie on the input port. [audio thread, running]
     void run(int32_t frames);
+    /// Takes the changes that are due while the last run is repeated; false if it can't be repeated with them.
+    /// [audio thread, running]
+    bool takeQuietChanges();
     /// Reserves the memory that fades will need, if the last run met a new layout. [audio thread, running]
     void makeRoomIfNeeded();
     /// Sums the delays again, if one of them changed. [audio thread, running]

@@ -1,13 +1,16 @@
 #pragma once
 
+#include <cmath>
+
 #include "Audio/Modules/CAudioModule.h"
 #include "Audio/Modules/CAudioProcessTerminalBase.h"
 
 namespace tarv {
 
 /// A process whose work is done by one module of class T for each channel. While a parameter change is faded in, a
-/// channel has two: the one with the old values and the one with the new. The process cuts its own block where a fade
-/// ends, so that a waiting change starts at that sample, independent of how the host cuts its blocks.
+/// channel has two: the one with the old values and the one with the new. The core ends its runs where fades end, so
+/// that a waiting change starts at that sample, independent of how the host cuts its blocks; where it can't, the
+/// process cuts its own block.
 ///
 /// T derives from CAudioModule and has
 ///   bool differs() const              the slots hold other values than the module was designed with
@@ -22,6 +25,7 @@ class CAudioProcessTerminal : public CAudioProcessTerminalBase {
 public:
     ~CAudioProcessTerminal() override;
     void process() override;
+    bool takeQuietChanges() override;
     void reset() override;
     void makeSpares() override;
     int32_t placeDelay(int32_t inputDelay) override;
@@ -37,6 +41,9 @@ private:
         T* current = nullptr;
         T* old = nullptr;
         CBufferHandle ramp = kNoBuffer;
+        // Within a step.
+        CBufferHandle input = kNoBuffer;
+        CBufferHandle oldOutput = kNoBuffer;
         int32_t fadePosition = 0;
         bool isPending = false;
     };
@@ -52,10 +59,12 @@ private:
     void servePending();
     void startFade(CVoice& voice);
     int32_t segmentLength(int32_t left) const;
-    CBufferHandle runVoice(CVoice& voice, CBufferHandle in, CBufferHandle second, int32_t count);
+    CBufferHandle fade(const CVoice& voice, CBufferHandle current, CBufferHandle old, int32_t count);
     void runWhole(int32_t count);
     void runCut(int32_t count);
-    void advanceFades(int32_t count);
+    void advanceFades(int64_t count);
+    void catchUp();
+    void noteFades();
     /// Delay of the modules as they are designed now, in host samples.
     int32_t ownDelay() const;
     /// Invalidates the graph's delays if a design changed this one.
@@ -71,7 +80,8 @@ private:
     double rate_ = 0.0;
     uint64_t layout_ = 0;
     int32_t fadeLength_ = 1;
-    bool mayFade_ = false;  ///< a voice is in a fade or has a change waiting
+    int64_t repeatedFrames_ = 0;  ///< of the graph, at the last step
+    bool mayFade_ = false;        ///< a voice is in a fade or has a change waiting
 };
 
 template <class T>
@@ -245,6 +255,7 @@ void CAudioProcessTerminal<T>::applyChanges() {
             if (isFaded) {
                 startFade(voice);
             } else {
+                graph().invalidateRun();
                 voice.current->design(rate_, voice.current);
             }
         }
@@ -270,6 +281,7 @@ void CAudioProcessTerminal<T>::servePending() {
 
 template <class T>
 void CAudioProcessTerminal<T>::startFade(CVoice& voice) {
+    graph().invalidateRun();
     mayFade_ = true;
     T* next = takeModule(voice.channel);
     next->design(rate_, voice.current);
@@ -292,12 +304,8 @@ int32_t CAudioProcessTerminal<T>::segmentLength(int32_t left) const {
 }
 
 template <class T>
-CBufferHandle CAudioProcessTerminal<T>::runVoice(CVoice& voice, CBufferHandle in, CBufferHandle second, int32_t count) {
-    const CBufferHandle current = voice.current->run(in, second, count);
-    if (voice.old == nullptr) {
-        return current;
-    }
-    const CBufferHandle old = voice.old->run(in, second, count);
+CBufferHandle CAudioProcessTerminal<T>::fade(const CVoice& voice, CBufferHandle current, CBufferHandle old,
+                                             int32_t count) {
     const CBufferHandle out = context().takeSignal(count);
     context().issue(context().commonKernel(CCommonKernel::Xfade), count, 0.0, {out, voice.ramp, current, old});
     context().releaseReference(current);
@@ -305,15 +313,27 @@ CBufferHandle CAudioProcessTerminal<T>::runVoice(CVoice& voice, CBufferHandle in
     return out;
 }
 
+/// Kernel by kernel, so that equal ones of several channels run together.
 template <class T>
 void CAudioProcessTerminal<T>::runWhole(int32_t count) {
     CQPLEXContext& ctx = context();
     CChannelList& channels = output(0).channels;
     for (int32_t i = 0; i < voices_.count(); ++i) {
-        CAudioChannel& channel = channels[i];
-        const CBufferHandle in = channel.handle;
-        channel.handle = runVoice(voices_[i], in, secondBlock(i, channel), count);
-        ctx.releaseReference(in);
+        CVoice& voice = voices_[i];
+        voice.input = channels[i].handle;
+        channels[i].handle = voice.current->run(voice.input, secondBlock(i, channels[i]), count);
+    }
+    for (int32_t i = 0; mayFade_ && i < voices_.count(); ++i) {
+        CVoice& voice = voices_[i];
+        voice.oldOutput =
+            voice.old != nullptr ? voice.old->run(voice.input, secondBlock(i, channels[i]), count) : kNoBuffer;
+    }
+    for (int32_t i = 0; i < voices_.count(); ++i) {
+        CVoice& voice = voices_[i];
+        if (voice.old != nullptr) {
+            channels[i].handle = fade(voice, channels[i].handle, voice.oldOutput, count);
+        }
+        ctx.releaseReference(voice.input);
     }
     if (mayFade_) {
         advanceFades(count);
@@ -335,7 +355,10 @@ void CAudioProcessTerminal<T>::runCut(int32_t count) {
         for (int32_t i = 0; i < voices_.count(); ++i) {
             const CBufferHandle in = CQPLEXContext::offsetBy(voices_[i].channel.handle, offset);
             const CBufferHandle second = CQPLEXContext::offsetBy(secondBlock(i, channels[i]), offset);
-            const CBufferHandle piece = runVoice(voices_[i], in, second, length);
+            CBufferHandle piece = voices_[i].current->run(in, second, length);
+            if (voices_[i].old != nullptr) {
+                piece = fade(voices_[i], piece, voices_[i].old->run(in, second, length), length);
+            }
             ctx.issue(ctx.commonKernel(CCommonKernel::Copy), length, 0.0,
                       {CQPLEXContext::offsetBy(channels[i].handle, offset), piece});
             ctx.releaseReference(piece);
@@ -353,20 +376,61 @@ void CAudioProcessTerminal<T>::runCut(int32_t count) {
 }
 
 template <class T>
-void CAudioProcessTerminal<T>::advanceFades(int32_t count) {
+void CAudioProcessTerminal<T>::advanceFades(int64_t count) {
     for (CVoice& voice : voices_) {
         if (voice.old == nullptr) {
             continue;
         }
-        voice.fadePosition += count;
-        if (voice.fadePosition >= fadeLength_) {
+        if (count >= fadeLength_ - voice.fadePosition) {
+            graph().invalidateRun();
             endFade(voice);
+        } else {
+            voice.fadePosition += static_cast<int32_t>(count);
+        }
+    }
+}
+
+/// Fades went on while the run was repeated.
+template <class T>
+void CAudioProcessTerminal<T>::catchUp() {
+    const int64_t frames = graph().repeatedFrames() - repeatedFrames_;
+    repeatedFrames_ += frames;
+    if (frames > 0 && mayFade_) {
+        advanceFades(std::llround(static_cast<double>(frames) * rate_ / graph().hostRate));
+    }
+}
+
+template <class T>
+void CAudioProcessTerminal<T>::noteFades() {
+    const double scale = graph().hostRate / rate_;
+    for (const CVoice& voice : voices_) {
+        if (voice.old != nullptr) {
+            graph().noteFade(static_cast<int32_t>((fadeLength_ - voice.fadePosition) * scale));
         }
     }
 }
 
 template <class T>
+bool CAudioProcessTerminal<T>::takeQuietChanges() {
+    updateParams();
+    if (!slotsChanged_) {
+        return true;
+    }
+    for (const CVoice& voice : voices_) {
+        if (voice.old == nullptr && voice.current->differs()) {
+            return false;
+        }
+    }
+    slotsChanged_ = false;
+    for (CVoice& voice : voices_) {
+        voice.isPending |= voice.old != nullptr;
+    }
+    return true;
+}
+
+template <class T>
 void CAudioProcessTerminal<T>::process() {
+    catchUp();
     updateParams();
     const int32_t count = stepLength();
     CAudioPort& in = input(0);
@@ -378,7 +442,6 @@ void CAudioProcessTerminal<T>::process() {
         applyChanges();
     }
     if (mayFade_) {
-        graph().invalidateRun();
         servePending();
     }
     // The list moves to the output; each block in it is then replaced by its module's output.
@@ -387,7 +450,11 @@ void CAudioProcessTerminal<T>::process() {
     if (!mayFade_ || segmentLength(count) == count) {
         runWhole(count);
     } else {
+        graph().invalidateRun();
         runCut(count);
+    }
+    if (mayFade_) {
+        noteFades();
     }
     if (inputCount() > 1) {
         releaseInputs();

@@ -11,6 +11,12 @@ public:
     static constexpr double kShortestFade = 0.0001;
 
     [[nodiscard]] CError* init() override;
+    /// Changes of values that modules do not take yet change no operation.
+    void updateParams() override {
+        if (hasChanges()) {
+            takeChanges();
+        }
+    }
 
     /// Sets `binding` to one slot, for a module. A slot without an entry in the definition stays empty and leaves a
     /// line in the log.

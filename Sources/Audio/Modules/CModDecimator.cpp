@@ -43,7 +43,7 @@ void CModDecimator::process() {
     }
     offset_ = next;
     releaseInputs();
-    context().flush();
+    context().endProcess();
 }
 
 void CModDecimator::reset() {

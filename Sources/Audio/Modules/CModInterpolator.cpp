@@ -36,7 +36,7 @@ void CModInterpolator::process() {
         out.add(channel.group, channel.element, channel.serial, block);
     }
     releaseInputs();
-    context().flush();
+    context().endProcess();
 }
 
 }  // namespace tarv

@@ -37,6 +37,20 @@ void CModProcessSeq::updateParams() {
     }
 }
 
+bool CModProcessSeq::takeQuietChanges() {
+    if (!CAudioProcessBase::takeQuietChanges()) {
+        return false;
+    }
+    for (int32_t i = 0; i < allCount(); ++i) {
+        if (i < first_ || i >= end_) {
+            children_[i]->updateIdle();
+        } else if (!children_[i]->takeQuietChanges()) {
+            return false;
+        }
+    }
+    return true;
+}
+
 void CModProcessSeq::process() {
     updateParams();
     updateSequence();

@@ -11,6 +11,7 @@ public:
     [[nodiscard]] CError* init() override;
     void clearBuffers() override;
     void updateParams() override;
+    bool takeQuietChanges() override;
     void updateIdle() override;
     void process() override;
     void reset() override;

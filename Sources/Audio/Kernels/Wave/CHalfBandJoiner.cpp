@@ -12,23 +12,6 @@ namespace tarv {
 
 namespace {
 
-/// A change of rate, and the calls that it stands for.
-struct CJoinedHalfBands {
-    void (*run)(const CHalfBandPlan& plan);
-    CHalfBandPlan plan;
-    /// Copied at the lower rate, before it when going up and behind it when going down; null: nothing.
-    const double* copyFrom[kMaxBatch];
-    double* copyTo[kMaxBatch];
-    CRecordedCall first;
-    CRecordedCall second;
-
-    void copy() const {
-        for (int32_t c = 0; c < plan.channels && copyFrom[c] != nullptr; ++c) {
-            std::copy_n(copyFrom[c], plan.count, copyTo[c]);
-        }
-    }
-};
-
 void runEach(const CRecordedCall& call) {
     for (int32_t i = 0; i < call.count; ++i) {
         call.function(call.operations[i]);
@@ -52,24 +35,6 @@ bool isOddSilent(const double* block, int32_t order) {
     return isSilent;
 }
 
-void runJoined(const void* plan) {
-    const auto& joined = *static_cast<const CJoinedHalfBands*>(plan);
-    const CHalfBandPlan& p = joined.plan;
-    const auto isReady = [&](const double* block) { return !p.isUp || isOddSilent(block, p.order); };
-    if (std::all_of(p.block, p.block + p.channels, isReady)) {
-        if (p.isUp) {
-            joined.copy();
-        }
-        joined.run(p);
-        if (!p.isUp) {
-            joined.copy();
-        }
-    } else {
-        runEach(joined.first);
-        runEach(joined.second);
-    }
-}
-
 CKernelFunction functionOf(const CQPLEXContext& context, const char* name) {
     const int32_t number = context.findKernel(name);
     return number == -1 ? nullptr : context.kernel(number).function;
@@ -91,14 +56,51 @@ bool areApart(const CHalfBandPlan& plan) {
     return true;
 }
 
+}  // namespace
+
+/// A change of rate, and the calls that it stands for.
+struct CHalfBandJoiner::CJoined {
+    void (*run)(const CHalfBandPlan& plan) = nullptr;
+    CHalfBandPlan plan = {};
+    /// Copied at the lower rate, before it when going up and behind it when going down; null: nothing.
+    const double* copyFrom[kMaxBatch] = {};
+    double* copyTo[kMaxBatch] = {};
+    CRecordedCall first;
+    CRecordedCall second;
+
+    void copy() const {
+        for (int32_t c = 0; c < plan.channels && copyFrom[c] != nullptr; ++c) {
+            std::copy_n(copyFrom[c], plan.count, copyTo[c]);
+        }
+    }
+};
+
+void CHalfBandJoiner::runJoined(const void* plan) {
+    const auto& joined = *static_cast<const CJoined*>(plan);
+    const CHalfBandPlan& p = joined.plan;
+    const auto isReady = [&](const double* block) { return !p.isUp || isOddSilent(block, p.order); };
+    if (std::all_of(p.block, p.block + p.channels, isReady)) {
+        if (p.isUp) {
+            joined.copy();
+        }
+        joined.run(p);
+        if (!p.isUp) {
+            joined.copy();
+        }
+    } else {
+        runEach(joined.first);
+        runEach(joined.second);
+    }
+}
+
 /// Channels often stand where another one stood before. What was to hold the samples in between has room for copies.
-bool makeApart(const CRecordedCall& first, CJoinedHalfBands& joined) {
+bool CHalfBandJoiner::makeApart(CJoined& joined) {
     CHalfBandPlan& plan = joined.plan;
     if (areApart(plan)) {
         return true;
     }
     for (int32_t c = 0; c < plan.channels; ++c) {
-        double* const between = first.operations[c].signal(0);
+        double* const between = joined.first.operations[c].signal(0);
         if (plan.isUp) {
             joined.copyFrom[c] = std::exchange(plan.in[c], between);
             joined.copyTo[c] = between;
@@ -110,10 +112,9 @@ bool makeApart(const CRecordedCall& first, CJoinedHalfBands& joined) {
     return areApart(plan);
 }
 
-}  // namespace
-
 CHalfBandJoiner::CHalfBandJoiner(const CQPLEXContext& context, CInstructionSet set)
-    : interpolate_(functionOf(context, KernelName::kInterp2)),
+    : found_(std::make_unique<CJoined>()),
+      interpolate_(functionOf(context, KernelName::kInterp2)),
       decimate_(functionOf(context, KernelName::kDecim2)),
       run_(set == CInstructionSet::Sse2   ? runHalfBandsSse2
            : set == CInstructionSet::Avx2 ? runHalfBandsAvx2
@@ -128,6 +129,8 @@ CHalfBandJoiner::CHalfBandJoiner(const CQPLEXContext& context, CInstructionSet s
     }
 }
 
+CHalfBandJoiner::~CHalfBandJoiner() = default;
+
 bool CHalfBandJoiner::findFilter(CKernelFunction function, CHalfBandPlan& plan, bool& hasGain) const {
     for (int32_t i = 0; i < kMostHalfBand && function != nullptr; ++i) {
         if (function == filters_[i].plain || function == filters_[i].withGain) {
@@ -139,8 +142,8 @@ bool CHalfBandJoiner::findFilter(CKernelFunction function, CHalfBandPlan& plan, 
     return false;
 }
 
-bool CHalfBandJoiner::plan(const CRecordedCall& first, const CRecordedCall& second, CHalfBandPlan& plan) const {
-    const auto isPlain = [](const CRecordedCall& c) { return c.function && !c.batch && !c.chain && !c.joined; };
+bool CHalfBandJoiner::takePair(const CRecordedCall& first, const CRecordedCall& second, CHalfBandPlan& plan) const {
+    const auto isPlain = [](const CRecordedCall& c) { return c.function && !c.batch && !c.joined; };
     if (!isPlain(first) || !isPlain(second) || first.count != second.count) {
         return false;
     }
@@ -173,21 +176,22 @@ bool CHalfBandJoiner::plan(const CRecordedCall& first, const CRecordedCall& seco
     return true;
 }
 
-int32_t CHalfBandJoiner::join(const CRecordedCall* calls, int32_t count, CPlanMemory& memory, CRecordedCall& call) {
-    CJoinedHalfBands joined = {};
-    if (count < 2 || !plan(calls[0], calls[1], joined.plan) || !makeApart(calls[0], joined)) {
-        return 0;
+CRunJoiner::CFound CHalfBandJoiner::find(CRecordedCall* calls, int32_t count) {
+    CHalfBandPlan plan;
+    if (count < 2 || !takePair(calls[0], calls[1], plan)) {
+        return {};
     }
-    joined.run = run_;
-    joined.first = calls[0];
-    joined.second = calls[1];
-    auto* const kept = memory.take<CJoinedHalfBands>(1);
-    if (kept == nullptr) {
-        return 0;
+    *found_ = {.run = run_, .plan = plan, .first = calls[0], .second = calls[1]};
+    return makeApart(*found_) ? CFound{.ahead = 0, .count = 2} : CFound();
+}
+
+bool CHalfBandJoiner::plan(CPlanMemory& memory, CRecordedCall& call) {
+    auto* const kept = memory.take<CJoined>(1);
+    if (kept != nullptr) {
+        *kept = *found_;
+        call = {.joined = runJoined, .plan = kept};
     }
-    *kept = joined;
-    call = {.joined = runJoined, .plan = kept};
-    return 2;
+    return kept != nullptr;
 }
 
 }  // namespace tarv

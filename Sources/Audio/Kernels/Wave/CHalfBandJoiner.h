@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "Audio/Context/CRunJoiner.h"
 #include "Audio/Kernels/Wave/CHalfBandPlan.h"
 #include "Audio/Kernels/Wave/CInstructionSet.h"
@@ -14,17 +16,23 @@ class CHalfBandJoiner final : public CRunJoiner {
 public:
     /// The kernels of `context` that are joined; those must be registered.
     CHalfBandJoiner(const CQPLEXContext& context, CInstructionSet set);
-    int32_t join(const CRecordedCall* calls, int32_t count, CPlanMemory& memory, CRecordedCall& call) override;
+    ~CHalfBandJoiner() override;
+    CFound find(CRecordedCall* calls, int32_t count) override;
+    bool plan(CPlanMemory& memory, CRecordedCall& call) override;
 
 private:
+    struct CJoined;
     struct CFilter {
         CKernelFunction plain;
         CKernelFunction withGain;
     };
 
+    static void runJoined(const void* plan);
+    static bool makeApart(CJoined& joined);
     bool findFilter(CKernelFunction function, CHalfBandPlan& plan, bool& hasGain) const;
-    bool plan(const CRecordedCall& first, const CRecordedCall& second, CHalfBandPlan& plan) const;
+    bool takePair(const CRecordedCall& first, const CRecordedCall& second, CHalfBandPlan& plan) const;
 
+    std::unique_ptr<CJoined> found_;
     CFilter filters_[kMostHalfBand];  ///< by coefficients of a branch less 1
     CKernelFunction interpolate_;
     CKernelFunction decimate_;

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "Audio/Context/CQPLEXContext.h"
-#include "Audio/Kernels/BandChain.h"
 #include "Audio/Kernels/KernelNames.h"
+#include "Audio/Kernels/Wave/CWaveThreads.h"
 #include "Audio/Kernels/Wave/WaveSets.h"
 
 namespace tarv {
@@ -44,175 +44,177 @@ bool isFree(const double* out, const double* in, int32_t count, bool isOneWave) 
 
 CWaveJoiner::CWaveJoiner(const CQPLEXContext& context, CInstructionSet set)
     : filter_(functionOf(context, KernelName::kBiquadCommonGain)),
+      fade_(functionOf(context, KernelName::kXfade)),
       highPass_(functionOf(context, KernelName::kHighPass1Gain)),
+      tube_(functionOf(context, KernelName::kMetaTube)),
       gain_(functionOf(context, KernelName::kMulc)),
+      starts_{functionOf(context, KernelName::kXfadei),        functionOf(context, KernelName::kBiquadInit),
+              functionOf(context, KernelName::kBiquadUpdate),  functionOf(context, KernelName::kOnePoleInit),
+              functionOf(context, KernelName::kOnePoleUpdate), functionOf(context, KernelName::kMetaTubeInit)},
       width_(2 << static_cast<int32_t>(set)),
       run_(set == CInstructionSet::Sse2   ? runWaveSse2
            : set == CInstructionSet::Avx2 ? runWaveAvx2
-                                          : runWaveAvx512) {}
+                                          : runWaveAvx512),
+      threads_(std::make_unique<CWaveThreads>()) {}
+
+CWaveJoiner::~CWaveJoiner() = default;
 
 CWaveJoiner::CKind CWaveJoiner::kindOf(const CRecordedCall& call) const {
-    if (call.chain != nullptr) {
-        return call.chain == runBandChain ? CKind::Band : CKind::Other;
-    }
-    return call.function == nullptr       ? CKind::Other
-           : call.function == filter_     ? CKind::Filter
-           : call.function == highPass_   ? CKind::HighPass
-           : call.function == gain_       ? CKind::Gain
-                                          : CKind::Other;
+    const CKernelFunction function = call.function;
+    return function == nullptr                                                    ? CKind::Other
+           : function == filter_                                                  ? CKind::Filter
+           : function == highPass_                                                ? CKind::HighPass
+           : function == tube_                                                    ? CKind::Tube
+           : function == fade_                                                    ? CKind::Fade
+           : function == gain_                                                    ? CKind::Gain
+           : std::find(starts_, starts_ + kStarts, function) != starts_ + kStarts ? CKind::Start
+                                                                                  : CKind::Other;
 }
 
-CWaveJoiner::CThread* CWaveJoiner::CThreads::writing(const double* signal) {
-    CThread* const found = std::find_if(of, of + count, [=](const CThread& t) { return t.output == signal; });
-    return found != of + count ? found : nullptr;
-}
-
-bool CWaveJoiner::CThreads::areWhole() const {
-    return count > 0 && std::all_of(of, of + count, [](const CThread& t) {
-               return t.phase == CPhase::Bands || t.phase == CPhase::Behind || t.phase == CPhase::End;
-           });
-}
-
-bool CWaveJoiner::takeOperation(CKind kind, const CRecordedCall& call, int32_t i, CThreads& threads) const {
-    const COperation& o = call.operations[i];
-    const COperation* const tube = kind == CKind::Band ? &call.operations[2 * call.count + i] : nullptr;
-    const int32_t link = kind == CKind::Gain ? 1 : kLinkOperand;
-    const double* const source = o.signal(link);
-    const double* const out = tube ? tube->signal(0) : o.signal(0);
-    if (tube && (o.pointers[0] != nullptr || tube->signal(3) != source)) {
-        return false;
-    }
-    CThread* thread = threads.writing(source);
-    if (thread == nullptr) {
-        if (threads.count == kMostChannels || (kind != CKind::Filter && kind != CKind::Band)) {
-            return false;
-        }
-        thread = &threads.of[threads.count++];
-        thread->channel = {};
-        thread->phase = CPhase::Before;
-    } else if (!(call.lastReads[i] >> link & 1)) {
-        return false;
-    }
-    CWaveChannel& channel = thread->channel;
-    const CPhase phase = thread->phase;
+bool CWaveJoiner::takeOperation(CKind kind, const CRecordedCall& call, int32_t i) {
     switch (kind) {
         case CKind::Filter:
-            if (phase == CPhase::Before && channel.before == nullptr) {
-                channel.before = &o;
-            } else if (phase == CPhase::Bands) {
-                channel.filterBehind = &o;
-                thread->phase = CPhase::FilterBehind;
-            } else {
-                return false;
-            }
-            break;
-        case CKind::Band:
-            if ((phase != CPhase::Before && phase != CPhase::Bands) || channel.bandCount == kMostWaveBands) {
-                return false;
-            }
-            channel.bands[channel.bandCount++] = {&o, &call.operations[call.count + i], tube};
-            thread->phase = CPhase::Bands;
-            break;
+            return threads_->takeFilter(call, i);
+        case CKind::Fade:
+            return threads_->takeFade(call, i);
         case CKind::HighPass:
-            if (phase != CPhase::FilterBehind) {
-                return false;
-            }
-            channel.highPassBehind = &o;
-            thread->phase = CPhase::Behind;
-            break;
+            return threads_->takeHighPass(call, i);
+        case CKind::Tube:
+            return threads_->takeTube(call, i);
         case CKind::Gain:
-            if (phase != CPhase::Behind) {
-                return false;
-            }
-            channel.gainBehind = &o;
-            thread->phase = CPhase::End;
-            break;
+            return threads_->takeGain(call, i);
+        case CKind::Start:
         case CKind::Other:
             return false;
     }
-    thread->output = out;
-    return true;
+    return false;
 }
 
-bool CWaveJoiner::takeCall(const CRecordedCall& call, int32_t samples, CThreads& threads) const {
-    const CKind kind = kindOf(call);
-    if (kind == CKind::Other) {
-        return false;
+/// Returns how many operations of the call were taken, from the first one on.
+int32_t CWaveJoiner::takeCall(CKind kind, const CRecordedCall& call, int32_t samples) {
+    int32_t taken = 0;
+    while (taken < call.count && call.operations[taken].count == samples && takeOperation(kind, call, taken)) {
+        ++taken;
     }
-    for (int32_t i = 0; i < call.count; ++i) {
-        if (call.operations[i].count != samples || !takeOperation(kind, call, i, threads)) {
-            return false;
-        }
-    }
-    return true;
+    return taken;
 }
 
-/// Takes calls from the first one on, as far as waves can stand for all of them. Returns how many.
-int32_t CWaveJoiner::takeCalls(const CRecordedCall* calls, int32_t count, CThreads& threads) const {
+/// A call that writes states for later ones, and none that what was taken uses, may run before all that was taken.
+bool CWaveJoiner::isAhead(const CRecordedCall& call) const {
+    return std::none_of(call.operations, call.operations + call.count, [this](const COperation& o) {
+        return std::any_of(o.pointers, o.pointers + kMaxOperands,
+                           [this](const void* block) { return block != nullptr && threads_->uses(block); });
+    });
+}
+
+CRunJoiner::CFound CWaveJoiner::find(CRecordedCall* calls, int32_t count) {
+    if (kindOf(calls[0]) != CKind::Filter) {
+        return {};
+    }
     const int32_t samples = calls[0].operations[0].count;
+    CKind kinds[kMostCalls];
+    threads_->clear();
     int32_t whole = 0;
-    for (int32_t i = 0; i < count && takeCall(calls[i], samples, threads); ++i) {
-        if (threads.areWhole()) {
-            whole = i + 1;
+    bool isExact = true;  // what was taken are the calls up to `whole`
+    for (int32_t i = 0; i < std::min(count, kMostCalls); ++i) {
+        kinds[i] = kindOf(calls[i]);
+        if (kinds[i] == CKind::Start && isAhead(calls[i])) {
+            continue;
+        }
+        const int32_t taken = takeCall(kinds[i], calls[i], samples);
+        isExact = isExact && taken == 0;
+        if (taken < calls[i].count || taken == 0) {
+            break;
+        }
+        isExact = threads_->areWhole();
+        whole = isExact ? i + 1 : whole;
+    }
+    if (whole == 0) {
+        return {};
+    }
+    const CFound found = putAhead(calls, kinds, whole);
+    if (!isExact) {
+        threads_->clear();
+        for (int32_t i = 0; i < found.count; ++i) {
+            const CRecordedCall& call = calls[found.ahead + i];
+            takeCall(kindOf(call), call, samples);
         }
     }
-    // Again without what came behind.
-    threads.count = 0;
-    for (int32_t i = 0; i < whole; ++i) {
-        takeCall(calls[i], samples, threads);
-    }
-    return whole;
+    threads_->finish();
+    group();
+    return areFree() ? found : CFound();
 }
 
-bool CWaveJoiner::plan(const CThreads& threads, CPlanMemory& memory, CRecordedCall& call) const {
-    auto* const waves = memory.take<CWaves>(1);
-    if (waves == nullptr) {
-        return false;
+/// Moves the calls that start fades in front of the others, each in order.
+CRunJoiner::CFound CWaveJoiner::putAhead(CRecordedCall* calls, const CKind* kinds, int32_t count) {
+    CFound found;
+    CRecordedCall taken[kMostCalls];
+    for (int32_t i = 0; i < count; ++i) {
+        if (kinds[i] == CKind::Start) {
+            calls[found.ahead++] = calls[i];
+        } else {
+            taken[found.count++] = calls[i];
+        }
     }
-    waves->run = run_;
-    waves->count = 0;
-    CWaveChannel channels[kMostChannels];
-    int32_t waveOf[kMostChannels];
-    for (int32_t first = 0; first < threads.count;) {
+    std::copy_n(taken, found.count, calls + found.ahead);
+    return found;
+}
+
+/// Puts channels of one shape into waves, as many into each as a vector takes.
+void CWaveJoiner::group() {
+    const CWaveThreads& found = *threads_;
+    waveCount_ = 0;
+    for (int32_t first = 0; first < found.count();) {
         int32_t alike = 1;
-        while (first + alike < threads.count &&
-               haveOneShape(threads.of[first].channel, threads.of[first + alike].channel)) {
+        while (first + alike < found.count() && haveOneShape(found.channel(first), found.channel(first + alike))) {
             ++alike;
         }
         int32_t together = width_;
         while (together > alike) {
             together /= 2;
         }
-        for (int32_t c = 0; c < together; ++c) {
-            channels[first + c] = threads.of[first + c].channel;
-            waveOf[first + c] = waves->count;
-        }
-        if (!planWave(channels + first, together, width_, memory, waves->plans[waves->count++])) {
-            return false;
-        }
+        std::fill_n(waveOf_ + first, together, waveCount_++);
         first += together;
     }
-    for (int32_t a = 0; a < threads.count; ++a) {
-        for (int32_t b = 0; b < threads.count; ++b) {
-            const COperation& last = channels[a].last();
-            if (waveOf[a] <= waveOf[b] && !isFree(last.signal(0), channels[b].first().signal(kLinkOperand), last.count,
-                                                 waveOf[a] == waveOf[b])) {
+}
+
+/// No channel writes what another one reads later.
+bool CWaveJoiner::areFree() const {
+    const CWaveThreads& found = *threads_;
+    for (int32_t a = 0; a < found.count(); ++a) {
+        for (int32_t b = 0; b < found.count(); ++b) {
+            const COperation& last = found.channel(a).last();
+            const double* const in = found.channel(b).first().signal(kLinkOperand);
+            if (waveOf_[a] <= waveOf_[b] && !isFree(last.signal(0), in, last.count, waveOf_[a] == waveOf_[b])) {
                 return false;
             }
         }
     }
-    call = {.joined = runWaves, .plan = waves};
     return true;
 }
 
-int32_t CWaveJoiner::join(const CRecordedCall* calls, int32_t count, CPlanMemory& memory, CRecordedCall& call) {
-    const CKind kind = kindOf(calls[0]);
-    if (kind != CKind::Filter && kind != CKind::Band) {
-        return 0;
+bool CWaveJoiner::plan(CPlanMemory& memory, CRecordedCall& call) {
+    const CWaveThreads& found = *threads_;
+    auto* const waves = memory.take<CWaves>(1);
+    if (waves == nullptr) {
+        return false;
     }
-    CThreads threads;
-    const int32_t taken = takeCalls(calls, count, threads);
-    return taken > 0 && plan(threads, memory, call) ? taken : 0;
+    waves->run = run_;
+    waves->count = 0;
+    CWaveChannel channels[CWaveThreads::kMostChannels];
+    for (int32_t first = 0; first < found.count();) {
+        int32_t together = 0;
+        while (first + together < found.count() && waveOf_[first + together] == waves->count) {
+            channels[together] = found.channel(first + together);
+            ++together;
+        }
+        if (!planWave(channels, together, width_, memory, waves->plans[waves->count++])) {
+            return false;
+        }
+        first += together;
+    }
+    call = {.joined = runWaves, .plan = waves};
+    return true;
 }
 
 }  // namespace tarv

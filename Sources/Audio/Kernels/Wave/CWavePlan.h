@@ -61,6 +61,24 @@ enum CWaveField : int32_t {
     kWaveFieldCount = kWaveOut + 2
 };
 
+/// What a lane of a band whose filter is faded holds besides: the filter with the old values, and the ramp between both;
+/// see CrossfadeKernels.h.
+enum CWaveFadeField : int32_t {
+    kWaveOldC0,
+    kWaveOldC1,
+    kWaveOldC2,
+    kWaveOldC3,
+    kWaveOldGain,
+    kWaveRampFactor,
+    kWaveIsFaded,  ///< all bits: the lane takes part in the fade
+    // Carried from block to block.
+    kWaveOldS1,
+    kWaveOldS2,
+    kWaveRamp,
+    kWaveRampBefore,
+    kWaveFadeFieldCount
+};
+
 /// Fields of the filters before and behind the bands, which stand outside their vectors: a biquad, and behind the bands
 /// also a high-pass and a gain.
 enum CWaveEndField : int32_t {
@@ -86,17 +104,20 @@ enum class CWavePost : int32_t {
 };
 
 /// Addresses of what one lane carries from block to block. `feed` is null for a lane of the filter behind the bands,
-/// all three are null for a lane that nobody uses.
+/// `oldFilter` and `ramp` without a fade, all are null for a lane that nobody uses.
 struct CWaveStates {
     double* filter;    ///< s1, s2
     double* highPass;
     double* feed;
+    double* oldFilter;  ///< s1, s2
+    double* ramp;       ///< two samples
 };
 
 /// A wave: bands in series, 1 and up, of 1, 2, 4 or 8 channels, and the filters at both ends. What it points to is
 /// owned by others. Lane `l` of vector `v` is channel l % channels of band v x bandsPerVector + l / channels.
 struct CWavePlan {
     double* lanes;         ///< field f of vector v: `width` doubles at (v x kWaveFieldCount + f) x width; 64-byte aligned
+    double* fades;         ///< the same of CWaveFadeField; null: no filter is faded
     double* before;        ///< kWaveEndFieldCount fields of `width` doubles, the channels last
     double* behind;        ///< the same
     CWaveStates* states;   ///< of each lane of each vector
@@ -110,6 +131,8 @@ struct CWavePlan {
     int32_t bands;
     int32_t vectors;
     int32_t count;         ///< samples
+    uint32_t fading;       ///< bit v: a lane of vector v takes part in a fade
+    uint32_t fadingWhole;  ///< bit v: all of them do
     CWavePost post;
 };
 

@@ -57,6 +57,49 @@ struct CWaveRecursion {
     }
 };
 
+/// The filter of the old values and the ramp, in a vector with a fade: in all lanes or in some.
+template <bool IsWhole>
+struct CWaveFade {
+    CLanes s1, s2, ramp, rampBefore;
+
+    explicit CWaveFade(const CLanes* e)
+        : s1(e[kWaveOldS1]), s2(e[kWaveOldS2]), ramp(e[kWaveRamp]), rampBefore(e[kWaveRampBefore]) {}
+    void store(CLanes* e) const {
+        e[kWaveOldS1] = s1;
+        e[kWaveOldS2] = s2;
+        e[kWaveRamp] = ramp;
+        e[kWaveRampBefore] = rampBefore;
+    }
+    /// What the filters give together in the lanes that are faded, for an input and the output of the new one.
+    template <bool IsEdge>
+    [[gnu::always_inline]] CLanes step(const CLanes* e, CLanes in, CLanes filtered, CLaneMask inside) {
+        const CLanes before = s2;
+        const CLanes next = s1 * e[kWaveOldC2] + e[kWaveOldC3] * before + in;
+        const CLanes old = (e[kWaveOldC0] * s1 + next + e[kWaveOldC1] * before) * e[kWaveOldGain];
+        const CLanes mixed = (CLanes(0.5) - ramp) * filtered + (CLanes(0.5) + ramp) * old;
+        const CLanes nextRamp = ramp * e[kWaveRampFactor] - rampBefore;
+        s2 = advance<IsEdge>(inside, s1, s2);
+        s1 = advance<IsEdge>(inside, next, s1);
+        rampBefore = advance<IsEdge>(inside, ramp, rampBefore);
+        ramp = advance<IsEdge>(inside, nextRamp, ramp);
+        if constexpr (IsWhole) {
+            return mixed;
+        } else {
+            return select(maskOf(e[kWaveIsFaded]), mixed, filtered);
+        }
+    }
+};
+
+/// A vector without a fade.
+struct CNoWaveFade {
+    explicit CNoWaveFade(const CLanes*) {}
+    void store(CLanes*) const {}
+    template <bool IsEdge>
+    [[gnu::always_inline]] CLanes step(const CLanes*, CLanes, CLanes filtered, CLaneMask) {
+        return filtered;
+    }
+};
+
 /// The input of the curves and the two roots.
 struct CWaveRoots {
     CLanes x, a, b;
@@ -71,9 +114,15 @@ struct CWaveRoots {
 
 /// Sample `j` of a round of one vector. The statements of the stages alternate, so that what waits and what does not
 /// stand close together.
-template <int32_t G, int32_t S, bool IsEdge, bool HasPost>
-[[gnu::always_inline]] inline void stepSample(CLanes* f, CWaveRecursion& state, int32_t j, CLanes in,
-                                              const CWaveEdge& edge) {
+template <int32_t G, int32_t S, bool IsEdge, bool HasPost, class Fade>
+[[gnu::always_inline]] inline void stepSample(CLanes* f, const CLanes* e, CWaveRecursion& state, Fade& fade, int32_t j,
+                                              CLanes in, const CWaveEdge& edge) {
+    CLaneMask isIn;
+    CLaneMask isOut;
+    if constexpr (IsEdge) {
+        isIn = edge.isInside<S>(0, j);
+        isOut = edge.isInside<S>(G - 1, j);
+    }
     CWaveRoots r;
     CLanes feed;
     if constexpr (G == 3) {
@@ -100,7 +149,8 @@ template <int32_t G, int32_t S, bool IsEdge, bool HasPost>
         a = select(isAbove(r.x, f[kWaveKneeStartA]) & isAtLeast(r.x, f[kWaveKneeEndA]), f[kWaveSlopeA] * r.x, a);
         b = select(isAbove(r.x, f[kWaveKneeStartB]) & isAtLeast(r.x, f[kWaveKneeEndB]), f[kWaveSlopeB] * r.x, b);
     }
-    const CLanes filtered = (f[kWaveC0] * state.s1 + s1 + f[kWaveC1] * before) * f[kWaveFilterGain];
+    const CLanes fresh = (f[kWaveC0] * state.s1 + s1 + f[kWaveC1] * before) * f[kWaveFilterGain];
+    const CLanes filtered = fade.template step<IsEdge>(e, in, fresh, isIn);
     const CLanes mixed = (a - f[kWaveRestOutput]) + (b - a) * v;
     const CLanes highPass = state.highPass + (filtered - state.highPass) * f[kWaveHighPassFactor];
     if constexpr (HasPost) {
@@ -110,12 +160,6 @@ template <int32_t G, int32_t S, bool IsEdge, bool HasPost>
     }
     f[kWavePassed + j] = (filtered - highPass) * f[kWaveHighPassGain];
     f[kWaveFeed + j] = in;
-    CLaneMask isIn;
-    CLaneMask isOut;
-    if constexpr (IsEdge) {
-        isIn = edge.isInside<S>(0, j);
-        isOut = edge.isInside<S>(G - 1, j);
-    }
     state.feed = advance<IsEdge>(isOut, mixed, state.feed);
     state.s2 = advance<IsEdge>(isIn, state.s1, state.s2);
     state.s1 = advance<IsEdge>(isIn, s1, state.s1);
@@ -148,6 +192,7 @@ public:
     explicit CWave(const CWavePlan& plan)
         : plan_(plan),
           vectors_(reinterpret_cast<CLanes*>(plan.lanes)),
+          fades_(reinterpret_cast<CLanes*>(plan.fades)),
           before_(reinterpret_cast<CLanes*>(plan.before)),
           behind_(reinterpret_cast<CLanes*>(plan.behind)),
           hasBefore_(plan.stateBefore[0] != nullptr),
@@ -196,6 +241,10 @@ private:
     static constexpr int32_t kPerVector = kWidth / C;
 
     CLanes* vector(int32_t v) const { return vectors_ + static_cast<int64_t>(v) * kWaveFieldCount; }
+    /// Null without a fade in that vector.
+    CLanes* fadeOf(int32_t v) const {
+        return (plan_.fading >> v & 1) != 0 ? fades_ + static_cast<int64_t>(v) * kWaveFadeFieldCount : nullptr;
+    }
 
     template <bool IsIn>
     static void move(double* lane, double* state) {
@@ -219,6 +268,13 @@ private:
                 }
                 if (s.feed != nullptr) {
                     move<IsIn>(fields + kWaveFeedState * kWidth + l, s.feed);
+                }
+                if (s.oldFilter != nullptr) {
+                    double* const faded = plan_.fades + static_cast<int64_t>(v) * kWaveFadeFieldCount * kWidth + l;
+                    move<IsIn>(faded + kWaveOldS1 * kWidth, s.oldFilter);
+                    move<IsIn>(faded + kWaveOldS2 * kWidth, s.oldFilter + 1);
+                    move<IsIn>(faded + kWaveRamp * kWidth, s.ramp);
+                    move<IsIn>(faded + kWaveRampBefore * kWidth, s.ramp + 1);
                 }
             }
         }
@@ -277,37 +333,54 @@ private:
         });
     }
 
-    template <bool IsEdge, bool HasPost>
-    [[gnu::always_inline]] void stepVector(CLanes* f, const CLanes* neighbour, const CWaveEdge& edge) {
+    template <bool IsEdge, bool HasPost, class Fade>
+    [[gnu::always_inline]] void stepVector(CLanes* f, CLanes* e, const CLanes* neighbour, const CWaveEdge& edge) {
         CLanes in[S];
 #pragma GCC unroll 2
         for (int32_t j = 0; j < S; ++j) {
             in[j] = CLanes::follow<C>(neighbour[j], f[kWaveOut + j]);
         }
         CWaveRecursion state(f);
+        Fade fade(e);
 #pragma GCC unroll 2
         for (int32_t j = 0; j < S; ++j) {
-            stepSample<G, S, IsEdge, HasPost>(f, state, j, in[j], edge);
+            stepSample<G, S, IsEdge, HasPost>(f, e, state, fade, j, in[j], edge);
             // The next sample loads its constants anew: kept, they would be spilled.
             asm volatile("" ::: "memory");
         }
         state.store(f);
+        fade.store(e);
+    }
+    template <bool IsEdge, bool HasPost>
+    [[gnu::always_inline]] void stepAny(int32_t v, const CLanes* neighbour, const CWaveEdge& edge) {
+        if (CLanes* const e = fadeOf(v)) {
+            if ((plan_.fadingWhole >> v & 1) != 0) {
+                stepFading<IsEdge, HasPost, true>(vector(v), e, neighbour, edge);
+            } else {
+                stepFading<IsEdge, HasPost, false>(vector(v), e, neighbour, edge);
+            }
+        } else {
+            stepVector<IsEdge, HasPost, CNoWaveFade>(vector(v), nullptr, neighbour, edge);
+        }
+    }
+    template <bool IsEdge, bool HasPost, bool IsWhole>
+    [[gnu::noinline]] void stepFading(CLanes* f, CLanes* e, const CLanes* neighbour, const CWaveEdge& edge) {
+        stepVector<IsEdge, HasPost, CWaveFade<IsWhole>>(f, e, neighbour, edge);
     }
     /// A vector in a round in which lanes of some vector stand outside the block. Most have all lanes inside even then,
     /// or none.
     template <bool HasPost>
     [[gnu::noinline]] void runVectorAtEdge(int32_t r, int32_t v, const CLanes* neighbour) {
         constexpr int32_t kLastStage = kPerVector * G - 1;
-        CLanes* const f = vector(v);
         const int32_t group = r - v * kPerVector * G;
         if (group < 0 || group - kLastStage >= groups_) {
             return;
         }
         if (group >= kLastStage && group < wholeGroups_) {
-            stepVector<false, HasPost>(f, neighbour, {});
+            stepAny<false, HasPost>(v, neighbour, {});
         } else {
-            const CWaveEdge edge = {CLanes(r) - f[kWaveBand] * CLanes(G), CLanes(plan_.count)};
-            stepVector<true, HasPost>(f, neighbour, edge);
+            const CWaveEdge edge = {CLanes(r) - vector(v)[kWaveBand] * CLanes(G), CLanes(plan_.count)};
+            stepAny<true, HasPost>(v, neighbour, edge);
         }
     }
     template <bool IsEdge, bool HasPost>
@@ -315,7 +388,7 @@ private:
         if constexpr (IsEdge) {
             runVectorAtEdge<HasPost>(r, v, neighbour);
         } else {
-            stepVector<false, HasPost>(vector(v), neighbour, {});
+            stepAny<false, HasPost>(v, neighbour, {});
         }
     }
 
@@ -360,6 +433,7 @@ private:
 
     const CWavePlan& plan_;
     CLanes* vectors_;
+    CLanes* fades_;
     CLanes* before_;
     CLanes* behind_;
     bool hasBefore_;

@@ -69,6 +69,23 @@ private:
     int32_t width_;
 };
 
+/// The filter that is faded out of, and the ramp.
+void planFade(CWavePlan& plan, int32_t v, int32_t l, const CWaveChannel::CBand& o, CWaveStates& states) {
+    double* const fields = plan.fades + static_cast<int64_t>(v) * kWaveFadeFieldCount * plan.width + l;
+    const auto set = [&](CWaveFadeField field, double value) { fields[field * plan.width] = value; };
+    double* const block = o.oldFilter->signal(1);
+    double* const ramp = o.fade->signal(1);
+    set(kWaveOldC0, block[0]);
+    set(kWaveOldC1, block[1]);
+    set(kWaveOldC2, block[2]);
+    set(kWaveOldC3, block[3]);
+    set(kWaveOldGain, o.oldFilter->immediate);
+    set(kWaveRampFactor, ramp[2]);
+    set(kWaveIsFaded, std::bit_cast<double>(~uint64_t{0}));
+    states.oldFilter = block + kBiquadState;
+    states.ramp = ramp;
+}
+
 double gainOf(const CWaveChannel& channel) {
     return channel.gainBehind ? channel.gainBehind->immediate : 1.0;
 }
@@ -78,7 +95,7 @@ void planLane(CWavePlan& plan, const CWaveChannel* channels, int32_t v, int32_t 
     const int32_t band = v * (plan.width / plan.channels) + l / plan.channels;
     CLaneFields fields(plan, v, l);
     CWaveStates& states = plan.states[v * plan.width + l];
-    states = {nullptr, nullptr, nullptr};
+    states = {};
     fields.set(kWaveNearerKneeEnd, kNever);
     fields.set(kWaveBand, band);
     if (band < plan.bands) {
@@ -86,12 +103,33 @@ void planLane(CWavePlan& plan, const CWaveChannel* channels, int32_t v, int32_t 
         auto& tube = *o.tube->operand<CTubeBlock>(1);
         fields.setFilter(*o.filter, *o.highPass);
         fields.setTube(tube);
-        states = {o.filter->signal(1) + kBiquadState, o.highPass->signal(1) + kOnePoleState, &tube.feedState};
+        states.filter = o.filter->signal(1) + kBiquadState;
+        states.highPass = o.highPass->signal(1) + kOnePoleState;
+        states.feed = &tube.feedState;
+        if (o.oldFilter != nullptr) {
+            planFade(plan, v, l, o, states);
+        }
     } else if (band == plan.bands && plan.post == CWavePost::InLanes) {
         fields.setFilter(*channel.filterBehind, *channel.highPassBehind);
         fields.setPlain(gainOf(channel));
-        states = {channel.filterBehind->signal(1) + kBiquadState, channel.highPassBehind->signal(1) + kOnePoleState,
-                  nullptr};
+        states.filter = channel.filterBehind->signal(1) + kBiquadState;
+        states.highPass = channel.highPassBehind->signal(1) + kOnePoleState;
+    }
+}
+
+/// Clears what the lanes hand on, and all of a vector that has lanes to spare.
+void clearVector(CWavePlan& plan, int32_t v) {
+    const int32_t perVector = plan.width / plan.channels;
+    const bool isFull = (v + 1) * perVector <= plan.bands;
+    double* const fields = plan.lanes + static_cast<int64_t>(v) * kWaveFieldCount * plan.width;
+    const int32_t first = isFull ? kWavePassed : 0;
+    std::fill(fields + first * plan.width, fields + kWaveFieldCount * plan.width, 0.0);
+    if (isFull) {
+        std::fill_n(fields + kWaveIsPost * plan.width, plan.width, 0.0);
+    }
+    if (plan.fades != nullptr) {
+        std::fill_n(plan.fades + static_cast<int64_t>(v) * kWaveFadeFieldCount * plan.width,
+                    kWaveFadeFieldCount * plan.width, 0.0);
     }
 }
 
@@ -131,6 +169,10 @@ void planEnds(CWavePlan& plan, const CWaveChannel* channels) {
 
 }  // namespace
 
+bool CWaveChannel::hasFade() const {
+    return std::any_of(bands, bands + bandCount, [](const CBand& band) { return band.oldFilter != nullptr; });
+}
+
 const COperation& CWaveChannel::last() const {
     if (gainBehind) {
         return *gainBehind;
@@ -155,16 +197,24 @@ bool planWave(const CWaveChannel* channels, int32_t count, int32_t width, CPlanM
     plan.before = memory.take<double>(kWaveEndFieldCount * width);
     plan.behind = memory.take<double>(kWaveEndFieldCount * width);
     plan.states = memory.take<CWaveStates>(lanes);
-    if (!plan.lanes || !plan.before || !plan.behind || !plan.states) {
+    const bool hasFade = std::any_of(channels, channels + count, [](const CWaveChannel& c) { return c.hasFade(); });
+    plan.fades = hasFade ? memory.take<double>(lanes * kWaveFadeFieldCount) : nullptr;
+    if (!plan.lanes || !plan.before || !plan.behind || !plan.states || !plan.fades != !hasFade) {
         return false;
     }
-    std::fill_n(plan.lanes, lanes * kWaveFieldCount, 0.0);
+    for (int32_t v = 0; v < plan.vectors; ++v) {
+        clearVector(plan, v);
+    }
     std::fill_n(plan.before, kWaveEndFieldCount * width, 0.0);
     std::fill_n(plan.behind, kWaveEndFieldCount * width, 0.0);
     for (int32_t v = 0; v < plan.vectors; ++v) {
+        int32_t faded = 0;
         for (int32_t l = 0; l < width; ++l) {
             planLane(plan, channels, v, l);
+            faded += plan.states[v * width + l].ramp != nullptr ? 1 : 0;
         }
+        plan.fading |= static_cast<uint32_t>(faded > 0) << v;
+        plan.fadingWhole |= static_cast<uint32_t>(faded == width) << v;
     }
     planEnds(plan, channels);
     return true;

@@ -16,6 +16,8 @@ struct CWaveChannel {
         const COperation* filter;
         const COperation* highPass;
         const COperation* tube;
+        const COperation* oldFilter = nullptr;  ///< null: the filter is not faded
+        const COperation* fade = nullptr;
     };
     const COperation* before;
     CBand bands[kMostWaveBands];
@@ -26,6 +28,8 @@ struct CWaveChannel {
 
     const COperation& first() const { return before ? *before : *bands[0].filter; }
     const COperation& last() const;
+    /// The filter of a band is faded.
+    bool hasFade() const;
 };
 
 /// The plan of a wave over 1, 2, 4 or 8 `channels` of equal shape, at most as many as a vector has lanes, with its
