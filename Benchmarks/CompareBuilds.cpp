@@ -1,0 +1,229 @@
+// What two builds of the plug-in cost, an instance of each in turn in one run: `CompareBuilds BEFORE.so AFTER.so`.
+// Prints tables with a column for each set of instructions that this machine has. Ends with 1 if a ratio is above its
+// limit, or if the builds do not sound alike to the bit.
+
+#include <cstdio>
+#include <functional>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "Audio/Kernels/Wave/CInstructionSet.h"
+#include "Benchmarks/BuildMeasures.h"
+#include "Benchmarks/CRatioTable.h"
+
+using namespace tarv;
+using namespace tarv::bench;
+
+namespace {
+
+constexpr size_t kSets = 3;
+const std::vector<std::string> kTitles = {"SSE2", "AVX2", "AVX-512"};
+
+struct CPasses {
+    int32_t least;
+    int32_t most;  ///< while a ratio is above its limit
+};
+constexpr CPasses kTimed = {8, 20};
+constexpr CPasses kCounted = {1, 1};
+
+struct CBlockRow {
+    const char* name;
+    CLayout layout;
+    int32_t rounds;
+    double limits[kSets];  ///< 0 is none
+};
+
+constexpr CBlockRow kBlockRows[] = {
+    {"1x, 512 frames", {2, 512, 0, CMoves::None}, 600, {0.80, 0.46, 0.29}},
+    {"2x, 512", {2, 512, 1, CMoves::None}, 300, {0.74, 0.44, 0.29}},
+    {"8x, 512", {2, 512, 3, CMoves::None}, 120, {0.68, 0.45, 0.27}},
+    {"1x, 32 frames", {2, 32, 0, CMoves::None}, 4000, {1.00, 0.66, 0.56}},
+    {"8 channels, 1x, 512", {8, 512, 0, CMoves::None}, 200, {0.84, 0.50, 0.35}},
+    {"every parameter automated every block, 512", {2, 512, 0, CMoves::All}, 400, {0.75, 0.58, 0.45}},
+    {"the same, 32 frames", {2, 32, 0, CMoves::All}, 1600, {0.55, 0.50, 0.50}},
+    {"bands alone automated every block, 512", {2, 512, 0, CMoves::Bands}, 400, {0.0, 0.0, 0.0}},
+    {"the same, 32 frames", {2, 32, 0, CMoves::Bands}, 1600, {0.0, 0.0, 0.0}},
+};
+
+struct CLevelRow {
+    const char* name;
+    double level;
+};
+
+/// The line at the upper end of the first curve begins where a band's filter gives about 3.5.
+constexpr CLevelRow kLevelRows[] = {
+    {"silence", 0.0}, {"noise to 5", 5.0}, {"noise to 40", 40.0}, {"denormal numbers", 1e-310}};
+constexpr double kLevelLimit = 1.25;
+constexpr int32_t kLevelRounds = 600;
+
+constexpr const char* kStartRows[] = {"made and opened", "resumed", "first block", "the seven behind it"};
+constexpr int32_t kStartRounds = 10;
+/// Not worse than before, and what is left of other programs' noise in the least of so many.
+constexpr double kStartLimit = 1.05;
+
+struct CMemoryRow {
+    const char* name;
+    CLayout layout;
+};
+constexpr CMemoryRow kMemoryRows[] = {{"1x, 512 frames", {2, 512, 0, CMoves::Bands}},
+                                      {"8x, 512", {2, 512, 3, CMoves::Bands}},
+                                      {"8 channels, 1x, 512", {8, 512, 0, CMoves::Bands}}};
+/// Not more than before, and whole pages on both sides.
+constexpr double kMemoryLimit = 1.02;
+
+struct CMeasured {
+    size_t set;
+    const char* name;  ///< of the set
+};
+
+/// The sets that this machine has.
+std::vector<CMeasured> measuredSets() {
+    std::vector<CMeasured> sets;
+    const auto widest = static_cast<size_t>(widestSet(readProcessorFeatures()));
+    for (size_t s = 0; s <= widest; ++s) {
+        sets.push_back({s, nameOf(static_cast<CInstructionSet>(s))});
+    }
+    return sets;
+}
+
+bool isAbove(const std::vector<CCosts>& costs, const std::vector<double>& limits) {
+    for (size_t i = 0; i < costs.size(); ++i) {
+        if (limits[i] > 0.0 && !(costs[i].ratio() <= limits[i])) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// The least of some passes, and of more while one is above its limit: what other programs take can only add to it.
+/// Empty if something cannot be measured.
+std::vector<CCosts> leastOf(const std::function<std::vector<CCosts>()>& measure, const std::vector<double>& limits,
+                            const CPasses& passes) {
+    std::vector<CCosts> least(limits.size());
+    for (int32_t i = 0; i < passes.least || (i < passes.most && isAbove(least, limits)); ++i) {
+        const std::vector<CCosts> now = measure();
+        if (now.size() != least.size()) {
+            return {};
+        }
+        for (size_t j = 0; j < now.size(); ++j) {
+            least[j].lower(now[j]);
+        }
+    }
+    return least;
+}
+
+/// Of each row, with each set.
+using CLimits = std::vector<std::vector<double>>;
+
+/// A table, and whether all of it could be measured, sounds alike and keeps its limits.
+class CReport {
+public:
+    CReport(const std::string& title, const std::string& base, double scale) : table_(title, base, scale) {}
+
+    /// Rows by name; `measure` gives their costs with a set.
+    void rows(const std::vector<std::string>& names, const CLimits& limits, const CPasses& passes,
+              const std::function<std::vector<CCosts>(const char* set)>& measure) {
+        std::vector<std::vector<CCosts>> costs;
+        for (const CMeasured& m : measuredSets()) {
+            costs.push_back(leastOf([&] { return measure(m.name); }, limits[m.set], passes));
+            isWhole_ = isWhole_ && !costs.back().empty();
+        }
+        for (size_t i = 0; i < names.size(); ++i) {
+            table_.row(names[i]);
+            for (size_t s = 0; s < kSets; ++s) {
+                if (s >= costs.size() || costs[s].empty()) {
+                    table_.missing();
+                    continue;
+                }
+                const CCosts& c = costs[s][i];
+                table_.cell(c.before, c.after, limits[s][i]);
+                if (!c.isSame) {
+                    std::fprintf(stderr, "%s, %s: the builds give other bits\n", names[i].c_str(), kTitles[s].c_str());
+                    isWhole_ = false;
+                }
+            }
+        }
+    }
+    bool end() const {
+        table_.print(kTitles);
+        return isWhole_ && table_.failures() == 0;
+    }
+
+private:
+    CRatioTable table_;
+    bool isWhole_ = true;
+};
+
+CLimits limitOf(double limit, size_t count) {
+    return CLimits(kSets, std::vector<double>(count, limit));
+}
+
+bool reportBlocks(const CBuilds& builds) {
+    const bool isCycles = countsCycles();
+    CReport report(isCycles ? "stereo unless said, 48 kHz; cycles" : "stereo unless said, 48 kHz; ns a frame", "before",
+                   1.0);
+    for (const CBlockRow& row : kBlockRows) {
+        const CCase c = {row.layout, chunkOf(row.layout), row.rounds};
+        CLimits limits;
+        for (const double limit : row.limits) {
+            limits.push_back({limit});
+        }
+        report.rows({row.name}, limits, kTimed, [&](const char* set) { return compareBlocks(builds, c, set); });
+    }
+    return report.end();
+}
+
+bool reportLevels(const CBuilds& builds) {
+    CReport report("against noise to 0.5, 1x, 512 frames", "", 1.0);
+    const CLayout layout = {2, 512, 0, CMoves::None};
+    const CCase c = {layout, chunkOf(layout), kLevelRounds};
+    std::vector<std::string> names;
+    std::vector<double> levels;
+    for (const CLevelRow& row : kLevelRows) {
+        names.emplace_back(row.name);
+        levels.push_back(row.level);
+    }
+    report.rows(names, limitOf(kLevelLimit, names.size()), kTimed,
+                [&](const char* set) { return compareLevels(builds.after, c, levels, set); });
+    return report.end();
+}
+
+bool reportInstances(const CBuilds& builds) {
+    const CLayout layout = {2, 512, 0, CMoves::None};
+    const CCase starts = {layout, chunkOf(layout), kStartRounds};
+    const std::vector<std::string> names(std::begin(kStartRows), std::end(kStartRows));
+    CReport times("an instance, 1x, 512 frames; us", "before", 1e6);
+    times.rows(names, limitOf(kStartLimit, names.size()), kTimed,
+               [&](const char* set) { return compareStarts(builds, starts, set); });
+    const bool isQuick = times.end();
+
+    CReport memory("memory of an instance; KiB", "before", 1.0 / 1024.0);
+    for (const CMemoryRow& row : kMemoryRows) {
+        const CCase c = {row.layout, chunkOf(row.layout), 0};
+        memory.rows({row.name}, limitOf(kMemoryLimit, 1), kCounted,
+                    [&](const char* set) { return compareMemory(builds, c, set); });
+    }
+    return memory.end() && isQuick;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        std::fprintf(stderr, "CompareBuilds BEFORE AFTER: two files of the plug-in, built for this system\n");
+        return 2;
+    }
+    const CBuilds builds = {argv[1], argv[2]};
+    std::printf("%s; a cell is the cost with that set, its ratio to the base, and the limit of the ratio.\n",
+                countsCycles() ? "Cycles of the thread in user mode"
+                               : "No cycle counter here: the least time of many rounds in turn");
+    const size_t have = measuredSets().size();
+    for (size_t s = have; s < kSets; ++s) {
+        std::printf("This machine has no %s: left out.\n", kTitles[s].c_str());
+    }
+    bool isGood = reportBlocks(builds);
+    isGood = reportLevels(builds) && isGood;
+    isGood = reportInstances(builds) && isGood;
+    return isGood ? 0 : 1;
+}
