@@ -20,6 +20,9 @@ TARV_SOUND_PACKAGES="libkissfft-dev sox libsox-fmt-all sonic-pi-samples gnuplot-
 # The sanitizers' and fuzzers' compiler, and what the architecture test looks with.
 # The X server that tests of windows start and end themselves.
 TARV_CHECK_PACKAGES="clang libclang-rt-14-dev clang-format binutils git xvfb x11-xkb-utils"
+# What ./bench --peers loads the plug-ins of others with, and those that it knows.
+TARV_PEER_PACKAGES="ladspa-sdk liblilv-dev pkgconf"
+TARV_PEERS="lsp-plugins-ladspa tap-plugins caps swh-plugins zam-plugins calf-plugins eq10q x42-plugins"
 
 die() {
     printf '%s: %s\n' "${0##*/}" "$*" >&2
