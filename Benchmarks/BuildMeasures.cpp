@@ -258,6 +258,13 @@ std::vector<CCosts> compareMemory(const CBuilds& builds, const CCase& c, const c
     return before > 0.0 && after > 0.0 ? std::vector<CCosts>{{before, after}} : std::vector<CCosts>();
 }
 
+bool canLoad(const CBuilds& builds) {
+    return !inChild([&]() -> std::vector<double> {
+                CLibraries libraries;
+                return libraries.load(builds) ? std::vector<double>{1.0} : std::vector<double>();
+            }).empty();
+}
+
 bool countsCycles() {
     return CBlockClock().countsCycles();
 }

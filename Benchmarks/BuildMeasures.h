@@ -44,6 +44,8 @@ std::vector<CCosts> compareStarts(const CBuilds& builds, const CCase& c, const c
 /// Bytes that a playing instance takes from the system, the mean of several.
 std::vector<CCosts> compareMemory(const CBuilds& builds, const CCase& c, const char* set);
 
+/// Prints what is wrong if one does not load.
+bool canLoad(const CBuilds& builds);
 /// Whether times are cycles here.
 bool countsCycles();
 

@@ -17,7 +17,6 @@ public:
     CBlockClock& operator=(const CBlockClock&) = delete;
 
     bool countsCycles() const { return file_ >= 0; }
-    const char* unit() const { return countsCycles() ? "cycles" : "ns"; }
     void start() { start_ = now(); }
     /// Since start(), 0 and up.
     double stop() const {

@@ -1,8 +1,9 @@
-// What two builds of the plug-in cost, an instance of each in turn in one run: `CompareBuilds BEFORE.so AFTER.so`.
-// Prints tables with a column for each set of instructions that this machine has. Ends with 1 if a ratio is above its
-// limit, or if the builds do not sound alike to the bit.
+// What two builds of the plug-in cost, an instance of each in turn in one run: `CompareBuilds BEFORE.so AFTER.so
+// [PART]`. Prints tables with a column for each set of instructions that this machine has. Ends with 1 if a ratio is
+// above its limit, or if the builds do not sound alike to the bit.
 
 #include <cstdio>
+#include <cstdlib>
 #include <functional>
 #include <iterator>
 #include <string>
@@ -41,9 +42,9 @@ constexpr CBlockRow kBlockRows[] = {
     {"1x, 32 frames", {2, 32, 0, CMoves::None}, 4000, {1.00, 0.66, 0.56}},
     {"8 channels, 1x, 512", {8, 512, 0, CMoves::None}, 200, {0.84, 0.50, 0.35}},
     {"every parameter automated every block, 512", {2, 512, 0, CMoves::All}, 400, {0.75, 0.58, 0.45}},
-    {"the same, 32 frames", {2, 32, 0, CMoves::All}, 1600, {0.55, 0.50, 0.50}},
-    {"bands alone automated every block, 512", {2, 512, 0, CMoves::Bands}, 400, {0.0, 0.0, 0.0}},
-    {"the same, 32 frames", {2, 32, 0, CMoves::Bands}, 1600, {0.0, 0.0, 0.0}},
+    {"every parameter automated every block, 32", {2, 32, 0, CMoves::All}, 1600, {0.55, 0.50, 0.50}},
+    {"bands automated every block, 512", {2, 512, 0, CMoves::Bands}, 400, {0.0, 0.0, 0.0}},
+    {"bands automated every block, 32", {2, 32, 0, CMoves::Bands}, 1600, {0.0, 0.0, 0.0}},
 };
 
 struct CLevelRow {
@@ -77,12 +78,16 @@ struct CMeasured {
     const char* name;  ///< of the set
 };
 
-/// The sets that this machine has.
+/// The sets that this machine has; where TARV_INSTRUCTION_SET is set, that one alone.
 std::vector<CMeasured> measuredSets() {
-    std::vector<CMeasured> sets;
     const auto widest = static_cast<size_t>(widestSet(readProcessorFeatures()));
+    const char* const wanted = std::getenv("TARV_INSTRUCTION_SET");
+    std::vector<CMeasured> sets;
     for (size_t s = 0; s <= widest; ++s) {
-        sets.push_back({s, nameOf(static_cast<CInstructionSet>(s))});
+        const char* const name = nameOf(static_cast<CInstructionSet>(s));
+        if (wanted == nullptr || std::string(wanted) == name) {
+            sets.push_back({s, name});
+        }
     }
     return sets;
 }
@@ -124,23 +129,18 @@ public:
     /// Rows by name; `measure` gives their costs with a set.
     void rows(const std::vector<std::string>& names, const CLimits& limits, const CPasses& passes,
               const std::function<std::vector<CCosts>(const char* set)>& measure) {
-        std::vector<std::vector<CCosts>> costs;
+        std::vector<CCosts> costs[kSets];
         for (const CMeasured& m : measuredSets()) {
-            costs.push_back(leastOf([&] { return measure(m.name); }, limits[m.set], passes));
-            isWhole_ = isWhole_ && !costs.back().empty();
+            costs[m.set] = leastOf([&] { return measure(m.name); }, limits[m.set], passes);
+            isWhole_ = isWhole_ && !costs[m.set].empty();
         }
         for (size_t i = 0; i < names.size(); ++i) {
             table_.row(names[i]);
             for (size_t s = 0; s < kSets; ++s) {
-                if (s >= costs.size() || costs[s].empty()) {
+                if (costs[s].empty()) {
                     table_.missing();
-                    continue;
-                }
-                const CCosts& c = costs[s][i];
-                table_.cell(c.before, c.after, limits[s][i]);
-                if (!c.isSame) {
-                    std::fprintf(stderr, "%s, %s: the builds give other bits\n", names[i].c_str(), kTitles[s].c_str());
-                    isWhole_ = false;
+                } else {
+                    add(names[i], s, costs[s][i], limits[s][i]);
                 }
             }
         }
@@ -151,6 +151,14 @@ public:
     }
 
 private:
+    void add(const std::string& row, size_t set, const CCosts& costs, double limit) {
+        table_.cell(costs.before, costs.after, limit);
+        if (!costs.isSame) {
+            std::fprintf(stderr, "%s, %s: the builds give other bits\n", row.c_str(), kTitles[set].c_str());
+            isWhole_ = false;
+        }
+    }
+
     CRatioTable table_;
     bool isWhole_ = true;
 };
@@ -159,11 +167,15 @@ CLimits limitOf(double limit, size_t count) {
     return CLimits(kSets, std::vector<double>(count, limit));
 }
 
-bool reportBlocks(const CBuilds& builds) {
+/// Rows whose names hold `part`.
+bool reportBlocks(const CBuilds& builds, const std::string& part) {
     const bool isCycles = countsCycles();
     CReport report(isCycles ? "stereo unless said, 48 kHz; cycles" : "stereo unless said, 48 kHz; ns a frame", "before",
                    1.0);
     for (const CBlockRow& row : kBlockRows) {
+        if (std::string(row.name).find(part) == std::string::npos) {
+            continue;
+        }
         const CCase c = {row.layout, chunkOf(row.layout), row.rounds};
         CLimits limits;
         for (const double limit : row.limits) {
@@ -210,19 +222,27 @@ bool reportInstances(const CBuilds& builds) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fprintf(stderr, "CompareBuilds BEFORE AFTER: two files of the plug-in, built for this system\n");
+    if (argc != 3 && argc != 4) {
+        std::fprintf(stderr,
+                     "CompareBuilds BEFORE AFTER [PART]: two files of the plug-in, built for this system; with "
+                     "PART the rows of blocks whose names hold it\n");
         return 2;
     }
     const CBuilds builds = {argv[1], argv[2]};
+    if (!canLoad(builds)) {
+        return 2;
+    }
     std::printf("%s; a cell is the cost with that set, its ratio to the base, and the limit of the ratio.\n",
                 countsCycles() ? "Cycles of the thread in user mode"
                                : "No cycle counter here: the least time of many rounds in turn");
-    const size_t have = measuredSets().size();
-    for (size_t s = have; s < kSets; ++s) {
+    for (auto s = static_cast<size_t>(widestSet(readProcessorFeatures())) + 1; s < kSets; ++s) {
         std::printf("This machine has no %s: left out.\n", kTitles[s].c_str());
     }
-    bool isGood = reportBlocks(builds);
+    if (argc == 4) {
+        return reportBlocks(builds, argv[3]) ? 0 : 1;
+    }
+    bool isGood = !measuredSets().empty();
+    isGood = reportBlocks(builds, "") && isGood;
     isGood = reportLevels(builds) && isGood;
     isGood = reportInstances(builds) && isGood;
     return isGood ? 0 : 1;
