@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 
 #include "Audio/Context/CKernel.h"
 #include "Audio/Context/CQueuedOperation.h"

@@ -16,6 +16,10 @@ namespace tarv {
 /// constructor.
 class CRecordedRun {
 public:
+    // Twice what eight channels with ten bands take at eight times the rate.
+    static constexpr int32_t kMostOperations = 768;
+    static constexpr int32_t kMostCalls = 384;
+
     CRecordedRun();
     ~CRecordedRun();
     CRecordedRun(const CRecordedRun&) = delete;
@@ -59,9 +63,6 @@ public:
     void run() const;
 
 private:
-    // Twice what eight channels with ten bands take at eight times the rate.
-    static constexpr int32_t kMostOperations = 768;
-    static constexpr int32_t kMostCalls = 384;
     /// Room for what eight channels with ten bands need in any set of instructions.
     static constexpr int32_t kPlanBytes = 48 << 10;
 

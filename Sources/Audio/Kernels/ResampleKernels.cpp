@@ -41,7 +41,9 @@ void registerResampleKernels(CQPLEXContext& context) {
     context.registerKernel(KernelName::kInterp2, kernelInterp2, 2, 1);
     context.registerKernel(KernelName::kDecim2, kernelDecim2, 2, 1);
     context.registerKernel(KernelName::kDecim2s, kernelDecim2s, 2, 1);
-    context.setJoiner(CJoinedKernels::Rates, std::make_unique<CHalfBandJoiner>(context, usedSet()));
+    if (!context.hasJoiner(CJoinedKernels::Rates)) {
+        context.setJoiner(CJoinedKernels::Rates, std::make_unique<CHalfBandJoiner>(context, usedSet()));
+    }
 }
 
 void kernelInterp2(COperation& operation) {

@@ -42,7 +42,9 @@ void registerTubeKernels(CQPLEXContext& context) {
     context.registerKernel(KernelName::kMetaTubeInit, kernelMetaTubeInit, 1, 1);
     context.registerKernel(KernelName::kMetaTubeClear, kernelMetaTubeClear, 1, 1);
     registerBandChain(context);
-    context.setJoiner(CJoinedKernels::Bands, std::make_unique<CWaveJoiner>(context, usedSet()));
+    if (!context.hasJoiner(CJoinedKernels::Bands)) {
+        context.setJoiner(CJoinedKernels::Bands, std::make_unique<CWaveJoiner>(context, usedSet()));
+    }
 }
 
 void kernelMetaTube(COperation& operation) {

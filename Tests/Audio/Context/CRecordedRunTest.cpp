@@ -166,19 +166,44 @@ TEST(CRecordedRun, IsDroppedWhenABufferIsTakenOrAnOperationIssued) {
     EXPECT_FALSE(context.isRecorded());
 }
 
-TEST(CRecordedRun, ThatIsTooLongIsNotKept) {
+TEST(CRecordedRun, WithTooManyCallsIsNotKept) {
     const CSubject subject;
     CQPLEXContext& context = *subject.context;
     const CBufferHandle signal = context.takeSignal(1);
     const auto record = [&](int32_t operations) {
         context.startRecording();
         for (int32_t i = 0; i < operations; ++i) {
+            // Each waits for the one before it: a call for each.
             context.issue(context.commonKernel(CCommonKernel::Mulci), 1, 1.0, {signal});
         }
         return context.endRecording();
     };
-    EXPECT_TRUE(record(1024));
-    EXPECT_FALSE(record(1025));
+    EXPECT_TRUE(record(CRecordedRun::kMostCalls));
+    EXPECT_EQ(context.recordedRun().callCount(), CRecordedRun::kMostCalls);
+    EXPECT_FALSE(record(CRecordedRun::kMostCalls + 1));
+    EXPECT_FALSE(context.isRecorded());
+    EXPECT_TRUE(record(3));
+}
+
+TEST(CRecordedRun, WithTooManyOperationsIsNotKept) {
+    const CSubject subject;
+    CQPLEXContext& context = *subject.context;
+    std::vector<CBufferHandle> signals;
+    for (int32_t i = 0; i < kMaxBatch; ++i) {
+        signals.push_back(context.takeSignal(1));
+    }
+    // A kernel on several operations at once is one call.
+    const auto record = [&](int32_t operations) {
+        context.startRecording();
+        for (int32_t i = 0; i < operations; ++i) {
+            context.issue(context.commonKernel(CCommonKernel::Mulci), 1, 1.0, {signals[i % signals.size()]});
+        }
+        return context.endRecording();
+    };
+    EXPECT_TRUE(record(CRecordedRun::kMostOperations));
+    EXPECT_EQ(context.recordedRun().operationCount(), CRecordedRun::kMostOperations);
+    EXPECT_LT(context.recordedRun().callCount(), CRecordedRun::kMostCalls);
+    EXPECT_FALSE(record(CRecordedRun::kMostOperations + 1));
     EXPECT_FALSE(context.isRecorded());
     EXPECT_TRUE(record(3));
 }
