@@ -5,7 +5,7 @@ TARV_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 
 # The compilers of both builds, and the libraries that they link.
 TARV_BUILD_PACKAGES="build-essential cmake ninja-build zlib1g-dev libpugixml-dev libgtest-dev googletest
-    libbenchmark-dev g++-mingw-w64-x86-64-posix libz-mingw-w64-dev lld ccache"
+    libsimde-dev libbenchmark-dev g++-mingw-w64-x86-64-posix libz-mingw-w64-dev lld ccache"
 # What Tools/GfxBuilder draws shapes and glyphs with.
 TARV_GRAPHICS_PACKAGES="pkgconf libcairo2-dev librsvg2-dev libfreetype-dev libharfbuzz-dev libfontconfig-dev
     fonts-inter"

@@ -14,6 +14,7 @@
 #include "Audio/Kernels/ResampleKernels.h"
 #include "Audio/Kernels/Wave/CInstructionSet.h"
 #include "Audio/Kernels/Wave/WaveSets.h"
+#include "Tests/Audio/Kernels/TestedSets.h"
 
 namespace tarv {
 namespace {
@@ -45,11 +46,6 @@ struct CChannel {
 
 class HalfBandWave : public testing::TestWithParam<CInstructionSet> {
 protected:
-    void SetUp() override {
-        if (GetParam() > widestSet(readProcessorFeatures())) {
-            GTEST_SKIP() << "this machine has no " << nameOf(GetParam());
-        }
-    }
     double between(double low, double high) { return low + (high - low) * (random() / 4294967296.0); }
 
     std::vector<CChannel> makeChannels(int32_t count, int32_t order) {
@@ -143,8 +139,7 @@ TEST_P(HalfBandWave, GivesTheBitsOfTheKernels) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Sets, HalfBandWave,
-                         testing::Values(CInstructionSet::Sse2, CInstructionSet::Avx2, CInstructionSet::Avx512),
+INSTANTIATE_TEST_SUITE_P(Sets, HalfBandWave, testing::ValuesIn(testedSets()),
                          [](const auto& info) { return nameOf(info.param); });
 
 }  // namespace

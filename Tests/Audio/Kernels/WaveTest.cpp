@@ -14,6 +14,7 @@
 #include "Audio/Kernels/Wave/WavePlan.h"
 #include "Audio/Kernels/Wave/WaveSets.h"
 #include "Tests/Audio/Kernels/KernelCases.h"
+#include "Tests/Audio/Kernels/TestedSets.h"
 
 namespace tarv {
 namespace {
@@ -187,25 +188,19 @@ private:
     std::deque<COperation> operations_;
 };
 
-struct CSet {
-    CInstructionSet set;
-    int32_t width;
-    void (*run)(const CWavePlan& plan);
-};
-std::vector<CSet> sets() {
-    std::vector<CSet> all;
-    for (const CSet& set : {CSet{CInstructionSet::Sse2, 2, runWaveSse2}, CSet{CInstructionSet::Avx2, 4, runWaveAvx2},
-                            CSet{CInstructionSet::Avx512, 8, runWaveAvx512}}) {
-        if (set.set <= widestSet(readProcessorFeatures())) {
-            all.push_back(set);
-        }
-    }
-    return all;
+int32_t widthOf(CInstructionSet set) {
+    return 2 << static_cast<int32_t>(set);
+}
+
+void run(CInstructionSet set, const CWavePlan& plan) {
+    set == CInstructionSet::Sse2   ? runWaveSse2(plan)
+    : set == CInstructionSet::Avx2 ? runWaveAvx2(plan)
+                                   : runWaveAvx512(plan);
 }
 
 /// Blocks of the lengths `counts`, one behind the other, through all sets and the plain forms.
 void compare(const CShape& shape, const std::vector<int32_t>& counts, double level, CRandom& random) {
-    const std::vector<CSet> all = sets();
+    const std::vector<CInstructionSet> all = testedSets();
     std::vector<CChannel> plain;
     for (int32_t c = 0; c < shape.channels; ++c) {
         plain.emplace_back(shape, random);
@@ -224,7 +219,7 @@ void compare(const CShape& shape, const std::vector<int32_t>& counts, double lev
             plain[c].run(in[c]);
         }
         for (size_t s = 0; s < all.size(); ++s) {
-            if (shape.channels > all[s].width) {
+            if (shape.channels > widthOf(all[s])) {
                 continue;
             }
             std::vector<CWaveChannel> channels;
@@ -233,11 +228,11 @@ void compare(const CShape& shape, const std::vector<int32_t>& counts, double lev
             }
             CPlanMemory room = {memory.data(), memory.data() + memory.size()};
             CWavePlan plan;
-            ASSERT_TRUE(planWave(channels.data(), shape.channels, all[s].width, room, plan));
-            all[s].run(plan);
+            ASSERT_TRUE(planWave(channels.data(), shape.channels, widthOf(all[s]), room, plan));
+            run(all[s], plan);
             for (size_t c = 0; c < plain.size(); ++c) {
                 ASSERT_EQ(waves[s][c].bits(), plain[c].bits())
-                    << nameOf(all[s].set) << " channel " << c << " of " << shape.channels << ", " << shape.bands
+                    << nameOf(all[s]) << " channel " << c << " of " << shape.channels << ", " << shape.bands
                     << " bands, before " << shape.hasBefore << ", behind " << shape.hasBehind << ", " << count
                     << " samples at " << level;
             }
@@ -250,7 +245,8 @@ TEST(Wave, GivesTheBitsOfItsKernelsForEveryShape) {
     for (const int32_t channels : {1, 2, 4, 8}) {
         for (int32_t bands = 1; bands <= kMostWaveBands; ++bands) {
             for (int32_t ends = 0; ends < 6; ++ends) {
-                compare({channels, bands, ends % 2 == 1, ends >= 2, ends >= 4}, {0, 1, 2, 3, 7, 40, 97, 130}, 0.7, random);
+                compare({channels, bands, ends % 2 == 1, ends >= 2, ends >= 4}, {0, 1, 2, 3, 7, 40, 97, 130}, 0.7,
+                        random);
             }
         }
     }
@@ -274,7 +270,9 @@ TEST(Wave, GivesTheBitsOfItsKernelsAtEveryLevel) {
             counts.push_back(random.below(random.below(4) == 0 ? 701 : 60));
         }
         // From silence over what meets the lines of the curves to what ends in infinities and in no numbers.
-        const double level = random.below(10) == 0 ? 1e300 : random.below(10) == 0 ? 0.0 : std::pow(10.0, random.between(-9.0, 1.7));
+        const double level = random.below(10) == 0   ? 1e300
+                             : random.below(10) == 0 ? 0.0
+                                                     : std::pow(10.0, random.between(-9.0, 1.7));
         compare(shape, counts, level, random);
     }
 }
