@@ -28,13 +28,15 @@ void CModDecimator::process() {
     CAudioPort& out = output(0);
     const int32_t count = stepLength();
     const int32_t kept = (count - offset_ + 1) / 2;
+    // Above the host's rate a block is a multiple of the host's.
+    const double immediate = in.rate > 1.5 * graph().hostRate ? kAlwaysEven : 0.0;
     out.release(context());
     out.samples = kept;
     out.rate = 0.5 * in.rate;
     out.layout = in.layout;
     for (const CAudioChannel& channel : in.channels) {
         const CBufferHandle block = context().takeSignal(kept);
-        context().issue(offset_ == 0 ? evenKernel_ : oddKernel_, kept, 0.0, {block, channel.handle});
+        context().issue(offset_ == 0 ? evenKernel_ : oddKernel_, kept, immediate, {block, channel.handle});
         out.add(channel.group, channel.element, channel.serial, block);
     }
     const int32_t next = offset_ + 2 * kept - count;

@@ -6,6 +6,7 @@
 
 #include "Audio/Context/CQPLEXContext.h"
 #include "Audio/Kernels/KernelNames.h"
+#include "Audio/Kernels/ResampleKernels.h"
 #include "Audio/Kernels/Wave/WaveSets.h"
 
 namespace tarv {
@@ -164,6 +165,9 @@ bool CHalfBandJoiner::takePair(const CRecordedCall& first, const CRecordedCall& 
         const COperation& filter = filters.operations[c];
         const COperation& step = steps.operations[c];
         const bool isLinked = second.operations[c].signal(link) == first.operations[c].signal(0);
+        if (!plan.isUp && step.immediate != kAlwaysEven) {
+            return false;
+        }
         if (!isLinked || !(second.lastReads[c] >> link & 1) || step.count != plan.count ||
             filter.count != 2 * plan.count) {
             return false;

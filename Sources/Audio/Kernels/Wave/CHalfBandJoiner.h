@@ -10,8 +10,8 @@ namespace tarv {
 
 class CQPLEXContext;
 
-/// Finds changes of rate by two, a half-band filter behind zeros between the samples or in front of a decimation, and
-/// runs both kernels of all channels in lanes.
+/// Finds changes of rate by two, a half-band filter behind zeros between the samples or in front of a decimation that
+/// is kAlwaysEven, and runs both kernels of all channels in lanes.
 class CHalfBandJoiner final : public CRunJoiner {
 public:
     /// The kernels of `context` that are joined; those must be registered.
