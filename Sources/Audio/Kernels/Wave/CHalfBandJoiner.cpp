@@ -61,7 +61,7 @@ bool areApart(const CHalfBandPlan& plan) {
 
 /// A change of rate, and the calls that it stands for.
 struct CHalfBandJoiner::CJoined {
-    void (*run)(const CHalfBandPlan& plan) = nullptr;
+    CRunHalfBands run = nullptr;
     CHalfBandPlan plan = {};
     /// Copied at the lower rate, before it when going up and behind it when going down; null: nothing.
     const double* copyFrom[kMaxBatch] = {};

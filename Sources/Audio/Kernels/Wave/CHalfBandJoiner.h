@@ -5,6 +5,7 @@
 #include "Audio/Context/CRunJoiner.h"
 #include "Audio/Kernels/Wave/CHalfBandPlan.h"
 #include "Audio/Kernels/Wave/CInstructionSet.h"
+#include "Audio/Kernels/Wave/WaveSets.h"
 
 namespace tarv {
 
@@ -36,7 +37,7 @@ private:
     CFilter filters_[kMostHalfBand];  ///< by coefficients of a branch less 1
     CKernelFunction interpolate_;
     CKernelFunction decimate_;
-    void (*run_)(const CHalfBandPlan& plan);
+    CRunHalfBands run_;
 };
 
 }  // namespace tarv

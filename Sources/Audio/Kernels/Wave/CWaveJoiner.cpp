@@ -13,7 +13,7 @@ namespace {
 
 /// Waves that run one after the other.
 struct CWaves {
-    void (*run)(const CWavePlan& plan);
+    CRunWave run;
     int32_t count;
     CWavePlan plans[kMaxBatch];
 };

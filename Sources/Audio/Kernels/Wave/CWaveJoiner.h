@@ -5,6 +5,7 @@
 #include "Audio/Context/CRunJoiner.h"
 #include "Audio/Kernels/Wave/CInstructionSet.h"
 #include "Audio/Kernels/Wave/CWavePlan.h"
+#include "Audio/Kernels/Wave/WaveSets.h"
 
 namespace tarv {
 
@@ -42,7 +43,7 @@ private:
     static constexpr int32_t kStarts = 6;
     CKernelFunction starts_[kStarts];
     int32_t width_;
-    void (*run_)(const CWavePlan& plan);
+    CRunWave run_;
     std::unique_ptr<CWaveThreads> threads_;  ///< what was found last
     int32_t waveOf_[kMaxBatch] = {};         ///< number of the wave of each channel, ascending
     int32_t waveCount_ = 0;

@@ -114,7 +114,7 @@ struct CHalfBandChannels {
 };
 
 template <int32_t N>
-void goUp(const CHalfBandChannels& channels, int32_t count) {
+[[gnu::sysv_abi]] void goUp(const CHalfBandChannels& channels, int32_t count) {
     CHalfBandLanes<N, true> branches(channels.block);
     for (int64_t i = 0; i < count; ++i) {
         const CLanes y = branches.step(CLanes(2.0) * CLanes::twice(channels.in, i));
@@ -126,7 +126,7 @@ void goUp(const CHalfBandChannels& channels, int32_t count) {
 }
 
 template <int32_t N>
-void goDown(const CHalfBandChannels& channels, int32_t count) {
+[[gnu::sysv_abi]] void goDown(const CHalfBandChannels& channels, int32_t count) {
     CHalfBandLanes<N, false> branches(channels.block);
     double held[CLanes::kWidth] = {};
     for (int32_t p = 0; p < kPairs; ++p) {
@@ -143,7 +143,7 @@ void goDown(const CHalfBandChannels& channels, int32_t count) {
 }
 
 template <int32_t N>
-void runOrder(const CHalfBandPlan& plan) {
+[[gnu::sysv_abi]] void runOrder(const CHalfBandPlan& plan) {
     for (int32_t first = 0; first < plan.channels; first += kPairs) {
         const CHalfBandChannels channels(plan, first);
         if (plan.isUp) {
@@ -154,7 +154,7 @@ void runOrder(const CHalfBandPlan& plan) {
     }
 }
 
-inline void runHalfBands(const CHalfBandPlan& plan) {
+[[gnu::sysv_abi]] inline void runHalfBands(const CHalfBandPlan& plan) {
     switch (plan.order) {
         case 1:
             return runOrder<1>(plan);

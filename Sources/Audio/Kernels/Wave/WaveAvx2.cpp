@@ -6,11 +6,11 @@
 
 namespace tarv {
 
-void runWaveAvx2(const CWavePlan& plan) {
+[[gnu::sysv_abi]] void runWaveAvx2(const CWavePlan& plan) {
     runWave(plan);
 }
 
-void runHalfBandsAvx2(const CHalfBandPlan& plan) {
+[[gnu::sysv_abi]] void runHalfBandsAvx2(const CHalfBandPlan& plan) {
     runHalfBands(plan);
 }
 

@@ -6,11 +6,11 @@
 
 namespace tarv {
 
-void runWaveAvx512(const CWavePlan& plan) {
+[[gnu::sysv_abi]] void runWaveAvx512(const CWavePlan& plan) {
     runWave(plan);
 }
 
-void runHalfBandsAvx512(const CHalfBandPlan& plan) {
+[[gnu::sysv_abi]] void runHalfBandsAvx512(const CHalfBandPlan& plan) {
     runHalfBands(plan);
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
 // The loop of the wavefront, for the file of each instruction set alone. All in it has internal linkage and nothing of
-// it is shared: a linker that merged a function of two sets would run the wrong one.
+// it is shared: a linker that merged a function of two sets would run the wrong one. What is not inlined has the
+// calling convention of WaveSets.h.
 //
 // In a round, each vector takes S samples through G stages, each stage one round behind the one before it, so that none
 // waits for another:
@@ -205,7 +206,7 @@ public:
         outDelay_ = plan.post == CWavePost::Alone ? total * G : total * G - 1;
     }
 
-    void run() {
+    [[gnu::sysv_abi]] void run() {
         moveStates<true>();
         const int32_t rounds = groups_ + outDelay_;
         const int32_t firstLane = plan_.vectors * kPerVector * G - 1;
@@ -256,7 +257,7 @@ private:
     }
     /// Takes what is carried from block to block into the lanes, or gives it back.
     template <bool IsIn>
-    void moveStates() {
+    [[gnu::sysv_abi]] void moveStates() {
         for (int32_t v = 0; v < plan_.vectors; ++v) {
             double* const fields = plan_.lanes + static_cast<int64_t>(v) * kWaveFieldCount * kWidth;
             for (int32_t l = 0; l < kWidth; ++l) {
@@ -370,7 +371,7 @@ private:
     /// A vector in a round in which lanes of some vector stand outside the block. Most have all lanes inside even then,
     /// or none.
     template <bool HasPost>
-    [[gnu::noinline]] void runVectorAtEdge(int32_t r, int32_t v, const CLanes* neighbour) {
+    [[gnu::noinline, gnu::sysv_abi]] void runVectorAtEdge(int32_t r, int32_t v, const CLanes* neighbour) {
         constexpr int32_t kLastStage = kPerVector * G - 1;
         const int32_t group = r - v * kPerVector * G;
         if (group < 0 || group - kLastStage >= groups_) {
@@ -420,7 +421,7 @@ private:
     }
     /// A round in which some lanes stand outside the block.
     template <bool IsEdge>
-    [[gnu::noinline]] void runRound(int32_t r) {
+    [[gnu::noinline, gnu::sysv_abi]] void runRound(int32_t r) {
         switch (plan_.post) {
             case CWavePost::None:
                 return runVectors<true, CWavePost::None>(r);
@@ -445,7 +446,7 @@ private:
 };
 
 template <int32_t C>
-void runChannels(const CWavePlan& plan) {
+[[gnu::sysv_abi]] void runChannels(const CWavePlan& plan) {
     if (plan.count < kShortWave) {
         CWave<C, 2, 3>(plan).run();
     } else {
@@ -453,7 +454,7 @@ void runChannels(const CWavePlan& plan) {
     }
 }
 
-inline void runWave(const CWavePlan& plan) {
+[[gnu::sysv_abi]] inline void runWave(const CWavePlan& plan) {
     switch (plan.channels) {
         case 1:
             return runChannels<1>(plan);

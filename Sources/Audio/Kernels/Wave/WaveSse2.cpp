@@ -6,11 +6,11 @@
 
 namespace tarv {
 
-void runWaveSse2(const CWavePlan& plan) {
+[[gnu::sysv_abi]] void runWaveSse2(const CWavePlan& plan) {
     runWave(plan);
 }
 
-void runHalfBandsSse2(const CHalfBandPlan& plan) {
+[[gnu::sysv_abi]] void runHalfBandsSse2(const CHalfBandPlan& plan) {
     runHalfBands(plan);
 }
 
