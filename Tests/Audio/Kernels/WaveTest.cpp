@@ -308,28 +308,5 @@ TEST(Wave, GivesTheBitsOfItsKernelsAtEveryLevel) {
     }
 }
 
-TEST(InstructionSet, IsTheWidestThatProcessorAndSystemOffer) {
-    constexpr uint32_t kBasic = 0x18000000;
-    constexpr uint32_t kAvx2 = 0x20;
-    constexpr uint32_t kAvx512 = 0x30020;
-    const struct {
-        CProcessorFeatures features;
-        CInstructionSet expected;
-    } rows[] = {{{0, 0, 0}, CInstructionSet::Sse2},
-                {{kBasic, kAvx2, 0x7}, CInstructionSet::Avx2},
-                {{kBasic, kAvx512, 0xe7}, CInstructionSet::Avx512},
-                {{kBasic, kAvx512, 0x7}, CInstructionSet::Avx2},
-                {{kBasic, kAvx512, 0x3}, CInstructionSet::Sse2},
-                {{kBasic, 0x10020, 0xe7}, CInstructionSet::Avx2},
-                {{kBasic, 0x30000, 0xe7}, CInstructionSet::Sse2},
-                {{0x10000000, kAvx512, 0xe7}, CInstructionSet::Sse2},
-                {{0x08000000, kAvx512, 0xe7}, CInstructionSet::Sse2},
-                {{kBasic, 0, 0xe7}, CInstructionSet::Sse2}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(nameOf(widestSet(row.features)), nameOf(row.expected)) << &row - rows;
-    }
-    EXPECT_LE(usedSet(), widestSet(readProcessorFeatures()));
-}
-
 }  // namespace
 }  // namespace tarv

@@ -27,17 +27,6 @@ bool hasAll(uint64_t value, uint64_t bits) {
     return (value & bits) == bits;
 }
 
-CInstructionSet chooseSet() {
-    const CInstructionSet widest = widestSet(readProcessorFeatures());
-    const char* const wanted = std::getenv("TARV_INSTRUCTION_SET");
-    for (int32_t i = 0; wanted != nullptr && i < static_cast<int32_t>(std::size(kNames)); ++i) {
-        if (std::strcmp(wanted, kNames[i]) == 0) {
-            return std::min(widest, static_cast<CInstructionSet>(i));
-        }
-    }
-    return widest;
-}
-
 }  // namespace
 
 CProcessorFeatures readProcessorFeatures() {
@@ -72,8 +61,18 @@ CInstructionSet widestSet(const CProcessorFeatures& features) {
                : CInstructionSet::Avx2;
 }
 
+CInstructionSet chosenSet(const CProcessorFeatures& features, const char* wanted) {
+    const CInstructionSet widest = widestSet(features);
+    for (int32_t i = 0; wanted != nullptr && i < static_cast<int32_t>(std::size(kNames)); ++i) {
+        if (std::strcmp(wanted, kNames[i]) == 0) {
+            return std::min(widest, static_cast<CInstructionSet>(i));
+        }
+    }
+    return widest;
+}
+
 CInstructionSet usedSet() {
-    static const CInstructionSet set = chooseSet();
+    static const CInstructionSet set = chosenSet(readProcessorFeatures(), std::getenv("TARV_INSTRUCTION_SET"));
     return set;
 }
 

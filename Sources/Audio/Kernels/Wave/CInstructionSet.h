@@ -6,7 +6,7 @@ namespace tarv {
 
 /// The sets of vector instructions that waves are built for, from the narrowest.
 enum class CInstructionSet : int32_t {
-    Sse2,    ///< every 64-bit processor has it
+    Sse2,  ///< every 64-bit processor has it
     Avx2,
     Avx512,  ///< its parts F and DQ
 };
@@ -21,8 +21,11 @@ struct CProcessorFeatures {
 CProcessorFeatures readProcessorFeatures();
 /// The widest set that a processor has and whose registers the system saves.
 CInstructionSet widestSet(const CProcessorFeatures& features);
-/// The set of this process, chosen at the first call: the widest one, or the narrower one that the environment variable
-/// TARV_INSTRUCTION_SET names ("sse2", "avx2", "avx512"), which is for tests and benchmarks. Any thread.
+/// The widest set, or the narrower one that `wanted` names: "sse2", "avx2" or "avx512". Null and any other text stand
+/// for no wish.
+CInstructionSet chosenSet(const CProcessorFeatures& features, const char* wanted);
+/// The set of this process, chosen at the first call by the wish in the environment variable TARV_INSTRUCTION_SET,
+/// which is for tests and benchmarks. Any thread.
 CInstructionSet usedSet();
 /// "sse2", "avx2", "avx512".
 const char* nameOf(CInstructionSet set);
