@@ -19,7 +19,7 @@ template <int32_t N, bool IsUp>
 class CHalfBandLanes {
 public:
     explicit CHalfBandLanes(double* const* blocks) : blocks_(blocks) {
-        double values[CLanes::kWidth];
+        alignas(CLanes) double values[CLanes::kWidth];
 #pragma GCC unroll 8
         for (int32_t k = 0; k < N; ++k) {
             for (int32_t l = 0; l < CLanes::kWidth; ++l) {
@@ -50,8 +50,8 @@ public:
     /// Gives the lines back, `count` samples of the lower rate later. What stands in them for the other samples moves
     /// with the index.
     void store(int32_t count) const {
-        double values[CLanes::kWidth];
-        double others[CLanes::kWidth];
+        alignas(CLanes) double values[CLanes::kWidth];
+        alignas(CLanes) double others[CLanes::kWidth];
 #pragma GCC unroll 9
         for (int32_t k = 0; k <= N; ++k) {
             lines_[k].store(values);
@@ -87,7 +87,7 @@ struct CHalfBandChannels {
     CLanes gain;
 
     CHalfBandChannels(const CHalfBandPlan& plan, int32_t first) {
-        double gains[CLanes::kWidth];
+        alignas(CLanes) double gains[CLanes::kWidth];
         for (int32_t p = 0; p < kPairs; ++p) {
             const int32_t c = first + p < plan.channels ? first + p : plan.channels - 1;
             in[p] = plan.in[c];
@@ -100,7 +100,7 @@ struct CHalfBandChannels {
     }
     /// The next samples see the index and what branch B gave last.
     void end(int32_t n, int32_t count, CLanes last) const {
-        double values[CLanes::kWidth];
+        alignas(CLanes) double values[CLanes::kWidth];
         last.store(values);
         int32_t next[kPairs];
         for (int32_t p = 0; p < kPairs; ++p) {
@@ -128,7 +128,7 @@ template <int32_t N>
 template <int32_t N>
 [[gnu::sysv_abi]] void goDown(const CHalfBandChannels& channels, int32_t count) {
     CHalfBandLanes<N, false> branches(channels.block);
-    double held[CLanes::kWidth] = {};
+    alignas(CLanes) double held[CLanes::kWidth] = {};
     for (int32_t p = 0; p < kPairs; ++p) {
         held[2 * p + 1] = channels.block[p][heldOfHalfBand(N)];
     }
