@@ -1,0 +1,127 @@
+// What blocks of one library take, on either system: `BlockTimes LIBRARY CHUNKS` prints a line for each row, its name,
+// a tab, and the least nanoseconds a frame. CHUNKS is the folder of BlockChunks. `BlockTimes --sets` prints the sets of
+// instructions that this machine has.
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "Audio/Kernels/Wave/CInstructionSet.h"
+#include "Benchmarks/BlockRows.h"
+#include "CPluginLibrary.h"
+
+namespace {
+
+using namespace tarv;
+using namespace tarv::bench;
+using CClock = std::chrono::steady_clock;
+
+constexpr int32_t kBands = 7;
+
+std::vector<int32_t> movedOf(host::CVstHost& host, CMoves moves) {
+    std::vector<int32_t> moved;
+    for (const char* group : {"A", "B"}) {
+        for (int32_t band = 0; moves == CMoves::All && band < kBands; ++band) {
+            moved.push_back(host.findParameter(std::string("EQ") + group + std::to_string(band)));
+        }
+        if (moves == CMoves::All) {
+            moved.push_back(host.findParameter(std::string("OGain") + group));
+        }
+    }
+    return moved;
+}
+
+/// Blocks of the same noise, again and again.
+class CBlocks {
+public:
+    explicit CBlocks(const CLayout& layout)
+        : frames_(layout.frames), in_(kPorts, std::vector<double>(static_cast<size_t>(frames_))), out_(in_) {
+        std::mt19937 random(1);
+        for (size_t c = 0; c < in_.size(); ++c) {
+            for (double& sample : in_[c]) {
+                sample = random() / 4294967296.0 - 0.5;
+            }
+            inputs_.push_back(in_[c].data());
+            outputs_.push_back(out_[c].data());
+        }
+    }
+    /// Each block with a change of each moved parameter before it.
+    void run(host::CVstHost& host, const std::vector<int32_t>& moved, int32_t count) {
+        for (int32_t i = 0; i < count; ++i) {
+            float value = 0.3f + 0.004f * static_cast<float>(round_++ % 100);
+            for (const int32_t parameter : moved) {
+                host.setParameter(parameter, value);
+                value += 0.01f;
+            }
+            host.process(inputs_.data(), outputs_.data(), frames_);
+        }
+    }
+
+private:
+    int32_t frames_;
+    std::vector<std::vector<double>> in_, out_;
+    std::vector<double*> inputs_, outputs_;
+    int32_t round_ = 0;
+};
+
+/// Nanoseconds a frame; 0 if the library refuses the state.
+double leastOf(vst::EntryProc entry, const CBlockRow& row, const std::string& chunk) {
+    host::CVstHost host;
+    if (!host.open(entry) || std::max(host.effect()->numInputs, host.effect()->numOutputs) > kPorts) {
+        return 0.0;
+    }
+    host.prepare(kRate, row.layout.frames, 1);
+    if (!host.setChunk(chunk, true)) {
+        return 0.0;
+    }
+    host.resume();
+    const std::vector<int32_t> moved = movedOf(host, row.layout.moves);
+    CBlocks blocks(row.layout);
+    blocks.run(host, moved, 20 * row.batch);
+    double least = 1e9;
+    for (int32_t i = 0; i < row.batches; ++i) {
+        const auto start = CClock::now();
+        blocks.run(host, moved, row.batch);
+        const double taken = std::chrono::duration<double, std::nano>(CClock::now() - start).count();
+        least = std::min(least, taken / row.batch / row.layout.frames);
+    }
+    return least;
+}
+
+void printSets() {
+    for (int32_t i = 0; i <= static_cast<int32_t>(widestSet(readProcessorFeatures())); ++i) {
+        std::printf("%s\n", nameOf(static_cast<CInstructionSet>(i)));
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc == 2 && std::strcmp(argv[1], "--sets") == 0) {
+        printSets();
+        return 0;
+    }
+    host::CPluginLibrary library;
+    std::string error = "BlockTimes LIBRARY CHUNKS, or BlockTimes --sets";
+    if (argc != 3 || !library.load(argv[1], error)) {
+        std::fprintf(stderr, "%s\n", error.c_str());
+        return 2;
+    }
+    for (const CBlockRow& row : kBlockRows) {
+        std::ifstream in(std::string(argv[2]) + "/" + chunkFileOf(row.layout), std::ios::binary);
+        const std::string chunk{std::istreambuf_iterator<char>(in), {}};
+        const double least = leastOf(library.entry(), row, chunk);
+        if (least == 0.0) {
+            std::fprintf(stderr, "BlockTimes: no instance for %s\n", row.name);
+            return 1;
+        }
+        std::printf("%s\t%.3f\n", row.name, least);
+    }
+    return 0;
+}
