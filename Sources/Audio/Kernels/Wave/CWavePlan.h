@@ -9,7 +9,7 @@ constexpr int32_t kMostWaveChannels = 8;
 
 /// Blocks of fewer samples take the short form, which has fewer rounds at its ends: one sample a round in two stages
 /// instead of two in three.
-constexpr int32_t kShortWave = 96;
+constexpr int32_t kShortWave = 64;
 
 /// What one lane of a vector holds: constants of a band, what it carries from block to block, and what its three
 /// stages hand on from round to round (two samples each). See WaveLoop.h.

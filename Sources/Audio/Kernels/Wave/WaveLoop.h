@@ -9,12 +9,14 @@
 //   F  biquad and high-pass          sample group n
 //   R  the two radicands and roots   n - 1         (G = 3; with G = 2 together with X)
 //   X  curves, mix and auto-gain     n - (G - 1)
-// Band b starts b x G rounds late. Vectors run from the last to the first, so that each finds in its neighbour what that
-// one gave in the round before: that is the input of its first band, and its other bands read its own lanes.
-// Expects `CLanes`, a vector with kWidth lanes, before it. All arithmetic is that of CBiquad.h, COnePole.h and CTube.h in
-// the same order.
+// Band b starts b x G rounds late. Vectors run from the last to the first, so that each finds in its neighbour what
+// that one gave in the round before: that is the input of its first band, and its other bands read its own lanes.
+// Expects `CLanes`, a vector with kWidth lanes, before it. All arithmetic is that of CBiquad.h, COnePole.h and CTube.h
+// in the same order.
 
 #include "Audio/Kernels/Wave/CWavePlan.h"
+#include "Audio/Kernels/Wave/WaveEnds.h"
+#include "Audio/Kernels/Wave/WaveFades.h"
 
 namespace tarv {
 
@@ -35,15 +37,6 @@ struct CWaveEdge {
     }
 };
 
-template <bool IsEdge>
-[[gnu::always_inline]] inline CLanes advance(CLaneMask inside, CLanes next, CLanes old) {
-    if constexpr (IsEdge) {
-        return select(inside, next, old);
-    } else {
-        return next;
-    }
-}
-
 /// What a vector carries from sample to sample.
 struct CWaveRecursion {
     CLanes s1, s2, highPass, feed;
@@ -58,61 +51,6 @@ struct CWaveRecursion {
     }
 };
 
-/// The filter of the old values and the ramp, in a vector with a fade: in all lanes or in some.
-template <bool IsWhole>
-struct CWaveFade {
-    CLanes s1, s2, ramp, rampBefore;
-
-    explicit CWaveFade(const CLanes* e)
-        : s1(e[kWaveOldS1]), s2(e[kWaveOldS2]), ramp(e[kWaveRamp]), rampBefore(e[kWaveRampBefore]) {}
-    void store(CLanes* e) const {
-        e[kWaveOldS1] = s1;
-        e[kWaveOldS2] = s2;
-        e[kWaveRamp] = ramp;
-        e[kWaveRampBefore] = rampBefore;
-    }
-    /// What the filters give together in the lanes that are faded, for an input and the output of the new one.
-    template <bool IsEdge>
-    [[gnu::always_inline]] CLanes step(const CLanes* e, CLanes in, CLanes filtered, CLaneMask inside) {
-        const CLanes before = s2;
-        const CLanes next = s1 * e[kWaveOldC2] + e[kWaveOldC3] * before + in;
-        const CLanes old = (e[kWaveOldC0] * s1 + next + e[kWaveOldC1] * before) * e[kWaveOldGain];
-        const CLanes mixed = (CLanes(0.5) - ramp) * filtered + (CLanes(0.5) + ramp) * old;
-        const CLanes nextRamp = ramp * e[kWaveRampFactor] - rampBefore;
-        s2 = advance<IsEdge>(inside, s1, s2);
-        s1 = advance<IsEdge>(inside, next, s1);
-        rampBefore = advance<IsEdge>(inside, ramp, rampBefore);
-        ramp = advance<IsEdge>(inside, nextRamp, ramp);
-        if constexpr (IsWhole) {
-            return mixed;
-        } else {
-            return select(maskOf(e[kWaveIsFaded]), mixed, filtered);
-        }
-    }
-};
-
-/// A vector without a fade.
-struct CNoWaveFade {
-    explicit CNoWaveFade(const CLanes*) {}
-    void store(CLanes*) const {}
-    template <bool IsEdge>
-    [[gnu::always_inline]] CLanes step(const CLanes*, CLanes, CLanes filtered, CLaneMask) {
-        return filtered;
-    }
-};
-
-/// The input of the curves and the two roots.
-struct CWaveRoots {
-    CLanes x, a, b;
-
-    [[gnu::always_inline]] static CWaveRoots of(const CLanes* f, CLanes passed) {
-        const CLanes x = passed * f[kWaveGainI] + f[kWaveBiasI];
-        const CLanes a = x - f[kWaveKneeStartA];
-        const CLanes b = x - f[kWaveKneeStartB];
-        return {x, root(f[kWaveRadiusSquaredA] - a * a), root(f[kWaveRadiusSquaredB] - b * b)};
-    }
-};
-
 /// Sample `j` of a round of one vector. The statements of the stages alternate, so that what waits and what does not
 /// stand close together.
 template <int32_t G, int32_t S, bool IsEdge, bool HasPost, class Fade>
@@ -124,38 +62,48 @@ template <int32_t G, int32_t S, bool IsEdge, bool HasPost, class Fade>
         isIn = edge.isInside<S>(0, j);
         isOut = edge.isInside<S>(G - 1, j);
     }
-    CWaveRoots r;
+    CLanes x;
+    CLanes rootA;
+    CLanes rootB;
     CLanes feed;
     if constexpr (G == 3) {
-        r = {f[kWaveX + j], f[kWaveRootA + j], f[kWaveRootB + j]};
+        x = f[kWaveX + j];
+        rootA = f[kWaveRootA + j];
+        rootB = f[kWaveRootB + j];
         feed = f[kWaveFeedBefore + j];
-    } else {
-        r = CWaveRoots::of(f, f[kWavePassed + j]);
-        feed = f[kWaveFeed + j];
     }
+    const CLanes nextX = f[kWavePassed + j] * f[kWaveGainI] + f[kWaveBiasI];
+    const CLanes toA = nextX - f[kWaveKneeStartA];
+    const CLanes toB = nextX - f[kWaveKneeStartB];
+    const CLanes nextA = root(f[kWaveRadiusSquaredA] - toA * toA);
+    const CLanes nextB = root(f[kWaveRadiusSquaredB] - toB * toB);
     if constexpr (G == 3) {
-        const CWaveRoots next = CWaveRoots::of(f, f[kWavePassed + j]);
-        f[kWaveX + j] = next.x;
-        f[kWaveRootA + j] = next.a;
-        f[kWaveRootB + j] = next.b;
+        f[kWaveX + j] = nextX;
+        f[kWaveRootA + j] = nextA;
+        f[kWaveRootB + j] = nextB;
         f[kWaveFeedBefore + j] = f[kWaveFeed + j];
+    } else {
+        x = nextX;
+        rootA = nextA;
+        rootB = nextB;
+        feed = f[kWaveFeed + j];
     }
     const CLanes before = state.s2;
     const CLanes s1 = state.s1 * f[kWaveC2] + f[kWaveC3] * before + in;
     const CLanes v = (state.feed + (feed - state.feed) * f[kWaveFeedFactor]) * f[kWaveGainV] + f[kWaveBiasV];
-    CLanes a = select(isAbove(r.x, f[kWaveKneeStartA]), r.a + r.x + f[kWaveCentreOffsetA], r.x);
-    CLanes b = select(isAbove(r.x, f[kWaveKneeStartB]), r.b + r.x + f[kWaveCentreOffsetB], r.x);
+    CLanes a = select(isAbove(x, f[kWaveKneeStartA]), rootA + x + f[kWaveCentreOffsetA], x);
+    CLanes b = select(isAbove(x, f[kWaveKneeStartB]), rootB + x + f[kWaveCentreOffsetB], x);
     // Few signals are so loud: the lines cost a comparison.
-    if (isAny(isAtLeast(r.x, f[kWaveNearerKneeEnd]))) [[unlikely]] {
-        a = select(isAbove(r.x, f[kWaveKneeStartA]) & isAtLeast(r.x, f[kWaveKneeEndA]), f[kWaveSlopeA] * r.x, a);
-        b = select(isAbove(r.x, f[kWaveKneeStartB]) & isAtLeast(r.x, f[kWaveKneeEndB]), f[kWaveSlopeB] * r.x, b);
+    if (isAny(isAtLeast(x, f[kWaveNearerKneeEnd]))) [[unlikely]] {
+        a = select(isAbove(x, f[kWaveKneeStartA]) & isAtLeast(x, f[kWaveKneeEndA]), f[kWaveSlopeA] * x, a);
+        b = select(isAbove(x, f[kWaveKneeStartB]) & isAtLeast(x, f[kWaveKneeEndB]), f[kWaveSlopeB] * x, b);
     }
     const CLanes fresh = (f[kWaveC0] * state.s1 + s1 + f[kWaveC1] * before) * f[kWaveFilterGain];
     const CLanes filtered = fade.template step<IsEdge>(e, in, fresh, isIn);
     const CLanes mixed = (a - f[kWaveRestOutput]) + (b - a) * v;
     const CLanes highPass = state.highPass + (filtered - state.highPass) * f[kWaveHighPassFactor];
     if constexpr (HasPost) {
-        f[kWaveOut + j] = f[kWaveAutoGain] * select(maskOf(f[kWaveIsPost]), r.x, mixed);
+        f[kWaveOut + j] = f[kWaveAutoGain] * select(maskOf(f[kWaveIsPost]), x, mixed);
     } else {
         f[kWaveOut + j] = f[kWaveAutoGain] * mixed;
     }
@@ -165,25 +113,6 @@ template <int32_t G, int32_t S, bool IsEdge, bool HasPost, class Fade>
     state.s2 = advance<IsEdge>(isIn, state.s1, state.s2);
     state.s1 = advance<IsEdge>(isIn, s1, state.s1);
     state.highPass = advance<IsEdge>(isIn, highPass, state.highPass);
-}
-
-/// A biquad outside the vectors.
-[[gnu::always_inline]] inline CLanes stepEnd(CLanes* e, CLanes x) {
-    const CLanes before = e[kWaveEndS2];
-    const CLanes s1 = e[kWaveEndS1] * e[kWaveEndC2] + e[kWaveEndC3] * before + x;
-    const CLanes y = (e[kWaveEndC0] * e[kWaveEndS1] + s1 + e[kWaveEndC1] * before) * e[kWaveEndGain];
-    e[kWaveEndS2] = e[kWaveEndS1];
-    e[kWaveEndS1] = s1;
-    return y;
-}
-
-/// The whole filter behind the bands.
-[[gnu::always_inline]] inline CLanes stepBehind(CLanes* e, CLanes x) {
-    const CLanes filtered = stepEnd(e, x);
-    const CLanes highPass =
-        e[kWaveEndHighPassState] + (filtered - e[kWaveEndHighPassState]) * e[kWaveEndHighPassFactor];
-    e[kWaveEndHighPassState] = highPass;
-    return (filtered - highPass) * e[kWaveEndHighPassGain] * e[kWaveEndOutGain];
 }
 
 /// C channels of a wave, S samples a round in G stages.
@@ -293,45 +222,55 @@ private:
         }
     }
 
+    /// Whether sample `i` lies in the block.
+    template <bool IsEdge>
+    bool isThere(int32_t i) const {
+        return !IsEdge || (i >= 0 && i < plan_.count);
+    }
     /// The samples of group `r`, filtered; the channels in the last lanes.
     template <bool IsEdge>
     [[gnu::always_inline]] void takeInput(int32_t r, CLanes* x) {
 #pragma GCC unroll 2
         for (int32_t j = 0; j < S; ++j) {
-            const int32_t i = r * S + j;
-            if (IsEdge && i >= plan_.count) {
-                x[j] = CLanes(0.0);
-                continue;
+            x[j] = isThere<IsEdge>(r * S + j) ? CLanes::gather<C>(plan_.in, r * S + j) : CLanes(0.0);
+        }
+        if (hasBefore_) {
+            CWaveEnd before(before_);
+#pragma GCC unroll 2
+            for (int32_t j = 0; j < S; ++j) {
+                if (isThere<IsEdge>(r * S + j)) {
+                    x[j] = before.step(before_, x[j]);
+                }
             }
-            x[j] = CLanes::gather<C>(plan_.in, i);
-            if (hasBefore_) {
-                x[j] = stepEnd(before_, x[j]);
-            }
+            before.store(before_);
         }
     }
-    /// Calls `give` with the place in the block and in the round of each sample that leaves the wave in round `r`.
-    template <bool IsEdge, class F>
-    [[gnu::always_inline]] void eachOut(int32_t r, F&& give) {
+    /// Gives the samples that leave the wave in round `r`.
+    template <bool IsEdge>
+    [[gnu::always_inline]] void giveOutput(int32_t r, const CLanes* y, int32_t firstLane) {
 #pragma GCC unroll 2
         for (int32_t j = 0; j < S; ++j) {
             const int32_t i = (r - outDelay_) * S + j;
-            if (!IsEdge || (i >= 0 && i < plan_.count)) {
-                give(i, j);
+            if (isThere<IsEdge>(i)) {
+                y[j].template scatter<C>(plan_.out, i, firstLane);
             }
         }
-    }
-    template <bool IsEdge>
-    [[gnu::always_inline]] void giveOutput(int32_t r) {
-        const CLanes* const y = vector(last_) + kWaveOut;
-        eachOut<IsEdge>(r, [&](int32_t i, int32_t j) { y[j].template scatter<C>(plan_.out, i, lastLane_); });
     }
     /// The filter that stands alone takes what the last band gave in the round before.
     template <bool IsEdge>
     [[gnu::always_inline]] void runBehind(int32_t r) {
         const CLanes* const x = vector(last_) + kWaveOut;
-        eachOut<IsEdge>(r, [&](int32_t i, int32_t j) {
-            stepBehind(behind_, x[j]).template scatter<C>(plan_.out, i, kWidth - C);
-        });
+        CWaveBehind behind(behind_);
+        CLanes y[S];
+#pragma GCC unroll 2
+        for (int32_t j = 0; j < S; ++j) {
+            y[j] = x[j];
+            if (isThere<IsEdge>((r - outDelay_) * S + j)) {
+                y[j] = behind.step(behind_, x[j]);
+            }
+        }
+        behind.store(behind_);
+        giveOutput<IsEdge>(r, y, kWidth - C);
     }
 
     template <bool IsEdge, bool HasPost, class Fade>
@@ -411,7 +350,7 @@ private:
             runVector<IsEdge, false>(r, 0, x);
         }
         if constexpr (Post != CWavePost::Alone) {
-            giveOutput<IsEdge>(r);
+            giveOutput<IsEdge>(r, vector(last_) + kWaveOut, lastLane_);
         }
     }
 
@@ -440,7 +379,7 @@ private:
     bool hasBefore_;
     int32_t groups_;       ///< rounds that the first stage of a band works
     int32_t wholeGroups_;  ///< of them those whose samples all lie in the block
-    int32_t last_;    ///< vector
+    int32_t last_;         ///< vector
     int32_t lastLane_;
     int32_t outDelay_;
 };
@@ -448,7 +387,7 @@ private:
 template <int32_t C>
 [[gnu::sysv_abi]] void runChannels(const CWavePlan& plan) {
     if (plan.count < kShortWave) {
-        CWave<C, 2, 3>(plan).run();
+        CWave<C, 1, 2>(plan).run();
     } else {
         CWave<C, 2, 3>(plan).run();
     }
