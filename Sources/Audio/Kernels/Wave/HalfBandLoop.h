@@ -67,9 +67,13 @@ public:
     }
 
 private:
-    int32_t indexOf(int32_t lane) const { return static_cast<int32_t>(blocks_[lane / 2][indexOfHalfBand(N)]); }
+    int32_t indexOf(int32_t lane) const {
+        return static_cast<int32_t>(blocks_[lane / 2][indexOfHalfBand(N)]);
+    }
     /// How far behind the index the sample stands that a lane looks back to.
-    static int32_t backOf(int32_t lane) { return IsUp || (lane & 1) == 0 ? 2 : 1; }
+    static int32_t backOf(int32_t lane) {
+        return IsUp || (lane & 1) == 0 ? 2 : 1;
+    }
     double* line(int32_t lane, int32_t k) const {
         return blocks_[lane / 2] + linesOfHalfBand(N, lane & 1) + k * kHalfBandLine;
     }
@@ -98,6 +102,14 @@ struct CHalfBandChannels {
         }
         gain = CLanes::load(gains);
     }
+    /// What branch B of a filter with `n` coefficients gave last, in its lane.
+    CLanes held(int32_t n) const {
+        alignas(CLanes) double values[CLanes::kWidth] = {};
+        for (int32_t p = 0; p < kPairs; ++p) {
+            values[2 * p + 1] = block[p][heldOfHalfBand(n)];
+        }
+        return CLanes::load(values);
+    }
     /// The next samples see the index and what branch B gave last.
     void end(int32_t n, int32_t count, CLanes last) const {
         alignas(CLanes) double values[CLanes::kWidth];
@@ -113,43 +125,76 @@ struct CHalfBandChannels {
     }
 };
 
-template <int32_t N>
-[[gnu::sysv_abi]] void goUp(const CHalfBandChannels& channels, int32_t count) {
-    CHalfBandLanes<N, true> branches(channels.block);
-    for (int64_t i = 0; i < count; ++i) {
-        const CLanes y = branches.step(CLanes(2.0) * CLanes::twice(channels.in, i));
-        // Each branch adds the zero that the other one makes of a zero.
-        ((y + CLanes(0.0)) * channels.gain).storePairs(channels.out, 2 * i);
-    }
-    branches.store(count);
-    channels.end(N, count, CLanes(0.0));
+/// Groups of channels that take turns in one loop, so that neither waits for what it just did itself. Long filters have
+/// no registers for two.
+constexpr int32_t groupsOf(int32_t n) {
+    return n <= 4 ? 2 : 1;
 }
 
 template <int32_t N>
-[[gnu::sysv_abi]] void goDown(const CHalfBandChannels& channels, int32_t count) {
-    CHalfBandLanes<N, false> branches(channels.block);
-    alignas(CLanes) double held[CLanes::kWidth] = {};
-    for (int32_t p = 0; p < kPairs; ++p) {
-        held[2 * p + 1] = channels.block[p][heldOfHalfBand(N)];
+[[gnu::sysv_abi]] void goUp(const CHalfBandChannels* groups, int32_t groupCount, int32_t count) {
+    CHalfBandLanes<N, true> first(groups[0].block);
+    const auto step = [](CHalfBandLanes<N, true>& branches, const CHalfBandChannels& channels, int64_t i) {
+        const CLanes y = branches.step(CLanes(2.0) * CLanes::twice(channels.in, i));
+        // Each branch adds the zero that the other one makes of a zero.
+        ((y + CLanes(0.0)) * channels.gain).storePairs(channels.out, 2 * i);
+    };
+    if (groupsOf(N) == 2 && groupCount == 2) {
+        CHalfBandLanes<N, true> second(groups[1].block);
+        for (int64_t i = 0; i < count; ++i) {
+            step(first, groups[0], i);
+            step(second, groups[1], i);
+        }
+        second.store(count);
+    } else {
+        for (int64_t i = 0; i < count; ++i) {
+            step(first, groups[0], i);
+        }
     }
-    CLanes last = CLanes::load(held);
-    for (int64_t i = 0; i < count; ++i) {
+    first.store(count);
+    for (int32_t g = 0; g < groupCount; ++g) {
+        groups[g].end(N, count, CLanes(0.0));
+    }
+}
+
+template <int32_t N>
+[[gnu::sysv_abi]] void goDown(const CHalfBandChannels* groups, int32_t groupCount, int32_t count) {
+    CHalfBandLanes<N, false> first(groups[0].block);
+    CLanes last[2] = {groups[0].held(N), CLanes(0.0)};
+    const auto step = [](CHalfBandLanes<N, false>& branches, const CHalfBandChannels& channels, CLanes& held,
+                         int64_t i) {
         const CLanes y = branches.step(CLanes::pairs(channels.in, 2 * i));
-        ((y + last.swapped()) * channels.gain).storeFirsts(channels.out, i);
-        last = y;
+        ((y + held.swapped()) * channels.gain).storeFirsts(channels.out, i);
+        held = y;
+    };
+    if (groupsOf(N) == 2 && groupCount == 2) {
+        CHalfBandLanes<N, false> second(groups[1].block);
+        last[1] = groups[1].held(N);
+        for (int64_t i = 0; i < count; ++i) {
+            step(first, groups[0], last[0], i);
+            step(second, groups[1], last[1], i);
+        }
+        second.store(count);
+    } else {
+        for (int64_t i = 0; i < count; ++i) {
+            step(first, groups[0], last[0], i);
+        }
     }
-    branches.store(count);
-    channels.end(N, count, last);
+    first.store(count);
+    for (int32_t g = 0; g < groupCount; ++g) {
+        groups[g].end(N, count, last[g]);
+    }
 }
 
 template <int32_t N>
 [[gnu::sysv_abi]] void runOrder(const CHalfBandPlan& plan) {
-    for (int32_t first = 0; first < plan.channels; first += kPairs) {
-        const CHalfBandChannels channels(plan, first);
+    for (int32_t first = 0; first < plan.channels; first += groupsOf(N) * kPairs) {
+        const int32_t groupCount = first + kPairs < plan.channels ? groupsOf(N) : 1;
+        const CHalfBandChannels groups[2] = {{plan, first}, {plan, first + kPairs}};
         if (plan.isUp) {
-            goUp<N>(channels, plan.count);
+            goUp<N>(groups, groupCount, plan.count);
         } else {
-            goDown<N>(channels, plan.count);
+            goDown<N>(groups, groupCount, plan.count);
         }
     }
 }

@@ -4,20 +4,11 @@
 // CBiquad.h and CrossfadeKernels.cpp in the same order.
 
 #include "Audio/Kernels/Wave/CWavePlan.h"
+#include "Audio/Kernels/Wave/WaveEdge.h"
 
 namespace tarv {
 
 namespace {
-
-/// What is carried from sample to sample: at a block's ends only in lanes that are inside.
-template <bool IsEdge>
-[[gnu::always_inline]] inline CLanes advance(CLaneMask inside, CLanes next, CLanes old) {
-    if constexpr (IsEdge) {
-        return select(inside, next, old);
-    } else {
-        return next;
-    }
-}
 
 /// The filter of the old values and the ramp, in a vector with a fade: in all lanes or in some.
 template <bool IsWhole>

@@ -15,6 +15,7 @@
 // in the same order.
 
 #include "Audio/Kernels/Wave/CWavePlan.h"
+#include "Audio/Kernels/Wave/WaveEdge.h"
 #include "Audio/Kernels/Wave/WaveEnds.h"
 #include "Audio/Kernels/Wave/WaveFades.h"
 
@@ -23,19 +24,6 @@ namespace tarv {
 namespace {
 
 constexpr int32_t kWidth = CLanes::kWidth;
-
-/// Which samples of a block a lane is at. Only where a block begins and ends: in between all are inside.
-struct CWaveEdge {
-    CLanes group;  ///< sample group of the first stage
-    CLanes count;  ///< samples of the block
-
-    /// All bits in the lanes whose sample lies in the block, `rounds` behind the first stage.
-    template <int32_t S>
-    CLaneMask isInside(int32_t rounds, int32_t j) const {
-        const CLanes sample = (group - CLanes(rounds)) * CLanes(S) + CLanes(j);
-        return isAtLeast(sample, CLanes(0.0)) & isAbove(count, sample);
-    }
-};
 
 /// What a vector carries from sample to sample.
 struct CWaveRecursion {
@@ -304,7 +292,8 @@ private:
         }
     }
     template <bool IsEdge, bool HasPost, bool IsWhole>
-    [[gnu::noinline]] void stepFading(CLanes* f, CLanes* e, const CLanes* neighbour, const CWaveEdge& edge) {
+    [[gnu::noinline, gnu::sysv_abi]] void stepFading(CLanes* f, CLanes* e, const CLanes* neighbour,
+                                                     const CWaveEdge& edge) {
         stepVector<IsEdge, HasPost, CWaveFade<IsWhole>>(f, e, neighbour, edge);
     }
     /// A vector in a round in which lanes of some vector stand outside the block. Most have all lanes inside even then,
