@@ -19,6 +19,7 @@ using CNames = std::set<std::string>;
 const std::map<std::string, CNames> kDeclaredIn = {
     {"abs", {"cmath", "cstdlib"}},
     {"array", {"array"}},
+    {"bitset", {"bitset"}},
     {"atomic", {"atomic"}},
     {"bit_width", {"bit"}},
     {"clamp", {"algorithm"}},

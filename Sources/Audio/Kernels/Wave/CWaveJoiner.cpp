@@ -115,10 +115,12 @@ CRunJoiner::CFound CWaveJoiner::find(CRecordedCall* calls, int32_t count) {
     CKind kinds[kMostCalls];
     threads_->clear();
     int32_t whole = 0;
+    int32_t starts = 0;
     bool isExact = true;  // what was taken are the calls up to `whole`
     for (int32_t i = 0; i < std::min(count, kMostCalls); ++i) {
         kinds[i] = kindOf(calls[i]);
-        if (kinds[i] == CKind::Start && isAhead(calls[i])) {
+        if (kinds[i] == CKind::Start && starts < kMostAhead && isAhead(calls[i])) {
+            ++starts;
             continue;
         }
         const int32_t taken = takeCall(kinds[i], calls[i], samples);
@@ -147,16 +149,18 @@ CRunJoiner::CFound CWaveJoiner::find(CRecordedCall* calls, int32_t count) {
 
 /// Moves the calls that start fades in front of the others, each in order.
 CRunJoiner::CFound CWaveJoiner::putAhead(CRecordedCall* calls, const CKind* kinds, int32_t count) {
+    CRecordedCall ahead[kMostAhead];
     CFound found;
-    CRecordedCall taken[kMostCalls];
-    for (int32_t i = 0; i < count; ++i) {
+    int32_t place = count;
+    for (int32_t i = count; i-- > 0;) {
         if (kinds[i] == CKind::Start) {
-            calls[found.ahead++] = calls[i];
+            ahead[found.ahead++] = calls[i];
         } else {
-            taken[found.count++] = calls[i];
+            calls[--place] = calls[i];
         }
     }
-    std::copy_n(taken, found.count, calls + found.ahead);
+    std::reverse_copy(ahead, ahead + found.ahead, calls);
+    found.count = count - found.ahead;
     return found;
 }
 
@@ -201,7 +205,7 @@ bool CWaveJoiner::plan(CPlanMemory& memory, CRecordedCall& call) {
     }
     waves->run = run_;
     waves->count = 0;
-    CWaveChannel channels[CWaveThreads::kMostChannels];
+    CWaveChannel channels[kMostWaveChannels];
     for (int32_t first = 0; first < found.count();) {
         int32_t together = 0;
         while (first + together < found.count() && waveOf_[first + together] == waves->count) {

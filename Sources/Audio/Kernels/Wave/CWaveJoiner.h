@@ -39,6 +39,7 @@ private:
     CKernelFunction gain_;
     /// More than what ten bands take, each with the start of a fade.
     static constexpr int32_t kMostCalls = 128;
+    static constexpr int32_t kMostAhead = 64;
     /// Kernels at the start of a fade, which write the states of its modules. All their operands are whole blocks.
     static constexpr int32_t kStarts = 6;
     CKernelFunction starts_[kStarts];
