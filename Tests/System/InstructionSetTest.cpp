@@ -83,8 +83,10 @@ public:
             script.setup.sets.push_back(soundChange());
         }
         script.input = noise(channels_, static_cast<size_t>(frames), random_.of({0.5, 0.5, 2.0, 40.0}), 7);
-        for (int64_t at = random_.below(900); at < frames; at += pause()) {
-            if (random_.below(6) == 0) {
+        // Changes at any frame, or at each block's begin as a host's automation does.
+        beat_ = random_.below(3) == 0 ? random_.of({16, 32, 64, 500}) : 0;
+        for (int64_t at = random_.below(900); at<frames; at += beat_> 0 ? beat_ : pause()) {
+            if (random_.below(beat_ > 0 ? 40 : 6) == 0) {
                 script.events.push_back({at, layoutChange()});
             }
             for (int32_t i = 1 + random_.below(5); i > 0; --i) {
@@ -129,6 +131,7 @@ private:
     CRandom random_;
     int32_t channels_ = 1;
     int32_t mostStages_ = 0;
+    int32_t beat_ = 0;
 };
 
 /// Stretches of blocks of one length, 1 to 700 frames: a run is recorded when its length comes again.
