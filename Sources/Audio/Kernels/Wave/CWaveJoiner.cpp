@@ -15,7 +15,7 @@ namespace {
 struct CWaves {
     CRunWave run;
     int32_t count;
-    CWavePlan plans[kMaxBatch];
+    CWavePlan* plans;
 };
 
 void runWaves(const void* plan) {
@@ -200,10 +200,12 @@ bool CWaveJoiner::areFree() const {
 bool CWaveJoiner::plan(CPlanMemory& memory, CRecordedCall& call) {
     const CWaveThreads& found = *threads_;
     auto* const waves = memory.take<CWaves>(1);
-    if (waves == nullptr) {
+    auto* const plans = memory.take<CWavePlan>(waveCount_);
+    if (waves == nullptr || plans == nullptr) {
         return false;
     }
     waves->run = run_;
+    waves->plans = plans;
     waves->count = 0;
     CWaveChannel channels[kMostWaveChannels];
     for (int32_t first = 0; first < found.count();) {
