@@ -6,27 +6,27 @@
 
 namespace tarv {
 
-/// The records of queued operations. The record that was given back last is taken first.
+/// The records of queued operations. The record that was given back last is taken first, one that was never used last:
+/// a context takes as much of the pool's memory as it needs at a time.
 class COperationPool {
 public:
     static constexpr int32_t kOperationCount = 512;
 
-    COperationPool() {
-        for (CQueuedOperation& operation : operations_) {
-            operation.next = free_;
-            free_ = &operation;
-        }
-    }
+    // Leaves the records unwritten.
+    COperationPool() {}
     COperationPool(const COperationPool&) = delete;
     COperationPool& operator=(const COperationPool&) = delete;
 
     /// All records are in use.
-    bool isEmpty() const { return free_ == nullptr; }
+    bool isEmpty() const { return free_ == nullptr && usedCount_ == kOperationCount; }
     /// A record with undefined contents. The pool is not empty.
     CQueuedOperation& take() {
+        ++inUse_;
+        if (free_ == nullptr) [[unlikely]] {
+            return operations_[usedCount_++];
+        }
         CQueuedOperation& operation = *free_;
         free_ = operation.next;
-        ++inUse_;
         return operation;
     }
     void giveBack(CQueuedOperation& operation) {
@@ -42,6 +42,7 @@ public:
 private:
     CQueuedOperation operations_[kOperationCount];
     CQueuedOperation* free_ = nullptr;
+    int32_t usedCount_ = 0;  ///< the records behind were never used
     int32_t inUse_ = 0;
 };
 
