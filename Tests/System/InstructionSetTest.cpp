@@ -225,5 +225,38 @@ TEST(InstructionSets, GiveTheBitsOfKernelsOneByOneWhateverChanges) {
     }
 }
 
+TEST(InstructionSets, HaveRoomForTheLargestTreeAlsoWhileAllOfItFades) {
+    for (const CInstructionSet set : testedSets()) {
+        CSetup setup{44100.0, 8, straight(8, 3)};
+        setup.sets.push_back({kBandCount, 0, 0, 10.0});
+        for (int32_t channel = 0; channel < 8; ++channel) {
+            setup.sets.push_back({kGrouping, 0, channel, static_cast<double>(channel)});
+        }
+        const auto instance = start(setup);
+        useSet(*instance, set);
+        const CSignal input = noise(8, 64, 0.5);
+        const CRecordedRun& run = instance->context()->recordedRun();
+        // Three stages up, three down, and the bands.
+        constexpr int32_t kJoined = 3 + 3 + 1;
+        for (int32_t block = 0; block < 6; ++block) {
+            render(*instance, input);
+        }
+        EXPECT_EQ(run.joinedCount(), kJoined) << nameOf(set);
+        const int32_t steady = run.callCount();
+        for (int32_t group = 0; group < 8; ++group) {
+            for (int32_t band = 0; band < 10; ++band) {
+                apply(*instance, {kGains, group, band, 1.5});
+            }
+        }
+        // More starts than a joiner moves ahead: the bands' calls are joined from the next block on.
+        render(*instance, input);
+        for (int32_t block = 0; block < 4; ++block) {
+            render(*instance, input);
+            EXPECT_EQ(run.joinedCount(), kJoined) << nameOf(set) << ", block " << block;
+        }
+        EXPECT_EQ(run.callCount(), steady) << nameOf(set);
+    }
+}
+
 }  // namespace
 }  // namespace tarv::engine
