@@ -1,5 +1,7 @@
 #include "Benchmarks/BuildMeasures.h"
 
+#include <sys/prctl.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -9,6 +11,7 @@
 #include <memory>
 
 #include "Benchmarks/InChild.h"
+#include "Benchmarks/Times.h"
 #include "CPluginLibrary.h"
 
 namespace tarv::bench {
@@ -124,24 +127,29 @@ bool startOnce(vst::EntryProc entry, const CCase& c, CInput& input, std::array<d
     return true;
 }
 
-/// Pages of this process that no other one has.
-double privateBytes() {
+/// Memory of this process without a file behind it, also what the system has swapped out meanwhile.
+double ownBytes() {
     std::ifstream file("/proc/self/smaps_rollup");
     std::string word;
-    double kibibytes = 0.0;
+    double sum = 0.0;
     while (file >> word) {
-        if (word == "Private_Dirty:") {
+        double kibibytes = 0.0;
+        if (word == "Anonymous:" || word == "Swap:") {
             file >> kibibytes;
         }
+        sum += kibibytes;
     }
-    return kibibytes * 1024.0;
+    return sum * 1024.0;
 }
 
-double memoryOf(const std::string& build, const CCase& c, const char* set) {
+/// Of one process; 0 if nothing can be measured.
+double memoryOnce(const std::string& build, const CCase& c, const char* set) {
     constexpr size_t kInstances = 8;
     constexpr int64_t kMoved = 20;
     const std::vector<double> bytes = inChild([&]() -> std::vector<double> {
         useSet(set);
+        // Huge pages would come or not, by where the memory lies.
+        prctl(PR_SET_THP_DISABLE, 1, 0, 0, 0);
         host::CPluginLibrary library;
         if (!CLibraries::load(library, build)) {
             return {};
@@ -163,13 +171,17 @@ double memoryOf(const std::string& build, const CCase& c, const char* set) {
                 runs.back()->process(input, round, clock);
             }
             // What all instances share comes with the first one.
-            first = i == 0 ? privateBytes() : first;
+            first = i == 0 ? ownBytes() : first;
         }
-        const double all = privateBytes();
+        const double all = ownBytes();
         runs.clear();
         return {(all - first) / kInstances};
     });
     return bytes.empty() ? 0.0 : bytes[0];
+}
+
+double memoryOf(const std::string& build, const CCase& c, const char* set) {
+    return medianOf({memoryOnce(build, c, set), memoryOnce(build, c, set), memoryOnce(build, c, set)});
 }
 
 }  // namespace
