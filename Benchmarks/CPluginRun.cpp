@@ -48,20 +48,13 @@ std::string chunkOf(const CLayout& layout) {
     return std::string(reinterpret_cast<const char*>(bytes.data()), static_cast<size_t>(bytes.count()));
 }
 
-CInput::CInput(double level) : samples_(kPorts * kLength), pointers_(kPorts) {
+CInput::CInput(double level) {
     std::mt19937 random(1);
     std::uniform_real_distribution<double> noise(-1.0, 1.0);
-    for (double& sample : samples_) {
-        sample = level * noise(random);
+    for (size_t i = 0; i < doubles_.samples().size(); ++i) {
+        doubles_.samples()[i] = level * noise(random);
+        floats_.samples()[i] = static_cast<float>(doubles_.samples()[i]);
     }
-}
-
-double* const* CInput::block(int64_t round, int32_t frames) {
-    const int64_t start = round % (kLength / frames) * frames;
-    for (size_t c = 0; c < pointers_.size(); ++c) {
-        pointers_[c] = samples_.data() + static_cast<int64_t>(c) * kLength + start;
-    }
-    return pointers_.data();
 }
 
 bool CPluginRun::open(vst::EntryProc entry) {
@@ -70,14 +63,12 @@ bool CPluginRun::open(vst::EntryProc entry) {
 
 bool CPluginRun::configure(const CLayout& layout, const std::string& chunk) {
     frames_ = layout.frames;
-    out_.assign(kPorts, std::vector<double>(static_cast<size_t>(frames_)));
-    outputs_.clear();
-    for (std::vector<double>& channel : out_) {
-        outputs_.push_back(channel.data());
-    }
+    isFloat_ = layout.isFloat;
+    doubles_ = CHostBuffers<double>(isFloat_ ? 0 : frames_);
+    floats_ = CHostBuffers<float>(isFloat_ ? frames_ : 0);
     findMoved(layout.moves);
     host_.suspend();
-    host_.prepare(kRate, frames_, 1);
+    host_.prepare(kRate, frames_, isFloat_ ? 0 : 1);
     return host_.setChunk(chunk, true);
 }
 
@@ -114,10 +105,16 @@ void CPluginRun::move(int64_t round) {
 }
 
 double CPluginRun::process(CInput& input, int64_t round, CBlockClock& clock) {
-    // The host's interface takes inputs that may be written; the plug-in writes outputs alone.
-    auto** const inputs = const_cast<double**>(input.block(round, frames_));
+    float** const floatsIn = input.block<float>(round, frames_);
+    double** const doublesIn = input.block<double>(round, frames_);
+    float** const floatsOut = floats_.at(0);
+    double** const doublesOut = doubles_.at(0);
     clock.start();
-    host_.process(inputs, outputs_.data(), frames_);
+    if (isFloat_) {
+        host_.process(floatsIn, floatsOut, frames_);
+    } else {
+        host_.process(doublesIn, doublesOut, frames_);
+    }
     return clock.stop();
 }
 
