@@ -25,7 +25,7 @@ struct CPasses {
     int32_t least;
     int32_t most;  ///< while a ratio is above its limit
 };
-constexpr CPasses kTimed = {8, 20};
+constexpr CPasses kTimed = {8, 40};
 constexpr CPasses kCounted = {1, 1};
 
 struct CBlockRow {
