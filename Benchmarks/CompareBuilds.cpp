@@ -172,8 +172,8 @@ CLimits limitOf(double limit, size_t count) {
 /// Rows whose names hold `part`.
 bool reportBlocks(const CBuilds& builds, const std::string& part) {
     const bool isCycles = countsCycles();
-    CReport report(isCycles ? "stereo unless said, 48 kHz; cycles" : "stereo unless said, 48 kHz; ns a frame", "before",
-                   1.0);
+    CReport report(isCycles ? "stereo unless said, 48 kHz; cycles a frame" : "stereo unless said, 48 kHz; ns a frame",
+                   "before", 1.0);
     for (const CBlockRow& row : kBlockRows) {
         if (std::string(row.name).find(part) == std::string::npos) {
             continue;

@@ -11,6 +11,7 @@
 #include <limits>
 #include <random>
 
+#include "Audio/Kernels/Wave/CInstructionSet.h"
 #include "Benchmarks/CBlockClock.h"
 #include "Benchmarks/Peers/CLadspaPeer.h"
 #include "Benchmarks/Peers/CLv2Peer.h"
@@ -161,6 +162,7 @@ void measure(std::vector<CRow>& rows) {
 /// False if a plug-in that is there does nothing: its figure would mean nothing.
 bool print(const std::vector<CRow>& rows) {
     bool isGood = true;
+    std::printf("Brindle XEQ runs with %s here.\n\n", nameOf(usedSet()));
     std::printf("| %-30s | %-40s | %-20s | ns a stereo frame |\n| --- | --- | --- | --- |\n",
                 "stereo, 48 kHz, 512 frames", "set to", "package");
     for (const CRow& row : rows) {
