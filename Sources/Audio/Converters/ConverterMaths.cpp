@@ -7,6 +7,9 @@
 namespace tarv {
 
 double logNormToValue(const CAudioParamInfo& info, int32_t index, double norm) {
+    if (index == 0) {
+        return std::exp(info.logMinimum() + norm * info.logRatio());
+    }
     const double minimum = info.minimum(index);
     return std::exp(std::log(minimum) + norm * std::log(info.maximum(index) / minimum));
 }

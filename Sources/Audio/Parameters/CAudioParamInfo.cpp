@@ -1,6 +1,7 @@
 #include "Audio/Parameters/CAudioParamInfo.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "Audio/Parameters/CAudioParamConverter.h"
 #include "Core/CObject.h"
@@ -32,6 +33,10 @@ void CAudioParamInfo::setNames(const CString& visualName, const CString& display
 void CAudioParamInfo::setRange(int32_t position, double minimum, double maximum) {
     minimums_[position] = minimum;
     maximums_[position] = maximum;
+    if (position == 0) {
+        logMinimum_ = std::log(minimum);
+        logRatio_ = std::log(maximum / minimum);
+    }
 }
 
 double CAudioParamInfo::clamp(int32_t position, double value) const {

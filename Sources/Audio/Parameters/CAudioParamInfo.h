@@ -54,6 +54,11 @@ public:
     /// Limits of a position, real units. The minimum need not be the smaller number.
     double minimum(int32_t position) const { return minimums_[position]; }
     double maximum(int32_t position) const { return maximums_[position]; }
+    /// Natural logarithms of the minimum of position 0, and of how often it goes into the maximum: a host changes that
+    /// position in every block, and the C library of Windows takes its time. Not a number, or infinite, where the
+    /// limits have none.
+    double logMinimum() const { return logMinimum_; }
+    double logRatio() const { return logRatio_; }
     void setRange(int32_t position, double minimum, double maximum);
     /// `value` clamped to the limits, of which either may be the smaller.
     double clamp(int32_t position, double value) const;
@@ -81,6 +86,8 @@ private:
     CArray<const CAudioParamConverter*, 4> converters_;
     CArray<double, 4> maximums_;
     CArray<double, 4> minimums_;
+    double logMinimum_ = 0.0;
+    double logRatio_ = 0.0;
     CArray<CAudioParamRow, 1> rows_;
     CAudioParamData stringPool_;
 };

@@ -82,6 +82,17 @@ TEST_F(Converter, MapsFollowTheirFormulasAndInvertThem) {
         }
 }
 
+TEST_F(Converter, LogarithmsThatAreKeptChangeNoBit) {
+    for (const char* name : {"gain", "freq", "timelog"}) {
+        const double minimum = tree_.info(name).minimum(0);
+        const double maximum = tree_.info(name).maximum(0);
+        for (int32_t i = 0; i <= 1000; ++i) {
+            const double norm = i / 1000.0;
+            EXPECT_EQ(toValue(name, norm), std::exp(std::log(minimum) + norm * std::log(maximum / minimum))) << name;
+        }
+    }
+}
+
 TEST_F(Converter, ReferenceNumbersOfTheMaps) {
     EXPECT_NEAR(toValue("gain", 0.5), 1.0, 1e-12);
     EXPECT_NEAR(toValue("gain", 1.0), 3.9810717055349725, 1e-12 * 3.98);
