@@ -3,20 +3,23 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
+#include <functional>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "Audio/Kernels/Wave/CInstructionSet.h"
 #include "CGraphPrinter.h"
 #include "Tests/System/EngineRun.h"
 
 namespace tarv::engine {
 namespace {
 
-std::vector<std::string> printedLines(const CSetup& setup) {
-    const auto instance = start(setup);
+std::vector<std::string> printedLines(const std::function<void(CGraphPrinter&)>& print) {
     FILE* file = std::tmpfile();
-    CGraphPrinter(file).print(*instance->mainProcess());
+    CGraphPrinter printer(file);
+    print(printer);
     std::string text(static_cast<size_t>(std::ftell(file)), ' ');
     std::rewind(file);
     EXPECT_EQ(std::fread(text.data(), 1, text.size(), file), text.size());
@@ -27,6 +30,11 @@ std::vector<std::string> printedLines(const CSetup& setup) {
         lines.push_back(line);
     }
     return lines;
+}
+
+std::vector<std::string> printedLines(const CSetup& setup) {
+    const auto instance = start(setup);
+    return printedLines([&](CGraphPrinter& printer) { printer.print(*instance->mainProcess()); });
 }
 
 /// Place of the first line from `from` on that holds the text; the count of lines if there is none.
@@ -68,6 +76,14 @@ TEST(GraphPrinter, ShowsRatesBindingsLinksStatesAndSections) {
     for (const char* part : kParts) {
         EXPECT_LT(lineWith(lines, part), lines.size()) << part;
     }
+}
+
+TEST(GraphPrinter, ShowsTheSetOfInstructionsInUse) {
+    const auto lines = printedLines([](CGraphPrinter& printer) { printer.printInstructions(); });
+    // That of this machine, unless the one who runs the test asks for a narrower one.
+    const CInstructionSet set = chosenSet(readProcessorFeatures(), std::getenv("TARV_INSTRUCTION_SET"));
+    const char* const kNames[] = {"instructions sse2", "instructions avx2", "instructions avx512"};
+    EXPECT_EQ(lines, std::vector<std::string>{kNames[static_cast<int32_t>(set)]});
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Audio/Graph/CAudioProcess.h"
+#include "Audio/Kernels/Wave/CInstructionSet.h"
 #include "Audio/Modules/CModFilter.h"
 #include "Audio/Parameters/CAudioParamDef.h"
 
@@ -23,6 +24,10 @@ std::string nameOf(const CAudioProcessBase* process, int32_t port) {
 
 void CGraphPrinter::indent(int depth) {
     std::fprintf(out_, "%*s", 2 * depth, "");
+}
+
+void CGraphPrinter::printInstructions() {
+    std::fprintf(out_, "instructions %s\n", tarv::nameOf(usedSet()));
 }
 
 void CGraphPrinter::print(const CAudioProcessBase& process, int depth) {

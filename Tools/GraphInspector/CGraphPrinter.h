@@ -12,6 +12,8 @@ class CAudioProcessBase;
 class CGraphPrinter {
 public:
     explicit CGraphPrinter(FILE* out) : out_(out) {}
+    /// The set of instructions that waves use in this process: "instructions avx2".
+    void printInstructions();
     void print(const CAudioProcessBase& process, int depth = 0);
 
 private:

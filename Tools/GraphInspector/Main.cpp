@@ -22,7 +22,9 @@ constexpr const char* kUsage =
     "  --tap PATH[:ELEMENT] FILE   runs standard input through and writes what lies behind a process\n"
     "                     (raw interleaved float64; ELEMENT is the position in the innermost stack)\n"
     "  --help             this text\n"
-    "Without --tap it prints the built graph; each line that begins with a path is a process that can be tapped.\n";
+    "Without --tap it prints the set of instructions that bands run in (TARV_INSTRUCTION_SET=sse2 asks for a narrower "
+    "one)\n"
+    "and the built graph; each line that begins with a path is a process that can be tapped.\n";
 
 struct COptions {
     double rate = 44100.0;
@@ -146,7 +148,9 @@ int main(int argc, char** argv) {
     if (result == 0) {
         instance->start(options.rate, options.channels, options.channels);
         if (options.tapPath.empty()) {
-            tarv::CGraphPrinter(stdout).print(*instance->mainProcess());
+            tarv::CGraphPrinter printer(stdout);
+            printer.printInstructions();
+            printer.print(*instance->mainProcess());
         } else {
             result = tap(*instance, options);
         }
