@@ -64,7 +64,7 @@ TEST(RepeatedRun, BeginsAtTheThirdBlockOfOneLengthAndEndsWithIt) {
 }
 
 TEST(RepeatedRun, EndsWithAChangeOfAnyKind) {
-    const CSet changes[] = {{kGains, 0, 3, 2.0},   {kFreqs, 0, 3, 900.0},  {kOutGain, 1, 0, 0.5},
+    const CSet changes[] = {{kGains, 0, 3, 2.0},   {kFreqs, 0, 3, 900.0},  {kOutGain, 0, 0, 0.5},
                             {kMute, 0, 0, 1.0},    {kBypass, 0, 0, 1.0},   {kSolo, 0, 1, 1.0},
                             {kInRouting, 0, 1, 1}, {kOutRouting, 0, 0, 2}, {kGrouping, 0, 1, 1},
                             {kBandCount, 0, 0, 3}, {kPairs, 0, 0, 1},      {kOversampling, 0, 0, 3}};

@@ -49,7 +49,6 @@ public:
     void setJoiner(CJoinedKernels kernels, std::unique_ptr<CRunJoiner> joiner) {
         joiners_[static_cast<int32_t>(kernels)] = std::move(joiner);
     }
-    bool hasJoiner(CJoinedKernels kernels) const { return joiners_[static_cast<int32_t>(kernels)] != nullptr; }
     int32_t kernelCount() const { return kernels_.count(); }
     const CKernel& kernel(int32_t number) const { return kernels_[number]; }
     /// The number of a common kernel; -1 until setCommonKernel names it.

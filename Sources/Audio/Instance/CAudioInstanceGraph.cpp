@@ -3,6 +3,7 @@
 #include "Audio/Instance/CAudioInstanceGraph.h"
 
 #include "Audio/Instance/CAudioInstanceObjects.h"
+#include "Audio/Kernels/Wave/WaveJoiners.h"
 #include "Audio/Modules/CModOutput.h"
 #include "Audio/Modules/CQPLEXContextObject.h"
 #include "Audio/Parameters/CAudioParamCollector.h"
@@ -46,6 +47,7 @@ CError* CAudioInstanceGraph::init(const CAudioInstanceObjects& objects, int32_t 
     }
     output_->place({&graph_, nullptr, objects.outputDef, "plugin.modOutput", "modOutput", -1});
     TARV_TRY(output_->init());
+    setWaveJoiners(*graph_.context);
     return nullptr;
 }
 

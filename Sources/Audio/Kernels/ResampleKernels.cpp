@@ -5,7 +5,6 @@
 #include "Audio/Context/CQPLEXContext.h"
 #include "Audio/Kernels/KernelLanes.h"
 #include "Audio/Kernels/KernelNames.h"
-#include "Audio/Kernels/Wave/CHalfBandJoiner.h"
 
 namespace tarv {
 
@@ -41,9 +40,6 @@ void registerResampleKernels(CQPLEXContext& context) {
     context.registerKernel(KernelName::kInterp2, kernelInterp2, 2, 1);
     context.registerKernel(KernelName::kDecim2, kernelDecim2, 2, 1);
     context.registerKernel(KernelName::kDecim2s, kernelDecim2s, 2, 1);
-    if (!context.hasJoiner(CJoinedKernels::Rates)) {
-        context.setJoiner(CJoinedKernels::Rates, std::make_unique<CHalfBandJoiner>(context, usedSet()));
-    }
 }
 
 void kernelInterp2(COperation& operation) {

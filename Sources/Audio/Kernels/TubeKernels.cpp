@@ -7,7 +7,6 @@
 #include "Audio/Kernels/BandChain.h"
 #include "Audio/Kernels/CTube.h"
 #include "Audio/Kernels/KernelNames.h"
-#include "Audio/Kernels/Wave/CWaveJoiner.h"
 
 namespace tarv {
 
@@ -42,9 +41,6 @@ void registerTubeKernels(CQPLEXContext& context) {
     context.registerKernel(KernelName::kMetaTubeInit, kernelMetaTubeInit, 1, 1);
     context.registerKernel(KernelName::kMetaTubeClear, kernelMetaTubeClear, 1, 1);
     registerBandChain(context);
-    if (!context.hasJoiner(CJoinedKernels::Bands)) {
-        context.setJoiner(CJoinedKernels::Bands, std::make_unique<CWaveJoiner>(context, usedSet()));
-    }
 }
 
 void kernelMetaTube(COperation& operation) {

@@ -5,6 +5,7 @@
 #include "Audio/Modules/CAudioProcessTerminal.h"
 
 #include <cmath>
+#include <cstdint>
 
 namespace tarv {
 
@@ -160,7 +161,7 @@ void CAudioProcessTerminal<T>::catchUp() {
     const int64_t frames = graph().repeatedFrames() - repeatedFrames_;
     repeatedFrames_ += frames;
     if (frames > 0 && mayFade_) {
-        advanceFades(std::llround(static_cast<double>(frames) * rate_ / graph().hostRate));
+        advanceFades(static_cast<int64_t>(std::round(static_cast<double>(frames) * rate_ / graph().hostRate)));
     }
 }
 

@@ -61,8 +61,8 @@ enum CWaveField : int32_t {
     kWaveFieldCount = kWaveOut + 2
 };
 
-/// What a lane of a band whose filter is faded holds besides: the filter with the old values, and the ramp between both;
-/// see CrossfadeKernels.h.
+/// What a lane of a band whose filter is faded holds besides: the filter with the old values, and the ramp between
+/// both; see CrossfadeKernels.h.
 enum CWaveFadeField : int32_t {
     kWaveOldC0,
     kWaveOldC1,
@@ -106,7 +106,7 @@ enum class CWavePost : int32_t {
 /// Addresses of what one lane carries from block to block. `feed` is null for a lane of the filter behind the bands,
 /// `oldFilter` and `ramp` without a fade, all are null for a lane that nobody uses.
 struct CWaveStates {
-    double* filter;    ///< s1, s2
+    double* filter;  ///< s1, s2
     double* highPass;
     double* feed;
     double* oldFilter;  ///< s1, s2
@@ -116,17 +116,17 @@ struct CWaveStates {
 /// A wave: bands in series, 1 and up, of 1, 2, 4 or 8 channels, and the filters at both ends. What it points to is
 /// owned by others. Lane `l` of vector `v` is channel l % channels of band v x bandsPerVector + l / channels.
 struct CWavePlan {
-    double* lanes;         ///< field f of vector v: `width` doubles at (v x kWaveFieldCount + f) x width; 64-byte aligned
-    double* fades;         ///< the same of CWaveFadeField; null: no filter is faded
-    double* before;        ///< kWaveEndFieldCount fields of `width` doubles, the channels last
-    double* behind;        ///< the same
-    CWaveStates* states;   ///< of each lane of each vector
-    double* stateBefore[kMostWaveChannels];         ///< s1, s2; all null without a filter there
-    double* stateBehind[kMostWaveChannels];         ///< s1, s2
+    double* lanes;   ///< field f of vector v: `width` doubles at (v x kWaveFieldCount + f) x width; 64-byte aligned
+    double* fades;   ///< the same of CWaveFadeField; null: no filter is faded
+    double* before;  ///< kWaveEndFieldCount fields of `width` doubles, the channels last
+    double* behind;  ///< the same
+    CWaveStates* states;                     ///< of each lane of each vector
+    double* stateBefore[kMostWaveChannels];  ///< s1, s2; all null without a filter there
+    double* stateBehind[kMostWaveChannels];  ///< s1, s2
     double* highPassBehind[kMostWaveChannels];
     const double* in[kMostWaveChannels];
     double* out[kMostWaveChannels];
-    int32_t width;         ///< lanes of a vector
+    int32_t width;  ///< lanes of a vector
     int32_t channels;
     int32_t bands;
     int32_t vectors;

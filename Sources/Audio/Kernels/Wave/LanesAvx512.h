@@ -48,8 +48,12 @@ struct CLanes {
         }
     }
 
-    static CLanes load(const double* lanes) { return _mm512_loadu_pd(lanes); }
-    void store(double* lanes) const { _mm512_storeu_pd(lanes, v); }
+    static CLanes load(const double* lanes) {
+        return _mm512_loadu_pd(lanes);
+    }
+    void store(double* lanes) const {
+        _mm512_storeu_pd(lanes, v);
+    }
     static CLanes twice(const double* const* p, int64_t i) {
         return _mm512_set_pd(p[3][i], p[3][i], p[2][i], p[2][i], p[1][i], p[1][i], p[0][i], p[0][i]);
     }
@@ -75,11 +79,19 @@ struct CLanes {
             channels[c][i] = lanes[2 * c];
         }
     }
-    CLanes swapped() const { return _mm512_permute_pd(v, 0x55); }
+    CLanes swapped() const {
+        return _mm512_permute_pd(v, 0x55);
+    }
 
-    friend CLanes operator+(CLanes a, CLanes b) { return _mm512_add_pd(a.v, b.v); }
-    friend CLanes operator-(CLanes a, CLanes b) { return _mm512_sub_pd(a.v, b.v); }
-    friend CLanes operator*(CLanes a, CLanes b) { return _mm512_mul_pd(a.v, b.v); }
+    friend CLanes operator+(CLanes a, CLanes b) {
+        return _mm512_add_pd(a.v, b.v);
+    }
+    friend CLanes operator-(CLanes a, CLanes b) {
+        return _mm512_sub_pd(a.v, b.v);
+    }
+    friend CLanes operator*(CLanes a, CLanes b) {
+        return _mm512_mul_pd(a.v, b.v);
+    }
 };
 
 /// One bit a lane.

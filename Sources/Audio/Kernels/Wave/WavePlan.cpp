@@ -189,7 +189,7 @@ bool planWave(const CWaveChannel* channels, int32_t count, int32_t width, CPlanM
     plan.bands = shape.bandCount;
     plan.vectors = (plan.bands + perVector - 1) / perVector;
     plan.count = shape.first().count;
-    plan.post = !shape.filterBehind                 ? CWavePost::None
+    plan.post = !shape.filterBehind           ? CWavePost::None
                 : plan.bands % perVector == 0 ? CWavePost::Alone
                                               : CWavePost::InLanes;
     const int64_t lanes = static_cast<int64_t>(plan.vectors) * width;
