@@ -96,6 +96,9 @@ CWaveThreads::CThread* CWaveThreads::passing(const double* signal) {
 bool CWaveThreads::takeFilter(const CRecordedCall& call, int32_t i) {
     const COperation& o = call.operations[i];
     const double* const source = o.signal(kLinkOperand);
+    if (uses(o.pointers[kStateOperand])) {
+        return false;
+    }
     CThread* thread = reading(source);
     if (thread == nullptr) {
         thread = begin(source);
@@ -117,7 +120,7 @@ bool CWaveThreads::takeFilter(const CRecordedCall& call, int32_t i) {
 
 bool CWaveThreads::takeFade(const CRecordedCall& call, int32_t i) {
     const COperation& o = call.operations[i];
-    if (!isLastRead(call, i, kNewOperand) || !isLastRead(call, i, kOldOperand)) {
+    if (uses(o.pointers[kStateOperand]) || !isLastRead(call, i, kNewOperand) || !isLastRead(call, i, kOldOperand)) {
         return false;
     }
     for (int32_t t = 0; t < count_; ++t) {
@@ -140,7 +143,7 @@ bool CWaveThreads::takeFade(const CRecordedCall& call, int32_t i) {
 bool CWaveThreads::takeHighPass(const CRecordedCall& call, int32_t i) {
     const COperation& o = call.operations[i];
     CThread* const thread = filtering(o.signal(kLinkOperand));
-    if (thread == nullptr || !isLastRead(call, i, kLinkOperand)) {
+    if (thread == nullptr || uses(o.pointers[kStateOperand]) || !isLastRead(call, i, kLinkOperand)) {
         return false;
     }
     thread->rest.highPass = &o;
@@ -151,8 +154,9 @@ bool CWaveThreads::takeHighPass(const CRecordedCall& call, int32_t i) {
 bool CWaveThreads::takeTube(const CRecordedCall& call, int32_t i) {
     const COperation& o = call.operations[i];
     CThread* const thread = passing(o.signal(kLinkOperand));
-    if (thread == nullptr || !isLastRead(call, i, kLinkOperand) || o.signal(kFeedOperand) != thread->output ||
-        !(thread->isInput || isLastRead(call, i, kFeedOperand)) || thread->channel.bandCount == kMostWaveBands) {
+    if (thread == nullptr || uses(o.pointers[kStateOperand]) || !isLastRead(call, i, kLinkOperand) ||
+        o.signal(kFeedOperand) != thread->output || !(thread->isInput || isLastRead(call, i, kFeedOperand)) ||
+        thread->channel.bandCount == kMostWaveBands) {
         return false;
     }
     const CRest& rest = thread->rest;

@@ -19,7 +19,8 @@ public:
     /// The operations of a channel, behind `finish`.
     const CWaveChannel& channel(int32_t number) const { return threads_[number].channel; }
 
-    // Each takes operation `i` of a call. False if no wave can stand for it behind what was taken.
+    // Each takes operation `i` of a call. False if no wave can stand for it behind what was taken: lanes hold a copy of
+    // each state block, so no two of them may have the same.
     bool takeFilter(const CRecordedCall& call, int32_t i);
     bool takeFade(const CRecordedCall& call, int32_t i);
     bool takeHighPass(const CRecordedCall& call, int32_t i);
