@@ -71,9 +71,10 @@ bool comparePass(CLibraries& libraries, const CCase& c, CCosts& costs) {
     CCosts least;
     for (int64_t round = 0; round < kWarmUp + c.rounds; ++round) {
         // What is set before the first block begins without a fade.
+        CCosts moves;
         if (round > 0) {
-            before.move(round);
-            after.move(round);
+            moves.before = before.move(round, clock);
+            moves.after = after.move(round, clock);
         }
         CCosts now;
         if (round % 2 == 0) {
@@ -82,6 +83,9 @@ bool comparePass(CLibraries& libraries, const CCase& c, CCosts& costs) {
         } else {
             now.after = after.process(input, round, clock);
             now.before = before.process(input, round, clock);
+        }
+        if (c.layout.isMoveTimed) {
+            now = moves;
         }
         now.isSame = after.soundsAs(before);
         if (round < kWarmUp) {
@@ -166,7 +170,7 @@ double memoryOnce(const std::string& build, const CCase& c, const char* set) {
             for (int64_t round = 0; round < 2 * kMoved; ++round) {
                 // Fades take memory of an instance, and so does what is recorded behind them.
                 if (round > 0 && round < kMoved) {
-                    runs.back()->move(round);
+                    runs.back()->move(round, clock);
                 }
                 runs.back()->process(input, round, clock);
             }

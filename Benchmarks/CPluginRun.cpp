@@ -96,12 +96,14 @@ void CPluginRun::findMoved(CMoves moves) {
     }
 }
 
-void CPluginRun::move(int64_t round) {
+double CPluginRun::move(int64_t round, CBlockClock& clock) {
+    clock.start();
     float value = 0.3f + 0.004f * static_cast<float>(round % 100);
     for (const int32_t parameter : moved_) {
         host_.setParameter(parameter, value);
         value += 0.01f;
     }
+    return clock.stop();
 }
 
 double CPluginRun::process(CInput& input, int64_t round, CBlockClock& clock) {

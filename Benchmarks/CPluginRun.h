@@ -22,7 +22,8 @@ struct CLayout {
     int32_t frames;    ///< of a block
     int32_t stages;    ///< of oversampling: 0 is 1x, 3 is 8x
     CMoves moves;
-    bool isFloat = false;  ///< the host's buffers have 32 bits, otherwise 64
+    bool isFloat = false;      ///< the host's buffers have 32 bits, otherwise 64
+    bool isMoveTimed = false;  ///< setting the parameters is what is timed, instead of the block behind it
 };
 
 constexpr double kRate = 48000.0;
@@ -88,8 +89,8 @@ public:
     void resume() { host_.resume(); }
     /// All three.
     bool start(vst::EntryProc entry, const CLayout& layout, const std::string& chunk);
-    /// Sets what the layout moves.
-    void move(int64_t round);
+    /// Sets what the layout moves; what it takes by the clock.
+    double move(int64_t round, CBlockClock& clock);
     /// Processes one block; what it takes by the clock.
     double process(CInput& input, int64_t round, CBlockClock& clock);
     bool soundsAs(const CPluginRun& other) const {

@@ -43,6 +43,7 @@ constexpr CBlockRow kBlockRows[] = {
     {"8 channels, 1x, 512", {8, 512, 0, CMoves::None}, 200, {0.84, 0.50, 0.35}},
     {"every parameter automated every block, 512", {2, 512, 0, CMoves::All}, 400, {0.75, 0.58, 0.45}},
     {"every parameter automated every block, 32", {2, 32, 0, CMoves::All}, 1600, {0.55, 0.50, 0.50}},
+    {"setting 16 parameters before a block, 32", {2, 32, 0, CMoves::All, false, true}, 1600, {0.0, 0.0, 0.0}},
     {"1x, 512 frames, 32-bit host", {2, 512, 0, CMoves::None, true}, 600, {0.0, 0.0, 0.0}},
     {"1x, 32 frames, 32-bit host", {2, 32, 0, CMoves::None, true}, 4000, {0.0, 0.0, 0.0}},
     {"bands automated every block, 512", {2, 512, 0, CMoves::Bands}, 400, {0.0, 0.0, 0.0}},
