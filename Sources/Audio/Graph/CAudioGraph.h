@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 
 namespace tarv {
 
@@ -52,24 +53,28 @@ public:
         isSteady_ = true;
         areChangesWaiting_ = false;
         fadeLeft_ = kNoFade;
+        ++runNumber_;
+        repeatedFrames_ = repeatedSinceRun_;
+        repeatedSinceRun_ = 0;
     }
     /// [audio thread, in a run or between two] Called by a process that does something which its next run would not do
     /// again, keeps a position in the signal outside its kernels, or meets another layout or value.
     void invalidateRun() { isSteady_ = false; }
 
-    static constexpr int32_t kNoFade = INT32_MAX;
-    /// Host samples that lie between the end of the last run or repetition and the first end of a fade; kNoFade: none
-    /// ends. Runs repeat each other up to there.
-    int32_t fadeLeft() const { return fadeLeft_; }
-    /// [audio thread, in a run] Called by a process for a fade that goes on behind the run.
-    void noteFade(int32_t left) { fadeLeft_ = left < fadeLeft_ ? left : fadeLeft_; }
-    /// Host samples for which the processes were not called, since the instance was made: the run before them was
-    /// repeated instead.
+    static constexpr double kNoFade = std::numeric_limits<double>::infinity();
+    /// Host samples between the end of the last run or repetition and the first end of a fade; kNoFade: none ends. Runs
+    /// repeat each other up to there. No whole number where a fade at a raised rate ends between two samples.
+    double fadeLeft() const { return fadeLeft_; }
+    /// [audio thread, in a run] Called by a process for a fade that goes on for `left` host samples behind the run.
+    void noteFade(double left) { fadeLeft_ = left < fadeLeft_ ? left : fadeLeft_; }
+    /// Number of the run that is under way or was the last one.
+    int64_t runNumber() const { return runNumber_; }
+    /// Host samples for which the run before this one was repeated.
     int64_t repeatedFrames() const { return repeatedFrames_; }
     /// [audio thread] Called by the core when it has repeated a run of so many host samples.
     void noteRepetition(int32_t frames) {
-        repeatedFrames_ += frames;
-        fadeLeft_ -= fadeLeft_ == kNoFade ? 0 : frames;
+        repeatedSinceRun_ += frames;
+        fadeLeft_ -= frames;
     }
     /// Changes wait in a process for their time.
     bool areChangesWaiting() const { return areChangesWaiting_; }
@@ -111,8 +116,10 @@ private:
     bool isRunning_ = false;
     bool isSteady_ = false;
     bool areChangesWaiting_ = false;
-    int32_t fadeLeft_ = kNoFade;
+    double fadeLeft_ = kNoFade;
+    int64_t runNumber_ = 0;
     int64_t repeatedFrames_ = 0;
+    int64_t repeatedSinceRun_ = 0;
     bool isRoomWanted_ = false;
     bool areDelaysValid_ = true;
     CUse use_;

@@ -120,10 +120,14 @@ void CAudioBlockRunner::process(const Sample* const* inputs, Sample* const* outp
     }
 }
 
-/// Runs end where a fade ends, so that no process must cut its own block. A fade at a raised rate may end between two
-/// samples of the host.
+/// Runs end where a fade ends, so that no process must cut its own block. What is left of a fade at a raised rate may be
+/// less than a frame: that frame runs alone.
 int32_t CAudioBlockRunner::pieceLength(int32_t left) const {
-    return std::min(left, std::max(graph_.shared().fadeLeft(), 1));
+    const double fadeLeft = graph_.shared().fadeLeft();
+    if (fadeLeft <= 0.0 || fadeLeft >= left) {
+        return left;
+    }
+    return std::max(static_cast<int32_t>(fadeLeft), 1);
 }
 
 template <class Sample>

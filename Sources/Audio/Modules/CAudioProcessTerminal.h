@@ -78,8 +78,8 @@ private:
     double rate_ = 0.0;
     uint64_t layout_ = 0;
     int32_t fadeLength_ = 1;
-    int64_t repeatedFrames_ = 0;  ///< of the graph, at the last step
-    bool mayFade_ = false;        ///< a voice is in a fade or has a change waiting
+    int64_t lastRun_ = 0;   ///< of the graph, at the last step
+    bool mayFade_ = false;  ///< a voice is in a fade or has a change waiting
 };
 
 template <class T>

@@ -155,13 +155,14 @@ void CAudioProcessTerminal<T>::advanceFades(int64_t count) {
     }
 }
 
-/// Fades went on while the run was repeated.
+/// Fades of the last run went on while it was repeated.
 template <class T>
 void CAudioProcessTerminal<T>::catchUp() {
-    const int64_t frames = graph().repeatedFrames() - repeatedFrames_;
-    repeatedFrames_ += frames;
-    if (frames > 0 && mayFade_) {
-        advanceFades(static_cast<int64_t>(std::round(static_cast<double>(frames) * rate_ / graph().hostRate)));
+    const bool wasInLastRun = lastRun_ + 1 == graph().runNumber();
+    lastRun_ = graph().runNumber();
+    if (wasInLastRun && mayFade_ && graph().repeatedFrames() > 0) {
+        const double frames = static_cast<double>(graph().repeatedFrames());
+        advanceFades(static_cast<int64_t>(std::round(frames * rate_ / graph().hostRate)));
     }
 }
 
@@ -170,7 +171,7 @@ void CAudioProcessTerminal<T>::noteFades() {
     const double scale = graph().hostRate / rate_;
     for (const CVoice& voice : voices_) {
         if (voice.old != nullptr) {
-            graph().noteFade(static_cast<int32_t>((fadeLength_ - voice.fadePosition) * scale));
+            graph().noteFade((fadeLength_ - voice.fadePosition) * scale);
         }
     }
 }
