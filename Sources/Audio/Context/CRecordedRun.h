@@ -64,7 +64,7 @@ public:
 
 private:
     /// Room for what eight channels with ten bands need in any set of instructions.
-    static constexpr int32_t kPlanBytes = 48 << 10;
+    static constexpr int32_t kPlanBytes = 64 << 10;
 
     static void runCall(const CRecordedCall& call);
 

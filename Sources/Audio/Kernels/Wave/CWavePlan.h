@@ -52,13 +52,19 @@ enum CWaveField : int32_t {
     kWaveFeedState,
     // Handed on between stages.
     kWavePassed,
-    kWaveFeed = kWavePassed + 2,
+    kWaveOut = kWavePassed + 2,
+    kWaveRadicandA = kWaveOut + 2,
+    kWaveRadicandB = kWaveRadicandA + 2,
+    // What is read a round and more later, twice: the rounds take turns, so that none moves what it keeps.
+    kWaveFeed = kWaveRadicandB + 2,
     kWaveX = kWaveFeed + 2,
     kWaveRootA = kWaveX + 2,
     kWaveRootB = kWaveRootA + 2,
-    kWaveFeedBefore = kWaveRootB + 2,
-    kWaveOut = kWaveFeedBefore + 2,
-    kWaveFieldCount = kWaveOut + 2
+    kWaveOtherTurn = kWaveRootB + 2,
+    kWaveFieldsInUse = kWaveOtherTurn + (kWaveOtherTurn - kWaveFeed),
+    // Vectors are so far apart that what one stores does not lie 4096 bytes from what another loads soon after: the
+    // processor takes that for the same place and waits.
+    kWaveFieldCount = kWaveFieldsInUse + 3
 };
 
 /// What a lane of a band whose filter is faded holds besides: the filter with the old values, and the ramp between

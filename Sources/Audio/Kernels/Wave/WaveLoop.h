@@ -7,7 +7,7 @@
 // In a round, each vector takes S samples through G stages, each stage one round behind the one before it, so that none
 // waits for another:
 //   F  biquad and high-pass          sample group n
-//   R  the two radicands and roots   n - 1         (G = 3; with G = 2 together with X)
+//   R  the two roots                 n - 1         (G = 3; with G = 2 together with X)
 //   X  curves, mix and auto-gain     n - (G - 1)
 // Band b starts b x G rounds late. Vectors run from the last to the first, so that each finds in its neighbour what
 // that one gave in the round before: that is the input of its first band, and its other bands read its own lanes.
@@ -54,6 +54,9 @@ public:
         for (; r < rounds && r < from; ++r) {
             runRound<true>(r);
         }
+        if constexpr (isLong()) {
+            prepareRoots<S>(turn(last_, r));
+        }
         switch (plan_.post) {
             case CWavePost::None:
                 for (; r < to; ++r) {
@@ -78,12 +81,14 @@ public:
 
 private:
     static constexpr int32_t kPerVector = kWidth / C;
+    static constexpr bool isLong() { return G == 3; }
 
     CLanes* vector(int32_t v) const { return vectors_ + static_cast<int64_t>(v) * kWaveFieldCount; }
-    /// Null without a fade in that vector.
-    CLanes* fadeOf(int32_t v) const {
-        return (plan_.fading >> v & 1) != 0 ? fades_ + static_cast<int64_t>(v) * kWaveFadeFieldCount : nullptr;
-    }
+    CWaveTurn turn(int32_t v, int32_t r) const { return CWaveTurn::of<G>(vector(v), r); }
+    /// The vector that comes behind `v`.
+    CWaveTurn nextTurn(int32_t v, int32_t r) const { return v > 0 ? turn(v - 1, r) : turn(last_, r + 1); }
+    /// Only for a vector with a fade.
+    CLanes* fade(int32_t v) const { return fades_ + static_cast<int64_t>(v) * kWaveFadeFieldCount; }
 
     template <bool IsIn>
     static void move(double* lane, double* state) {
@@ -182,8 +187,12 @@ private:
         giveOutput<IsEdge>(r, y, kWidth - C);
     }
 
-    template <bool IsEdge, bool HasPost, class Fade>
-    [[gnu::always_inline]] void stepVector(CLanes* f, CLanes* e, const CLanes* neighbour, const CWaveEdge& edge) {
+    /// IsPrepared: its roots were prepared, and it prepares those of `next`, the vector that comes next. At the ends of
+    /// a block, in the short form, and without other vectors each does all itself.
+    template <bool IsEdge, bool HasPost, bool IsPrepared, class Fade>
+    [[gnu::always_inline]] void stepVector(const CWaveTurn& turn, const CWaveTurn& next, CLanes* e,
+                                           const CLanes* neighbour, const CWaveEdge& edge) {
+        CLanes* const f = turn.all;
         CLanes in[S];
 #pragma GCC unroll 2
         for (int32_t j = 0; j < S; ++j) {
@@ -193,29 +202,34 @@ private:
         Fade fade(e);
 #pragma GCC unroll 2
         for (int32_t j = 0; j < S; ++j) {
-            stepSample<G, S, IsEdge, HasPost>(f, e, state, fade, j, in[j], edge);
-            // The next sample loads its constants anew: kept, they would be spilled.
+            stepSample<G, S, IsEdge, HasPost, IsPrepared>(turn, e, state, fade, j, in[j], edge);
+            // What follows loads its constants anew: kept, they would be spilled.
             asm volatile("" ::: "memory");
+            if (IsPrepared && j == 0) {
+                prepareRoots<S>(next);
+                asm volatile("" ::: "memory");
+            }
         }
         state.store(f);
         fade.store(e);
     }
-    template <bool IsEdge, bool HasPost>
-    [[gnu::always_inline]] void stepAny(int32_t v, const CLanes* neighbour, const CWaveEdge& edge) {
-        if (CLanes* const e = fadeOf(v)) {
+    template <bool IsEdge, bool HasPost, bool IsPrepared>
+    [[gnu::always_inline]] void stepAny(int32_t r, int32_t v, const CLanes* neighbour, const CWaveEdge& edge) {
+        if ((plan_.fading >> v & 1) != 0) [[unlikely]] {
             if ((plan_.fadingWhole >> v & 1) != 0) {
-                stepFading<IsEdge, HasPost, true>(vector(v), e, neighbour, edge);
+                stepFading<IsEdge, HasPost, IsPrepared, true>(r, v, neighbour, edge);
             } else {
-                stepFading<IsEdge, HasPost, false>(vector(v), e, neighbour, edge);
+                stepFading<IsEdge, HasPost, IsPrepared, false>(r, v, neighbour, edge);
             }
         } else {
-            stepVector<IsEdge, HasPost, CNoWaveFade>(vector(v), nullptr, neighbour, edge);
+            stepVector<IsEdge, HasPost, IsPrepared, CNoWaveFade>(turn(v, r), nextTurn(v, r), nullptr, neighbour, edge);
         }
     }
-    template <bool IsEdge, bool HasPost, bool IsWhole>
-    [[gnu::noinline, gnu::sysv_abi]] void stepFading(CLanes* f, CLanes* e, const CLanes* neighbour,
+    template <bool IsEdge, bool HasPost, bool IsPrepared, bool IsWhole>
+    [[gnu::noinline, gnu::sysv_abi]] void stepFading(int32_t r, int32_t v, const CLanes* neighbour,
                                                      const CWaveEdge& edge) {
-        stepVector<IsEdge, HasPost, CWaveFade<IsWhole>>(f, e, neighbour, edge);
+        stepVector<IsEdge, HasPost, IsPrepared, CWaveFade<IsWhole>>(turn(v, r), nextTurn(v, r), fade(v), neighbour,
+                                                                    edge);
     }
     /// A vector in a round in which lanes of some vector stand outside the block. Most have all lanes inside even then,
     /// or none.
@@ -227,18 +241,18 @@ private:
             return;
         }
         if (group >= kLastStage && group < wholeGroups_) {
-            stepAny<false, HasPost>(v, neighbour, {});
+            stepAny<false, HasPost, false>(r, v, neighbour, {});
         } else {
             const CWaveEdge edge = {CLanes(r) - vector(v)[kWaveBand] * CLanes(G), CLanes(plan_.count)};
-            stepAny<true, HasPost>(v, neighbour, edge);
+            stepAny<true, HasPost, false>(r, v, neighbour, edge);
         }
     }
-    template <bool IsEdge, bool HasPost>
+    template <bool IsEdge, bool HasPost, bool IsPrepared = isLong()>
     [[gnu::always_inline]] void runVector(int32_t r, int32_t v, const CLanes* neighbour) {
         if constexpr (IsEdge) {
             runVectorAtEdge<HasPost>(r, v, neighbour);
         } else {
-            stepAny<false, HasPost>(v, neighbour, {});
+            stepAny<false, HasPost, IsPrepared>(r, v, neighbour, {});
         }
     }
 
@@ -251,7 +265,7 @@ private:
         takeInput<IsEdge>(r, x);
         constexpr bool kHasPost = Post == CWavePost::InLanes;
         if (last_ == 0) {
-            runVector<IsEdge, kHasPost>(r, 0, x);
+            runVector<IsEdge, kHasPost, false>(r, 0, x);
         } else {
             runVector<IsEdge, kHasPost>(r, last_, vector(last_ - 1) + kWaveOut);
             for (int32_t v = last_ - 1; v > 0; --v) {
