@@ -4,24 +4,15 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "Audio/Instance/CAudioInstanceGraph.h"
+#include "Audio/Instance/HostSamples.h"
 #include "Audio/Modules/CModOutput.h"
 #include "Audio/Parameters/CAudioParamCollector.h"
 
 namespace tarv {
 
 namespace {
-
-/// Widens one channel. What is not finite becomes 0: it would stay in a recursion for ever.
-template <class Sample>
-void widen(double* target, const Sample* source, int32_t frames) {
-    for (int32_t i = 0; i < frames; ++i) {
-        const double value = source[i];
-        target[i] = std::fabs(value) <= std::numeric_limits<double>::max() ? value : 0.0;
-    }
-}
 
 /// The first sample that the host's format cannot hold, or `frames`.
 template <class Sample>
@@ -32,18 +23,6 @@ int32_t firstUnfit(const double* source, int32_t frames) {
         }
     }
     return frames;
-}
-
-/// Rounds one channel; false if the host's format cannot hold all of it.
-template <class Sample>
-bool convert(Sample* target, const double* source, int32_t frames) {
-    bool isFit = true;
-    for (int32_t i = 0; i < frames; ++i) {
-        const auto value = static_cast<Sample>(source[i]);
-        target[i] = value;
-        isFit &= std::fabs(value) <= std::numeric_limits<Sample>::max();
-    }
-    return isFit;
 }
 
 template <class Sample>
@@ -254,7 +233,7 @@ void CAudioBlockRunner::giveOutputs(Sample* const* outputs, int32_t offset, int3
         const double* const block = outputs_[h];
         if (block == nullptr) {
             clear(outputs[h] + offset, frames);
-        } else if (!convert(outputs[h] + offset, block, frames)) {
+        } else if (!round(outputs[h] + offset, block, frames)) {
             good = std::min(good, firstUnfit<Sample>(block, frames));
         }
     }
