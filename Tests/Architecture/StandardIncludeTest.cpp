@@ -54,6 +54,7 @@ const std::map<std::string, CNames> kDeclaredIn = {
     {"memory_order_release", {"atomic"}},
     {"min", {"algorithm"}},
     {"move", {"utility"}},
+    {"numeric_limits", {"limits"}},
     {"pair", {"utility", "map"}},
     {"round", {"cmath"}},
     {"set", {"set"}},

@@ -99,8 +99,8 @@ void CAudioBlockRunner::process(const Sample* const* inputs, Sample* const* outp
     }
 }
 
-/// Runs end where a fade ends, so that no process must cut its own block. What is left of a fade at a raised rate may be
-/// less than a frame: that frame runs alone.
+/// Runs end where a fade ends, so that no process must cut its own block. What is left of a fade at a raised rate may
+/// be less than a frame: that frame runs alone.
 int32_t CAudioBlockRunner::pieceLength(int32_t left) const {
     const double fadeLeft = graph_.shared().fadeLeft();
     if (fadeLeft <= 0.0 || fadeLeft >= left) {
