@@ -85,6 +85,26 @@ TEST(RepeatedRun, EndsWithAChangeOfAnyKind) {
     }
 }
 
+TEST(RepeatedRun, GoesOnUnderChangesThatWaitForAFade) {
+    // At 44.1 kHz a fade takes 661.5 samples: at twice the rate it ends between two of the host.
+    for (int32_t stages = 0; stages < 3; ++stages) {
+        const CSetup setup{44100.0, 2, straight(2, stages)};
+        const CSignal input = noise(2, 32 * 400, 0.5);
+        std::vector<CEvent> events;
+        for (int32_t i = 1; i < 400; ++i) {
+            events.push_back({32 * i, {kGains, 0, i % 7, 0.5 + 0.001 * i}});
+        }
+        const auto watched = start(setup);
+        CWatcher watcher;
+        watched->graph().observer = &watcher;
+        const CSignal expected = render(*watched, input, events, cutInto(32));
+        EXPECT_EQ(repeats(*watched), 0u);
+        const auto free = start(setup);
+        EXPECT_EQ(firstDifference(render(*free, input, events, cutInto(32)), expected), CDifference()) << stages;
+        EXPECT_GT(repeats(*free), 150u) << stages;
+    }
+}
+
 TEST(RepeatedRun, EndsWhenTheHostTakesAnInputAway) {
     const auto instance = start({44100.0, 2, straight(2, 0)});
     const CSignal input = noise(2, 512, 0.5);

@@ -208,5 +208,115 @@ TEST(CRecordedRun, WithTooManyOperationsIsNotKept) {
     EXPECT_TRUE(record(3));
 }
 
+/// Counts how often it was asked, and fills a signal with 2.0.
+class CTwos final : public CRunInputs {
+public:
+    explicit CTwos(double* signal) : signal_(signal) {}
+    void fill() override {
+        ++count;
+        *signal_ = 2.0;
+    }
+    int32_t count = 0;
+
+private:
+    double* signal_;
+};
+
+TEST(CRecordedRun, RunsWhenItEndsOrIsFlushed) {
+    const CSubject subject;
+    CQPLEXContext& context = *subject.context;
+    const int32_t multiply = context.commonKernel(CCommonKernel::Mulci);
+    const CBufferHandle signal = context.takeSignal(1);
+    double& value = *context.signal(signal);
+    value = 1.0;
+    context.startRecording();
+    context.issue(multiply, 1, 3.0, {signal});
+    context.endProcess();
+    EXPECT_EQ(value, 1.0);
+    context.flush();
+    EXPECT_EQ(value, 3.0);
+    context.issue(multiply, 1, 5.0, {signal});
+    EXPECT_EQ(value, 3.0);
+    ASSERT_TRUE(context.endRecording());
+    EXPECT_EQ(value, 15.0);
+    context.repeat();
+    EXPECT_EQ(value, 225.0);
+}
+
+TEST(CRecordedRun, AsksForItsInputsBeforeItRuns) {
+    const CSubject subject;
+    CQPLEXContext& context = *subject.context;
+    const CBufferHandle in = context.takeSignal(1);
+    const CBufferHandle other = context.takeSignal(1);
+    const CBufferHandle out = context.takeSignal(1);
+    CTwos twos(context.signal(in));
+    context.startRecording(&twos);
+    EXPECT_FALSE(context.isRecordedIn(in));
+    context.issue(context.commonKernel(CCommonKernel::Mulc), 1, 3.0, {out, in});
+    EXPECT_TRUE(context.isRecordedIn(in));
+    EXPECT_FALSE(context.isRecordedIn(other));
+    EXPECT_EQ(twos.count, 0);
+    ASSERT_TRUE(context.endRecording());
+    EXPECT_EQ(twos.count, 1);
+    EXPECT_EQ(*context.signal(out), 6.0);
+    context.repeat();
+    EXPECT_EQ(twos.count, 1);
+}
+
+TEST(CRecordedRun, PutsOperationsThatAreApartIntoOneCall) {
+    const CSubject subject;
+    CQPLEXContext& context = *subject.context;
+    const int32_t multiply = context.commonKernel(CCommonKernel::Mulc);
+    CBufferHandle s[6];
+    for (CBufferHandle& signal : s) {
+        signal = context.takeSignal(2);
+    }
+    const auto calls = [&](auto&& issue) {
+        context.startRecording();
+        issue();
+        EXPECT_TRUE(context.endRecording());
+        return context.recordedRun().callCount();
+    };
+    const auto mulc = [&](CBufferHandle out, CBufferHandle in, int32_t count = 2) {
+        context.issue(multiply, count, 1.0, {out, in});
+    };
+    EXPECT_EQ(calls([&] { mulc(s[1], s[0]), mulc(s[3], s[2]), mulc(s[4], s[0]); }), 1);
+    EXPECT_EQ(calls([&] { mulc(s[1], s[0]), mulc(s[2], s[1]); }), 2) << "reads what the first one writes";
+    EXPECT_EQ(calls([&] { mulc(s[1], s[0]), mulc(s[0], s[2]); }), 2) << "writes what the first one reads";
+    EXPECT_EQ(calls([&] { mulc(s[1], s[0]), mulc(s[1], s[2]); }), 2) << "writes what the first one writes";
+    EXPECT_EQ(calls([&] { mulc(s[1], s[0]), mulc(s[3], s[2], 1); }), 2) << "another count";
+    EXPECT_EQ(calls([&] { mulc(s[1], s[0]), context.endProcess(), mulc(s[3], s[2]); }), 2) << "another process";
+}
+
+TEST(CRecordedRun, HoldsStateBlocksUntilNothingWaitsForThem) {
+    const CSubject subject;
+    CQPLEXContext& context = *subject.context;
+    const CBufferHandle out = context.takeSignal(1);
+    const auto writeState = [&](double value) {
+        const CBufferHandle state = context.takeBuffer(sizeof(double));
+        *context.signal(state) = value;
+        context.issue(context.commonKernel(CCommonKernel::Add2i), 1, 0.0, {out, state});
+        context.releaseReference(state);
+        return state;
+    };
+    *context.signal(out) = 0.0;
+    context.startRecording();
+    writeState(0.25);
+    writeState(0.5);  // no other block is free: what waits runs
+    EXPECT_EQ(*context.signal(out), 0.25);
+    context.endRecording();
+    EXPECT_EQ(*context.signal(out), 0.75);
+    *context.signal(out) = 0.0;
+    context.reserveBuffers(2, sizeof(double));
+    context.startRecording();
+    const CBufferHandle first = writeState(1.0);
+    EXPECT_NE(writeState(10.0), first) << "the operation that reads the first has not run";
+    context.flush();
+    EXPECT_EQ(*context.signal(out), 11.0);
+    writeState(100.0);
+    context.endRecording();
+    EXPECT_EQ(*context.signal(out), 111.0);
+}
+
 }  // namespace
 }  // namespace tarv
