@@ -113,7 +113,8 @@ inline void CQPLEXContext::recordOperands(const CKernel& kernel, int32_t count, 
     for (int32_t j = 0; j < N; ++j) {
         const CContextBuffer& buffer = *buffers[j];
         const bool isWritten = (kernel.writeMask >> j & 1) != 0;
-        isApart &= isBefore(buffer.lastWrite) & (!isWritten | isBefore(buffer.lastRead));
+        isApart &= isBefore(buffer.lastWrite);
+        isApart &= !isWritten || isBefore(buffer.lastRead);
         states |= buffer.state;
     }
     COperation& operation = run.add(kernel, count, immediate, isApart);

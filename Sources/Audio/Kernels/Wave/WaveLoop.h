@@ -49,32 +49,17 @@ public:
         const int32_t rounds = groups_ + outDelay_;
         const int32_t firstLane = plan_.vectors * kPerVector * G - 1;
         const int32_t from = firstLane > outDelay_ ? firstLane : outDelay_;
-        const int32_t to = wholeGroups_;
         int32_t r = 0;
         for (; r < rounds && r < from; ++r) {
-            runRound<true>(r);
+            runEdge(r);
         }
-        if constexpr (isLong()) {
-            prepareRoots<S>(turn(last_, r));
-        }
-        switch (plan_.post) {
-            case CWavePost::None:
-                for (; r < to; ++r) {
-                    runInside<CWavePost::None>(r);
-                }
-                break;
-            case CWavePost::InLanes:
-                for (; r < to; ++r) {
-                    runInside<CWavePost::InLanes>(r);
-                }
-                break;
-            case CWavePost::Alone:
-                for (; r < to; ++r) {
-                    runInside<CWavePost::Alone>(r);
-                }
+        if (isFading()) {
+            runInside<true>(r);
+        } else {
+            runInside<false>(r);
         }
         for (; r < rounds; ++r) {
-            runRound<true>(r);
+            runEdge(r);
         }
         moveStates<false>();
     }
@@ -256,7 +241,17 @@ private:
         }
     }
 
-    template <bool IsEdge, CWavePost Post>
+    /// A vector but the last one.
+    template <bool IsEdge, bool IsFading>
+    [[gnu::always_inline]] void runOther(int32_t r, int32_t v, const CLanes* neighbour) {
+        if constexpr (IsFading) {
+            stepVector<IsEdge, false, isLong(), CWaveFade<true>>(turn(v, r), nextTurn(v, r), fade(v), neighbour, {});
+        } else {
+            runVector<IsEdge, false>(r, v, neighbour);
+        }
+    }
+    /// IsFading: as isFading.
+    template <bool IsEdge, bool IsFading, CWavePost Post>
     [[gnu::always_inline]] void runVectors(int32_t r) {
         if constexpr (Post == CWavePost::Alone) {
             runBehind<IsEdge>(r);
@@ -269,29 +264,52 @@ private:
         } else {
             runVector<IsEdge, kHasPost>(r, last_, vector(last_ - 1) + kWaveOut);
             for (int32_t v = last_ - 1; v > 0; --v) {
-                runVector<IsEdge, false>(r, v, vector(v - 1) + kWaveOut);
+                runOther<IsEdge, IsFading>(r, v, vector(v - 1) + kWaveOut);
             }
-            runVector<IsEdge, false>(r, 0, x);
+            runOther<IsEdge, IsFading>(r, 0, x);
         }
         if constexpr (Post != CWavePost::Alone) {
             giveOutput<IsEdge>(r, vector(last_) + kWaveOut, lastLane_);
         }
     }
 
-    template <CWavePost Post>
-    [[gnu::always_inline]] void runInside(int32_t r) {
-        runVectors<false, Post>(r);
+    /// All lanes of all vectors but the last one are in a fade: as when a host moves everything.
+    bool isFading() const {
+        const uint32_t others = (1U << last_) - 1;
+        return last_ > 0 && (plan_.fadingWhole & others) == others;
     }
-    /// A round in which some lanes stand outside the block.
-    template <bool IsEdge>
-    [[gnu::noinline, gnu::sysv_abi]] void runRound(int32_t r) {
+    /// The rounds from `r` on in which all lanes stand inside the block.
+    template <bool IsFading>
+    [[gnu::always_inline]] void runInside(int32_t& r) {
+        if constexpr (isLong()) {
+            prepareRoots<S>(turn(last_, r));
+        }
         switch (plan_.post) {
             case CWavePost::None:
-                return runVectors<true, CWavePost::None>(r);
+                for (; r < wholeGroups_; ++r) {
+                    runVectors<false, IsFading, CWavePost::None>(r);
+                }
+                break;
             case CWavePost::InLanes:
-                return runVectors<true, CWavePost::InLanes>(r);
+                for (; r < wholeGroups_; ++r) {
+                    runVectors<false, IsFading, CWavePost::InLanes>(r);
+                }
+                break;
             case CWavePost::Alone:
-                return runVectors<true, CWavePost::Alone>(r);
+                for (; r < wholeGroups_; ++r) {
+                    runVectors<false, IsFading, CWavePost::Alone>(r);
+                }
+        }
+    }
+    /// A round in which some lanes stand outside the block.
+    [[gnu::noinline, gnu::sysv_abi]] void runEdge(int32_t r) {
+        switch (plan_.post) {
+            case CWavePost::None:
+                return runVectors<true, false, CWavePost::None>(r);
+            case CWavePost::InLanes:
+                return runVectors<true, false, CWavePost::InLanes>(r);
+            case CWavePost::Alone:
+                return runVectors<true, false, CWavePost::Alone>(r);
         }
     }
 
