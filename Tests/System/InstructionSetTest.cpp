@@ -141,7 +141,7 @@ CCut cutIntoStretches(uint32_t seed) {
         int32_t left = 0;
         int32_t frames = 0;
     };
-    auto stretch = std::make_shared<CStretch>(CRandom(seed));
+    auto stretch = std::make_shared<CStretch>(CStretch{CRandom(seed)});
     return [stretch] {
         CRandom& random = stretch->random;
         if (stretch->left-- == 0) {
