@@ -5,14 +5,13 @@
 
 #include <algorithm>
 #include <optional>
-#include <random>
 #include <string>
 
 #include "Audio/Context/CQPLEXContext.h"
 #include "Audio/Kernels/Wave/CHalfBandJoiner.h"
 #include "Audio/Kernels/Wave/CWaveJoiner.h"
 #include "Tests/Audio/Kernels/TestedSets.h"
-#include "Tests/System/EngineRun.h"
+#include "Tests/System/RandomScript.h"
 
 namespace tarv::engine {
 namespace {
@@ -29,127 +28,6 @@ void useSet(CPlainInstance& instance, const CUsedSet& set) {
     CQPLEXContext& context = *instance.context();
     context.setJoiner(CJoinedKernels::Bands, set ? std::make_unique<CWaveJoiner>(context, *set) : nullptr);
     context.setJoiner(CJoinedKernels::Rates, set ? std::make_unique<CHalfBandJoiner>(context, *set) : nullptr);
-}
-
-class CRandom {
-public:
-    explicit CRandom(uint32_t seed) : engine_(seed) {}
-    double between(double low, double high) { return low + (high - low) * (engine_() / 4294967296.0); }
-    int32_t below(int32_t n) { return static_cast<int32_t>(engine_() % static_cast<uint32_t>(n)); }
-    template <class T, size_t N>
-    const T& of(const T (&items)[N]) {
-        return items[below(N)];
-    }
-
-private:
-    std::mt19937 engine_;
-};
-
-/// A parameter of the sound with the range from which it is set.
-struct CRange {
-    const char* param;
-    int32_t elements;
-    double low;
-    double high;
-};
-constexpr CRange kSound[] = {
-    {kGains, 10, 0.25, 4.0}, {kFreqs, 10, 20.0, 21000.0}, {kOutGain, 1, 0.25, 4.0},
-    {kMute, 1, 0.0, 1.0},    {kBypass, 1, 0.0, 1.0},      {kSolo, 1, 0.0, 1.0},
-};
-
-/// What is played: a layout, a signal, and what changes at which frame.
-struct CScript {
-    CSetup setup;
-    CSignal input;
-    std::vector<CEvent> events;
-};
-
-class CScriptMaker {
-public:
-    explicit CScriptMaker(uint32_t seed) : random_(seed) {}
-
-    CScript make(int64_t frames) {
-        CScript script;
-        script.setup.channels = channels_ = 1 + random_.below(8);
-        // As much work in every script: many channels at low rates, few at high ones.
-        mostStages_ = channels_ > 4 ? 1 : channels_ > 2 ? 2 : 3;
-        script.setup.rate = random_.of({44100.0, 48000.0, 96000.0});
-        script.setup.sets = straight(channels_, random_.below(mostStages_ + 1));
-        script.setup.sets.push_back({kBandCount, 0, 0, 1.0 + random_.below(10)});
-        for (int32_t i = random_.below(6); i > 0; --i) {
-            script.setup.sets.push_back(layoutChange());
-        }
-        for (int32_t i = random_.below(40); i > 0; --i) {
-            script.setup.sets.push_back(soundChange());
-        }
-        script.input = noise(channels_, static_cast<size_t>(frames), random_.of({0.5, 0.5, 2.0, 40.0}), 7);
-        // Changes at any frame, or at each block's begin as a host's automation does.
-        beat_ = random_.below(3) == 0 ? random_.of({16, 32, 64, 500}) : 0;
-        for (int64_t at = random_.below(900); at<frames; at += beat_> 0 ? beat_ : pause()) {
-            if (random_.below(beat_ > 0 ? 40 : 6) == 0) {
-                script.events.push_back({at, layoutChange()});
-            }
-            for (int32_t i = 1 + random_.below(5); i > 0; --i) {
-                script.events.push_back({at, soundChange()});
-            }
-        }
-        return script;
-    }
-
-private:
-    /// A fade takes 662 frames and more: some end undisturbed, some are interrupted or have others beside them.
-    int32_t pause() {
-        const int32_t longest = random_.of({3, 100, 800, 2500});
-        return 1 + random_.below(longest);
-    }
-    CSet soundChange() {
-        const CRange& range = random_.of(kSound);
-        const double value = random_.between(range.low, range.high);
-        const bool isSwitch = range.low == 0.0;
-        const double number = isSwitch ? (random_.below(4) == 0 ? 1.0 : 0.0) : value;
-        return {range.param, random_.below(channels_), random_.below(range.elements), number};
-    }
-    CSet layoutChange() {
-        const double channel = random_.below(channels_ + 1);
-        const int32_t element = random_.below(8);
-        switch (random_.below(6)) {
-            case 0:
-                return {kInRouting, 0, element, channel};
-            case 1:
-                return {kOutRouting, 0, element, channel};
-            case 2:
-                return {kGrouping, 0, element, static_cast<double>(random_.below(8))};
-            case 3:
-                return {kPairs, 0, element, static_cast<double>(random_.below(5))};
-            case 4:
-                return {kBandCount, 0, 0, 1.0 + random_.below(10)};
-            default:
-                return {kOversampling, 0, 0, 1.0 + random_.below(mostStages_ + 1)};
-        }
-    }
-
-    CRandom random_;
-    int32_t channels_ = 1;
-    int32_t mostStages_ = 0;
-    int32_t beat_ = 0;
-};
-
-/// Stretches of blocks of one length, 1 to 700 frames: a run is recorded when its length comes again.
-CCut cutIntoStretches(uint32_t seed) {
-    struct CStretch {
-        CRandom random;
-        int32_t left = 0;
-        int32_t frames = 0;
-    };
-    auto stretch = std::make_shared<CStretch>(CStretch{CRandom(seed)});
-    return [stretch] {
-        CRandom& random = stretch->random;
-        if (stretch->left-- == 0) {
-            stretch->frames = 1 + random.below(random.of({8, 64, 200, 700}));
-            stretch->left = random.below(1 + 1500 / stretch->frames);
-        }
-        return stretch->frames;
-    };
 }
 
 /// What was repeated, and how much of it was joined, so that a test sees that there was something to see.
