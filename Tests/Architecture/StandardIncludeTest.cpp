@@ -59,6 +59,7 @@ const std::map<std::string, CNames> kDeclaredIn = {
     {"round", {"cmath"}},
     {"set", {"set"}},
     {"shared_ptr", {"memory"}},
+    {"span", {"span"}},
     {"sin", {"cmath"}},
     {"sqrt", {"cmath"}},
     {"string", {"string"}},

@@ -1,5 +1,7 @@
 #include "Audio/Context/CQPLEXContext.h"
 
+#include <algorithm>
+
 namespace tarv {
 
 CQPLEXContext::CQPLEXContext() : claims_(buffers_, operations_, ready_) {}
@@ -15,6 +17,17 @@ void CQPLEXContext::registerChain(const int32_t (&kernelNumbers)[kChainStages], 
     if (!chain_.is(kernelNumbers, function)) {
         flush();
         chain_.set(kernelNumbers, function);
+    }
+}
+
+void CQPLEXContext::addEndKernel(int32_t kernelNumber, CEndKernel kernel) {
+    if (kernelNumber == -1 || endKernelCount_ == kMostEndKernels) {
+        return;
+    }
+    kernel.function = kernels_[kernelNumber].function;
+    const auto isThis = [&](const CEndKernel& known) { return known.function == kernel.function; };
+    if (std::none_of(endKernels_, endKernels_ + endKernelCount_, isThis)) {
+        endKernels_[endKernelCount_++] = kernel;
     }
 }
 

@@ -3,11 +3,13 @@
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
+#include <span>
 #include <utility>
 
 #include "Audio/Context/CBufferClaims.h"
 #include "Audio/Context/CBufferTable.h"
 #include "Audio/Context/CContextCounters.h"
+#include "Audio/Context/CEndKernel.h"
 #include "Audio/Context/CKernelCalls.h"
 #include "Audio/Context/CKernelTable.h"
 #include "Audio/Context/COperation.h"
@@ -49,6 +51,10 @@ public:
     void setJoiner(CJoinedKernels kernels, std::unique_ptr<CRunJoiner> joiner) {
         joiners_[static_cast<int32_t>(kernels)] = std::move(joiner);
     }
+    /// Such a kernel may read a host's samples, or write for it. Up to kMostEndKernels; one that is known already, or
+    /// has the number -1, adds nothing.
+    void addEndKernel(int32_t kernelNumber, CEndKernel kernel);
+    std::span<const CEndKernel> endKernels() const { return {endKernels_, static_cast<size_t>(endKernelCount_)}; }
     int32_t kernelCount() const { return kernels_.count(); }
     const CKernel& kernel(int32_t number) const { return kernels_[number]; }
     /// The number of a common kernel; -1 until setCommonKernel names it.
@@ -161,6 +167,7 @@ public:
 
     /// The run that `repeat` makes again.
     const CRecordedRun& recordedRun() const { return calls_.recording(); }
+    CRecordedRun& recordedRun() { return calls_.recording(); }
 
     CContextCounters counters() const;
 
@@ -188,6 +195,9 @@ private:
     COperationChain chain_;
     CKernelCalls calls_;
     CRunJoiners joiners_;
+    static constexpr int32_t kMostEndKernels = 8;
+    CEndKernel endKernels_[kMostEndKernels];
+    int32_t endKernelCount_ = 0;
     uint64_t issued_ = 0;
     uint64_t rejected_ = 0;
     uint64_t flushes_ = 0;

@@ -6,6 +6,19 @@
 
 namespace tarv {
 
+namespace {
+
+/// The entry of a kernel, in any of its forms. One that has none can do nothing.
+CEndKernel findKernel(std::span<const CEndKernel> kernels, CKernelFunction function) {
+    const auto isOf = [=](const CEndKernel& k) {
+        return function == k.function || function == k.ofFloats || function == k.ofDoubles;
+    };
+    const auto found = std::find_if(kernels.begin(), kernels.end(), isOf);
+    return found != kernels.end() ? *found : CEndKernel();
+}
+
+}  // namespace
+
 CRecordedRun::CRecordedRun()
     : operations_(static_cast<COperation*>(CHeap::alloc(kMostOperations * sizeof(COperation)))),
       lastReads_(static_cast<uint8_t*>(CHeap::alloc(kMostOperations))),
@@ -115,6 +128,42 @@ void CRecordedRun::run() const {
     for (int32_t c = 0; c < callCount_; ++c) {
         runCall(calls_[c]);
     }
+}
+
+void CRecordedRun::findPlaces(CSignalPlaces& places, std::span<const CEndKernel> kernels) {
+    for (int32_t c = 0; c < callCount_; ++c) {
+        const CRecordedCall& call = calls_[c];
+        places.beginCall(c);
+        if (call.joined != nullptr) {
+            call.findPlaces(call.plan, places);
+            continue;
+        }
+        const CEndKernel kernel = findKernel(kernels, call.function);
+        for (int32_t i = 0; i < call.count; ++i) {
+            COperation& operation = call.operations[i];
+            for (int32_t j = 0; j < kMaxOperands; ++j) {
+                if (kernel.writes >> j & 1) {
+                    places.noteFill(operation.pointers[j], operation.count);
+                } else if (kernel.ofDoubles != nullptr && j == kernel.source) {
+                    places.noteRead(operation.pointers[j], operation.count);
+                } else {
+                    places.noteFixed(operation.pointers[j]);
+                }
+            }
+        }
+    }
+}
+
+bool CRecordedRun::replaceKernel(int32_t call, std::span<const CEndKernel> kernels, int32_t operations,
+                                 bool areFloats) {
+    const CEndKernel kernel = findKernel(kernels, calls_[call].function);
+    const CKernelFunction function = areFloats ? kernel.ofFloats : kernel.ofDoubles;
+    if (calls_[call].joined != nullptr || calls_[call].count != operations || function == nullptr) {
+        return false;
+    }
+    calls_[call].function = function;
+    calls_[call].batch = nullptr;
+    return true;
 }
 
 }  // namespace tarv

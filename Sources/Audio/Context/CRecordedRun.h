@@ -1,11 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 #include "Audio/Context/CContextBuffer.h"
+#include "Audio/Context/CEndKernel.h"
 #include "Audio/Context/CKernel.h"
 #include "Audio/Context/COperation.h"
 #include "Audio/Context/CRunJoiner.h"
+#include "Audio/Context/CSignalPlaces.h"
 
 namespace tarv {
 
@@ -61,6 +64,12 @@ public:
     int32_t joinedCount() const { return joinedCount_; }
     /// Makes the calls again, in order.
     void run() const;
+
+    /// Notes where the calls, which have run, name the signal of `places`.
+    void findPlaces(CSignalPlaces& places, std::span<const CEndKernel> kernels);
+    /// The call works on a host's samples from now on, in all of its operations; false if it has another number of them
+    /// than `operations`, or its kernel does not read such samples.
+    bool replaceKernel(int32_t call, std::span<const CEndKernel> kernels, int32_t operations, bool areFloats);
 
 private:
     /// Room for what eight channels with ten bands need in any set of instructions.

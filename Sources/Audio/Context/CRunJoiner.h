@@ -4,18 +4,22 @@
 #include <memory>
 
 #include "Audio/Context/COperation.h"
+#include "Audio/Context/CSignalPlaces.h"
 
 namespace tarv {
 
 /// Makes the calls that a plan stands for.
 using CJoinedFunction = void (*)(const void* plan);
+/// Notes where a plan names the signal of `places`.
+using CPlaceFinder = void (*)(void* plan, CSignalPlaces& places);
 
 /// A call of a recorded run: of a kernel for its operations, one by one or together, or a joined one.
 struct CRecordedCall {
     CKernelFunction function = nullptr;
     CKernelBatchFunction batch = nullptr;  ///< null: one by one
     CJoinedFunction joined = nullptr;
-    const void* plan = nullptr;
+    CPlaceFinder findPlaces = nullptr;  ///< of a joined call
+    void* plan = nullptr;
     COperation* operations = nullptr;  ///< `count` of them
     /// Of each operation: bit j says that nobody else reads what stands in operand j.
     const uint8_t* lastReads = nullptr;

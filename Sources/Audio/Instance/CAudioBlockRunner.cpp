@@ -26,9 +26,34 @@ int32_t firstUnfit(const double* source, int32_t frames) {
 }
 
 template <class Sample>
+constexpr CRunEnds::CFormat kFormat = sizeof(Sample) == sizeof(float) ? CRunEnds::CFormat::Floats
+                                                                      : CRunEnds::CFormat::Doubles;
+
+/// Whether buffer `i` of `frames` samples is there and touches none of the others.
+template <class Sample>
+bool isApart(Sample* const* buffers, int32_t count, int32_t i, int32_t frames) {
+    for (int32_t other = 0; other < count; ++other) {
+        if (other != i && buffers[other] != nullptr && std::abs(buffers[other] - buffers[i]) < frames) {
+            return false;
+        }
+    }
+    return buffers[i] != nullptr;
+}
+
+template <class Sample>
 void clear(Sample* target, int32_t frames) {
     for (int32_t i = 0; i < frames; ++i) {
         target[i] = 0;
+    }
+}
+
+/// Null pointers, or a null array, are left out.
+template <class Sample>
+void clearAll(Sample* const* outputs, int32_t count, int32_t from, int32_t to) {
+    for (int32_t h = 0; outputs != nullptr && h < count; ++h) {
+        if (outputs[h] != nullptr) {
+            clear(outputs[h] + from, to - from);
+        }
     }
 }
 
@@ -54,10 +79,10 @@ public:
     }
     /// An output may be an input as it came.
     void fillOutputs() {
-        const double** const end = runner_.outputs_ + runner_.graph_.shared().hostOutputs;
+        double* const* const end = runner_.outputs_ + runner_.graph_.shared().hostOutputs;
         for (int32_t i = 0; i < count(); ++i) {
-            const double* const signal = runner_.inputs_[i];
-            fill(i, signal != nullptr && std::find(runner_.outputs_, end, signal) != end);
+            double* const signal = runner_.inputs_[i];
+            fill(i, signal != nullptr && std::find<double* const*>(runner_.outputs_, end, signal) != end);
         }
     }
 
@@ -78,11 +103,7 @@ private:
 
 template <class Sample>
 void CAudioBlockRunner::silence(Sample* const* outputs, int32_t count, int32_t frames) {
-    for (int32_t h = 0; outputs != nullptr && h < count; ++h) {
-        if (outputs[h] != nullptr) {
-            clear(outputs[h], frames);
-        }
-    }
+    clearAll(outputs, count, 0, frames);
 }
 
 template <class Sample>
@@ -91,9 +112,13 @@ void CAudioBlockRunner::process(const Sample* const* inputs, Sample* const* outp
         const int32_t end = std::min(frames, offset + CAudioInstanceGraph::kMaxRun);
         for (int32_t position = offset; position < end;) {
             const int32_t count = pieceLength(end - position);
-            run(inputs, outputs, position, count);
+            const bool isWhole = run(inputs, outputs, position, count);
             graph_.makeRoomIfNeeded();
             position += count;
+            if (!isWhole) {
+                clearAll(outputs, graph_.shared().hostOutputs, position, end);
+                break;
+            }
         }
         graph_.shared().now += end - offset;
     }
@@ -109,19 +134,19 @@ int32_t CAudioBlockRunner::pieceLength(int32_t left) const {
     return std::max(static_cast<int32_t>(fadeLeft), 1);
 }
 
+/// False: the rest is silent.
 template <class Sample>
-void CAudioBlockRunner::run(const Sample* const* inputs, Sample* const* outputs, int32_t offset, int32_t frames) {
+bool CAudioBlockRunner::run(const Sample* const* inputs, Sample* const* outputs, int32_t offset, int32_t frames) {
     CAudioGraph& shared = graph_.shared();
-    const bool isRepetition = isSteady(reinterpret_cast<const void* const*>(inputs), frames);
+    const bool isRepetition = isSteady(reinterpret_cast<const void* const*>(inputs), kFormat<Sample>, frames);
     if (isRepetition && shared.context->isRecorded() && takeQuietChanges()) {
-        repeat(inputs, offset, frames);
-        giveOutputs(outputs, offset, frames);
-        return;
+        return repeat(inputs, outputs, offset, frames);
     }
     const uint64_t deliveries = shared.collector->deliveries();
     takeInputs(inputs, frames);
     CInputs<Sample> filler(*this, inputs, offset, frames);
     shared.beginRun();
+    ends_.clear();
     const bool isRecorded = isRepetition || isLong(frames);
     if (isRecorded) {
         holdInputs();
@@ -134,22 +159,24 @@ void CAudioBlockRunner::run(const Sample* const* inputs, Sample* const* outputs,
         shared.context->endRecording();
         releaseInputs();
     }
-    noteRun(frames, deliveries);
+    noteRun(kFormat<Sample>, frames, deliveries);
     if (isRecorded) {
         filler.fillOutputs();
     }
     if (!isRepetition) {
         shared.context->dropRecording();
     }
-    giveOutputs(outputs, offset, frames);
+    const bool isWhole = giveOutputs(outputs, 0, offset, frames);
     graph_.output().clearBuffers();
+    return isWhole;
 }
 
 /// Whether a run would issue the same operations as the last one, but for changes: the same inputs have buffers, and no
 /// fade ends.
-bool CAudioBlockRunner::isSteady(const void* const* inputs, int32_t frames) const {
+bool CAudioBlockRunner::isSteady(const void* const* inputs, CRunEnds::CFormat format, int32_t frames) const {
     const CAudioGraph& shared = graph_.shared();
-    if (!shared.isSteady() || frames != frames_ || frames > shared.fadeLeft() || shared.observer != nullptr) {
+    if (!shared.isSteady() || frames != frames_ || format != format_ || frames > shared.fadeLeft() ||
+        shared.observer != nullptr) {
         return false;
     }
     for (int32_t i = 0; i < shared.hostInputs; ++i) {
@@ -210,44 +237,86 @@ void CAudioBlockRunner::releaseInputs() {
     }
 }
 
-/// Runs the recorded kernel calls again, with these inputs.
+/// Runs the recorded kernel calls again, with these inputs and outputs.
 template <class Sample>
-void CAudioBlockRunner::repeat(const Sample* const* inputs, int32_t offset, int32_t frames) {
+bool CAudioBlockRunner::repeat(const Sample* const* inputs, Sample* const* outputs, int32_t offset, int32_t frames) {
+    if (ends_.format() == CRunEnds::CFormat::None) {
+        link<Sample>();
+    }
     for (int32_t i = 0; i < graph_.shared().hostInputs; ++i) {
-        if (isRead_[i]) {
+        if (ends_.takesInput(i)) {
+            ends_.setInput(i, inputs[i] + offset);
+        } else if (isRead_[i]) {
             widen(inputs_[i], inputs[i] + offset, frames);
         }
     }
+    const uint32_t direct = giveDirectly(outputs, offset, frames);
     graph_.shared().context->repeat();
     graph_.shared().noteRepetition(frames);
+    return giveOutputs(outputs, direct, offset, frames);
 }
 
 template <class Sample>
-void CAudioBlockRunner::giveOutputs(Sample* const* outputs, int32_t offset, int32_t frames) {
+void CAudioBlockRunner::link() {
+    CQPLEXContext& context = *graph_.shared().context;
+    const double* read[kMaxHostChannels];
+    const auto inputs = static_cast<size_t>(graph_.shared().hostInputs);
+    const auto outputs = static_cast<size_t>(graph_.shared().hostOutputs);
+    for (size_t i = 0; i < inputs; ++i) {
+        // An output may be an input as it came.
+        const bool isGiven = std::find(outputs_, outputs_ + outputs, inputs_[i]) != outputs_ + outputs;
+        read[i] = isRead_[i] && !isGiven ? inputs_[i] : nullptr;
+    }
+    ends_.link(context.recordedRun(), context.endKernels(), kFormat<Sample>, {read, inputs}, {outputs_, outputs},
+               frames_);
+}
+
+/// Lets the run write to the host's buffers, or to its own blocks; bit h of the result: output h goes to the host's.
+template <class Sample>
+uint32_t CAudioBlockRunner::giveDirectly(Sample* const* outputs, int32_t offset, int32_t frames) const {
+    uint32_t direct = 0;
+    if constexpr (kFormat<Sample> == CRunEnds::CFormat::Doubles) {
+        const int32_t count = graph_.shared().hostOutputs;
+        for (int32_t h = 0; h < count; ++h) {
+            if (ends_.givesOutput(h)) {
+                const bool isDirect = outputs != nullptr && isApart(outputs, count, h, frames);
+                ends_.setOutput(h, isDirect ? outputs[h] + offset : outputs_[h]);
+                direct |= static_cast<uint32_t>(isDirect) << h;
+            }
+        }
+    }
+    return direct;
+}
+
+/// Bit h of `direct`: the run has written output h to the host's buffer. False: from one sample on all are silent.
+template <class Sample>
+bool CAudioBlockRunner::giveOutputs(Sample* const* outputs, uint32_t direct, int32_t offset, int32_t frames) {
     const int32_t count = outputs != nullptr ? graph_.shared().hostOutputs : 0;
     int32_t good = frames;
     for (int32_t h = 0; h < count; ++h) {
         if (outputs[h] == nullptr) {
             continue;
         }
-        const double* const block = outputs_[h];
-        if (block == nullptr) {
-            clear(outputs[h] + offset, frames);
-        } else if (!round(outputs[h] + offset, block, frames)) {
-            good = std::min(good, firstUnfit<Sample>(block, frames));
+        Sample* const target = outputs[h] + offset;
+        if (outputs_[h] == nullptr) {
+            clear(target, frames);
+            continue;
+        }
+        const bool isDirect = (direct >> h & 1) != 0;
+        const double* const source = isDirect ? reinterpret_cast<const double*>(target) : outputs_[h];
+        if (!(isDirect ? areFinite(source, frames) : round(target, source, frames))) {
+            good = std::min(good, firstUnfit<Sample>(source, frames));
         }
     }
     if (good < frames) {
-        for (int32_t h = 0; h < count; ++h) {
-            if (outputs[h] != nullptr) {
-                clear(outputs[h] + offset + good, frames - good);
-            }
-        }
+        clearAll(outputs, count, offset + good, offset + frames);
         graph_.reset();
     }
+    return good == frames;
 }
 
-void CAudioBlockRunner::noteRun(int32_t frames, uint64_t deliveries) {
+void CAudioBlockRunner::noteRun(CRunEnds::CFormat format, int32_t frames, uint64_t deliveries) {
+    format_ = format;
     frames_ = frames;
     deliveries_ = deliveries;
     for (int32_t h = 0; h < graph_.shared().hostOutputs; ++h) {

@@ -13,4 +13,7 @@ void widen(double* target, const double* source, int32_t frames);
 bool round(float* target, const double* source, int32_t frames);
 bool round(double* target, const double* source, int32_t frames);
 
+/// Whether all `frames` samples are finite.
+bool areFinite(const double* source, int32_t frames);
+
 }  // namespace tarv

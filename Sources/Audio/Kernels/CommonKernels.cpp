@@ -88,6 +88,7 @@ void registerCommonKernels(CQPLEXContext& context) {
             context.registerKernel(row.name, row.function, row.operandCount, row.writeMask, 0, row.batch);
         context.setCommonKernel(row.kernel, number);
     }
+    context.addEndKernel(context.commonKernel(CCommonKernel::Mulc), {.writes = 1});
 }
 
 void kernelCopy(COperation& operation) {

@@ -40,7 +40,7 @@ void mapPairs(COperation& operation, F f) {
 
 void registerMidSideKernels(CQPLEXContext& context) {
     context.registerKernel(KernelName::kMsEnc, kernelMsEnc, 4, 3);
-    context.registerKernel(KernelName::kMsDec, kernelMsDec, 4, 3);
+    context.addEndKernel(context.registerKernel(KernelName::kMsDec, kernelMsDec, 4, 3), {.writes = 3});
 }
 
 void kernelMsEnc(COperation& operation) {

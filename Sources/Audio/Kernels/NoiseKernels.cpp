@@ -1,6 +1,7 @@
 #include "Audio/Kernels/NoiseKernels.h"
 
 #include "Audio/Context/CQPLEXContext.h"
+#include "Audio/Kernels/HostPairs.h"
 #include "Audio/Kernels/KernelLanes.h"
 #include "Audio/Kernels/KernelNames.h"
 
@@ -54,21 +55,40 @@ private:
     __m128i seeds_;
 };
 
+/// A signal as source.
+struct CSignalSource {
+    const double* samples;
+
+    CPair pair(int32_t i) const { return loadPair(samples + i); }
+    double one(int32_t i) const { return samples[i]; }
+    bool isApartFrom(const double* out, int32_t count) const { return isApart(out, samples, count); }
+};
+
+/// A host's buffer as source: it never touches a signal.
+template <class Sample>
+struct CHostSource {
+    const Sample* samples;
+
+    CPair pair(int32_t i) const { return finiteOf(loadHostPair(samples + i)); }
+    double one(int32_t i) const { return finiteOf(static_cast<double>(samples[i])); }
+    bool isApartFrom(const double*, int32_t) const { return true; }
+};
+
 /// out i = f(in i, b i x 2e-11).
-template <class F>
-void addNoise(COperation& operation, const double* in, F f) {
+template <class Source, class F>
+void addNoise(COperation& operation, Source in, F f) {
     double* const out = operation.signal(0);
     uint32_t seed = *operation.operand<uint32_t>(1);
     const int32_t count = operation.count;
     int32_t i = 0;
-    if (isApart(out, in, count) && count >= 4) {
+    if (in.isApartFrom(out, count) && count >= 4) {
         CSeeds seeds(seed);
         for (; i + 4 <= count; i += 4) {
             CPair early;
             CPair late;
             seeds.noise(early, late);
-            const CPair y0 = f(loadPair(in + i), early);
-            const CPair y1 = f(loadPair(in + i + 2), late);
+            const CPair y0 = f(in.pair(i), early);
+            const CPair y1 = f(in.pair(i + 2), late);
             storePair(out + i, y0);
             storePair(out + i + 2, y1);
             seeds.step();
@@ -76,26 +96,37 @@ void addNoise(COperation& operation, const double* in, F f) {
         seed = seeds.first();
     }
     for (; i < count; ++i) {
-        out[i] = f(in[i], noiseOf(seed));
+        out[i] = f(in.one(i), noiseOf(seed));
         seed = nextSeed(seed);
     }
     *operation.operand<uint32_t>(1) = seed;
 }
 
+constexpr auto kAddDenorm = [](auto x, auto noise) { return x - kLevel + noise; };
+
 }  // namespace
 
 void registerNoiseKernels(CQPLEXContext& context) {
-    context.registerKernel(KernelName::kDenorm, kernelDenorm, 3, 3);
+    const int32_t denorm = context.registerKernel(KernelName::kDenorm, kernelDenorm, 3, 3);
+    context.addEndKernel(denorm,
+                         {.ofFloats = kernelDenormHost<float>, .ofDoubles = kernelDenormHost<double>, .source = 2});
     context.registerKernel(KernelName::kDenormN, kernelDenormN, 2, 3);
 }
 
 void kernelDenorm(COperation& operation) {
-    addNoise(operation, operation.signal(2), [](auto x, auto noise) { return x - kLevel + noise; });
+    addNoise(operation, CSignalSource{operation.signal(2)}, kAddDenorm);
 }
+
+template <class Sample>
+void kernelDenormHost(COperation& operation) {
+    addNoise(operation, CHostSource<Sample>{operation.operand<const Sample>(2)}, kAddDenorm);
+}
+template void kernelDenormHost<float>(COperation& operation);
+template void kernelDenormHost<double>(COperation& operation);
 
 void kernelDenormN(COperation& operation) {
     // The destination stands in for the source, whose value the result does not use.
-    addNoise(operation, operation.signal(0), [](auto, auto noise) { return noise - kLevel; });
+    addNoise(operation, CSignalSource{operation.signal(0)}, [](auto, auto noise) { return noise - kLevel; });
 }
 
 }  // namespace tarv

@@ -69,12 +69,15 @@ TYPED_TEST(HostSamples, ThatTheFormatCannotHoldAreFoundAtEachPlace) {
                 source[place] = value;
                 std::vector<TypeParam> target(count);
                 EXPECT_FALSE(round(target.data(), source.data(), static_cast<int32_t>(count))) << value << " " << place;
+                EXPECT_EQ(areFinite(source.data(), static_cast<int32_t>(count)), std::isfinite(value)) << place;
             }
         }
     }
     const double most[] = {TestFixture::kMost, -TestFixture::kMost, 0.0};
     TypeParam target[3] = {};
     EXPECT_TRUE(round(target, most, 3));
+    EXPECT_TRUE(areFinite(most, 3));
+    EXPECT_TRUE(areFinite(most, 0));
 }
 
 }  // namespace

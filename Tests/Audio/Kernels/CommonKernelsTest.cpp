@@ -109,6 +109,41 @@ TEST(CommonKernels, MidSideMaySwapItsBuffersInPlace) {
     EXPECT_EQ(left, (std::vector<double>{0.25, 0.875, 2.0}));
 }
 
+template <class Sample>
+void takeHostSamples() {
+    constexpr Sample kInfinity = std::numeric_limits<Sample>::infinity();
+    constexpr Sample kNone = std::numeric_limits<Sample>::quiet_NaN();
+    const std::vector<Sample> host = {Sample(0.1), kInfinity, Sample(-0.0), Sample(3),     kNone, -kInfinity,
+                                      Sample(2),   Sample(5), Sample(-7),   Sample(1e-30), kNone};
+    for (size_t first = 0; first < host.size(); ++first) {
+        const auto count = static_cast<int32_t>(host.size() - first);
+        std::vector<double> plain(host.begin() + static_cast<ptrdiff_t>(first), host.end());
+        for (double& x : plain) {
+            x = std::isfinite(x) ? x : 0.0;
+        }
+        std::vector<double> expected(plain.size() + 1, 9.0);
+        std::vector<double> got = expected;
+        uint32_t seeds[2] = {77, 77};
+        COperation operation = {};
+        operation.count = count;
+        operation.pointers[0] = expected.data();
+        operation.pointers[1] = &seeds[0];
+        operation.pointers[2] = plain.data();
+        kernelDenorm(operation);
+        operation.pointers[0] = got.data();
+        operation.pointers[1] = &seeds[1];
+        operation.pointers[2] = const_cast<Sample*>(host.data() + first);
+        kernelDenormHost<Sample>(operation);
+        EXPECT_EQ(got, expected) << first;
+        EXPECT_EQ(seeds[1], seeds[0]) << first;
+    }
+}
+
+TEST(CommonKernels, NoiseIsAddedToAHostsSamplesAsToTheWidenedOnes) {
+    takeHostSamples<float>();
+    takeHostSamples<double>();
+}
+
 TEST(CommonKernels, TheNoiseIsASquareWaveFromBitTwentyThreeOfItsSeed) {
     std::vector<double> out(1000);
     uint32_t seed = 0;

@@ -94,6 +94,28 @@ void CHalfBandJoiner::runJoined(const void* plan) {
     }
 }
 
+/// What stands behind a filter that goes down can be elsewhere, also for the two kernels.
+void CHalfBandJoiner::findPlacesOfJoined(void* plan, CSignalPlaces& places) {
+    CJoined& joined = *static_cast<CJoined*>(plan);
+    CHalfBandPlan& p = joined.plan;
+    for (int32_t c = 0; c < p.channels; ++c) {
+        COperation& last = joined.second.operations[c];
+        for (void* const operand : joined.first.operations[c].pointers) {
+            places.noteFixed(operand);
+        }
+        for (int32_t j = p.isUp ? 0 : 1; j < kMaxOperands; ++j) {
+            places.noteFixed(last.pointers[j]);
+        }
+        places.noteFixed(p.in[c]);
+        if (p.isUp) {
+            places.noteFixed(p.out[c]);
+        } else {
+            places.noteFill(last.pointers[0], p.count);
+            places.noteFill(joined.copyFrom[c] != nullptr ? joined.copyTo[c] : p.out[c], p.count);
+        }
+    }
+}
+
 /// Channels often stand where another one stood before. What was to hold the samples in between has room for copies.
 bool CHalfBandJoiner::makeApart(CJoined& joined) {
     CHalfBandPlan& plan = joined.plan;
@@ -193,7 +215,7 @@ bool CHalfBandJoiner::plan(CPlanMemory& memory, CRecordedCall& call) {
     auto* const kept = memory.take<CJoined>(1);
     if (kept != nullptr) {
         *kept = *found_;
-        call = {.joined = runJoined, .plan = kept};
+        call = {.joined = runJoined, .findPlaces = findPlacesOfJoined, .plan = kept};
     }
     return kept != nullptr;
 }

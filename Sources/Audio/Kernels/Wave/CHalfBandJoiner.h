@@ -29,6 +29,7 @@ private:
     };
 
     static void runJoined(const void* plan);
+    static void findPlacesOfJoined(void* plan, CSignalPlaces& places);
     static bool makeApart(CJoined& joined);
     bool findFilter(CKernelFunction function, CHalfBandPlan& plan, bool& hasGain) const;
     bool takePair(const CRecordedCall& first, const CRecordedCall& second, CHalfBandPlan& plan) const;

@@ -1,6 +1,7 @@
 #include "Audio/Kernels/Wave/CWaveJoiner.h"
 
 #include <algorithm>
+#include <span>
 
 #include "Audio/Context/CQPLEXContext.h"
 #include "Audio/Kernels/KernelNames.h"
@@ -22,6 +23,16 @@ void runWaves(const void* plan) {
     const auto& waves = *static_cast<const CWaves*>(plan);
     for (int32_t i = 0; i < waves.count; ++i) {
         waves.run(waves.plans[i]);
+    }
+}
+
+void findPlacesOfWaves(void* plan, CSignalPlaces& places) {
+    const auto& waves = *static_cast<const CWaves*>(plan);
+    for (CWavePlan& wave : std::span(waves.plans, static_cast<size_t>(waves.count))) {
+        for (int32_t c = 0; c < wave.channels; ++c) {
+            places.noteFixed(wave.in[c]);
+            places.noteFill(wave.out[c], wave.count);
+        }
     }
 }
 
@@ -219,7 +230,7 @@ bool CWaveJoiner::plan(CPlanMemory& memory, CRecordedCall& call) {
         }
         first += together;
     }
-    call = {.joined = runWaves, .plan = waves};
+    call = {.joined = runWaves, .findPlaces = findPlacesOfWaves, .plan = waves};
     return true;
 }
 
