@@ -37,6 +37,7 @@ const std::map<std::string, CNames> kDeclaredIn = {
     {"function", {"functional"}},
     {"initializer_list", {"initializer_list"}},
     {"integer_sequence", {"utility"}},
+    {"isfinite", {"cmath"}},
     {"is_same_v", {"type_traits"}},
     {"is_trivially_copyable_v", {"type_traits"}},
     {"is_trivially_default_constructible_v", {"type_traits"}},
