@@ -12,6 +12,7 @@
 #include "Audio/Kernels/Wave/CInstructionSet.h"
 #include "Benchmarks/BuildMeasures.h"
 #include "Benchmarks/CRatioTable.h"
+#include "Benchmarks/RandomSounds.h"
 
 using namespace tarv;
 using namespace tarv::bench;
@@ -65,6 +66,9 @@ constexpr const char* kStartRows[] = {"made and opened", "resumed", "first block
 constexpr int32_t kStartRounds = 10;
 /// Not worse than before, and what is left of other programs' noise in the least of so many.
 constexpr double kStartLimit = 1.05;
+
+/// TARV_RANDOM_SCRIPTS says another number.
+constexpr int32_t kScripts = 100;
 
 struct CMemoryRow {
     const char* name;
@@ -222,13 +226,27 @@ bool reportInstances(const CBuilds& builds) {
     return memory.end() && isQuick;
 }
 
+/// Random scripts give the same bits with each set.
+bool reportSounds(const CBuilds& builds) {
+    bool isGood = true;
+    for (const CMeasured& m : measuredSets()) {
+        const char* const number = std::getenv("TARV_RANDOM_SCRIPTS");
+        const int32_t count = number != nullptr ? std::atoi(number) : kScripts;
+        const int32_t same = countSameSounds(builds, m.name, count);
+        std::printf("%s: %d of %d random scripts give the bits of the build before.\n", kTitles[m.set].c_str(), same,
+                    count);
+        isGood = isGood && same == count;
+    }
+    return isGood;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     if (argc != 3 && argc != 4) {
         std::fprintf(stderr,
                      "CompareBuilds BEFORE AFTER [PART]: two files of the plug-in, built for this system; with "
-                     "PART the rows of blocks whose names hold it\n");
+                     "PART the rows of blocks whose names hold it; PART \"bits\": random scripts alone\n");
         return 2;
     }
     const CBuilds builds = {argv[1], argv[2]};
@@ -241,6 +259,9 @@ int main(int argc, char** argv) {
     for (auto s = static_cast<size_t>(widestSet(readProcessorFeatures())) + 1; s < kSets; ++s) {
         std::printf("This machine has no %s: left out.\n", kTitles[s].c_str());
     }
+    if (argc == 4 && std::string(argv[3]) == "bits") {
+        return reportSounds(builds) ? 0 : 1;
+    }
     if (argc == 4) {
         return reportBlocks(builds, argv[3]) ? 0 : 1;
     }
@@ -248,5 +269,6 @@ int main(int argc, char** argv) {
     isGood = reportBlocks(builds, "") && isGood;
     isGood = reportLevels(builds) && isGood;
     isGood = reportInstances(builds) && isGood;
+    isGood = reportSounds(builds) && isGood;
     return isGood ? 0 : 1;
 }
