@@ -21,6 +21,7 @@ const std::map<std::string, CNames> kDeclaredIn = {
     {"array", {"array"}},
     {"bitset", {"bitset"}},
     {"atomic", {"atomic"}},
+    {"bit_cast", {"bit"}},
     {"bit_width", {"bit"}},
     {"clamp", {"algorithm"}},
     {"copy_n", {"algorithm"}},

@@ -13,6 +13,18 @@ constexpr double kPi2 = 9.869604401089358;
 constexpr double kTwoPi2 = 19.739208802178716;
 constexpr double kPi4 = 97.40909103400243;
 
+double halfTo(double exponent) {
+    return std::pow(0.5, exponent);
+}
+
+double twoTo(double exponent) {
+    return std::pow(2.0, exponent);
+}
+
+double tangentOf(double angle) {
+    return std::tan(angle);
+}
+
 struct CBiquad {
     double b0, b1, b2, a0, a1, a2;
 };
@@ -50,13 +62,13 @@ CBiquad assemble(const CGains& gains, double nyquist, double d, double x, double
 }
 
 /// `place` is the frequency as a part of the rate, `octaves` the bandwidth.
-CBiquad designA(const CGains& gains, double place, double octaves) {
+CBiquad designA(const CGains& gains, double place, double octaves, CKeptResults& kept) {
     // Limits in single precision, widened.
     constexpr double kHighestEdge = 0.47999998927116394;
     constexpr double kHighestCentre = 0.49000000953674316;
     const double z = gains.dcSquare();
     const double g2 = gains.centreSquare();
-    const double edge = std::min(place * std::pow(0.5, octaves / 2.0), kHighestEdge);
+    const double edge = std::min(place * kept.of(&halfTo, octaves / 2.0), kHighestEdge);
     const double w0 = 2.0 * kPi * std::min(place, kHighestCentre);
     const double a0 = w0 * w0;
     const double l = (2.0 * kPi * edge) * (2.0 * kPi * edge);
@@ -65,9 +77,9 @@ CBiquad designA(const CGains& gains, double place, double octaves) {
     const double t3 = (l * l + a0 * a0) * kPi2 * (z - gains.edgeSquare);
     const double nyquistSquare = (gains.edgeSquare * t1 + z * t2 + g2 * t3) / (t1 + t2 + t3);
     const double nyquist = std::sqrt(nyquistSquare);
-    const double tangent = std::tan(w0 / 2.0);
+    const double tangent = kept.of(&tangentOf, w0 / 2.0);
     const double w = tangent * tangent;
-    const double t = std::tan(a0 * 0.3183098861837907 * 0.5);
+    const double t = kept.of(&tangentOf, a0 * 0.3183098861837907 * 0.5);
     const double c = 1.0 / ((g2 - z) * t * t);
     const double s = std::sqrt((g2 - nyquistSquare) * (g2 - z)) * std::fabs(t * t * c);
     const double d = w * s;
@@ -78,7 +90,7 @@ CBiquad designA(const CGains& gains, double place, double octaves) {
 }
 
 /// `edge` and `centre` are parts of half the rate.
-CBiquad designB(const CGains& gains, double edge, double centre) {
+CBiquad designB(const CGains& gains, double edge, double centre, CKeptResults& kept) {
     const double z = gains.dcSquare();
     const double g2 = gains.centreSquare();
     const double l = edge * edge;
@@ -93,7 +105,7 @@ CBiquad designB(const CGains& gains, double edge, double centre) {
     const double v = g2 * r + gains.edgeSquare * s;
     const double nyquistSquare = (v + z * q) / (q + (r + s));
     const double middleSquare = (v + z * p) / (p + (r + s));  // at half of Nyquist
-    const double tangent = std::tan(centre * kPi * 0.5);
+    const double tangent = kept.of(&tangentOf, centre * kPi * 0.5);
     const double w = tangent * tangent;
     const double d = nyquistSquare - g2;
     const double e = 1.0 / ((middleSquare - g2) * d);
@@ -117,12 +129,12 @@ bool isUsable(const CBiquad& q) {
 }
 
 /// Design B around its singular point: at half of Nyquist the gain there equals the centre's, and E divides by zero.
-CBiquad designBAside(const CGains& gains, double place, double octaves) {
+CBiquad designBAside(const CGains& gains, double place, double octaves, CKeptResults& kept) {
     constexpr double kSingular = 0.5;
     // As a part of the frequency: nearer to the singular point rounding swallows the numerators' differences.
     constexpr double kLeastMove = 1e-6;
     constexpr double kFarthestMove = 0.1;
-    double edge = std::min(2.0 * place * std::pow(0.5, octaves / 2.0), 0.98);
+    double edge = std::min(2.0 * place * kept.of(&halfTo, octaves / 2.0), 0.98);
     double centre = std::min(2.0 * place, 0.99);
     if (std::fabs(centre - kSingular) < 0.01) {
         edge *= 0.99;
@@ -132,24 +144,24 @@ CBiquad designBAside(const CGains& gains, double place, double octaves) {
     double move = std::fabs(offset) < kSingular * kLeastMove ? kLeastMove : 0.0;
     const bool isNear = std::fabs(offset) < 0.01;
     const double direction = (offset < 0.0) == isNear ? -1.0 : 1.0;
-    CBiquad result = designB(gains, edge * (1.0 + direction * move), centre * (1.0 + direction * move));
+    CBiquad result = designB(gains, edge * (1.0 + direction * move), centre * (1.0 + direction * move), kept);
     while (!isUsable(result) && move < kFarthestMove) {
         move = move > 0.0 ? move * 2.0 : kLeastMove;
-        result = designB(gains, edge * (1.0 + direction * move), centre * (1.0 + direction * move));
+        result = designB(gains, edge * (1.0 + direction * move), centre * (1.0 + direction * move), kept);
     }
     return result;
 }
 
-CBiquad designC(const CGains& gains, double place, double octaves) {
+CBiquad designC(const CGains& gains, double place, double octaves, CKeptResults& kept) {
     const double z = gains.dcSquare();
     const double g2 = gains.centreSquare();
-    double upper = std::pow(2.0, octaves / 2.0) * place;
+    double upper = kept.of(&twoTo, octaves / 2.0) * place;
     if (gains.isBandPass()) {
         place = std::min(place, 0.5);
-        upper = std::min(std::pow(2.0, octaves / 2.0) * place, 0.5);
+        upper = std::min(kept.of(&twoTo, octaves / 2.0) * place, 0.5);
     }
     const double w0 = 2.0 * kPi * place;
-    const double width = 2.0 * kPi * (upper - std::pow(0.5, octaves / 2.0) * place);
+    const double width = 2.0 * kPi * (upper - kept.of(&halfTo, octaves / 2.0) * place);
     const double d1 = std::fabs(g2 - gains.edgeSquare);
     const double d2 = std::fabs(gains.edgeSquare - z);
     const double p = w0 * w0 - kPi2;
@@ -158,9 +170,9 @@ CBiquad designC(const CGains& gains, double place, double octaves) {
     const double nyquistSquare = nyquist * nyquist;
     const double e1 = std::fabs(g2 - nyquistSquare);
     const double e2 = std::fabs(gains.edgeSquare - nyquistSquare);
-    const double tangent = std::tan(w0 / 2.0);
+    const double tangent = kept.of(&tangentOf, w0 / 2.0);
     const double d = std::sqrt(e1 / std::fabs(g2 - z)) * (tangent * tangent);
-    const double x1 = (std::sqrt(d2 / e2) * d + 1.0) * std::tan(width / 2.0);
+    const double x1 = (std::sqrt(d2 / e2) * d + 1.0) * kept.of(&tangentOf, width / 2.0);
     const double ya =
         x1 * x1 * e2 - (std::fabs(gains.edgeSquare - gains.dc * nyquist) - std::sqrt(d2 * e2)) * (2.0 * d);
     const double yb = 2.0 * d * (std::fabs(g2 - gains.dc * nyquist) - std::sqrt(std::fabs(g2 - z) * e1));
@@ -170,8 +182,8 @@ CBiquad designC(const CGains& gains, double place, double octaves) {
 }
 
 constexpr int32_t kDesignCount = 3;
-constexpr CBiquad (*kDesigns[kDesignCount])(const CGains&, double place, double octaves) = {&designA, &designBAside,
-                                                                                            &designC};
+constexpr CBiquad (*kDesigns[kDesignCount])(const CGains&, double place, double octaves, CKeptResults&) = {
+    &designA, &designBAside, &designC};
 
 }  // namespace
 
@@ -191,7 +203,7 @@ void CAudioFilterMagnusGen::design(CSectionList& list, double sampleRate, const 
     }
     const bool isPeak = type_ < kDesignCount;
     const CGains gains = isPeak ? peakGains(values[1]) : CGains{0.0, 1.0, kBandPassEdge};
-    const CBiquad q = kDesigns[type_ % kDesignCount](gains, values[0] / sampleRate, values[2]);
+    const CBiquad q = kDesigns[type_ % kDesignCount](gains, values[0] / sampleRate, values[2], list.keptResults());
     addSection(list, 0, q.b0 / q.a0, {q.b1 / q.b0, q.b2 / q.b0}, {-q.a1 / q.a0, -q.a2 / q.a0});
 }
 

@@ -22,6 +22,18 @@ struct CBiquad {
     double b0, b1, b2, a0, a1, a2;
 };
 
+double sineOf(double angle) {
+    return std::sin(angle);
+}
+
+double cosineOf(double angle) {
+    return std::cos(angle);
+}
+
+double hyperbolicSineOf(double number) {
+    return std::sinh(number);
+}
+
 using CFormula = CBiquad (*)(const CTerms& t);
 
 /// The denominator that all types but the peak, the shelves and the last share.
@@ -124,13 +136,14 @@ void CAudioFilterRBJGen::design(CSectionList& list, double sampleRate, const dou
         return;
     }
     const double w = 2.0 * std::numbers::pi * std::min(values[0], kHighestPlace * sampleRate) / sampleRate;
-    CTerms t{std::sqrt(values[1]), std::sin(w), std::cos(w), 0.0, 0.0, values[2]};
+    CKeptResults& kept = list.keptResults();
+    CTerms t{std::sqrt(values[1]), kept.of(&sineOf, w), kept.of(&cosineOf, w), 0.0, 0.0, values[2]};
     if (isQ_) {
         t.alpha = t.sine / (t.value + t.value);
         t.beta = std::sqrt(t.a) * t.sine / t.value;
     } else {
         const double octaves = std::numbers::ln2 * 0.5 * t.value;
-        const double h = std::min(std::sinh(isType2_ ? octaves : octaves * w / t.sine), kWidestBand);
+        const double h = std::min(kept.of(&hyperbolicSineOf, isType2_ ? octaves : octaves * w / t.sine), kWidestBand);
         t.alpha = t.sine * h;
         t.beta = 2.0 * std::sqrt(t.a) * h * t.sine;
     }

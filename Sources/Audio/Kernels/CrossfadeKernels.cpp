@@ -1,5 +1,6 @@
 #include "Audio/Kernels/CrossfadeKernels.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -36,13 +37,14 @@ struct CRamp {
 
 }  // namespace
 
+CRampStart rampStart(int32_t length, double place) {
+    const double d = std::numbers::pi / (length > 0 ? length : 1);
+    const double p = (2.0 * place + 0.5) * std::numbers::pi;
+    return {{std::sin(p) * 0.5, std::sin(p - d) * 0.5, 2.0 * std::cos(d)}};
+}
+
 void kernelXfadeInit(COperation& operation) {
-    double* const ramp = operation.signal(0);
-    const double d = std::numbers::pi / (operation.count > 0 ? operation.count : 1);
-    const double p = (2.0 * operation.immediate + 0.5) * std::numbers::pi;
-    ramp[0] = std::sin(p) * 0.5;
-    ramp[1] = std::sin(p - d) * 0.5;
-    ramp[2] = 2.0 * std::cos(d);
+    std::ranges::copy(rampStart(operation.count, operation.immediate).numbers, operation.signal(0));
 }
 
 void kernelXfade(COperation& operation) {

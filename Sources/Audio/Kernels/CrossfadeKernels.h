@@ -4,6 +4,14 @@
 
 namespace tarv {
 
+/// What the ramp of a fade begins with.
+struct CRampStart {
+    static constexpr int32_t kBytes = 3 * static_cast<int32_t>(sizeof(double));
+
+    double numbers[3] = {};
+};
+/// As kernelXfadeInit writes it: `length` is its count, `place` its immediate.
+CRampStart rampStart(int32_t length, double place);
 /// Sets the ramp of a raised-cosine crossfade by recurrence. Operand 0: ramp, three 64-bit floats. `count`: the samples
 /// of the whole fade (0 acts as 1). Immediate: where in the fade to start, from 0 for its beginning to 0.5 for its end.
 void kernelXfadeInit(COperation& operation);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Audio/Kernels/CrossfadeKernels.h"
 #include "Audio/Modules/CAudioModule.h"
 #include "Audio/Modules/CAudioProcessTerminalBase.h"
 
@@ -78,6 +79,8 @@ private:
     double rate_ = 0.0;
     uint64_t layout_ = 0;
     int32_t fadeLength_ = 1;
+    int32_t rampLength_ = 0;  ///< of the fade that rampStart_ begins; 0: none yet
+    CRampStart rampStart_;
     int64_t lastRun_ = 0;   ///< of the graph, at the last step
     bool mayFade_ = false;  ///< a voice is in a fade or has a change waiting
 };

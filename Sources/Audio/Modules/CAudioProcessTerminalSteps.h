@@ -54,8 +54,14 @@ void CAudioProcessTerminal<T>::startFade(CVoice& voice) {
     voice.current = next;
     voice.fadePosition = 0;
     voice.isPending = false;
-    voice.ramp = context().takeBuffer(3 * static_cast<int32_t>(sizeof(double)));
-    context().issue(context().commonKernel(CCommonKernel::Xfadei), fadeLength_, 0.0, {voice.ramp});
+    if (rampLength_ != fadeLength_) {
+        rampLength_ = fadeLength_;
+        rampStart_ = rampStart(fadeLength_, 0.0);
+    }
+    voice.ramp = context().takeBuffer(CRampStart::kBytes);
+    if (voice.ramp != kNoBuffer) {
+        *static_cast<CRampStart*>(context().data(voice.ramp)) = rampStart_;
+    }
 }
 
 template <class T>
