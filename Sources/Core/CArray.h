@@ -174,7 +174,13 @@ void CArray<T, N>::resize(int32_t count) {
         reserve(count);
     }
     if constexpr (std::is_trivially_default_constructible_v<T>) {
-        if (count_ < count) {
+        // A call for a few bytes takes longer than they do.
+        if (count_ + 1 == count) {
+            data_[count_++] = T();
+        } else if (count_ + 2 == count) {
+            data_[count_++] = T();
+            data_[count_++] = T();
+        } else if (count_ < count) {
             std::fill_n(data_ + count_, count - count_, T());
             count_ = count;
         }

@@ -125,6 +125,7 @@ void CAudioParam::notify(int32_t group, int32_t first, int32_t count, const CAud
     CArray<CAudioParamListener*, 31> listeners;
     {
         CLockScope scope(lock_);
+        listeners.reserve(listeners_.count());
         for (CAudioParamListener* listener : listeners_) {
             listeners.append(listener);
         }

@@ -21,7 +21,8 @@ void mergeInto(const CAudioParamData& present, const CAudioParamChange& earlier,
     const int32_t earlierEnd = earlier.first + earlier.count;
     const int32_t first = std::min(earlier.first, laterFirst);
     const int32_t end = later.resize ? laterEnd : std::max(earlierEnd, laterEnd);
-    later.values.resize((end - first) * size);
+    // Each of them is written below.
+    later.values.resizeUnset((end - first) * size);
     const auto numberAt = [&](int32_t element, int32_t index) {
         if (element >= earlier.first && element < earlierEnd) {
             return earlier.values[(element - earlier.first) * size + index];
