@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "Audio/Converters/ConverterMaths.h"
+#include "Platform/Exponential.h"
 
 namespace tarv {
 
@@ -66,7 +67,7 @@ double CAudioParamConverterGain::valueToShown(double value) const {
 }
 
 double CAudioParamConverterGain::shownToValue(double shown) const {
-    return std::exp(shown / kDecibelsPerNeper);
+    return exponential(shown / kDecibelsPerNeper);
 }
 
 }  // namespace tarv

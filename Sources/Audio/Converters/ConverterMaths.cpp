@@ -3,15 +3,16 @@
 #include <cmath>
 
 #include "Audio/Parameters/CAudioParamInfo.h"
+#include "Platform/Exponential.h"
 
 namespace tarv {
 
 double logNormToValue(const CAudioParamInfo& info, int32_t index, double norm) {
     if (index == 0) {
-        return std::exp(info.logMinimum() + norm * info.logRatio());
+        return exponential(info.logMinimum() + norm * info.logRatio());
     }
     const double minimum = info.minimum(index);
-    return std::exp(std::log(minimum) + norm * std::log(info.maximum(index) / minimum));
+    return exponential(std::log(minimum) + norm * std::log(info.maximum(index) / minimum));
 }
 
 double logValueToNorm(const CAudioParamInfo& info, int32_t index, double value) {
