@@ -11,7 +11,7 @@ namespace tarv::bench {
 struct CBlockRow {
     const char* name;
     CLayout layout;
-    int32_t batch;  ///< blocks between two looks at the clock
+    int32_t batch;  ///< blocks whose time is taken together
     int32_t batches;
 };
 
@@ -22,6 +22,7 @@ constexpr CBlockRow kBlockRows[] = {
     {"8 channels, 1x, 512", {8, 512, 0, CMoves::None}, 4, 100},
     {"every parameter automated every block, 512", {2, 512, 0, CMoves::All}, 4, 100},
     {"every parameter automated every block, 32", {2, 32, 0, CMoves::All}, 32, 80},
+    {"setting 16 parameters before a block, 32", {2, 32, 0, CMoves::All, false, true}, 32, 80},
 };
 
 /// The name of the file that BlockChunks writes for a row.
