@@ -131,6 +131,27 @@ bool startOnce(vst::EntryProc entry, const CCase& c, CInput& input, std::array<d
     return true;
 }
 
+/// Of one process: two libraries would take each other's place in the caches, and the second one loses by it.
+std::vector<double> startsOf(const std::string& build, const CCase& c, const char* set) {
+    return inChild([&]() -> std::vector<double> {
+        useSet(set);
+        host::CPluginLibrary library;
+        CPluginRun first;
+        if (!CLibraries::load(library, build) || !first.open(library.entry())) {
+            return {};
+        }
+        CInput input(kNoise);
+        std::array<double, kStarts> least;
+        least.fill(kNone);
+        for (int32_t round = 0; round < c.rounds; ++round) {
+            if (!startOnce(library.entry(), c, input, least)) {
+                return {};
+            }
+        }
+        return {least.begin(), least.end()};
+    });
+}
+
 /// Memory of this process without a file behind it, also what the system has swapped out meanwhile.
 double ownBytes() {
     std::ifstream file("/proc/self/smaps_rollup");
@@ -240,32 +261,13 @@ std::vector<CCosts> compareLevels(const std::string& build, const CCase& c, cons
 }
 
 std::vector<CCosts> compareStarts(const CBuilds& builds, const CCase& c, const char* set) {
-    return unpacked(inChild([&]() -> std::vector<double> {
-        useSet(set);
-        CLibraries libraries;
-        CPluginRun firstBefore;
-        CPluginRun firstAfter;
-        if (!libraries.load(builds) || !firstBefore.open(libraries.before.entry()) ||
-            !firstAfter.open(libraries.after.entry())) {
-            return {};
-        }
-        CInput input(kNoise);
-        std::array<double, kStarts> before;
-        std::array<double, kStarts> after;
-        before.fill(kNone);
-        after.fill(kNone);
-        for (int32_t round = 0; round < c.rounds; ++round) {
-            if (!startOnce(libraries.before.entry(), c, input, before) ||
-                !startOnce(libraries.after.entry(), c, input, after)) {
-                return {};
-            }
-        }
-        std::vector<CCosts> costs;
-        for (size_t i = 0; i < kStarts; ++i) {
-            costs.push_back({before[i], after[i]});
-        }
-        return packed(costs);
-    }));
+    const std::vector<double> before = startsOf(builds.before, c, set);
+    const std::vector<double> after = startsOf(builds.after, c, set);
+    std::vector<CCosts> costs;
+    for (size_t i = 0; before.size() == kStarts && after.size() == kStarts && i < kStarts; ++i) {
+        costs.push_back({before[i], after[i]});
+    }
+    return costs;
 }
 
 std::vector<CCosts> compareMemory(const CBuilds& builds, const CCase& c, const char* set) {

@@ -32,8 +32,11 @@ void CQPLEXContext::addEndKernel(int32_t kernelNumber, CEndKernel kernel) {
 }
 
 CBufferHandle CQPLEXContext::takeOther(int32_t sizeClass) {
-    CBufferHandle handle = buffers_.takeLarger(sizeClass);
-    if (handle == kNoBuffer && calls_.isRecording()) {
+    if (calls_.isRecording()) {
+        const CBufferHandle larger = buffers_.takeLarger(sizeClass);
+        if (larger != kNoBuffer) {
+            return larger;
+        }
         // What was given back since the recording began may do.
         if (CBufferTable::isState(sizeClass)) {
             settle();
@@ -41,11 +44,8 @@ CBufferHandle CQPLEXContext::takeOther(int32_t sizeClass) {
             calls_.recording().closeCall();
             buffers_.freeSignals();
         }
-        handle = buffers_.takeLarger(sizeClass);
     }
-    if (handle == kNoBuffer) {
-        handle = buffers_.takeAny(sizeClass);
-    }
+    CBufferHandle handle = buffers_.takeAny(sizeClass);
     if (handle == kNoBuffer) {
         ++forcedFlushes_;
         flush();
