@@ -119,7 +119,9 @@ inline void CQPLEXContext::recordOperands(const CKernel& kernel, int32_t count, 
     const uint32_t number = run.nextNumber();
     const uint32_t open = run.openNumber(kernel, count);
     const uint32_t first = CRecordedRun::operandNumber(open, 0);
-    const auto isBefore = [=](uint32_t operand) { return static_cast<int32_t>(first - operand) > 0; };
+    const uint32_t operandsOfCall = CRecordedRun::operandNumber(number, 0) - first;
+    // As a difference, since numbers begin again at 0.
+    const auto isBefore = [=](uint32_t operand) { return operand - first >= operandsOfCall; };
     bool isApart = open != number;
     uint64_t states = 0;
 #pragma GCC unroll 8

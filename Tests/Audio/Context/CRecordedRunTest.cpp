@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 #include <random>
 #include <vector>
@@ -286,6 +287,37 @@ TEST(CRecordedRun, PutsOperationsThatAreApartIntoOneCall) {
     EXPECT_EQ(calls([&] { mulc(s[1], s[0]), mulc(s[1], s[2]); }), 2) << "writes what the first one writes";
     EXPECT_EQ(calls([&] { mulc(s[1], s[0]), mulc(s[3], s[2], 1); }), 2) << "another count";
     EXPECT_EQ(calls([&] { mulc(s[1], s[0]), context.endProcess(), mulc(s[3], s[2]); }), 2) << "another process";
+}
+
+TEST(CRecordedRun, PutsOperationsIntoOneCallHoweverManyWereRecordedBefore) {
+    const CSubject subject;
+    CQPLEXContext& context = *subject.context;
+    const int32_t multiply = context.commonKernel(CCommonKernel::Mulci);
+    CBufferHandle signals[kMaxBatch];
+    for (CBufferHandle& signal : signals) {
+        signal = context.takeSignal(1);
+    }
+    const auto record = [&](int32_t operations) {
+        context.startRecording();
+        for (int32_t i = 0; i < operations; ++i) {
+            context.issue(multiply, 0, 1.0, {signals[i % kMaxBatch]});
+        }
+        EXPECT_TRUE(context.endRecording());
+        return context.recordedRun().callCount();
+    };
+    // Numbers of operands have 32 bits: they begin again at 0 behind 2^29 operations.
+    const int64_t most = std::getenv("TARV_LONG") ? (int64_t{1} << 29) + 10000 : 100000;
+    for (int64_t done = 0; done < most; done += CRecordedRun::kMostOperations) {
+        const CBufferHandle fresh[] = {context.takeSignal(1), context.takeSignal(1)};
+        context.startRecording();
+        context.issue(multiply, 0, 1.0, {fresh[0]});
+        context.issue(multiply, 0, 1.0, {fresh[1]});
+        ASSERT_TRUE(context.endRecording());
+        ASSERT_EQ(context.recordedRun().callCount(), 1) << done;
+        context.releaseReference(fresh[0]);
+        context.releaseReference(fresh[1]);
+        ASSERT_EQ(record(CRecordedRun::kMostOperations), CRecordedRun::kMostOperations / kMaxBatch) << done;
+    }
 }
 
 TEST(CRecordedRun, HoldsStateBlocksUntilNothingWaitsForThem) {
