@@ -274,6 +274,8 @@ void compare(const CShape& shape, const std::vector<int32_t>& counts, double lev
             for (size_t c = 0; c < plain.size(); ++c) {
                 channels.push_back(waves[s][c].wave(shape, in[c]));
             }
+            // What is not written is no number.
+            std::fill(memory.begin(), memory.end(), uint8_t{0xff});
             CPlanMemory room = {memory.data(), memory.data() + memory.size()};
             CWavePlan plan;
             ASSERT_TRUE(planWave(channels.data(), shape.channels, widthOf(all[s]), room, plan));

@@ -43,8 +43,10 @@ enum CWaveField : int32_t {
     kWaveRestOutput,
     kWaveAutoGain,
     // Where the lane stands.
-    kWaveBand,    ///< number of its band; the wave reaches it by so many times the stages later
-    kWaveIsPost,  ///< all bits: the lane is the filter behind the bands, which takes no part in the saturation
+    kWaveBand,  ///< number of its band; the wave reaches it by so many times the stages later
+    /// All bits: the lane is the filter behind the bands, which takes no part in the saturation. Only in a vector with
+    /// lanes to spare.
+    kWaveIsPost,
     // Carried from block to block.
     kWaveS1,
     kWaveS2,

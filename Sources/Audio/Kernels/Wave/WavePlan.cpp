@@ -124,9 +124,6 @@ void clearVector(CWavePlan& plan, int32_t v) {
     double* const fields = plan.lanes + static_cast<int64_t>(v) * kWaveFieldCount * plan.width;
     const int32_t first = isFull ? kWavePassed : 0;
     std::fill(fields + first * plan.width, fields + kWaveFieldCount * plan.width, 0.0);
-    if (isFull) {
-        std::fill_n(fields + kWaveIsPost * plan.width, plan.width, 0.0);
-    }
     if (plan.fades != nullptr) {
         std::fill_n(plan.fades + static_cast<int64_t>(v) * kWaveFadeFieldCount * plan.width,
                     kWaveFadeFieldCount * plan.width, 0.0);
