@@ -128,9 +128,6 @@ bool CWaveThreads::takeFade(const CRecordedCall& call, int32_t i) {
         if (rest.oldFilter == nullptr || rest.fade != nullptr) {
             continue;
         }
-        if (rest.filter->signal(0) == o.signal(kOldOperand)) {
-            std::swap(rest.filter, rest.oldFilter);
-        }
         if (rest.filter->signal(0) == o.signal(kNewOperand) && rest.oldFilter->signal(0) == o.signal(kOldOperand)) {
             rest.fade = &o;
             noteState(o);
