@@ -105,6 +105,42 @@ TEST(RepeatedRun, GoesOnUnderChangesThatWaitForAFade) {
     }
 }
 
+TEST(RepeatedRun, EndsWithAChangeOfAnotherFilterDuringAFade) {
+    for (int32_t stages = 0; stages < 4; ++stages) {
+        const CSetup setup{44100.0, 2, straight(2, stages)};
+        const CSignal input = noise(2, 8 * 400, 0.5);
+        const std::vector<CEvent> events = {{800, {kGains, 0, 2, 2.0}}, {1000, {kGains, 0, 5, 0.5}}};
+        const auto watched = start(setup);
+        CWatcher watcher;
+        watched->graph().observer = &watcher;
+        const CSignal expected = render(*watched, input, events, cutInto(8));
+        const auto free = start(setup);
+        EXPECT_EQ(firstDifference(render(*free, input, events, cutInto(8)), expected), CDifference()) << stages;
+        EXPECT_GT(repeats(*free), 300u) << stages;
+    }
+}
+
+TEST(RepeatedRun, OfABlockEndsWhereAFadeEnds) {
+    // A fade of 661.5 samples, begun with a block of 512, ends in the next one. At twice the rate it ends between two
+    // of the host's samples: that frame runs alone.
+    for (int32_t stages = 0; stages < 2; ++stages) {
+        const auto instance = start({44100.0, 2, straight(2, stages)});
+        const CSignal input = noise(2, 512, 0.5);
+        for (int32_t i = 0; i < 5; ++i) {
+            render(*instance, input);
+        }
+        apply(*instance, {kGains, 0, 3, 2.0});
+        const auto runsOfBlock = [&] {
+            const int64_t before = instance->graph().runNumber();
+            render(*instance, input);
+            return instance->graph().runNumber() - before;
+        };
+        EXPECT_EQ(runsOfBlock(), 1) << stages;
+        EXPECT_EQ(runsOfBlock(), stages == 0 ? 2 : 3) << stages;
+        EXPECT_EQ(runsOfBlock(), 1) << stages;
+    }
+}
+
 TEST(RepeatedRun, EndsWhenTheHostTakesAnInputAway) {
     const auto instance = start({44100.0, 2, straight(2, 0)});
     const CSignal input = noise(2, 512, 0.5);

@@ -193,6 +193,36 @@ TEST(CAudioProcessBaseTest, AChangeMadeWhileSuspendedActsFromTheFirstSampleBehin
     EXPECT_EQ(tree.runMono(std::vector<double>(32, 1.0), 4), std::vector<double>(32, 3.0));
 }
 
+TEST(CAudioProcessBaseTest, AQuietChangeWaitsForItsTimeAndThenForTheEndOfAFade) {
+    CGraphTree tree(delayed({{"is-smooth-update", "true"}}));
+    ASSERT_EQ(tree.build("p"), "");
+    tree.start();
+    tree.runMono(std::vector<double>(100, 1.0), 4);
+    const auto set = [&](double gain) {
+        tree.set("plugin.p.g.gain", gain);
+        tree.collector().applyPendingChanges(tree.graph.now);
+    };
+    const auto takeQuietly = [&] {
+        tree.graph.beginQuietChanges();
+        return tree.process().takeQuietChanges();
+    };
+    set(3.0);
+    for (const double passed : {0.0, 9.0}) {
+        tree.graph.now += passed;
+        EXPECT_TRUE(takeQuietly());
+        EXPECT_TRUE(tree.graph.areChangesWaiting());
+    }
+    tree.graph.now += 1.0;
+    EXPECT_FALSE(takeQuietly()) << "a fade begins";
+    tree.runMono({1.0});
+    set(5.0);
+    tree.graph.now += 10.0;
+    EXPECT_TRUE(takeQuietly()) << "the fade goes on";
+    EXPECT_FALSE(tree.graph.areChangesWaiting());
+    // Two fades later both changes have acted.
+    EXPECT_EQ(tree.runMono(std::vector<double>(2000, 1.0), 50).back(), 5.0);
+}
+
 TEST(CAudioProcessBaseTest, DelaysAreCountedInHostSamples) {
     CGraphTree tree(delayed({}, {{"audio:modInterpolator", "i"}}));
     ASSERT_EQ(tree.build("p"), "");
