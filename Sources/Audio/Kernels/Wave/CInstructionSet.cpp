@@ -44,7 +44,7 @@ CProcessorFeatures readProcessorFeatures() {
     if (hasAll(features.basic, kSavesByState)) {
         uint32_t low = 0;
         uint32_t high = 0;
-        // The compilers' own function for it wants a set that this file is not compiled for.
+        // The compilers' own function for it is only there in files that are compiled for AVX.
         asm volatile("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
         features.savedByState = uint64_t{high} << 32 | low;
     }

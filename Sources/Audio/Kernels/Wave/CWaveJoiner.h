@@ -13,7 +13,8 @@ class CQPLEXContext;
 class CWaveThreads;
 
 /// Finds bands in series, with the filters before and behind them, and makes waves of them: as many channels side by
-/// side as the set of instructions takes. The filter of a band may be in a fade between old and new values.
+/// side as the set of instructions takes. The filter of a band may be in a fade between old and new values. A plan
+/// holds the constants of state blocks: a run that writes other constants into one of them must not be repeated.
 class CWaveJoiner final : public CRunJoiner {
 public:
     /// The kernels of `context` that waves stand for; those must be registered.
