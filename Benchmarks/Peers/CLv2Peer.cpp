@@ -2,7 +2,6 @@
 
 #include <lv2/atom/atom.h>
 
-#include <algorithm>
 #include <cmath>
 
 namespace tarv::bench {

@@ -3,10 +3,8 @@
 // ways; the table says what a user's session pays for each.
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <functional>
 #include <iterator>
 #include <limits>
 #include <random>

@@ -1,27 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <random>
 #include <vector>
 
+#include "Tests/Audio/Kernels/CRandom.h"
 #include "Tests/System/EngineRun.h"
 
 namespace tarv::engine {
-
-/// The same numbers for the same seed.
-class CRandom {
-public:
-    explicit CRandom(uint32_t seed) : engine_(seed) {}
-    double between(double low, double high) { return low + (high - low) * (engine_() / 4294967296.0); }
-    int32_t below(int32_t n) { return static_cast<int32_t>(engine_() % static_cast<uint32_t>(n)); }
-    template <class T, size_t N>
-    const T& of(const T (&items)[N]) {
-        return items[below(N)];
-    }
-
-private:
-    std::mt19937 engine_;
-};
 
 /// What is played: a layout, a signal, and what changes at which frame.
 struct CScript {

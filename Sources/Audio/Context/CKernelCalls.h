@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <memory>
 
 #include "Audio/Context/CKernel.h"
 #include "Audio/Context/CQueuedOperation.h"

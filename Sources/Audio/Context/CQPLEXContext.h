@@ -44,6 +44,11 @@ public:
     }
     /// Number of a kernel by its full name, or -1.
     int32_t findKernel(const char* name) const { return kernels_.find(name); }
+    /// The function of a kernel by its full name; null without one.
+    CKernelFunction kernelFunction(const char* name) const {
+        const int32_t number = findKernel(name);
+        return number == -1 ? nullptr : kernels_[number].function;
+    }
     /// Sets the one chain: three kernels that `function` runs in one loop when operations of them stand in series and
     /// no other operation is issued in between. A number of -1 in it: nothing happens.
     void registerChain(const int32_t (&kernelNumbers)[kChainStages], CChainFunction function);

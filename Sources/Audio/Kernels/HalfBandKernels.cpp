@@ -1,6 +1,7 @@
 #include "Audio/Kernels/HalfBandKernels.h"
 
 #include "Audio/Context/CQPLEXContext.h"
+#include "Audio/Kernels/HalfBandLayout.h"
 #include "Audio/Kernels/KernelLanes.h"
 #include "Audio/Kernels/KernelNames.h"
 
@@ -8,18 +9,17 @@ namespace tarv {
 
 namespace {
 
-constexpr int32_t kLineLength = 4;
 constexpr double kFirstIndex = 3.0;
 
 /// Where things lie in the state block of a pair with N coefficients a branch.
 template <int32_t N>
 struct CLayout {
     static constexpr int32_t kCoefficients = 2 * N;
-    static constexpr int32_t kHeld = kCoefficients;
-    static constexpr int32_t kIndex = kHeld + 1;
-    static constexpr int32_t kLinesA = kIndex + 1;
-    static constexpr int32_t kLinesB = kLinesA + (N + 1) * kLineLength;
-    static constexpr int32_t kSize = kLinesB + (N + 1) * kLineLength;
+    static constexpr int32_t kHeld = heldOfHalfBand(N);
+    static constexpr int32_t kIndex = indexOfHalfBand(N);
+    static constexpr int32_t kLinesA = linesOfHalfBand(N, 0);
+    static constexpr int32_t kLinesB = linesOfHalfBand(N, 1);
+    static constexpr int32_t kSize = sizeOfHalfBand(N);
 };
 static_assert(CLayout<1>::kSize == 20 && CLayout<2>::kSize == 30 && CLayout<8>::kSize == 90);
 
@@ -37,14 +37,14 @@ struct CBranch {
         }
 #pragma GCC unroll 9
         for (int32_t k = 0; k <= N; ++k) {
-            const double* const line = memory + k * kLineLength;
+            const double* const line = memory + k * kHalfBandLine;
             lines[k] = CPair(line[(index + 2) & 3], line[(index + 1) & 3]);
         }
     }
     void store(double* memory, int32_t index) const {
 #pragma GCC unroll 9
         for (int32_t k = 0; k <= N; ++k) {
-            double* const line = memory + k * kLineLength;
+            double* const line = memory + k * kHalfBandLine;
             line[(index + 2) & 3] = lines[k].first();
             line[(index + 1) & 3] = lines[k].second();
         }

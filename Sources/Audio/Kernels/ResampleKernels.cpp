@@ -1,7 +1,5 @@
 #include "Audio/Kernels/ResampleKernels.h"
 
-#include <memory>
-
 #include "Audio/Context/CQPLEXContext.h"
 #include "Audio/Kernels/KernelLanes.h"
 #include "Audio/Kernels/KernelNames.h"

@@ -6,7 +6,6 @@
 #include <bit>
 #include <cmath>
 #include <cstdlib>
-#include <random>
 #include <vector>
 
 #include "Audio/Context/CQPLEXContext.h"
@@ -16,21 +15,11 @@
 #include "Audio/Kernels/StandardKernels.h"
 #include "Audio/Kernels/TubeKernels.h"
 #include "Audio/Kernels/Wave/CWaveJoiner.h"
+#include "Tests/Audio/Kernels/CRandom.h"
 #include "Tests/Audio/Kernels/TestedSets.h"
 
 namespace tarv {
 namespace {
-
-class CRandom {
-public:
-    explicit CRandom(uint32_t seed) : engine_(seed) {}
-    double between(double low, double high) { return low + (high - low) * (engine_() / 4294967296.0); }
-    int32_t below(int32_t n) { return static_cast<int32_t>(engine_() % static_cast<uint32_t>(n)); }
-    bool isOneOf(int32_t n) { return below(n) == 0; }
-
-private:
-    std::mt19937 engine_;
-};
 
 /// A context with inputs, sums of the outputs and state blocks, and a run on them. All of it follows from a seed.
 class CStream {

@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <deque>
 #include <limits>
-#include <random>
 #include <vector>
 
 #include "Audio/Kernels/CTubeBlock.h"
@@ -17,6 +16,7 @@
 #include "Audio/Kernels/Wave/CInstructionSet.h"
 #include "Audio/Kernels/Wave/WavePlan.h"
 #include "Audio/Kernels/Wave/WaveSets.h"
+#include "Tests/Audio/Kernels/CRandom.h"
 #include "Tests/Audio/Kernels/KernelCases.h"
 #include "Tests/Audio/Kernels/TestedSets.h"
 
@@ -44,16 +44,6 @@ struct CShape {
     bool hasBehind;
     bool hasGain;
     bool hasFades;  ///< filters of some bands, others in each channel
-};
-
-class CRandom {
-public:
-    explicit CRandom(uint32_t seed) : engine_(seed) {}
-    double between(double low, double high) { return low + (high - low) * (engine_() / 4294967296.0); }
-    int32_t below(int32_t n) { return static_cast<int32_t>(engine_() % static_cast<uint32_t>(n)); }
-
-private:
-    std::mt19937 engine_;
 };
 
 /// One channel of a chain: its operations in order, with signals and state blocks of its own.

@@ -36,11 +36,6 @@ bool isOddSilent(const double* block, int32_t order) {
     return isSilent;
 }
 
-CKernelFunction functionOf(const CQPLEXContext& context, const char* name) {
-    const int32_t number = context.findKernel(name);
-    return number == -1 ? nullptr : context.kernel(number).function;
-}
-
 /// No channel writes what another one reads or writes.
 bool areApart(const CHalfBandPlan& plan) {
     const int32_t read = plan.isUp ? plan.count : 2 * plan.count;
@@ -137,8 +132,8 @@ bool CHalfBandJoiner::makeApart(CJoined& joined) {
 
 CHalfBandJoiner::CHalfBandJoiner(const CQPLEXContext& context, CInstructionSet set)
     : found_(std::make_unique<CJoined>()),
-      interpolate_(functionOf(context, KernelName::kInterp2)),
-      decimate_(functionOf(context, KernelName::kDecim2)),
+      interpolate_(context.kernelFunction(KernelName::kInterp2)),
+      decimate_(context.kernelFunction(KernelName::kDecim2)),
       run_(set == CInstructionSet::Sse2   ? runHalfBandsSse2
            : set == CInstructionSet::Avx2 ? runHalfBandsAvx2
                                           : runHalfBandsAvx512) {
@@ -148,7 +143,7 @@ CHalfBandJoiner::CHalfBandJoiner(const CQPLEXContext& context, CInstructionSet s
         {KernelName::kHalfBand10, KernelName::kHalfBand10Gain}, {KernelName::kHalfBand12, KernelName::kHalfBand12Gain},
         {KernelName::kHalfBand14, KernelName::kHalfBand14Gain}, {KernelName::kHalfBand16, KernelName::kHalfBand16Gain}};
     for (int32_t i = 0; i < kMostHalfBand; ++i) {
-        filters_[i] = {functionOf(context, kNames[i][0]), functionOf(context, kNames[i][1])};
+        filters_[i] = {context.kernelFunction(kNames[i][0]), context.kernelFunction(kNames[i][1])};
     }
 }
 

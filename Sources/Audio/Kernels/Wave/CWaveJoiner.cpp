@@ -36,11 +36,6 @@ void findPlacesOfWaves(void* plan, CSignalPlaces& places) {
     }
 }
 
-CKernelFunction functionOf(const CQPLEXContext& context, const char* name) {
-    const int32_t number = context.findKernel(name);
-    return number == -1 ? nullptr : context.kernel(number).function;
-}
-
 bool haveOneShape(const CWaveChannel& a, const CWaveChannel& b) {
     return !a.before == !b.before && a.bandCount == b.bandCount && !a.filterBehind == !b.filterBehind;
 }
@@ -54,14 +49,14 @@ bool isFree(const double* out, const double* in, int32_t count, bool isOneWave) 
 }  // namespace
 
 CWaveJoiner::CWaveJoiner(const CQPLEXContext& context, CInstructionSet set)
-    : filter_(functionOf(context, KernelName::kBiquadCommonGain)),
-      fade_(functionOf(context, KernelName::kXfade)),
-      highPass_(functionOf(context, KernelName::kHighPass1Gain)),
-      tube_(functionOf(context, KernelName::kMetaTube)),
-      gain_(functionOf(context, KernelName::kMulc)),
-      starts_{functionOf(context, KernelName::kXfadei),        functionOf(context, KernelName::kBiquadInit),
-              functionOf(context, KernelName::kBiquadUpdate),  functionOf(context, KernelName::kOnePoleInit),
-              functionOf(context, KernelName::kOnePoleUpdate), functionOf(context, KernelName::kMetaTubeInit)},
+    : filter_(context.kernelFunction(KernelName::kBiquadCommonGain)),
+      fade_(context.kernelFunction(KernelName::kXfade)),
+      highPass_(context.kernelFunction(KernelName::kHighPass1Gain)),
+      tube_(context.kernelFunction(KernelName::kMetaTube)),
+      gain_(context.kernelFunction(KernelName::kMulc)),
+      starts_{context.kernelFunction(KernelName::kXfadei),        context.kernelFunction(KernelName::kBiquadInit),
+              context.kernelFunction(KernelName::kBiquadUpdate),  context.kernelFunction(KernelName::kOnePoleInit),
+              context.kernelFunction(KernelName::kOnePoleUpdate), context.kernelFunction(KernelName::kMetaTubeInit)},
       width_(2 << static_cast<int32_t>(set)),
       run_(set == CInstructionSet::Sse2   ? runWaveSse2
            : set == CInstructionSet::Avx2 ? runWaveAvx2
