@@ -237,12 +237,20 @@ TEST(WaveJoiner, TakesTheSameCurveAsTheKernelsAtTheKnees) {
     blocks[static_cast<size_t>(~highPassBlock(0))].assign(5, 0.0);
     std::vector<double>& block = blocks[static_cast<size_t>(~tubeBlock(0))];
     auto& tube = *reinterpret_cast<CTubeBlock*>(block.data());
-    tube.kneeA = 3.0;
+    tube.kneeA = 2.4;
+    tube.kneeB = 2.68;
     COperation init = {{block.data()}, 48000.0, 1};
     kernelMetaTubeInit(init);
     ASSERT_NE(tube.curveA.kneeEnd, tube.curveB.kneeEnd);
     std::vector<double> signal;
     for (const CTubeCurve& curve : {tube.curveA, tube.curveB}) {
+        // The arc begins and ends beside the lines by a rounding: which one it is can be seen.
+        const auto arc = [&](double x) {
+            const double d = x - curve.kneeStart;
+            return std::sqrt(curve.radiusSquared - d * d) + x + curve.centreOffset;
+        };
+        ASSERT_NE(arc(curve.kneeStart), curve.kneeStart);
+        ASSERT_NE(arc(curve.kneeEnd), curve.slope * curve.kneeEnd);
         for (const double knee : {curve.kneeStart, curve.kneeEnd}) {
             signal.insert(signal.end(), {knee, std::nextafter(knee, -9.0), knee, std::nextafter(knee, 9.0)});
         }
