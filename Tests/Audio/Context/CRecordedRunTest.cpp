@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <memory>
 #include <random>
@@ -172,12 +173,15 @@ TEST(CRecordedRun, WithTooManyCallsIsNotKept) {
     CQPLEXContext& context = *subject.context;
     const CBufferHandle signal = context.takeSignal(1);
     const auto record = [&](int32_t operations) {
+        context.signal(signal)[0] = 1.0;
         context.startRecording();
         for (int32_t i = 0; i < operations; ++i) {
             // Each waits for the one before it: a call for each.
-            context.issue(context.commonKernel(CCommonKernel::Mulci), 1, 1.0, {signal});
+            context.issue(context.commonKernel(CCommonKernel::Mulci), 1, 2.0, {signal});
         }
-        return context.endRecording();
+        const bool isKept = context.endRecording();
+        EXPECT_EQ(context.signal(signal)[0], std::ldexp(1.0, operations));
+        return isKept;
     };
     EXPECT_TRUE(record(CRecordedRun::kMostCalls));
     EXPECT_EQ(context.recordedRun().callCount(), CRecordedRun::kMostCalls);
@@ -195,18 +199,22 @@ TEST(CRecordedRun, WithTooManyOperationsIsNotKept) {
     }
     // A kernel on several operations at once is one call.
     const auto record = [&](int32_t operations) {
+        for (const CBufferHandle signal : signals) {
+            context.signal(signal)[0] = 1.0;
+        }
         context.startRecording();
         for (int32_t i = 0; i < operations; ++i) {
-            context.issue(context.commonKernel(CCommonKernel::Mulci), 1, 1.0, {signals[i % signals.size()]});
+            context.issue(context.commonKernel(CCommonKernel::Mulci), 1, 2.0, {signals[i % signals.size()]});
         }
-        return context.endRecording();
+        const bool isKept = context.endRecording();
+        EXPECT_EQ(context.signal(signals[0])[0], std::ldexp(1.0, (operations + kMaxBatch - 1) / kMaxBatch));
+        return isKept;
     };
     EXPECT_TRUE(record(CRecordedRun::kMostOperations));
     EXPECT_EQ(context.recordedRun().operationCount(), CRecordedRun::kMostOperations);
     EXPECT_LT(context.recordedRun().callCount(), CRecordedRun::kMostCalls);
     EXPECT_FALSE(record(CRecordedRun::kMostOperations + 1));
     EXPECT_FALSE(context.isRecorded());
-    EXPECT_TRUE(record(3));
 }
 
 /// Counts how often it was asked, and fills a signal with 2.0.
@@ -297,14 +305,6 @@ TEST(CRecordedRun, PutsOperationsIntoOneCallHoweverManyWereRecordedBefore) {
     for (CBufferHandle& signal : signals) {
         signal = context.takeSignal(1);
     }
-    const auto record = [&](int32_t operations) {
-        context.startRecording();
-        for (int32_t i = 0; i < operations; ++i) {
-            context.issue(multiply, 0, 1.0, {signals[i % kMaxBatch]});
-        }
-        EXPECT_TRUE(context.endRecording());
-        return context.recordedRun().callCount();
-    };
     // Numbers of operands have 32 bits: they begin again at 0 behind 2^29 operations.
     const int64_t most = std::getenv("TARV_LONG") ? (int64_t{1} << 29) + 10000 : 100000;
     for (int64_t done = 0; done < most; done += CRecordedRun::kMostOperations) {
@@ -316,8 +316,53 @@ TEST(CRecordedRun, PutsOperationsIntoOneCallHoweverManyWereRecordedBefore) {
         ASSERT_EQ(context.recordedRun().callCount(), 1) << done;
         context.releaseReference(fresh[0]);
         context.releaseReference(fresh[1]);
-        ASSERT_EQ(record(CRecordedRun::kMostOperations), CRecordedRun::kMostOperations / kMaxBatch) << done;
+        context.startRecording();
+        for (int32_t i = 0; i < CRecordedRun::kMostOperations; ++i) {
+            context.issue(multiply, 0, 1.0, {signals[i % kMaxBatch]});
+        }
+        ASSERT_TRUE(context.endRecording());
+        ASSERT_EQ(context.recordedRun().callCount(), CRecordedRun::kMostOperations / kMaxBatch) << done;
     }
+}
+
+TEST(CRecordedRun, ACallEndsWhereAStorageIsTakenAgain) {
+    const CSubject subject;
+    CQPLEXContext& context = *subject.context;
+    const int32_t multiply = context.commonKernel(CCommonKernel::Mulc);
+    const CBufferHandle in = context.takeSignal(kCount);
+    const CBufferHandle out = context.takeSignal(kCount);
+    CBufferHandle passing = context.takeSignal(kCount);
+    std::fill_n(context.signal(in), kCount, 1.0);
+    std::fill_n(context.signal(passing), kCount, 10.0);
+    const uint64_t growths = context.counters().storageGrowths;
+    context.startRecording();
+    context.issue(multiply, kCount, 2.0, {out, passing});
+    context.releaseReference(passing);
+    // No other signal is free.
+    passing = context.takeSignal(kCount);
+    context.issue(multiply, kCount, 3.0, {passing, in});
+    ASSERT_TRUE(context.endRecording());
+    EXPECT_EQ(context.counters().storageGrowths, growths);
+    EXPECT_EQ(context.recordedRun().callCount(), 2);
+    for (int32_t i = 0; i < kCount; ++i) {
+        EXPECT_EQ(context.signal(out)[i], 20.0);
+        EXPECT_EQ(context.signal(passing)[i], 3.0);
+    }
+}
+
+TEST(CRecordedRun, NotifiesOfAWriteWhenItIsDone) {
+    const CSubject subject;
+    CQPLEXContext& context = *subject.context;
+    const CBufferHandle signal = context.takeSignal(1);
+    context.signal(signal)[0] = 1.0;
+    uint8_t isWritten[2] = {};
+    context.notifyOnWrite(signal, &isWritten[0], &isWritten[1]);
+    context.startRecording();
+    context.issue(context.commonKernel(CCommonKernel::Mulci), 1, 3.0, {signal});
+    EXPECT_EQ(isWritten[0] + isWritten[1], 2);
+    EXPECT_EQ(context.signal(signal)[0], 3.0);
+    context.endRecording();
+    EXPECT_EQ(context.signal(signal)[0], 3.0);
 }
 
 TEST(CRecordedRun, HoldsStateBlocksUntilNothingWaitsForThem) {
