@@ -75,6 +75,23 @@ TEST(CAudioWrapperRunTest, FramesOfVisualDataBeginWithBlocksBetweenResumeAndSusp
     EXPECT_EQ(viz.frame(), 2u);
 }
 
+TEST(CAudioWrapperRunTest, AnOutputMayBeAnInputAsItCame) {
+    CWrapperDefinitions routersAlone;
+    std::erase_if(routersAlone.processes, [](const CTestNode& node) { return node.name == "g"; });
+    for (const size_t frames : {32u, 500u}) {
+        CRunningInstance instance(routersAlone);
+        instance.wrapper.resume();
+        // The graph, then a run that is recorded, then repeated ones.
+        for (int32_t block = 0; block < 6; ++block) {
+            CSignal in(frames, 0.25 + block);
+            in[7] = kInfinity;
+            CSignal expected = in;
+            expected[7] = 0.0;
+            EXPECT_EQ(instance.run(in), expected) << frames << " " << block;
+        }
+    }
+}
+
 TEST(CAudioWrapperRunTest, NullPointersAreSilenceOnTheWayInAndDroppedOnTheWayOut) {
     CRunningInstance instance;
     instance.wrapper.resume();
