@@ -242,15 +242,15 @@ TEST(HostBuffers, AreWhereASteadyRunWorks) {
     for (const int32_t channels : {1, 2, 5, 8}) {
         for (int32_t stages = 0; stages < 4; ++stages) {
             const CSetup setup{48000.0, channels, straight(channels, stages)};
-            EXPECT_EQ(CEnds::of<double>(setup, false), CEnds(channels, channels)) << channels << " " << stages;
+            EXPECT_EQ(CEnds::of<double>(setup, false), (CEnds{channels, channels})) << channels << " " << stages;
             EXPECT_EQ(CEnds::of<double>(setup, true).filled, channels) << channels << " " << stages;
-            EXPECT_EQ(CEnds::of<float>(setup, false), CEnds(channels, 0)) << channels << " " << stages;
+            EXPECT_EQ(CEnds::of<float>(setup, false), (CEnds{channels, 0})) << channels << " " << stages;
         }
     }
 }
 
 TEST(HostBuffers, AreWhereASteadyRunInMidAndSideWorks) {
-    EXPECT_EQ(CEnds::of<double>({48000.0, 2, midSide()}, false), CEnds(2, 2));
+    EXPECT_EQ(CEnds::of<double>({48000.0, 2, midSide()}, false), (CEnds{2, 2}));
 }
 
 }  // namespace
