@@ -136,7 +136,9 @@ CHalfBandJoiner::CHalfBandJoiner(const CQPLEXContext& context, CInstructionSet s
       decimate_(context.kernelFunction(KernelName::kDecim2)),
       run_(set == CInstructionSet::Sse2   ? runHalfBandsSse2
            : set == CInstructionSet::Avx2 ? runHalfBandsAvx2
-                                          : runHalfBandsAvx512) {
+                                          : runHalfBandsAvx512),
+      // Wider vectors would work for lanes that nobody uses.
+      runPair_(set == CInstructionSet::Avx512 ? runHalfBandsAvx2 : run_) {
     constexpr const char* kNames[kMostHalfBand][2] = {
         {KernelName::kHalfBand2, KernelName::kHalfBand2Gain},   {KernelName::kHalfBand4, KernelName::kHalfBand4Gain},
         {KernelName::kHalfBand6, KernelName::kHalfBand6Gain},   {KernelName::kHalfBand8, KernelName::kHalfBand8Gain},
@@ -202,7 +204,7 @@ CRunJoiner::CFound CHalfBandJoiner::find(CRecordedCall* calls, int32_t count) {
     if (count < 2 || !takePair(calls[0], calls[1], plan)) {
         return {};
     }
-    *found_ = {.run = run_, .plan = plan, .first = calls[0], .second = calls[1]};
+    *found_ = {.run = plan.channels <= 2 ? runPair_ : run_, .plan = plan, .first = calls[0], .second = calls[1]};
     return makeApart(*found_) ? CFound{.ahead = 0, .count = 2} : CFound();
 }
 

@@ -39,6 +39,7 @@ private:
     CKernelFunction interpolate_;
     CKernelFunction decimate_;
     CRunHalfBands run_;
+    CRunHalfBands runPair_;  ///< for one channel and two
 };
 
 }  // namespace tarv

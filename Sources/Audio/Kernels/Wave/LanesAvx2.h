@@ -47,6 +47,9 @@ struct CLanes {
         }
     }
 
+    static CLanes lastOf(CLanes all) { return all; }
+    CLanes behindZeros() const { return v; }
+
     static CLanes load(const double* lanes) { return _mm256_loadu_pd(lanes); }
     void store(double* lanes) const { _mm256_storeu_pd(lanes, v); }
     static CLanes twice(const double* const* channels, int64_t i) {
@@ -83,6 +86,11 @@ private:
             _mm_storeh_pd(channels[1] + i, half);
         }
     }
+};
+
+template <int32_t C>
+struct CEndLanes {
+    using Type = CLanes;
 };
 
 /// A condition: all bits of a lane, or none.

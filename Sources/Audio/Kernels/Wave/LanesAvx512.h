@@ -19,15 +19,8 @@ struct CLanes {
 
     template <int32_t C>
     static CLanes gather(const double* const* p, int64_t i) {
-        if constexpr (C == 1) {
-            return _mm512_set_pd(p[0][i], 0, 0, 0, 0, 0, 0, 0);
-        } else if constexpr (C == 2) {
-            return _mm512_set_pd(p[1][i], p[0][i], 0, 0, 0, 0, 0, 0);
-        } else if constexpr (C == 4) {
-            return _mm512_set_pd(p[3][i], p[2][i], p[1][i], p[0][i], 0, 0, 0, 0);
-        } else {
-            return _mm512_set_pd(p[7][i], p[6][i], p[5][i], p[4][i], p[3][i], p[2][i], p[1][i], p[0][i]);
-        }
+        static_assert(C == 8);
+        return _mm512_set_pd(p[7][i], p[6][i], p[5][i], p[4][i], p[3][i], p[2][i], p[1][i], p[0][i]);
     }
     template <int32_t C>
     void scatter(double* const* channels, int64_t i, int32_t first) const {
@@ -46,6 +39,13 @@ struct CLanes {
             return _mm512_castsi512_pd(
                 _mm512_alignr_epi64(_mm512_castpd_si512(own.v), _mm512_castpd_si512(neighbour.v), 8 - C));
         }
+    }
+
+    static CLanes lastOf(const CLanes& all) {
+        return all;
+    }
+    CLanes behindZeros() const {
+        return v;
     }
 
     static CLanes load(const double* lanes) {
@@ -92,6 +92,73 @@ struct CLanes {
     friend CLanes operator*(CLanes a, CLanes b) {
         return _mm512_mul_pd(a.v, b.v);
     }
+};
+
+template <int32_t N>
+struct CNarrowVector {
+    using Type = __m128d;
+};
+template <>
+struct CNarrowVector<4> {
+    using Type = __m256d;
+};
+
+/// N 64-bit floats, 2 or 4: channels that lanes beside them would only make dearer. As CLanes.
+template <int32_t N>
+struct CNarrowLanes {
+    using CVector = typename CNarrowVector<N>::Type;
+    static constexpr int32_t kWidth = N;
+    CVector v;
+
+    CNarrowLanes() = default;
+    CNarrowLanes(CVector value) : v(value) {}
+
+    template <int32_t C>
+    static CNarrowLanes gather(const double* const* p, int64_t i) {
+        if constexpr (C == 1) {
+            return CVector{0.0, p[0][i]};
+        } else if constexpr (C == 2) {
+            return CVector{p[0][i], p[1][i]};
+        } else {
+            return CVector{p[0][i], p[1][i], p[2][i], p[3][i]};
+        }
+    }
+    template <int32_t C>
+    void scatter(double* const* channels, int64_t i, int32_t first) const {
+#pragma GCC unroll 4
+        for (int32_t c = 0; c < C; ++c) {
+            channels[c][i] = v[first + c];
+        }
+    }
+    static CNarrowLanes lastOf(const CLanes& all) {
+        return *reinterpret_cast<const CVector*>(reinterpret_cast<const double*>(&all) + CLanes::kWidth - N);
+    }
+    CLanes behindZeros() const {
+        if constexpr (N == 2) {
+            return _mm512_insertf64x2(_mm512_setzero_pd(), v, 3);
+        } else {
+            return _mm512_insertf64x4(_mm512_setzero_pd(), v, 1);
+        }
+    }
+
+    friend CNarrowLanes operator+(CNarrowLanes a, CNarrowLanes b) {
+        return a.v + b.v;
+    }
+    friend CNarrowLanes operator-(CNarrowLanes a, CNarrowLanes b) {
+        return a.v - b.v;
+    }
+    friend CNarrowLanes operator*(CNarrowLanes a, CNarrowLanes b) {
+        return a.v * b.v;
+    }
+};
+
+template <int32_t C>
+struct CEndLanes {
+    using Type = CNarrowLanes<C == 4 ? 4 : 2>;
+};
+template <>
+struct CEndLanes<8> {
+    using Type = CLanes;
 };
 
 /// One bit a lane.

@@ -46,6 +46,10 @@ struct CLanes {
         }
     }
 
+    /// The end of `all`, and zeros in front of an end.
+    static CLanes lastOf(CLanes all) { return all; }
+    CLanes behindZeros() const { return v; }
+
     static CLanes load(const double* lanes) { return _mm_loadu_pd(lanes); }
     void store(double* lanes) const { _mm_storeu_pd(lanes, v); }
     /// Sample `i` of each of kWidth / 2 channels in two lanes.
@@ -62,6 +66,12 @@ struct CLanes {
     friend CLanes operator-(CLanes a, CLanes b) { return _mm_sub_pd(a.v, b.v); }
     friend CLanes operator*(CLanes a, CLanes b) { return _mm_mul_pd(a.v, b.v); }
     friend CLanes operator&(CLanes a, CLanes b) { return _mm_and_pd(a.v, b.v); }
+};
+
+/// What the filters at both ends of a wave of C channels work on: vectors with the channels in the last lanes.
+template <int32_t C>
+struct CEndLanes {
+    using Type = CLanes;
 };
 
 /// A condition: all bits of a lane, or none.

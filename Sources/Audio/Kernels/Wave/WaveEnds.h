@@ -9,38 +9,47 @@ namespace tarv {
 
 namespace {
 
-/// A biquad outside the vectors, with its state in registers.
-struct CWaveEnd {
-    CLanes s1, s2;
+/// Field `field` of a filter, the last lanes of it.
+template <class L>
+[[gnu::always_inline]] inline L& lastLanes(double* fields, int32_t field) {
+    return *reinterpret_cast<L*>(fields + (field + 1) * CLanes::kWidth - L::kWidth);
+}
 
-    explicit CWaveEnd(const CLanes* e) : s1(e[kWaveEndS1]), s2(e[kWaveEndS2]) {}
-    [[gnu::always_inline]] CLanes step(const CLanes* e, CLanes x) {
-        const CLanes next = s1 * e[kWaveEndC2] + e[kWaveEndC3] * s2 + x;
-        const CLanes y = (e[kWaveEndC0] * s1 + next + e[kWaveEndC1] * s2) * e[kWaveEndGain];
+/// A biquad outside the vectors, with its state in registers. `L`: of CEndLanes.
+template <class L>
+struct CWaveEnd {
+    L s1, s2;
+
+    explicit CWaveEnd(double* e) : s1(lastLanes<L>(e, kWaveEndS1)), s2(lastLanes<L>(e, kWaveEndS2)) {}
+    [[gnu::always_inline]] L step(double* e, L x) {
+        const L next = s1 * lastLanes<L>(e, kWaveEndC2) + lastLanes<L>(e, kWaveEndC3) * s2 + x;
+        const L y = (lastLanes<L>(e, kWaveEndC0) * s1 + next + lastLanes<L>(e, kWaveEndC1) * s2) *
+                    lastLanes<L>(e, kWaveEndGain);
         s2 = s1;
         s1 = next;
         return y;
     }
-    void store(CLanes* e) const {
-        e[kWaveEndS1] = s1;
-        e[kWaveEndS2] = s2;
+    void store(double* e) const {
+        lastLanes<L>(e, kWaveEndS1) = s1;
+        lastLanes<L>(e, kWaveEndS2) = s2;
     }
 };
 
 /// The whole filter behind the bands.
+template <class L>
 struct CWaveBehind {
-    CWaveEnd filter;
-    CLanes highPass;
+    CWaveEnd<L> filter;
+    L highPass;
 
-    explicit CWaveBehind(const CLanes* e) : filter(e), highPass(e[kWaveEndHighPassState]) {}
-    [[gnu::always_inline]] CLanes step(const CLanes* e, CLanes x) {
-        const CLanes filtered = filter.step(e, x);
-        highPass = highPass + (filtered - highPass) * e[kWaveEndHighPassFactor];
-        return (filtered - highPass) * e[kWaveEndHighPassGain] * e[kWaveEndOutGain];
+    explicit CWaveBehind(double* e) : filter(e), highPass(lastLanes<L>(e, kWaveEndHighPassState)) {}
+    [[gnu::always_inline]] L step(double* e, L x) {
+        const L filtered = filter.step(e, x);
+        highPass = highPass + (filtered - highPass) * lastLanes<L>(e, kWaveEndHighPassFactor);
+        return (filtered - highPass) * lastLanes<L>(e, kWaveEndHighPassGain) * lastLanes<L>(e, kWaveEndOutGain);
     }
-    void store(CLanes* e) const {
+    void store(double* e) const {
         filter.store(e);
-        e[kWaveEndHighPassState] = highPass;
+        lastLanes<L>(e, kWaveEndHighPassState) = highPass;
     }
 };
 

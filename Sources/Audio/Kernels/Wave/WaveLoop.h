@@ -9,6 +9,8 @@
 //   F  biquad and high-pass          sample group n
 //   R  the two roots                 n - 1         (G = 3; with G = 2 together with X)
 //   X  curves, mix and auto-gain     n - (G - 1)
+// What stages hand on from round to round goes through memory. Vectors of 64 bytes are few and their stores dear: they
+// take two stages, and the processor finds work for the time of a root behind it.
 // Band b starts b x G rounds late. Vectors run from the last to the first, so that each finds in its neighbour what
 // that one gave in the round before: that is the input of its first band, and its other bands read its own lanes.
 // Expects `CLanes`, a vector with kWidth lanes, before it. All arithmetic is that of CBiquad.h, COnePole.h and CTube.h
@@ -23,6 +25,17 @@ namespace tarv {
 namespace {
 
 constexpr int32_t kWidth = CLanes::kWidth;
+/// 32 instead of 16, as AVX-512 has them.
+constexpr bool kHasManyRegisters = kWidth == 8;
+/// Of runs that are not short.
+constexpr int32_t kLongStages = kHasManyRegisters ? 2 : 3;
+
+/// What follows loads its constants anew: kept, they would be spilled.
+[[gnu::always_inline]] inline void forgetConstants() {
+    if constexpr (!kHasManyRegisters) {
+        asm volatile("" ::: "memory");
+    }
+}
 
 /// C channels of a wave, S samples a round in G stages.
 template <int32_t C, int32_t S, int32_t G>
@@ -32,8 +45,6 @@ public:
         : plan_(plan),
           vectors_(reinterpret_cast<CLanes*>(plan.lanes)),
           fades_(reinterpret_cast<CLanes*>(plan.fades)),
-          before_(reinterpret_cast<CLanes*>(plan.before)),
-          behind_(reinterpret_cast<CLanes*>(plan.behind)),
           hasBefore_(plan.stateBefore[0] != nullptr),
           groups_((plan.count + S - 1) / S),
           wholeGroups_(plan.count / S),
@@ -66,7 +77,8 @@ public:
 
 private:
     static constexpr int32_t kPerVector = kWidth / C;
-    static constexpr bool isLong() { return G == 3; }
+    using CEnd = typename CEndLanes<C>::Type;
+    static constexpr bool preparesRoots() { return G == 3; }
 
     CLanes* vector(int32_t v) const { return vectors_ + static_cast<int64_t>(v) * kWaveFieldCount; }
     CWaveTurn turn(int32_t v, int32_t r) const { return CWaveTurn::of<G>(vector(v), r); }
@@ -129,24 +141,25 @@ private:
     /// The samples of group `r`, filtered; the channels in the last lanes.
     template <bool IsEdge>
     [[gnu::always_inline]] void takeInput(int32_t r, CLanes* x) {
+        if (hasBefore_) {
+            CWaveEnd<CEnd> before(plan_.before);
+            gatherInput<IsEdge>(r, x, [&](CEnd in) { return before.step(plan_.before, in); });
+            before.store(plan_.before);
+        } else {
+            gatherInput<IsEdge>(r, x, [](CEnd in) { return in; });
+        }
+    }
+    template <bool IsEdge, class F>
+    [[gnu::always_inline]] void gatherInput(int32_t r, CLanes* x, F&& filter) {
 #pragma GCC unroll 2
         for (int32_t j = 0; j < S; ++j) {
-            x[j] = isThere<IsEdge>(r * S + j) ? CLanes::gather<C>(plan_.in, r * S + j) : CLanes(0.0);
-        }
-        if (hasBefore_) {
-            CWaveEnd before(before_);
-#pragma GCC unroll 2
-            for (int32_t j = 0; j < S; ++j) {
-                if (isThere<IsEdge>(r * S + j)) {
-                    x[j] = before.step(before_, x[j]);
-                }
-            }
-            before.store(before_);
+            const int32_t i = r * S + j;
+            x[j] = isThere<IsEdge>(i) ? filter(CEnd::template gather<C>(plan_.in, i)).behindZeros() : CLanes(0.0);
         }
     }
     /// Gives the samples that leave the wave in round `r`.
-    template <bool IsEdge>
-    [[gnu::always_inline]] void giveOutput(int32_t r, const CLanes* y, int32_t firstLane) {
+    template <bool IsEdge, class L>
+    [[gnu::always_inline]] void giveOutput(int32_t r, const L* y, int32_t firstLane) {
 #pragma GCC unroll 2
         for (int32_t j = 0; j < S; ++j) {
             const int32_t i = (r - outDelay_) * S + j;
@@ -159,21 +172,21 @@ private:
     template <bool IsEdge>
     [[gnu::always_inline]] void runBehind(int32_t r) {
         const CLanes* const x = vector(last_) + kWaveOut;
-        CWaveBehind behind(behind_);
-        CLanes y[S];
+        CWaveBehind<CEnd> behind(plan_.behind);
+        CEnd y[S];
 #pragma GCC unroll 2
         for (int32_t j = 0; j < S; ++j) {
-            y[j] = x[j];
+            y[j] = CEnd::lastOf(x[j]);
             if (isThere<IsEdge>((r - outDelay_) * S + j)) {
-                y[j] = behind.step(behind_, x[j]);
+                y[j] = behind.step(plan_.behind, y[j]);
             }
         }
-        behind.store(behind_);
-        giveOutput<IsEdge>(r, y, kWidth - C);
+        behind.store(plan_.behind);
+        giveOutput<IsEdge>(r, y, CEnd::kWidth - C);
     }
 
     /// IsPrepared: its roots were prepared, and it prepares those of `next`, the vector that comes next. At the ends of
-    /// a block, in the short form, and without other vectors each does all itself.
+    /// a block, with two stages, and without other vectors each does all itself.
     template <bool IsEdge, bool HasPost, bool IsPrepared, class Fade>
     [[gnu::always_inline]] void stepVector(const CWaveTurn& turn, const CWaveTurn& next, CLanes* e,
                                            const CLanes* neighbour, const CWaveEdge& edge) {
@@ -188,11 +201,10 @@ private:
 #pragma GCC unroll 2
         for (int32_t j = 0; j < S; ++j) {
             stepSample<G, S, IsEdge, HasPost, IsPrepared>(turn, e, state, fade, j, in[j], edge);
-            // What follows loads its constants anew: kept, they would be spilled.
-            asm volatile("" ::: "memory");
+            forgetConstants();
             if (IsPrepared && j == 0) {
                 prepareRoots<S>(next);
-                asm volatile("" ::: "memory");
+                forgetConstants();
             }
         }
         state.store(f);
@@ -232,7 +244,7 @@ private:
             stepAny<true, HasPost, false>(r, v, neighbour, edge);
         }
     }
-    template <bool IsEdge, bool HasPost, bool IsPrepared = isLong()>
+    template <bool IsEdge, bool HasPost, bool IsPrepared = preparesRoots()>
     [[gnu::always_inline]] void runVector(int32_t r, int32_t v, const CLanes* neighbour) {
         if constexpr (IsEdge) {
             runVectorAtEdge<HasPost>(r, v, neighbour);
@@ -245,7 +257,8 @@ private:
     template <bool IsEdge, bool IsFading>
     [[gnu::always_inline]] void runOther(int32_t r, int32_t v, const CLanes* neighbour) {
         if constexpr (IsFading) {
-            stepVector<IsEdge, false, isLong(), CWaveFade<true>>(turn(v, r), nextTurn(v, r), fade(v), neighbour, {});
+            stepVector<IsEdge, false, preparesRoots(), CWaveFade<true>>(turn(v, r), nextTurn(v, r), fade(v), neighbour,
+                                                                        {});
         } else {
             runVector<IsEdge, false>(r, v, neighbour);
         }
@@ -281,7 +294,7 @@ private:
     /// The rounds from `r` on in which all lanes stand inside the block.
     template <bool IsFading>
     [[gnu::always_inline]] void runInside(int32_t& r) {
-        if constexpr (isLong()) {
+        if constexpr (preparesRoots()) {
             prepareRoots<S>(turn(last_, r));
         }
         switch (plan_.post) {
@@ -316,8 +329,6 @@ private:
     const CWavePlan& plan_;
     CLanes* vectors_;
     CLanes* fades_;
-    CLanes* before_;
-    CLanes* behind_;
     bool hasBefore_;
     int32_t groups_;       ///< rounds that the first stage of a band works
     int32_t wholeGroups_;  ///< of them those whose samples all lie in the block
@@ -331,7 +342,7 @@ template <int32_t C>
     if (plan.count < kShortWave) {
         CWave<C, 1, 2>(plan).run();
     } else {
-        CWave<C, 2, 3>(plan).run();
+        CWave<C, 2, kLongStages>(plan).run();
     }
 }
 
