@@ -22,7 +22,10 @@ CString resolveParamName(const CString& ownerPath, const CString& name) {
 }
 
 CString fullParamName(const CString& processPath, const CString& localName) {
-    return processPath + "." + localName;
+    CString name(processPath);
+    name.append(".");
+    name.append(localName);
+    return name;
 }
 
 }  // namespace tarv
