@@ -10,12 +10,18 @@ using namespace tarv;
 
 namespace {
 
+/// A separator ends a step of a path, and a step with "#-" counts from the last child: such names don't lead back.
+bool isFollowed(const CString& name) {
+    const int32_t mark = name.indexOf('#');
+    const bool isNegative = mark >= 0 && name.substring(mark + 1).startsWith("-");
+    return !name.isEmpty() && name.indexOf('.') < 0 && !isNegative;
+}
+
 void walk(const CObject& object, int depth) {
     must(depth <= CTreeCursor::kMaxDepth + 1);
     for (const CObject* child : object.children()) {
         must(child->parent() == &object && child->root() == object.root());
-        // A name that holds a separator can't be followed; any other finds the child back.
-        if (child->name().indexOf('.') < 0 && !child->name().isEmpty())
+        if (isFollowed(child->name()))
             must(object.findChild(child->name()) == child);
         walk(*child, depth + 1);
     }
