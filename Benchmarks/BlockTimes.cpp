@@ -15,6 +15,7 @@
 
 #include "Audio/Kernels/Wave/CInstructionSet.h"
 #include "Benchmarks/BlockRows.h"
+#include "Benchmarks/MovedParameters.h"
 #include "CPluginLibrary.h"
 
 namespace {
@@ -22,8 +23,6 @@ namespace {
 using namespace tarv;
 using namespace tarv::bench;
 using CClock = std::chrono::steady_clock;
-
-constexpr int32_t kBands = 7;
 
 /// Clocks of the systems differ in their steps, this one is the same on both: ticks at one rate, read in some 10 ns.
 int64_t ticks() {
@@ -44,19 +43,6 @@ struct CTaken {
     int64_t moves = 0;   ///< setting the parameters
     int64_t blocks = 0;  ///< without that
 };
-
-std::vector<int32_t> movedOf(host::CVstHost& host, CMoves moves) {
-    std::vector<int32_t> moved;
-    for (const char* group : {"A", "B"}) {
-        for (int32_t band = 0; moves == CMoves::All && band < kBands; ++band) {
-            moved.push_back(host.findParameter(std::string("EQ") + group + std::to_string(band)));
-        }
-        if (moves == CMoves::All) {
-            moved.push_back(host.findParameter(std::string("OGain") + group));
-        }
-    }
-    return moved;
-}
 
 /// Blocks of the same noise, again and again.
 class CBlocks {
@@ -108,7 +94,7 @@ double leastOf(vst::EntryProc entry, const CBlockRow& row, const std::string& ch
         return 0.0;
     }
     host.resume();
-    const std::vector<int32_t> moved = movedOf(host, row.layout.moves);
+    const std::vector<int32_t> moved = movedParameters(host, row.layout.moves);
     CBlocks blocks(row.layout);
     blocks.run(host, moved, 20 * row.batch);
     int64_t least = INT64_MAX;

@@ -5,13 +5,13 @@
 #include <random>
 
 #include "Audio/Parameters/CAudioParamCollector.h"
+#include "Benchmarks/MovedParameters.h"
 #include "CPlainInstance.h"
 
 namespace tarv::bench {
 
 namespace {
 
-constexpr int32_t kBands = 7;
 constexpr int32_t kGroups = 8;
 
 double gainOf(int32_t band) {
@@ -66,7 +66,7 @@ bool CPluginRun::configure(const CLayout& layout, const std::string& chunk) {
     isFloat_ = layout.isFloat;
     doubles_ = CHostBuffers<double>(isFloat_ ? 0 : frames_);
     floats_ = CHostBuffers<float>(isFloat_ ? frames_ : 0);
-    findMoved(layout.moves);
+    moved_ = movedParameters(host_, layout.moves);
     host_.suspend();
     host_.prepare(kRate, frames_, isFloat_ ? 0 : 1);
     return host_.setChunk(chunk, true);
@@ -78,22 +78,6 @@ bool CPluginRun::start(vst::EntryProc entry, const CLayout& layout, const std::s
     }
     resume();
     return true;
-}
-
-void CPluginRun::findMoved(CMoves moves) {
-    moved_.clear();
-    const bool isAll = moves == CMoves::All;
-    for (const std::string group : {"A", "B"}) {
-        if (moves == CMoves::None || (group == "B" && !isAll)) {
-            return;
-        }
-        for (int32_t band = 0; band < kBands; ++band) {
-            moved_.push_back(host_.findParameter("EQ" + group + std::to_string(band)));
-        }
-        if (isAll) {
-            moved_.push_back(host_.findParameter("OGain" + group));
-        }
-    }
 }
 
 double CPluginRun::move(int64_t round, CBlockClock& clock) {

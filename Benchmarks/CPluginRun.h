@@ -28,6 +28,8 @@ struct CLayout {
 
 constexpr double kRate = 48000.0;
 constexpr int32_t kMostChannels = 8;
+/// Of a group.
+constexpr int32_t kBands = 7;
 /// Inputs and outputs of the plug-in, in a host that does not say how many it has.
 constexpr int32_t kPorts = 16;
 
@@ -98,8 +100,6 @@ public:
     }
 
 private:
-    void findMoved(CMoves moves);
-
     host::CVstHost host_;
     int32_t frames_ = 0;
     std::vector<int32_t> moved_;
