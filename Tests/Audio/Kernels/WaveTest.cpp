@@ -37,13 +37,20 @@ const CKernelCase& caseOf(const char* name) {
     return cases[0];
 }
 
+/// Which bands fade their filters.
+enum class CFadedBands : uint8_t {
+    None,
+    Some,  ///< others in each channel
+    All
+};
+
 struct CShape {
     int32_t channels;
     int32_t bands;
     bool hasBefore;
     bool hasBehind;
     bool hasGain;
-    bool hasFades;  ///< filters of some bands, others in each channel
+    CFadedBands faded;
 };
 
 /// One channel of a chain: its operations in order, with signals and state blocks of its own.
@@ -56,7 +63,7 @@ public:
         for (int32_t b = 0; b < shape.bands; ++b) {
             const size_t feed = signals_ - 1;
             addFilter(random);
-            isFaded_[b] = shape.hasFades && random.below(3) > 0;
+            isFaded_[b] = shape.faded == CFadedBands::All || (shape.faded == CFadedBands::Some && random.below(3) > 0);
             if (isFaded_[b]) {
                 addFade(feed, random);
             }
@@ -281,10 +288,17 @@ void compare(const CShape& shape, const std::vector<int32_t>& counts, double lev
                 ASSERT_EQ(waves[s][c].bits(), plain[c].bits())
                     << nameOf(all[s]) << " channel " << c << " of " << shape.channels << ", " << shape.bands
                     << " bands, before " << shape.hasBefore << ", behind " << shape.hasBehind << ", " << count
-                    << " samples at " << level << (shape.hasFades ? ", faded" : "");
+                    << " samples at " << level
+                    << (shape.faded == CFadedBands::None   ? ""
+                        : shape.faded == CFadedBands::Some ? ", some bands faded"
+                                                           : ", all bands faded");
             }
         }
     }
+}
+
+CFadedBands noneOrSome(CRandom& random) {
+    return random.below(2) == 0 ? CFadedBands::Some : CFadedBands::None;
 }
 
 TEST(Wave, GivesTheBitsOfItsKernelsForEveryShape) {
@@ -292,8 +306,21 @@ TEST(Wave, GivesTheBitsOfItsKernelsForEveryShape) {
     for (const int32_t channels : {1, 2, 4, 8}) {
         for (int32_t bands = 1; bands <= kMostWaveBands; ++bands) {
             for (int32_t ends = 0; ends < 6; ++ends) {
-                compare({channels, bands, ends % 2 == 1, ends >= 2, ends >= 4, random.below(2) == 0},
+                compare({channels, bands, ends % 2 == 1, ends >= 2, ends >= 4, noneOrSome(random)},
                         {0, 1, 2, 3, 7, 40, 97, 130}, 0.7, random);
+            }
+        }
+    }
+}
+
+TEST(Wave, GivesTheBitsOfItsKernelsWhereEveryBandFades) {
+    CRandom random(4);
+    for (const int32_t channels : {1, 2, 4, 8}) {
+        for (int32_t bands = 1; bands <= kMostWaveBands; ++bands) {
+            for (int32_t ends = 0; ends < 6; ++ends) {
+                // All bands have begun long before the first one ends.
+                compare({channels, bands, ends % 2 == 1, ends >= 2, ends >= 4, CFadedBands::All}, {50, 63, 131}, 0.7,
+                        random);
             }
         }
     }
@@ -302,7 +329,8 @@ TEST(Wave, GivesTheBitsOfItsKernelsForEveryShape) {
 TEST(Wave, GivesTheBitsOfItsKernelsForEveryLength) {
     CRandom random(2);
     for (int32_t count = 0; count <= 140; ++count) {
-        compare({2, 7, true, true, true, count % 2 == 0}, {count, count}, 0.7, random);
+        const CFadedBands faded = count % 2 == 0 ? CFadedBands::Some : CFadedBands::None;
+        compare({2, 7, true, true, true, faded}, {count, count}, 0.7, random);
     }
 }
 
@@ -312,7 +340,7 @@ TEST(Wave, GivesTheBitsOfItsKernelsAtEveryLevel) {
     for (int32_t round = 0; round < rounds; ++round) {
         const CShape shape = {1 << random.below(4), 1 + random.below(kMostWaveBands),
                               random.below(2) == 0, random.below(2) == 0,
-                              random.below(2) == 0, random.below(2) == 0};
+                              random.below(2) == 0, noneOrSome(random)};
         std::vector<int32_t> counts;
         for (int32_t i = 0; i < 3; ++i) {
             counts.push_back(random.below(random.below(4) == 0 ? 701 : 60));
