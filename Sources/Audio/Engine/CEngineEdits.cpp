@@ -15,8 +15,8 @@ namespace tarv {
 namespace {
 
 constexpr const char* kChannelNames = "plugin.modMain.io-params.in-channel-names";
-/// How far behind what a parameter holds a message may reach: the gap is filled, and takes memory without any byte of
-/// the message behind it.
+/// A message names a group below this, or one that the parameter has, and begins at an element up to this, or at the
+/// end of what the group holds: the gap is filled, and takes memory without any byte of the message behind it.
 constexpr int32_t kGroupReach = 32;
 constexpr int32_t kElementReach = 64;
 /// Characters of a channel's name.

@@ -34,7 +34,7 @@ public:
     /// Instances that the output passes through, or will when the fade has ended.
     int32_t count() const { return count_; }
     bool isFading() const { return fade_.isRunning(); }
-    /// The most instances that a parameter without a range can ask for.
+    /// The most instances of a stack; a range beyond it counts as it.
     static constexpr int32_t kMaxCount = 64;
     static constexpr double kFadeSeconds = 0.015;
 

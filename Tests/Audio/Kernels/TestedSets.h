@@ -6,8 +6,8 @@
 
 namespace tarv {
 
-/// The sets that tests run, from the narrowest: AVX-512 on every machine with AVX2, some of whose loops it takes, where
-/// it is emulated if it is missing (Emulated/README.md).
+/// The sets that tests run, from the narrowest: AVX-512 on every machine with AVX2, since it takes some of the loops
+/// of AVX2; emulated where it is missing (Emulated/README.md).
 inline std::vector<CInstructionSet> testedSets() {
     std::vector<CInstructionSet> sets = {CInstructionSet::Sse2};
     if (widestSet(readProcessorFeatures()) >= CInstructionSet::Avx2) {

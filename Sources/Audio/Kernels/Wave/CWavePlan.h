@@ -8,11 +8,12 @@ namespace tarv {
 constexpr int32_t kMostWaveChannels = 8;
 
 /// Blocks of fewer samples take the short form, which has fewer rounds at its ends: one sample a round in two stages
-/// instead of two in three.
+/// instead of two samples in three (AVX-512: in two).
 constexpr int32_t kShortWave = 64;
 
-/// What one lane of a vector holds: constants of a band, what it carries from block to block, and what its three
-/// stages hand on from round to round (two samples each). See WaveLoop.h.
+/// What one lane of a vector holds: constants of a band, what it carries from block to block, and what its
+/// stages hand on from round to round (two samples each). Two stages leave radicands and all that is read a round and
+/// more later unused, but the feed. See WaveLoop.h.
 enum CWaveField : int32_t {
     // The filter and the high-pass.
     kWaveC0,

@@ -46,7 +46,7 @@ struct CLanes {
         }
     }
 
-    /// The end of `all`, and zeros in front of an end.
+    /// Between CEndLanes and CLanes: the last lanes of `all`; these lanes as the last ones of CLanes.
     static CLanes lastOf(CLanes all) { return all; }
     CLanes behindZeros() const { return v; }
 
