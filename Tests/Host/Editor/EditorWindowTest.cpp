@@ -101,7 +101,7 @@ TEST_F(EditorWindow, TwoHundredOpeningsHoldNoMoreThanTheFirst) {
             desk.press();
             desk.release();
             // Its keyboard shows some ticks later. A busy machine sees it in any opening, so the first ones do.
-            if (i < 5 || i % 20 == 5) {
+            if (i % 20 < 5) {
                 EXPECT_TRUE(desk.until([&] { return desk.popups().size() == 1; }));
             }
         }
